@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstdint>
+
+#include "foundation/names.h"
+
+/// Where the records of a run can be had in the order of a variable.
+class ISortedData {
+ public:
+  virtual ~ISortedData() = default;
+  /// The records ascending by that variable; null if they were not asked for. Not handed over.
+  [[nodiscard]] virtual MultiPassRecordIter* GetSortedIterator(std::int32_t variable) = 0;
+};

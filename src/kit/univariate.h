@@ -1,0 +1,235 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <map>
+#include <memory>
+#include <set>
+#include <vector>
+
+#include "foundation/names.h"
+#include "kit/sorted_data.h"
+
+/// Statistics that can be asked of a variable's summary.
+enum class Statistic : std::int32_t {
+  Mean = 0,  ///< taken as MeanStdDev
+  MeanStdDev = 1,
+  Minimum = 2,
+  Maximum = 3,
+  Median = 4,        ///< continuous: taken as Quartiles; categorical: the median category
+  Quartiles = 5,     ///< median and hinges, from sorted data
+  Distribution = 6,  ///< Maximum, Minimum and the binned distribution
+  Mode = 7,          ///< categorical: the largest frequency
+  Frequencies = 8,   ///< categorical
+  All = 9
+};
+
+/// One bin: a sum of weights and the weighted mean of the values in it.
+struct HistogramBin {
+  std::int64_t count = 0;
+  double binMean = 0.0;
+};
+
+/// Summary of one variable.
+class QDUnivariateVariable {
+ public:
+  virtual ~QDUnivariateVariable() = default;
+  /// Asks for a statistic; false for one that this kind of variable refuses.
+  virtual bool AddStatistic(std::int32_t statistic) = 0;
+  virtual QDStatus ProcessRecord(const Record& record) = 0;
+  virtual QDStatus EndPass() = 0;
+  virtual std::int32_t Reserved() { return 0; }
+  virtual void SetSortedData(ISortedData* data) { sortedData = data; }
+  [[nodiscard]] virtual bool NeedsPass() const = 0;
+  /// -1: every record weighs 1.
+  virtual void SetWeightVariable(std::int32_t index) = 0;
+
+  /// Sum of the truncated weights of the records seen.
+  [[nodiscard]] std::int64_t GetTotalWeight() const noexcept { return totalWeight; }
+
+ protected:
+  std::int64_t totalWeight = 0;
+  ISortedData* sortedData = nullptr;
+  std::set<std::int32_t> statistics;
+};
+
+/// Summary of a continuous variable: moments, extremes, hinges, and a histogram with a split at
+/// zero. Tests use it on its own, without a variable, as a histogram or as the quartiles of a
+/// group.
+///
+/// Bin i of the histogram holds the values above edge i - 1 up to edge i. An exact zero never
+/// enters a bin: it is counted apart and joins as one more entry at the end (AddZeroBin).
+class QDContUnivariateVariable final : public QDUnivariateVariable {
+ public:
+  static constexpr std::uint64_t kBinCount = 400;
+
+  /// -1 for a histogram without a variable; weight index -1: every record weighs 1.
+  explicit QDContUnivariateVariable(std::int32_t variableIndex = -1, std::int32_t weightIndex = -1);
+
+  bool AddStatistic(std::int32_t statistic) override;
+  /// The value must not be missing.
+  QDStatus ProcessRecord(const Record& record) override;
+  /// Error 220005: quartiles were asked for and there is no sorted data.
+  QDStatus EndPass() override;
+  bool NeedsPass() const override { return needsPass; }
+  void SetWeightVariable(std::int32_t index) override { weightIndex = index; }
+
+  /// Makes `bins` empty bins from low to high, one more where zero lies inside; the last edge is
+  /// high + 1.
+  void SetRange(double low, double high, std::uint64_t bins);
+  /// The bin of a value, from 0.
+  [[nodiscard]] std::int64_t FindBin(double x) const;
+  /// Puts a value that is not 0 into its bin.
+  void AddValue(double x, std::int64_t weight);
+  /// As AddValue; an exact 0 is counted apart.
+  void AddValueOrZero(double x, std::int64_t weight) {
+    if (x == 0.0) {
+      zeroCount += weight;
+    } else {
+      AddValue(x, weight);
+    }
+  }
+  /// Appends the zeros as a last entry, where there are any.
+  void AddZeroBin();
+
+  /// One step of the walk over ascending values that finds the hinges (J. W. Tukey, Exploratory
+  /// Data Analysis, 1977); `totalWeight` is the sum of the truncated weights, `weight` is not
+  /// truncated.
+  void TrackHinges(double x, double weight, double totalWeight);
+  /// Gives hinges that the walk did not reach the last value that it saw.
+  void FinishHinges();
+
+  [[nodiscard]] double GetMean() const noexcept { return mean; }
+  [[nodiscard]] double GetStdDev() const noexcept { return stdDev; }
+  [[nodiscard]] double GetMinimum() const noexcept { return minimum; }
+  [[nodiscard]] double GetMaximum() const noexcept { return maximum; }
+  [[nodiscard]] double GetMedian() const noexcept { return median; }
+  [[nodiscard]] double GetFirstQuartile() const noexcept { return quartile1; }
+  [[nodiscard]] double GetThirdQuartile() const noexcept { return quartile3; }
+  [[nodiscard]] const std::vector<HistogramBin>& GetBins() const noexcept { return bins; }
+  [[nodiscard]] const std::vector<double>& GetBinUpperEdges() const noexcept {
+    return binUpperEdges;
+  }
+  [[nodiscard]] std::int64_t GetZeroCount() const noexcept { return zeroCount; }
+
+ private:
+  struct HingeTracker {
+    double position = QDMV::gMissingValue;
+    double cumulativeWeight = 0.0;
+    double previousValue = QDMV::gMissingValue;
+  };
+  static void StepTracker(double x, double w, double p, double& result, HingeTracker& tracker);
+  [[nodiscard]] std::int64_t WeightOf(const Record& record) const noexcept {
+    return weightIndex < 0 ? 1 : TruncateToInt32(record[weightIndex]);
+  }
+  QDStatus WalkSortedValues();
+
+  HingeTracker firstHinge;
+  HingeTracker medianTracker;
+  HingeTracker thirdHinge;
+  bool needsPass = true;
+  std::int32_t variableIndex;
+  std::int32_t weightIndex;
+  double mean = 0.0;
+  double stdDev = 0.0;
+  double minimum = QDMV::gMissingValue;
+  double maximum = QDMV::gMissingValue;
+  double median = QDMV::gMissingValue;
+  double quartile1 = QDMV::gMissingValue;
+  double quartile3 = QDMV::gMissingValue;
+  std::vector<HistogramBin> bins;
+  std::int64_t weightedCount = 0;
+  double sumOfSquares = 0.0;
+  double rangeHigh = std::numeric_limits<double>::lowest();
+  double rangeLow = std::numeric_limits<double>::max();
+  std::uint64_t binCount = kBinCount;
+  std::int64_t zeroCount = 0;
+  std::vector<double> binUpperEdges;
+  std::int32_t pass = 1;
+};
+
+/// Summary of a categorical variable.
+class QDCateUnivariateVariable final : public QDUnivariateVariable {
+ public:
+  QDCateUnivariateVariable(std::int32_t variableIndex, std::int32_t weightIndex,
+                           std::int32_t categoryCount);
+
+  bool AddStatistic(std::int32_t statistic) override;
+  QDStatus ProcessRecord(const Record& record) override;
+  QDStatus EndPass() override;
+  bool NeedsPass() const override { return needsPass; }
+  void SetWeightVariable(std::int32_t index) override { weightIndex = index; }
+
+  [[nodiscard]] std::int32_t GetCategoryCount() const noexcept { return categoryCount; }
+  /// Sum of weights by category code, every category included.
+  [[nodiscard]] const std::map<std::int32_t, std::int64_t>& GetFrequencies() const noexcept {
+    return frequencies;
+  }
+  [[nodiscard]] std::int64_t GetLargestFrequency() const noexcept { return largestFrequency; }
+  [[nodiscard]] std::int32_t GetMedianCategory() const noexcept { return medianCategory; }
+
+ private:
+  bool needsPass = true;
+  std::int32_t variableIndex;
+  std::int32_t weightIndex;
+  std::int32_t categoryCount;
+  std::map<std::int32_t, std::int64_t> frequencies;
+  std::int64_t largestFrequency = 0;
+  std::int32_t medianCategory = 0;
+};
+
+/// The summaries of a run, one for each variable that some test asked for.
+class QDUnivariateSummaries {
+ public:
+  /// Neither is taken over.
+  QDUnivariateSummaries(MultiPassRecordIter* records, const QDVarList* variables) noexcept
+      : records(records), variables(variables) {}
+
+  /// Asks for a statistic of a variable. False for a variable of a kind that has no summary, for a
+  /// hinge statistic without sorted data, and where memory ran out.
+  bool Register(std::int32_t variableIndex, std::int32_t statistic) noexcept;
+  void SetWeightVariable(std::int32_t index);
+  void SetSortedData(ISortedData* data) noexcept { sortedData = data; }
+  /// Reads the records as often as the statistics need.
+  QDStatus Run();
+
+  /// Null where nobody asked for the variable.
+  [[nodiscard]] const QDUnivariateVariable* Find(std::int32_t variableIndex) const;
+  [[nodiscard]] const QDContUnivariateVariable* FindContinuous(std::int32_t variableIndex) const;
+  [[nodiscard]] const QDCateUnivariateVariable* FindCategorical(std::int32_t variableIndex) const;
+
+ private:
+  MultiPassRecordIter* records;
+  const QDVarList* variables;
+  ISortedData* sortedData = nullptr;
+  std::int32_t weightIndex = -1;
+  std::map<std::int32_t, std::unique_ptr<QDUnivariateVariable>> summaries;
+};
+
+/// What tests read of the summaries. Owns nothing.
+class UnivariateResults {
+ public:
+  explicit UnivariateResults(const QDUnivariateSummaries* summaries) noexcept
+      : summaries(summaries) {}
+  virtual ~UnivariateResults() = default;
+
+  /// -1, false, the missing value or null for a variable that has no summary of the fitting kind.
+  [[nodiscard]] virtual std::int64_t GetTotalWeight(std::int32_t variable) const;
+  [[nodiscard]] virtual bool HasVariable(std::int32_t variable) const;
+  [[nodiscard]] virtual double GetMean(std::int32_t variable) const;
+  [[nodiscard]] virtual double GetMaximum(std::int32_t variable) const;
+  [[nodiscard]] virtual double GetMinimum(std::int32_t variable) const;
+  [[nodiscard]] virtual double GetMedian(std::int32_t variable) const;
+  [[nodiscard]] virtual double GetFirstQuartile(std::int32_t variable) const;
+  [[nodiscard]] virtual double GetThirdQuartile(std::int32_t variable) const;
+  [[nodiscard]] virtual double GetStdDev(std::int32_t variable) const;
+  [[nodiscard]] virtual const std::vector<HistogramBin>* GetBins(std::int32_t variable) const;
+  [[nodiscard]] virtual std::int32_t GetMedianCategory(std::int32_t variable) const;
+  [[nodiscard]] virtual std::int64_t GetLargestFrequency(std::int32_t variable) const;
+  virtual bool GetFrequencies(std::int32_t variable,
+                              std::map<std::int32_t, std::int64_t>& out) const;
+  [[nodiscard]] virtual std::int32_t GetCategoryCount(std::int32_t variable) const;
+
+ private:
+  const QDUnivariateSummaries* summaries;
+};

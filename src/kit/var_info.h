@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "foundation/names.h"
+
+/// The texts of variables and their values, by variable index. A value type; the list is not owned.
+class NPARVarInfo {
+ public:
+  explicit NPARVarInfo(const QDVarList* variables) noexcept : variables(variables) {}
+
+  /// Name and label; empty for an index that is none.
+  [[nodiscard]] std::string GetName(std::int32_t index) const;
+  [[nodiscard]] std::string GetLabel(std::int32_t index) const;
+  /// False for a variable that is not categorical.
+  [[nodiscard]] bool IsOrdinal(std::int32_t index) const;
+  /// Equal kinds; an index that is none counts as kind None.
+  [[nodiscard]] bool SameType(std::int32_t a, std::int32_t b) const;
+  /// The text of a category code, escaped for kind StringCategory; empty for other kinds.
+  [[nodiscard]] std::string GetValueText(std::int32_t index, double value) const;
+  [[nodiscard]] std::string GetNumericValueText(std::int32_t index, double value) const;
+  /// With a backslash before each ";" and each backslash, since such texts stand in ";"-joined
+  /// lists.
+  [[nodiscard]] std::string GetStringValueText(std::int32_t index, double value) const;
+  /// The categories whose code is not in `excluded`: texts or numbers, and codes.
+  void ListOtherStringCategories(std::int32_t index, const std::vector<double>& excluded,
+                                 std::vector<std::string>& names,
+                                 std::vector<double>& positions) const;
+  void ListOtherNumericCategories(std::int32_t index, const std::vector<double>& excluded,
+                                  std::vector<double>& values,
+                                  std::vector<double>& positions) const;
+
+ private:
+  const QDVarList* variables;
+};

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "foundation/algorithm.h"
+#include "foundation/names.h"
+#include "kit/test.h"
+#include "kit/univariate.h"
+#include "kit/var_info.h"
+#include "planning/record_iterators.h"
+#include "planning/test_worker.h"
+
+/// The algorithm object: keeps the records, builds the tests of the settings' entries, sorts what
+/// must be sorted, computes the shared summaries, runs the tests, writes the document.
+class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
+ public:
+  /// Neither is taken over; both must outlive the planner.
+  NPARPlanner(QDSettings* settings, QDVarList* variables);
+  NPARPlanner(const NPARPlanner&) = delete;
+  NPARPlanner& operator=(const NPARPlanner&) = delete;
+  ~NPARPlanner() override;
+
+  QDStatus Execute(RecordIterator& records, std::int32_t reserved) override;
+  bool IsExecuted() const override { return executed; }
+  QDStatus PostProcess() override { return QDStatus(); }
+  QDStatus WriteOutput(std::ostream& stream, const NPARRunInfo& runInfo) override;
+  QDStatus GetStatus() const override { return status; }
+  void SetProgressListener(ProgressListener* listener) override;
+  void SetCancelSource(ICancelSource* source) override;
+  void Cancel() override { cancelPair.cancelled = true; }
+  std::string GetDescription() const override;
+  const QDCommon_700::QDWarnings& GetWarnings() const override { return warnings; }
+  void Attach(void*) override {}
+
+  // What the functions that make tests use.
+
+  [[nodiscard]] const QDVarList& GetVariables() const noexcept { return *variables; }
+  [[nodiscard]] const NPARVarInfo& GetVarInfo() const noexcept { return varInfo; }
+  [[nodiscard]] double GetSigLevel() const noexcept { return sigLevel; }
+  [[nodiscard]] double GetConfidenceLevel() const noexcept { return confidenceLevel; }
+  [[nodiscard]] bool HasWeight() const noexcept { return hasWeight; }
+  [[nodiscard]] std::int32_t GetWeightIndex() const noexcept { return weightIndex; }
+  [[nodiscard]] std::int32_t GetCaseIdIndex() const noexcept { return caseIdIndex; }
+
+  /// The kind of a variable, 1 to 3. Another kind fails the run with 220004 and gives 0.
+  std::int32_t GetVariableLevel(const std::string& name);
+  /// Asks for one statistic of a variable.
+  void RegisterStatistic(std::int32_t variable, Statistic statistic);
+  /// Asks for the records in the order of a continuous variable, and for what the document shows of
+  /// it.
+  void RegisterSortedVariable(std::int32_t variable);
+  /// Adds a test that reads the records in the host's order. Takes the test over.
+  void AddTest(std::unique_ptr<NPARTest> test);
+  /// Adds a test that reads the records ascending by a variable; a test whose construction failed
+  /// gets a worker of its own, in the records' order. Takes the test over.
+  void AddSortedTest(std::unique_ptr<NPARTest> test, std::int32_t sortVariable,
+                     QDStatus constructionStatus);
+
+ private:
+  void ResetRun();
+  void ReadRunSettings();
+  QDStatus PrepareRun();
+  void BuildTests();
+  QDStatus RunTests();
+
+  QDSettings* settings;
+  ProgressListener* progressListener = nullptr;
+  std::vector<std::string> settingNames;
+  QDVarList* variables;
+  std::unique_ptr<QDUnivariateSummaries> univariates;
+  RecordIterator* inputIterator = nullptr;
+  NParMemoIterator memoIterator;
+  std::unique_ptr<NPARSortManager> sortManager;
+  bool executed = false;
+  CancelPair cancelPair;
+  QDCommon_700::QDWarnings warnings;
+  QDStatus status;
+  std::unique_ptr<NPARTestWorker> mainWorker;
+  std::vector<std::unique_ptr<NPARTestWorker>> sortedWorkers;
+  std::unique_ptr<InitialDataReader> dataReader;
+  std::int32_t caseIdIndex = -1;
+  std::int32_t weightIndex = -1;
+  bool hasWeight = false;
+  bool analysisMissing = true;
+  double sigLevel = 0.05;
+  double confidenceLevel = 0.95;
+  NPARVarInfo varInfo;
+};

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/names.h"
+#include "kit/univariate.h"
+
+// The element forms that all tests share. Functions that add to a parent return the new element,
+// which belongs to its parent.
+
+/// Written for a value that does not exist.
+inline constexpr const char* kMissingText = "__MISSING__";
+
+/// "%.15g" in the C locale.
+[[nodiscard]] std::string NumberText(double value);
+[[nodiscard]] std::string IntegerText(std::int64_t value);
+/// A variable index in decimal; "__MISSING__" for a negative one.
+[[nodiscard]] std::string IndexText(std::int32_t variableIndex);
+/// The number, or "__MISSING__" for the missing value.
+[[nodiscard]] std::string NumberOrMissingText(double value);
+
+/// Items joined with ";".
+[[nodiscard]] std::string JoinTexts(const std::vector<std::string>& items);
+[[nodiscard]] std::string JoinNumbers(const std::vector<double>& items);
+template <std::integral Integer>
+[[nodiscard]] std::string JoinIntegers(const std::vector<Integer>& items) {
+  std::string text;
+  for (const Integer item : items) {
+    if (!text.empty()) text += ';';
+    text += IntegerText(static_cast<std::int64_t>(item));
+  }
+  return text;
+}
+
+/// "Algorithm" with "name", "type", "classification" and, unless empty, "decision". The caller owns
+/// it.
+[[nodiscard]] XMLElement* CreateAlgorithm(std::string_view name, std::string_view type,
+                                          std::string_view classification,
+                                          std::string_view decision);
+/// "unknown" on an error, else "reject" when sigLevel is above p, else "retain".
+[[nodiscard]] const char* DecisionWord(QDStatus status, double sigLevel, double p);
+
+/// "StructuredTable" with a name.
+XMLElement* AddStructuredTable(XMLElement& parent, std::string_view name);
+/// "Attribute" with "name" and "value".
+void AddAttributeRow(XMLElement& parent, std::string_view name, std::string_view value);
+void AddAttributeRow(XMLElement& parent, std::string_view name, double value);
+void AddAttributeRow(XMLElement& parent, std::string_view name, std::int64_t value);
+
+/// "SimpleTable" with its "RowNames" and "ColumnNames"; rows follow.
+XMLElement* AddSimpleTable(XMLElement& parent, std::string_view name, std::string_view rowNames,
+                           std::string_view columnNames);
+/// "Row" with its ";"-joined cells.
+void AddRow(XMLElement& simpleTable, std::string_view cells);
+
+/// The table "Interval": counts and values of the pairs whose count is above 0.
+void AddIntervalTable(XMLElement& parent, const std::vector<HistogramBin>& bins);
+/// "Condition" with its key and "%0", "%1", ...
+void AddCondition(XMLElement& algorithm, std::string_view key,
+                  const std::vector<std::string>& parameters);
+/// "ValsNotInTheCategoreis" (hosts read it so) with the texts named by their place; nothing for
+/// none.
+void AddUnknownValues(XMLElement& parent, const std::vector<std::string>& texts,
+                      std::string_view name = "ValsNotInTheCategoreis");
