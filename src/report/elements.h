@@ -2,6 +2,7 @@
 
 #include <concepts>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,11 +37,11 @@ template <std::integral Integer>
   return text;
 }
 
-/// "Algorithm" with "name", "type", "classification" and, unless empty, "decision". The caller owns
-/// it.
-[[nodiscard]] XMLElement* CreateAlgorithm(std::string_view name, std::string_view type,
-                                          std::string_view classification,
-                                          std::string_view decision);
+/// "Algorithm" with "name", "type", "classification" and, unless empty, "decision".
+[[nodiscard]] std::unique_ptr<XMLElement> CreateAlgorithm(std::string_view name,
+                                                          std::string_view type,
+                                                          std::string_view classification,
+                                                          std::string_view decision);
 /// "unknown" on an error, else "reject" when sigLevel is above p, else "retain".
 [[nodiscard]] const char* DecisionWord(QDStatus status, double sigLevel, double p);
 
