@@ -11,10 +11,15 @@
 
 namespace QDXML_700 {
 
+class XMLElement;
+
 /// A node of a document tree. A node that was appended belongs to its parent.
 class QD_EXPORT XMLNode {
  public:
   virtual ~XMLNode() = default;
+  /// The node as an element; null for text.
+  [[nodiscard]] virtual XMLElement* AsElement() noexcept { return nullptr; }
+  [[nodiscard]] virtual const XMLElement* AsElement() const noexcept { return nullptr; }
   virtual void Write(std::string& out, int depth, bool indented) const = 0;
 
  protected:
@@ -52,8 +57,10 @@ class QD_EXPORT XMLElement final : public XMLNode {
   }
   /// The number in the form "%.15g".
   void AddAttribute(std::string name, double value);
-  /// Takes the node over.
+  /// Takes the node over; null is ignored.
   void Append(XMLNode* child);
+  XMLElement* AsElement() noexcept override { return this; }
+  const XMLElement* AsElement() const noexcept override { return this; }
 
   [[nodiscard]] const std::string& GetName() const noexcept { return name; }
   [[nodiscard]] const std::vector<Attribute>& GetAttributes() const noexcept { return attributes; }
@@ -70,7 +77,8 @@ class QD_EXPORT XMLElement final : public XMLNode {
 };
 
 /// Writes the XML declaration, the document type where one is given, and the tree; with `indented`
-/// each element on a line of its own. 0, or 1 where the stream failed.
+/// each element on a line of its own, but nothing is put into an element that holds text. 0, or 1
+/// where the stream or the memory failed.
 QD_EXPORT int WriteTree(std::ostream& stream, const char* documentType, const XMLElement* root,
                         bool indented);
 
