@@ -11,15 +11,20 @@
 #include "kit/test.h"
 #include "kit/univariate.h"
 #include "kit/var_info.h"
+#include "planning/cancel_pair.h"
 #include "planning/record_iterators.h"
 #include "planning/test_worker.h"
 
-/// The algorithm object: keeps the records, builds the tests of the settings' entries, sorts what
-/// must be sorted, computes the shared summaries, runs the tests, writes the document.
+/// The algorithm object: keeps the records, builds the tests of the settings' entries, computes the
+/// shared summaries, runs the tests, writes the document.
+///
+/// Codes of a run: 1 cancelled; 220001 no entry in the settings; 220002 no memory while the run is
+/// set up, 220012 later; 220004 a variable of a kind that no test takes; those of
+/// InitialDataReader::Read. A test that fails does not fail the run.
 class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
  public:
   /// Neither is taken over; both must outlive the planner.
-  NPARPlanner(QDSettings* settings, QDVarList* variables);
+  NPARPlanner(const QDSettings* settings, const QDVarList* variables);
   NPARPlanner(const NPARPlanner&) = delete;
   NPARPlanner& operator=(const NPARPlanner&) = delete;
   ~NPARPlanner() override;
@@ -27,6 +32,8 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   QDStatus Execute(RecordIterator& records, std::int32_t reserved) override;
   bool IsExecuted() const override { return executed; }
   QDStatus PostProcess() override { return QDStatus(); }
+  /// The document takes the results over, so that it is written once for a run. 6: no successful
+  /// run, or its results are written already.
   QDStatus WriteOutput(std::ostream& stream, const NPARRunInfo& runInfo) override;
   QDStatus GetStatus() const override { return status; }
   void SetProgressListener(ProgressListener* listener) override;
@@ -34,7 +41,7 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   void Cancel() override { cancelPair.cancelled = true; }
   std::string GetDescription() const override;
   const QDCommon_700::QDWarnings& GetWarnings() const override { return warnings; }
-  void Attach(void*) override {}
+  void Attach(void* /*observer*/) override {}
 
   // What the functions that make tests use.
 
@@ -42,16 +49,17 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   [[nodiscard]] const NPARVarInfo& GetVarInfo() const noexcept { return varInfo; }
   [[nodiscard]] double GetSigLevel() const noexcept { return sigLevel; }
   [[nodiscard]] double GetConfidenceLevel() const noexcept { return confidenceLevel; }
-  [[nodiscard]] bool HasWeight() const noexcept { return hasWeight; }
+  [[nodiscard]] bool HasWeight() const noexcept { return weightIndex >= 0; }
   [[nodiscard]] std::int32_t GetWeightIndex() const noexcept { return weightIndex; }
   [[nodiscard]] std::int32_t GetCaseIdIndex() const noexcept { return caseIdIndex; }
 
-  /// The kind of a variable, 1 to 3. Another kind fails the run with 220004 and gives 0.
+  /// The kind of a variable, 1 to 3; 0 for an unknown name. A variable of another kind fails the
+  /// run with 220004 and gives 0.
   std::int32_t GetVariableLevel(const std::string& name);
   /// Asks for one statistic of a variable.
   void RegisterStatistic(std::int32_t variable, Statistic statistic);
-  /// Asks for the records in the order of a continuous variable, and for what the document shows of
-  /// it.
+  /// Asks for the records in the order of a variable, and for what the document shows of a
+  /// continuous one.
   void RegisterSortedVariable(std::int32_t variable);
   /// Adds a test that reads the records in the host's order. Takes the test over.
   void AddTest(std::unique_ptr<NPARTest> test);
@@ -63,19 +71,19 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
  private:
   void ResetRun();
   void ReadRunSettings();
-  QDStatus PrepareRun();
-  void BuildTests();
+  QDStatus PrepareRun(RecordIterator& records);
+  QDStatus BuildTests();
   QDStatus RunTests();
+  QDStatus RunWorkers();
 
-  QDSettings* settings;
+  const QDSettings* settings;
   ProgressListener* progressListener = nullptr;
-  std::vector<std::string> settingNames;
-  QDVarList* variables;
+  const QDVarList* variables;
   std::unique_ptr<QDUnivariateSummaries> univariates;
-  RecordIterator* inputIterator = nullptr;
   NParMemoIterator memoIterator;
   std::unique_ptr<NPARSortManager> sortManager;
   bool executed = false;
+  bool written = false;
   CancelPair cancelPair;
   QDCommon_700::QDWarnings warnings;
   QDStatus status;
@@ -84,7 +92,6 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   std::unique_ptr<InitialDataReader> dataReader;
   std::int32_t caseIdIndex = -1;
   std::int32_t weightIndex = -1;
-  bool hasWeight = false;
   bool analysisMissing = true;
   double sigLevel = 0.05;
   double confidenceLevel = 0.95;

@@ -1,20 +1,27 @@
 #pragma once
 
+#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
 
 #include "foundation/names.h"
 #include "kit/sorted_data.h"
+#include "planning/missing.h"
 
-/// Reads every record of a source once and keeps it: blocks of 2048 records, doubles side by side,
-/// that are allocated whole and never move.
+/// Rows that an iterator hands out at a time: their addresses and first cache lines fit the fastest
+/// cache.
+inline constexpr std::size_t kRowsAtOnce = 256;
+
+/// Reads every record of a source once and keeps it: blocks of records, doubles side by side, that
+/// are allocated whole and never move. All records of a source have the width of the first.
 class InitialDataReader {
  public:
   static constexpr std::int32_t kBlockSize = 2048;
 
-  /// Takes nothing over. `skipMissing`: records with a missing value in one of the listed variables
-  /// are not kept.
+  /// Takes nothing over. A block size that is no power of two is raised to the next one.
+  /// `skipMissing`: records with a missing value in one of the listed variables are not kept.
   InitialDataReader(std::int32_t blockSize, RecordIterator* source, bool skipMissing,
                     std::vector<std::int32_t> variableList, const QDVarList* variables);
 
@@ -25,28 +32,35 @@ class InitialDataReader {
   /// Doubles in a record.
   [[nodiscard]] int Width() const noexcept { return width; }
   [[nodiscard]] const double* Row(std::int64_t number) const noexcept {
-    return blocks[static_cast<std::size_t>(number / blockSize)].get() +
-           (number % blockSize) * width;
+    return blocks[static_cast<std::size_t>(number >> blockShift)].get() +
+           (number & (BlockSize() - 1)) * width;
   }
 
  private:
+  [[nodiscard]] std::int64_t BlockSize() const noexcept { return std::int64_t{1} << blockShift; }
+  QDStatus ReadRecords();
+  QDStatus ReadBlocks(IRecordBlocks& blockSource);
+  void Prepare(int recordWidth);
   QDStatus Keep(const double* row);
 
   std::vector<std::unique_ptr<double[]>> blocks;
   std::int64_t count = 0;
   std::int64_t capacity = 0;
-  std::int32_t blockSize;
+  int blockShift;
   RecordIterator* source;
   bool skipMissing;
   std::vector<std::int32_t> variableList;
   const QDVarList* variables;
   int width = 0;
+  std::int32_t weightIndex = -1;
+  std::vector<MissingMark> marks;
 };
 
 /// Walks the kept records in their order.
 class NParMemoIterator final : public MultiPassRecordIter, public IRecordBlocks {
  public:
   NParMemoIterator() = default;
+  /// Stands at the first record.
   explicit NParMemoIterator(const InitialDataReader* reader);
 
   bool HasNext() override;
@@ -55,11 +69,12 @@ class NParMemoIterator final : public MultiPassRecordIter, public IRecordBlocks 
   int Reset() override;
   bool NextBlock(RecordBlock& block) override;
   int GetRecordWidth() const override;
-  /// An iterator that stands `count` places further on, or at the end.
-  [[nodiscard]] NParMemoIterator Jump(std::int64_t count) const;
-  [[nodiscard]] const InitialDataReader* Reader() const noexcept { return reader; }
+  /// An iterator that stands `places` further on, or at the end.
+  [[nodiscard]] NParMemoIterator Jump(std::int64_t places) const;
 
  private:
+  void MoveTo(std::int64_t place);
+
   Record current;
   std::int64_t index = -1;
   const InitialDataReader* reader = nullptr;
@@ -70,40 +85,45 @@ class NParMemoIterator final : public MultiPassRecordIter, public IRecordBlocks 
 /// Walks the kept records ascending by a variable, equal values in record order.
 class NPARSortedIterator final : public MultiPassRecordIter, public IRecordBlocks {
  public:
-  /// `order`: record numbers; the memo is not taken over.
-  NPARSortedIterator(const NParMemoIterator* memo, std::vector<std::uint32_t> order);
+  /// Stands at the first record of the order; the reader is not taken over.
+  NPARSortedIterator(const InitialDataReader* reader, std::vector<std::uint32_t> order);
 
-  bool HasNext() override;
+  bool HasNext() override { return position < order.size(); }
   const Record* Next() override;
-  int GetState() const override;
+  int GetState() const override { return position < order.size() ? 0 : 1; }
   int Reset() override;
   bool NextBlock(RecordBlock& block) override;
-  int GetRecordWidth() const override;
+  int GetRecordWidth() const override { return reader->Width(); }
 
  private:
-  const NParMemoIterator* memo;
+  const InitialDataReader* reader;
   std::vector<std::uint32_t> order;
-  Record currentRecord;
+  Record current;
   std::size_t position = 0;
   std::vector<const double*> rows;
+  std::vector<const double*> followingRows;
 };
 
-/// The sorted views of a run, each built once for its variable.
+/// The sorted views of a run. A view is sorted when it is first asked for and then kept.
 class NPARSortManager final : public ISortedData {
  public:
-  explicit NPARSortManager(NParMemoIterator* memo);
+  /// The reader is not taken over.
+  explicit NPARSortManager(const InitialDataReader* reader);
 
   /// False for a variable outside the record. A variable is taken once.
   bool AddSortVariable(std::int32_t variable);
-  [[nodiscard]] bool HasSortVariables() const noexcept { return !sortVariables.empty(); }
-  /// 220012 where memory ran out.
-  QDStatus BuildSortedIterators();
+  /// Throws std::bad_alloc where memory runs out, and for more records than an order numbers.
   MultiPassRecordIter* GetSortedIterator(std::int32_t variable) override;
 
  private:
-  NParMemoIterator* memo;
-  std::int32_t recordWidth;
-  std::vector<std::unique_ptr<NPARSortedIterator>> iterators;
-  std::vector<std::int32_t> sortVariables;
-  QDStatus status;
+  struct View {
+    bool isWanted = false;
+    std::unique_ptr<NPARSortedIterator> iterator;
+  };
+  [[nodiscard]] bool IsInRecord(std::int32_t variable) const noexcept {
+    return variable >= 0 && static_cast<std::size_t>(variable) < views.size();
+  }
+
+  const InitialDataReader* reader;
+  std::vector<View> views;
 };

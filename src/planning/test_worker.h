@@ -7,56 +7,60 @@
 #include "foundation/names.h"
 #include "kit/test.h"
 #include "kit/univariate.h"
+#include "planning/cancel_pair.h"
 #include "planning/record_iterators.h"
 
-/// Whether a run shall stop: the host's source, and the answer once it was yes.
-struct CancelPair {
-  ICancelSource* source = nullptr;
-  bool cancelled = false;
-
-  [[nodiscard]] bool Check() {
-    if (!cancelled && source != nullptr) cancelled = source->IsCancelled();
-    return cancelled;
-  }
-};
+class PassFeed;
 
 /// Drives tests through passes over one record source; all tests of a worker share each pass.
+///
+/// A record with a missing value reaches, with the analysis treatment, the tests that require none
+/// of its missing variables (a test that requires nothing takes complete records only), with the
+/// listwise one no test at all, whichever variable of the run it is that is missing.
 class NPARTestWorker final {
  public:
+  /// The variables are not taken over.
   NPARTestWorker(const QDVarList* variables, bool analysisMissing);
   NPARTestWorker(const NPARTestWorker&) = delete;
   NPARTestWorker& operator=(const NPARTestWorker&) = delete;
   ~NPARTestWorker();
 
   /// The worker's part of the whole run's progress, as fractions.
-  virtual void SetProgressRange(ProgressListener* listener, double start, double span);
+  void SetProgressRange(ProgressListener* listener, double start, double span);
   /// Takes the test over.
   void AddTest(std::unique_ptr<NPARTest> test);
-  /// All passes. 220012 where memory ran out, else success: errors of tests stay with the tests.
+  /// All passes. 220012 where memory ran out, else success: errors of tests stay with the tests. A
+  /// run that was cancelled just stops; the pass that it stopped in is not ended.
   QDStatus RunWorker(CancelPair& cancelPair);
   /// Asks every test for its element. 220012 where memory ran out.
   QDStatus CollectResults();
 
-  void SetRecords(RecordIterator* source) noexcept { records = source; }
+  /// The source for tests that take records in its order; not taken over.
+  void SetRecords(MultiPassRecordIter* source) noexcept { records = source; }
+  /// Tests take the records ascending by that variable instead. The manager is not taken over.
   void SetSortVariable(std::int32_t variable, NPARSortManager* manager) noexcept {
     sortVariable = variable;
     sortManager = manager;
   }
+  /// -1: the source's order.
   [[nodiscard]] std::int32_t GetSortVariable() const noexcept { return sortVariable; }
   void SetSharedData(std::unique_ptr<UnivariateResults> data) { sharedData = std::move(data); }
   [[nodiscard]] std::size_t TestCount() const noexcept { return tests.size(); }
-  /// Elements in the order of the tests, until the document takes them.
-  [[nodiscard]] const std::vector<XMLElement*>& GetResults() const noexcept { return results; }
-  /// Gives the elements away.
-  std::vector<XMLElement*> TakeResults() noexcept { return std::move(results); }
+  /// The elements in the order of the tests; the worker keeps none.
+  [[nodiscard]] std::vector<std::unique_ptr<XMLElement>> TakeResults() noexcept {
+    return std::move(results);
+  }
 
  private:
-  QDStatus RunPass(std::vector<NPARTest*> list, CancelPair& cancelPair);
+  QDStatus RunPasses(CancelPair& cancelPair);
+  QDStatus RunPass(const std::vector<NPARTest*>& list, CancelPair& cancelPair);
+  QDStatus BeginPass(const std::vector<NPARTest*>& list, PassFeed& feed);
+  QDStatus EndPass(const PassFeed& feed);
   void ReportPassProgress();
 
   std::vector<std::unique_ptr<NPARTest>> tests;
-  RecordIterator* records = nullptr;
-  std::vector<XMLElement*> results;
+  MultiPassRecordIter* records = nullptr;
+  std::vector<std::unique_ptr<XMLElement>> results;
   std::unique_ptr<UnivariateResults> sharedData;
   std::int32_t sortVariable = -1;
   NPARSortManager* sortManager = nullptr;

@@ -1,0 +1,223 @@
+#include "planning/planner.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+#include "kit/allocation.h"
+#include "planning/test_table.h"
+#include "planning/warning.h"
+#include "report/result_writer.h"
+
+namespace {
+
+constexpr std::int32_t kCancelled = 1;
+constexpr std::int32_t kNotExecuted = 6;
+constexpr std::int32_t kNoEntry = 220001;        // the settings hold no list-valued entry
+constexpr std::int32_t kUnfitVariable = 220004;  // a variable of a kind that no test takes
+
+// The tests' part of the whole run's progress.
+constexpr double kTestsStart = 0.25;
+constexpr double kTestsSpan = 0.65;
+
+/// The tests' maker by the name of an entry; null for a name that is none.
+ConstructTest FindConstruct(std::string_view entryName) {
+  for (const TestTableRow& row : TestTable()) {
+    if (row.entryName == entryName) return row.construct;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+NPARPlanner::NPARPlanner(const QDSettings* settings, const QDVarList* variables)
+    : settings(settings), variables(variables), varInfo(variables) {}
+
+NPARPlanner::~NPARPlanner() = default;
+
+void NPARPlanner::SetProgressListener(ProgressListener* listener) {
+  if (listener != nullptr) progressListener = listener;
+}
+
+void NPARPlanner::SetCancelSource(ICancelSource* source) {
+  if (source != nullptr) cancelPair.source = source;
+}
+
+std::string NPARPlanner::GetDescription() const {
+  return "Nonparemetic Tests Component Ver. 1.0 Copyright (c) Lyra";  // hosts read it so
+}
+
+void NPARPlanner::ResetRun() {
+  univariates.reset();
+  mainWorker.reset();
+  sortedWorkers.clear();
+  status = QDStatus();
+  executed = false;
+  written = false;
+}
+
+void NPARPlanner::ReadRunSettings() {
+  std::string text;
+  if (settings->GetSettingValByName("missingTreatment", text)) analysisMissing = text == "analysis";
+  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
+  static_cast<void>(settings->GetSettingValByName("confidenceLevel", confidenceLevel));
+  if (settings->GetSettingValByName("caseIDVariableName", text)) {
+    caseIdIndex = variables->FindVariable(text);
+  }
+}
+
+QDStatus NPARPlanner::Execute(RecordIterator& records, std::int32_t /*reserved*/) {
+  ResetRun();
+  NPARWarning::Instance().Clear();
+  status = GuardAllocation(kNoMemory, [&] { return PrepareRun(records); });
+  if (status.IsOK()) {
+    // A construct function may set the status of the run, which a success does not take back.
+    const QDStatus built = GuardAllocation(kNoMemory, [this] { return BuildTests(); });
+    if (!built.IsOK()) status = built;
+  }
+  if (status.IsOK()) status = GuardAllocation(kMemoryExhausted, [this] { return RunTests(); });
+  executed = !status.IsError();
+  if (univariates != nullptr) univariates->SetSortedData(nullptr);
+  sortManager.reset();
+  memoIterator = NParMemoIterator();
+  dataReader.reset();
+  return status;
+}
+
+QDStatus NPARPlanner::PrepareRun(RecordIterator& records) {
+  ReadRunSettings();
+  std::vector<std::int32_t> allVariables(static_cast<std::size_t>(variables->Size()));
+  std::iota(allVariables.begin(), allVariables.end(), 0);
+  dataReader =
+      std::make_unique<InitialDataReader>(InitialDataReader::kBlockSize, &records, !analysisMissing,
+                                          std::move(allVariables), variables);
+  const QDStatus read = dataReader->Read();
+  if (read.IsError()) return read;
+
+  memoIterator = NParMemoIterator(dataReader.get());
+  sortManager = std::make_unique<NPARSortManager>(dataReader.get());
+  univariates = std::make_unique<QDUnivariateSummaries>(&memoIterator, variables);
+  univariates->SetSortedData(sortManager.get());
+  weightIndex = variables->GetFreqWeightVariable();
+  if (HasWeight()) univariates->SetWeightVariable(weightIndex);
+
+  mainWorker = std::make_unique<NPARTestWorker>(variables, analysisMissing);
+  // The host's records, as they come; a source that can be read only once is represented by what
+  // was kept of it.
+  auto* multiPass = dynamic_cast<MultiPassRecordIter*>(&records);
+  mainWorker->SetRecords(multiPass != nullptr ? multiPass : &memoIterator);
+  return QDStatus();
+}
+
+QDStatus NPARPlanner::BuildTests() {
+  bool isAnyEntry = false;
+  for (std::size_t i = 0; i < settings->Size(); ++i) {
+    const QDSetting* setting = settings->GetSettingAt(i);
+    const IQDSettingValue* value = setting->GetValue();
+    if (value == nullptr || value->GetKind() != SettingKind::Settings) continue;
+    isAnyEntry = true;
+    const ConstructTest construct = FindConstruct(setting->GetName());
+    if (construct == nullptr) continue;
+    QDStatus constructionStatus;
+    // The test carries its problem by itself, and the others go on.
+    static_cast<void>(construct(*this, constructionStatus, *value->GetListValue()));
+  }
+  return isAnyEntry ? QDStatus() : QDStatus(kNoEntry);
+}
+
+QDStatus NPARPlanner::RunTests() {
+  const QDStatus summarised = univariates->Run();
+  // A summary that failed shows in the tests that read it; only a lack of memory ends the run.
+  if (summarised.GetErrorCode() == kMemoryExhausted) return summarised;
+  return RunWorkers();
+}
+
+QDStatus NPARPlanner::RunWorkers() {
+  std::vector<NPARTestWorker*> plan;
+  if (mainWorker->TestCount() > 0) plan.push_back(mainWorker.get());
+  for (const auto& worker : sortedWorkers) plan.push_back(worker.get());
+  std::size_t total = 0;
+  for (NPARTestWorker* worker : plan) {
+    worker->SetSharedData(std::make_unique<UnivariateResults>(univariates.get()));
+    total += worker->TestCount();
+  }
+
+  double start = kTestsStart;
+  for (NPARTestWorker* worker : plan) {
+    const double share =
+        static_cast<double>(worker->TestCount()) * kTestsSpan / static_cast<double>(total);
+    worker->SetProgressRange(progressListener, start, share);
+    if (cancelPair.Check()) return QDStatus(kCancelled);
+    const QDStatus run = worker->RunWorker(cancelPair);
+    if (run.IsError()) return run;
+    if (cancelPair.Check()) return QDStatus(kCancelled);
+    const QDStatus collected = worker->CollectResults();
+    if (collected.IsError()) return collected;
+    start += share;
+  }
+  return QDStatus();
+}
+
+QDStatus NPARPlanner::WriteOutput(std::ostream& stream, const NPARRunInfo& runInfo) {
+  if (!executed || written) return QDStatus(kNotExecuted);
+  written = true;
+  return GuardAllocation(kMemoryExhausted, [&] {
+    std::vector<std::unique_ptr<XMLElement>> owned = mainWorker->TakeResults();
+    for (const auto& worker : sortedWorkers) {
+      for (auto& element : worker->TakeResults()) owned.push_back(std::move(element));
+    }
+    std::vector<XMLElement*> results(owned.size());
+    const UnivariateResults univariateResults(univariates.get());
+    NPARResultWriter writer(variables, &univariateResults, &results, analysisMissing, sigLevel,
+                            confidenceLevel, weightIndex, caseIdIndex);
+    std::int32_t modelId = 0;
+    static_cast<void>(settings->GetSettingValByName("NParStatXMLModelID", modelId));
+    std::transform(owned.begin(), owned.end(), results.begin(),
+                   [](auto& element) { return element.release(); });
+    return writer.Write(stream, modelId, runInfo);
+  });
+}
+
+std::int32_t NPARPlanner::GetVariableLevel(const std::string& name) {
+  const IQDVariable* variable = variables->GetVarAt(variables->FindVariable(name));
+  if (variable == nullptr) return 0;
+  const VariableKind kind = variable->GetType();
+  if (kind == VariableKind::Continuous || kind == VariableKind::NumericCategory ||
+      kind == VariableKind::StringCategory) {
+    return static_cast<std::int32_t>(kind);
+  }
+  status = QDStatus(kUnfitVariable);
+  return 0;
+}
+
+void NPARPlanner::RegisterStatistic(std::int32_t variable, Statistic statistic) {
+  // A statistic that the variable refuses stays away from what the tests read.
+  static_cast<void>(univariates->Register(variable, static_cast<std::int32_t>(statistic)));
+}
+
+void NPARPlanner::RegisterSortedVariable(std::int32_t variable) {
+  static_cast<void>(sortManager->AddSortVariable(variable));  // a variable outside is left out
+  for (const Statistic statistic : {Statistic::Distribution, Statistic::Minimum, Statistic::Maximum,
+                                    Statistic::Mean, Statistic::MeanStdDev}) {
+    RegisterStatistic(variable, statistic);
+  }
+}
+
+void NPARPlanner::AddTest(std::unique_ptr<NPARTest> test) { mainWorker->AddTest(std::move(test)); }
+
+void NPARPlanner::AddSortedTest(std::unique_ptr<NPARTest> test, std::int32_t sortVariable,
+                                QDStatus constructionStatus) {
+  const bool isFit = !constructionStatus.IsError() && sortManager->AddSortVariable(sortVariable);
+  const auto sameOrder = std::find_if(
+      sortedWorkers.begin(), sortedWorkers.end(),
+      [&](const auto& worker) { return isFit && worker->GetSortVariable() == sortVariable; });
+  if (sameOrder != sortedWorkers.end()) {
+    (*sameOrder)->AddTest(std::move(test));
+    return;
+  }
+  auto worker = std::make_unique<NPARTestWorker>(variables, analysisMissing);
+  worker->SetRecords(&memoIterator);
+  if (isFit) worker->SetSortVariable(sortVariable, sortManager.get());
+  worker->AddTest(std::move(test));
+  sortedWorkers.push_back(std::move(worker));
+}

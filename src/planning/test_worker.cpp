@@ -1,0 +1,120 @@
+#include "planning/test_worker.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "kit/allocation.h"
+#include "planning/pass_feed.h"
+#include "planning/progress.h"
+
+NPARTestWorker::NPARTestWorker(const QDVarList* variables, bool analysisMissing)
+    : variables(variables), analysisMissing(analysisMissing) {}
+
+NPARTestWorker::~NPARTestWorker() = default;
+
+void NPARTestWorker::SetProgressRange(ProgressListener* listener, double start, double span) {
+  progressListener = listener;
+  progressStart = start;
+  progressSpan = span;
+}
+
+void NPARTestWorker::AddTest(std::unique_ptr<NPARTest> test) { tests.push_back(std::move(test)); }
+
+QDStatus NPARTestWorker::RunWorker(CancelPair& cancelPair) {
+  passesTotal = 0;
+  passesLeft = 0;
+  const QDStatus status = GuardAllocation(kMemoryExhausted, [&] { return RunPasses(cancelPair); });
+  passesLeft = 0;
+  ReportPassProgress();
+  return status;
+}
+
+QDStatus NPARTestWorker::RunPasses(CancelPair& cancelPair) {
+  std::vector<NPARTest*> active;
+  for (const auto& test : tests) {
+    test->SetSharedData(sharedData.get());
+    active.push_back(test.get());
+  }
+  while (!active.empty() && !cancelPair.Check()) {
+    const QDStatus status = RunPass(active, cancelPair);
+    if (!status.IsOK()) return status;
+    if (cancelPair.Check()) break;
+    active.clear();
+    for (const auto& test : tests) {
+      if (test->NeedsAnotherPass()) active.push_back(test.get());
+    }
+  }
+  return QDStatus();
+}
+
+QDStatus NPARTestWorker::RunPass(const std::vector<NPARTest*>& list, CancelPair& cancelPair) {
+  MultiPassRecordIter* source =
+      sortVariable < 0 ? records : sortManager->GetSortedIterator(sortVariable);
+  if (source != nullptr) static_cast<void>(source->Reset());  // asked of the iterator itself
+
+  PassFeed feed(variables, analysisMissing);
+  const QDStatus begun = BeginPass(list, feed);
+  if (!begun.IsOK()) return begun;
+  if (firstPass) {
+    passesTotal = passesLeft;
+    lastReportedLeft = passesLeft + 1;
+    firstPass = false;
+  }
+  ReportPassProgress();
+
+  if (source != nullptr) {
+    const QDStatus walked = feed.Walk(*source, cancelPair);
+    if (!walked.IsOK()) return walked;
+  }
+  passesLeft = 0;
+  if (!cancelPair.Check()) {
+    const QDStatus ended = EndPass(feed);
+    if (!ended.IsOK()) return ended;
+  }
+  ReportPassProgress();
+  return QDStatus();
+}
+
+QDStatus NPARTestWorker::BeginPass(const std::vector<NPARTest*>& list, PassFeed& feed) {
+  passesLeft = 0;
+  for (NPARTest* test : list) {
+    const QDStatus begin = test->BeginPass();
+    if (begin.GetErrorCode() == kMemoryExhausted) return begin;
+    std::vector<std::int64_t> required;
+    test->GetRequiredVariables(required);
+    if (!begin.IsError()) feed.AddTest(test, required);
+    passesLeft = std::max(passesLeft, test->GetPassesLeft());
+  }
+  return QDStatus();
+}
+
+QDStatus NPARTestWorker::EndPass(const PassFeed& feed) {
+  for (NPARTest* test : feed.AliveTests()) {
+    const QDStatus answer = test->EndPass();
+    if (answer.GetErrorCode() == kMemoryExhausted) return answer;
+    if (!answer.IsError()) passesLeft = std::max(passesLeft, test->GetPassesLeft());
+  }
+  return QDStatus();
+}
+
+QDStatus NPARTestWorker::CollectResults() {
+  return GuardAllocation(kMemoryExhausted, [this] {
+    results.reserve(results.size() + tests.size());
+    for (const auto& test : tests) results.emplace_back(test->WriteResults());
+    return QDStatus();
+  });
+}
+
+void NPARTestWorker::ReportPassProgress() {
+  double fraction = 1.0;
+  if (passesTotal > 0 && passesLeft >= 0 && passesTotal >= passesLeft) {
+    fraction = static_cast<double>(passesTotal - passesLeft) / static_cast<double>(passesTotal);
+  }
+  if (passesLeft >= lastReportedLeft) return;
+  if (progressListener != nullptr) {
+    NPARReporter report;
+    report.SetCurrentStepNum(TruncateToInt32((fraction * progressSpan + progressStart) * 100.0));
+    static_cast<void>(progressListener->Report(report));  // a listener's answer stops nothing
+  }
+  lastReportedLeft = passesLeft;
+}

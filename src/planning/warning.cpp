@@ -1,0 +1,6 @@
+#include "planning/warning.h"
+
+NPARWarning& NPARWarning::Instance() {
+  static NPARWarning* const instance = new NPARWarning;
+  return *instance;
+}
