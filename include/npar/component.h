@@ -30,6 +30,11 @@ extern "C" {
 #define NPAR_BUFFER_TOO_SMALL 13u     /* *needed says how large it must be */
 #define NPAR_NO_HOST_HELPER 15u       /* hb_getModuleInformation before hb_initialise */
 
+/* Answers of hb_component_getIteratorRequirements. */
+#define NPAR_READ_ONCE 1
+#define NPAR_READ_REPEATEDLY 2
+#define NPAR_STORED_ORDER 0
+
 /* The host of all components of this process; null gives NPAR_NULL_ARGUMENT. */
 uint32_t hb_initialise(HBHost* host);
 /* Does nothing today; call it once at the end. [initialised] */
@@ -48,8 +53,8 @@ uint32_t hb_component_getDataModel(void* component, int32_t index, char* buffer,
 /* What must be done to the records before a run: missing values, weights, codes. [configured] */
 uint32_t hb_component_getExecutionRequirements(void* component, char* buffer, size_t capacity,
                                                size_t* needed, int32_t* err);
-/* How often and in which order the input is read: 1 input, read more than once, in stored order.
- * [configured] */
+/* How often and in which order the input is read: 1 input, NPAR_READ_REPEATEDLY,
+ * NPAR_STORED_ORDER. [created] */
 uint32_t hb_component_getIteratorRequirements(void* component, int32_t* inputs, int32_t* passes,
                                               int32_t* order, int32_t* err);
 

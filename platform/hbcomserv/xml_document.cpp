@@ -1,1 +1,244 @@
-// placeholder until the unit lands
+#include <algorithm>
+#include <pugixml.hpp>
+
+#include "foundation/host_helpers.h"
+
+namespace HbHelperV1 {
+namespace {
+
+/// Readers of documents recurse over their elements.
+constexpr int kDeepestElement = 200;
+
+pugi::xml_node Node(void* node) {
+  return pugi::xml_node(static_cast<pugi::xml_node_struct*>(node));
+}
+
+std::string PlaceAt(std::string_view text, std::size_t offset) {
+  const std::string_view before = text.substr(0, std::min(offset, text.size()));
+  const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+  const std::size_t lineStart = before.rfind('\n') + 1;  // npos + 1 is 0
+  const auto column = 1 + std::count_if(before.begin() + static_cast<std::ptrdiff_t>(lineStart),
+                                        before.end(), [](char byte) {
+                                          return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+                                        });
+  return "line " + std::to_string(line) + ", column " + std::to_string(column);
+}
+
+/// Is what follows an '&' one of the references that XML knows without a document type?
+bool IsKnownReference(std::string_view rest) {
+  const std::string_view name = rest.substr(0, rest.find(';'));
+  if (name.size() == rest.size()) return false;
+  for (const std::string_view known : {"amp", "lt", "gt", "quot", "apos"}) {
+    if (name == known) return true;
+  }
+  if (name.size() < 2 || name[0] != '#') return false;
+  const bool isHex = name[1] == 'x';
+  const std::string_view digits = name.substr(isHex ? 2 : 1);
+  return !digits.empty() &&
+         digits.find_first_not_of(isHex ? "0123456789abcdefABCDEF" : "0123456789") ==
+             std::string_view::npos;
+}
+
+struct Problem {
+  std::size_t offset = 0;
+  const char* what = nullptr;
+};
+
+/// Looks for what the parser would pass over in silence: a document type and references to
+/// entities, which only a document type could define.
+Problem FindUnsupported(std::string_view text) {
+  struct Quiet {
+    std::string_view begin, end;
+  };
+  constexpr Quiet kQuiet[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
+  std::size_t at = 0;
+  while ((at = text.find_first_of("<&", at)) != std::string_view::npos) {
+    const std::string_view rest = text.substr(at);
+    if (rest[0] == '&') {
+      if (!IsKnownReference(rest.substr(1, 16))) return {at, "unknown entity"};
+      ++at;
+      continue;
+    }
+    const auto* quiet = std::find_if(std::begin(kQuiet), std::end(kQuiet), [&](const Quiet& each) {
+      return rest.starts_with(each.begin);
+    });
+    if (quiet != std::end(kQuiet)) {
+      at = text.find(quiet->end, at + quiet->begin.size());
+      if (at == std::string_view::npos) break;  // the parser says what is wrong
+    } else if (rest.starts_with("<!")) {
+      return {at, "a document type is not allowed"};
+    } else {
+      ++at;
+    }
+  }
+  return {};
+}
+
+class DepthCheck final : public pugi::xml_tree_walker {
+ public:
+  bool for_each(pugi::xml_node& node) override {
+    if (depth() < kDeepestElement || node.type() != pugi::node_element) return true;
+    tooDeep = node;
+    return false;
+  }
+  pugi::xml_node tooDeep;
+};
+
+}  // namespace
+
+struct XMLDocument::Tree {
+  pugi::xml_document document;
+  std::string text;  // as it was read, for the places of problems
+  std::string problem;
+
+  void Read();
+  void Refuse(std::size_t offset, const char* what) {
+    problem = PlaceAt(text, offset) + ": " + what;
+    document.reset();
+  }
+};
+
+void XMLDocument::Tree::Read() {
+  if (const Problem found = FindUnsupported(text); found.what != nullptr) {
+    return Refuse(found.offset, found.what);
+  }
+  const pugi::xml_parse_result result =
+      document.load_buffer(text.data(), text.size(), pugi::parse_default, pugi::encoding_utf8);
+  if (!result) return Refuse(static_cast<std::size_t>(result.offset), result.description());
+  for (const pugi::xml_node node : document.children()) {
+    if (node != document.document_element() && node.type() == pugi::node_element) {
+      return Refuse(static_cast<std::size_t>(node.offset_debug()) - 1, "a second root element");
+    }
+  }
+  DepthCheck depth;
+  document.traverse(depth);
+  if (depth.tooDeep) {
+    Refuse(static_cast<std::size_t>(depth.tooDeep.offset_debug()) - 1, "elements nest too deep");
+  }
+}
+
+XMLElement XMLElement::addElement(const char* name) {
+  return XMLElement(Node(node).append_child(name).internal_object());
+}
+
+void XMLElement::addAttribute(const char* name, const std::string& value) {
+  Node(node).append_attribute(name).set_value(value.c_str());
+}
+
+void XMLElement::addAttribute(const char* name, std::int32_t value) {
+  Node(node).append_attribute(name).set_value(value);
+}
+
+std::string_view XMLElement::name() const { return Node(node).name(); }
+
+bool XMLElement::hasAttribute(const char* name) const {
+  return !Node(node).attribute(name).empty();
+}
+
+std::string_view XMLElement::attribute(const char* name) const {
+  return Node(node).attribute(name).value();
+}
+
+std::string_view XMLElement::unexpectedAttribute(
+    std::initializer_list<std::string_view> known) const {
+  std::uint64_t seen = 0;
+  for (const pugi::xml_attribute attribute : Node(node).attributes()) {
+    const auto* found = std::find(known.begin(), known.end(), attribute.name());
+    if (found == known.end()) return attribute.name();
+    const std::uint64_t bit = std::uint64_t{1} << (found - known.begin());
+    if ((seen & bit) != 0) return attribute.name();
+    seen |= bit;
+  }
+  return {};
+}
+
+bool XMLElement::hasText() const {
+  for (const pugi::xml_node child : Node(node).children()) {
+    if (child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata) return true;
+  }
+  return false;
+}
+
+XMLElement XMLElement::firstChild(const char* name) const {
+  for (const pugi::xml_node child : Node(node).children()) {
+    if (child.type() != pugi::node_element) continue;
+    if (name == nullptr || std::string_view(child.name()) == name) {
+      return XMLElement(child.internal_object());
+    }
+  }
+  return {};
+}
+
+XMLElement XMLElement::nextSibling(const char* name) const {
+  for (pugi::xml_node next = Node(node).next_sibling(); next; next = next.next_sibling()) {
+    if (next.type() != pugi::node_element) continue;
+    if (name == nullptr || std::string_view(next.name()) == name) {
+      return XMLElement(next.internal_object());
+    }
+  }
+  return {};
+}
+
+std::ptrdiff_t XMLElement::offset() const {
+  const std::ptrdiff_t ofName = Node(node).offset_debug();
+  return ofName > 0 ? ofName - 1 : -1;
+}
+
+XMLDocument::XMLDocument() : tree(std::make_shared<Tree>()) {}
+
+XMLDocument::XMLDocument(HBXML* document) : XMLDocument() {
+  if (document == nullptr) {
+    tree->problem = "there is no document";
+    return;
+  }
+  const char* text = nullptr;
+  std::size_t length = 0;
+  std::int32_t err = 0;
+  if (!HB_HAS(document, HBXMLTable, getText) ||
+      document->table->getText(document, &text, &length, &err) != HB_OK || text == nullptr) {
+    tree->problem = "the host did not give the document's text";
+  } else {
+    tree->text.assign(text, length);
+    tree->Read();
+  }
+  // A host that cannot take its document back has no bearing on what was read.
+  if (HB_HAS(document, HBXMLTable, release)) document->table->release(document, &err);
+}
+
+XMLDocument::XMLDocument(const XMLDocument&) = default;
+XMLDocument& XMLDocument::operator=(const XMLDocument&) = default;
+XMLDocument::~XMLDocument() = default;
+
+bool XMLDocument::isWellFormed() const { return tree->problem.empty(); }
+
+const std::string& XMLDocument::problem() const { return tree->problem; }
+
+std::string XMLDocument::place(const XMLElement& element) const {
+  const std::ptrdiff_t offset = element.offset();
+  return offset < 0 ? std::string() : PlaceAt(tree->text, static_cast<std::size_t>(offset));
+}
+
+XMLElement XMLDocument::root() const {
+  return XMLElement(tree->document.document_element().internal_object());
+}
+
+XMLElement XMLDocument::addElement(const char* name) {
+  if (XMLElement top = root()) return top.addElement(name);
+  return XMLElement(tree->document.append_child(name).internal_object());
+}
+
+void XMLDocument::doc2string(std::string& text) const {
+  struct Writer final : pugi::xml_writer {
+    explicit Writer(std::string& text) : text(text) {}
+    void write(const void* data, std::size_t size) override {
+      text.append(static_cast<const char*>(data), size);
+    }
+    std::string& text;
+  };
+  text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+  Writer writer(text);
+  tree->document.save(writer, "  ", pugi::format_indent | pugi::format_no_declaration,
+                      pugi::encoding_utf8);
+}
+
+}  // namespace HbHelperV1

@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -67,11 +69,16 @@ class QD_EXPORT XMLElement {
   [[nodiscard]] std::string_view name() const;
   [[nodiscard]] bool hasAttribute(const char* name) const;
   [[nodiscard]] std::string_view attribute(const char* name) const;
+  /// The first attribute that is not among `known`, or stands a second time; empty for none.
+  [[nodiscard]] std::string_view unexpectedAttribute(
+      std::initializer_list<std::string_view> known) const;
+  /// Does text other than white space stand directly in the element?
+  [[nodiscard]] bool hasText() const;
   /// The first child element, of that name where one is given.
   [[nodiscard]] XMLElement firstChild(const char* name = nullptr) const;
   /// The next element beside this one, of that name where one is given.
   [[nodiscard]] XMLElement nextSibling(const char* name = nullptr) const;
-  /// Offset of the element in the text it was read from, -1 for one that was made.
+  /// Byte offset of the element's '<' in the text it was read from, -1 for one that was made.
   [[nodiscard]] std::ptrdiff_t offset() const;
 
  private:
@@ -85,16 +92,22 @@ class QD_EXPORT XMLDocument {
  public:
   /// An empty document.
   XMLDocument();
-  /// Reads the host's document and releases it. A text that is not well-formed leaves the document
-  /// empty: see isWellFormed.
+  /// Reads the host's document and releases it. A text that is not well-formed UTF-8 XML, declares
+  /// a document type, refers to entities of its own or nests more than 200 elements leaves the
+  /// document empty: see isWellFormed and problem.
   explicit XMLDocument(HBXML* document);
   XMLDocument(const XMLDocument&);
   XMLDocument& operator=(const XMLDocument&);
   ~XMLDocument();
 
   [[nodiscard]] bool isWellFormed() const;
+  /// Where and why the text could not be read; empty for a well-formed one.
+  [[nodiscard]] const std::string& problem() const;
+  /// "line 3, column 5" of an element that was read, columns in characters; empty for one that was
+  /// made.
+  [[nodiscard]] std::string place(const XMLElement& element) const;
   [[nodiscard]] XMLElement root() const;
-  /// Appends the root element.
+  /// The first element becomes the root, every further one a child of the root.
   XMLElement addElement(const char* name);
   /// The whole text, with declaration.
   void doc2string(std::string& text) const;
@@ -104,6 +117,16 @@ class QD_EXPORT XMLDocument {
   std::shared_ptr<Tree> tree;
 };
 
+/// Fills a host's buffer with a text and its zero byte. *needed is set in any case; false, and the
+/// buffer is left alone, where it is too small.
+inline bool FillBuffer(const std::string& text, char* buffer, std::size_t capacity,
+                       std::size_t* needed) noexcept {
+  if (needed != nullptr) *needed = text.size() + 1;
+  if (buffer == nullptr || capacity <= text.size()) return false;
+  std::memcpy(buffer, text.c_str(), text.size() + 1);
+  return true;
+}
+
 class QD_EXPORT HostHelper {
  public:
   /// Null without a host.
@@ -112,8 +135,7 @@ class QD_EXPORT HostHelper {
   [[nodiscard]] XMLDocument createNew(const char* name) const;
 
  private:
-  explicit HostHelper(HBHost* host) noexcept : host(host) {}
-  HBHost* host;
+  HostHelper() noexcept = default;
 };
 
 class QD_EXPORT ContainerHelper {
@@ -138,14 +160,21 @@ class QD_EXPORT DataHelper {
   /// `useBlocks`: take the block road where the host offers it.
   DataHelper(HBIterator* iterator, bool useBlocks);
 
+  /// The iterator offers no road, or gave more records than asked for or a value that is no double.
+  static constexpr std::int32_t kBrokenIterator = 240016;
+
   std::uint32_t Rewind(std::int32_t* err);
   /// As many whole records as fit, `fieldCount` doubles each, in field order; *recordCount is 0 at
-  /// the end. On the record road, values are fetched one by one.
+  /// the end. On the record road, values are fetched one by one. A host's answer that breaks the
+  /// rules of its table is HB_FAILED with kBrokenIterator in *err.
   std::uint32_t ReadBlock(double* buffer, std::size_t capacity, std::size_t fieldCount,
                           std::size_t* recordCount, std::int32_t* err);
   [[nodiscard]] bool HasIterator() const noexcept { return iterator != nullptr; }
 
  private:
+  std::uint32_t ReadRecords(double* buffer, std::size_t capacity, std::size_t fieldCount,
+                            std::size_t* recordCount, std::int32_t* err);
+
   HBIterator* iterator;
   bool blocks;
 };

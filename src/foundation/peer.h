@@ -31,6 +31,7 @@ enum PlatformCode : std::int32_t {
   kNoDataModel = 240012,     ///< the host gave no data model
   kBadDataModel = 240013,    ///< the data model cannot be read; parameter: why
   kIteratorFailed = 240014,  ///< the host's iterator reported an error; parameter: its code
+  kNotOffered = 240015,      ///< an operation that the component or the host does not offer
 };
 
 /// What a host says of itself.
@@ -42,36 +43,43 @@ struct QDPeerHostInfo {
   std::string serialNumber;
 };
 
-/// Reads a host's data model document.
+/// Reads a host's data model document. What a field leaves out: its measure is nominal where it is
+/// stored as string and continuous elsewhere, its storage is string where its measure is nominal or
+/// ordinal and real elsewhere. Values with missing="user" are no categories.
 class QD_EXPORT DataModelParser {
  public:
+  struct Model;
+
   DataModelParser();
   ~DataModelParser();
-  /// Reads the document. `withCounts`: the record counts are wanted too. False, and `problem` says
-  /// where and why, for a document that does not follow schema/datamodel.xsd.
+  /// Reads the document. `withCounts`: the record counts must be there. False, and `problem` says
+  /// where and why, for a document that does not follow schema/datamodel.xsd; the model is then
+  /// empty.
   bool Parse(const HbHelperV1::XMLDocument& document, bool withCounts, std::string& problem);
   [[nodiscard]] std::size_t FieldCount() const;
 
  private:
   friend class InputAdapter;
-  struct Model;
   std::unique_ptr<Model> model;
 };
 
 /// Adapts a host's fields to the run's variables.
 class QD_EXPORT InputAdapter {
  public:
-  /// Neither helper nor parser is taken over; both may change between calls of BuildVarlist.
-  /// The flags, in order: bin continuous fields; turn output fields to input; leave fields out that
-  /// no variable can stand for; list the frequency weight too; take the record counts over.
+  /// Neither helper nor parser is taken over; the helper may be null where only the list is wanted.
+  /// The flags, in order: bin continuous fields (a matter of derived adapters: a data model names
+  /// no bins); turn fields of role none to input; leave fields of measure "other" out; list the
+  /// frequency weight too; take the record counts over.
   InputAdapter(HbHelperV1::DataHelper* dataHelper, const DataModelParser* parser, bool binFields,
                bool changeDirection, bool skipUnfit, bool listWeight, bool takeCounts);
   virtual ~InputAdapter();
 
-  /// Fills the variable list from the data model; false, with a code in *err, where that cannot be
-  /// done.
+  /// Fills the variable list from the data model: every field with a role, in the model's order.
+  /// False, with a code in *err, for a model without fields or where no field has a role.
   bool BuildVarlist(std::int32_t* err);
   [[nodiscard]] QDXML_700::QDVarList& GetVarList() noexcept { return variables; }
+  /// Fields of the data model.
+  [[nodiscard]] std::size_t FieldCount() const;
 
   /// The next records in variable order, `width` doubles each, as far as they fit; 0 at the end.
   std::uint32_t GetValues(double* buffer, std::size_t capacity, std::size_t* recordCount,
@@ -97,11 +105,13 @@ class QD_EXPORT InputAdapter {
   bool listWeight;
   bool takeCounts;
   QDXML_700::QDVarList variables;
+  bool listAllRoles = false;
   std::vector<std::size_t> fieldOfVariable;
   std::vector<double> rawBuffer;
 };
 
 /// The host's records as an iterator: reads them in blocks, delivers them one by one or in blocks.
+/// The source is rewound before the first record of every pass.
 class QD_EXPORT QDPeerIterator : public QDCommon_700::MultiPassRecordIter,
                                  public QDCommon_700::IRecordBlocks {
  public:
@@ -123,6 +133,7 @@ class QD_EXPORT QDPeerIterator : public QDCommon_700::MultiPassRecordIter,
 
  private:
   bool Refill();
+  bool Fail(std::uint32_t result, std::int32_t err);
 
   HbHelperV1::DataHelper* dataHelper;
   InputAdapter* adapter;
@@ -132,6 +143,7 @@ class QD_EXPORT QDPeerIterator : public QDCommon_700::MultiPassRecordIter,
   std::vector<const double*> rows;
   std::size_t position = 0;
   std::size_t filled = 0;
+  bool rewound = false;
   std::int64_t delivered = 0;
   std::int32_t hostError = 0;
   int state = 0;
@@ -202,14 +214,16 @@ class QD_EXPORT QDPeer {
   [[nodiscard]] HBHost* GetHBHostHandle() const noexcept { return host; }
 
  protected:
-  /// Keeps a message for GetErrorDetail and delivers it to the host; the host's answer to that.
+  /// Keeps a message for GetErrorDetail and delivers it to the host; the host's answer to that. A
+  /// message about an unreadable document, given without parameters, gets the problem's text.
   std::uint32_t CollectMsgs(std::int32_t type, std::int32_t code, std::int32_t* err);
   std::uint32_t CollectMsgs(std::int32_t type, std::int32_t code,
                             const std::vector<std::string>& parameters, std::int32_t* err);
   void ClearMsgs() noexcept;
 
+  /// Starts a configuration anew: gets the parameter document and hands it to BuildModelSettings.
   std::uint32_t ScanParameters(std::int32_t* err);
-  /// `withCounts`: the data model of the prepared records is wanted.
+  /// `withCounts`: the data model of the prepared records is wanted. `number`: the input's, from 1.
   std::uint32_t ParseDataModel(std::int32_t* err, bool withCounts, std::uint32_t number);
   void SetExeRequirements(const HbHelperV1::XMLDocument& document);
   /// Takes the helper over.
@@ -217,9 +231,13 @@ class QD_EXPORT QDPeer {
   [[nodiscard]] HbHelperV1::DataHelper* GetDataHelper() const noexcept { return dataHelper.get(); }
   [[nodiscard]] const DataModelParser* GetDataModelParser() const noexcept { return &parser; }
   [[nodiscard]] QDCancelSource* GetCancelSource() noexcept { return &cancelSource; }
+  /// Where BuildModelSettings leaves what is wrong with the parameters.
+  [[nodiscard]] std::string* GetProblemText() noexcept { return &problem; }
   std::uint32_t GetHostInformation(QDPeerHostInfo& info, std::int32_t* err);
   void SetProgressHandle(HBProgress* handle) noexcept { progress = handle; }
   void ClearRecordCounter() noexcept { recordCounter = 0; }
+  /// Output records that the host has taken.
+  [[nodiscard]] std::int64_t GetRecordCounter() const noexcept { return recordCounter; }
 
  private:
   struct Message {
@@ -235,6 +253,7 @@ class QD_EXPORT QDPeer {
   DataModelParser parser;
   QDCancelSource cancelSource;
   std::string requirements;
+  std::string problem;
   std::vector<Message> messages;
   std::int64_t recordCounter = 0;
 };

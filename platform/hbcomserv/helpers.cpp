@@ -1,0 +1,105 @@
+#include <algorithm>
+#include <cstring>
+
+#include "foundation/host_helpers.h"
+
+namespace HbHelperV1 {
+
+std::unique_ptr<HostHelper> HostHelper::create(HBHost* host) {
+  if (host == nullptr) return nullptr;
+  return std::unique_ptr<HostHelper>(new HostHelper());
+}
+
+XMLDocument HostHelper::createNew(const char* name) const {
+  XMLDocument document;
+  document.addElement(name);
+  return document;
+}
+
+std::unique_ptr<ContainerHelper> ContainerHelper::create(HBContainerFile* container) {
+  if (container == nullptr || !HB_HAS(container, HBContainerFileTable, putStream)) return nullptr;
+  return std::unique_ptr<ContainerHelper>(new ContainerHelper(container));
+}
+
+XMLDocument ContainerHelper::constructMetadata(const std::string& mediaType,
+                                               const std::string& fileName) const {
+  XMLDocument document;
+  document.addElement("Metadata");
+  const auto addEntry = [&document](const char* name, const std::string& value) {
+    XMLElement entry = document.addElement("Entry");
+    entry.addAttribute("name", std::string(name));
+    entry.addAttribute("value", value);
+  };
+  addEntry("mediaType", mediaType);
+  addEntry("fileName", fileName);
+  return document;
+}
+
+std::uint32_t ContainerHelper::putString(HBContainerStreamKey* key, const XMLDocument& metadata,
+                                         const std::string& text, std::int32_t* err) const {
+  std::string description;
+  metadata.doc2string(description);
+  return container->table->putStream(container, key, description.c_str(), description.size(),
+                                     text.c_str(), text.size(), err);
+}
+
+DataHelper::DataHelper(HBIterator* iterator, bool useBlocks)
+    : iterator(iterator),
+      blocks(useBlocks && iterator != nullptr && HB_HAS(iterator, HBIteratorTable, readBlock)) {}
+
+std::uint32_t DataHelper::Rewind(std::int32_t* err) {
+  if (iterator != nullptr && HB_HAS(iterator, HBIteratorTable, rewind)) {
+    return iterator->table->rewind(iterator, err);
+  }
+  *err = kBrokenIterator;
+  return HB_FAILED;
+}
+
+std::uint32_t DataHelper::ReadBlock(double* buffer, std::size_t capacity, std::size_t fieldCount,
+                                    std::size_t* recordCount, std::int32_t* err) {
+  *recordCount = 0;
+  if (!blocks) return ReadRecords(buffer, capacity, fieldCount, recordCount, err);
+  const std::uint32_t result =
+      iterator->table->readBlock(iterator, buffer, capacity, fieldCount, recordCount, err);
+  if (result == HB_END_OF_RECORDS) {
+    *recordCount = 0;
+    return HB_OK;
+  }
+  if (result == HB_OK && *recordCount > capacity / std::max<std::size_t>(fieldCount, 1)) {
+    *err = kBrokenIterator;
+    return HB_FAILED;
+  }
+  return result;
+}
+
+std::uint32_t DataHelper::ReadRecords(double* buffer, std::size_t capacity, std::size_t fieldCount,
+                                      std::size_t* recordCount, std::int32_t* err) {
+  if (iterator == nullptr || !HB_HAS(iterator, HBIteratorTable, next) ||
+      !HB_HAS(iterator, HBIteratorTable, getValue)) {
+    *err = kBrokenIterator;
+    return HB_FAILED;
+  }
+  const auto next = iterator->table->next;
+  const auto getValue = iterator->table->getValue;
+  const std::size_t recordsThatFit = fieldCount == 0 ? 0 : capacity / fieldCount;
+  for (std::size_t record = 0; record < recordsThatFit; ++record) {
+    const std::uint32_t result = next(iterator, err);
+    if (result == HB_END_OF_RECORDS) break;
+    if (result != HB_OK) return result;
+    for (std::size_t field = 0; field < fieldCount; ++field, ++buffer) {
+      const void* value = nullptr;
+      std::size_t valueSize = 0;
+      const std::uint32_t answer = getValue(iterator, field, &value, &valueSize, err);
+      if (answer != HB_OK) return answer;
+      if (value == nullptr || valueSize != sizeof(double)) {
+        *err = kBrokenIterator;
+        return HB_FAILED;
+      }
+      std::memcpy(buffer, value, sizeof(double));
+    }
+    *recordCount = record + 1;
+  }
+  return HB_OK;
+}
+
+}  // namespace HbHelperV1

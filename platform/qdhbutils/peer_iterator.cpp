@@ -1,0 +1,86 @@
+#include <algorithm>
+
+#include "foundation/peer.h"
+
+namespace QDHB_700 {
+namespace {
+
+/// Large enough that a block's cost of call vanishes, small enough to stay in a cache.
+constexpr std::size_t kBlockRecords = 4096;
+constexpr std::size_t kBlockDoubles = std::size_t{1} << 17;
+
+std::size_t RecordsPerBlock(int width) {
+  const auto doubles = static_cast<std::size_t>(std::max(width, 1));
+  return std::clamp<std::size_t>(kBlockDoubles / doubles, 1, kBlockRecords);
+}
+
+}  // namespace
+
+QDPeerIterator::QDPeerIterator(HbHelperV1::DataHelper* dataHelper, InputAdapter* adapter, bool raw)
+    : dataHelper(dataHelper),
+      adapter(adapter),
+      raw(raw),
+      width(raw ? static_cast<int>(adapter->FieldCount()) : adapter->GetVarList().Size()),
+      buffer(RecordsPerBlock(width) * static_cast<std::size_t>(width)),
+      rows(RecordsPerBlock(width)),
+      current(QDCommon_700::Record::View(buffer.data(), width)) {
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    rows[row] = buffer.data() + row * static_cast<std::size_t>(width);
+  }
+}
+
+QDPeerIterator::~QDPeerIterator() = default;
+
+bool QDPeerIterator::HasNext() { return position < filled || Refill(); }
+
+const QDCommon_700::Record* QDPeerIterator::Next() {
+  if (!HasNext()) return nullptr;
+  current.LookAt(rows[position++]);
+  ++delivered;
+  return &current;
+}
+
+int QDPeerIterator::GetState() const { return state; }
+
+int QDPeerIterator::Reset() {
+  position = filled = 0;
+  state = 0;
+  hostError = 0;
+  std::int32_t err = 0;
+  const std::uint32_t result = dataHelper->Rewind(&err);
+  rewound = true;
+  if (result != HB_OK) Fail(result, err);
+  return state;
+}
+
+bool QDPeerIterator::NextBlock(QDCommon_700::RecordBlock& block) {
+  if (!HasNext()) return false;
+  block = {rows.data() + position, filled - position};
+  delivered += static_cast<std::int64_t>(block.count);
+  position = filled;
+  return true;
+}
+
+int QDPeerIterator::GetRecordWidth() const { return width; }
+
+bool QDPeerIterator::Refill() {
+  if (!rewound) Reset();
+  if (state != 0) return false;
+  position = filled = 0;
+  std::int32_t err = 0;
+  const std::uint32_t result =
+      raw ? adapter->GetRawValues(buffer.data(), buffer.size(), &filled, &err)
+          : adapter->GetValues(buffer.data(), buffer.size(), &filled, &err);
+  if (result != HB_OK) return Fail(result, err);
+  if (filled == 0) state = 1;
+  return filled != 0;
+}
+
+bool QDPeerIterator::Fail(std::uint32_t result, std::int32_t err) {
+  filled = 0;
+  state = 2;
+  hostError = err != 0 ? err : static_cast<std::int32_t>(result);
+  return false;
+}
+
+}  // namespace QDHB_700
