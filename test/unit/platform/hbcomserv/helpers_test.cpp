@@ -1,0 +1,110 @@
+#include <gmock/gmock.h>
+
+#include <array>
+
+#include "foundation/host_helpers.h"
+#include "support/recording_host.h"
+
+namespace {
+
+using HbHelperV1::DataHelper;
+
+TEST(DataHelper, BothRoadsGiveTheSameRecordsAsFarAsTheyFit) {
+  for (const bool useBlocks : {true, false}) {
+    RecordingHost host;
+    host.records = {{1, 2}, {3, 4}, {5, 6}};
+    DataHelper helper(host.Iterator(), useBlocks);
+    std::array<double, 5> buffer{};
+    std::size_t count = 9;
+    std::int32_t err = 0;
+    ASSERT_EQ(helper.ReadBlock(buffer.data(), buffer.size(), 2, &count, &err), HB_OK);
+    EXPECT_EQ(count, 2u);
+    EXPECT_THAT(buffer, testing::ElementsAre(1, 2, 3, 4, 0));
+    ASSERT_EQ(helper.ReadBlock(buffer.data(), buffer.size(), 2, &count, &err), HB_OK);
+    EXPECT_EQ(count, 1u);
+    EXPECT_EQ(buffer[1], 6);
+    ASSERT_EQ(helper.ReadBlock(buffer.data(), buffer.size(), 2, &count, &err), HB_OK);
+    EXPECT_EQ(count, 0u);
+    ASSERT_EQ(helper.Rewind(&err), HB_OK);
+    ASSERT_EQ(helper.ReadBlock(buffer.data(), buffer.size(), 2, &count, &err), HB_OK);
+    EXPECT_EQ(buffer[0], 1);
+    EXPECT_EQ(host.CallCount("readBlock"), useBlocks ? 4 : 0);
+  }
+}
+
+TEST(DataHelper, AnswersThatBreakTheRulesAreRefused) {
+  RecordingHost host;
+  host.records = {{1, 2}};
+  std::array<double, 4> buffer{};
+  std::size_t count = 0;
+  std::int32_t err = 0;
+  host.iteratorTable.readBlock = [](HBIterator*, double*, std::size_t, std::size_t,
+                                    std::size_t* recordCount, std::int32_t*) -> std::uint32_t {
+    *recordCount = 3;  // one more than fits
+    return HB_OK;
+  };
+  EXPECT_EQ(DataHelper(host.Iterator(), true).ReadBlock(buffer.data(), 4, 2, &count, &err),
+            HB_FAILED);
+  EXPECT_EQ(err, DataHelper::kBrokenIterator);
+
+  err = 0;
+  host.iteratorTable.getValue = [](HBIterator*, std::size_t, const void** value,
+                                   std::size_t* valueSize, std::int32_t*) -> std::uint32_t {
+    static constexpr float kSingle = 1.0F;
+    *value = &kSingle;
+    *valueSize = sizeof kSingle;
+    return HB_OK;
+  };
+  EXPECT_EQ(DataHelper(host.Iterator(), false).ReadBlock(buffer.data(), 4, 2, &count, &err),
+            HB_FAILED);
+  EXPECT_EQ(err, DataHelper::kBrokenIterator);
+
+  err = 0;
+  EXPECT_EQ(DataHelper(nullptr, true).ReadBlock(buffer.data(), 4, 2, &count, &err), HB_FAILED);
+  EXPECT_EQ(DataHelper(nullptr, true).Rewind(&err), HB_FAILED);
+  EXPECT_EQ(err, DataHelper::kBrokenIterator);
+}
+
+TEST(DataHelper, TableThatEndsBeforeReadBlockTakesTheRecordRoad) {
+  RecordingHost host;
+  host.records = {{1}};
+  host.iteratorTable.size = offsetof(HBIteratorTable, readBlock);
+  double value = 0.0;
+  std::size_t count = 0;
+  std::int32_t err = 0;
+  ASSERT_EQ(DataHelper(host.Iterator(), true).ReadBlock(&value, 1, 1, &count, &err), HB_OK);
+  EXPECT_EQ(host.CallCount("readBlock"), 0);
+  EXPECT_EQ(value, 1.0);
+}
+
+TEST(ContainerHelper, PutsTextWithItsDescription) {
+  RecordingHost host;
+  HBContainerFile* container = nullptr;
+  std::int32_t err = 0;
+  host.contextTable.getOutputContainer(host.Context(), "K", 1, &container, &err);
+  const auto helper = HbHelperV1::ContainerHelper::create(container);
+  ASSERT_NE(helper, nullptr);
+  EXPECT_EQ(helper->putString(nullptr, helper->constructMetadata("text/x", "f.x"), "body", &err),
+            HB_OK);
+  EXPECT_EQ(host.containers[0]->text, "body");
+  EXPECT_EQ(host.containers[0]->metadata,
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Metadata>\n"
+            "  <Entry name=\"mediaType\" value=\"text/x\" />\n"
+            "  <Entry name=\"fileName\" value=\"f.x\" />\n</Metadata>\n");
+  host.containerTable.putStream = nullptr;
+  EXPECT_EQ(HbHelperV1::ContainerHelper::create(container), nullptr);
+  EXPECT_EQ(HbHelperV1::ContainerHelper::create(nullptr), nullptr);
+}
+
+TEST(FillBuffer, ExactlyTheTextAndItsZeroByteFit) {
+  char buffer[] = "......";
+  std::size_t needed = 0;
+  EXPECT_FALSE(HbHelperV1::FillBuffer("abcde", buffer, 5, &needed));
+  EXPECT_EQ(needed, 6u);
+  EXPECT_STREQ(buffer, "......") << "left alone";
+  EXPECT_TRUE(HbHelperV1::FillBuffer("abcde", buffer, 6, &needed));
+  EXPECT_STREQ(buffer, "abcde");
+  EXPECT_FALSE(HbHelperV1::FillBuffer("abcde", nullptr, 6, &needed));
+}
+
+}  // namespace
