@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "foundation/names.h"
+
+/// Limits of a confidence interval for a proportion.
+struct ProportionInterval {
+  double lower = 0.0;
+  double upper = 1.0;
+};
+
+/// Intervals for the proportion a / (a + b) of a successes beside b failures, a + b above 0, at a
+/// confidence level strictly between 0 and 1. A proportion of 0 has the lower limit 0, one of 1 the
+/// upper limit 1, in every method.
+class ProportionEstimator {
+ public:
+  ProportionEstimator(std::int64_t successes, std::int64_t failures, double confidenceLevel);
+
+  [[nodiscard]] double Estimate() const noexcept { return proportion; }
+  /// C. J. Clopper, E. S. Pearson, Biometrika 26 (1934), by quantiles of F.
+  [[nodiscard]] ProportionInterval ClopperPearson() const;
+  /// Equal-tailed posterior limits under Jeffreys' prior Beta(1/2, 1/2).
+  [[nodiscard]] ProportionInterval Jeffreys() const;
+  /// The proportions whose log-likelihood lies at most half a chi-square quantile below the
+  /// largest, found by Newton's method from Jeffreys' limits; nothing where an exponential fails.
+  [[nodiscard]] std::optional<ProportionInterval> ProfileLikelihood() const;
+
+ private:
+  [[nodiscard]] double LogLikelihood(double x) const;
+  [[nodiscard]] double SolveProfile(double start, double chiSquare) const;
+
+  double a;
+  double b;
+  double n;
+  double proportion;
+  double level;
+  bool isZero;
+  bool isOne;
+};

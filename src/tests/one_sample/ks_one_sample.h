@@ -1,0 +1,95 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+
+#include "kit/record_weight.h"
+#include "kit/test.h"
+#include "kit/univariate.h"
+#include "planning/planner.h"
+#include "tests/one_sample/reference_distribution.h"
+
+/// One-sample Kolmogorov-Smirnov test: does a continuous field follow a normal, uniform, Poisson or
+/// exponential distribution F, with parameters given or estimated from the sample?
+///
+/// F_n is the empirical distribution function of the weighted values, N the sum of weights. At each
+/// distinct value x the differences just before and at the step are taken,
+///   a = F_n(x-) - F(x),  b = F_n(x) - F(x);   Poisson: a = F_n(x - 1) - F(x - 1)
+/// D is the largest |a| or |b|, z = sqrt(N) D; sig by Smirnov's limiting distribution
+/// (kit/kolmogorov_smirnov.h). Estimated parameters are used as if they were given. A Poisson mean
+/// of 100000 or more is tested against the normal with the same mean and variance.
+///
+/// Two passes over the records ascending by the field: validation and estimation, then the
+/// differences. Values outside a given uniform range, or below 0 for the exponential, are left out
+/// and warned of; a value that is no count fails a Poisson test.
+///
+/// Source: A. N. Kolmogorov, Giornale dell'Istituto Italiano degli Attuari 4 (1933); N. V. Smirnov,
+/// Ann. Math. Stat. 19 (1948).
+class NPARKSmirnowOneSample final : public NPARTest {
+ public:
+  using NPARTest::NPARTest;
+
+  void SetSharedData(UnivariateResults*) override {}
+  /// Second pass: errors 220312, 220313, 220315, 220316 (parameters that make no distribution),
+  /// help message 220309 (a large Poisson mean).
+  QDStatus BeginPass() override;
+  /// Error 220312 with value and weight: no count, in a Poisson test.
+  QDStatus ProcessRecord(const Record& record) override;
+  bool NeedsAnotherPass() override { return pass++ == 0; }
+  /// First pass: errors 220003, 220310, 220313, no valid value. Second: 220305, an exponential
+  /// failed.
+  QDStatus EndPass() override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  XMLElement* WriteResults() override;
+
+ private:
+  void ReadSettings();
+  void AskForEstimates();
+  void CheckParameters();
+  /// False for a value that takes no part.
+  bool ValidateValue(double x, std::int64_t weight);
+  [[nodiscard]] double EmpiricalAt(double x, std::int64_t weightUpTo) const;
+  /// Takes the differences at the last distinct value.
+  void StepDifferences();
+  void TakeDifference(double difference);
+  [[nodiscard]] bool IsGivenUniform() const noexcept;
+
+  ReferenceDistribution distribution;
+  RecordWeight weight;
+  std::int32_t variableIndex = -1;
+  double sigLevel = 0.05;
+  double minimum = QDMV::gMissingValue;  // of the values; given for the uniform
+  double maximum = QDMV::gMissingValue;
+  bool estimateRange = false;
+  bool estimateMean = false;
+  bool estimateStdDev = false;
+  std::optional<QDContUnivariateVariable> estimator;
+  std::uint64_t pass = 0;
+
+  std::int64_t totalN = 0;
+  std::int64_t excludedWeight = 0;
+  // At their starts until a value has touched them.
+  double absoluteDiff = std::numeric_limits<double>::lowest();
+  double positiveDiff = std::numeric_limits<double>::lowest();
+  double negativeDiff = std::numeric_limits<double>::max();
+
+  std::int64_t cumulative = 0;     // weight up to and including previousValue
+  std::int64_t tieWeight = 0;      // weight of previousValue alone
+  std::int64_t currentWeight = 1;  // of the record in hand, with its value
+  double currentValue = 0.0;
+  double previousValue = QDMV::gMissingValue;
+  double previousEmpirical = 0.0;
+
+  double testStatistic = 0.0;
+  double sig = 0.0;
+};
+
+/// Make the tests of the entries "OKolmogorovSmirnovNormal", "...Uniform", "...Poisson" and
+/// "...Exponential". Errors 220303, 220304.
+QDStatus ConstructKSNormalTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+QDStatus ConstructKSUniformTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+QDStatus ConstructKSPoissonTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+QDStatus ConstructKSExponentialTest(NPARPlanner& planner, QDStatus& status,
+                                    const QDSettings& entry);

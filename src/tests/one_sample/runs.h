@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "kit/record_weight.h"
+#include "kit/test.h"
+#include "planning/planner.h"
+
+/// One-sample runs test: is the sequence of a field's values, split into two groups, random?
+///
+/// R is the number of runs in record order, a and b the sums of weights in the groups, n = a + b,
+/// t = 2 a b:
+///   mean = t / n + 1,  sd = sqrt((t - n) t / (n^2 (n - 1))),  d = R - mean
+///   z = (d -+ 1/2) / sd, 0 for |d| <= 1/2     n < 50
+///   z = d / sd                                n >= 50
+///   sig = 2 Phi(-|z|), cut to 1
+/// A continuous field is split at its median, mean or a given value (below, or at and above); a
+/// categorical one by a list of categories or by its two categories in the order of the data. A
+/// record of weight w counts w in its group and as one step of one run. One pass.
+///
+/// Source: A. Wald, J. Wolfowitz, Ann. Math. Stat. 11 (1940); correction as in J. V. Bradley,
+/// Distribution-Free Statistical Tests (1968).
+class NPARRuns final : public NPARTest {
+ public:
+  using NPARTest::NPARTest;
+
+  /// The smallest n without continuity correction.
+  static constexpr double kUncorrectedFrom = 50.0;
+
+  void SetSharedData(UnivariateResults* data) override { sharedData = data; }
+  /// Error 220110: no cut point.
+  QDStatus BeginPass() override;
+  QDStatus ProcessRecord(const Record& record) override;
+  bool NeedsAnotherPass() override { return false; }
+  /// Error 220112: a group is empty.
+  QDStatus EndPass() override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  XMLElement* WriteResults() override;
+
+ private:
+  enum class Group { None, AtOrAbove, Below };
+  [[nodiscard]] bool IsBelow(double x) const;
+
+  UnivariateResults* sharedData = nullptr;
+  double sigLevel = 0.05;
+  std::int32_t variableIndex = -1;
+  bool isContinuous = false;
+  double cutPoint = QDMV::gMissingValue;
+  RecordWeight weight;
+  std::vector<double> group1Values;
+  std::vector<double> group2Values;
+  std::vector<std::string> invalidCategories;
+  Group lastGroup = Group::None;
+  std::int64_t runCount = 0;
+  std::int64_t countAtOrAbove = 0;
+  std::int64_t countBelow = 0;
+  double mean = QDMV::gMissingValue;
+  double standardError = QDMV::gMissingValue;
+  double standardTestStatistic = 0.0;
+  double sig = 0.0;
+};
+
+/// Makes the test of an entry "ORuns". Errors 220101, 220103, 220109, 220110, 220111.
+QDStatus ConstructRunsTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
