@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "kit/allocation.h"
-#include "planning/radix_sort.h"
+#include "kit/radix_sort.h"
 
 namespace {
 
