@@ -131,8 +131,8 @@ QDStatus ConstructBinomialTest(NPARPlanner& planner, QDStatus& status, const QDS
   TestConstruction construction(planner, entry);
   ReadTwoClasses(construction, kConstructionCodes);
   double probability = 0.0;
-  if (construction.IsOK() && entry.GetSettingValByName("testProbability", probability)) {
-    construction.Settings().AddNewSetting("testProbability", probability, "");
+  if (construction.IsOK() && construction.Read("testProbability", probability)) {
+    construction.Put("testProbability", probability);
   }
   planner.AddTest(construction.Make<NPARBinomial>());
   status = construction.GetStatus();

@@ -31,7 +31,7 @@ struct GivenProportions {
 
 void ReadGivenProportions(TestConstruction& construction, const IQDVariable& variable) {
   std::vector<QDSettings> list;
-  if (!construction.Entry().GetSettingValByName("custom", list)) {
+  if (!construction.Read("custom", list)) {
     construction.Fail(kSettingAbsent, variable.GetName());
     return;
   }
@@ -58,23 +58,20 @@ void ReadGivenProportions(TestConstruction& construction, const IQDVariable& var
   if (given.values.size() < 2) construction.Fail(kTooFewCategories, variable.GetName());
   if (!construction.IsOK()) return;
   for (double& value : given.values) value /= sum;
-  QDSettings& settings = construction.Settings();
-  settings.AddNewSetting("expectedValue", given.values, "");
-  settings.AddNewSetting("givenCategoryList", given.codes, "");
-  settings.AddNewSetting("originalGivenCategoryList", given.texts, "");
+  construction.Put("expectedValue", given.values);
+  construction.Put("givenCategoryList", given.codes);
+  construction.Put("originalGivenCategoryList", given.texts);
 }
 
 void ReadEntry(TestConstruction& construction) {
-  const QDSettings& entry = construction.Entry();
-  QDSettings& settings = construction.Settings();
   NPARPlanner& planner = construction.Planner();
   std::string name;
-  if (!entry.GetSettingValByName("variableName", name)) {
+  if (!construction.Read("variableName", name)) {
     construction.Fail(kNoVariableName);
     return;
   }
   const std::int32_t index = planner.GetVariables().FindVariable(name);
-  settings.AddNewSetting("variableIndex", index, "");
+  construction.Put("variableIndex", index);
   const VariableKind kind = construction.KindOf(index);
   if (!TestConstruction::IsCategorical(kind)) {
     construction.Fail(kUnfitVariable, name);
@@ -86,16 +83,16 @@ void ReadEntry(TestConstruction& construction) {
     return;
   }
   planner.RegisterStatistic(index, Statistic::Frequencies);
-  settings.AddNewSetting("measureLevel", static_cast<double>(kind), "");
+  construction.Put("measureLevel", static_cast<double>(kind));
 
   std::string formation;
-  if (!entry.GetSettingValByName("classFormation", formation)) {
+  if (!construction.Read("classFormation", formation)) {
     construction.Fail(kSettingAbsent, name);
     return;
   }
   // Hosts write either word for a list of their own.
   if (formation == "custom") formation = "givenExpectedValue";
-  settings.AddNewSetting("classFormation", formation, "");
+  construction.Put("classFormation", formation);
   if (formation == "givenExpectedValue") ReadGivenProportions(construction, variable);
 }
 

@@ -98,11 +98,7 @@ XMLElement* NPAREstimateCI::WriteResults() {
 QDStatus ConstructEstimateCITest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
   TestConstruction construction(planner, entry, TestConstruction::Level::Confidence);
   ReadTwoClasses(construction, kConstructionCodes);
-  for (const char* key : kMethodKeys) {
-    if (const QDSetting* method = entry.FindSetting(key)) {
-      construction.Settings().AddNewSetting(*method);
-    }
-  }
+  for (const char* key : kMethodKeys) construction.Copy(key);
   planner.AddTest(construction.Make<NPAREstimateCI>());
   status = construction.GetStatus();
   return status;

@@ -270,30 +270,22 @@ namespace {
 QDStatus ConstructKSOneSampleTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry,
                                   const char* distributionName) {
   TestConstruction construction(planner, entry);
-  QDSettings& settings = construction.Settings();
-  settings.AddNewSetting("distributionFunction", distributionName, "");
-  std::string name;
-  std::int32_t index = -1;
-  if (!entry.GetSettingValByName("variableName", name)) {
-    construction.Fail(kNoSuchVariable);
-  } else {
-    index = planner.GetVariables().FindVariable(name);
-    if (index < 0) construction.Fail(kNoSuchVariable, name);
-  }
-  bool useSample = false;
-  if (entry.GetSettingValByName("isUseSample", useSample) && useSample) {
-    settings.AddNewSetting("mean", QDMV::gMissingValue, "");
-    settings.AddNewSetting("stdDev", QDMV::gMissingValue, "");
+  construction.Put("distributionFunction", distributionName);
+  const std::int32_t index =
+      construction.LookUpVariable("variableName", kNoSuchVariable, kNoSuchVariable);
+  if (construction.ReadFlag("isUseSample")) {
+    construction.Put("mean", QDMV::gMissingValue);
+    construction.Put("stdDev", QDMV::gMissingValue);
   } else {
     for (const char* key : {"max", "min", "stdDev", "mean"}) {
       double value = 0.0;
-      if (entry.GetSettingValByName(key, value)) settings.AddNewSetting(key, value, "");
+      if (construction.Read(key, value)) construction.Put(key, value);
     }
   }
-  settings.AddNewSetting("variableIndex", index, "");
+  construction.Put("variableIndex", index);
   if (construction.IsOK()) {
     if (construction.KindOf(index) == VariableKind::Continuous) {
-      settings.AddNewSetting("measureLevel", 1.0, "");
+      construction.Put("measureLevel", 1.0);
       planner.RegisterSortedVariable(index);
     } else {
       construction.Fail(kNotContinuous);

@@ -19,15 +19,15 @@ constexpr std::int32_t kEmptyGroup = 220112;       // a group is empty at the en
 
 void ReadCutPoint(TestConstruction& construction, const std::string& name, std::int32_t index,
                   const std::string& formation) {
-  construction.Settings().AddNewSetting("dataCutPoint", formation, "");
+  construction.Put("dataCutPoint", formation);
   if (formation == "cutPointMedian") {
     construction.Planner().RegisterStatistic(index, Statistic::Median);
   } else if (formation == "cutPointMean") {
     construction.Planner().RegisterStatistic(index, Statistic::Mean);
   } else if (formation == "cutPointValue") {
     double value = 0.0;
-    if (construction.Entry().GetSettingValByName("cutPointValue", value)) {
-      construction.Settings().AddNewSetting("givenCutPoint", value, "");
+    if (construction.Read("cutPointValue", value)) {
+      construction.Put("givenCutPoint", value);
     } else {
       construction.Fail(kNoCutPoint, name);
     }
@@ -38,10 +38,9 @@ void ReadCutPoint(TestConstruction& construction, const std::string& name, std::
 
 void ReadCategories(TestConstruction& construction, const IQDVariable& variable,
                     const std::string& formation) {
-  QDSettings& settings = construction.Settings();
   const QDCategoryList& categories = *variable.GetCategories();
   const std::string& name = variable.GetName();
-  settings.AddNewSetting("classFormation", formation, "");
+  construction.Put("classFormation", formation);
   if (formation == "getFromData") {
     if (categories.Size() != 2) construction.Fail(kNotTwoGroups, name);
     return;
@@ -51,44 +50,36 @@ void ReadCategories(TestConstruction& construction, const IQDVariable& variable,
     construction.Fail(kBadEntry, name);
     return;
   }
-  static_cast<void>(construction.Entry().GetSettingValByName("givenCategoryList", texts));
+  static_cast<void>(construction.Read("givenCategoryList", texts));
   const CategorySelection selection = SelectCategories(variable, texts);
   const std::vector<double> group1 = selection.KnownCodes();
   if (group1.empty() || selection.otherCodes.empty()) {
     construction.Fail(kBadCategoryList, name);
     return;
   }
-  settings.AddNewSetting("originalGroup1List", texts, "");
-  settings.AddNewSetting("originalGroup2List", selection.otherTexts, "");
-  settings.AddNewSetting("givenCategoryList", group1, "");
-  settings.AddNewSetting("group2List", selection.otherCodes, "");
-  settings.AddNewSetting("GivenCategoryListInvalid", selection.unknownTexts, "");
+  construction.Put("originalGroup1List", texts);
+  construction.Put("originalGroup2List", selection.otherTexts);
+  construction.Put("givenCategoryList", group1);
+  construction.Put("group2List", selection.otherCodes);
+  construction.Put("GivenCategoryListInvalid", selection.unknownTexts);
 }
 
 void ReadEntry(TestConstruction& construction) {
-  const QDSettings& entry = construction.Entry();
-  QDSettings& settings = construction.Settings();
   NPARPlanner& planner = construction.Planner();
-  std::string name;
-  if (!entry.GetSettingValByName("variableName", name)) {
-    construction.Fail(kBadEntry);
-    return;
-  }
-  const std::int32_t index = planner.GetVariables().FindVariable(name);
-  if (index < 0) {
-    construction.Fail(kUnknownVariable, name);
-    return;
-  }
+  const std::int32_t index =
+      construction.LookUpVariable("variableName", kBadEntry, kUnknownVariable);
+  if (index < 0) return;
+  const std::string& name = planner.GetVariables().GetVarAt(index)->GetName();
   const VariableKind kind = construction.KindOf(index);
-  settings.AddNewSetting("variableIndex", index, "");
-  settings.AddNewSetting("measureLevel", static_cast<double>(kind), "");
+  construction.Put("variableIndex", index);
+  construction.Put("measureLevel", static_cast<double>(kind));
   if (kind == VariableKind::Continuous) planner.RegisterSortedVariable(index);
   if (TestConstruction::IsCategorical(kind)) {
     planner.RegisterStatistic(index, Statistic::Frequencies);
   }
   std::string formation;
-  if (!entry.GetSettingValByName("catVarClassFormation", formation) &&
-      !entry.GetSettingValByName("contVarClassFormation", formation)) {
+  if (!construction.Read("catVarClassFormation", formation) &&
+      !construction.Read("contVarClassFormation", formation)) {
     construction.Fail(kBadEntry, name);
     return;
   }

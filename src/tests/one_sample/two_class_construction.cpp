@@ -6,21 +6,12 @@
 #include "kit/category_selection.h"
 
 void ReadTwoClasses(TestConstruction& construction, const TwoClassCodes& codes) {
-  const QDSettings& entry = construction.Entry();
-  QDSettings& settings = construction.Settings();
   NPARPlanner& planner = construction.Planner();
 
-  std::string name;
-  if (!entry.GetSettingValByName("variableName", name)) {
-    construction.Fail(codes.noVariableName);
-    return;
-  }
-  const std::int32_t index = planner.GetVariables().FindVariable(name);
-  if (index < 0) {
-    construction.Fail(codes.unknownVariable, name);
-    return;
-  }
-  settings.AddNewSetting("variableIndex", index, "");
+  const std::int32_t index =
+      construction.LookUpVariable("variableName", codes.noVariableName, codes.unknownVariable);
+  if (index < 0) return;
+  construction.Put("variableIndex", index);
   const VariableKind kind = construction.KindOf(index);
   const bool isContinuous = kind == VariableKind::Continuous;
   const bool isCategorical = TestConstruction::IsCategorical(kind);
@@ -29,25 +20,24 @@ void ReadTwoClasses(TestConstruction& construction, const TwoClassCodes& codes) 
 
   std::string formation = "getFromData";
   std::vector<std::string> givenTexts;
-  if (entry.GetSettingValByName("catVarClassFormation", formation)) {
-    settings.AddNewSetting("classFormation", formation, "");
+  if (construction.Read("catVarClassFormation", formation)) {
+    construction.Put("classFormation", formation);
     if (formation == "givenCategoryList") {
-      static_cast<void>(entry.GetSettingValByName("givenCategoryList", givenTexts));
+      static_cast<void>(construction.Read("givenCategoryList", givenTexts));
       if (givenTexts.empty()) {
         construction.Fail(codes.noCategoryList);
         return;
       }
-      settings.AddNewSetting("originalGivenCategoryList", givenTexts, "");
+      construction.Put("originalGivenCategoryList", givenTexts);
     }
-  } else if (entry.GetSettingValByName("contVarClassFormation", formation)) {
-    settings.AddNewSetting("classFormation", "givenCutPoint", "");
-    double cutPoint = 0.0;
-    if (formation == "givenCutPoint") {
-      if (!entry.GetSettingValByName("givenCutPoint", cutPoint)) {
+  } else if (construction.Read("contVarClassFormation", formation)) {
+    construction.Put("classFormation", "givenCutPoint");
+    if (double cutPoint = 0.0; formation == "givenCutPoint") {
+      if (!construction.Read("givenCutPoint", cutPoint)) {
         construction.Fail(codes.noCutPoint);
         return;
       }
-      settings.AddNewSetting("givenCutPoint", cutPoint, "");
+      construction.Put("givenCutPoint", cutPoint);
     }
   }
 
@@ -55,15 +45,15 @@ void ReadTwoClasses(TestConstruction& construction, const TwoClassCodes& codes) 
     construction.Fail(codes.unknownLevel);
     return;
   }
-  settings.AddNewSetting("measureLevel", static_cast<double>(kind), "");
+  construction.Put("measureLevel", static_cast<double>(kind));
   const bool isCutPoint = formation == "givenCutPoint" || formation == "sampleMidPoint";
   if (isContinuous && !isCutPoint) construction.Fail(codes.cutPointWanted);
   if (isCategorical && isCutPoint) construction.Fail(codes.categoriesWanted);
   if (construction.IsOK() && isCategorical && !givenTexts.empty()) {
     const CategorySelection selection =
         SelectCategories(*planner.GetVariables().GetVarAt(index), givenTexts);
-    settings.AddNewSetting("notUsedCategoryList", selection.otherCodes, "");
-    settings.AddNewSetting("notGivenOriginalCategoryList", selection.otherTexts, "");
-    settings.AddNewSetting("givenCategoryList", selection.codes, "");
+    construction.Put("notUsedCategoryList", selection.otherCodes);
+    construction.Put("notGivenOriginalCategoryList", selection.otherTexts);
+    construction.Put("givenCategoryList", selection.codes);
   }
 }
