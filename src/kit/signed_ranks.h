@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+/// Ranks of differences by their size, with the sums of the ranks by sign.
+///
+/// The rank of a difference is the mid-rank of its size among all that were added; sizes within
+/// 1e-14 of the first of a run tie. A weight counts as that many differences for the ranks (without
+/// its fraction) and multiplies the rank in the sums. A difference of 0 counts as positive.
+class SignedRanks {
+ public:
+  void Reserve(std::size_t count);
+  /// Throws std::bad_alloc.
+  void Add(double difference, double weight);
+  /// Ranks all that was added. Throws std::bad_alloc.
+  void Rank();
+
+  [[nodiscard]] double PositiveRankSum() const noexcept { return positiveRankSum; }
+  [[nodiscard]] double NegativeRankSum() const noexcept { return negativeRankSum; }
+  /// Sum of t^3 - t over the runs of tied sizes, t being their weight.
+  [[nodiscard]] double TieSum() const noexcept { return tieSum; }
+
+ private:
+  std::vector<double> differences;
+  std::vector<double> weights;  // empty as long as every weight is 1
+  double positiveRankSum = 0.0;
+  double negativeRankSum = 0.0;
+  double tieSum = 0.0;
+};

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+
+#include "kit/record_weight.h"
+#include "kit/signed_ranks.h"
+#include "kit/test.h"
+#include "kit/univariate.h"
+#include "planning/planner.h"
+
+/// Wilcoxon signed-rank test of one sample: is the median of a continuous field a given value, by
+/// default the sample's own median?
+///
+/// The differences d = x - value that are not 0 are ranked by size; n is their weight, T the rank
+/// sum of the positive ones, t the weights of tied sizes:
+///   s = sqrt(n (n + 1) (2n + 1) / 24 - sum (t^3 - t) / 48)
+///   z = (T - n (n + 1) / 4) / s,  sig = 2 (1 - Phi(|z|))
+/// No continuity correction, no exact value. One pass.
+///
+/// Source: F. Wilcoxon, Biometrics Bulletin 1 (1945).
+class NPARWilcoxonSR final : public NPARTest {
+ public:
+  using NPARTest::NPARTest;
+
+  void SetSharedData(UnivariateResults* data) override;
+  /// Error 220801: a test value is to be given and is not.
+  QDStatus BeginPass() override;
+  QDStatus ProcessRecord(const Record& record) override;
+  bool NeedsAnotherPass() override { return false; }
+  /// Error 220003: the weights sum to 0.
+  QDStatus EndPass() override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  XMLElement* WriteResults() override;
+
+ private:
+  UnivariateResults* sharedData = nullptr;
+  RecordWeight weight;
+  std::int32_t variableIndex = -1;
+  bool settingsRead = false;
+  double sigLevel = 0.05;
+  double testValue = 0.0;
+  double observedMedian = 0.0;
+  QDContUnivariateVariable distribution;
+  double totalWeight = 0.0;
+  std::int64_t zeroDifferences = 0;
+  SignedRanks ranks;
+  double effectiveN = 0.0;
+  double testStatistic = 0.0;
+  double standardError = 0.0;
+  double standardTestStatistic = 0.0;
+  double sig2Tailed = 0.0;
+};
+
+/// Makes the test of an entry "OWilcoxonSignedRanks". Errors 220801, 220803, 220812, 220815.
+QDStatus ConstructWilcoxonOneSampleTest(NPARPlanner& planner, QDStatus& status,
+                                        const QDSettings& entry);
