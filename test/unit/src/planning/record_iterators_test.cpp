@@ -1,0 +1,214 @@
+#include "planning/record_iterators.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <new>
+
+#include "support/variables.h"
+
+namespace {
+
+constexpr double kMissing = QDMV::gMissingValue;
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+
+using Rows = std::vector<std::vector<double>>;
+
+/// Two variables: the running number and a value that repeats.
+Rows Numbered(int count) {
+  Rows rows;
+  for (int i = 0; i < count; ++i) rows.push_back({static_cast<double>(i), (i * 7) % 5 * 1.0});
+  return rows;
+}
+
+/// What is kept of some records.
+struct Kept {
+  Kept(QDVarList list, Rows rows, bool skipMissing = false)
+      : variables(std::move(list)), source(std::move(rows)) {
+    std::vector<std::int32_t> all;
+    for (std::int32_t i = 0; i < variables.Size(); ++i) all.push_back(i);
+    reader = std::make_unique<InitialDataReader>(InitialDataReader::kBlockSize, &source,
+                                                 skipMissing, all, &variables);
+    status = reader->Read();
+  }
+  QDVarList variables;
+  MemoryBlocks source;
+  std::unique_ptr<InitialDataReader> reader;
+  QDStatus status;
+};
+
+QDVarList TwoVariables() { return VariableListBuilder().Continuous("n").Continuous("x").Build(); }
+
+std::vector<double> Walk(RecordIterator& records, int variable) {
+  std::vector<double> values;
+  while (records.HasNext()) values.push_back((*records.Next())[variable]);
+  return values;
+}
+
+std::vector<double> WalkBlocks(IRecordBlocks& records, int variable) {
+  std::vector<double> values;
+  RecordBlock block;
+  while (records.NextBlock(block)) {
+    for (std::size_t i = 0; i < block.count; ++i) values.push_back(block.rows[i][variable]);
+  }
+  return values;
+}
+
+TEST(InitialDataReader, KeepsEveryRecordOnBothSidesOfABlockEdge) {
+  for (const int count : {1, 255, 256, 257, 2047, 2048, 2049, 4097}) {
+    SCOPED_TRACE(count);
+    std::vector<double> expected;
+    for (int i = 0; i < count; ++i) expected.push_back(i);
+    const QDVarList variables = TwoVariables();
+    MemoryRecords single(Numbered(count));
+    MemoryBlocks blocks(Numbered(count));
+    OnePassRecords once(Numbered(count));
+    for (RecordIterator* source : std::initializer_list<RecordIterator*>{&single, &blocks, &once}) {
+      InitialDataReader reader(InitialDataReader::kBlockSize, source, false, {0, 1}, &variables);
+      ASSERT_EQ(reader.Read(), QDStatus());
+      EXPECT_EQ(reader.Count(), count);
+      NParMemoIterator memo(&reader);
+      EXPECT_EQ(Walk(memo, 0), expected);
+      static_cast<void>(memo.Reset());
+      EXPECT_EQ(WalkBlocks(memo, 0), expected);
+    }
+  }
+}
+
+TEST(InitialDataReader, RaisesABlockSizeThatIsNoPowerOfTwo) {
+  const QDVarList variables = TwoVariables();
+  for (const std::int32_t blockSize : {-1, 0, 1, 3, 4}) {
+    MemoryRecords source(Numbered(9));
+    InitialDataReader reader(blockSize, &source, false, {}, &variables);
+    ASSERT_EQ(reader.Read(), QDStatus());
+    for (int i = 0; i < 9; ++i) EXPECT_EQ(reader.Row(i)[0], i) << blockSize;
+  }
+}
+
+TEST(InitialDataReader, ReportsWhyNothingIsKept) {
+  const QDVarList variables = TwoVariables();
+  InitialDataReader nowhere(2048, nullptr, false, {}, &variables);
+  EXPECT_EQ(nowhere.Read(), QDStatus(220005));
+  EXPECT_EQ(Kept(TwoVariables(), {}).status, QDStatus(220003));
+  EXPECT_EQ(Kept(TwoVariables(), {{1, kMissing}, {kMissing, 1}}, true).status, QDStatus(220003));
+}
+
+TEST(InitialDataReader, TurnsALackOfMemoryIntoAStatus) {
+  class Exhausted final : public RecordIterator {
+   public:
+    bool HasNext() override { return true; }
+    const Record* Next() override { throw std::bad_alloc(); }
+    int GetState() const override { return 0; }
+  } source;
+  const QDVarList variables = TwoVariables();
+  InitialDataReader reader(2048, &source, false, {}, &variables);
+  EXPECT_EQ(reader.Read(), QDStatus(220002));
+}
+
+TEST(InitialDataReader, RefusesAWeightAbove32Bits) {
+  struct Case {
+    double weight;
+    std::int32_t code;
+  };
+  for (const Case& row :
+       {Case{2147483647.0, 0}, Case{2147483647.5, 220026}, Case{kNan, 220026}, Case{kMissing, 0}}) {
+    const Kept kept(VariableListBuilder().Continuous("x").Weight("w").Build(),
+                    {{1, 1}, {1, row.weight}});
+    EXPECT_EQ(kept.status.GetErrorCode(), row.code) << row.weight;
+    EXPECT_EQ(kept.reader->Count(), row.code == 0 ? 2 : 1) << row.weight;
+  }
+}
+
+TEST(InitialDataReader, SkipsRecordsByTheMissingMarkOfTheKindAndOtherGoesWithTheCategories) {
+  const Kept kept(VariableListBuilder()
+                      .Continuous("c")
+                      .Nominal("s", {"a"})
+                      .NominalNumbers("n", {1})
+                      .Other("o")
+                      .Build(),
+                  {{1, 0, 0, 5},
+                   {kMissing, 0, 0, 5},  // dropped
+                   {-1, 0, 0, 5},
+                   {1, -1, 0, 5},  // dropped
+                   {1, 0, -1, 5},  // dropped
+                   {2, 0, 0, kMissing},
+                   {1, 0, 0, -1}},  // dropped
+                  true);
+  NParMemoIterator memo(kept.reader.get());
+  EXPECT_EQ(Walk(memo, 0), (std::vector<double>{1, -1, 2}));
+}
+
+TEST(NParMemoIterator, TellsItsStateAndStartsOver) {
+  const Kept kept(TwoVariables(), Numbered(2));
+  NParMemoIterator memo(kept.reader.get());
+  EXPECT_EQ(memo.GetState(), 0);
+  EXPECT_EQ(Walk(memo, 0), (std::vector<double>{0, 1}));
+  EXPECT_EQ(memo.GetState(), 1);
+  EXPECT_EQ(memo.Next(), nullptr);
+  EXPECT_EQ(memo.Reset(), 0);
+  EXPECT_EQ((*memo.Next())[0], 0);
+}
+
+TEST(NParMemoIterator, JumpsForwardOrToTheEnd) {
+  const Kept kept(TwoVariables(), Numbered(5));
+  const NParMemoIterator memo(kept.reader.get());
+  NParMemoIterator last = memo.Jump(4);
+  EXPECT_EQ(Walk(last, 0), (std::vector<double>{4}));
+  NParMemoIterator ended = memo.Jump(5);
+  EXPECT_FALSE(ended.HasNext());
+  EXPECT_FALSE(ended.Jump(0).HasNext());
+}
+
+TEST(NPARSortedIterator, WalksAscendingWithEqualValuesInRecordOrder) {
+  for (const int count : {1, 256, 257, 2049, 6000}) {
+    SCOPED_TRACE(count);
+    const Kept kept(TwoVariables(), Numbered(count));
+    std::vector<std::pair<double, double>> expected;
+    for (const auto& row : Numbered(count)) expected.emplace_back(row[1], row[0]);
+    std::sort(expected.begin(), expected.end());  // numbers ascend within equal values
+    std::vector<double> numbers;
+    for (const auto& pair : expected) numbers.push_back(pair.second);
+
+    NPARSortManager manager(kept.reader.get());
+    ASSERT_TRUE(manager.AddSortVariable(1));
+    MultiPassRecordIter* sorted = manager.GetSortedIterator(1);
+    EXPECT_EQ(Walk(*sorted, 0), numbers);
+    EXPECT_EQ(sorted->GetState(), 1);
+    EXPECT_EQ(sorted->Next(), nullptr);
+    EXPECT_EQ(sorted->Reset(), 0);
+    EXPECT_EQ(WalkBlocks(dynamic_cast<IRecordBlocks&>(*sorted), 0), numbers);
+    EXPECT_EQ(sorted->Reset(), 0);
+    EXPECT_EQ((*sorted->Next())[0], numbers.front());
+  }
+}
+
+TEST(NPARSortedIterator, TakesTheMissingValueAsAValueAndPutsNotANumberLast) {
+  const Kept kept(TwoVariables(), {{0, kNan}, {1, 3}, {2, kMissing}, {3, -3}, {4, -1e308}});
+  NPARSortManager manager(kept.reader.get());
+  ASSERT_TRUE(manager.AddSortVariable(1));
+  EXPECT_EQ(Walk(*manager.GetSortedIterator(1), 0), (std::vector<double>{2, 4, 3, 1, 0}));
+}
+
+TEST(NPARSortedIterator, OverNoRecordsEndsAtOnce) {
+  const Kept kept(TwoVariables(), {});
+  NPARSortedIterator sorted(kept.reader.get(), {});
+  EXPECT_EQ(sorted.Reset(), 1);
+  EXPECT_FALSE(sorted.HasNext());
+  RecordBlock block;
+  EXPECT_FALSE(sorted.NextBlock(block));
+}
+
+TEST(NPARSortManager, GivesOneViewForEachVariableThatWasAskedFor) {
+  const Kept kept(TwoVariables(), Numbered(3));
+  NPARSortManager manager(kept.reader.get());
+  EXPECT_FALSE(manager.AddSortVariable(-1));
+  EXPECT_FALSE(manager.AddSortVariable(2));
+  EXPECT_TRUE(manager.AddSortVariable(1));
+  EXPECT_TRUE(manager.AddSortVariable(1));
+  EXPECT_EQ(manager.GetSortedIterator(0), nullptr);
+  EXPECT_EQ(manager.GetSortedIterator(2), nullptr);
+  EXPECT_EQ(manager.GetSortedIterator(-1), nullptr);
+  EXPECT_EQ(manager.GetSortedIterator(1), manager.GetSortedIterator(1));
+}
+
+}  // namespace

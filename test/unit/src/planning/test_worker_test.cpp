@@ -1,0 +1,352 @@
+#include "planning/test_worker.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <new>
+#include <numeric>
+
+#include "planning/progress.h"
+#include "support/variables.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+constexpr double kMissing = QDMV::gMissingValue;
+constexpr std::int32_t kExhausted = 220012;
+
+using Log = std::vector<std::string>;
+using Rows = std::vector<std::vector<double>>;
+
+/// A test that writes down each call and answers as it is told.
+class ScriptedTest final : public NPARTest {
+ public:
+  ScriptedTest(std::string name, Log& log, int passes = 1)
+      : NPARTest(nullptr), name(std::move(name)), log(log), passesWanted(passes) {}
+
+  void SetSharedData(UnivariateResults*) override { Note("Shared"); }
+  QDStatus BeginPass() override {
+    passesLeft = passesWanted - pass;
+    return Answer("Begin");
+  }
+  QDStatus ProcessRecord(const Record& record) override {
+    return Answer("Record " + std::to_string(static_cast<int>(record[0])));
+  }
+  bool NeedsAnotherPass() override { return Answer("More").IsOK() && ++pass < passesWanted; }
+  QDStatus EndPass() override {
+    --passesLeft;
+    return Answer("End");
+  }
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override {
+    EXPECT_TRUE(positions.empty());
+    positions = required;
+    static_cast<void>(Answer("Required"));
+  }
+  XMLElement* WriteResults() override {
+    static_cast<void>(Answer("Write"));
+    return XMLElement::Create(name);
+  }
+
+  std::vector<std::int64_t> required = {0};
+  /// What a call answers, or does, instead of success.
+  std::map<std::string, std::function<QDStatus()>> answers;
+
+ private:
+  void Note(const std::string& call) { log.push_back(name + " " + call); }
+  QDStatus Answer(const std::string& call) {
+    Note(call);
+    const auto answer = answers.find(call);
+    return answer == answers.end() ? QDStatus() : answer->second();
+  }
+
+  std::string name;
+  Log& log;
+  int passesWanted;
+  int pass = 0;
+};
+
+QDVarList OneVariable() { return VariableListBuilder().Continuous("x").Build(); }
+
+Rows Count(int count) {
+  Rows rows;
+  for (int i = 0; i < count; ++i) rows.push_back({static_cast<double>(i)});
+  return rows;
+}
+
+/// A worker over records in memory, with the calls of its tests.
+struct Bench {
+  explicit Bench(const Rows& rows, QDVarList list = OneVariable(), bool analysisMissing = true,
+                 bool inBlocks = true)
+      : variables(std::move(list)),
+        single(rows),
+        blocks(rows),
+        worker(&variables, analysisMissing) {
+    worker.SetRecords(inBlocks ? static_cast<MultiPassRecordIter*>(&blocks) : &single);
+  }
+  ScriptedTest& Add(const std::string& name, int passes = 1) {
+    auto test = std::make_unique<ScriptedTest>(name, log, passes);
+    ScriptedTest& added = *test;
+    worker.AddTest(std::move(test));
+    return added;
+  }
+  QDStatus Run() { return worker.RunWorker(cancelPair); }
+  /// The calls that start so.
+  [[nodiscard]] Log Calls(const std::string& start) const {
+    Log calls;
+    for (const std::string& call : log) {
+      if (call.starts_with(start)) calls.push_back(call);
+    }
+    return calls;
+  }
+
+  QDVarList variables;
+  MemoryRecords single;
+  MemoryBlocks blocks;
+  Log log;
+  CancelPair cancelPair;
+  NPARTestWorker worker;
+};
+
+std::function<QDStatus()> Code(std::int32_t code) {
+  return [code] { return QDStatus(code); };
+}
+
+QDStatus RunOutOfMemory() { throw std::bad_alloc(); }
+
+TEST(TestWorker, CallsTestsInTheOrderOfTheContract) {
+  Bench bench(Count(2));
+  bench.Add("a", 2);
+  bench.Add("b", 1);
+  EXPECT_EQ(bench.Run(), QDStatus());
+  EXPECT_THAT(bench.log, ElementsAre("a Shared", "b Shared",                                  //
+                                     "a Begin", "a Required", "b Begin", "b Required",        //
+                                     "a Record 0", "b Record 0", "a Record 1", "b Record 1",  //
+                                     "a End", "b End", "a More", "b More",                    //
+                                     "a Begin", "a Required", "a Record 0", "a Record 1",     //
+                                     "a End", "a More", "b More"));
+  EXPECT_EQ(bench.blocks.Resets(), 2);
+}
+
+TEST(TestWorker, EndsThePassAtOnceWithoutRecords) {
+  Bench bench({});
+  bench.Add("a");
+  EXPECT_EQ(bench.Run(), QDStatus());
+  EXPECT_THAT(bench.log, ElementsAre("a Shared", "a Begin", "a Required", "a End", "a More"));
+}
+
+TEST(TestWorker, WithoutTestsReadsNothing) {
+  Bench bench(Count(2));
+  EXPECT_EQ(bench.Run(), QDStatus());
+  EXPECT_EQ(bench.blocks.Resets(), 0);
+}
+
+struct MissingCase {
+  const char* catches;
+  std::vector<std::int64_t> required;
+  Log analysis;  // calls with the analysis treatment
+};
+
+// Of five variables the first is the record's number. Records 1 to 4 miss one variable each; record
+// 5 holds the marks of other kinds, which are values there.
+TEST(TestWorker, MissingValuesHoldOffTheTestsThatRequireThem) {
+  const auto variables = [] {
+    return VariableListBuilder()
+        .Continuous("number")
+        .Continuous("c")
+        .NominalNumbers("n", {1})
+        .Nominal("s", {"a"})
+        .Other("o")
+        .Build();
+  };
+  const Rows rows = {{0, 1, 0, 0, 1},  {1, kMissing, 0, 0, 1}, {2, 1, -1, 0, 1},
+                     {3, 1, 0, -1, 1}, {4, 1, 0, 0, kMissing}, {5, -1, kMissing, kMissing, -1}};
+  const MissingCase cases[] = {
+      {"continuous", {1}, {"Record 0", "Record 2", "Record 3", "Record 4", "Record 5"}},
+      {"numeric category", {2}, {"Record 0", "Record 1", "Record 3", "Record 4", "Record 5"}},
+      {"string category", {3}, {"Record 0", "Record 1", "Record 2", "Record 4", "Record 5"}},
+      {"kind other", {4}, {"Record 0", "Record 1", "Record 2", "Record 3", "Record 5"}},
+      {"several, unsorted and doubled",
+       {4, 1, 4},
+       {"Record 0", "Record 2", "Record 3", "Record 5"}},
+      {"nothing required takes complete records only", {}, {"Record 0", "Record 5"}},
+      {"no variable is no requirement that can fail",
+       {-1, 99},
+       {"Record 0", "Record 1", "Record 2", "Record 3", "Record 4", "Record 5"}},
+  };
+  for (const bool inBlocks : {true, false}) {
+    for (const MissingCase& row : cases) {
+      SCOPED_TRACE(std::string(row.catches) + (inBlocks ? ", blocks" : ", records"));
+      Bench analysis(rows, variables(), true, inBlocks);
+      analysis.Add("t").required = row.required;
+      EXPECT_EQ(analysis.Run(), QDStatus());
+      Log expected;
+      for (const std::string& call : row.analysis) expected.push_back("t " + call);
+      EXPECT_EQ(analysis.Calls("t Record"), expected);
+
+      Bench listwise(rows, variables(), false, inBlocks);
+      listwise.Add("t").required = row.required;
+      EXPECT_EQ(listwise.Run(), QDStatus());
+      EXPECT_THAT(listwise.Calls("t Record"), ElementsAre("t Record 0", "t Record 5"));
+    }
+  }
+}
+
+TEST(TestWorker, TestsOfOnePassAreHeldOffEachByItsOwnVariables) {
+  VariableListBuilder builder;
+  for (int i = 0; i < 130; ++i) builder.Continuous(std::to_string(i));
+  Rows rows(131, std::vector<double>(130, 1.0));
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (i > 0) rows[i][i - 1] = kMissing;  // record i misses variable i - 1
+  }
+  Bench bench(rows, builder.Build());
+  std::map<std::string, std::vector<std::int64_t>> required = {
+      {"low", {3}}, {"high", {129}}, {"edge", {63, 64}}};
+  for (const auto& [name, positions] : required) bench.Add(name).required = positions;
+  bench.Add("all").required = {};
+  EXPECT_EQ(bench.Run(), QDStatus());
+  EXPECT_EQ(bench.Calls("low Record").size(), 130U);
+  EXPECT_EQ(bench.Calls("high Record").size(), 130U);
+  EXPECT_EQ(bench.Calls("edge Record").size(), 129U);
+  EXPECT_EQ(bench.Calls("all Record").size(), 1U);
+}
+
+TEST(TestWorker, AnErrorTakesItsTestOutOfThePassAndNoOther) {
+  Bench bench(Count(3));
+  ScriptedTest& failed = bench.Add("a");
+  failed.answers["Begin"] = Code(220918);
+  ScriptedTest& failing = bench.Add("b");
+  failing.answers["Record 1"] = Code(220007);
+  bench.Add("c");
+  EXPECT_EQ(bench.Run(), QDStatus());
+  EXPECT_THAT(bench.Calls("a"), ElementsAre("a Shared", "a Begin", "a Required", "a More"));
+  EXPECT_THAT(bench.Calls("b"), ElementsAre("b Shared", "b Begin", "b Required", "b Record 0",
+                                            "b Record 1", "b More"));
+  EXPECT_THAT(bench.Calls("c Record"), ElementsAre("c Record 0", "c Record 1", "c Record 2"));
+  EXPECT_THAT(bench.Calls("c End"), ElementsAre("c End"));
+}
+
+TEST(TestWorker, AWarningIsNoError) {
+  Bench bench(Count(2));
+  bench.Add("a").answers["Record 0"] = [] { return QDStatus(220616, true); };
+  EXPECT_EQ(bench.Run(), QDStatus());
+  EXPECT_THAT(bench.Calls("a Record"), ElementsAre("a Record 0", "a Record 1"));
+}
+
+TEST(TestWorker, ExhaustedMemoryEndsTheRunAtOnce) {
+  for (const char* call : {"Begin", "Required", "Record 1", "End", "More"}) {
+    for (const bool isThrown : {true, false}) {
+      if (!isThrown && (call == std::string("Required") || call == std::string("More"))) continue;
+      SCOPED_TRACE(std::string(call) + (isThrown ? " throws" : " returns"));
+      Bench bench(Count(3));
+      bench.Add("a").answers[call] = isThrown ? RunOutOfMemory : Code(kExhausted);
+      bench.Add("b");
+      EXPECT_EQ(bench.Run(), QDStatus(kExhausted));
+      EXPECT_EQ(bench.log.back(), std::string("a ") + call);
+    }
+  }
+}
+
+TEST(TestWorker, CollectsElementsInTheOrderOfTheTestsAndGivesThemAwayOnce) {
+  Bench bench(Count(1));
+  bench.Add("first");
+  bench.Add("second");
+  ASSERT_EQ(bench.worker.CollectResults(), QDStatus());
+  const auto results = bench.worker.TakeResults();
+  ASSERT_EQ(results.size(), 2U);
+  EXPECT_EQ(results[0]->GetName(), "first");
+  EXPECT_EQ(results[1]->GetName(), "second");
+  EXPECT_TRUE(bench.worker.TakeResults().empty());
+}
+
+TEST(TestWorker, ExhaustedMemoryWhileResultsAreWrittenIsAStatus) {
+  Bench bench(Count(1));
+  bench.Add("a");
+  bench.Add("b").answers["Write"] = RunOutOfMemory;
+  EXPECT_EQ(bench.worker.CollectResults(), QDStatus(kExhausted));
+}
+
+TEST(TestWorker, TakesRecordsAscendingByItsSortVariable) {
+  Bench bench({}, VariableListBuilder().Continuous("number").Continuous("x").Build());
+  MemoryRecords source({{0, 5}, {1, 3}, {2, 5}, {3, kMissing}, {4, 4}});
+  InitialDataReader reader(InitialDataReader::kBlockSize, &source, false, {0, 1}, &bench.variables);
+  ASSERT_EQ(reader.Read(), QDStatus());
+  NPARSortManager manager(&reader);
+  ASSERT_TRUE(manager.AddSortVariable(1));
+  bench.worker.SetSortVariable(1, &manager);
+  bench.Add("a", 2).required = {1};
+  EXPECT_EQ(bench.Run(), QDStatus());
+  const Log pass = {"a Record 1", "a Record 4", "a Record 0", "a Record 2"};
+  Log both = pass;
+  both.insert(both.end(), pass.begin(), pass.end());
+  EXPECT_EQ(bench.Calls("a Record"), both);
+}
+
+/// Says yes from the n-th question on.
+class CancelAfter final : public ICancelSource {
+ public:
+  explicit CancelAfter(int questions) : left(questions) {}
+  bool IsCancelled() override { return left-- <= 0; }
+
+ private:
+  int left;
+};
+
+TEST(TestWorker, ACancelledPassIsNotEndedAndIsNoError) {
+  struct Case {
+    bool inBlocks;
+    int questions;  // answered with no
+    std::size_t records;
+  };
+  // One question stands before the pass; then one for each record, or for each 256 of a block.
+  for (const Case& row : {Case{false, 0, 0}, Case{false, 1, 0}, Case{false, 6, 5}, Case{true, 1, 0},
+                          Case{true, 2, 256}, Case{true, 3, 512}}) {
+    SCOPED_TRACE(row.questions);
+    Bench bench(Count(700), OneVariable(), true, row.inBlocks);
+    CancelAfter source(row.questions);
+    bench.cancelPair.source = &source;
+    bench.Add("a");
+    EXPECT_EQ(bench.Run(), QDStatus());
+    EXPECT_TRUE(bench.cancelPair.cancelled);
+    EXPECT_EQ(bench.Calls("a Record").size(), row.records);
+    EXPECT_TRUE(bench.Calls("a End").empty());
+    EXPECT_TRUE(bench.Calls("a More").empty());
+  }
+}
+
+class PercentListener final : public ProgressListener {
+ public:
+  int Report(ProgressReport& report) override {
+    percents.push_back(dynamic_cast<NPARReporter&>(report).GetCurrentStepNum());
+    return 0;
+  }
+  std::vector<int> percents;
+};
+
+TEST(TestWorker, ProgressRisesInStepsOfWholePasses) {
+  struct Case {
+    const char* catches;
+    std::vector<int> passes;  // of each test
+    double start, span;
+    std::vector<int> percents;
+  };
+  const Case cases[] = {
+      {"the start of the range, then one step for each pass", {4}, 0.25, 0.5, {25, 37, 50, 62, 75}},
+      {"the longest test counts", {1, 2}, 0.0, 1.0, {0, 50, 100}},
+      {"tests that expect no pass jump to the end", {0}, 0.25, 0.65, {90, 90}},
+      {"no test, no report", {}, 0.25, 0.65, {}},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.catches);
+    Bench bench(Count(1));
+    PercentListener listener;
+    bench.worker.SetProgressRange(&listener, row.start, row.span);
+    for (const int passes : row.passes) bench.Add("t", passes);
+    EXPECT_EQ(bench.Run(), QDStatus());
+    EXPECT_EQ(listener.percents, row.percents);
+  }
+}
+
+}  // namespace
