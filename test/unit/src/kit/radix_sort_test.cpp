@@ -1,4 +1,4 @@
-#include "planning/radix_sort.h"
+#include "kit/radix_sort.h"
 
 #include <gtest/gtest.h>
 
