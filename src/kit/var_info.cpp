@@ -71,8 +71,13 @@ std::string NPARVarInfo::GetNumericValueText(std::int32_t index, double value) c
 }
 
 std::string NPARVarInfo::GetStringValueText(std::int32_t index, double value) const {
+  return EscapeListText(GetNumericValueText(index, value));
+}
+
+std::string EscapeListText(std::string_view text) {
   std::string escaped;
-  for (const char character : GetNumericValueText(index, value)) {
+  escaped.reserve(text.size());
+  for (const char character : text) {
     if (character == ';' || character == '\\') escaped += '\\';
     escaped += character;
   }

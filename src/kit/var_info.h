@@ -2,9 +2,13 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "foundation/names.h"
+
+/// The text with a backslash before each ";" and each backslash, for lists that ";" joins.
+[[nodiscard]] std::string EscapeListText(std::string_view text);
 
 /// The texts of variables and their values, by variable index. A value type; the list is not owned.
 class NPARVarInfo {
@@ -21,8 +25,7 @@ class NPARVarInfo {
   /// The text of a category code, escaped for kind StringCategory; empty for other kinds.
   [[nodiscard]] std::string GetValueText(std::int32_t index, double value) const;
   [[nodiscard]] std::string GetNumericValueText(std::int32_t index, double value) const;
-  /// With a backslash before each ";" and each backslash, since such texts stand in ";"-joined
-  /// lists.
+  /// The same, escaped: such texts stand in ";"-joined lists.
   [[nodiscard]] std::string GetStringValueText(std::int32_t index, double value) const;
   /// The categories whose code is not in `excluded`: texts or numbers, and codes.
   void ListOtherStringCategories(std::int32_t index, const std::vector<double>& excluded,

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "kit/category_union.h"
+#include "kit/record_weight.h"
+#include "kit/test.h"
+#include "planning/planner.h"
+
+/// Marginal homogeneity test: do two related ordered categorical fields have the same distribution?
+///
+/// The categories of both fields make one union with scores s (their numbers, or their places for
+/// texts); n_ij is the weight of the records with category i in the first and j in the second
+/// field. Over i != j:
+///   T = sum n_ij s_i,  E = sum n_ij (s_i + s_j) / 2,  V = sum n_ij ((s_i - s_j) / 2)^2
+///   z = (T - E) / sqrt(V), 0 for V = 0;  sig = 2 (1 - Phi(|z|))
+/// No continuity correction, no exact value. One pass.
+///
+/// Source: A. Agresti, Categorical Data Analysis (1990), 10.3; A. Stuart, Biometrika 42 (1955).
+class NPARMargHomo final : public NPARTest {
+ public:
+  /// Takes the settings over. The union must be that of the fields in the settings.
+  NPARMargHomo(QDSettings* settings, CategoryUnion categories);
+
+  void SetSharedData(UnivariateResults*) override {}
+  /// Error 220002: no memory for the cross table.
+  QDStatus BeginPass() override;
+  QDStatus ProcessRecord(const Record& record) override;
+  bool NeedsAnotherPass() override { return false; }
+  /// Error 220003: the weights sum to less than 1.
+  QDStatus EndPass() override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  XMLElement* WriteResults() override;
+
+ private:
+  [[nodiscard]] std::int64_t& Cell(std::size_t row, std::size_t column) {
+    return crossTable[row * scores.size() + column];
+  }
+
+  CategoryUnion categories;
+  RecordWeight weight;
+  double sigLevel = 0.05;
+  std::int32_t first = -1;
+  std::int32_t second = -1;
+  std::vector<double> scores;
+  std::vector<std::int64_t> crossTable;  // row by row
+  std::int64_t totalN = 0;
+  double testStatistic = 0.0;
+  double expected = 0.0;
+  double standardError = 0.0;
+  double standardTestStatistic = 0.0;
+  double asymptoticSig = 0.0;
+};
+
+/// Makes the test of an entry "RMarginalHomogeneity". Errors 221703, 221709, 221710, 221711.
+QDStatus ConstructMarginalHomogeneityTest(NPARPlanner& planner, QDStatus& status,
+                                          const QDSettings& entry);
