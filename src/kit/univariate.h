@@ -43,6 +43,8 @@ class QDUnivariateVariable {
   [[nodiscard]] virtual bool NeedsPass() const = 0;
   /// -1: every record weighs 1.
   virtual void SetWeightVariable(std::int32_t index) = 0;
+  /// ProcessRecord for each row in which the variable is not missing.
+  virtual void ProcessBlock(const RecordBlock& block) = 0;
 
   /// Sum of the truncated weights of the records seen.
   [[nodiscard]] std::int64_t GetTotalWeight() const noexcept { return totalWeight; }
@@ -73,6 +75,7 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   QDStatus EndPass() override;
   bool NeedsPass() const override { return needsPass; }
   void SetWeightVariable(std::int32_t index) override { weightIndex = index; }
+  void ProcessBlock(const RecordBlock& block) override;
 
   /// Makes `bins` empty bins from low to high, one more where zero lies inside; the last edge is
   /// high + 1.
@@ -99,7 +102,7 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   /// Gives hinges that the walk did not reach the last value that it saw.
   void FinishHinges();
 
-  [[nodiscard]] double GetMean() const noexcept { return mean; }
+  [[nodiscard]] double GetMean() const noexcept { return moments.mean; }
   [[nodiscard]] double GetStdDev() const noexcept { return stdDev; }
   [[nodiscard]] double GetMinimum() const noexcept { return minimum; }
   [[nodiscard]] double GetMaximum() const noexcept { return maximum; }
@@ -118,11 +121,20 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
     double cumulativeWeight = 0.0;
     double previousValue = QDMV::gMissingValue;
   };
+  /// Weighted mean and sum of squares, updated value by value (D. H. D. West, Comm. ACM 22, 1979).
+  struct Moments {
+    double mean = 0.0;
+    double sumOfSquares = 0.0;
+    std::int64_t weightedCount = 0;
+    void Add(double x, std::int64_t weight);
+  };
   static void StepTracker(double x, double w, double p, double& result, HingeTracker& tracker);
-  [[nodiscard]] std::int64_t WeightOf(const Record& record) const noexcept {
-    return weightIndex < 0 ? 1 : TruncateToInt32(record[weightIndex]);
+  [[nodiscard]] bool Wants(Statistic statistic) const {
+    return statistics.contains(static_cast<std::int32_t>(statistic));
   }
+  void TakeExtremes(double x);
   QDStatus WalkSortedValues();
+  void TrackRow(const double* row);
 
   HingeTracker firstHinge;
   HingeTracker medianTracker;
@@ -130,7 +142,7 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   bool needsPass = true;
   std::int32_t variableIndex;
   std::int32_t weightIndex;
-  double mean = 0.0;
+  Moments moments;
   double stdDev = 0.0;
   double minimum = QDMV::gMissingValue;
   double maximum = QDMV::gMissingValue;
@@ -138,11 +150,10 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   double quartile1 = QDMV::gMissingValue;
   double quartile3 = QDMV::gMissingValue;
   std::vector<HistogramBin> bins;
-  std::int64_t weightedCount = 0;
-  double sumOfSquares = 0.0;
   double rangeHigh = std::numeric_limits<double>::lowest();
   double rangeLow = std::numeric_limits<double>::max();
   std::uint64_t binCount = kBinCount;
+  double binWidth = 0.0;
   std::int64_t zeroCount = 0;
   std::vector<double> binUpperEdges;
   std::int32_t pass = 1;
@@ -159,12 +170,11 @@ class QDCateUnivariateVariable final : public QDUnivariateVariable {
   QDStatus EndPass() override;
   bool NeedsPass() const override { return needsPass; }
   void SetWeightVariable(std::int32_t index) override { weightIndex = index; }
+  void ProcessBlock(const RecordBlock& block) override;
 
   [[nodiscard]] std::int32_t GetCategoryCount() const noexcept { return categoryCount; }
   /// Sum of weights by category code, every category included.
-  [[nodiscard]] const std::map<std::int32_t, std::int64_t>& GetFrequencies() const noexcept {
-    return frequencies;
-  }
+  [[nodiscard]] std::map<std::int32_t, std::int64_t> GetFrequencies() const;
   [[nodiscard]] std::int64_t GetLargestFrequency() const noexcept { return largestFrequency; }
   [[nodiscard]] std::int32_t GetMedianCategory() const noexcept { return medianCategory; }
 
@@ -173,7 +183,8 @@ class QDCateUnivariateVariable final : public QDUnivariateVariable {
   std::int32_t variableIndex;
   std::int32_t weightIndex;
   std::int32_t categoryCount;
-  std::map<std::int32_t, std::int64_t> frequencies;
+  std::vector<std::int64_t> frequencies;                  // by code
+  std::map<std::int32_t, std::int64_t> otherFrequencies;  // of codes that are no category
   std::int64_t largestFrequency = 0;
   std::int32_t medianCategory = 0;
 };
@@ -191,6 +202,10 @@ class QDUnivariateSummaries {
   void SetWeightVariable(std::int32_t index);
   void SetSortedData(ISortedData* data) noexcept { sortedData = data; }
   /// Reads the records as often as the statistics need.
+  ///
+  /// At the end of each reading the summaries are finished in the order of the variables up to the
+  /// first that had finished before: a distribution behind such a one stays without its entry of
+  /// zeros.
   QDStatus Run();
 
   /// Null where nobody asked for the variable.
@@ -199,6 +214,9 @@ class QDUnivariateSummaries {
   [[nodiscard]] const QDCateUnivariateVariable* FindCategorical(std::int32_t variableIndex) const;
 
  private:
+  /// One walk over the records for the summaries that need it; false if there was no record.
+  bool ReadRecords();
+
   MultiPassRecordIter* records;
   const QDVarList* variables;
   ISortedData* sortedData = nullptr;

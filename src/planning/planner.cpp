@@ -162,18 +162,15 @@ QDStatus NPARPlanner::WriteOutput(std::ostream& stream, const NPARRunInfo& runIn
   if (!executed || written) return QDStatus(kNotExecuted);
   written = true;
   return GuardAllocation(kMemoryExhausted, [&] {
-    std::vector<std::unique_ptr<XMLElement>> owned = mainWorker->TakeResults();
+    std::vector<std::unique_ptr<XMLElement>> results = mainWorker->TakeResults();
     for (const auto& worker : sortedWorkers) {
-      for (auto& element : worker->TakeResults()) owned.push_back(std::move(element));
+      for (auto& element : worker->TakeResults()) results.push_back(std::move(element));
     }
-    std::vector<XMLElement*> results(owned.size());
     const UnivariateResults univariateResults(univariates.get());
-    NPARResultWriter writer(variables, &univariateResults, &results, analysisMissing, sigLevel,
-                            confidenceLevel, weightIndex, caseIdIndex);
+    NPARResultWriter writer(variables, &univariateResults, std::move(results), analysisMissing,
+                            sigLevel, confidenceLevel, weightIndex, caseIdIndex);
     std::int32_t modelId = 0;
     static_cast<void>(settings->GetSettingValByName("NParStatXMLModelID", modelId));
-    std::transform(owned.begin(), owned.end(), results.begin(),
-                   [](auto& element) { return element.release(); });
     return writer.Write(stream, modelId, runInfo);
   });
 }

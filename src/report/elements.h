@@ -50,7 +50,12 @@ XMLElement* AddStructuredTable(XMLElement& parent, std::string_view name);
 /// "Attribute" with "name" and "value".
 void AddAttributeRow(XMLElement& parent, std::string_view name, std::string_view value);
 void AddAttributeRow(XMLElement& parent, std::string_view name, double value);
-void AddAttributeRow(XMLElement& parent, std::string_view name, std::int64_t value);
+template <std::integral Integer>
+void AddAttributeRow(XMLElement& parent, std::string_view name, Integer value) {
+  AddAttributeRow(parent, name, std::string_view(IntegerText(static_cast<std::int64_t>(value))));
+}
+/// The texts as rows "%0", "%1", ...
+void AddParameterRows(XMLElement& parent, const std::vector<std::string>& parameters);
 
 /// "SimpleTable" with its "RowNames" and "ColumnNames"; rows follow.
 XMLElement* AddSimpleTable(XMLElement& parent, std::string_view name, std::string_view rowNames,
@@ -58,8 +63,12 @@ XMLElement* AddSimpleTable(XMLElement& parent, std::string_view name, std::strin
 /// "Row" with its ";"-joined cells.
 void AddRow(XMLElement& simpleTable, std::string_view cells);
 
-/// The table "Interval": counts and values of the pairs whose count is above 0.
+/// The table "Interval": a row of counts, a row of values.
+void AddIntervalTable(XMLElement& parent, std::string_view counts, std::string_view values);
+/// "Interval" of the pairs whose count is above 0.
 void AddIntervalTable(XMLElement& parent, const std::vector<HistogramBin>& bins);
+/// As AddIntervalTable; nothing where no count is above 0.
+void AddIntervalTableUnlessEmpty(XMLElement& parent, const std::vector<HistogramBin>& bins);
 /// "Condition" with its key and "%0", "%1", ...
 void AddCondition(XMLElement& algorithm, std::string_view key,
                   const std::vector<std::string>& parameters);

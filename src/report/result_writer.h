@@ -22,30 +22,34 @@ struct NPARRunInfo {
 /// distributions.
 class NPARResultWriter {
  public:
-  /// Takes over only the elements of `results`, and those when Write is called.
+  /// Takes over the tests' elements, and nothing else.
   NPARResultWriter(const QDVarList* variables, const UnivariateResults* univariates,
-                   const std::vector<XMLElement*>* results, bool analysisMissing, double sigLevel,
-                   double confidenceLevel, std::int32_t weightIndex, std::int32_t caseIdIndex);
+                   std::vector<std::unique_ptr<XMLElement>> results, bool analysisMissing,
+                   double sigLevel, double confidenceLevel, std::int32_t weightIndex,
+                   std::int32_t caseIdIndex);
 
-  /// Writes the whole document.
+  /// Writes the whole document, once: the elements go into it. 220012 where the stream took no
+  /// more.
   QDStatus Write(std::ostream& stream, std::int64_t modelId, const NPARRunInfo& runInfo);
 
  private:
+  void WriteCounts(XMLElement& root, const std::string& modelId) const;
   void WriteHeader(const NPARRunInfo& runInfo);
   void WriteDataDictionary();
+  void WriteDataField(XMLElement& dictionary, std::int32_t index) const;
   void WriteTests();
   void WriteFieldInfos();
+  void WriteContinuousInfo(XMLElement& info, std::int32_t index) const;
+  void WriteCategoricalInfo(XMLElement& info, std::int32_t index) const;
 
   const QDVarList* variables;
   const UnivariateResults* univariates;
-  const std::vector<XMLElement*>* results;
+  std::vector<std::unique_ptr<XMLElement>> results;
   bool analysisMissing;
   double sigLevel;
   double confidenceLevel;
   std::int32_t weightIndex;
   std::int32_t caseIdIndex;
-  QDStatus status;
   NPARVarInfo varInfo;
-  XMLElement* root = nullptr;
-  XMLElement* output = nullptr;
+  XMLElement* output = nullptr;  // "NPAROutput", of the document that is being built
 };

@@ -1,0 +1,319 @@
+#include "kit/univariate.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <initializer_list>
+
+#include "kit/record_blocks.h"
+
+namespace {
+
+/// Quartiles were asked for and there is no sorted data.
+constexpr std::int32_t kNoSortedData = 220005;
+
+constexpr std::int32_t kFirstStatistic = static_cast<std::int32_t>(Statistic::Mean);
+constexpr std::int32_t kLastStatistic = static_cast<std::int32_t>(Statistic::All);
+
+std::int64_t WeightOf(const double* row, std::int32_t weightIndex) {
+  return weightIndex < 0 ? 1 : TruncateToInt32(row[weightIndex]);
+}
+
+}  // namespace
+
+// Continuous variables.
+
+QDContUnivariateVariable::QDContUnivariateVariable(std::int32_t variableIndex,
+                                                   std::int32_t weightIndex)
+    : variableIndex(variableIndex), weightIndex(weightIndex) {}
+
+bool QDContUnivariateVariable::AddStatistic(std::int32_t statistic) {
+  if (statistic < kFirstStatistic || statistic > kLastStatistic) return false;
+  const auto add = [this](std::initializer_list<Statistic> list) {
+    for (const Statistic item : list) statistics.insert(static_cast<std::int32_t>(item));
+  };
+  switch (static_cast<Statistic>(statistic)) {
+    case Statistic::Mean:
+      add({Statistic::MeanStdDev});
+      return true;
+    case Statistic::Median:
+      add({Statistic::Quartiles});
+      return true;
+    case Statistic::Distribution:
+      add({Statistic::Maximum, Statistic::Minimum, Statistic::Distribution});
+      return true;
+    case Statistic::All:
+      add({Statistic::MeanStdDev, Statistic::Minimum, Statistic::Maximum, Statistic::Quartiles,
+           Statistic::Distribution});
+      return true;
+    case Statistic::Mode:
+    case Statistic::Frequencies:
+      return false;
+    default:
+      add({static_cast<Statistic>(statistic)});
+      return true;
+  }
+}
+
+void QDContUnivariateVariable::Moments::Add(double x, std::int64_t weight) {
+  if (weight == 0) return;
+  const double w = static_cast<double>(weight);
+  const double earlier = static_cast<double>(weightedCount);
+  weightedCount += weight;
+  const double total = static_cast<double>(weightedCount);
+  const double delta = (x - mean) * w / total;
+  mean += delta;
+  sumOfSquares += delta * delta * total * earlier / w;
+}
+
+void QDContUnivariateVariable::TakeExtremes(double x) {
+  if (minimum == QDMV::gMissingValue || minimum > x) minimum = x;
+  if (maximum == QDMV::gMissingValue || x > maximum) maximum = x;
+}
+
+void QDContUnivariateVariable::ProcessBlock(const RecordBlock& block) {
+  if (pass != 1) {
+    for (std::size_t i = 0; i < block.count; ++i) {
+      const double x = block.rows[i][variableIndex];
+      if (x != QDMV::gMissingValue) AddValueOrZero(x, WeightOf(block.rows[i], weightIndex));
+    }
+    return;
+  }
+  const bool wantsMoments = Wants(Statistic::MeanStdDev);
+  const bool wantsMinimum = Wants(Statistic::Minimum);
+  const bool wantsMaximum = Wants(Statistic::Maximum);
+  Moments running = moments;  // kept in registers over the block
+  for (std::size_t i = 0; i < block.count; ++i) {
+    const double* row = block.rows[i];
+    const double x = row[variableIndex];
+    if (x == QDMV::gMissingValue) continue;
+    const std::int64_t weight = WeightOf(row, weightIndex);
+    if (wantsMoments) running.Add(x, weight);
+    if (wantsMinimum && (minimum == QDMV::gMissingValue || minimum > x)) minimum = x;
+    if (wantsMaximum && (maximum == QDMV::gMissingValue || x > maximum)) maximum = x;
+    totalWeight += weight;
+  }
+  moments = running;
+}
+
+QDStatus QDContUnivariateVariable::ProcessRecord(const Record& record) {
+  const double* row = record.Values();
+  ProcessBlock(RecordBlock{&row, 1});
+  return QDStatus();
+}
+
+QDStatus QDContUnivariateVariable::EndPass() {
+  if (pass != 1) {
+    AddZeroBin();
+    needsPass = false;
+    return QDStatus();
+  }
+  if (Wants(Statistic::MeanStdDev) && totalWeight > 1) {
+    stdDev = std::sqrt(moments.sumOfSquares / static_cast<double>(totalWeight - 1));
+  }
+  if (Wants(Statistic::Quartiles)) {
+    const QDStatus walked = WalkSortedValues();
+    if (!walked.IsOK()) return walked;
+  }
+  if (Wants(Statistic::Distribution)) {
+    pass = 2;
+    SetRange(minimum, maximum, kBinCount);
+  } else {
+    needsPass = false;
+  }
+  return QDStatus();
+}
+
+QDStatus QDContUnivariateVariable::WalkSortedValues() {
+  MultiPassRecordIter* sorted =
+      sortedData == nullptr ? nullptr : sortedData->GetSortedIterator(variableIndex);
+  if (sorted == nullptr) return QDStatus(kNoSortedData);
+  ForEachBlock(*sorted, [this](const RecordBlock& block) {
+    for (std::size_t i = 0; i < block.count; ++i) TrackRow(block.rows[i]);
+  });
+  FinishHinges();
+  return QDStatus();
+}
+
+void QDContUnivariateVariable::TrackRow(const double* row) {
+  const double x = row[variableIndex];
+  const double weight = weightIndex < 0 ? 1.0 : row[weightIndex];
+  if (x == QDMV::gMissingValue || weight == QDMV::gMissingValue) return;
+  TrackHinges(x, weight, static_cast<double>(totalWeight));
+}
+
+void QDContUnivariateVariable::SetRange(double low, double high, std::uint64_t wantedBins) {
+  rangeLow = low;
+  rangeHigh = high;
+  binCount = wantedBins;
+  binUpperEdges.clear();
+  bins.clear();
+  if (wantedBins == 0) return;
+  binWidth = (high - low) / static_cast<double>(wantedBins);
+  binUpperEdges.reserve(wantedBins + 1);
+  double previous = low;
+  std::uint64_t multiple = 1;
+  while (binUpperEdges.size() < binCount) {
+    const double edge = low + static_cast<double>(multiple) * binWidth;
+    // The edge at zero costs a multiple of the width: the step after the one that follows it is two
+    // widths wide, so that the edges further up stand where they would have stood without it.
+    if (!(previous > 0.0) && edge > 0.0) {
+      binUpperEdges.push_back(0.0);
+      ++multiple;
+      ++binCount;
+    }
+    binUpperEdges.push_back(edge);
+    previous = edge;
+    ++multiple;
+  }
+  binUpperEdges.back() = high + 1.0;
+  bins.resize(binCount);
+}
+
+std::int64_t QDContUnivariateVariable::FindBin(double x) const {
+  const std::int64_t last = static_cast<std::int64_t>(binUpperEdges.size()) - 1;
+  if (last < 1) return 0;
+  // All edges but the two at zero are rangeLow + (i + 1) * binWidth up to rounding, so the division
+  // lands beside the bin and the comparisons settle it. Not a number lands in bin 0.
+  const double guess = (x - rangeLow) / binWidth;
+  std::int64_t bin = 0;
+  if (guess >= static_cast<double>(last)) {
+    bin = last;
+  } else if (guess > 0.0) {
+    bin = static_cast<std::int64_t>(guess);
+  }
+  const double* edges = binUpperEdges.data();
+  while (bin > 0 && !(edges[bin - 1] < x)) --bin;
+  while (bin < last && edges[bin] < x) ++bin;
+  return bin;
+}
+
+void QDContUnivariateVariable::AddValue(double x, std::int64_t weight) {
+  const std::int64_t place = FindBin(x);
+  if (weight == 0 || place >= static_cast<std::int64_t>(bins.size())) return;
+  HistogramBin& bin = bins[static_cast<std::size_t>(place)];
+  bin.count += weight;
+  bin.binMean += (x - bin.binMean) * static_cast<double>(weight) / static_cast<double>(bin.count);
+}
+
+void QDContUnivariateVariable::AddZeroBin() {
+  if (zeroCount > 0) bins.push_back(HistogramBin{zeroCount, 0.0});
+}
+
+void QDContUnivariateVariable::TrackHinges(double x, double weight, double total) {
+  const std::array trackers = {&firstHinge, &medianTracker, &thirdHinge};
+  if (std::any_of(trackers.begin(), trackers.end(), [](const HingeTracker* tracker) {
+        return tracker->previousValue == QDMV::gMissingValue;
+      })) {
+    for (HingeTracker* tracker : trackers) {
+      tracker->previousValue = x;
+      tracker->cumulativeWeight += weight;
+    }
+  } else {
+    const double depth = std::trunc((total + 3.0) * 0.5) * 0.5;  // of the hinges, from either end
+    if (quartile1 == QDMV::gMissingValue) StepTracker(x, weight, depth, quartile1, firstHinge);
+    if (median == QDMV::gMissingValue) {
+      StepTracker(x, weight, (total + 1.0) * 0.5, median, medianTracker);
+    }
+    if (quartile3 == QDMV::gMissingValue) {
+      StepTracker(x, weight, (total + 1.0) - depth, quartile3, thirdHinge);
+    }
+  }
+  TakeExtremes(x);
+}
+
+void QDContUnivariateVariable::StepTracker(double x, double w, double p, double& result,
+                                           HingeTracker& tracker) {
+  const double c = tracker.cumulativeWeight;
+  if (c > p) {
+    result = tracker.previousValue;
+  } else if (c + w > p) {
+    const double fraction = p - c;
+    result = fraction >= 1.0 ? x : (1.0 - fraction) * tracker.previousValue + fraction * x;
+  } else {
+    tracker.cumulativeWeight = c + w;
+    tracker.previousValue = x;
+  }
+}
+
+void QDContUnivariateVariable::FinishHinges() {
+  if (quartile1 == QDMV::gMissingValue) quartile1 = firstHinge.previousValue;
+  if (median == QDMV::gMissingValue) median = medianTracker.previousValue;
+  if (quartile3 == QDMV::gMissingValue) quartile3 = thirdHinge.previousValue;
+}
+
+// Categorical variables.
+
+QDCateUnivariateVariable::QDCateUnivariateVariable(std::int32_t variableIndex,
+                                                   std::int32_t weightIndex,
+                                                   std::int32_t categoryCount)
+    : variableIndex(variableIndex),
+      weightIndex(weightIndex),
+      categoryCount(categoryCount),
+      frequencies(static_cast<std::size_t>(std::max(categoryCount, 0))) {}
+
+bool QDCateUnivariateVariable::AddStatistic(std::int32_t statistic) {
+  if (statistic < kFirstStatistic || statistic > kLastStatistic) return false;
+  switch (static_cast<Statistic>(statistic)) {
+    case Statistic::Median:
+    case Statistic::Mode:
+    case Statistic::Frequencies:
+      statistics.insert(statistic);
+      return true;
+    case Statistic::All:
+      for (const Statistic item : {Statistic::Frequencies, Statistic::Median, Statistic::Mode}) {
+        statistics.insert(static_cast<std::int32_t>(item));
+      }
+      return true;
+    default:
+      return false;
+  }
+}
+
+void QDCateUnivariateVariable::ProcessBlock(const RecordBlock& block) {
+  for (std::size_t i = 0; i < block.count; ++i) {
+    const double* row = block.rows[i];
+    const double value = row[variableIndex];
+    if (value == QDMV::gMissingCategory) continue;
+    const std::int64_t weight = WeightOf(row, weightIndex);
+    const std::int32_t code = TruncateToInt32(value);
+    if (code >= 0 && code < categoryCount) {
+      frequencies[static_cast<std::size_t>(code)] += weight;
+    } else {
+      otherFrequencies[code] += weight;
+    }
+    totalWeight += weight;
+  }
+}
+
+QDStatus QDCateUnivariateVariable::ProcessRecord(const Record& record) {
+  const double* row = record.Values();
+  ProcessBlock(RecordBlock{&row, 1});
+  return QDStatus();
+}
+
+QDStatus QDCateUnivariateVariable::EndPass() {
+  needsPass = false;
+  if (frequencies.empty()) return QDStatus();
+  if (statistics.contains(static_cast<std::int32_t>(Statistic::Mode))) {
+    largestFrequency = *std::max_element(frequencies.begin(), frequencies.end());
+  }
+  if (statistics.contains(static_cast<std::int32_t>(Statistic::Median))) {
+    std::int64_t sum = 0;
+    for (std::size_t code = 0; code < frequencies.size(); ++code) {
+      sum += frequencies[code];
+      if (sum < totalWeight / 2) continue;
+      medianCategory = static_cast<std::int32_t>(code);
+      break;
+    }
+  }
+  return QDStatus();
+}
+
+std::map<std::int32_t, std::int64_t> QDCateUnivariateVariable::GetFrequencies() const {
+  std::map<std::int32_t, std::int64_t> all = otherFrequencies;
+  for (std::size_t code = 0; code < frequencies.size(); ++code) {
+    all.emplace_hint(all.end(), static_cast<std::int32_t>(code), frequencies[code]);
+  }
+  return all;
+}
