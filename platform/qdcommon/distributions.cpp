@@ -1,0 +1,155 @@
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+#include "foundation/math.h"
+#include "tails.h"
+
+namespace QDMath_700 {
+
+namespace {
+
+constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr Real kRootTwo = 1.414213562373095048801688724209698L;
+
+bool IsShape(double value) { return value > 0.0 && value < kInfinity; }
+
+bool IsProbability(double value) { return value >= 0.0 && value <= 1.0; }
+
+bool IsCount(double value) {
+  return value >= 0.0 && value < kInfinity && std::floor(value) == value;
+}
+
+Real NormalLower(Real z) { return std::erfc(-z / kRootTwo) / 2; }
+
+// A logarithm beyond which neither e to it nor its product with a ratio of two doubles is a double.
+constexpr Real kLogLimit = 2300;
+
+// The place t of probability p in (0, 1), where `tails` gives the tails at t: Newton's iteration on
+// the logarithm of the smaller tail. Both tails are log-concave in t, so a step from the outer side
+// never passes the root, and one from the inner side lands on the outer side; there it is halved
+// while the tail is too small for a number.
+template <typename TailsAt>
+Real FindQuantile(double p, Real start, TailsAt tailsAt) {
+  const bool isLower = p <= 0.5;
+  const Real target = isLower ? std::log(static_cast<Real>(p)) : std::log(1 - static_cast<Real>(p));
+  Real t = start;
+  Real lastStep = kLogLimit;
+  for (int round = 0; round < 200; ++round) {
+    const Tails tails = tailsAt(t);
+    const Real tail = isLower ? tails.lower : tails.upper;
+    if (!(tail > 0)) {
+      lastStep /= 2;
+      t -= lastStep;
+      continue;
+    }
+    if (!(tails.density > 0)) return t;
+    Real step = (target - std::log(tail)) * (tail / tails.density);
+    if (!isLower) step = -step;
+    Real next = t + step;
+    if (next > kLogLimit) next = kLogLimit;
+    if (next < -kLogLimit) next = -kLogLimit;
+    lastStep = next - t;
+    t = next;
+    if (std::fabs(lastStep) <= 1e-17L * std::fmax(1, std::fabs(t))) break;
+  }
+  return t;
+}
+
+// Log odds of the beta quantile.
+Real BetaLogOdds(double p, Real a, Real b) {
+  return FindQuantile(p, std::log(a) - std::log(b), [&](Real t) {
+    const Real x = 1 / (1 + std::exp(-t));
+    const Real y = 1 / (1 + std::exp(t));
+    return BetaTails(a, b, x, y, b * x - a * y);
+  });
+}
+
+}  // namespace
+
+double QDDistFun::CdfStdNorm(double x) { return static_cast<double>(NormalLower(x)); }
+
+double QDDistFun::SfStdNorm(double x) { return static_cast<double>(NormalLower(-x)); }
+
+double QDDistFun::CdfNorm(double x, double mean, double sd) {
+  if (!IsShape(sd) || !std::isfinite(mean)) return kNotANumber;
+  return static_cast<double>(NormalLower((static_cast<Real>(x) - mean) / sd));
+}
+
+double QDDistFun::IdfStdNorm(double p) {
+  if (!IsProbability(p)) return kNotANumber;
+  if (p == 0.0) return -kInfinity;
+  if (p == 1.0) return kInfinity;
+  return static_cast<double>(NormalQuantile(p));
+}
+
+double QDDistFun::CdfChi(double x, double df) {
+  if (!IsShape(df) || std::isnan(x)) return kNotANumber;
+  if (x <= 0.0) return 0.0;
+  if (x == kInfinity) return 1.0;
+  return static_cast<double>(GammaTails(static_cast<Real>(df) / 2, static_cast<Real>(x) / 2).lower);
+}
+
+double QDDistFun::SfChi(double x, double df) {
+  if (!IsShape(df) || std::isnan(x)) return kNotANumber;
+  if (x <= 0.0) return 1.0;
+  if (x == kInfinity) return 0.0;
+  return static_cast<double>(GammaTails(static_cast<Real>(df) / 2, static_cast<Real>(x) / 2).upper);
+}
+
+double QDDistFun::IdfChi(double p, double df) {
+  if (!IsShape(df) || !IsProbability(p)) return kNotANumber;
+  if (p == 0.0) return 0.0;
+  if (p == 1.0) return kInfinity;
+  const Real a = static_cast<Real>(df) / 2;
+  const Real t =
+      FindQuantile(p, std::log(a), [&](Real logX) { return GammaTails(a, std::exp(logX)); });
+  return static_cast<double>(2 * std::exp(t));
+}
+
+double QDDistFun::IdfF(double p, double df1, double df2) {
+  if (!IsShape(df1) || !IsShape(df2) || !IsProbability(p)) return kNotANumber;
+  if (p == 0.0) return 0.0;
+  if (p == 1.0) return kInfinity;
+  const Real first = df1;
+  const Real second = df2;
+  return static_cast<double>(second / first * std::exp(BetaLogOdds(p, first / 2, second / 2)));
+}
+
+double QDDistFun::IdfBeta(const double& p, const double& a, const double& b) {
+  if (!IsShape(a) || !IsShape(b) || !IsProbability(p)) return kNotANumber;
+  if (p == 0.0 || p == 1.0) return p;
+  return static_cast<double>(1 / (1 + std::exp(-BetaLogOdds(p, a, b))));
+}
+
+double QDDistFun::CdfBin(double x, double n, double p, std::int32_t& error) {
+  error = IsCount(n) && IsProbability(p) && !std::isnan(x) ? 0 : 1;
+  if (error != 0) return kNotANumber;
+  if (x < 0.0) return 0.0;
+  if (x >= n || p == 0.0) return 1.0;
+  if (p == 1.0) return 0.0;
+  // P(X > k) is the beta distribution function with shapes k + 1 and n - k at p.
+  const Real above = static_cast<Real>(std::floor(x)) + 1;
+  const Real rest = static_cast<Real>(n) - std::floor(x);
+  const Real chance = p;
+  const Real excess = std::fma(static_cast<Real>(n) + 1, chance, -above);
+  return static_cast<double>(BetaTails(above, rest, chance, 1 - chance, excess).upper);
+}
+
+double QDDistFun::CDFHyper(double x, double n, double k, double total, std::int32_t& error) {
+  const bool isTable = IsCount(n) && IsCount(k) && IsCount(total) && n <= total && k <= total;
+  error = isTable && !std::isnan(x) ? 0 : 1;
+  if (error != 0) return kNotANumber;
+  const Real least = std::fmax(0, static_cast<Real>(n) - (static_cast<Real>(total) - k));
+  if (x < least) return 0.0;
+  if (x >= std::fmin(n, k)) return 1.0;
+  return static_cast<double>(HypergeometricLower(std::floor(x), n, k, total));
+}
+
+double QDDistFun::lyradnlgam(const double& x) {
+  if (!(x > 0.0)) return kNotANumber;
+  return static_cast<double>(LogGamma(x));
+}
+
+}  // namespace QDMath_700
