@@ -39,12 +39,13 @@ class VariableListBuilder {
   }
   /// Numeric categories.
   VariableListBuilder& NominalNumbers(const std::string& name, const std::vector<double>& numbers,
-                                      bool isOrdinal = false) {
+                                      bool isOrdinal = false,
+                                      StorageKind storage = StorageKind::Real) {
     std::vector<QDXML_700::QDCategory> categories;
     for (const double number : numbers) {
       categories.push_back({ReplaceSep(number, "%.15g"), number, {}});
     }
-    return AddCategorical(name, VariableKind::NumericCategory, StorageKind::Real, isOrdinal,
+    return AddCategorical(name, VariableKind::NumericCategory, storage, isOrdinal,
                           std::move(categories));
   }
   VariableListBuilder& OrdinalNumbers(const std::string& name, const std::vector<double>& numbers) {

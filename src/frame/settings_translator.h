@@ -1,0 +1,101 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "foundation/names.h"
+#include "frame/test_keys.h"
+
+/// Codes of the translation; all but the first are warnings.
+enum TranslationCode : std::int32_t {
+  kNoTestEntry = 220001,              ///< no test was selected for any field
+  kRelatedContinuousUnused = 220014,  ///< continuous related fields, and no test took them
+  kRelatedOrdinalUnused = 220015,     ///< the same for ordinal fields
+  kRelatedNominalUnused = 220016,     ///< the same for nominal fields
+  kRelatedContinuousMismatch =
+      220017,                          ///< tests for which the number of continuous fields is wrong
+  kRelatedOrdinalMismatch = 220018,    ///< the same for ordinal fields
+  kRelatedNominalMismatch = 220019,    ///< the same for nominal fields
+  kRelatedWithoutFields = 220020,      ///< related tests without any field of a fitting kind
+  kChiSquareSkipsContinuous = 220021,  ///< continuous fields that the chi-square test leaves aside
+  kOneSampleWithoutFields = 220022,    ///< one-sample tests without any field of a fitting kind
+  kTestsSkipCategorical = 220023,      ///< categorical fields, and the tests that leave them aside
+  kIndependentCategorical = 220024,    ///< categorical test fields, which no independent test takes
+  kIndependentContinuousUnused = 220025  ///< continuous test fields, and no test took them
+};
+
+/// Flattens the host's parameters: run-wide keys as they are, and for each test to run one nested
+/// setting, named by the test, with the test's number and what its construct function reads.
+///
+/// The host's document keeps an order: the flag of a family ("isAutomaticallyRelated"), then the
+/// test keys of that family. With the flag set, NPARAutoSelect chooses the tests instead.
+class NPARSettingsTranslator final {
+ public:
+  /// Nothing is taken over; `target` is filled by Run.
+  NPARSettingsTranslator(const QDSettings& source, const QDVarList& variables, QDSettings& target);
+
+  /// Error 220001: no entry was made.
+  QDStatus Run();
+
+  /// The warnings of the run, and beside each the parameters of its message.
+  [[nodiscard]] const std::vector<QDStatus>& GetWarningCodes() const { return warningCodes; }
+  [[nodiscard]] const std::vector<std::vector<std::string>>& GetWarningParameters() const {
+    return warningParameters;
+  }
+
+ private:
+  using Names = std::vector<std::string>;
+
+  /// Related fields of one kind, and what became of them.
+  struct RelatedFields {
+    Names names;
+    bool used = false;  // some selected test took them
+    Names mismatch;     // selected tests that take another number of them
+  };
+
+  struct Family;
+  static const Family kFamilies[];
+  static const TestKey* FindTestKey(const Family& family, const std::string& name);
+
+  void CopyRunKeys();
+  void TranslateFamily(const Family& family, std::size_t& index);
+  void MakeAutomaticEntries(const Family& family);
+  void MakeOneSampleEntries(const TestKey& test, const QDSettings& chosen);
+  void MakeOneSampleEntry(const TestKey& test, const QDSettings& chosen, const std::string& field,
+                          bool isCategorical);
+  void MakeRelatedEntries(const TestKey& test, const QDSettings& chosen);
+  void MakeIndependentEntries(const TestKey& test, const QDSettings& chosen);
+  QDSettings StartEntry(const TestForm& form);
+  void CollectOneSampleWarnings();
+  void CollectRelatedWarnings();
+  void CollectIndependentWarnings();
+  void Warn(TranslationCode code, std::vector<std::string> parameters);
+
+  const QDSettings& source;
+  const QDVarList& variables;
+  QDSettings& target;
+
+  Names oneSampleFields;
+  Names oneSampleContinuous;
+  Names oneSampleCategorical;
+  Names relatedFields;
+  RelatedFields relatedContinuous;
+  RelatedFields relatedOrdinal;
+  RelatedFields relatedNominal;
+  Names independentFields;
+  Names independentContinuous;
+  Names independentCategorical;
+  std::string groupField;
+
+  std::int32_t testCounter = -1;  // "testIndex" of the entry last made
+  std::vector<QDStatus> warningCodes;
+  std::vector<std::vector<std::string>> warningParameters;
+
+  Names testsSkippingCategorical;
+  Names testsWithoutFields;
+  bool chiSquareSkippedContinuous = false;
+  Names relatedTestsWithoutFields;
+  bool independentContinuousUsed = false;
+};

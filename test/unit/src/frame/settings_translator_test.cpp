@@ -1,0 +1,393 @@
+#include "frame/settings_translator.h"
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/settings_text.h"
+#include "support/variables.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+/// The host's parameters, in the order in which they are added.
+class Host {
+ public:
+  Host& Set(const char* name, const char* value) {
+    settings.AddNewSetting(name, value, "");
+    return *this;
+  }
+  Host& List(const char* name, const Names& values) {
+    settings.AddNewSetting(name, values, "");
+    return *this;
+  }
+  /// A selected test; "a|b" makes a list, any other value a scalar.
+  Host& Test(const char* name, std::initializer_list<std::pair<const char*, const char*>> keys = {},
+             const char* isSelected = "true") {
+    QDSettings test;
+    test.AddNewSetting("isSelected", isSelected, "");
+    for (const auto& [key, value] : keys) {
+      const std::string text = value;
+      const std::size_t bar = text.find('|');
+      if (bar == std::string::npos) {
+        test.AddNewSetting(key, text, "");
+      } else {
+        test.AddNewSetting(key, Names{text.substr(0, bar), text.substr(bar + 1)}, "");
+      }
+    }
+    settings.AddNewSetting(name, test, "");
+    return *this;
+  }
+  [[nodiscard]] const QDSettings& Settings() const { return settings; }
+
+ private:
+  QDSettings settings;
+};
+
+const QDVarList& Variables() {
+  static const QDVarList variables = [] {
+    VariableListBuilder made;
+    made.Continuous("c1").Continuous("c2").Continuous("c3").Other("other");
+    made.Nominal("n1", {"no", "yes"}).Nominal("n2", {"no", "yes"}).Nominal("n3", {"a", "b", "c"});
+    made.Ordinal("o1", {"low", "high"}).Ordinal("o2", {"low", "high"});
+    return made.Build();
+  }();
+  return variables;
+}
+
+/// The flat settings one a line, then "code: parameter / parameter" for each warning, then the
+/// status where it is not 0.
+std::string Translated(const Host& host) {
+  QDSettings target;
+  NPARSettingsTranslator translator(host.Settings(), Variables(), target);
+  const QDStatus status = translator.Run();
+  std::string text;
+  for (std::size_t i = 0; i < target.Size(); ++i) {
+    QDSettings line;
+    line.AddNewSetting(*target.GetSettingAt(i));
+    text += SettingsText(line) + "\n";
+  }
+  for (std::size_t i = 0; i < translator.GetWarningCodes().size(); ++i) {
+    const QDStatus warning = translator.GetWarningCodes()[i];
+    EXPECT_TRUE(warning.IsWarning());
+    std::string parameters;
+    for (const std::string& parameter : translator.GetWarningParameters()[i]) {
+      parameters += (parameters.empty() ? "" : " / ") + parameter;
+    }
+    text += std::to_string(warning.GetErrorCode()) + ": " + parameters + "\n";
+  }
+  EXPECT_EQ(translator.GetWarningCodes().size(), translator.GetWarningParameters().size());
+  if (!status.IsOK()) text += "status " + std::to_string(status.GetErrorCode()) + "\n";
+  return text;
+}
+
+struct Row {
+  const char* catches;
+  Host host;
+  const char* expected;
+};
+
+void Check(const std::vector<Row>& rows) {
+  for (const Row& row : rows) EXPECT_EQ(Translated(row.host), row.expected) << row.catches;
+}
+
+Host OneSample(const Names& fields, const char* automatic = "false") {
+  return Host().List("oneSampleVariables", fields).Set("isAutomaticallyOneSample", automatic);
+}
+Host Related(const Names& fields, const char* automatic = "false") {
+  return Host().List("relatedVariables", fields).Set("isAutomaticallyRelated", automatic);
+}
+Host Independent(const Names& fields, const char* automatic = "false", const char* group = "n1") {
+  return Host()
+      .List("independentVariables", fields)
+      .List("groupVariable", {group})
+      .Set("isAutomaticallyIndependent", automatic);
+}
+
+TEST(SettingsTranslator, RunKeysAreCopiedWhereTheyCanBeRead) {
+  Check({
+      {"the percentage becomes a fraction; the case identifier gets its other name",
+       Host()
+           .Set("confidenceLevel", "95")
+           .Set("missingTreatment", "listwise")
+           .Set("sigLevel", "0.01")
+           .Set("caseIDField", "c1"),
+       "confidenceLevel=0.95 \nmissingTreatment=listwise \nsigLevel=0.01 \n"
+       "caseIDVariableName=c1 \nstatus 220001\n"},
+      {"texts that are no numbers", Host().Set("confidenceLevel", "high").Set("sigLevel", "5%"),
+       "status 220001\n"},
+  });
+}
+
+TEST(SettingsTranslator, OneSampleTestsMakeAnEntryForEachFieldOfAFittingKind) {
+  Check({
+      {"categorical fields first; each kind with its own keys; intervals behind their test",
+       OneSample({"c1", "o1", "absent"})
+           .Test("OBinomial", {{"testProbability", "0.4"},
+                               {"catVarClassFormation", "givenCategoryList"},
+                               {"givenCategoryList", "low|none"},
+                               {"contVarClassFormation", "givenCutPoint"},
+                               {"givenCutPoint", "3"},
+                               {"isDoClopperPearson", "false"},
+                               {"isDoJeffreys", "true"},
+                               {"unknown", "x"}}),
+       "OBinomial={AlgorithmName=OBinomial testIndex=0 variableName=o1 testProbability=0.4 "
+       "catVarClassFormation=givenCategoryList givenCategoryList=[low|none] } \n"
+       "OEstimateConfidenceInterval={AlgorithmName=OEstimateConfidenceInterval testIndex=1 "
+       "variableName=o1 isDoClopperPearson=false isDoJeffreys=true "
+       "catVarClassFormation=givenCategoryList givenCategoryList=[low|none] } \n"
+       "OBinomial={AlgorithmName=OBinomial testIndex=2 variableName=c1 testProbability=0.4 "
+       "contVarClassFormation=givenCutPoint givenCutPoint=3 } \n"
+       "OEstimateConfidenceInterval={AlgorithmName=OEstimateConfidenceInterval testIndex=3 "
+       "variableName=c1 isDoClopperPearson=false isDoJeffreys=true "
+       "contVarClassFormation=givenCutPoint givenCutPoint=3 } \n"},
+      {"no interval is asked for; a cut point that is no number stays out",
+       OneSample({"c1"}).Test("OBinomial", {{"isDoJeffreys", "false"}, {"givenCutPoint", "x"}}),
+       "OBinomial={AlgorithmName=OBinomial testIndex=0 variableName=c1 } \n"},
+      {"a test that is not selected, one that does not say so, a key of another family, and what "
+       "stands behind it",
+       OneSample({"c1"})
+           .Test("OBinomial", {}, "false")
+           .Set("OChiSquare", "true")
+           .Test("ORuns", {{"contVarClassFormation", "cutPointValue"}, {"cutPointValue", "2"}})
+           .Test("RSign")
+           .Test("OWilcoxonSignedRanks"),
+       "ORuns={AlgorithmName=ORuns testIndex=0 variableName=c1 "
+       "contVarClassFormation=cutPointValue cutPointValue=2 } \n"},
+      {"runs of a categorical field read no cut point",
+       OneSample({"n1"}).Test("ORuns", {{"catVarClassFormation", "getFromData"},
+                                        {"contVarClassFormation", "cutPointMean"}}),
+       "ORuns={AlgorithmName=ORuns testIndex=0 variableName=n1 "
+       "catVarClassFormation=getFromData } \n"},
+      {"expected values go along only where they are asked for",
+       OneSample({"n1"})
+           .Test("OChiSquare", {{"classFormation", "getFromData"}, {"custom", "a|b"}})
+           .Test("OChiSquare", {{"classFormation", "custom"}, {"custom", "a|b"}})
+           .Test("OChiSquare", {{"classFormation", "givenExpectedValue"}, {"custom", "a|b"}}),
+       "OChiSquare={AlgorithmName=OChiSquare testIndex=0 variableName=n1 "
+       "classFormation=getFromData } \n"
+       "OChiSquare={AlgorithmName=OChiSquare testIndex=1 variableName=n1 classFormation=custom "
+       "custom=[a|b] } \n"
+       "OChiSquare={AlgorithmName=OChiSquare testIndex=2 variableName=n1 "
+       "classFormation=givenExpectedValue custom=[a|b] } \n"},
+      {"each distribution with its parameters",
+       OneSample({"c1"})
+           .Test("OKolmogorovSmirnovNormal",
+                 {{"isUseSample", "false"}, {"mean", "1"}, {"stdDev", "2"}, {"min", "3"}})
+           .Test("OKolmogorovSmirnovUniform", {{"min", "3"}, {"max", "4"}, {"mean", "1"}})
+           .Test("OKolmogorovSmirnovPoisson", {{"mean", "1"}, {"stdDev", "2"}})
+           .Test("OKolmogorovSmirnovExponential", {{"mean", "1"}})
+           .Test("OWilcoxonSignedRanks", {{"userSpecifyTestValue", "true"}, {"testValue", "5"}}),
+       "OKolmogorovSmirnovNormal={AlgorithmName=OKolmogorovSmirnovNormal testIndex=0 "
+       "distributionFunction=normal variableName=c1 isUseSample=false mean=1 stdDev=2 } \n"
+       "OKolmogorovSmirnovUniform={AlgorithmName=OKolmogorovSmirnovUniform testIndex=1 "
+       "distributionFunction=uniform variableName=c1 min=3 max=4 } \n"
+       "OKolmogorovSmirnovPoisson={AlgorithmName=OKolmogorovSmirnovPoisson testIndex=2 "
+       "distributionFunction=poisson variableName=c1 mean=1 } \n"
+       "OKolmogorovSmirnovExponential={AlgorithmName=OKolmogorovSmirnovExponential testIndex=3 "
+       "distributionFunction=exponential variableName=c1 mean=1 } \n"
+       "OWilcoxonSignedRanks={AlgorithmName=OWilcoxonSignedRanks testIndex=4 variableName=c1 "
+       "userSpecifyTestValue=true testValue=5 } \n"},
+  });
+}
+
+TEST(SettingsTranslator, OneSampleTestsWarnOfFieldsThatTheyLeaveAside) {
+  Check({
+      {"every selected test without a field is named, also two of one name",
+       OneSample({"other", "absent"})
+           .Test("OBinomial")
+           .Test("OChiSquare")
+           .Test("ORuns")
+           .Test("OKolmogorovSmirnovNormal")
+           .Test("OKolmogorovSmirnovPoisson")
+           .Test("OWilcoxonSignedRanks"),
+       "220022: Binomial ,ChiSquare ,Runs ,KolmogorovSmirnov ,KolmogorovSmirnov "
+       ",WilcoxonSignedRanks\nstatus 220001\n"},
+      {"order of the three warnings, and both lists of the last",
+       OneSample({"c1", "n1", "n2", "c2"})
+           .Test("OWilcoxonSignedRanks")
+           .Test("OKolmogorovSmirnovNormal", {}, "false")
+           .Test("OChiSquare"),
+       "OWilcoxonSignedRanks={AlgorithmName=OWilcoxonSignedRanks testIndex=0 variableName=c1 } \n"
+       "OWilcoxonSignedRanks={AlgorithmName=OWilcoxonSignedRanks testIndex=1 variableName=c2 } \n"
+       "OChiSquare={AlgorithmName=OChiSquare testIndex=2 variableName=n1 } \n"
+       "OChiSquare={AlgorithmName=OChiSquare testIndex=3 variableName=n2 } \n"
+       "220021: c1 ,c2\n220023: n1 ,n2 / WilcoxonSignedRanks\n"},
+      {"one name for each selected distribution",
+       OneSample({"c1", "n1"}).Test("OKolmogorovSmirnovNormal").Test("OKolmogorovSmirnovPoisson"),
+       "OKolmogorovSmirnovNormal={AlgorithmName=OKolmogorovSmirnovNormal testIndex=0 "
+       "distributionFunction=normal variableName=c1 } \n"
+       "OKolmogorovSmirnovPoisson={AlgorithmName=OKolmogorovSmirnovPoisson testIndex=1 "
+       "distributionFunction=poisson variableName=c1 } \n"
+       "220023: n1 / KolmogorovSmirnov ,KolmogorovSmirnov\n"},
+      {"only categorical fields for a continuous test: no 220023",
+       OneSample({"n1"}).Test("OWilcoxonSignedRanks"),
+       "220022: WilcoxonSignedRanks\nstatus 220001\n"},
+      {"an empty list of fields says nothing", OneSample({}).Test("OBinomial"), "status 220001\n"},
+  });
+}
+
+TEST(SettingsTranslator, RelatedTestsTakeAllFieldsOfAKindTogether) {
+  Check({
+      {"an entry for each kind, ordinal first",
+       Related({"n1", "o1", "n2", "o2"})
+           .Test("RMcNemar",
+                 {{"classFormation", "givenCategoryList"}, {"categoriesList", "yes|no"}})
+           .Test("RCochransQ", {{"classFormation", "givenCategoryList"},
+                                {"successCategoryList", "yes|no"},
+                                {"typeOfMultipleComparison", "stepWise"}})
+           .Test("RMarginalHomogeneity", {{"classFormation", "x"}}),
+       "RMcNemar={AlgorithmName=RMcNemar testIndex=0 variableName=[o1|o2] "
+       "classFormation=givenCategoryList categoriesList=[yes|no] } \n"
+       "RMcNemar={AlgorithmName=RMcNemar testIndex=1 variableName=[n1|n2] "
+       "classFormation=givenCategoryList categoriesList=[yes|no] } \n"
+       "RCochransQ={AlgorithmName=RCochransQ testIndex=2 variableName=[o1|o2] "
+       "classFormation=givenCategoryList successCategoryList=[yes|no] "
+       "typeOfMultipleComparison=stepWise } \n"
+       "RCochransQ={AlgorithmName=RCochransQ testIndex=3 variableName=[n1|n2] "
+       "classFormation=givenCategoryList successCategoryList=[yes|no] "
+       "typeOfMultipleComparison=stepWise } \n"
+       "RMarginalHomogeneity={AlgorithmName=RMarginalHomogeneity testIndex=4 "
+       "variableName=[o1|o2] } \n"},
+      {"pairs of continuous fields",
+       Related({"c2", "c1"})
+           .Test("RSign")
+           .Test("RWilcoxonSignedRanks")
+           .Test("RHodgesLehmannEstimatePairs")
+           .Test("RFriedmansTwoWayByRanks", {{"typeOfMultipleComparison", "none"}})
+           .Test("RKendallsCoefficient", {{"typeOfMultipleComparison", "pairWise"}}),
+       "RSign={AlgorithmName=RSign testIndex=0 variableName=[c2|c1] } \n"
+       "RWilcoxonSignedRanks={AlgorithmName=RWilcoxonSignedRanks testIndex=1 "
+       "variableName=[c2|c1] } \n"
+       "RHodgesLehmannEstimatePairs={AlgorithmName=RHodgesLehmannEstimatePairs testIndex=2 "
+       "variableName=[c2|c1] } \n"
+       "RFriedmansTwoWayByRanks={AlgorithmName=RFriedmansTwoWayByRanks testIndex=3 "
+       "variableName=[c2|c1] typeOfMultipleComparison=none } \n"
+       "RKendallsCoefficient={AlgorithmName=RKendallsCoefficient testIndex=4 "
+       "variableName=[c2|c1] typeOfMultipleComparison=pairWise } \n"},
+      {"three fields: none of the pair tests, all of the others",
+       Related({"c1", "c2", "c3"})
+           .Test("RSign")
+           .Test("RWilcoxonSignedRanks")
+           .Test("RHodgesLehmannEstimatePairs")
+           .Test("RKendallsCoefficient"),
+       "RKendallsCoefficient={AlgorithmName=RKendallsCoefficient testIndex=0 "
+       "variableName=[c1|c2|c3] } \n"
+       "220017: Sign ,WilcoxonSignedRanks ,HodgesLehmannEstimatePairs\n"},
+  });
+}
+
+TEST(SettingsTranslator, RelatedTestsWarnOfKindsAndCountsThatDoNotFit) {
+  Check({
+      {"one field of each kind: order of all warnings",
+       Related({"n1", "c1", "o1"})
+           .Test("RMcNemar")
+           .Test("RMarginalHomogeneity")
+           .Test("RCochransQ")
+           .Test("RFriedmansTwoWayByRanks"),
+       "220014: c1\n220015: o1\n220016: n1\n220017: FriedmansTwoWayByRanks\n"
+       "220018: McNemar ,MarginalHomogeneity ,CochransQ\n220019: McNemar ,CochransQ\n"
+       "status 220001\n"},
+      {"tests without any field of theirs",
+       Related({"n1", "n2", "n3"}).Test("RMarginalHomogeneity").Test("RSign").Test("RCochransQ"),
+       "RCochransQ={AlgorithmName=RCochransQ testIndex=0 variableName=[n1|n2|n3] } \n"
+       "220020: MarginalHomogeneity ,Sign\n"},
+      {"fields that no selected test takes", Related({"c1", "c2", "o1", "o2"}).Test("RSign"),
+       "RSign={AlgorithmName=RSign testIndex=0 variableName=[c1|c2] } \n220015: o1 ,o2\n"},
+  });
+}
+
+TEST(SettingsTranslator, IndependentTestsMakeAnEntryForEachContinuousField) {
+  Check({
+      {"every test with its keys; entry names that differ from the host's keys",
+       Independent({"c1"})
+           .Test("IWaldWolfowitzRuns", {{"userSpecifyGroupList", "false"}})
+           .Test("IHodgesLehmannEstimateIndependent")
+           .Test("IKMedian", {{"typeOfMultipleComparison", "none"},
+                              {"userSpecifyMedian", "true"},
+                              {"median", "4"},
+                              {"userSpecifyGroupRange", "false"}})
+           .Test("IMannWhitneyU",
+                 {{"userSpecifyGroupList", "true"}, {"group1List", "a|b"}, {"group2List", "c|d"}})
+           .Test("IMoses", {{"userSpecifyNumberOfOutliers", "true"},
+                            {"NumberOfOutliers", "2"},
+                            {"group1List", "a|b"}})
+           .Test("IKolmogorovSmirnov", {{"group2List", "c|d"}})
+           .Test("IKruskalWallis", {{"typeOfMultipleComparison", "pairWise"}})
+           .Test("IJonckheereTerpstra", {{"typeOfMultipleComparison", "stepWise"},
+                                         {"orderOfHypotheses", "orderLargestToSmallest"}}),
+       "IWaldWolfowitzRuns={AlgorithmName=IWaldWolfowitzRuns testIndex=0 variableName=c1 "
+       "groupVariableName=n1 userSpecifyGroupList=false } \n"
+       "IHodgesLehmannEstimateGroups={AlgorithmName=IHodgesLehmannEstimateGroups testIndex=1 "
+       "variableName=c1 groupVariableName=n1 } \n"
+       "IMedian={AlgorithmName=IMedian testIndex=2 variableName=c1 groupVariableName=n1 "
+       "typeOfMultipleComparison=none userSpecifyMedian=true median=4 "
+       "userSpecifyGroupRange=false } \n"
+       "IMannWhitneyU={AlgorithmName=IMannWhitneyU testIndex=3 variableName=c1 "
+       "groupVariableName=n1 userSpecifyGroupList=true group1List=[a|b] group2List=[c|d] } \n"
+       "IMoses={AlgorithmName=IMoses testIndex=4 variableName=c1 groupVariableName=n1 "
+       "userSpecifyNumberOfOutliers=true NumberOfOutliers=2 group1List=[a|b] } \n"
+       "IKolmogorovSmirnov={AlgorithmName=IKolmogorovSmirnov testIndex=5 variableName=c1 "
+       "groupVariableName=n1 group2List=[c|d] } \n"
+       "IKruskalWallis={AlgorithmName=IKruskalWallis testIndex=6 variableName=c1 "
+       "groupVariableName=n1 typeOfMultipleComparison=pairWise } \n"
+       "IJonckheereTerpstra={AlgorithmName=IJonckheereTerpstra testIndex=7 variableName=c1 "
+       "groupVariableName=n1 typeOfMultipleComparison=stepWise "
+       "orderOfHypotheses=orderLargestToSmallest } \n"},
+      {"fields of the wrong kind make no entry and a warning",
+       Independent({"n2", "o1"}).Test("IMannWhitneyU"), "220024: n2 ,o1\nstatus 220001\n"},
+      {"the parameter for unused continuous fields is the list of the others",
+       Independent({"c1", "n2"}).Test("IMannWhitneyU", {}, "false"),
+       "220024: n2\n220025: n2\nstatus 220001\n"},
+      {"the group field as plain text, and none at all",
+       Host()
+           .List("independentVariables", {"c1"})
+           .Set("groupVariable", "n1")
+           .Set("isAutomaticallyIndependent", "false")
+           .Test("IMannWhitneyU"),
+       "IMannWhitneyU={AlgorithmName=IMannWhitneyU testIndex=0 variableName=c1 "
+       "groupVariableName=n1 } \n"},
+      {"no group field leaves its key out",
+       Host()
+           .List("independentVariables", {"c1"})
+           .Set("isAutomaticallyIndependent", "false")
+           .Test("IMannWhitneyU"),
+       "IMannWhitneyU={AlgorithmName=IMannWhitneyU testIndex=0 variableName=c1 } \n"},
+  });
+}
+
+TEST(SettingsTranslator, AutomaticEntriesAreNumberedThroughAllFamilies) {
+  Host all = OneSample({"n1", "c1"}, "true");
+  // The test keys behind a set flag are not looked at.
+  all.Test("OWilcoxonSignedRanks")
+      .List("relatedVariables", {"c1", "c2"})
+      .Set("isAutomaticallyRelated", "false")
+      .Test("RSign")
+      .List("independentVariables", {"c1"})
+      .List("groupVariable", {"n3"})
+      .Set("isAutomaticallyIndependent", "true");
+  Check({
+      {"numbers go on from family to family; a key keeps its first letter's case", all,
+       "OBinomial={algorithmName=OBinomial classFormation=getFromData variableName=n1 "
+       "testIndex=0 } \n"
+       "OKolmogorovSmirnovNormal={algorithmName=OKolmogorovSmirnovNormal "
+       "classFormation=getFromData distributionFunction=normal variableName=c1 testIndex=1 } \n"
+       "RSign={AlgorithmName=RSign testIndex=2 variableName=[c1|c2] } \n"
+       "IKruskalWallis={algorithmName=IKruskalWallis typeOfMultipleComparison=pairWise "
+       "variableName=c1 groupVariableName=n3 testIndex=3 } \n"},
+      {"nothing can be chosen: no warning, the code alone", Independent({"c1"}, "true", "c2"),
+       "status 220001\n"},
+      {"a flag over an empty list", Related({}, "true"), "status 220001\n"},
+      {"related fields by kind", Related({"c1", "c2", "n1", "n2"}, "true"),
+       "RWilcoxonSignedRanks={algorithmName=RWilcoxonSignedRanks variableName=[c1|c2] "
+       "testIndex=0 } \n"
+       "RMcNemar={algorithmName=RMcNemar classFormation=getFromData variableName=[n1|n2] "
+       "testIndex=1 } \n"},
+  });
+}
+
+}  // namespace
