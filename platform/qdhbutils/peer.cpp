@@ -36,7 +36,7 @@ std::uint32_t QDPeer::GetDataModel(std::int32_t, char* buffer, std::size_t capac
 
 std::uint32_t QDPeer::GetExecutionRequirements(char* buffer, std::size_t capacity,
                                                std::size_t* needed, std::int32_t*) {
-  if (requirements.empty()) return NPAR_NOT_CONFIGURED;
+  if (!IsConfigured()) return NPAR_NOT_CONFIGURED;
   return Answer(requirements, buffer, capacity, needed);
 }
 
@@ -120,6 +120,7 @@ std::uint32_t QDPeer::FollowOnTaskEndExe(HBWorker*, std::int32_t* err) { return 
 
 std::uint32_t QDPeer::GetIteratorRequirements(std::int32_t* inputs, std::int32_t* passes,
                                               std::int32_t* order, std::int32_t*) {
+  if (inputs == nullptr || passes == nullptr || order == nullptr) return NPAR_NULL_ARGUMENT;
   *inputs = 1;
   *passes = NPAR_READ_REPEATEDLY;
   *order = NPAR_STORED_ORDER;

@@ -45,7 +45,6 @@ int QDPeerIterator::GetState() const { return state; }
 int QDPeerIterator::Reset() {
   position = filled = 0;
   state = 0;
-  hostError = 0;
   std::int32_t err = 0;
   const std::uint32_t result = dataHelper->Rewind(&err);
   rewound = true;
@@ -79,7 +78,7 @@ bool QDPeerIterator::Refill() {
 bool QDPeerIterator::Fail(std::uint32_t result, std::int32_t err) {
   filled = 0;
   state = 2;
-  hostError = err != 0 ? err : static_cast<std::int32_t>(result);
+  if (hostError == 0) hostError = err != 0 ? err : static_cast<std::int32_t>(result);
   return false;
 }
 

@@ -128,7 +128,7 @@ class QD_EXPORT QDPeerIterator : public QDCommon_700::MultiPassRecordIter,
 
   /// Records delivered since the iterator was made, over all passes.
   [[nodiscard]] std::int64_t GetDeliveredCount() const noexcept { return delivered; }
-  /// The code that the host's iterator reported, 0 if none.
+  /// The first code that the host's iterator reported in any pass, 0 if none.
   [[nodiscard]] std::int32_t GetHostError() const noexcept { return hostError; }
 
  private:
@@ -225,7 +225,10 @@ class QD_EXPORT QDPeer {
   std::uint32_t ScanParameters(std::int32_t* err);
   /// `withCounts`: the data model of the prepared records is wanted. `number`: the input's, from 1.
   std::uint32_t ParseDataModel(std::int32_t* err, bool withCounts, std::uint32_t number);
+  /// Ends a configuration: what the host must do to the records before a run.
   void SetExeRequirements(const HbHelperV1::XMLDocument& document);
+  /// True from SetExeRequirements until the next ScanParameters.
+  [[nodiscard]] bool IsConfigured() const noexcept { return !requirements.empty(); }
   /// Takes the helper over.
   void SetDataHelper(HbHelperV1::DataHelper* helper);
   [[nodiscard]] HbHelperV1::DataHelper* GetDataHelper() const noexcept { return dataHelper.get(); }
