@@ -361,14 +361,17 @@ TEST(SettingsTranslator, IndependentTestsMakeAnEntryForEachContinuousField) {
 }
 
 TEST(SettingsTranslator, AutomaticEntriesAreNumberedThroughAllFamilies) {
-  Host all = OneSample({"n1", "c1"}, "true");
-  // The test keys behind a set flag are not looked at.
-  all.Test("OWilcoxonSignedRanks")
-      .List("relatedVariables", {"c1", "c2"})
+  Host all = Host()
+                 .List("independentVariables", {"c1"})
+                 .List("groupVariable", {"n3"})
+                 .List("relatedVariables", {"c1", "c2"});
+  // The test keys behind a set flag are not looked at; a flag ends the walk over another family's
+  // test keys.
+  all.List("oneSampleVariables", {"n1", "c1"})
+      .Set("isAutomaticallyOneSample", "true")
+      .Test("OWilcoxonSignedRanks")
       .Set("isAutomaticallyRelated", "false")
       .Test("RSign")
-      .List("independentVariables", {"c1"})
-      .List("groupVariable", {"n3"})
       .Set("isAutomaticallyIndependent", "true");
   Check({
       {"numbers go on from family to family; a key keeps its first letter's case", all,
