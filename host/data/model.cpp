@@ -1,0 +1,244 @@
+#include "host/data/model.h"
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_map>
+#include <utility>
+
+#include "host/data/input_error.h"
+#include "host/data/iso_time.h"
+#include "host/data/near_miss.h"
+#include "host/data/number.h"
+
+namespace npar_host {
+namespace {
+
+bool IsMoment(Storage storage) {
+  return storage == Storage::Date || storage == Storage::Time || storage == Storage::Timestamp;
+}
+
+/// The number that a listed value spells. Moments may also stand as the numbers that they become.
+bool ValueNumber(Storage storage, std::string_view text, double& number) {
+  switch (storage) {
+    case Storage::Date:
+      return ParseDate(text, number) || ParseNumber(text, number);
+    case Storage::Time:
+      return ParseTime(text, number) || ParseNumber(text, number);
+    case Storage::Timestamp:
+      return ParseTimestamp(text, number) || ParseNumber(text, number);
+    default:
+      return ParseNumber(text, number);
+  }
+}
+
+/// Moments reach the component as numbers; their label keeps them readable.
+std::string MomentLabel(Storage storage, double number) {
+  switch (storage) {
+    case Storage::Date:
+      return DateText(number);
+    case Storage::Time:
+      return TimeText(number);
+    case Storage::Timestamp:
+      return TimestampText(number);
+    default:
+      return {};
+  }
+}
+
+CellReading ReadingOf(const FieldSpec& spec) {
+  if (spec.role == Role::None) return CellReading::Skip;
+  switch (spec.storage) {
+    case Storage::Date:
+      return CellReading::Date;
+    case Storage::Time:
+      return CellReading::Time;
+    case Storage::Timestamp:
+      return CellReading::Timestamp;
+    case Storage::String:
+      return CellReading::Text;
+    case Storage::Real:
+    case Storage::Integer:
+      return CellReading::Number;
+    case Storage::Infer:
+      break;
+  }
+  if (spec.role == Role::FrequencyWeight) return CellReading::Number;
+  if (spec.role == Role::CaseId) return CellReading::Detect;
+  if (spec.measure == Measure::Continuous || spec.measure == Measure::Other) {
+    return CellReading::Number;
+  }
+  double number = 0.0;
+  const bool listsTexts =
+      spec.measure != Measure::Infer &&
+      std::any_of(spec.values.begin(), spec.values.end(),
+                  [&](const ValueSpec& value) { return !ParseNumber(value.value, number); });
+  return listsTexts ? CellReading::Text : CellReading::Detect;
+}
+
+[[noreturn]] void FailValue(const ValueSpec& value, const std::string& message) {
+  throw InputError(value.place + ": value " + Quoted(value.value) + " " + message);
+}
+
+/// The categories of a field whose cells are places in a pool, and the code of each: the values
+/// listed, then the others in ascending order. `cellOf` finds the place of a listed value,
+/// `categoryOf` describes the category of a place; a listed one keeps its own label.
+template <class Pool, class CellOf, class CategoryOf>
+void ListCategories(Field& field, const FieldSpec& spec, Pool& pool, const CellOf& cellOf,
+                    const CategoryOf& categoryOf) {
+  constexpr std::int32_t kNoCode = -1;
+  std::vector<std::int32_t>& codes = field.codeOfCell;
+  const auto add = [&](std::uint32_t cell) -> Category& {
+    codes[cell] = static_cast<std::int32_t>(field.categories.size());
+    return field.categories.emplace_back(categoryOf(cell));
+  };
+  for (const ValueSpec& value : spec.values) {
+    const std::uint32_t cell = cellOf(value);
+    codes.resize(pool.Size(), kNoCode);
+    if (codes[cell] != kNoCode) FailValue(value, "stands twice; list it once");
+    Category& category = add(cell);
+    if (!IsMoment(field.storage)) category.text = value.value;
+    if (!value.label.empty()) category.label = value.label;
+    category.isUserMissing = value.isUserMissing;
+  }
+  codes.resize(pool.Size(), kNoCode);
+  std::vector<std::uint32_t> others;
+  for (std::uint32_t cell = 0; cell < pool.Size(); ++cell) {
+    if (codes[cell] == kNoCode) others.push_back(cell);
+  }
+  std::sort(others.begin(), others.end(),
+            [&](std::uint32_t a, std::uint32_t b) { return pool[a] < pool[b]; });
+  for (const std::uint32_t cell : others) add(cell);
+}
+
+void ListTexts(Field& field, const FieldSpec& spec, TextPool& pool) {
+  const auto cellOf = [&](const ValueSpec& value) {
+    bool isNew = false;
+    return pool.Add(value.value, isNew);
+  };
+  const auto categoryOf = [&](std::uint32_t cell) {
+    return Category{std::string(pool[cell]), 0.0, {}, false};
+  };
+  ListCategories(field, spec, pool, cellOf, categoryOf);
+}
+
+void ListNumbers(Field& field, const FieldSpec& spec, NumberPool& pool) {
+  const auto cellOf = [&](const ValueSpec& value) {
+    double number = 0.0;
+    if (!ValueNumber(field.storage, value.value, number) || std::isnan(number)) {
+      FailValue(value,
+                "is no number, but the field's values are; correct it, or give the field the "
+                "storage \"string\"");
+    }
+    return pool.Add(number);
+  };
+  const auto categoryOf = [&](std::uint32_t cell) {
+    const double number = pool[cell];
+    return Category{NumberText(number), number, MomentLabel(field.storage, number), false};
+  };
+  ListCategories(field, spec, pool, cellOf, categoryOf);
+}
+
+/// What stands in cells of a field without categories where a value is user-missing.
+void ListUserMissing(Field& field, const FieldSpec& spec, const Column& column) {
+  for (const ValueSpec& value : spec.values) {
+    if (!value.isUserMissing) continue;
+    double cell = 0.0;
+    if (column.isText) {
+      const std::uint32_t code = column.texts.Find(value.value);
+      if (code == CodeTable::kNone) continue;  // no cell holds it
+      cell = code;
+    } else if (!ValueNumber(field.storage, value.value, cell)) {
+      if (spec.measure == Measure::Infer) continue;  // the data could have held texts
+      FailValue(value, "is no number, but the field's values are; correct it");
+    }
+    field.userMissingCells.push_back(cell);
+  }
+}
+
+/// The field, but for its categories.
+Field BasicField(const FieldSpec& spec, const Column& column) {
+  Field field;
+  field.name = column.name;
+  field.label = spec.label;
+  field.role = spec.role;
+  field.measure = spec.measure;
+  if (field.measure == Measure::Infer) {
+    field.measure = column.isText ? Measure::Nominal : Measure::Continuous;
+  }
+  field.storage = spec.storage;
+  if (field.storage == Storage::Infer) {
+    field.storage = column.isText ? Storage::String : Storage::Real;
+  }
+  if (field.role == Role::CaseId || field.role == Role::FrequencyWeight) {
+    field.measure = Measure::Continuous;
+    field.isNumbered = column.isText;
+    if (column.isText) field.storage = Storage::Integer;
+  }
+  return field;
+}
+
+std::vector<const FieldSpec*> MatchSpecs(const std::vector<std::string>& names,
+                                         const std::vector<FieldSpec>& specs) {
+  std::unordered_map<std::string_view, std::size_t> columnOfName;
+  for (std::size_t i = 0; i < names.size(); ++i) columnOfName.emplace(names[i], i);
+  static const FieldSpec kNothingSaid;
+  std::vector<const FieldSpec*> specOfColumn(names.size(), &kNothingSaid);
+  for (const FieldSpec& spec : specs) {
+    const auto found = columnOfName.find(spec.name);
+    if (found == columnOfName.end()) {
+      throw InputError(spec.place + ": the data has no field " + Quoted(spec.name) +
+                       NearMiss(spec.name, names) + "; take a name of the header line");
+    }
+    specOfColumn[found->second] = &spec;
+  }
+  return specOfColumn;
+}
+
+}  // namespace
+
+int DataModel::Find(std::string_view name) const {
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    if (fields[i].name == name) return static_cast<int>(i);
+  }
+  return -1;
+}
+
+ModelledData LoadData(CsvReader& reader, const std::vector<FieldSpec>& specs) {
+  const std::vector<const FieldSpec*> specOfColumn = MatchSpecs(reader.Names(), specs);
+  std::vector<CellReading> readings;
+  std::vector<const FieldSpec*> kept;
+  for (const FieldSpec* spec : specOfColumn) {
+    readings.push_back(ReadingOf(*spec));
+    if (readings.back() != CellReading::Skip) kept.push_back(spec);
+  }
+
+  ModelledData loaded{reader.Read(readings), {}};
+  Dataset& data = loaded.data;
+  std::vector<NumberPool> pools(data.columns.size());
+  std::vector<std::size_t> numericCategories;
+  for (std::size_t i = 0; i < kept.size(); ++i) {
+    loaded.model.fields.push_back(BasicField(*kept[i], data.columns[i]));
+    const bool isCategorical = loaded.model.fields[i].IsCategorical();
+    if (isCategorical && !data.columns[i].isText) numericCategories.push_back(i);
+  }
+  for (std::size_t record = 0; !numericCategories.empty() && record < data.rows.Size(); ++record) {
+    double* row = data.rows.Row(record);
+    for (const std::size_t i : numericCategories) {
+      const bool isMissing = row[i] == kMissingNumber || std::isnan(row[i]);
+      row[i] = isMissing ? kMissingCode : pools[i].Add(row[i]);
+    }
+  }
+  for (std::size_t i = 0; i < kept.size(); ++i) {
+    Field& field = loaded.model.fields[i];
+    if (!field.IsCategorical()) {
+      ListUserMissing(field, *kept[i], data.columns[i]);
+    } else if (data.columns[i].isText) {
+      ListTexts(field, *kept[i], data.columns[i].texts);
+    } else {
+      ListNumbers(field, *kept[i], pools[i]);
+    }
+  }
+  return loaded;
+}
+
+}  // namespace npar_host
