@@ -42,6 +42,10 @@ bool CanSeparate(char c) {
 
 CsvReader::CsvReader(const std::string& path, CsvOptions chosen)
     : source(path), options(std::move(chosen)), end(source.Text().data() + source.Text().size()) {
+  double number = 0.0;
+  for (const std::string& token : options.missingTokens) {
+    hasNumberToken = hasNumberToken || ParseNumber(token, number);
+  }
   ReadHeader();
 }
 
@@ -207,7 +211,8 @@ const char* CsvReader::ReadRecord(const char* position, double* row, std::size_t
     State& state = states[i];
     if (state.reading == CellReading::Number || state.reading == CellReading::Detect) {
       const char* next = ParsePlainNumber(position, row[state.place]);
-      if (next != nullptr && *next == (i == last ? lineEnd : options.separator)) {
+      const bool isWhole = next != nullptr && *next == (i == last ? lineEnd : options.separator);
+      if (isWhole && !(hasNumberToken && IsMissing({position, next}))) {
         position = next + 1;
         if (i != last) continue;
         return lineEnd == '\r' && *position == '\n' ? position + 1 : position;

@@ -77,6 +77,7 @@ class CsvReader {
 
   TextSource source;
   CsvOptions options;
+  bool hasNumberToken = false;  // a cell can be missing and yet a plain number
   const char* end;
   const char* firstRecord;
   char lineEnd = '\n';  // the first character of the header's line end

@@ -124,7 +124,7 @@ void ListTexts(Field& field, const FieldSpec& spec, TextPool& pool) {
 void ListNumbers(Field& field, const FieldSpec& spec, NumberPool& pool) {
   const auto cellOf = [&](const ValueSpec& value) {
     double number = 0.0;
-    if (!ValueNumber(field.storage, value.value, number) || std::isnan(number)) {
+    if (!ValueNumber(field.storage, value.value, number) || !std::isfinite(number)) {
       FailValue(value,
                 "is no number, but the field's values are; correct it, or give the field the "
                 "storage \"string\"");
@@ -224,7 +224,7 @@ ModelledData LoadData(CsvReader& reader, const std::vector<FieldSpec>& specs) {
   for (std::size_t record = 0; !numericCategories.empty() && record < data.rows.Size(); ++record) {
     double* row = data.rows.Row(record);
     for (const std::size_t i : numericCategories) {
-      const bool isMissing = row[i] == kMissingNumber || std::isnan(row[i]);
+      const bool isMissing = row[i] == kMissingNumber || !std::isfinite(row[i]);
       row[i] = isMissing ? kMissingCode : pools[i].Add(row[i]);
     }
   }

@@ -100,8 +100,9 @@ struct ModelledData {
 /// whose cells all are numbers or missing is continuous, any other nominal text. A field of measure
 /// ordinal or nominal has numeric storage if its cells and the values listed for it all are
 /// numbers. Categories are the values listed, in their order, then others found in the data,
-/// numbers ascending, texts by bytes; not-a-number is no category and counts as missing there.
-/// InputError for a field that the data does not have, and for all that CsvReader refuses.
+/// numbers ascending, texts by bytes; not-a-number and infinities are no categories and count as
+/// missing there. InputError for a field that the data does not have, and for all that CsvReader
+/// refuses.
 [[nodiscard]] ModelledData LoadData(CsvReader& reader, const std::vector<FieldSpec>& specs);
 
 }  // namespace npar_host

@@ -1,0 +1,164 @@
+#include "host/data/number.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <random>
+#include <string>
+
+namespace {
+
+using npar_host::NumberText;
+using npar_host::ParseNumber;
+using npar_host::ParsePlainNumber;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+/// The number by the fast road, or by the careful one where that gives up, as the CSV reader does.
+bool Parse(const std::string& text, double& number) {
+  const std::string padded = text + std::string(16, '\0');
+  const char* next = ParsePlainNumber(padded.c_str(), number);
+  if (next == padded.c_str() + text.size()) return true;
+  return ParseNumber(text, number);
+}
+
+::testing::AssertionResult AgreesWithStrtod(const std::string& text) {
+  const double expected = std::strtod(text.c_str(), nullptr);
+  double careful = -1.0;
+  double fast = -1.0;
+  if (!ParseNumber(text, careful) || !Parse(text, fast)) {
+    return ::testing::AssertionFailure() << text << " is refused";
+  }
+  const auto bits = std::bit_cast<std::uint64_t>(expected);
+  if (std::bit_cast<std::uint64_t>(careful) == bits && std::bit_cast<std::uint64_t>(fast) == bits) {
+    return ::testing::AssertionSuccess();
+  }
+  return ::testing::AssertionFailure()
+         << text << ": " << careful << " and " << fast << ", strtod says " << expected;
+}
+
+TEST(NumberTest, HardCasesAreRoundedAsStrtodRoundsThem) {
+  for (const char* text : {"0",
+                           "-0",
+                           "-0.0",
+                           "1.",
+                           ".5",
+                           "007",
+                           "0.1",
+                           "123456789.123456789",
+                           "9007199254740993",    // 2^53 + 1, a tie that goes to even
+                           "9007199254740993.0",  // the same as a quotient
+                           "900719925474099.30",  // mantissa above 2^53, one place
+                           "9007199254740992.5",
+                           "9007199254740991.5",
+                           "18014398509481985.00",   // 19 digits
+                           "18014398509481986.001",  // more than 19
+                           "1.000000000000000111",   // just below 1 + 2^-53
+                           "1.0000000000000001110223024625156540423631668090820312",
+                           "1.00000000000000011102230246251565404236316680908203126",
+                           "9999999999999999999",
+                           "0.9999999999999999999",
+                           "99999999999999999999",
+                           "2.2250738585072011e-308",
+                           "2.2250738585072014e-308",
+                           "4.9e-324",
+                           "2.4e-324",
+                           "2.5e-324",
+                           "1.7976931348623157e308",
+                           "1.7976931348623159e308",
+                           "1e309",
+                           "-1e309",
+                           "1e-400",
+                           "1e22",
+                           "1e23",
+                           "3e22",
+                           "9007199254740993e-22",
+                           "1e99999999999999999999",
+                           "1e-99999999999999999999",
+                           "0e99999999999999999999",
+                           "123456789012345678e-27",
+                           "1234567890123456789e-28",
+                           "1e+5",
+                           "1E5",
+                           "0.000000000000000000000000000000000001"}) {
+    EXPECT_TRUE(AgreesWithStrtod(text));
+  }
+  EXPECT_TRUE(AgreesWithStrtod("1" + std::string(400, '0')));
+  EXPECT_TRUE(AgreesWithStrtod("1" + std::string(400, '0') + "e-395"));
+  EXPECT_TRUE(AgreesWithStrtod("0." + std::string(400, '0') + "1"));
+  EXPECT_TRUE(AgreesWithStrtod("0." + std::string(400, '0') + "1e+400"));
+  EXPECT_TRUE(AgreesWithStrtod("1" + std::string(400, '0') + "e-800"));
+}
+
+TEST(NumberTest, RandomNumbersAreRoundedAsStrtodRoundsThem) {
+  std::mt19937_64 random(20240229);
+  for (int i = 0; i < 200000; ++i) {
+    char text[64];
+    const std::uint64_t bits = random();
+    const double anyDouble = std::bit_cast<double>(bits);
+    // Doubles of every size, and decimals of up to 19 digits around every point.
+    if (i % 2 == 0 && std::isfinite(anyDouble)) {
+      std::snprintf(text, sizeof text, "%.*g", static_cast<int>(random() % 20) + 1, anyDouble);
+    } else {
+      const std::string digits = std::to_string(bits % 10000000000000000000U);
+      const std::size_t point = random() % (digits.size() + 1);
+      std::snprintf(text, sizeof text, "%s.%se%d", digits.substr(0, point).c_str(),
+                    digits.substr(point).c_str(), static_cast<int>(random() % 40) - 30);
+    }
+    ASSERT_TRUE(AgreesWithStrtod(text));
+  }
+}
+
+TEST(NumberTest, AHalfwayQuotientGoesToTheEvenNeighbour) {
+  // (2^54 + 1) / 2 and (2^54 + 3) / 2 lie between two doubles; decimals say so exactly.
+  double number = 0.0;
+  ASSERT_TRUE(Parse("9007199254740992.5", number));
+  EXPECT_EQ(number, 9007199254740992.0);
+  ASSERT_TRUE(Parse("9007199254740993.5", number));
+  EXPECT_EQ(number, 9007199254740994.0);
+}
+
+TEST(NumberTest, SignsAndWordsAreRead) {
+  const struct {
+    const char* text;
+    double number;
+  } kRows[] = {{"+1", 1.0},           {"-2.5", -2.5},      {"inf", kInfinity},
+               {"-INF", -kInfinity},  {"+Inf", kInfinity}, {"1e400", kInfinity},
+               {"-1e400", -kInfinity}};
+  for (const auto& row : kRows) {
+    double number = 0.0;
+    EXPECT_TRUE(Parse(row.text, number)) << row.text;
+    EXPECT_EQ(number, row.number) << row.text;
+  }
+  for (const char* text : {"nan", "NaN", "-NAN"}) {
+    double number = 0.0;
+    EXPECT_TRUE(Parse(text, number)) << text;
+    EXPECT_TRUE(std::isnan(number)) << text;
+  }
+}
+
+TEST(NumberTest, OtherTextsAreNoNumbersAndLeaveTheNumberAlone) {
+  for (const char* text :
+       {"",    "+",   "-",   ".",        "e5",     "1e",   "1e+",
+        "+-1", "--1", "1,5", "1 000",    "1_000",  "0x10", "1.2.3",
+        "12a", " 1",  "1 ",  "infinity", "nan(1)", "1d5",  "12345678901234567890x"}) {
+    double number = 17.0;
+    EXPECT_FALSE(ParseNumber(text, number)) << text;
+    EXPECT_EQ(number, 17.0) << text;
+  }
+}
+
+TEST(NumberTest, TextOfANumberHasFifteenDigits) {
+  EXPECT_EQ(NumberText(0.1 + 0.2), "0.3");
+  EXPECT_EQ(NumberText(-0.0), "0");
+  EXPECT_EQ(NumberText(1e15), "1e+15");
+  EXPECT_EQ(NumberText(123456789012345.0), "123456789012345");
+  EXPECT_EQ(NumberText(-kInfinity), "-inf");
+  EXPECT_EQ(NumberText(std::nan("")), "nan");
+}
+
+}  // namespace
