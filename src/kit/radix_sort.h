@@ -1,11 +1,11 @@
 #pragma once
 
-#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <vector>
+
+#include "kit/large_array.h"
 
 /// The order of records ascending by a double, equal values in the order of their records.
 ///
@@ -20,10 +20,11 @@ class RadixSorter {
   /// The value of the next record.
   void Add(double value) noexcept {
     const std::uint64_t key = OrderedBits(value);
+    if (size == 0) firstKey = key;
+    varying |= key ^ firstKey;
     entries[size] = Entry{static_cast<std::uint32_t>(key), static_cast<std::uint32_t>(key >> 32),
                           static_cast<std::uint32_t>(size)};
     ++size;
-    for (std::size_t digit = 0; digit < kDigits; ++digit) ++counts[digit][DigitOf(key, digit)];
   }
 
   /// The record numbers, from 0. Empties the sorter. Throws std::bad_alloc.
@@ -38,11 +39,6 @@ class RadixSorter {
   }
 
  private:
-  static constexpr std::size_t kDigitBits = 8;
-  static constexpr std::size_t kDigits = (64 + kDigitBits - 1) / kDigitBits;
-  static constexpr std::size_t kBuckets = std::size_t{1} << kDigitBits;
-  using Counts = std::array<std::uint32_t, kBuckets>;
-
   /// A key in two halves beside the record number: 12 bytes where a whole key would take 16.
   struct Entry {
     std::uint32_t low;
@@ -54,12 +50,12 @@ class RadixSorter {
     }
   };
 
-  [[nodiscard]] static std::size_t DigitOf(std::uint64_t key, std::size_t digit) noexcept {
-    return key >> (digit * kDigitBits) & (kBuckets - 1);
-  }
-  [[nodiscard]] std::vector<std::size_t> VaryingDigits() const;
+  static Entry* Sort(Entry* entries, Entry* spare, std::size_t count, std::uint64_t varying);
+  static void FinishRuns(Entry* entries, Entry* spare, std::size_t count, int shift);
+  static void InsertionSort(Entry* entries, std::size_t count);
 
-  std::unique_ptr<Entry[]> entries;
+  LargeArray<Entry> entries;
   std::size_t size = 0;
-  std::array<Counts, kDigits> counts{};
+  std::uint64_t firstKey = 0;
+  std::uint64_t varying = 0;  // bits in which some key differs from the first
 };
