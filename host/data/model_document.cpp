@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <initializer_list>
 #include <pugixml.hpp>
@@ -164,12 +165,15 @@ class ModelReader {
   }
 
   std::string Place(const pugi::xml_node& node) const {
-    // The offset is that of the name or text; an element begins one character before it.
-    const std::ptrdiff_t offset = node.offset_debug();
-    const bool isElement = node.type() == pugi::node_element;
-    return PlaceInText(
-        name, text,
-        static_cast<std::size_t>(offset < 0 ? 0 : offset) - (isElement && offset > 0 ? 1 : 0));
+    // The offset of an element is that of its name, one behind its beginning; that of a text may
+    // be that of blanks in front.
+    auto offset = static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0));
+    if (node.type() == pugi::node_element) {
+      offset -= offset > 0 ? 1 : 0;
+    } else {
+      offset = std::min(text.find_first_not_of(" \t\r\n", offset), text.size());
+    }
+    return PlaceInText(name, text, offset);
   }
 
   [[noreturn]] void Fail(const pugi::xml_node& node, const std::string& message) const {
