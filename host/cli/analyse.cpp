@@ -1,0 +1,160 @@
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <memory>
+
+#include "host/cli/analysis_documents.h"
+#include "host/cli/command_line.h"
+#include "host/cli/commands.h"
+#include "host/cli/execution.h"
+#include "host/cli/output.h"
+#include "host/cli/report_request.h"
+#include "host/cli/word_list.h"
+#include "host/render/result_model.h"
+
+namespace npar_host {
+namespace {
+
+constexpr const char* kExamples =
+    R"(A family of fields without a --test of its own gets the tests that fit the fields'
+measurement levels. npar tests lists the tests and their options. A backslash takes
+the character after it as it stands, where a name holds a separator.
+
+Examples:
+  npar analyse examples/sleep.csv --related drug1,drug2 --test sign
+  npar analyse scores.csv --independent score --by class --test mann-whitney:group1=a,group2=b|c
+  npar analyse survey.csv --one-sample answer --test chi-square:expected=yes=2|no=1
+  npar analyse survey.csv --related before,after --ordinal before=low<high,after=low<high
+  npar analyse counts.csv --one-sample sex --weight n --report text --report text=report.txt
+)";
+
+struct AnalyseOptions {
+  ExecutionOptions execution;
+  std::vector<std::string> oneSample, related, independent;
+  std::vector<std::string> continuous, nominal, ordinal;
+  std::string group, weight, caseId;
+  std::vector<std::string> tests;
+  double significance = 0.05;
+  double confidence = 95.0;
+  std::string missing = "analysis";
+  std::string keepDocuments;
+  std::string out;
+  std::vector<std::string> reports;
+};
+
+// "a,b" and repeated options make one list.
+std::vector<std::string> FieldList(const std::vector<std::string>& texts) {
+  std::vector<std::string> fields;
+  for (const std::string& text : texts) {
+    for (const std::string& field : SplitWords(text, ',')) fields.push_back(Unescape(field));
+  }
+  return fields;
+}
+
+void AddMeasures(AnalysisRequest& request, const std::vector<std::string>& texts,
+                 const char* measure) {
+  for (const std::string& text : texts) {
+    for (const std::string& field : SplitWords(text, ',')) {
+      request.measures.push_back(ParseFieldMeasure(field, measure));
+    }
+  }
+}
+
+AnalysisRequest MakeRequest(const AnalyseOptions& options) {
+  AnalysisRequest request;
+  request.oneSampleFields = FieldList(options.oneSample);
+  request.relatedFields = FieldList(options.related);
+  request.independentFields = FieldList(options.independent);
+  request.groupField = Unescape(options.group);
+  for (const std::string& test : options.tests) request.tests.push_back(TestRequest::Parse(test));
+  AddMeasures(request, options.continuous, "continuous");
+  AddMeasures(request, options.nominal, "nominal");
+  AddMeasures(request, options.ordinal, "ordinal");
+  request.weightField = Unescape(options.weight);
+  request.caseIdField = Unescape(options.caseId);
+  request.significance = options.significance;
+  request.confidencePercent = options.confidence;
+  request.listwise = options.missing == "listwise";
+  return request;
+}
+
+void KeepDocuments(const std::string& folder, const NamedText& parameters, const NamedText& model) {
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) throw OutputError("cannot make the folder " + folder + ": " + error.message());
+  const std::filesystem::path path(folder);
+  Publish((path / "params.xml").string(), parameters.text);
+  Publish((path / "model.xml").string(), model.text);
+}
+
+int Analyse(const AnalyseOptions& options) {
+  const AnalysisRequest request = MakeRequest(options);
+  CheckRequest(request);
+  std::vector<ReportRequest> reports;
+  for (const std::string& report : options.reports) reports.push_back(ParseReportRequest(report));
+  if (reports.empty() && options.out != "-") reports.push_back(ParseReportRequest("text"));
+
+  Execution execution(options.execution);
+  CheckFields(request, execution.Columns());
+  const NamedText parameters{"the parameter document", ParameterDocument(request)};
+  const NamedText model{"the data model", DataModelDocument(request)};
+  if (!options.keepDocuments.empty()) KeepDocuments(options.keepDocuments, parameters, model);
+  const auto text = execution.Run(parameters, model);
+  if (!text) return execution.ExitCode();
+
+  if (!options.out.empty()) execution.PublishResult(options.out, *text);
+  const ResultDocument document = ReadResultDocument(*text, "the result document");
+  for (const ReportRequest& report : reports) {
+    execution.PublishResult(report.path, report.renderer->render(document));
+  }
+  return kExitSuccess;
+}
+
+}  // namespace
+
+void AddAnalyseCommand(CLI::App& program, int& exitCode) {
+  auto* command =
+      program.add_subcommand("analyse", "Tests fields of a CSV file and prints a report.");
+  const auto options = std::make_shared<AnalyseOptions>();
+  const auto addList = [&](const char* name, std::vector<std::string>& list, const char* type,
+                           const char* help) {
+    command->add_option(name, list, help)->allow_extra_args(false)->type_name(type);
+  };
+  command->add_option("data", options->execution.dataPath, "CSV file, - for standard input")
+      ->required();
+  addList("--one-sample", options->oneSample, "F,..", "fields to be tested each on its own");
+  addList("--related", options->related, "F,..", "fields measured on the same records");
+  addList("--independent", options->independent, "F,..", "fields compared between groups");
+  command->add_option("--by", options->group, "the field that divides the records into groups")
+      ->type_name("G");
+  addList("--test", options->tests, "NAME[:key=value,..]", "a test, with options (npar tests)");
+  addList("--continuous", options->continuous, "F,..", "fields that hold measurements");
+  addList("--nominal", options->nominal, "F,..", "fields that hold categories");
+  addList("--ordinal", options->ordinal, "F[=a<b<c],..", "fields that hold ordered categories");
+  command
+      ->add_option("--weight", options->weight, "the field that counts how often a record stands")
+      ->type_name("F");
+  command->add_option("--case-id", options->caseId, "the field that names the records")
+      ->type_name("F");
+  command->add_option("--significance", options->significance, "significance level")
+      ->capture_default_str();
+  command->add_option("--confidence", options->confidence, "confidence level in percent")
+      ->capture_default_str();
+  command
+      ->add_option("--missing", options->missing,
+                   "records with missing values: left out of the "
+                   "tests that need them (analysis), or of all (listwise)")
+      ->check(CLI::IsMember({"analysis", "listwise"}))
+      ->capture_default_str();
+  command->add_option("--out", options->out, "keep the result document, - for standard output");
+  addList("--report", options->reports, "FORM[=FILE]",
+          "a report as text, html or json, to standard output or a file (default: text)");
+  command
+      ->add_option("--keep-documents", options->keepDocuments,
+                   "write the parameter document and the data model to this folder")
+      ->type_name("DIR");
+  AddExecutionOptions(*command, options->execution);
+  command->footer(kExamples);
+  command->callback([options, &exitCode] { exitCode = Analyse(*options); });
+}
+
+}  // namespace npar_host

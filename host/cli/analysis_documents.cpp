@@ -1,0 +1,188 @@
+#include "host/cli/analysis_documents.h"
+
+#include <algorithm>
+#include <set>
+#include <sstream>
+
+#include "host/cli/word_list.h"
+#include "host/data/input_error.h"
+#include "host/data/near_miss.h"
+#include "host/data/number.h"
+
+namespace npar_host {
+namespace {
+
+struct FamilyKeys {
+  TestFamily family;
+  const char* fields;
+  const char* automatic;
+};
+constexpr FamilyKeys kFamilies[] = {
+    {TestFamily::OneSample, "oneSampleVariables", "isAutomaticallyOneSample"},
+    {TestFamily::Related, "relatedVariables", "isAutomaticallyRelated"},
+    {TestFamily::Independent, "independentVariables", "isAutomaticallyIndependent"},
+};
+
+std::string DocumentText(const pugi::xml_document& document) {
+  std::ostringstream text;
+  document.save(text, "  ", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
+  return text.str();
+}
+
+bool HasTests(const AnalysisRequest& request, TestFamily family) {
+  return std::ranges::any_of(request.tests,
+                             [&](const auto& test) { return test.Test().family == family; });
+}
+
+void CheckTests(const AnalysisRequest& request) {
+  std::set<std::string> seen;
+  for (const TestRequest& asked : request.tests) {
+    const TestDescription& test = asked.Test();
+    if (!seen.insert(test.name).second) {
+      throw UsageError(std::string("test ") + test.name +
+                       " is asked for twice; one run holds each test once");
+    }
+    if (request.FieldsOf(test.family).empty()) {
+      throw UsageError(std::string("test ") + test.name + " needs fields: give them with --" +
+                       FamilyName(test.family));
+    }
+  }
+}
+
+void CheckMeasures(const AnalysisRequest& request) {
+  std::set<std::string> seen;
+  for (const FieldMeasure& measure : request.measures) {
+    if (!seen.insert(measure.field).second) {
+      throw UsageError("field " + Quoted(measure.field) + " is given two measurement levels");
+    }
+    if (measure.measure != "continuous" && measure.field == request.weightField) {
+      throw UsageError("field " + Quoted(measure.field) + " is the weight and can't be " +
+                       measure.measure);
+    }
+  }
+}
+
+}  // namespace
+
+const std::vector<std::string>& AnalysisRequest::FieldsOf(TestFamily family) const {
+  switch (family) {
+    case TestFamily::OneSample:
+      return oneSampleFields;
+    case TestFamily::Related:
+      return relatedFields;
+    case TestFamily::Independent:
+      break;
+  }
+  return independentFields;
+}
+
+std::vector<std::string> AnalysisRequest::NamedFields() const {
+  std::vector<std::string> names;
+  const auto add = [&](const std::string& name) {
+    if (!name.empty() && std::ranges::find(names, name) == names.end()) names.push_back(name);
+  };
+  for (const FamilyKeys& keys : kFamilies) std::ranges::for_each(FieldsOf(keys.family), add);
+  add(groupField);
+  for (const FieldMeasure& measure : measures) add(measure.field);
+  add(weightField);
+  add(caseIdField);
+  return names;
+}
+
+FieldMeasure ParseFieldMeasure(std::string_view text, const char* measure) {
+  FieldMeasure result;
+  std::string name, categories;
+  if (CutAt(text, '=', name, categories)) {
+    for (const std::string& category : SplitWords(categories, '<')) {
+      result.categories.push_back(Unescape(category));
+    }
+  }
+  result.field = Unescape(name);
+  result.measure = measure;
+  return result;
+}
+
+void CheckRequest(const AnalysisRequest& request) {
+  if (std::ranges::all_of(
+          kFamilies, [&](const auto& keys) { return request.FieldsOf(keys.family).empty(); })) {
+    throw UsageError(
+        "no field to analyse: give some with --one-sample, --related or --independent");
+  }
+  if (!request.independentFields.empty() && request.groupField.empty()) {
+    throw UsageError("independent fields need a group field: give it with --by");
+  }
+  if (!(request.significance > 0.0 && request.significance < 1.0)) {
+    throw UsageError("--significance must lie between 0 and 1, as 0.05 does");
+  }
+  if (!(request.confidencePercent >= 1.0 && request.confidencePercent < 100.0)) {
+    throw UsageError("--confidence is a percentage from 1 to below 100, as 95 is");
+  }
+  CheckTests(request);
+  CheckMeasures(request);
+}
+
+void CheckFields(const AnalysisRequest& request, const std::vector<std::string>& columns) {
+  for (const std::string& name : request.NamedFields()) {
+    if (std::ranges::find(columns, name) == columns.end()) {
+      throw UsageError("the data have no field " + Quoted(name) + NearMiss(name, columns) +
+                       " (fields: " + JoinWords(columns, ", ") + ")");
+    }
+  }
+}
+
+std::string ParameterDocument(const AnalysisRequest& request) {
+  pugi::xml_document document;
+  pugi::xml_node parameters = document.append_child("Parameters");
+  AddParameter(parameters, "missingTreatment", request.listwise ? "listwise" : "analysis");
+  AddParameter(parameters, "sigLevel", NumberText(request.significance));
+  AddParameter(parameters, "confidenceLevel", NumberText(request.confidencePercent));
+  if (!request.caseIdField.empty()) AddParameter(parameters, "caseIDField", request.caseIdField);
+  for (const FamilyKeys& keys : kFamilies) {
+    const auto& fields = request.FieldsOf(keys.family);
+    if (!fields.empty()) AddListParameter(parameters, keys.fields, fields);
+  }
+  if (!request.groupField.empty()) {
+    AddListParameter(parameters, "groupVariable", {request.groupField});
+  }
+  // A family's flag is followed at once by its tests: the component reads them up to the first
+  // other key.
+  for (const FamilyKeys& keys : kFamilies) {
+    if (request.FieldsOf(keys.family).empty()) continue;
+    AddParameter(parameters, keys.automatic, HasTests(request, keys.family) ? "false" : "true");
+    for (const TestRequest& test : request.tests) {
+      if (test.Test().family == keys.family) test.WriteTo(parameters);
+    }
+  }
+  return DocumentText(document);
+}
+
+std::string DataModelDocument(const AnalysisRequest& request) {
+  pugi::xml_document document;
+  pugi::xml_node model = document.append_child("DataModel");
+  const auto field = [&](const std::string& name) {
+    pugi::xml_node found = model.find_child_by_attribute("Field", "name", name.c_str());
+    if (!found) {
+      found = model.append_child("Field");
+      found.append_attribute("name") = name.c_str();
+    }
+    return found;
+  };
+  for (const FieldMeasure& measure : request.measures) {
+    pugi::xml_node node = field(measure.field);
+    node.append_attribute("measure") = measure.measure.c_str();
+    for (const std::string& category : measure.categories) {
+      node.append_child("Value").append_attribute("value") = category.c_str();
+    }
+  }
+  if (!request.weightField.empty()) {
+    pugi::xml_node node = field(request.weightField);
+    if (!node.attribute("measure")) node.append_attribute("measure") = "continuous";
+    node.append_attribute("role") = "frequencyWeight";
+  }
+  if (!request.caseIdField.empty()) {
+    field(request.caseIdField).append_attribute("role") = "caseId";
+  }
+  return DocumentText(document);
+}
+
+}  // namespace npar_host

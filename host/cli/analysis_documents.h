@@ -1,0 +1,52 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/cli/test_request.h"
+
+namespace npar_host {
+
+/// A measurement level given for a field, with the categories in their order where they are given.
+struct FieldMeasure {
+  std::string field;
+  std::string measure;  // "continuous", "ordinal" or "nominal"
+  std::vector<std::string> categories;
+};
+
+/// What `npar analyse` was asked for.
+struct AnalysisRequest {
+  std::vector<std::string> oneSampleFields;
+  std::vector<std::string> relatedFields;
+  std::vector<std::string> independentFields;
+  std::string groupField;
+  std::vector<TestRequest> tests;
+  std::vector<FieldMeasure> measures;
+  std::string weightField;
+  std::string caseIdField;
+  double significance = 0.05;
+  double confidencePercent = 95.0;
+  bool listwise = false;
+
+  [[nodiscard]] const std::vector<std::string>& FieldsOf(TestFamily family) const;
+  /// Every field that the request names, each once.
+  [[nodiscard]] std::vector<std::string> NamedFields() const;
+};
+
+/// "NAME" or "NAME=a<b<c", with backslashes before separators that belong to a name.
+[[nodiscard]] FieldMeasure ParseFieldMeasure(std::string_view text, const char* measure);
+
+/// Throws UsageError for a request that can't be carried out: no field at all, independent fields
+/// without a group, a test whose family has no field, a test twice, a field with two measures,
+/// levels out of range.
+void CheckRequest(const AnalysisRequest& request);
+/// Throws UsageError for a field that the data do not have.
+void CheckFields(const AnalysisRequest& request, const std::vector<std::string>& columns);
+
+/// The parameter document: a family without a test of its own is chosen automatically.
+[[nodiscard]] std::string ParameterDocument(const AnalysisRequest& request);
+/// The data model: what the request says of fields; the rest is inferred from the data.
+[[nodiscard]] std::string DataModelDocument(const AnalysisRequest& request);
+
+}  // namespace npar_host

@@ -1,0 +1,120 @@
+#include "host/cli/execution.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <utility>
+
+#include "host/cli/command_line.h"
+#include "host/cli/interrupt.h"
+#include "host/cli/output.h"
+#include "host/cli/progress_bar.h"
+#include "host/cli/word_list.h"
+#include "host/data/csv.h"
+#include "host/data/input_error.h"
+#include "host/data/text_source.h"
+#include "host/loader/analysis_run.h"
+#include "host/render/message_text.h"
+#include "host/render/text.h"
+
+namespace npar_host {
+namespace {
+
+char SeparatorOf(const std::string& text) {
+  if (text.empty()) return 0;
+  if (text == "comma") return ',';
+  if (text == "semicolon") return ';';
+  if (text == "tab" || text == "\\t") return '\t';
+  if (text.size() == 1 && text != "\"" && text != "\n" && text != "\r") return text.front();
+  throw UsageError("--separator is comma, semicolon, tab or one character, not " + Quoted(text));
+}
+
+CsvOptions ReadingOptions(const ExecutionOptions& options) {
+  return {SeparatorOf(options.separator), options.missingTokens};
+}
+
+std::filesystem::path ComponentPath(const ExecutionOptions& options) {
+  return options.component.empty() ? ComponentLibrary::DefaultPath()
+                                   : std::filesystem::path(options.component);
+}
+
+void PrintMessages(const std::vector<RunMessage>& messages) {
+  for (const RunMessage& message : messages) {
+    std::fprintf(stderr, "%s %d: %s\n", message.isError ? "error" : "warning", message.code,
+                 Printable(MessageText(message.code, message.parameters)).c_str());
+  }
+}
+
+}  // namespace
+
+// The watch comes first, so that Ctrl-C is heeded while the data are read too; the component is
+// loaded before the data, so that a wrong path is told at once.
+struct Execution::State {
+  explicit State(const ExecutionOptions& options)
+      : library(ComponentPath(options)), reader(options.dataPath, ReadingOptions(options)) {}
+
+  InterruptWatch watch;
+  ComponentLibrary library;
+  CsvReader reader;
+};
+
+Execution::Execution(const ExecutionOptions& options) : state(std::make_unique<State>(options)) {}
+Execution::~Execution() = default;
+
+const std::vector<std::string>& Execution::Columns() const { return state->reader.Names(); }
+
+std::optional<std::string> Execution::Run(const NamedText& parameters, const NamedText& model) {
+  AnalysisRun run(state->library, parameters.text,
+                  LoadData(state->reader, ParseModel(model.text, model.name)));
+  RunResult result;
+  {
+    ProgressBar bar;
+    run.ListenToProgress([&](double done, double total) { bar.Show(done, total); });
+    const InterruptWatch::Cancelling cancelling(state->watch, [&] { run.Cancel(); });
+    result = run.Execute();
+  }
+  if (!result.Succeeded() && state->watch.Interrupted()) {
+    std::fputs("npar: cancelled\n", stderr);
+    exitCode = kExitCancelled;
+    return std::nullopt;
+  }
+  PrintMessages(result.messages);
+  if (result.Succeeded()) return std::move(result.document);
+  if (result.messages.empty()) {
+    std::fprintf(stderr, "npar: the component failed with code %u and gave no message\n",
+                 result.code);
+  }
+  exitCode = kExitRefused;
+  return std::nullopt;
+}
+
+void Execution::PublishResult(const std::string& path, const std::string& text) {
+  if (path == "-") {
+    Publish(path, text);
+    return;
+  }
+  const InterruptWatch::Cancelling unharmed(state->watch, [] {});
+  Publish(path, text);
+}
+
+void AddExecutionOptions(CLI::App& command, ExecutionOptions& options) {
+  command
+      .add_option("--separator", options.separator,
+                  "between cells: comma, semicolon, tab or a character (default: detected)")
+      ->type_name("S");
+  command
+      .add_option("--missing-token", options.missingTokens,
+                  "cells that are missing besides empty ones; instead of NA")
+      ->allow_extra_args(false)
+      ->type_name("TEXT");
+  command
+      .add_option("--component", options.component,
+                  "another component than the one installed with npar")
+      ->type_name("libnpar.so");
+}
+
+NamedText ReadDocument(const std::string& path) {
+  const TextSource source(path);
+  return {source.Name(), std::string(source.Text())};
+}
+
+}  // namespace npar_host

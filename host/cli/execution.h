@@ -1,0 +1,56 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace npar_host {
+
+/// A document of the host with the name that messages call it by.
+struct NamedText {
+  std::string name;
+  std::string text;
+};
+
+/// Where the data come from and who analyses them: the options that `run` and `analyse` share.
+struct ExecutionOptions {
+  std::string dataPath;
+  std::string separator;  // empty: detected
+  std::vector<std::string> missingTokens{"NA"};
+  std::string component;  // empty: the one installed with this program
+};
+
+/// Adds --separator, --missing-token and --component.
+void AddExecutionOptions(CLI::App& command, ExecutionOptions& options);
+
+/// Reads the whole file, "-" being standard input. Throws InputError.
+[[nodiscard]] NamedText ReadDocument(const std::string& path);
+
+/// One run on the command line: reads the data, shows progress, cancels on Ctrl-C, writes the
+/// component's messages to standard error.
+class Execution {
+ public:
+  explicit Execution(const ExecutionOptions& options);
+  ~Execution();
+
+  /// Names of the data's columns.
+  [[nodiscard]] const std::vector<std::string>& Columns() const;
+  /// The result document, or nothing where the component refused the run or Ctrl-C cancelled it;
+  /// ExitCode() tells.
+  [[nodiscard]] std::optional<std::string> Run(const NamedText& parameters, const NamedText& model);
+  [[nodiscard]] int ExitCode() const { return exitCode; }
+  /// Publishes a text; Ctrl-C can't leave half a file behind.
+  void PublishResult(const std::string& path, const std::string& text);
+
+ private:
+  struct State;
+  std::unique_ptr<State> state;
+  int exitCode = 0;
+};
+
+}  // namespace npar_host

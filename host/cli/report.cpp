@@ -1,0 +1,41 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+
+#include "host/cli/commands.h"
+#include "host/cli/execution.h"
+#include "host/cli/output.h"
+#include "host/cli/report_request.h"
+#include "host/render/result_model.h"
+
+namespace npar_host {
+namespace {
+
+constexpr const char* kExamples = R"(Examples:
+  npar report result.xml --as text
+  npar run --params params.xml --data data.csv | npar report - --as text --out report.txt
+)";
+
+struct ReportOptions {
+  std::string result;
+  std::string form;
+  std::string out = "-";
+};
+
+}  // namespace
+
+void AddReportCommand(CLI::App& program) {
+  auto* command = program.add_subcommand("report", "Shows a result document as a report.");
+  const auto options = std::make_shared<ReportOptions>();
+  command->add_option("result", options->result, "result document, - for standard input")
+      ->required();
+  command->add_option("--as", options->form, "text, html or json")->required();
+  command->add_option("--out", options->out, "file, - for standard output")->capture_default_str();
+  command->footer(kExamples);
+  command->callback([options] {
+    const Renderer& renderer = RequireRenderer(options->form);
+    const NamedText result = ReadDocument(options->result);
+    Publish(options->out, renderer.render(ReadResultDocument(result.text, result.name)));
+  });
+}
+
+}  // namespace npar_host

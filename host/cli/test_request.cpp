@@ -1,0 +1,234 @@
+#include "host/cli/test_request.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <set>
+#include <system_error>
+
+#include "host/cli/word_list.h"
+#include "host/data/input_error.h"
+#include "host/data/near_miss.h"
+#include "host/data/number.h"
+
+namespace npar_host {
+namespace {
+
+std::string Where(const TestDescription& test, const TestOption& option) {
+  return std::string("option ") + option.name + " of test " + test.name;
+}
+
+const OptionWord* FindWord(const TestOption& option, std::string_view word) {
+  for (const OptionWord& candidate : option.words) {
+    if (candidate.word == word) return &candidate;
+  }
+  return nullptr;
+}
+
+const OptionWord& RequireWord(const TestDescription& test, const TestOption& option,
+                              const std::string& word) {
+  if (const OptionWord* found = FindWord(option, word)) return *found;
+  std::vector<std::string> words;
+  for (const OptionWord& candidate : option.words) words.emplace_back(candidate.word);
+  throw UsageError(Where(test, option) + " can't be " + Quoted(word) + "; it is " +
+                   JoinWords(words));
+}
+
+void CheckNumber(const TestDescription& test, const TestOption& option, const std::string& text) {
+  static_cast<void>(RequireNumber(text, Where(test, option)));
+}
+
+void CheckCount(const TestDescription& test, const TestOption& option, const std::string& text) {
+  int count = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
+  if (error != std::errc() || end != text.data() + text.size() || count < 0) {
+    throw UsageError(Where(test, option) + " must be a whole number from 0, not " + Quoted(text));
+  }
+}
+
+void CheckExpected(const TestDescription& test, const TestOption& option, const std::string& text) {
+  for (const std::string& pair : SplitWords(text, '|')) {
+    std::string category, number;
+    if (!CutAt(pair, '=', category, number)) {
+      throw UsageError(Where(test, option) + " takes category=number pairs, as in expected=" +
+                       option.syntax + ", not " + Quoted(pair));
+    }
+    if (!(RequireNumber(number, Where(test, option)) > 0.0)) {
+      throw UsageError(Where(test, option) + ": the proportion of " + Quoted(Unescape(category)) +
+                       " must be above 0");
+    }
+  }
+}
+
+void CheckValue(const TestDescription& test, const TestOption& option, const std::string& value) {
+  if (value.empty()) throw UsageError(Where(test, option) + " has no value");
+  switch (option.kind) {
+    case OptionKind::Number:
+      return CheckNumber(test, option, value);
+    case OptionKind::Count:
+      return CheckCount(test, option, value);
+    case OptionKind::Categories:
+      return;
+    case OptionKind::Expected:
+      return CheckExpected(test, option, value);
+    case OptionKind::Word:
+      static_cast<void>(RequireWord(test, option, value));
+      return;
+    case OptionKind::Words:
+      for (const auto& word : SplitWords(value, '|')) {
+        static_cast<void>(RequireWord(test, option, word));
+      }
+      return;
+    case OptionKind::NumberOrWord:
+      if (FindWord(option, value) == nullptr) CheckNumber(test, option, value);
+      return;
+  }
+}
+
+// Attributes of one test. A key that two options imply is written once.
+class AttributeWriter {
+ public:
+  explicit AttributeWriter(pugi::xml_node structure) : structure(structure) {}
+
+  void Add(const DocumentEntry& entry) {
+    if (entry.key != nullptr && written.insert(entry.key).second) {
+      NewAttribute(entry.key).append_attribute("value") = entry.value;
+    }
+  }
+  void AddText(const char* key, const std::string& value) {
+    NewAttribute(key).append_attribute("value") = value.c_str();
+  }
+  void AddCategories(const char* key, const std::string& values) {
+    pugi::xml_node list = NewAttribute(key).append_child("ListValue");
+    for (const std::string& value : SplitWords(values, '|')) {
+      list.append_child("Value").append_attribute("value") = Unescape(value).c_str();
+    }
+  }
+  void AddExpected(const char* key, const std::string& pairs) {
+    pugi::xml_node list = NewAttribute(key).append_child("ListValue");
+    for (const std::string& pair : SplitWords(pairs, '|')) {
+      std::string category, number;
+      CutAt(pair, '=', category, number);
+      AttributeWriter item(list.append_child("StructuredValue"));
+      item.AddText("categoryValue", Unescape(category));
+      item.AddText("expectedValue", number);
+    }
+  }
+
+ private:
+  pugi::xml_node NewAttribute(const char* key) {
+    pugi::xml_node attribute = structure.append_child("Attribute");
+    attribute.append_attribute("name") = key;
+    return attribute;
+  }
+
+  pugi::xml_node structure;
+  std::set<std::string> written;
+};
+
+void WriteOption(AttributeWriter& writer, const TestOption& option, const std::string& value) {
+  if (const OptionWord* word = FindWord(option, value)) {
+    writer.Add(word->entry);
+    return;
+  }
+  writer.Add(option.whenGiven);
+  switch (option.kind) {
+    case OptionKind::Categories:
+      return writer.AddCategories(option.documentKey, value);
+    case OptionKind::Expected:
+      return writer.AddExpected(option.documentKey, value);
+    case OptionKind::Word:
+    case OptionKind::Words:
+      for (const auto& word : SplitWords(value, '|')) writer.Add(FindWord(option, word)->entry);
+      return;
+    case OptionKind::Number:
+    case OptionKind::Count:
+    case OptionKind::NumberOrWord:
+      return writer.AddText(option.documentKey, value);
+  }
+}
+
+}  // namespace
+
+TestRequest TestRequest::Parse(std::string_view text) {
+  std::string name, assignments;
+  CutAt(text, ':', name, assignments);
+  const TestDescription* test = FindTest(name);
+  if (test == nullptr) {
+    throw UsageError("there is no test " + Quoted(name) + NearMiss(name, TestNames()) +
+                     " (npar tests lists them)");
+  }
+  TestRequest request(*test);
+  for (const std::string& assignment : SplitWords(assignments, ',')) {
+    request.AddOption(assignment);
+  }
+  const auto given = [&](const char* option) {
+    return std::ranges::any_of(request.options,
+                               [&](const auto& o) { return o.first == FindOption(*test, option); });
+  };
+  if (FindOption(*test, "group2") != nullptr && given("group1") != given("group2")) {
+    throw UsageError("test " + name + " needs both group1 and group2, or neither");
+  }
+  return request;
+}
+
+void TestRequest::AddOption(std::string_view assignment) {
+  std::string name, value;
+  CutAt(assignment, '=', name, value);
+  const TestOption* option = FindOption(*test, name);
+  if (option == nullptr) {
+    std::vector<std::string> names;
+    for (const TestOption& known : test->options) names.emplace_back(known.name);
+    throw UsageError(
+        std::string("test ") + test->name + " has no option " + Quoted(name) +
+        NearMiss(name, names) +
+        (names.empty() ? "; it takes none" : "; it takes " + JoinWords(names, " and ")));
+  }
+  for (const auto& [earlier, ignored] : options) {
+    if (earlier == option) throw UsageError(Where(*test, *option) + " is given twice");
+  }
+  CheckValue(*test, *option, value);
+  options.emplace_back(option, value);
+}
+
+void TestRequest::WriteTo(pugi::xml_node parameters) const {
+  pugi::xml_node parameter = parameters.append_child("Parameter");
+  parameter.append_attribute("name") = test->documentKey;
+  AttributeWriter writer(parameter.append_child("StructuredValue"));
+  writer.Add({"isSelected", "true"});
+  for (const TestOption& option : test->options) {
+    const auto given =
+        std::ranges::find_if(options, [&](const auto& o) { return o.first == &option; });
+    if (given == options.end()) {
+      writer.Add(option.whenAbsent);
+    } else {
+      WriteOption(writer, option, given->second);
+    }
+  }
+}
+
+void AddParameter(pugi::xml_node parameters, std::string_view name, std::string_view value) {
+  pugi::xml_node parameter = parameters.append_child("Parameter");
+  parameter.append_attribute("name") = std::string(name).c_str();
+  parameter.append_attribute("value") = std::string(value).c_str();
+}
+
+void AddListParameter(pugi::xml_node parameters, std::string_view name,
+                      const std::vector<std::string>& values) {
+  pugi::xml_node parameter = parameters.append_child("Parameter");
+  parameter.append_attribute("name") = std::string(name).c_str();
+  pugi::xml_node list = parameter.append_child("ListValue");
+  for (const std::string& value : values) {
+    list.append_child("Value").append_attribute("value") = value.c_str();
+  }
+}
+
+double RequireNumber(std::string_view text, const std::string& what) {
+  double number = 0.0;
+  if (!ParseNumber(text, number) || !std::isfinite(number)) {
+    throw UsageError(what + " must be a number such as 0.5, not " + Quoted(text));
+  }
+  return number;
+}
+
+}  // namespace npar_host

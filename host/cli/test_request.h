@@ -1,0 +1,42 @@
+#pragma once
+
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/cli/test_registry.h"
+
+namespace npar_host {
+
+/// A test as asked for on the command line: NAME[:key=value,..]. A backslash before a separator
+/// takes it as a plain character.
+class TestRequest {
+ public:
+  /// Throws UsageError for an unknown test or option, a value that the option can't take, an option
+  /// given twice, or one group without the other.
+  [[nodiscard]] static TestRequest Parse(std::string_view text);
+
+  [[nodiscard]] const TestDescription& Test() const { return *test; }
+  /// Appends the test's Parameter to the parameter document.
+  void WriteTo(pugi::xml_node parameters) const;
+
+ private:
+  explicit TestRequest(const TestDescription& test) : test(&test) {}
+  void AddOption(std::string_view assignment);
+
+  const TestDescription* test;
+  std::vector<std::pair<const TestOption*, std::string>> options;  // values still escaped
+};
+
+/// Appends <Parameter name= value=/>.
+void AddParameter(pugi::xml_node parameters, std::string_view name, std::string_view value);
+/// Appends a Parameter that holds a ListValue of texts.
+void AddListParameter(pugi::xml_node parameters, std::string_view name,
+                      const std::vector<std::string>& values);
+
+/// The finite number that the whole text spells; throws UsageError, with `what` naming it.
+[[nodiscard]] double RequireNumber(std::string_view text, const std::string& what);
+
+}  // namespace npar_host

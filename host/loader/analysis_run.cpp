@@ -1,0 +1,30 @@
+#include "host/loader/analysis_run.h"
+
+#include <utility>
+
+namespace npar_host {
+
+AnalysisRun::AnalysisRun(const ComponentLibrary& library, std::string parameters, ModelledData data)
+    : data(std::move(data)),
+      host(std::move(parameters), WriteModel(this->data.model)),
+      component(library, host.Context()) {}
+
+RunResult AnalysisRun::Execute() {
+  RunResult result;
+  result.code = component.Configure();
+  if (result.Succeeded()) {
+    std::string requirements;
+    result.code = component.GetExecutionRequirements(requirements);
+    if (result.Succeeded()) {
+      prepared = Prepare(ParseRequirements(requirements), std::move(data));
+      host.OfferRecords(prepared.modelText, prepared.rows);
+      result.code = component.BeginExecution(host.Progress());
+      if (result.Succeeded()) result.document = host.Stream();
+      static_cast<void>(component.EndExecution());  // frees memory only
+    }
+  }
+  result.messages = host.Messages();
+  return result;
+}
+
+}  // namespace npar_host

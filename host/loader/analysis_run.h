@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/data/model.h"
+#include "host/loader/component.h"
+#include "host/loader/run_host.h"
+#include "host/requirements/requirements.h"
+
+namespace npar_host {
+
+/// What came of a run.
+struct RunResult {
+  std::uint32_t code = 0;            // the component's, 0 for success
+  std::vector<RunMessage> messages;  // in the order in which they came
+  std::string document;              // the result document; empty after a failure
+
+  [[nodiscard]] bool Succeeded() const { return code == 0; }
+};
+
+/// One run of a component on data in memory, as any host would drive it: configure, carry out the
+/// requirements on the records, execute, end.
+class AnalysisRun {
+ public:
+  /// The parameter document as text; the data with all their records. The library outlives the run.
+  AnalysisRun(const ComponentLibrary& library, std::string parameters, ModelledData data);
+
+  void ListenToProgress(ProgressFunction listener) { host.ListenToProgress(std::move(listener)); }
+  /// Runs once: the records are prepared in place. Throws InputError for requirements that the data
+  /// can't meet and ComponentError for a component that breaks the interface's rules.
+  [[nodiscard]] RunResult Execute();
+  /// Asks a run under way to stop; from any thread.
+  void Cancel() { component.CancelExecution(); }
+
+ private:
+  ModelledData data;
+  PreparedData prepared;
+  RunHost host;
+  Component component;
+};
+
+}  // namespace npar_host

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <npar/component.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+namespace npar_host {
+
+/// The file given is no component that this host can drive; the text says why and what to do.
+class ComponentError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A component library in this process, initialised with the host's description of itself. It is
+/// never unloaded: a component may hold process-wide objects that outlive its runs.
+class ComponentLibrary {
+ public:
+  /// Throws ComponentError for a path that is no file, no library or lacks an export.
+  explicit ComponentLibrary(const std::filesystem::path& path);
+
+  /// Where the library lies that is installed with this program: ../lib beside the program's
+  /// folder.
+  [[nodiscard]] static std::filesystem::path DefaultPath();
+
+  /// Name, provider, version and copyright as the component's XML text.
+  [[nodiscard]] std::string ModuleInformation() const;
+
+ private:
+  friend class Component;
+
+  decltype(&hb_create_component) create;
+  decltype(&hb_destroy_component) destroy;
+  decltype(&hb_component_configure) configure;
+  decltype(&hb_component_getExecutionRequirements) getExecutionRequirements;
+  decltype(&hb_component_beginExecution) beginExecution;
+  decltype(&hb_component_cancelExecution) cancelExecution;
+  decltype(&hb_component_endExecution) endExecution;
+  decltype(&hb_component_getMessages) getMessages;
+  decltype(&hb_getModuleInformation) getModuleInformation;
+};
+
+/// One component object, ended and destroyed with this. The library and the context outlive it.
+class Component {
+ public:
+  /// Throws ComponentError where the component cannot be made.
+  Component(const ComponentLibrary& library, HBContext* context);
+  ~Component();
+  Component(const Component&) = delete;
+  Component& operator=(const Component&) = delete;
+
+  /// The next five answer the component's code, 0 for success.
+  [[nodiscard]] std::uint32_t Configure();
+  [[nodiscard]] std::uint32_t GetExecutionRequirements(std::string& document);
+  [[nodiscard]] std::uint32_t BeginExecution(HBProgress* progress);
+  [[nodiscard]] std::uint32_t EndExecution();
+  [[nodiscard]] std::uint32_t GetMessages(std::string& document);
+  /// Asks a run under way to stop; from any thread.
+  void CancelExecution();
+
+ private:
+  const ComponentLibrary& library;
+  void* component = nullptr;
+  bool begun = false;
+};
+
+}  // namespace npar_host

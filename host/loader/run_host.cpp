@@ -1,0 +1,173 @@
+#include "host/loader/run_host.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <new>
+#include <string_view>
+#include <utility>
+
+namespace npar_host {
+namespace {
+
+// Codes of this host that a failing function leaves in *err.
+constexpr int32_t kNoSuchInput = 1;
+constexpr int32_t kNoRecordStands = 2;
+constexpr int32_t kOtherFieldCount = 3;
+constexpr int32_t kNoSuchContainer = 4;
+constexpr int32_t kOutOfMemory = 5;
+
+constexpr std::string_view kResultContainer = "StatXML";
+
+uint32_t Fail(int32_t* err, int32_t code) {
+  *err = code;
+  return HB_FAILED;
+}
+
+// Microseconds since 1970, and above every number given out before. It fits the 53 bits in which a
+// component may keep it as a double.
+int64_t NewIdentifier() {
+  static std::atomic<int64_t> last{0};
+  const int64_t now = std::chrono::duration_cast<std::chrono::microseconds>(
+                          std::chrono::system_clock::now().time_since_epoch())
+                          .count();
+  int64_t previous = last.load();
+  int64_t next = 0;
+  do {
+    next = std::max(now, previous + 1);
+  } while (!last.compare_exchange_weak(previous, next));
+  return next;
+}
+
+}  // namespace
+
+RunHost::Document::Document(std::string text) : HBXML{&kTable}, text(std::move(text)) {}
+
+const HBXMLTable RunHost::Document::kTable = {
+    sizeof(HBXMLTable),
+    [](HBXML* self, const char** text, size_t* length, int32_t*) -> uint32_t {
+      const auto& document = *static_cast<Document*>(self);
+      *text = document.text.c_str();
+      *length = document.text.size();
+      return HB_OK;
+    },
+    // Documents live as long as the host object does.
+    [](HBXML*, int32_t*) -> uint32_t { return HB_OK; }};
+
+RunHost::Iterator::Iterator() : HBIterator{&kTable} {}
+
+const HBIteratorTable RunHost::Iterator::kTable = {
+    sizeof(HBIteratorTable),
+    [](HBIterator* self, int32_t*) -> uint32_t {
+      static_cast<Iterator*>(self)->nextRecord = 0;
+      return HB_OK;
+    },
+    [](HBIterator* self, int32_t*) -> uint32_t {
+      auto& iterator = *static_cast<Iterator*>(self);
+      if (iterator.nextRecord == iterator.records->Size()) return HB_END_OF_RECORDS;
+      ++iterator.nextRecord;
+      return HB_OK;
+    },
+    [](HBIterator* self, size_t fieldIndex, const void** value, size_t* valueSize,
+       int32_t* err) -> uint32_t {
+      const auto& iterator = *static_cast<Iterator*>(self);
+      if (iterator.nextRecord == 0 || fieldIndex >= iterator.records->Width()) {
+        return Fail(err, kNoRecordStands);
+      }
+      *value = iterator.records->Row(iterator.nextRecord - 1) + fieldIndex;
+      *valueSize = sizeof(double);
+      return HB_OK;
+    },
+    [](HBIterator* self, double* buffer, size_t capacity, size_t fieldCount, size_t* recordCount,
+       int32_t* err) -> uint32_t {
+      auto& iterator = *static_cast<Iterator*>(self);
+      if (fieldCount != iterator.records->Width() || fieldCount == 0) {
+        return Fail(err, kOtherFieldCount);
+      }
+      *recordCount = iterator.records->Copy(iterator.nextRecord, capacity / fieldCount, buffer);
+      iterator.nextRecord += *recordCount;
+      return HB_OK;
+    }};
+
+RunHost::ProgressHandle::ProgressHandle() : HBProgress{&kTable} {}
+
+const HBProgressTable RunHost::ProgressHandle::kTable = {
+    sizeof(HBProgressTable), [](HBProgress* self, double done, double total, int32_t*) -> uint32_t {
+      const auto& listener = static_cast<ProgressHandle*>(self)->listener;
+      if (listener) listener(done, total);
+      return HB_OK;
+    }};
+
+RunHost::Container::Container() : HBContainerFile{&kTable} {}
+
+const HBContainerFileTable RunHost::Container::kTable = {
+    sizeof(HBContainerFileTable),
+    [](HBContainerFile* self, HBContainerStreamKey*, const char*, size_t, const char* bytes,
+       size_t length, int32_t* err) -> uint32_t {
+      try {
+        static_cast<Container*>(self)->stream.assign(bytes, length);
+      } catch (const std::bad_alloc&) {
+        return Fail(err, kOutOfMemory);
+      }
+      return HB_OK;
+    },
+    [](HBContainerFile*, int32_t*) -> uint32_t { return HB_OK; }};
+
+RunHost::ContextHandle::ContextHandle(RunHost& host) : HBContext{&kTable}, host(host) {}
+
+const HBContextTable RunHost::ContextHandle::kTable = {
+    sizeof(HBContextTable),
+    [](HBContext* self, HBXML** document, int32_t*) -> uint32_t {
+      *document = &static_cast<ContextHandle*>(self)->host.parameters;
+      return HB_OK;
+    },
+    [](HBContext* self, uint32_t input, HBXML** document, int32_t* err) -> uint32_t {
+      auto& host = static_cast<ContextHandle*>(self)->host;
+      if (input != 0) return Fail(err, kNoSuchInput);
+      *document = host.executing ? &host.preparedModel : &host.configuredModel;
+      return HB_OK;
+    },
+    [](HBContext* self, uint32_t input, HBIterator** iterator, int32_t* err) -> uint32_t {
+      auto& host = static_cast<ContextHandle*>(self)->host;
+      if (input != 0 || !host.executing) return Fail(err, kNoSuchInput);
+      *iterator = &host.iterator;
+      return HB_OK;
+    },
+    // This host carries out the requirements of every component, asked or not.
+    [](HBContext*, const int32_t*, size_t, int32_t*) -> uint32_t { return HB_OK; },
+    [](HBContext*, int64_t* identifier, int32_t*) -> uint32_t {
+      *identifier = NewIdentifier();
+      return HB_OK;
+    },
+    [](HBContext* self, const char* key, size_t, HBContainerFile** container,
+       int32_t* err) -> uint32_t {
+      if (key == nullptr || key != kResultContainer) return Fail(err, kNoSuchContainer);
+      *container = &static_cast<ContextHandle*>(self)->host.container;
+      return HB_OK;
+    },
+    [](HBContext* self, int32_t type, int32_t code, const char* const* parameters,
+       size_t parameterCount, int32_t* err) -> uint32_t {
+      try {
+        RunMessage message{type == HB_MESSAGE_ERROR, code, {}};
+        for (size_t i = 0; i < parameterCount; ++i) message.parameters.emplace_back(parameters[i]);
+        static_cast<ContextHandle*>(self)->messages.push_back(std::move(message));
+      } catch (const std::bad_alloc&) {
+        return Fail(err, kOutOfMemory);
+      }
+      return HB_OK;
+    }};
+
+RunHost::RunHost(std::string parameters, std::string dataModel)
+    : parameters(std::move(parameters)),
+      configuredModel(std::move(dataModel)),
+      preparedModel(""),
+      context(*this) {}
+
+void RunHost::OfferRecords(std::string preparedText, const RowStore& records) {
+  preparedModel.text = std::move(preparedText);
+  iterator.records = &records;
+  iterator.nextRecord = 0;
+  executing = true;
+}
+
+}  // namespace npar_host

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <npar/host_interface.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "host/data/dataset.h"
+
+namespace npar_host {
+
+/// A message of the component: its code, whether it is an error or a warning, its parameters.
+struct RunMessage {
+  bool isError = false;
+  std::int32_t code = 0;
+  std::vector<std::string> parameters;
+};
+
+/// Told how far a run has come, `done` of `total`; on the thread of the run.
+using ProgressFunction = std::function<void(double done, double total)>;
+
+/// The host's side of one component: the tables of npar/host_interface.h over documents and
+/// records in memory. It outlives the component that it serves.
+class RunHost {
+ public:
+  RunHost(std::string parameters, std::string dataModel);
+  RunHost(const RunHost&) = delete;
+  RunHost& operator=(const RunHost&) = delete;
+
+  [[nodiscard]] HBContext* Context() { return &context; }
+  [[nodiscard]] HBProgress* Progress() { return &progress; }
+
+  /// From here on the component is executing: it gets the data model of the prepared records and
+  /// the records themselves, which stay the caller's.
+  void OfferRecords(std::string preparedModel, const RowStore& records);
+  void ListenToProgress(ProgressFunction listener) { progress.listener = std::move(listener); }
+
+  /// What the component delivered, in order.
+  [[nodiscard]] const std::vector<RunMessage>& Messages() const { return context.messages; }
+  /// The stream that the component put into its container "StatXML"; empty without one.
+  [[nodiscard]] const std::string& Stream() const { return container.stream; }
+
+ private:
+  // The interface's objects hold a table and nothing else; each of these adds the host's own state
+  // behind it, and the table's functions cast back.
+  struct Document : HBXML {
+    explicit Document(std::string text);
+    std::string text;
+    static const HBXMLTable kTable;
+  };
+  struct Iterator : HBIterator {
+    Iterator();
+    const RowStore* records = nullptr;
+    std::size_t nextRecord = 0;  // the record that stands is the one before
+    static const HBIteratorTable kTable;
+  };
+  struct ProgressHandle : HBProgress {
+    ProgressHandle();
+    ProgressFunction listener;
+    static const HBProgressTable kTable;
+  };
+  struct Container : HBContainerFile {
+    Container();
+    std::string stream;
+    static const HBContainerFileTable kTable;
+  };
+  struct ContextHandle : HBContext {
+    explicit ContextHandle(RunHost& host);
+    RunHost& host;
+    std::vector<RunMessage> messages;
+    static const HBContextTable kTable;
+  };
+
+  Document parameters;
+  Document configuredModel;
+  Document preparedModel;
+  bool executing = false;
+  Iterator iterator;
+  ProgressHandle progress;
+  Container container;
+  ContextHandle context;
+};
+
+}  // namespace npar_host

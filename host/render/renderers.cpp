@@ -1,0 +1,23 @@
+#include "host/render/renderers.h"
+
+#include "host/render/text.h"
+
+namespace npar_host {
+namespace {
+
+constexpr Renderer kRenderers[] = {
+    {"text", RenderText},
+};
+
+}  // namespace
+
+std::span<const Renderer> AllRenderers() { return kRenderers; }
+
+const Renderer* FindRenderer(std::string_view name) {
+  for (const Renderer& renderer : kRenderers) {
+    if (renderer.name == name) return &renderer;
+  }
+  return nullptr;
+}
+
+}  // namespace npar_host

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "host/render/result_model.h"
+
+namespace npar_host {
+
+/// One form that a result document can be shown in.
+struct Renderer {
+  const char* name;  // as typed after --as and --report
+  std::string (*render)(const ResultDocument& document);
+};
+
+[[nodiscard]] std::span<const Renderer> AllRenderers();
+/// The renderer of that name, or null.
+[[nodiscard]] const Renderer* FindRenderer(std::string_view name);
+
+}  // namespace npar_host

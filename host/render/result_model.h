@@ -1,0 +1,150 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace npar_host {
+
+struct ResultCategory {
+  std::string value;
+  std::string label;  // empty without one
+};
+
+/// How often a value occurred (a field's category code, or the representative of a bin).
+struct ResultBin {
+  double count = 0.0;
+  double value = 0.0;
+};
+
+/// A named figure in the document's order, as the document writes it. `group` is the name of the
+/// table inside the statistics that holds it ("MinimumRuns"), mostly empty.
+struct ResultStatistic {
+  std::string group;
+  std::string name;
+  std::string text;
+};
+
+/// A table of texts.
+struct ResultTable {
+  std::string name;
+  std::vector<std::string> rowNames;
+  std::vector<std::string> columnNames;
+  std::vector<std::vector<std::string>> rows;
+
+  [[nodiscard]] bool Empty() const { return rows.empty(); }
+};
+
+struct ResultDistribution {
+  std::vector<ResultStatistic> figures;  // "TotalN", "Min", ...
+  std::vector<ResultBin> bins;
+};
+
+struct ResultField {
+  std::string name;
+  std::string label;  // empty without one
+  bool isCategorical = false;
+  std::string dataType;
+  std::vector<ResultCategory> categories;
+  std::optional<ResultDistribution> distribution;
+
+  /// What a person calls the field: its label, or else its name.
+  [[nodiscard]] const std::string& Title() const { return label.empty() ? name : label; }
+};
+
+struct ResultMessage {
+  std::int32_t code = 0;
+  std::string type;  // "error", "warning" or "helpMessage"
+  std::vector<std::string> parameters;
+  std::vector<ResultStatistic> namedParameters;
+};
+
+/// A group of records, or one of several related variables.
+struct ResultGroup {
+  std::vector<std::int32_t> codes;  // category codes of the group field, or the variable's index
+  std::vector<ResultStatistic> figures;  // "N", "MeanOfRank", ...
+  std::vector<ResultBin> bins;
+};
+
+struct ResultOutlier {
+  std::string value;
+  std::string caseId;  // empty without one
+};
+
+struct ResultBoxPlot {
+  std::int32_t code = 0;  // the group's category code
+  std::optional<std::string> meanRank;
+  std::vector<std::string> fiveNumbers;  // fence, quartile, median, quartile, fence; or empty
+  std::vector<ResultOutlier> outliers;
+};
+
+/// Pairwise comparisons, or ranges of the stepwise procedure.
+struct ResultComparison {
+  bool present = false;
+  std::vector<std::int32_t> order;  // group codes or variable indices, by position
+  std::vector<std::string> values;  // mean ranks, medians or the like, by position
+  ResultTable content;              // its first two columns are positions
+};
+
+struct ResultInterval {
+  std::string method;  // empty where the estimate has one method only
+  std::string estimate;
+  std::string lower;
+  std::string upper;
+};
+
+/// One test or estimate.
+struct ResultTest {
+  std::string name;            // "RSign"
+  std::string type;            // "hypothesis_test" or "confidence_interval"
+  std::string classification;  // "One_Sample", "Related_Samples", "Independent_Samples"
+  std::string decision;        // "reject", "retain", "unknown"; empty for estimates
+  std::string conditionKey;
+  std::vector<std::string> conditionParameters;
+  std::vector<ResultMessage> messages;
+  std::vector<ResultStatistic> statistics;
+  std::vector<ResultStatistic> details;    // figures of other tables, such as the runs' parameters
+  std::vector<std::string> unknownValues;  // given category values that the data do not have
+  std::vector<ResultTable> tables;         // observed against hypothesised, cross tables
+  std::vector<ResultInterval> intervals;
+  std::vector<ResultGroup> groups;
+  std::optional<ResultDistribution> differences;  // of pairs, or of one sample's values
+  std::vector<ResultBoxPlot> boxPlots;
+  ResultComparison pairwise;
+  ResultComparison stepwise;
+
+  /// The text of a statistic outside inner tables, or null.
+  [[nodiscard]] const std::string* Statistic(std::string_view name) const;
+  [[nodiscard]] bool Failed() const;
+  /// Indices of the fields that the condition names in parameter `position`; empty where it names
+  /// none that exists.
+  [[nodiscard]] std::vector<std::size_t> ConditionFields(std::size_t position,
+                                                         std::size_t fieldCount) const;
+};
+
+/// A whole run.
+struct ResultDocument {
+  std::string application;
+  std::string applicationVersion;
+  std::string modelId;
+  double totalCount = 0.0;    // records
+  double totalFreq = 0.0;     // their weights
+  double droppedCount = 0.0;  // records with missing values
+  double droppedFreq = 0.0;   // their weights
+  double badWeightCount = 0.0;
+  double sigLevel = 0.05;
+  double confidenceLevel = 0.95;
+  bool listwise = false;
+  std::vector<ResultField> fields;
+  std::vector<ResultTest> tests;
+};
+
+/// Reads a result document; `name` names it in messages. Throws InputError for anything else.
+[[nodiscard]] ResultDocument ReadResultDocument(std::string_view text, std::string_view name);
+
+/// The number that a figure's text spells; nothing for an empty, missing or other text.
+[[nodiscard]] std::optional<double> FigureNumber(std::string_view text);
+
+}  // namespace npar_host

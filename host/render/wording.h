@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/render/result_model.h"
+
+namespace npar_host {
+
+/// Words for what a result document holds, the same in every rendering. Texts from the data are
+/// taken as they are; a rendering escapes them.
+
+/// What a statistician calls the test.
+[[nodiscard]] std::string TestTitle(const ResultTest& test);
+/// The null hypothesis as a sentence; for an estimate, what is estimated.
+[[nodiscard]] std::string Hypothesis(const ResultDocument& document, const ResultTest& test);
+/// The decision as a sentence; empty for an estimate.
+[[nodiscard]] std::string DecisionText(const ResultDocument& document, const ResultTest& test);
+/// The usual name of a figure: "Standardised test statistic" for "StandardTestStatistic".
+[[nodiscard]] std::string FigureLabel(std::string_view name);
+/// The usual name of a table, of its rows and columns, where they are keys of the document.
+[[nodiscard]] std::string TableLabel(std::string_view name);
+
+/// Titles of the fields that the condition names in parameter `position`.
+[[nodiscard]] std::vector<std::string> FieldTitles(const ResultDocument& document,
+                                                   const ResultTest& test, std::size_t position);
+/// The field that divides the records of an independent-samples test into groups, or null.
+[[nodiscard]] const ResultField* GroupField(const ResultDocument& document, const ResultTest& test);
+/// A category's label, or else its value, or else "(unknown)".
+[[nodiscard]] std::string CategoryTitle(const ResultField& field, std::int32_t code);
+/// What the comparisons' positions stand for: categories of the group field, or fields.
+[[nodiscard]] std::string SampleTitle(const ResultDocument& document, const ResultTest& test,
+                                      std::int32_t code);
+
+/// A figure with 6 significant digits; another text as it is, "" for the missing value.
+[[nodiscard]] std::string FigureText(std::string_view text);
+
+}  // namespace npar_host
