@@ -143,7 +143,8 @@ void AddAnalyseCommand(CLI::App& program, int& exitCode) {
       ->add_option("--missing", options->missing,
                    "records with missing values: left out of the "
                    "tests that need them (analysis), or of all (listwise)")
-      ->check(CLI::IsMember({"analysis", "listwise"}))
+      ->check(CLI::IsMember({"analysis", "listwise"}).description(""))
+      ->type_name("analysis|listwise")
       ->capture_default_str();
   command->add_option("--out", options->out, "keep the result document, - for standard output");
   addList("--report", options->reports, "FORM[=FILE]",

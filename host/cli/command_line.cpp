@@ -10,6 +10,7 @@
 
 #include "host/cli/commands.h"
 #include "host/cli/output.h"
+#include "host/data/input_error.h"
 #include "host/data/near_miss.h"
 
 namespace npar_host {
@@ -31,8 +32,8 @@ int Complain(const std::string& text) {
   return kExitUsage;
 }
 
-// A first word that is no command may be a misspelt one.
-std::string CommandSuggestion(const CLI::App& app, int argc, char** argv) {
+// What to say of a first word that is no command; empty where it is one.
+std::string UnknownCommand(const CLI::App& app, int argc, char** argv) {
   if (argc < 2) return {};
   std::vector<std::string> names;
   for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
@@ -40,7 +41,8 @@ std::string CommandSuggestion(const CLI::App& app, int argc, char** argv) {
   for (const std::string& name : names) {
     if (word == name) return {};
   }
-  return word.starts_with('-') ? std::string() : NearMiss(word, names);
+  if (word.starts_with('-')) return {};
+  return "there is no command " + Quoted(word) + NearMiss(word, names);
 }
 
 }  // namespace
@@ -72,7 +74,8 @@ int RunCommandLine(int argc, char** argv) {
         return Complain(failure.what());
       }
     }
-    return Complain(error.what() + CommandSuggestion(app, argc, argv) +
+    const std::string unknown = UnknownCommand(app, argc, argv);
+    return Complain((unknown.empty() ? error.what() : unknown) +
                     "\nRun npar --help or npar COMMAND --help for the usage.");
   } catch (const std::exception& error) {
     return Complain(error.what());
