@@ -1,9 +1,9 @@
 #include "host/loader/run_host.h"
 
-#include <algorithm>
-#include <atomic>
-#include <chrono>
+#include <mutex>
 #include <new>
+#include <random>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -24,19 +24,17 @@ uint32_t Fail(int32_t* err, int32_t code) {
   return HB_FAILED;
 }
 
-// Microseconds since 1970, and above every number given out before. It fits the 53 bits in which a
-// component may keep it as a double.
+// Drawn at random, so that runs in different processes differ too, and never twice in one process.
+// Within 31 bits: components keep it as a signed 32-bit integer.
 int64_t NewIdentifier() {
-  static std::atomic<int64_t> last{0};
-  const int64_t now = std::chrono::duration_cast<std::chrono::microseconds>(
-                          std::chrono::system_clock::now().time_since_epoch())
-                          .count();
-  int64_t previous = last.load();
-  int64_t next = 0;
-  do {
-    next = std::max(now, previous + 1);
-  } while (!last.compare_exchange_weak(previous, next));
-  return next;
+  static std::mutex mutex;
+  static std::random_device random;
+  static std::set<int64_t> given;
+  const std::lock_guard lock(mutex);
+  while (true) {
+    const int64_t identifier = random() & 0x7FFFFFFF;
+    if (identifier > 0 && given.insert(identifier).second) return identifier;
+  }
 }
 
 }  // namespace

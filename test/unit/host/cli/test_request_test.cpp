@@ -97,7 +97,7 @@ TEST(TestRequestTest, BecomesAnEntryOfTheParameterDocument) {
                                             Attribute("typeOfMultipleComparison", "none"))},
       {"categories that hold separators and markup", "mcnemar:success=a\\|b|<\\,>",
        Parameter("RMcNemar", Attribute("classFormation", "givenCategoryList") +
-                                 List("categoriesList", {"a|b", "&lt;,&gt;"}))},
+                                 List("categoriesList", {"a|b", "&lt;,>"}))},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.catches);
