@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "foundation/names.h"
+#include "kit/univariate.h"
+
+/// Compares with a relative tolerance of 100 machine epsilons: -1, 0 or 1. Zero is compared
+/// plainly.
+[[nodiscard]] int CompareClose(double a, double b) noexcept;
+
+/// Box plot of a variable in one group (J. W. Tukey, Exploratory Data Analysis, 1977): the hinges
+/// from a walk over ascending values, then, from another one, the values beyond the fences at 1.5
+/// hinge spreads and the last values inside them.
+///
+/// A value at the lower fence does not become the smallest non-outlier, while one at the upper
+/// fence may: so the rule goes. Where no value qualifies, the smallest non-outlier stays the
+/// group's maximum and the largest its minimum.
+class GroupBoxPlot {
+ public:
+  /// An outlier and its case identifier; the missing value without one.
+  struct Outlier {
+    double value;
+    double caseId;
+  };
+
+  explicit GroupBoxPlot(std::int32_t groupCode) noexcept : groupCode(groupCode) {}
+
+  /// First walk; `totalWeight` is the group's sum of truncated weights, `weight` is not truncated.
+  void TrackValue(double x, double weight, double totalWeight) {
+    summary.TrackHinges(x, weight, totalWeight);
+  }
+  /// Ends it.
+  void FinishHinges();
+  /// Second walk.
+  void ClassifyValue(double x, double caseId);
+
+  [[nodiscard]] std::int32_t GroupCode() const noexcept { return groupCode; }
+  [[nodiscard]] const QDContUnivariateVariable& Summary() const noexcept { return summary; }
+  /// In the order of the walk.
+  [[nodiscard]] const std::vector<Outlier>& HighOutliers() const noexcept { return highOutliers; }
+  [[nodiscard]] const std::vector<Outlier>& LowOutliers() const noexcept { return lowOutliers; }
+  [[nodiscard]] double SmallestNonOutlier() const noexcept { return smallestNonOutlier; }
+  [[nodiscard]] double LargestNonOutlier() const noexcept { return largestNonOutlier; }
+
+ private:
+  std::int32_t groupCode;
+  QDContUnivariateVariable summary;
+  std::vector<Outlier> highOutliers;
+  std::vector<Outlier> lowOutliers;
+  double lowerFence = 0.0;
+  double upperFence = 0.0;
+  double smallestNonOutlier = std::numeric_limits<double>::max();
+  double largestNonOutlier = std::numeric_limits<double>::lowest();
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "planning/test_construction.h"
+
+/// Errors of the entry of a two-group test.
+struct TwoGroupEntryCodes {
+  TestConstruction::TestAndGroupCodes variables;
+  std::int32_t emptyList;             ///< lists are announced and one is empty or absent
+  std::int32_t notTwoCategories = 0;  ///< default groups without exactly two categories; 0: the
+                                      ///< test looks for itself
+};
+
+/// The codes of a test that numbers its errors as most do, from its `base` such as 220700.
+[[nodiscard]] constexpr TwoGroupEntryCodes TwoGroupEntryCodesFrom(std::int32_t base) noexcept {
+  return {{base + 12, base + 13, base + 3, base + 15, base + 14}, base + 1};
+}
+
+/// Finds the variables and the groups of an entry and puts what TwoGroups reads.
+///
+/// Without "userSpecifyGroupList", the groups are the categories 0 and 1, the one of the lower
+/// value first unless the group variable is ordinal. With it, "group1List" and "group2List" hold
+/// values of the group variable; a value that is no category is put as -1.
+TestConstruction::TestAndGroup ResolveTwoGroups(TestConstruction& construction,
+                                                const TwoGroupEntryCodes& codes);
+
+/// Makes the test, asks for what it reads of its variables and gives it to the planner, which
+/// drives it over the records ascending by the test variable.
+template <typename Test>
+QDStatus AddTwoGroupTest(TestConstruction& construction, TestConstruction::TestAndGroup variables) {
+  NPARPlanner& planner = construction.Planner();
+  if (construction.IsOK()) {
+    planner.RegisterStatistic(variables.group, Statistic::Frequencies);
+    planner.RegisterSortedVariable(variables.variable);
+  }
+  planner.AddSortedTest(construction.Make<Test>(), variables.variable, construction.GetStatus());
+  return construction.GetStatus();
+}
