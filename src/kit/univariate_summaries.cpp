@@ -23,19 +23,20 @@ bool QDUnivariateSummaries::Register(std::int32_t variableIndex, std::int32_t st
         variables == nullptr ? nullptr : variables->GetVarAt(variableIndex);
     if (variable == nullptr) return refused;
     const bool isContinuous = variable->GetType() == VariableKind::Continuous;
-    std::unique_ptr<QDUnivariateVariable>& summary = summaries[variableIndex];
-    if (summary == nullptr) {
+    // A summary enters the list when it stands: a lack of memory leaves no empty place.
+    auto found = summaries.find(variableIndex);
+    if (found == summaries.end()) {
+      std::unique_ptr<QDUnivariateVariable> made;
       if (isContinuous) {
-        summary = std::make_unique<QDContUnivariateVariable>(variableIndex, weightIndex);
+        made = std::make_unique<QDContUnivariateVariable>(variableIndex, weightIndex);
       } else if (variable->IsCategorical()) {
-        summary = std::make_unique<QDCateUnivariateVariable>(variableIndex, weightIndex,
-                                                             variable->GetCategoryCount());
+        made = std::make_unique<QDCateUnivariateVariable>(variableIndex, weightIndex,
+                                                          variable->GetCategoryCount());
       }
+      if (made == nullptr) return refused;
+      found = summaries.emplace(variableIndex, std::move(made)).first;
     }
-    if (summary == nullptr) {
-      summaries.erase(variableIndex);
-      return refused;
-    }
+    QDUnivariateVariable* summary = found->second.get();
     const auto asked = static_cast<Statistic>(statistic);
     if (isContinuous &&
         (asked == Statistic::Median || asked == Statistic::Quartiles || asked == Statistic::All)) {
