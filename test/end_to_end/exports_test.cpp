@@ -1,0 +1,370 @@
+#include <gmock/gmock.h>
+
+#include "support/loaded_component.h"
+#include "support/schema.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+// hb_destroy_component frees a component's storage and nothing that it owns, as its hosts expect.
+extern "C" const char* __lsan_default_suppressions() { return "leak:hb_\nleak:NPARComponent"; }
+#endif
+
+namespace {
+
+using Message = RecordingHost::DeliveredMessage;
+using testing::Each;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr char kBinomialTest[] = R"(<Parameters>
+  <Parameter name="missingTreatment" value="analysis"/>
+  <Parameter name="sigLevel" value="0.05"/>
+  <Parameter name="oneSampleVariables"><ListValue><Value value="answer"/></ListValue></Parameter>
+  <Parameter name="isAutomaticallyOneSample" value="false"/>
+  <Parameter name="OBinomial"><StructuredValue><Attribute name="isSelected" value="true"/></StructuredValue></Parameter>
+</Parameters>)";
+
+/// Nine of ten answers are yes.
+struct AnswersHost : RecordingHost {
+  AnswersHost() {
+    parameters = kBinomialTest;
+    fields =
+        "<Field name='number' measure='continuous'/><Field name='answer' measure='nominal'>"
+        "<Value value='yes'/><Value value='no'/></Field>";
+    for (int i = 0; i < 10; ++i) records.push_back({i * 1.5, i == 3 ? 1.0 : 0.0});
+  }
+};
+
+// P(X >= 9) for ten throws of a fair coin: 11 / 2^10, doubled.
+constexpr char kExactP[] = "value=\"0.021484375\"";
+
+std::string WithSelection(const std::string& selection, const std::string& more = {}) {
+  return "<Parameters>" + selection + more + "</Parameters>";
+}
+
+std::string List(const std::string& name, const std::vector<std::string>& values) {
+  std::string text = "<Parameter name='" + name + "'><ListValue>";
+  for (const std::string& value : values) text += "<Value value='" + value + "'/>";
+  return text + "</ListValue></Parameter>";
+}
+
+TEST(Exports, NullArgumentsHaveTheirCodes) {
+  const LoadedLibrary& library = LoadedLibrary::Instance();
+  std::int32_t err = 0;
+  std::size_t size = 0;
+  std::int32_t number = 0;
+  const void* value = nullptr;
+  EXPECT_EQ(library.initialise(nullptr), NPAR_NULL_ARGUMENT);
+  EXPECT_EQ(library.create(nullptr, nullptr, nullptr, &err), NPAR_NULL_ARGUMENT);
+  EXPECT_EQ(library.destroy(nullptr), NPAR_NULL_ARGUMENT);
+  EXPECT_EQ(library.configure(nullptr, &err), NPAR_NULL_ARGUMENT);
+  EXPECT_EQ(library.getDataModel(nullptr, 0, nullptr, 0, &size, &err), NPAR_NULL_ARGUMENT);
+  EXPECT_EQ(library.getExecutionRequirements(nullptr, nullptr, 0, &size, &err), NPAR_NULL_ARGUMENT);
+  EXPECT_EQ(library.getIteratorRequirements(nullptr, &number, &number, &number, &err),
+            NPAR_NULL_ARGUMENT);
+  EXPECT_EQ(library.beginExecution(nullptr, nullptr, &err), NPAR_NULL_ARGUMENT);
+  EXPECT_EQ(library.cancelExecution(nullptr, &err), NPAR_NULL_ARGUMENT);
+  EXPECT_EQ(library.endExecution(nullptr, &err), NPAR_NULL_ARGUMENT);
+  EXPECT_EQ(library.nextRecord(nullptr, &err), NPAR_NULL_ARGUMENT);
+  EXPECT_EQ(library.getRecordValue(nullptr, 0, &value, &size, &err), NPAR_NULL_ARGUMENT);
+  EXPECT_EQ(library.getMessages(nullptr, nullptr, 0, &size, &err), NPAR_NULL_MESSAGE_ARGUMENT);
+  EXPECT_EQ(library.cleanup(), HB_OK);
+}
+
+TEST(Exports, ModuleInformationFillsABufferOfExactlyItsLength) {
+  const LoadedLibrary& library = LoadedLibrary::Instance();
+  RecordingHost host;
+  library.initialise(host.Host());
+  const std::string expected =
+      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ModuleInformation>\n"
+      "  <Module name=\"NPAR\" provider=\"LYRA\" version=\"1.0.0.0\""
+      " copyright=\"Copyright (c) Lyra\" />\n</ModuleInformation>\n";
+  std::string buffer(expected.size() + 1, '?');
+  std::size_t needed = 0;
+  std::int32_t err = 0;
+  EXPECT_EQ(library.getModuleInformation(buffer.data(), expected.size(), &needed, &err),
+            NPAR_BUFFER_TOO_SMALL);
+  EXPECT_EQ(needed, expected.size() + 1);
+  EXPECT_THAT(buffer, Each('?')) << "left alone";
+  EXPECT_EQ(library.getModuleInformation(buffer.data(), needed, &needed, &err), HB_OK);
+  EXPECT_STREQ(buffer.c_str(), expected.c_str());
+}
+
+TEST(Exports, RunPublishesOneClosedStream) {
+  AnswersHost host;
+  LoadedComponent component(host);
+  ASSERT_EQ(component.Configure(), HB_OK) << component.Messages();
+  EXPECT_THAT(host.codes, ElementsAre(21));
+  ASSERT_EQ(component.Begin(), HB_OK) << component.Messages();
+  ASSERT_EQ(host.containers.size(), 1u);
+  EXPECT_EQ(host.containers[0]->key, "StatXML");
+  EXPECT_EQ(host.containers[0]->streamCount, 1u);
+  EXPECT_TRUE(host.containers[0]->isClosed);
+  EXPECT_THAT(host.containers[0]->metadata,
+              testing::AllOf(HasSubstr("value=\"application/vnd.lyra.stat+xml\""),
+                             HasSubstr("value=\"NPARstatxml.xml\"")));
+  EXPECT_THAT(host.Published(), HasSubstr(kExactP));
+  EXPECT_THAT(host.Published(), HasSubstr("Recording host"));
+  EXPECT_TRUE(IsValid(host.Published(), "statxml-7.0.xsd"));
+  EXPECT_EQ(host.OpenDocuments(), 0);
+  EXPECT_EQ(component.End(), HB_OK);
+  EXPECT_EQ(component.err, 0);
+}
+
+TEST(Exports, ComponentRunsAgainAndConfiguresAgain) {
+  AnswersHost host;
+  LoadedComponent component(host);
+  ASSERT_EQ(component.Configure(), HB_OK);
+  ASSERT_EQ(component.Begin(), HB_OK);
+  ASSERT_EQ(component.Begin(), HB_OK) << "without an end in between";
+  ASSERT_EQ(component.End(), HB_OK);
+  ASSERT_EQ(component.Begin(), HB_OK) << "a further run needs no new configuration";
+  ASSERT_EQ(component.End(), HB_OK);
+  ASSERT_EQ(host.containers.size(), 3u);
+  EXPECT_EQ(host.lastIdentifier, 3) << "each run has an identifier of its own";
+  EXPECT_NE(host.containers[0]->text, host.containers[1]->text);
+
+  host.parameters = "<Parameters/>";
+  EXPECT_EQ(component.Configure(), NPAR_NOT_CONFIGURED);
+  EXPECT_EQ(component.Begin(), NPAR_NOT_CONFIGURED);
+  host.parameters = kBinomialTest;
+  EXPECT_EQ(component.Configure(), HB_OK);
+  EXPECT_EQ(component.Begin(), HB_OK);
+  EXPECT_THAT(component.Messages(), Not(HasSubstr("<Message "))) << "those of the last call only";
+}
+
+TEST(Exports, SelectionProblemsFailTheConfigurationWithTheirMessage) {
+  struct Case {
+    const char* catches;
+    std::string parameters;
+    std::int32_t code;
+  };
+  const Case kCases[] = {
+      {"no list at all", WithSelection(""), 220010},
+      {"empty lists", WithSelection(List("relatedVariables", {})), 220010},
+      {"an unknown field", WithSelection(List("oneSampleVariables", {"a", "z"})), 220011},
+      {"an unknown group",
+       WithSelection(List("independentVariables", {"a"}), List("groupVariable", {"z"})), 220011},
+      {"no group", WithSelection(List("independentVariables", {"a"})), 220009},
+      {"an empty group",
+       WithSelection(List("independentVariables", {"a"}), List("groupVariable", {})), 220009},
+      {"the weight as a test field", WithSelection(List("oneSampleVariables", {"a", "w"})), 220008},
+      {"the weight as group",
+       WithSelection(List("independentVariables", {"a"}), List("groupVariable", {"w"})), 220008},
+  };
+  for (const Case& row : kCases) {
+    SCOPED_TRACE(row.catches);
+    RecordingHost host;
+    host.fields = "<Field name='a'/><Field name='b'/><Field name='w' role='frequencyWeight'/>";
+    host.parameters = row.parameters;
+    LoadedComponent component(host);
+    EXPECT_EQ(component.Configure(), NPAR_NOT_CONFIGURED);
+    EXPECT_THAT(host.messages, ElementsAre(Message{3, row.code, {}}));
+    EXPECT_THAT(component.Messages(), HasSubstr("code=\"" + std::to_string(row.code) + "\""));
+    EXPECT_EQ(component.Requirements(), "");
+    EXPECT_THAT(host.codes, IsEmpty()) << "nothing is announced";
+    EXPECT_EQ(component.Begin(), NPAR_NOT_CONFIGURED);
+  }
+}
+
+TEST(Exports, UnreadableDocumentsFailWithWhereAndWhy) {
+  AnswersHost host;
+  LoadedComponent component(host);
+  host.parameters = "<Parameters>\n<Parametre/></Parameters>";
+  EXPECT_EQ(component.Configure(), NPAR_NOT_CONFIGURED);
+  EXPECT_EQ(component.err, 240011);
+  host.parameters = kBinomialTest;
+  host.modelText = "<DataModel>";
+  EXPECT_EQ(component.Configure(), NPAR_NOT_CONFIGURED);
+  EXPECT_EQ(component.err, 240013);
+  host.modelText = "<DataModel/>";
+  EXPECT_EQ(component.Configure(), NPAR_FAILED);
+  EXPECT_EQ(component.err, 240004);
+  EXPECT_THAT(host.messages,
+              ElementsAre(Message{3, 240011, {"line 2, column 1: unknown element 'Parametre'"}},
+                          Message{3, 240013, {"line 1, column 11: Start-end tags mismatch"}},
+                          Message{3, 240004, {}}));
+}
+
+TEST(Exports, DataModelOfTheRunMustCarryItsCounts) {
+  AnswersHost host;
+  host.modelText = "<DataModel>" + host.fields + "</DataModel>";
+  LoadedComponent component(host);
+  ASSERT_EQ(component.Configure(), HB_OK);
+  EXPECT_EQ(component.Begin(), NPAR_FAILED);
+  EXPECT_THAT(
+      host.messages,
+      ElementsAre(Message{3, 240013, {"line 1, column 1: attribute 'recordCount' is missing"}}));
+}
+
+TEST(Exports, RunWithoutRecordsReports240037AndAsksForNoContainer) {
+  AnswersHost host;
+  host.records.clear();
+  LoadedComponent component(host);
+  ASSERT_EQ(component.Configure(), HB_OK);
+  EXPECT_EQ(component.Begin(), NPAR_FAILED);
+  EXPECT_EQ(component.err, 240037);
+  EXPECT_THAT(host.messages, ElementsAre(Message{3, 240037, {}}));
+  EXPECT_EQ(host.CallCount("getOutputContainer"), 0);
+}
+
+TEST(Exports, EveryHostCallThatFailsFailsTheRunWithNothingPublished) {
+  struct Case {
+    const char* entry;
+    std::uint32_t configured;
+    std::uint32_t begun;
+    std::vector<Message> messages;
+  };
+  const std::vector<std::string> kHostCode = {"77"};
+  const Case kCases[] = {
+      {"getParameters", NPAR_NOT_CONFIGURED, HB_OK, {{3, 240010, {}}}},
+      {"getDataModel", NPAR_NOT_CONFIGURED, HB_OK, {{3, 240012, {}}}},
+      {"setCodes", 55, HB_OK, {}},
+      {"getInputIterator", HB_OK, NPAR_NULL_ARGUMENT, {}},
+      {"rewind", HB_OK, NPAR_FAILED, {{3, 240014, kHostCode}}},
+      {"readBlock", HB_OK, NPAR_FAILED, {{3, 240014, kHostCode}}},
+      {"getOutputContainer", HB_OK, 55, {}},
+      {"putStream", HB_OK, 55, {}},
+      {"getInformation", HB_OK, HB_OK, {}},  // an unnamed host is served all the same
+      {"newIdentifier", HB_OK, HB_OK, {}},
+      {"report", HB_OK, HB_OK, {}},
+      {"release", HB_OK, HB_OK, {}},
+      {"close", HB_OK, HB_OK, {}},
+  };
+  for (const Case& row : kCases) {
+    SCOPED_TRACE(row.entry);
+    AnswersHost host;
+    LoadedComponent component(host);
+    host.FailCall(row.entry, 1, 55);
+    const std::uint32_t configured = component.Configure();
+    EXPECT_EQ(configured, row.configured);
+    if (configured == HB_OK) {
+      EXPECT_EQ(component.Begin(), row.begun);
+      EXPECT_EQ(host.Published().empty(), row.begun != HB_OK);
+    }
+    EXPECT_EQ(host.messages, row.messages);
+
+    EXPECT_EQ(component.Configure(), HB_OK) << "the same component serves on";
+    EXPECT_EQ(component.Begin(), HB_OK);
+    EXPECT_THAT(host.containers.back()->text, HasSubstr(kExactP));
+  }
+}
+
+TEST(Exports, RecordsThatBreakOffLaterFailTheRun) {
+  AnswersHost host;
+  host.iteratorTable.readBlock = nullptr;
+  LoadedComponent component(host);
+  ASSERT_EQ(component.Configure(), HB_OK);
+  host.FailCall("next", 6);
+  EXPECT_EQ(component.Begin(), NPAR_FAILED);
+  EXPECT_THAT(host.messages, ElementsAre(Message{3, 240014, {"77"}}));
+  EXPECT_EQ(host.Published(), "");
+}
+
+TEST(Exports, HostsAnswerToAMessageEndsTheCall) {
+  RecordingHost host;
+  LoadedComponent component(host);
+  host.FailCall("deliverMessage", 1, 55);
+  EXPECT_EQ(component.Configure(), 55u);
+}
+
+TEST(Exports, OlderTablesAreServedAsFarAsTheyReach) {
+  AnswersHost host;
+  host.contextTable.size = offsetof(HBContextTable, deliverMessage);
+  host.iteratorTable.size = offsetof(HBIteratorTable, readBlock);
+  host.xmlTable.size = offsetof(HBXMLTable, release);
+  host.hostTable.size = offsetof(HBHostTable, getInformation);
+  host.progressTable.size = offsetof(HBProgressTable, report);
+  host.containerTable.size = offsetof(HBContainerFileTable, close);
+  LoadedComponent component(host);
+  ASSERT_EQ(component.Configure(), HB_OK);
+  ASSERT_EQ(component.Begin(), HB_OK) << component.Messages();
+  EXPECT_THAT(host.containers.at(0)->text, HasSubstr(kExactP));
+  for (const char* entry :
+       {"deliverMessage", "readBlock", "release", "getInformation", "report", "close"}) {
+    EXPECT_EQ(host.CallCount(entry), 0) << entry;
+  }
+  // With one entry less there is no way to publish.
+  host.contextTable.size = offsetof(HBContextTable, getOutputContainer);
+  EXPECT_EQ(component.Begin(), NPAR_NO_HELPER);
+}
+
+TEST(Exports, BothRoadsToTheRecordsGiveTheSameDocument) {
+  AnswersHost blocks;
+  AnswersHost records;
+  records.iteratorTable.readBlock = nullptr;
+  for (RecordingHost* host :
+       {static_cast<RecordingHost*>(&blocks), static_cast<RecordingHost*>(&records)}) {
+    LoadedComponent component(*host);
+    ASSERT_EQ(component.Configure(), HB_OK);
+    ASSERT_EQ(component.Begin(), HB_OK);
+  }
+  EXPECT_EQ(records.Published(), blocks.Published());
+  EXPECT_GT(records.CallCount("getValue"), 0);
+  EXPECT_EQ(blocks.CallCount("getValue"), 0);
+}
+
+TEST(Exports, ProgressGoesUpFrom25To90) {
+  AnswersHost host;
+  LoadedComponent component(host);
+  ASSERT_EQ(component.Configure(), HB_OK);
+  ASSERT_EQ(component.Begin(), HB_OK);
+  ASSERT_THAT(host.progress, Not(IsEmpty()));
+  EXPECT_TRUE(std::is_sorted(host.progress.begin(), host.progress.end()));
+  EXPECT_GE(host.progress.front(), 25.0);
+  EXPECT_LE(host.progress.back(), 90.0);
+  ASSERT_EQ(LoadedLibrary::Instance().beginExecution(component.Handle(), nullptr, &component.err),
+            HB_OK)
+      << "without a progress handle";
+}
+
+TEST(Exports, CancelEndsTheRunWithCode1AndTheNextRunIsFree) {
+  AnswersHost host;
+  LoadedComponent component(host);
+  ASSERT_EQ(component.Configure(), HB_OK);
+  bool isFirst = true;
+  host.onRecords = [&] {
+    if (!std::exchange(isFirst, false)) return;
+    std::int32_t err = 0;
+    EXPECT_EQ(LoadedLibrary::Instance().cancelExecution(component.Handle(), &err), HB_OK);
+  };
+  EXPECT_EQ(component.Begin(), NPAR_FAILED);
+  EXPECT_THAT(host.messages, ElementsAre(Message{3, 1, {}}));
+  EXPECT_EQ(host.CallCount("getOutputContainer"), 0);
+  EXPECT_EQ(component.Begin(), HB_OK);
+}
+
+TEST(Exports, QueriesAnswerForAComponentWithOneInputAndNoOutputRecords) {
+  const LoadedLibrary& library = LoadedLibrary::Instance();
+  AnswersHost host;
+  LoadedComponent component(host);
+  ASSERT_EQ(component.Configure(), HB_OK);
+  std::int32_t inputs = 0;
+  std::int32_t passes = 0;
+  std::int32_t order = 7;
+  EXPECT_EQ(
+      library.getIteratorRequirements(component.Handle(), &inputs, &passes, &order, &component.err),
+      HB_OK);
+  EXPECT_EQ(inputs, 1);
+  EXPECT_EQ(passes, NPAR_READ_REPEATEDLY);
+  EXPECT_EQ(order, NPAR_STORED_ORDER);
+  char buffer[100];
+  std::size_t needed = 0;
+  EXPECT_EQ(
+      library.getDataModel(component.Handle(), 0, buffer, sizeof buffer, &needed, &component.err),
+      HB_OK);
+  EXPECT_STREQ(buffer, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<DataModel />\n");
+  EXPECT_EQ(library.nextRecord(component.Handle(), &component.err), HB_END_OF_RECORDS);
+}
+
+TEST(Exports, AbsentErrorCodeIsNoReasonToFail) {
+  const LoadedLibrary& library = LoadedLibrary::Instance();
+  AnswersHost host;
+  LoadedComponent component(host);
+  EXPECT_EQ(library.configure(component.Handle(), nullptr), HB_OK);
+  EXPECT_EQ(library.beginExecution(component.Handle(), nullptr, nullptr), HB_OK);
+  EXPECT_EQ(library.endExecution(component.Handle(), nullptr), HB_OK);
+}
+
+}  // namespace

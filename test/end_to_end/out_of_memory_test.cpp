@@ -1,0 +1,100 @@
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <new>
+
+#include "support/loaded_component.h"
+
+// Every allocation of this program, and of the libraries that it loads, comes through here.
+namespace {
+
+thread_local long allocationsLeft = -1;  // negative: none shall fail
+
+void* Allocate(std::size_t size) {
+  if (allocationsLeft >= 0 && allocationsLeft-- == 0) throw std::bad_alloc();
+  if (void* place = std::malloc(size == 0 ? 1 : size)) return place;
+  throw std::bad_alloc();
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) { return Allocate(size); }
+void* operator new[](std::size_t size) { return Allocate(size); }
+void operator delete(void* place) noexcept { std::free(place); }
+void operator delete[](void* place) noexcept { std::free(place); }
+void operator delete(void* place, std::size_t) noexcept { std::free(place); }
+void operator delete[](void* place, std::size_t) noexcept { std::free(place); }
+
+namespace {
+
+struct AnswersHost : RecordingHost {
+  AnswersHost() {
+    parameters =
+        "<Parameters><Parameter name='oneSampleVariables'><ListValue><Value value='answer'/>"
+        "<Value value='score'/></ListValue></Parameter>"
+        "<Parameter name='isAutomaticallyOneSample' value='true'/></Parameters>";
+    fields =
+        "<Field name='answer' measure='nominal'><Value value='yes'/><Value value='no'/></Field>"
+        "<Field name='score' measure='continuous'/>";
+    for (int i = 0; i < 30; ++i) records.push_back({i % 3 == 0 ? 1.0 : 0.0, i * i * 0.1});
+  }
+};
+
+std::uint32_t ConfigureAndRun(LoadedComponent& component) {
+  const std::uint32_t configured = component.Configure();
+  return configured != HB_OK ? configured : component.Begin();
+}
+
+TEST(OutOfMemory, AnyAllocationMayFailAndTheComponentServesOn) {
+  AnswersHost calm;
+  LoadedComponent steady(calm);
+  ASSERT_EQ(ConfigureAndRun(steady), HB_OK) << steady.Messages();
+  const std::string expected = calm.Published();
+
+  int failedRuns = 0;
+  bool isReached = true;
+  for (long count = 0; isReached; ++count) {
+    SCOPED_TRACE(count);
+    AnswersHost host;
+    LoadedComponent component(host);
+    ASSERT_TRUE(component.IsMade());
+    allocationsLeft = count;
+    const std::uint32_t result = ConfigureAndRun(component);
+    isReached = allocationsLeft < 0;
+    allocationsLeft = -1;
+    if (result != HB_OK) {
+      ++failedRuns;
+      EXPECT_EQ(host.Published(), "");
+    } else if (host.Published() != expected) {
+      // What a single test lacked is told with that test; anything else could be done without, as
+      // the buffer of a stable sort.
+      EXPECT_THAT(host.Published(), testing::HasSubstr("name=\"type\" value=\"error\""));
+    }
+    host.containers.clear();
+    host.lastIdentifier = 0;
+    ASSERT_EQ(ConfigureAndRun(component), HB_OK) << component.Messages();
+    EXPECT_EQ(host.Published(), expected);
+  }
+  EXPECT_GT(failedRuns, 100);
+}
+
+TEST(OutOfMemory, ComponentThatCannotBeMadeIs240001) {
+  const LoadedLibrary& library = LoadedLibrary::Instance();
+  AnswersHost host;
+  library.initialise(host.Host());
+  std::uint32_t result = NPAR_FAILED;
+  long count = 0;
+  for (; result != HB_OK; ++count) {
+    void* component = nullptr;
+    std::int32_t err = 0;
+    allocationsLeft = count;
+    result = library.create(host.Context(), nullptr, &component, &err);
+    allocationsLeft = -1;
+    EXPECT_EQ(result, component == nullptr ? NPAR_FAILED : HB_OK);
+    EXPECT_EQ(err, component == nullptr ? 240001 : 0);
+    if (component != nullptr) library.destroy(component);
+  }
+  EXPECT_GT(count, 1) << "at least the first allocation was needed";
+}
+
+}  // namespace
