@@ -1,0 +1,214 @@
+#include "report/result_writer.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <sstream>
+
+#include "report/elements.h"
+#include "support/matchers.h"
+#include "support/variables.h"
+
+namespace {
+
+using QDXML_700::QDCategory;
+using QDXML_700::QDContVar;
+using QDXML_700::VariableRole;
+
+/// The document of a run over these rows; every variable whose kind has a summary gets one.
+std::string DocumentOf(const QDVarList& variables, std::vector<std::vector<double>> rows,
+                       std::vector<std::unique_ptr<XMLElement>> tests, const NPARRunInfo& runInfo,
+                       std::int32_t caseIdIndex = -1) {
+  MemoryBlocks records(std::move(rows));
+  QDUnivariateSummaries summaries(&records, &variables);
+  const std::int32_t weightIndex = variables.GetFreqWeightVariable();
+  summaries.SetWeightVariable(weightIndex);
+  for (std::int32_t index = 0; index < variables.Size(); ++index) {
+    for (const Statistic statistic :
+         {Statistic::Distribution, Statistic::MeanStdDev, Statistic::Frequencies}) {
+      static_cast<void>(summaries.Register(index, static_cast<std::int32_t>(statistic)));
+    }
+  }
+  EXPECT_THAT(summaries.Run(), IsOk());
+  const UnivariateResults univariates(&summaries);
+  NPARResultWriter writer(&variables, &univariates, std::move(tests), false, 0.05, 0.95,
+                          weightIndex, caseIdIndex);
+  std::ostringstream stream;
+  EXPECT_THAT(writer.Write(stream, 4294967296, runInfo), IsOk());
+  return stream.str();
+}
+
+TEST(ResultWriter, AnEmptyRunIsAWholeDocumentWithDefaults) {
+  EXPECT_EQ(DocumentOf(QDVarList(), {}, {}, NPARRunInfo()),
+            R"(<?xml version="1.0" encoding="UTF-8"?>
+<StatXML xmlns="urn:lyra:statxml:extension:7.0" xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" version="1.0" xsi:schemaLocation="urn:lyra:statxml:extension:7.0 statxml-7.0.xsd">
+ <PMMLModel modelID="4294967296" modelType="NonParametricTests">
+  <PredictiveSummary/>
+ </PMMLModel>
+ <DescriptiveModel modelID="4294967296">
+  <DescriptiveSummary>
+   <Counts totalFreq="0" totalCount="0" droppedCount="0" badWeightCount="0" droppedFreq="0"/>
+  </DescriptiveSummary>
+ </DescriptiveModel>
+ <Extension extender="lyra.example">
+  <NPAROutput>
+   <Header copyright="Copyright (c) Lyra">
+    <Application name="NonparametricTests"/>
+   </Header>
+   <DataDictionary numberOfFields="0"/>
+   <NonParametricTests number="0" sigLevel="0.05" confidenceLevel="0.95" missingTreatment="listwise"/>
+   <FieldInfos/>
+  </NPAROutput>
+ </Extension>
+</StatXML>
+)");
+}
+
+// Fields of every kind and storage; a weight and a case identifier, which no summary shows; a field
+// without a positive count; text that must be escaped. Mean of 1, 1, -1: 1/3; the squares about it
+// sum to 8/3, over 2 degrees of freedom.
+TEST(ResultWriter, FieldsTestsAndDistributionsAreWrittenInFull) {
+  QDVarList variables;
+  const auto add = [&](const char* name, const char* label, VariableKind kind, StorageKind storage,
+                       VariableRole role) {
+    variables.Add(std::make_unique<QDContVar>(name, label, kind, storage, role, variables.Size()));
+  };
+  const auto addCategorical = [&](const char* name, VariableKind kind, StorageKind storage,
+                                  std::vector<QDCategory> categories) {
+    variables.Add(std::make_unique<QDCatVar>(name, "", kind, storage, VariableRole::Input,
+                                             variables.Size(), false, std::move(categories)));
+  };
+  add("x", "Size <cm>", VariableKind::Continuous, StorageKind::Real, VariableRole::Input);
+  add("w", "", VariableKind::Continuous, StorageKind::Integer, VariableRole::FrequencyWeight);
+  add("id", "", VariableKind::Continuous, StorageKind::Real, VariableRole::CaseId);
+  add("day", "", VariableKind::Continuous, StorageKind::Date, VariableRole::Input);
+  add("other", "", VariableKind::Other, StorageKind::Timestamp, VariableRole::Input);
+  addCategorical("g;\"h\"", VariableKind::StringCategory, StorageKind::String,
+                 {{"a;b", 0.0, "Label"}, {"c", 0.0, ""}});
+  addCategorical("n", VariableKind::NumericCategory, StorageKind::Real, {{"2.5", 2.5, ""}});
+  addCategorical("t", VariableKind::NumericCategory, StorageKind::Time, {});
+  variables.SetCounts(
+      {.unweighted = 2, .weighted = 3, .dropped = 4, .badWeight = 5.5, .weightedDropped = 6});
+
+  std::vector<std::unique_ptr<XMLElement>> tests;
+  tests.push_back(CreateAlgorithm("B", "t", "c", "retain"));
+  tests.push_back(CreateAlgorithm("A", "t", "c", ""));
+  NPARRunInfo runInfo;
+  runInfo.applicationName = "App & Co";
+  runInfo.applicationVersion = "1.2";
+  runInfo.copyright = "(c) them";
+  const std::string document =
+      DocumentOf(variables,
+                 {{1.0, 2.0, 7.0, QDMV::gMissingValue, 1.0, 1.0, -1.0, -1.0},
+                  {-1.0, 1.0, 8.0, QDMV::gMissingValue, 1.0, 0.0, -1.0, -1.0}},
+                 std::move(tests), runInfo, 2);
+
+  EXPECT_EQ(document.substr(document.find("  <DescriptiveSummary>")),
+            R"(  <DescriptiveSummary>
+   <Counts totalFreq="3" totalCount="2" droppedCount="4" badWeightCount="5.5" droppedFreq="6"/>
+  </DescriptiveSummary>
+ </DescriptiveModel>
+ <Extension extender="lyra.example">
+  <NPAROutput>
+   <Header copyright="(c) them">
+    <Application name="App &amp; Co" version="1.2"/>
+   </Header>
+   <DataDictionary numberOfFields="8">
+    <DataField index="0" name="x" displayName="Size &lt;cm&gt;" optype="continuous" dataType="double"/>
+    <DataField index="1" name="w" optype="continuous" dataType="double"/>
+    <DataField index="2" name="id" optype="continuous" dataType="double"/>
+    <DataField index="3" name="day" optype="continuous" dataType="dateDaysSince[1970]"/>
+    <DataField index="4" name="other" optype="continuous" dataType="dateTimeSecondsSince[1970]"/>
+    <DataField index="5" name="g;&quot;h&quot;" optype="categorical" dataType="string">
+     <Value index="0" value="a\;b" displayValue="Label" property="valid"/>
+     <Value index="1" value="c" property="valid"/>
+    </DataField>
+    <DataField index="6" name="n" optype="categorical" dataType="double">
+     <Value index="0" value="2.5" property="valid"/>
+    </DataField>
+    <DataField index="7" name="t" optype="categorical" dataType="timeSeconds"/>
+   </DataDictionary>
+   <NonParametricTests number="2" sigLevel="0.05" confidenceLevel="0.95" missingTreatment="listwise">
+    <Algorithm name="B" type="t" classification="c" decision="retain"/>
+    <Algorithm name="A" type="t" classification="c"/>
+   </NonParametricTests>
+   <FieldInfos>
+    <FieldInfo varIndex="0">
+     <StructuredTable name="ContinuousDistribution">
+      <Attribute name="TotalN" value="3"/>
+      <Attribute name="Min" value="-1"/>
+      <Attribute name="Max" value="1"/>
+      <Attribute name="Mean" value="0.333333333333333"/>
+      <Attribute name="StdDev" value="1.15470053837925"/>
+      <SimpleTable name="Interval">
+       <RowNames>count;value</RowNames>
+       <ColumnNames/>
+       <Row>1;2</Row>
+       <Row>-1;1</Row>
+      </SimpleTable>
+     </StructuredTable>
+    </FieldInfo>
+    <FieldInfo varIndex="3">
+     <StructuredTable name="ContinuousDistribution">
+      <Attribute name="TotalN" value="0"/>
+      <Attribute name="Min" value="nan"/>
+      <Attribute name="Max" value="nan"/>
+      <Attribute name="Mean" value="0"/>
+      <Attribute name="StdDev" value="0"/>
+     </StructuredTable>
+    </FieldInfo>
+    <FieldInfo varIndex="5">
+     <StructuredTable name="CategoricalDistribution">
+      <Attribute name="TotalN" value="3"/>
+      <SimpleTable name="Interval">
+       <RowNames>count;value</RowNames>
+       <ColumnNames/>
+       <Row>1;2</Row>
+       <Row>0;1</Row>
+      </SimpleTable>
+     </StructuredTable>
+    </FieldInfo>
+    <FieldInfo varIndex="6">
+     <StructuredTable name="CategoricalDistribution">
+      <Attribute name="TotalN" value="0"/>
+     </StructuredTable>
+    </FieldInfo>
+    <FieldInfo varIndex="7">
+     <StructuredTable name="CategoricalDistribution">
+      <Attribute name="TotalN" value="0"/>
+     </StructuredTable>
+    </FieldInfo>
+   </FieldInfos>
+  </NPAROutput>
+ </Extension>
+</StatXML>
+)");
+}
+
+TEST(ResultWriter, AHundredThousandCategoriesTakeNoQuadraticTime) {
+  constexpr int kCategories = 100000;
+  std::vector<double> numbers(kCategories);
+  for (int i = 0; i < kCategories; ++i) numbers[static_cast<std::size_t>(i)] = i;
+  const QDVarList variables = VariableListBuilder().NominalNumbers("n", numbers).Build();
+  std::vector<std::vector<double>> rows;
+  for (const double code : numbers) rows.push_back({code});
+  const auto start = std::chrono::steady_clock::now();
+  const std::string document = DocumentOf(variables, std::move(rows), {}, NPARRunInfo());
+  const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+  EXPECT_NE(document.find("index=\"99999\" value=\"99999\""), std::string::npos);
+  // Linear work takes a tenth of a second; quadratic work 10^10 steps, many times this bound.
+  EXPECT_LT(taken.count(), 5.0);
+}
+
+TEST(ResultWriter, AStreamThatTakesNothingIsNoSuccess) {
+  const QDVarList variables;
+  const QDUnivariateSummaries summaries(nullptr, &variables);
+  const UnivariateResults univariates(&summaries);
+  NPARResultWriter writer(&variables, &univariates, {}, true, 0.05, 0.95, -1, -1);
+  std::ostringstream stream;
+  stream.setstate(std::ios::badbit);
+  EXPECT_THAT(writer.Write(stream, 1, NPARRunInfo()), HasCode(220012));
+}
+
+}  // namespace
