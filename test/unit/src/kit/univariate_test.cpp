@@ -101,7 +101,7 @@ struct EdgeCase {
 
 const EdgeCase kEdgeCases[] = {
     {"no zero inside: equal steps, the last edge past the top", 1, 5, 4, {2, 3, 4, 6}},
-    {"zero inside: its own edge, the step after the next one two widths wide",
+    {"zero already an edge: it stands twice, and the step after the next is two widths wide",
      -1,
      3,
      4,
@@ -125,7 +125,7 @@ TEST(Histogram, EdgesFollowTheRule) {
 
 TEST(Histogram, ZeroInsideTheRangeMakesOneMoreOfFourHundredBins) {
   QDContUnivariateVariable histogram;
-  histogram.SetRange(-1.0, 1.0, QDContUnivariateVariable::kBinCount);
+  histogram.SetRange(-1.0, 2.0, QDContUnivariateVariable::kBinCount);
   const std::vector<double>& edges = histogram.GetBinUpperEdges();
   EXPECT_EQ(edges.size(), 401u);
   EXPECT_EQ(std::count(edges.begin(), edges.end(), 0.0), 1);

@@ -1,0 +1,130 @@
+#pragma once
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <vector>
+
+#include "foundation/names.h"
+
+/// What the ranks of one group came to.
+struct RankGroup {
+  struct Entry {
+    double rank;
+    double weight;
+  };
+
+  double rankSum = 0.0;   ///< sum of rank times weight
+  double minRank = -1.0;  ///< below 0: no rank yet
+  double maxRank = 0.0;
+  std::vector<Entry> ranks;  ///< one for each value, ascending; only where they were asked for
+};
+
+/// Mid-ranks of values that arrive in ascending order: AddValue for each, CloseRun once, then the
+/// readers. The values are not kept.
+///
+/// Values within 1e-14 of the first value of a run (absolute, whatever the scale) tie; so drift
+/// inside a run is measured against its start. An entry of weight w stands for w records that share
+/// their rank: ranks depend on the weight without its fraction, rank sums on the weight as it is.
+///
+/// Group keys that are small whole numbers are found by their value, others through a map.
+class NPARRank {
+ public:
+  /// What is kept beyond the sums.
+  struct Keep {
+    bool ranks = false;       ///< RankGroup::ranks
+    bool tiedValues = false;  ///< GetTiedValues
+  };
+
+  NPARRank() = default;
+  explicit NPARRank(Keep keep) : keep(keep) {}
+  NPARRank(const NPARRank&) = default;
+  NPARRank(NPARRank&&) = default;
+  NPARRank& operator=(const NPARRank&) = default;
+  NPARRank& operator=(NPARRank&&) = default;
+  virtual ~NPARRank() = default;
+
+  /// Back to the start, for another round of the same kind.
+  void Reset();
+
+  /// Takes a value that is not below the one before. Throws std::bad_alloc.
+  QDStatus AddValue(double value, double weight, double groupKey) {
+    const std::int64_t counted = TruncateToInt32(weight);
+    if (isFirstValue) {
+      isFirstValue = false;
+      runValue = value;
+      runWeight = counted;
+    } else if (std::abs(value - runValue) < kTieTolerance) {
+      runWeight += counted;
+    } else {
+      CloseRun();
+      runValue = value;
+      ranksBelow += runWeight;
+      runWeight = counted;
+      run.clear();
+    }
+    run.push_back({weight, PlaceOf(groupKey)});
+    return status;
+  }
+
+  /// Gives the last run its ranks; AddValue does so for all runs before it. Call it once.
+  void CloseRun() {
+    const double rank = static_cast<double>(runWeight + 1) * 0.5 + static_cast<double>(ranksBelow);
+    for (const RunEntry& entry : run) {
+      RankGroup& group = groups[entry.group];
+      if (rank > group.maxRank) group.maxRank = rank;
+      if (group.minRank > rank || group.minRank < 0.0) group.minRank = rank;
+      group.rankSum += rank * entry.weight;
+      if (keep.ranks) group.ranks.push_back({rank, entry.weight});
+    }
+    if (runWeight >= 2) NoteTie();
+  }
+
+  /// The group of that key; one that got no value is made and holds no ranks. Good until Reset.
+  RankGroup& GroupEntry(double groupKey) { return groups[PlaceOf(groupKey)]; }
+  /// Sum of t^3 - t over the runs of weight t, t at least 2. A single entry of weight 2 or more
+  /// counts as a tie.
+  [[nodiscard]] double TieSum() const noexcept { return tieSum; }
+  /// Those runs' first values and weights; only where they were asked for.
+  [[nodiscard]] const std::map<double, std::int64_t>& GetTiedValues() const noexcept {
+    return tiedValues;
+  }
+
+ private:
+  static constexpr double kTieTolerance = 1e-14;
+  static constexpr double kSmallKeys = 65536.0;
+  static constexpr std::size_t kNoPlace = ~std::size_t{0};
+
+  struct RunEntry {
+    double weight;
+    std::size_t group;
+  };
+
+  [[nodiscard]] std::size_t PlaceOf(double groupKey) {
+    if (groupKey >= 0.0 && groupKey < kSmallKeys) {
+      const auto slot = static_cast<std::size_t>(groupKey);
+      if (static_cast<double>(slot) == groupKey && slot < placeOfSmallKey.size() &&
+          placeOfSmallKey[slot] != kNoPlace) {
+        return placeOfSmallKey[slot];
+      }
+    }
+    return FindPlace(groupKey);
+  }
+  [[nodiscard]] std::size_t FindPlace(double groupKey);
+  void NoteTie();
+
+  Keep keep;
+  QDStatus status;
+  std::deque<RankGroup> groups;  // in order of first use; a deque, so that references stay good
+  std::map<double, std::size_t> placeOfKey;
+  std::vector<std::size_t> placeOfSmallKey;
+  std::map<double, std::int64_t> tiedValues;
+  double tieSum = 0.0;
+  std::int64_t runWeight = 0;
+  std::int64_t ranksBelow = 0;
+  double runValue = 0.0;
+  std::vector<RunEntry> run;
+  bool isFirstValue = true;
+};

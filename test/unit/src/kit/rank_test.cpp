@@ -1,0 +1,147 @@
+#include "kit/rank.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "kit/signed_ranks.h"
+#include "support/matchers.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+struct Entry {
+  double value;
+  double weight;
+  double group;
+};
+
+struct RankCase {
+  const char* catches;
+  std::vector<Entry> entries;
+  double rankSum0, rankSum1;  // of the groups 0 and 1
+  double tieSum;
+};
+
+// By hand.
+const RankCase kRankCases[] = {
+    {"no entry", {}, 0, 0, 0},
+    {"mid-rank of a run over two groups",
+     {{1, 1, 0}, {2, 1, 0}, {2, 1, 1}, {3, 1, 1}},
+     3.5,
+     6.5,
+     6},
+    {"a weight shares its rank", {{5, 3, 0}}, 6, 0, 24},
+    {"weight 3 after 5 units has rank 7", {{1, 5, 1}, {2, 3, 0}}, 21, 15, 144},
+    {"within 1e-14 one run", {{1, 1, 0}, {1 + 1e-15, 1, 1}}, 1.5, 1.5, 6},
+    {"beyond it two", {{1, 1, 0}, {1 + 2e-14, 1, 1}}, 1, 2, 0},
+    {"exactly 1e-14 away is another run", {{0, 1, 0}, {1e-14, 1, 1}}, 1, 2, 0},
+    {"drift is measured from the first of the run",
+     {{0, 1, 0}, {6e-15, 1, 0}, {1.2e-14, 1, 1}},
+     3,
+     3,
+     6},
+    {"a fraction of a weight counts in the sum alone", {{1, 1.9, 0}, {2, 1, 1}}, 1.9, 2, 0},
+    {"weight below 1 takes no place", {{1, 0.5, 0}, {2, 1, 1}}, 0.25, 1, 0},
+};
+
+TEST(Rank, SumsAndTiesFollowTheRuns) {
+  for (const RankCase& row : kRankCases) {
+    SCOPED_TRACE(row.catches);
+    NPARRank ranks;
+    for (int round = 0; round < 2; ++round) {  // a reset ranker starts anew
+      for (const Entry& entry : row.entries) {
+        ASSERT_THAT(ranks.AddValue(entry.value, entry.weight, entry.group), IsOk());
+      }
+      ranks.CloseRun();
+      EXPECT_EQ(ranks.GroupEntry(0).rankSum, row.rankSum0);
+      EXPECT_EQ(ranks.GroupEntry(1).rankSum, row.rankSum1);
+      EXPECT_EQ(ranks.TieSum(), row.tieSum);
+      ranks.Reset();
+    }
+  }
+}
+
+TEST(Rank, KeepsListsOnlyWhereAsked) {
+  NPARRank sums;
+  NPARRank lists(NPARRank::Keep{.ranks = true, .tiedValues = true});
+  for (NPARRank* ranks : {&sums, &lists}) {
+    for (const Entry& entry : {Entry{1, 1, 7}, {2, 1, 7}, {2, 1, 8}, {9, 0, 7}}) {
+      ASSERT_THAT(ranks->AddValue(entry.value, entry.weight, entry.group), IsOk());
+    }
+    ranks->CloseRun();
+    EXPECT_EQ(ranks->GroupEntry(7).minRank, 1.0);
+    EXPECT_EQ(ranks->GroupEntry(7).maxRank, 3.5);  // of the entry without weight, after 3 units
+    EXPECT_EQ(ranks->GroupEntry(8).minRank, ranks->GroupEntry(8).maxRank);
+  }
+  EXPECT_THAT(sums.GroupEntry(7).ranks, IsEmpty());
+  EXPECT_THAT(sums.GetTiedValues(), IsEmpty());
+  EXPECT_THAT(lists.GetTiedValues(), ElementsAre(Pair(2.0, 2)));
+  std::vector<std::pair<double, double>> kept;
+  for (const auto& entry : lists.GroupEntry(7).ranks) kept.emplace_back(entry.rank, entry.weight);
+  EXPECT_THAT(kept, ElementsAre(Pair(1.0, 1.0), Pair(2.5, 1.0), Pair(3.5, 0.0)));
+}
+
+TEST(Rank, AnyKeyNamesAGroupAndAnUnseenOneIsEmpty) {
+  NPARRank ranks;
+  const std::vector<double> keys = {-1.0, 0.0, 0.5, 65535.0, 65536.0, 1e300};
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    ASSERT_THAT(ranks.AddValue(static_cast<double>(i), 1.0, keys[i]), IsOk());
+  }
+  ranks.CloseRun();
+  RankGroup& unseen = ranks.GroupEntry(3.0);
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    EXPECT_EQ(ranks.GroupEntry(keys[i]).rankSum, static_cast<double>(i + 1)) << keys[i];
+  }
+  EXPECT_EQ(unseen.rankSum, 0.0);
+  EXPECT_LT(unseen.minRank, 0.0);
+}
+
+TEST(Rank, ACopyGoesOnWithTheRunThatIsOpen) {
+  NPARRank ranks;
+  ASSERT_THAT(ranks.AddValue(1.0, 1.0, 0.0), IsOk());
+  NPARRank copy = ranks;
+  ASSERT_THAT(copy.AddValue(1.0, 1.0, 1.0), IsOk());
+  copy.CloseRun();
+  ranks.CloseRun();
+  EXPECT_EQ(copy.GroupEntry(0.0).rankSum, 1.5);
+  EXPECT_EQ(ranks.GroupEntry(0.0).rankSum, 1.0);
+}
+
+TEST(Rank, SumsOfWeightsGoBeyondThirtyTwoBits) {
+  NPARRank ranks;
+  for (const double value : {1.0, 2.0, 3.0}) {
+    ASSERT_THAT(ranks.AddValue(value, 2147483647.0, value), IsOk());
+  }
+  ranks.CloseRun();
+  EXPECT_EQ(ranks.GroupEntry(3.0).minRank, 2.0 * 2147483647.0 + 1073741824.0);
+}
+
+// Hollander and Wolfe (1999), Nonparametric Statistical Methods, table 3.1: the depression scores,
+// first less second visit, signed-rank sum 40 of 45.
+TEST(SignedRanks, SplitTheRanksOfSizesBySign) {
+  SignedRanks ranks;
+  ranks.Reserve(9);
+  for (const double d : {0.952, -0.147, 1.022, 0.43, 0.62, 0.59, 0.49, -0.08, 0.01}) {
+    ranks.Add(d, 1.0);
+  }
+  ranks.Rank();
+  EXPECT_EQ(ranks.PositiveRankSum(), 40.0);
+  EXPECT_EQ(ranks.NegativeRankSum(), 5.0);
+  EXPECT_EQ(ranks.TieSum(), 0.0);
+}
+
+TEST(SignedRanks, AWeightThatComesLateLeavesTheEarlierOnesAtOne) {
+  SignedRanks ranks;
+  ranks.Add(2.0, 1.0);
+  ranks.Add(-1.0, 3.0);
+  ranks.Add(-2.0, 1.0);
+  ranks.Rank();
+  EXPECT_EQ(ranks.PositiveRankSum(), 4.5);
+  EXPECT_EQ(ranks.NegativeRankSum(), 3 * 2.0 + 4.5);
+  EXPECT_EQ(ranks.TieSum(), 24.0 + 6.0);
+}
+
+}  // namespace
