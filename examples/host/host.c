@@ -73,8 +73,8 @@ static uint32_t Next(HBIterator* self, int32_t* err) {
   return ++((Records*)self)->position < kRecords ? HB_OK : HB_END_OF_RECORDS;
 }
 
-static uint32_t GetValue(HBIterator* self, size_t fieldIndex, const void** value,
-                         size_t* valueSize, int32_t* err) {
+static uint32_t GetValue(HBIterator* self, size_t fieldIndex, const void** value, size_t* valueSize,
+                         int32_t* err) {
   (void)err;
   *value = &kSleep[((Records*)self)->position][fieldIndex];
   *valueSize = sizeof(double);
@@ -143,9 +143,9 @@ static uint32_t GetOutputContainer(HBContext* self, const char* key, size_t coun
   return HB_OK;
 }
 
-static const HBContextTable kContextTable = {
-    sizeof(HBContextTable), GetParameters, GetDataModel,       GetInputIterator,
-    SetCodes,               NewIdentifier, GetOutputContainer, NULL};
+static const HBContextTable kContextTable = {sizeof(HBContextTable), GetParameters, GetDataModel,
+                                             GetInputIterator,       SetCodes,      NewIdentifier,
+                                             GetOutputContainer,     NULL};
 static HBContext context = {&kContextTable};
 
 static uint32_t GetInformation(HBHost* self, HBHostInformation* information, int32_t* err) {
