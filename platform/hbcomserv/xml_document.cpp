@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <charconv>
 #include <pugixml.hpp>
 
 #include "foundation/host_helpers.h"
@@ -24,6 +25,29 @@ std::string PlaceAt(std::string_view text, std::size_t offset) {
   return "line " + std::to_string(line) + ", column " + std::to_string(column);
 }
 
+/// Characters of XML 1.0.
+bool IsXmlCharacter(std::uint32_t code) {
+  if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
+  const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
+  return !isSurrogate && code != 0xFFFE && code != 0xFFFF && code <= 0x10FFFF;
+}
+
+/// Length in bytes of the UTF-8 character that the text, which is not empty, starts with; 0 for
+/// what is no UTF-8 or no character of XML.
+std::size_t CharacterLength(std::string_view text) {
+  constexpr std::uint32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};  // longer forms are refused
+  const auto first = static_cast<unsigned char>(text[0]);
+  if (first < 0x80) return IsXmlCharacter(first) ? 1 : 0;
+  const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+  if (first < 0xC0 || first > 0xF4 || text.size() < length) return 0;
+  std::uint32_t code = first & (0xFFU >> (length + 1));
+  for (const char byte : text.substr(1, length - 1)) {
+    if ((static_cast<unsigned char>(byte) & 0xC0) != 0x80) return 0;
+    code = (code << 6) | (static_cast<unsigned char>(byte) & 0x3F);
+  }
+  return code >= kSmallest[length] && IsXmlCharacter(code) ? length : 0;
+}
+
 /// Is what follows an '&' one of the references that XML knows without a document type?
 bool IsKnownReference(std::string_view rest) {
   const std::string_view name = rest.substr(0, rest.find(';'));
@@ -33,10 +57,11 @@ bool IsKnownReference(std::string_view rest) {
   }
   if (name.size() < 2 || name[0] != '#') return false;
   const bool isHex = name[1] == 'x';
-  const std::string_view digits = name.substr(isHex ? 2 : 1);
-  return !digits.empty() &&
-         digits.find_first_not_of(isHex ? "0123456789abcdefABCDEF" : "0123456789") ==
-             std::string_view::npos;
+  const char* end = name.data() + name.size();
+  std::uint32_t code = 0;
+  const auto [stop, error] =
+      std::from_chars(name.data() + (isHex ? 2 : 1), end, code, isHex ? 16 : 10);
+  return error == std::errc() && stop == end && IsXmlCharacter(code);
 }
 
 struct Problem {
@@ -44,9 +69,14 @@ struct Problem {
   const char* what = nullptr;
 };
 
-/// Looks for what the parser would pass over in silence: a document type and references to
-/// entities, which only a document type could define.
+/// Looks for what the parser would pass over in silence: what is no text, a document type, and
+/// references to entities, which only a document type could define.
 Problem FindUnsupported(std::string_view text) {
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t length = CharacterLength(text.substr(at));
+    if (length == 0) return {at, "not a character of UTF-8 and XML"};
+    at += length;
+  }
   struct Quiet {
     std::string_view begin, end;
   };

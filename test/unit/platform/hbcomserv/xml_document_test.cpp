@@ -31,6 +31,15 @@ TEST(XMLDocument, RefusesWhatIsNoPlainXmlAndSaysWhere) {
        "line 2, column 8: unknown entity"},
       {"an ampersand by itself", "<a>R & D</a>", "line 1, column 6: unknown entity"},
       {"a number reference without digits", "<a>&#x;</a>", "line 1, column 4: unknown entity"},
+      {"a reference to no character", "<a>&#0;</a>", "line 1, column 4: unknown entity"},
+      {"a reference past the last character", "<a>&#x110000;</a>",
+       "line 1, column 4: unknown entity"},
+      {"a zero byte, which would end the text", std::string("<a/>\0<b/>", 9),
+       "line 1, column 5: not a character"},
+      {"Latin-1", "<a b='caf\xE9'/>", "line 1, column 10: not a character"},
+      {"a character in too many bytes", "<a>\xC0\xBC</a>", "line 1, column 4: not a character"},
+      {"half of a surrogate pair", "<a>\xED\xA0\x80</a>", "line 1, column 4: not a character"},
+      {"a character cut short by the end", "<a/>\xE2\x82", "line 1, column 5: not a character"},
       {"a second root", "<a/>\n<b/>", "line 2, column 1: a second root element"},
       {"one level too deep", Nested(201), "line 1, column 601: elements nest too deep"},
       {"a depth that would end a recursive reader", Nested(200000),
@@ -45,6 +54,15 @@ TEST(XMLDocument, RefusesWhatIsNoPlainXmlAndSaysWhere) {
     EXPECT_FALSE(document.root());
   }
   EXPECT_EQ(host.OpenDocuments(), 0);
+}
+
+TEST(XMLDocument, ReadsCharactersOfEveryLength) {
+  RecordingHost host;
+  const std::string text =
+      "\x7F \xC2\x80 \xE0\xA0\x80 \xED\x9F\xBF \xF0\x90\x80\x80 \xF4\x8F\xBF\xBF";
+  const XMLDocument document(host.Document("<a b='" + text + "'/>"));
+  ASSERT_EQ(document.problem(), "");
+  EXPECT_EQ(document.root().attribute("b"), text);
 }
 
 TEST(XMLDocument, ReadsWhatLooksLikeTroubleInQuietPlaces) {
