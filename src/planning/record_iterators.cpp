@@ -93,15 +93,24 @@ void InitialDataReader::Prepare(int recordWidth) {
 QDStatus InitialDataReader::Keep(const double* row) {
   if (weightIndex >= 0 && !(row[weightIndex] <= kLargestWeight)) return QDStatus(kWeightTooLarge);
   if (IsAnyMissing(row, marks)) return QDStatus();
-  if (count == capacity) {
-    const std::size_t doubles =
-        static_cast<std::size_t>(BlockSize()) * static_cast<std::size_t>(width);
-    blocks.push_back(std::make_unique_for_overwrite<double[]>(doubles));
-    capacity += BlockSize();
-  }
-  std::copy_n(row, width, blocks.back().get() + (count & (BlockSize() - 1)) * width);
+  if (count == capacity) AddBlocks();
+  std::copy_n(row, width, Place(count));
   ++count;
   return QDStatus();
+}
+
+void InitialDataReader::AddBlocks() {
+  constexpr std::size_t kLargestPiece = std::size_t{4} << 20;  // doubles
+  const std::size_t blockDoubles =
+      static_cast<std::size_t>(BlockSize()) * static_cast<std::size_t>(width);
+  const std::size_t mostBlocks = kLargestPiece / std::max<std::size_t>(blockDoubles, 1);
+  const std::size_t added =
+      std::clamp<std::size_t>(blocks.size(), 1, std::max<std::size_t>(mostBlocks, 1));
+  pieces.push_back(MakeLargeArray<double>(added * blockDoubles));
+  for (std::size_t i = 0; i < added; ++i) {
+    blocks.push_back(pieces.back().get() + i * blockDoubles);
+  }
+  capacity += static_cast<std::int64_t>(added) * BlockSize();
 }
 
 NParMemoIterator::NParMemoIterator(const InitialDataReader* reader) : reader(reader) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/large_array.h"
 #include "kit/sorted_data.h"
 #include "planning/missing.h"
 
@@ -15,7 +16,7 @@
 inline constexpr std::size_t kRowsAtOnce = 256;
 
 /// Reads every record of a source once and keeps it: blocks of records, doubles side by side, that
-/// are allocated whole and never move. All records of a source have the width of the first.
+/// never move. All records of a source have the width of the first.
 class InitialDataReader {
  public:
   static constexpr std::int32_t kBlockSize = 2048;
@@ -31,19 +32,23 @@ class InitialDataReader {
   [[nodiscard]] std::int64_t Count() const noexcept { return count; }
   /// Doubles in a record.
   [[nodiscard]] int Width() const noexcept { return width; }
-  [[nodiscard]] const double* Row(std::int64_t number) const noexcept {
-    return blocks[static_cast<std::size_t>(number >> blockShift)].get() +
-           (number & (BlockSize() - 1)) * width;
-  }
+  [[nodiscard]] const double* Row(std::int64_t number) const noexcept { return Place(number); }
 
  private:
   [[nodiscard]] std::int64_t BlockSize() const noexcept { return std::int64_t{1} << blockShift; }
+  [[nodiscard]] double* Place(std::int64_t number) const noexcept {
+    return blocks[static_cast<std::size_t>(number >> blockShift)] +
+           (number & (BlockSize() - 1)) * width;
+  }
   QDStatus ReadRecords();
   QDStatus ReadBlocks(IRecordBlocks& blockSource);
   void Prepare(int recordWidth);
   QDStatus Keep(const double* row);
+  void AddBlocks();
 
-  std::vector<std::unique_ptr<double[]>> blocks;
+  std::vector<double*> blocks;
+  /// Memory of the blocks: each piece holds as many as there were before, up to a limit.
+  std::vector<LargeArray<double>> pieces;
   std::int64_t count = 0;
   std::int64_t capacity = 0;
   int blockShift;
