@@ -1,0 +1,296 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <limits>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "foundation/math.h"
+
+namespace {
+
+using QDMath_700::PowerStatus;
+using QDMath_700::QDDistFun;
+using QDMath_700::QDPower;
+using Arguments = std::vector<double>;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kTolerance = 1e-12;  // what foundation/math.h promises
+
+double Bin(double x, double n, double p) {
+  std::int32_t error = -1;
+  const double value = QDDistFun::CdfBin(x, n, p, error);
+  EXPECT_EQ(error, std::isnan(value) ? 1 : 0);
+  return value;
+}
+
+double Hyper(double x, double n, double k, double total) {
+  std::int32_t error = -1;
+  const double value = QDDistFun::CDFHyper(x, n, k, total, error);
+  EXPECT_EQ(error, std::isnan(value) ? 1 : 0);
+  return value;
+}
+
+struct Function {
+  std::size_t arity;
+  std::function<double(const Arguments&)> call;
+};
+
+const std::map<std::string, Function> kFunctions = {
+    {"CdfStdNorm", {1, [](const Arguments& a) { return QDDistFun::CdfStdNorm(a[0]); }}},
+    {"SfStdNorm", {1, [](const Arguments& a) { return QDDistFun::SfStdNorm(a[0]); }}},
+    {"CdfNorm", {3, [](const Arguments& a) { return QDDistFun::CdfNorm(a[0], a[1], a[2]); }}},
+    {"IdfStdNorm", {1, [](const Arguments& a) { return QDDistFun::IdfStdNorm(a[0]); }}},
+    {"CdfChi", {2, [](const Arguments& a) { return QDDistFun::CdfChi(a[0], a[1]); }}},
+    {"SfChi", {2, [](const Arguments& a) { return QDDistFun::SfChi(a[0], a[1]); }}},
+    {"IdfChi", {2, [](const Arguments& a) { return QDDistFun::IdfChi(a[0], a[1]); }}},
+    {"IdfF", {3, [](const Arguments& a) { return QDDistFun::IdfF(a[0], a[1], a[2]); }}},
+    {"IdfBeta", {3, [](const Arguments& a) { return QDDistFun::IdfBeta(a[0], a[1], a[2]); }}},
+    {"CdfBin", {3, [](const Arguments& a) { return Bin(a[0], a[1], a[2]); }}},
+    {"CDFHyper", {4, [](const Arguments& a) { return Hyper(a[0], a[1], a[2], a[3]); }}},
+    {"lyradnlgam", {1, [](const Arguments& a) { return QDDistFun::lyradnlgam(a[0]); }}},
+};
+
+struct Reference {
+  std::string row;
+  std::string function;
+  Arguments arguments;
+  long double value;
+};
+
+// The rows of distributions.csv of one function.
+std::vector<Reference> References(const std::string& function) {
+  std::ifstream file(std::string(NPAR_SOURCE_DIR) + "/test/support/references/distributions.csv");
+  std::vector<Reference> references;
+  for (std::string line; std::getline(file, line);) {
+    if (!line.starts_with(function + ",")) continue;
+    std::istringstream cells(line.substr(function.size() + 1));
+    Reference reference{line, function, {}, 0};
+    std::string cell;
+    for (std::size_t i = 0; i < kFunctions.at(function).arity; ++i) {
+      std::getline(cells, cell, ',');
+      reference.arguments.push_back(std::strtod(cell.c_str(), nullptr));
+    }
+    std::getline(cells, cell);
+    reference.value = std::strtold(cell.c_str(), nullptr);
+    references.push_back(reference);
+  }
+  return references;
+}
+
+class DistributionReferences : public testing::TestWithParam<std::string> {};
+
+TEST_P(DistributionReferences, AreMetToTwelveDigits) {
+  const std::vector<Reference> references = References(GetParam());
+  ASSERT_GE(references.size(), 6U);
+  for (const Reference& reference : references) {
+    const double value = kFunctions.at(GetParam()).call(reference.arguments);
+    const auto distance =
+        static_cast<double>(std::fabs(value - reference.value) / std::fabs(reference.value));
+    std::array<char, 160> figures;
+    std::snprintf(figures.data(), figures.size(), "computed %.17g, reference %.17Lg, distance %.3g",
+                  value, reference.value, distance);
+    EXPECT_TRUE(distance <= kTolerance) << reference.row << "\n" << figures.data();
+  }
+}
+
+std::vector<std::string> FunctionNames() {
+  std::vector<std::string> names;
+  for (const auto& [name, function] : kFunctions) names.push_back(name);
+  return names;
+}
+
+INSTANTIATE_TEST_SUITE_P(Distributions, DistributionReferences, testing::ValuesIn(FunctionNames()),
+                         [](const auto& info) { return info.param; });
+
+TEST(DistributionsTest, NotANumberInAnyPlaceGivesNotANumber) {
+  for (const auto& [name, function] : kFunctions) {
+    for (std::size_t place = 0; place < function.arity; ++place) {
+      Arguments arguments(function.arity, 0.5);
+      arguments[place] = kNaN;
+      EXPECT_TRUE(std::isnan(function.call(arguments))) << name << " argument " << place;
+    }
+  }
+}
+
+struct EdgeCase {
+  const char* function;
+  Arguments arguments;
+  double expected;
+};
+
+const EdgeCase kEdges[] = {
+    {"CdfStdNorm", {-kInfinity}, 0.0},
+    {"CdfStdNorm", {kInfinity}, 1.0},
+    {"SfStdNorm", {kInfinity}, 0.0},
+    {"SfStdNorm", {-40.0}, 1.0},
+    {"CdfNorm", {1.0, 0.0, 0.0}, kNaN},
+    {"CdfNorm", {1.0, 0.0, -1.0}, kNaN},
+    {"CdfNorm", {1.0, kInfinity, 1.0}, kNaN},
+    {"CdfNorm", {kInfinity, 0.0, 1.0}, 1.0},
+    {"IdfStdNorm", {0.0}, -kInfinity},
+    {"IdfStdNorm", {1.0}, kInfinity},
+    {"IdfStdNorm", {0.5}, 0.0},
+    {"IdfStdNorm", {-1e-300}, kNaN},
+    {"IdfStdNorm", {1.0 + 1e-15}, kNaN},
+    {"CdfChi", {-1.0, 3.0}, 0.0},
+    {"CdfChi", {0.0, 3.0}, 0.0},
+    {"CdfChi", {kInfinity, 3.0}, 1.0},
+    {"CdfChi", {1.0, 0.0}, kNaN},
+    {"CdfChi", {1.0, kInfinity}, kNaN},
+    {"SfChi", {-1.0, 3.0}, 1.0},
+    {"SfChi", {kInfinity, 3.0}, 0.0},
+    {"SfChi", {1e300, 3.0}, 0.0},
+    {"SfChi", {1e308, 1e-300}, 0.0},
+    {"SfChi", {1.0, -2.0}, kNaN},
+    {"IdfChi", {0.0, 3.0}, 0.0},
+    {"IdfChi", {1.0, 3.0}, kInfinity},
+    {"IdfChi", {0.3, 1e-10}, 0.0},
+    {"IdfChi", {1.1, 3.0}, kNaN},
+    {"IdfChi", {0.5, 0.0}, kNaN},
+    {"IdfF", {0.0, 2.0, 3.0}, 0.0},
+    {"IdfF", {1.0, 2.0, 3.0}, kInfinity},
+    {"IdfF", {0.9, 2.0, 1e-10}, kInfinity},
+    {"IdfF", {0.5, 0.0, 3.0}, kNaN},
+    {"IdfF", {0.5, 3.0, 0.0}, kNaN},
+    {"IdfF", {-0.1, 2.0, 3.0}, kNaN},
+    {"IdfBeta", {0.0, 2.0, 3.0}, 0.0},
+    {"IdfBeta", {1.0, 2.0, 3.0}, 1.0},
+    {"IdfBeta", {0.5, 2.0, -3.0}, kNaN},
+    {"IdfBeta", {0.5, kInfinity, 3.0}, kNaN},
+    {"CdfBin", {-1.0, 25.0, 0.5}, 0.0},
+    {"CdfBin", {-1e-9, 25.0, 0.5}, 0.0},
+    {"CdfBin", {25.0, 25.0, 0.5}, 1.0},
+    {"CdfBin", {1e300, 25.0, 0.5}, 1.0},
+    {"CdfBin", {24.999, 25.0, 0.5}, 1.0 - 0x1p-25},
+    {"CdfBin", {0.0, 0.0, 0.5}, 1.0},
+    {"CdfBin", {3.0, 25.0, 0.0}, 1.0},
+    {"CdfBin", {24.0, 25.0, 1.0}, 0.0},
+    {"CdfBin", {1.0, 2.5, 0.5}, kNaN},
+    {"CdfBin", {1.0, -2.0, 0.5}, kNaN},
+    {"CdfBin", {1.0, kInfinity, 0.5}, kNaN},
+    {"CdfBin", {1.0, 2.0, 1.5}, kNaN},
+    {"CDFHyper", {-1.0, 5.0, 5.0, 10.0}, 0.0},
+    {"CDFHyper", {1.0, 7.0, 5.0, 10.0}, 0.0},  // two of seven cannot be missed
+    {"CDFHyper", {5.0, 7.0, 5.0, 10.0}, 1.0},
+    {"CDFHyper", {0.0, 0.0, 0.0, 0.0}, 1.0},
+    {"CDFHyper", {1.0, 11.0, 5.0, 10.0}, kNaN},
+    {"CDFHyper", {1.0, 5.0, 11.0, 10.0}, kNaN},
+    {"CDFHyper", {1.0, 2.5, 5.0, 10.0}, kNaN},
+    {"lyradnlgam", {1.0}, 0.0},
+    {"lyradnlgam", {2.0}, 0.0},
+    {"lyradnlgam", {0.0}, kNaN},
+    {"lyradnlgam", {-0.5}, kNaN},
+    {"lyradnlgam", {kInfinity}, kInfinity},
+};
+
+TEST(DistributionsTest, EdgesOfTheDomainHaveExactAnswers) {
+  for (const EdgeCase& row : kEdges) {
+    const double value = kFunctions.at(row.function).call(row.arguments);
+    EXPECT_TRUE(std::isnan(row.expected) ? std::isnan(value) : value == row.expected)
+        << row.function << " of " << testing::PrintToString(row.arguments) << " is " << value;
+  }
+}
+
+TEST(DistributionsTest, TailsAddUpToOneAndNormalIsSymmetric) {
+  for (const double x : {-8.0, -1.0, 0.0, 0.25, 3.0, 37.0}) {
+    EXPECT_NEAR(QDDistFun::CdfStdNorm(x) + QDDistFun::SfStdNorm(x), 1.0, 1e-15);
+    EXPECT_EQ(QDDistFun::CdfStdNorm(x), QDDistFun::SfStdNorm(-x));
+    EXPECT_EQ(QDDistFun::CdfStdNorm(x), QDDistFun::CdfNorm(10 + 4 * x, 10, 4));
+  }
+  for (const double df : {1e-10, 0.7, 39.9, 40.1, 1e6, 1e12}) {
+    for (const double ratio : {1e-8, 0.5, 1.0, 1.0000001, 2.0}) {
+      const double x = df * ratio;
+      EXPECT_NEAR(QDDistFun::CdfChi(x, df) + QDDistFun::SfChi(x, df), 1.0, 1e-15);
+    }
+  }
+}
+
+TEST(DistributionsTest, ChiSquareQuantileIsTheInverseOfItsDistributionFunction) {
+  for (const double df : {0.75, 1.0, 39.0, 41.0, 1e5}) {
+    for (const double p : {1e-100, 1e-5, 0.1, 0.5, 0.9}) {
+      // dp / p is df / 2 dx / x at most: x rounded to a double moves p by that much.
+      const double tolerance = p * (1e-13 + df * 3e-16);
+      EXPECT_NEAR(QDDistFun::CdfChi(QDDistFun::IdfChi(p, df), df), p, tolerance) << p << " " << df;
+    }
+  }
+}
+
+TEST(DistributionsTest, QuantilesOfFAndBetaAndTheBinomialTailAgree) {
+  for (const double k : {0.0, 3.0, 19.0, 20.0, 500.0}) {
+    const double n = 1000.0;
+    for (const double p : {1e-9, 0.025, 0.5, 0.975}) {
+      const double x = QDDistFun::IdfBeta(p, k + 1, n - k);
+      const double f = QDDistFun::IdfF(p, 2 * (k + 1), 2 * (n - k));
+      EXPECT_NEAR(f * (k + 1) / (n - k), x / (1 - x), 1e-13 * x / (1 - x));
+      EXPECT_NEAR(QDDistFun::IdfF(1 - p, 2 * (n - k), 2 * (k + 1)), 1 / f, (2e-16 / p + 1e-13) / f);
+      EXPECT_NEAR(1.0 - Bin(k, n, x), p, 1e-12) << k << " " << p;
+    }
+  }
+}
+
+TEST(DistributionsTest, HypergeometricCountIsTheSameWithDrawnAndMarkedExchanged) {
+  for (const double x : {2.0, 30.0, 55.0, 70.0}) {
+    EXPECT_NEAR(Hyper(x, 200, 700, 2500), Hyper(x, 700, 200, 2500), 1e-15);
+    // What is not drawn: marked items left are k less those drawn.
+    EXPECT_NEAR(Hyper(x, 200, 700, 2500), 1.0 - Hyper(699.0 - x, 2300, 700, 2500), 1e-15);
+  }
+}
+
+TEST(DistributionsTest, TailOfAHypergeometricCountIsTheSameSummedAndIntegrated) {
+  // Variance just below and just above 1e10, where the method changes: 1.6e11 / 16 = 1e10.
+  const double sd = 1e5;
+  const double below = Hyper(4e10 - 5 * sd, 8e10, 8e10, 1.6e11 - 2);
+  const double above = Hyper(4e10 - 5 * sd, 8e10, 8e10, 1.6e11 + 2);
+  EXPECT_NEAR(below / above, 1.0, 1e-3);  // the expectations differ by one
+  EXPECT_NE(below, above);
+}
+
+struct PowerCase {
+  double x, value;
+  PowerStatus status;
+};
+
+TEST(PowerTest, ExponentTellsUnderflowAndOverflow) {
+  const PowerCase kCases[] = {
+      {0.0, 1.0, PowerStatus::Success},
+      {709.0, 8.2184074615549724e307, PowerStatus::Success},
+      {709.78, 1.7928227943945155e308, PowerStatus::Success},
+      {709.79, kInfinity, PowerStatus::Overflow},
+      {kInfinity, kInfinity, PowerStatus::Overflow},
+      {kNaN, kInfinity, PowerStatus::Overflow},
+      {-745.13, 4.9406564584124654e-324, PowerStatus::Success},
+      {-745.14, 0.0, PowerStatus::Underflow},
+      {-kInfinity, 0.0, PowerStatus::Underflow},
+  };
+  for (const PowerCase& row : kCases) {
+    double value = -1.0;
+    EXPECT_EQ(QDPower::Exponent(row.x, value), row.status) << row.x;
+    EXPECT_DOUBLE_EQ(value, row.value) << row.x;
+  }
+}
+
+TEST(PowerTest, AlmostEqualIncludesTheToleranceAndRefusesNotANumber) {
+  EXPECT_TRUE(QDPower::AlmostEqual(1.0, 1.5, 0.5));
+  EXPECT_FALSE(QDPower::AlmostEqual(1.0, 1.5, 0.49999));
+  EXPECT_TRUE(QDPower::AlmostEqual(-2.0, -2.0, 0.0));
+  EXPECT_FALSE(QDPower::AlmostEqual(kNaN, kNaN, 1.0));
+  EXPECT_FALSE(QDPower::AlmostEqual(1.0, 1.0, kNaN));
+}
+
+TEST(PowerTest, EvenIntegersAreWholeMultiplesOfTwo) {
+  for (const double x : {0.0, -0.0, 2.0, -4.0, 0x1p60}) EXPECT_TRUE(QDPower::IsEvenInteger(x)) << x;
+  for (const double x : {1.0, -3.0, 2.5, 0x1p52 + 1, kNaN, kInfinity}) {
+    EXPECT_FALSE(QDPower::IsEvenInteger(x)) << x;
+  }
+}
+
+}  // namespace
