@@ -1,8 +1,14 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
 #include <memory>
+#include <pugixml.hpp>
 
+#include "host/cli/command_line.h"
 #include "host/cli/commands.h"
 #include "host/cli/execution.h"
+#include "host/data/input_error.h"
+#include "host/data/near_miss.h"
 
 namespace npar_host {
 namespace {
@@ -19,13 +25,47 @@ struct RunOptions {
   std::string out = "-";
 };
 
+std::string PlaceOf(const NamedText& document, std::ptrdiff_t offset) {
+  return PlaceInText(document.name, document.text, static_cast<std::size_t>(offset));
+}
+
+// The component would refuse it too, but does not know the file's name.
+pugi::xml_document ParseParameters(const NamedText& parameters) {
+  pugi::xml_document xml;
+  const auto parsed = xml.load_buffer(parameters.text.data(), parameters.text.size());
+  if (!parsed) {
+    throw InputError(PlaceOf(parameters, parsed.offset) + ": " + parsed.description() +
+                     "; give a well-formed XML document");
+  }
+  return xml;
+}
+
+// The component says that a field does not exist, but not which.
+void NameUnknownFields(const NamedText& parameters, const pugi::xml_document& xml,
+                       const std::vector<std::string>& columns) {
+  for (const char* key : {"oneSampleVariables", "relatedVariables", "independentVariables",
+                          "groupVariable", "caseIDField"}) {
+    const auto parameter = xml.first_child().find_child_by_attribute("Parameter", "name", key);
+    for (const pugi::xpath_node found : parameter.select_nodes("@value | ListValue/Value/@value")) {
+      const std::string field = found.attribute().value();
+      if (std::ranges::find(columns, field) != columns.end()) continue;
+      std::fprintf(stderr, "npar: %s: the data have no field %s%s\n",
+                   PlaceOf(parameters, found.parent().offset_debug()).c_str(),
+                   Quoted(field).c_str(), NearMiss(field, columns).c_str());
+    }
+  }
+}
+
 int Run(const RunOptions& options) {
   const NamedText parameters = ReadDocument(options.parameters);
+  const pugi::xml_document parametersXml = ParseParameters(parameters);
   const NamedText model =
       options.model.empty() ? NamedText{"", "<DataModel/>"} : ReadDocument(options.model);
   Execution execution(options.execution);
   if (const auto document = execution.Run(parameters, model)) {
     execution.PublishResult(options.out, *document);
+  } else if (execution.ExitCode() == kExitRefused) {
+    NameUnknownFields(parameters, parametersXml, execution.Columns());
   }
   return execution.ExitCode();
 }
