@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "kit/multiple_comparisons.h"
+#include "kit/record_weight.h"
+#include "kit/success_categories.h"
+#include "kit/test.h"
+#include "planning/planner.h"
+
+/// Cochran's Q test: do k related binary fields have the same share of successes?
+///
+/// T_j is the weight of the successes of field j, R the number of successes of a record with weight
+/// w, N = sum w, A = sum T_j, B = sum T_j^2:
+///   D = k A - sum w R^2,  Q = (k - 1) (k B - A^2) / D, 0 for D = 0
+///   sig = P(chi-square with k - 1 degrees of freedom > Q)
+/// No continuity correction, no exact value. Pairwise, two fields differ by (T_i - T_j) / N with
+/// the standard error sqrt(2 (k sum w R - sum w R^2) / (N^2 k (k - 1))); stepwise, Q is taken over
+/// the fields of a range. Success is what kit/success_categories.h says. One pass, and one for each
+/// step.
+///
+/// Source: W. G. Cochran, Biometrika 37 (1950); L. A. Marascuilo, M. McSweeney, Psychological
+/// Bulletin 67 (1967), for the pairs.
+class NPARCochransQ final : public NPARTest {
+ public:
+  /// Takes the settings over, not the variables.
+  NPARCochransQ(QDSettings* settings, const QDVarList* variables);
+
+  void SetSharedData(UnivariateResults* data) override { sharedData = data; }
+  /// Errors 221206, 221209, 221210, 221213, 221214: no split, or too few fields.
+  QDStatus BeginPass() override;
+  QDStatus ProcessRecord(const Record& record) override;
+  bool NeedsAnotherPass() override;
+  /// Errors 220003: no success at all; 221210: all fields always, or never, a success.
+  QDStatus EndPass() override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  XMLElement* WriteResults() override;
+
+ private:
+  enum class Stage { Overall, StepDownAhead, StepDown, Done };
+  void ReadSettings();
+  void StartStepDown();
+  void EndOverall();
+  void ComparePairs();
+  /// Q and its significance over samples with successes T, where sum w R^2 counts these samples
+  /// only.
+  [[nodiscard]] static RangeFigures ComputeQ(const std::vector<std::int64_t>& counts,
+                                             std::int64_t sumRSquared);
+  /// T of a field by its index in the data. The table is read at that index as long as it has one
+  /// there.
+  [[nodiscard]] std::int64_t CountOf(std::int32_t variable) const;
+
+  UnivariateResults* sharedData = nullptr;
+  RecordWeight weight;
+  double sigLevel = 0.05;
+  std::vector<std::int32_t> tested;
+  bool userSpecifyGroupList = false;
+  std::vector<double> successNumbers;
+  std::vector<std::string> successTexts;
+  SuccessCategories categories;
+  MultipleComparison comparison;
+  Stage stage = Stage::Overall;
+  std::int64_t totalN = 0;
+  std::vector<std::int64_t> successCounts;  // T by place
+  std::int64_t sumR = 0;
+  std::int64_t sumRSquared = 0;
+  RangeFigures overall;
+  std::vector<std::int64_t> rangeSumRSquared;  // by place in the work list
+};
+
+/// Makes the test of an entry "RCochransQ". Errors 221203, 221210, 221214, 221215, 221216.
+QDStatus ConstructCochransQTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
