@@ -5,6 +5,10 @@
 #include "tests/one_sample/binomial.h"
 #include "tests/one_sample/chi_square.h"
 #include "tests/one_sample/estimate_ci.h"
+#include "tests/one_sample/ks_one_sample.h"
+#include "tests/one_sample/runs.h"
+#include "tests/one_sample/wilcoxon.h"
+#include "tests/related/cochran_q.h"
 #include "tests/related/marginal_homogeneity.h"
 #include "tests/related/mcnemar.h"
 
@@ -16,6 +20,13 @@ std::span<const TestTableRow> TestTable() {
       {"OBinomial", ConstructBinomialTest},
       {"OChiSquare", ConstructChiSquareTest},
       {"OEstimateConfidenceInterval", ConstructEstimateCITest},
+      {"OKolmogorovSmirnovExponential", ConstructKSExponentialTest},
+      {"OKolmogorovSmirnovNormal", ConstructKSNormalTest},
+      {"OKolmogorovSmirnovPoisson", ConstructKSPoissonTest},
+      {"OKolmogorovSmirnovUniform", ConstructKSUniformTest},
+      {"ORuns", ConstructRunsTest},
+      {"OWilcoxonSignedRanks", ConstructWilcoxonOneSampleTest},
+      {"RCochransQ", ConstructCochransQTest},
       {"RMarginalHomogeneity", ConstructMarginalHomogeneityTest},
       {"RMcNemar", ConstructMcNemarTest},
   });

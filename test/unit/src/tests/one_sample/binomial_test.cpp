@@ -25,7 +25,7 @@ Rows Codes(int first, int second) {
 
 QDVarList YesNo() { return VariableListBuilder().Nominal("answer", {"yes", "no"}).Build(); }
 
-AlgorithmElement Run(const QDVarList& variables, const Rows& rows, const TestSettings& entry) {
+AlgorithmElement Result(const QDVarList& variables, const Rows& rows, const TestSettings& entry) {
   return RunEntry(variables, rows, "OBinomial", entry.Get());
 }
 
@@ -53,8 +53,8 @@ TEST(BinomialTest, FiguresAgreeWithSciPy) {
   for (const BinomialCase& row : kCases) {
     SCOPED_TRACE(row.catches);
     const AlgorithmElement result =
-        Run(YesNo(), Codes(row.first, row.second),
-            TestSettings().Put("variableName", "answer").Put("testProbability", row.p));
+        Result(YesNo(), Codes(row.first, row.second),
+               TestSettings().Put("variableName", "answer").Put("testProbability", row.p));
     const bool twoTailed = row.p == 0.5;
     EXPECT_THAT(result.Number("StandardTestStatistic"), IsCloseTo(row.z));
     EXPECT_THAT(result.Number(twoTailed ? "AsymptoticSig2Tailed" : "AsymptoticSig1Tailed"),
@@ -68,17 +68,18 @@ TEST(BinomialTest, FiguresAgreeWithSciPy) {
 TEST(BinomialTest, TheAsymptoticValueDecides) {
   // Asymptotic 0.0455, exact 0.0433: at 0.0455 only the exact one would reject.
   const AlgorithmElement result =
-      Run(YesNo(), Codes(18, 7), TestSettings().Put("variableName", "answer"));
+      Result(YesNo(), Codes(18, 7), TestSettings().Put("variableName", "answer"));
   EXPECT_EQ(result.Decision(), "reject");
   const AlgorithmElement even =
-      Run(YesNo(), Codes(6, 6), TestSettings().Put("variableName", "answer"));
+      Result(YesNo(), Codes(6, 6), TestSettings().Put("variableName", "answer"));
   EXPECT_EQ(even.Decision(), "retain");
 }
 
 TEST(BinomialTest, TheFirstRecordsCategoryIsTheFirstClass) {
   Rows rows = Codes(3, 0);
   rows.insert(rows.begin(), 5, {1.0});
-  const AlgorithmElement result = Run(YesNo(), rows, TestSettings().Put("variableName", "answer"));
+  const AlgorithmElement result =
+      Result(YesNo(), rows, TestSettings().Put("variableName", "answer"));
   EXPECT_EQ(result.Text("TestStatistic"), "5");
   EXPECT_EQ(result.Text("Condition/ConditionKey"), "ABinaryTestVariableIsSpecified_O_Binomial_5");
   EXPECT_EQ(result.Text("Condition/%1"), "1");
@@ -89,7 +90,7 @@ TEST(BinomialTest, TheFirstRecordsCategoryIsTheFirstClass) {
 TEST(BinomialTest, ASingleCategoryLeavesTheSecondClassEmpty) {
   const auto variables = VariableListBuilder().Nominal("answer", {"yes"}).Build();
   const AlgorithmElement result =
-      Run(variables, Codes(4, 0), TestSettings().Put("variableName", "answer"));
+      Result(variables, Codes(4, 0), TestSettings().Put("variableName", "answer"));
   EXPECT_EQ(result.Text("Condition/%2"), "__MISSING__");
   EXPECT_EQ(result.Rows("Content").front(), "100;0");
 }
@@ -98,11 +99,11 @@ TEST(BinomialTest, GivenCategoriesMakeTheFirstClassAndUnknownOnesAreTold) {
   const auto variables =
       VariableListBuilder().NominalNumbers("grade", {1.0, 2.0, 3.0}).Weight("n").Build();
   const Rows rows{{0.0, 2.0}, {1.0, 1.9}, {2.0, 4.0}, {-1.0, 50.0}};
-  const AlgorithmElement result = Run(variables, rows,
-                                      TestSettings()
-                                          .Put("variableName", "grade")
-                                          .Put("catVarClassFormation", "givenCategoryList")
-                                          .Put("givenCategoryList", Texts{"3.0", "9", "1"}));
+  const AlgorithmElement result = Result(variables, rows,
+                                         TestSettings()
+                                             .Put("variableName", "grade")
+                                             .Put("catVarClassFormation", "givenCategoryList")
+                                             .Put("givenCategoryList", Texts{"3.0", "9", "1"}));
   EXPECT_EQ(result.Text("Condition/ConditionKey"), "CategoryListsAreSpecified_O_Binomial_5");
   EXPECT_EQ(result.Text("Condition/%1"), "2;-1;0");
   EXPECT_EQ(result.Text("Condition/%2"), "1");
@@ -120,13 +121,13 @@ TEST(BinomialTest, AValueAtTheCutPointIsInTheFirstClass) {
     entry.Put("givenCutPoint", 2.0);
     return entry;
   }();
-  const AlgorithmElement result = Run(variables, rows, given);
+  const AlgorithmElement result = Result(variables, rows, given);
   EXPECT_EQ(result.Text("Condition/ConditionKey"), "ACutPointIsSpecified_O_Binomial_4");
   EXPECT_EQ(result.Text("TestStatistic"), "3");
 
   TestSettings middle;
   middle.Put("variableName", "x").Put("contVarClassFormation", "sampleMidPoint");
-  const AlgorithmElement midpoint = Run(variables, rows, middle);
+  const AlgorithmElement midpoint = Result(variables, rows, middle);
   EXPECT_EQ(midpoint.Text("Condition/%1"), "3") << "the middle of 1 and 5";
   EXPECT_EQ(midpoint.Text("TestStatistic"), "4");
 }
@@ -134,8 +135,8 @@ TEST(BinomialTest, AValueAtTheCutPointIsInTheFirstClass) {
 TEST(BinomialTest, AShareBelowAnUnevenProbabilityIsTold) {
   using Messages = std::vector<AlgorithmElement::Message>;
   const auto run = [](double p) {
-    return Run(YesNo(), Codes(2, 8),
-               TestSettings().Put("variableName", "answer").Put("testProbability", p));
+    return Result(YesNo(), Codes(2, 8),
+                  TestSettings().Put("variableName", "answer").Put("testProbability", p));
   };
   EXPECT_EQ(run(0.3).Messages(), (Messages{{221311, "helpMessage", {"0.3"}}}));
   EXPECT_EQ(run(0.2).Messages(), Messages{}) << "the share is p";
@@ -147,7 +148,7 @@ struct FailureCase {
   std::int32_t code;
   Texts params;
   TestSettings entry;
-  Rows rows = {{0.0, 1.0, 0.0, 2.0, 0.0}};
+  Rows rows = {{0.0, 1.0, 0.0, 2.0, -1.0}};
 };
 
 TEST(BinomialTest, EachFailureHasItsCodeAndLeavesTheDecisionOpen) {
@@ -190,7 +191,7 @@ TEST(BinomialTest, EachFailureHasItsCodeAndLeavesTheDecisionOpen) {
   add("no category", 221310, entry("none"));
   for (const FailureCase& row : cases) {
     SCOPED_TRACE(row.catches);
-    const AlgorithmElement result = Run(variables, row.rows, row.entry);
+    const AlgorithmElement result = Result(variables, row.rows, row.entry);
     EXPECT_EQ(result.Decision(), "unknown");
     EXPECT_EQ(result.Messages(),
               (std::vector<AlgorithmElement::Message>{{row.code, "error", row.params}}));
@@ -202,12 +203,12 @@ TEST(BinomialTest, NoRecordInTheClassesFails) {
   const auto variables =
       VariableListBuilder().Nominal("answer", {"yes", "no"}).Continuous("x").Build();
   const Rows rows{{-1.0, QDMV::gMissingValue}};
-  EXPECT_EQ(Run(variables, rows, TestSettings().Put("variableName", "answer")).MessageCodes(),
+  EXPECT_EQ(Result(variables, rows, TestSettings().Put("variableName", "answer")).MessageCodes(),
             std::vector<std::int32_t>{221310});
   TestSettings cut;
   cut.Put("variableName", "x").Put("contVarClassFormation", "givenCutPoint");
   cut.Put("givenCutPoint", 1.0);
-  EXPECT_EQ(Run(variables, rows, cut).MessageCodes(), std::vector<std::int32_t>{220003});
+  EXPECT_EQ(Result(variables, rows, cut).MessageCodes(), std::vector<std::int32_t>{220003});
 }
 
 TEST(BinomialTest, WithoutSummariesThereAreNoFrequencies) {

@@ -50,13 +50,13 @@ TestSettings Entry(const char* name, const char* formation = "getFromData") {
   return entry;
 }
 
-AlgorithmElement Run(const Rows& rows, const TestSettings& entry) {
+AlgorithmElement Result(const Rows& rows, const TestSettings& entry) {
   return RunEntry(Variables(), rows, "OChiSquare", entry.Get());
 }
 
 TEST(ChiSquareTest, EqualProportionsAgreeWithSciPy) {
   // SciPy 1.17.1: stats.chisquare([10, 20, 30, 40])
-  const AlgorithmElement result = Run(Counted({10, 20, 30, 40}), Entry("letter"));
+  const AlgorithmElement result = Result(Counted({10, 20, 30, 40}), Entry("letter"));
   EXPECT_THAT(result.Number("TestStatistic"), IsCloseTo(20.0));
   EXPECT_THAT(result.Number("AsymptoticSig2Tailed"), IsCloseTo(0.00016974243555282632, 1e-13));
   EXPECT_EQ(result.Text("DegreeOfFreedom"), "3");
@@ -71,7 +71,7 @@ TEST(ChiSquareTest, GivenProportionsAreScaledAndListsMayNameOtherValues) {
   TestSettings entry = Entry("letter", "custom");
   entry.Put("custom",
             std::vector<QDSettings>{Expected("c", 4), Expected("a", 2), Expected("b", 2)});
-  const AlgorithmElement result = Run(Counted({10, 20, 30, 99}), entry);
+  const AlgorithmElement result = Result(Counted({10, 20, 30, 99}), entry);
   EXPECT_THAT(result.Number("TestStatistic"), IsCloseTo(3.3333333333333335));
   EXPECT_THAT(result.Number("AsymptoticSig2Tailed"), IsCloseTo(0.1888756028375618, 1e-13));
   EXPECT_EQ(result.Text("Condition/ConditionKey"), "UserSpecifiesProbabilities_O_ChiSquare_1");
@@ -79,16 +79,16 @@ TEST(ChiSquareTest, GivenProportionsAreScaledAndListsMayNameOtherValues) {
 
   TestSettings other = Entry("grade", "givenExpectedValue");
   other.Put("custom", std::vector<QDSettings>{Expected("2.50", 1), Expected("7", 1)});
-  const AlgorithmElement unknown = Run(Counted({10, 20}), other);
+  const AlgorithmElement unknown = Result(Counted({10, 20}), other);
   EXPECT_EQ(unknown.RowNames("Content"), "1;-1");
   EXPECT_EQ(unknown.Rows("Content"), (Texts{"20;10", "0;10"}));
   EXPECT_EQ(unknown.Text("ValsNotInTheCategoreis/0"), "7");
 }
 
 TEST(ChiSquareTest, SmallExpectedCountsAreAlwaysTold) {
-  EXPECT_EQ(Run(Counted({5, 5, 5, 5}), Entry("letter")).Messages(),
+  EXPECT_EQ(Result(Counted({5, 5, 5, 5}), Entry("letter")).Messages(),
             (Messages{{220211, "helpMessage", {"0", "0", "5"}}}));
-  EXPECT_EQ(Run(Counted({7, 3, 4, 5}), Entry("letter")).Messages(),
+  EXPECT_EQ(Result(Counted({7, 3, 4, 5}), Entry("letter")).Messages(),
             (Messages{{220211, "helpMessage", {"4", "100", "4.75"}}}));
 }
 
@@ -124,11 +124,11 @@ TEST(ChiSquareTest, EachFailureHasItsCode) {
   add(given({Expected("a", 1), noCategory}), 220212, {"letter"});
   add(std::move(textForNumber), 220212, {"grade"});
   for (const auto& [entry, message] : cases) {
-    const AlgorithmElement result = Run(Counted({1, 2}), entry);
+    const AlgorithmElement result = Result(Counted({1, 2}), entry);
     EXPECT_EQ(result.Messages(), Messages{message});
     EXPECT_EQ(result.Decision(), "unknown");
   }
-  EXPECT_EQ(Run({{-1, -1, -1, 1, 1}}, Entry("letter")).MessageCodes(),
+  EXPECT_EQ(Result({{-1, -1, -1, 1, 1}}, Entry("letter")).MessageCodes(),
             std::vector<std::int32_t>{220003});
 }
 

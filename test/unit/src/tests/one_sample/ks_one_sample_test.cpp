@@ -18,8 +18,8 @@ namespace {
 using Messages = std::vector<AlgorithmElement::Message>;
 using Given = std::vector<std::pair<const char*, double>>;
 
-AlgorithmElement Run(const char* family, const std::vector<double>& values, const Given& given,
-                     const std::vector<double>& weights = {}) {
+AlgorithmElement Result(const char* family, const std::vector<double>& values, const Given& given,
+                        const std::vector<double>& weights = {}) {
   const auto variables = VariableListBuilder().Continuous("x").Weight("n").Build();
   Rows rows;
   for (std::size_t i = 0; i < values.size(); ++i) {
@@ -44,13 +44,17 @@ struct KsCase {
   double absolute, z;
 };
 
-// SciPy 1.17.1: kstest(x, "norm", args=(mean, std(ddof=1))), kstest(x, "uniform", args=(-2, 5)) on the
-// values inside, kstest(x, "expon", args=(0, mean)); for the Poisson distribution the differences of
-// the empirical function and poisson.cdf at each count and the one below it.
+// SciPy 1.17.1: kstest(x, "norm", args=(mean, std(ddof=1))), kstest(x, "uniform", args=(-2, 5)) on
+// the values inside, kstest(x, "expon", args=(0, mean)); for the Poisson distribution the
+// differences of the empirical function and poisson.cdf at each count and the one below it.
 const KsCase kCases[] = {
     {"estimated normal", "Normal", kSleep, {}, 0.18885164347315186, 0.59720133324123205},
-    {"uniform with values outside", "Uniform", kSleep, {{"min", -2.0}, {"max", 3.0}},
-     0.31500000000000006, 0.89095454429504994},
+    {"uniform with values outside",
+     "Uniform",
+     kSleep,
+     {{"min", -2.0}, {"max", 3.0}},
+     0.31500000000000006,
+     0.89095454429504994},
     {"exponential", "Exponential", kTimes, {}, 0.13107602116503092, 0.3467945548465106},
     {"the step below a count", "Poisson", kCounts, {}, 0.04853960483561659, 0.16098765671186083},
 };
@@ -58,7 +62,7 @@ const KsCase kCases[] = {
 TEST(KsOneSampleTest, DifferencesAgreeWithSciPy) {
   for (const KsCase& row : kCases) {
     SCOPED_TRACE(row.catches);
-    const AlgorithmElement result = Run(row.family, row.values, row.given);
+    const AlgorithmElement result = Result(row.family, row.values, row.given);
     EXPECT_THAT(result.Number("Absolute"), IsCloseTo(row.absolute, 1e-13));
     EXPECT_THAT(result.Number("TestStatistic"), IsCloseTo(row.z, 1e-13));
     EXPECT_EQ(result.Name(), "OKolmogorovSmirnov");
@@ -66,42 +70,42 @@ TEST(KsOneSampleTest, DifferencesAgreeWithSciPy) {
 }
 
 TEST(KsOneSampleTest, SignedDifferencesStandOnTheirSides) {
-  const AlgorithmElement result = Run("Poisson", kCounts, {});
+  const AlgorithmElement result = Result("Poisson", kCounts, {});
   EXPECT_THAT(result.Number("Positive"), IsCloseTo(0.04853960483561659, 1e-13));
   EXPECT_THAT(result.Number("Negative"), IsCloseTo(-0.04031277981942705, 1e-13));
 }
 
 TEST(KsOneSampleTest, AllValuesEqualStepOnce) {
   // F_n jumps from 0 to 1 at 0, where the standard normal is 1/2.
-  const AlgorithmElement result = Run("Normal", {0, 0, 0, 0}, {{"mean", 0.0}, {"stdDev", 1.0}});
+  const AlgorithmElement result = Result("Normal", {0, 0, 0, 0}, {{"mean", 0.0}, {"stdDev", 1.0}});
   EXPECT_EQ(result.Text("Positive"), "0.5");
   EXPECT_EQ(result.Text("Negative"), "-0.5");
   EXPECT_EQ(result.Text("TestStatistic"), "1");
 }
 
 TEST(KsOneSampleTest, AWeightIsThatManyRecords) {
-  const AlgorithmElement once = Run("Exponential", {1, 2, 4}, {}, {2, 1, 3});
-  const AlgorithmElement often = Run("Exponential", {1, 1, 2, 4, 4, 4}, {});
+  const AlgorithmElement once = Result("Exponential", {1, 2, 4}, {}, {2, 1, 3});
+  const AlgorithmElement often = Result("Exponential", {1, 1, 2, 4, 4, 4}, {});
   for (const char* name : {"TotalN", "Absolute", "Positive", "Negative", "Condition/%1"}) {
     EXPECT_EQ(once.Text(name), often.Text(name)) << name;
   }
 }
 
 TEST(KsOneSampleTest, ValuesOutsideAreLeftOutAndTold) {
-  const AlgorithmElement uniform = Run("Uniform", kSleep, {{"min", -1.5}, {"max", 3.0}});
+  const AlgorithmElement uniform = Result("Uniform", kSleep, {{"min", -1.5}, {"max", 3.0}});
   EXPECT_EQ(uniform.Messages(), (Messages{{220311, "warning", {"3"}}}));
   EXPECT_EQ(uniform.Text("TotalN"), "10");
-  const AlgorithmElement exponential = Run("Exponential", {-1, 1, 2}, {}, {4, 1, 1});
+  const AlgorithmElement exponential = Result("Exponential", {-1, 1, 2}, {}, {4, 1, 1});
   EXPECT_EQ(exponential.Messages(), (Messages{{220314, "warning", {"4"}}}));
   EXPECT_EQ(exponential.Text("Condition/%1"), "1.5") << "the mean of the valid values";
-  EXPECT_EQ(Run("Uniform", kSleep, {}).Messages(), Messages{}) << "the sample's own range";
+  EXPECT_EQ(Result("Uniform", kSleep, {}).Messages(), Messages{}) << "the sample's own range";
 }
 
 TEST(KsOneSampleTest, ALargePoissonMeanIsTakenAsNormal) {
   const std::vector<double> values{99990, 100005, 100120};
-  EXPECT_EQ(Run("Poisson", values, {{"mean", 100000.0}}).Messages(),
+  EXPECT_EQ(Result("Poisson", values, {{"mean", 100000.0}}).Messages(),
             (Messages{{220309, "helpMessage", {}}}));
-  EXPECT_EQ(Run("Poisson", values, {{"mean", 99999.0}}).Messages(), Messages{});
+  EXPECT_EQ(Result("Poisson", values, {{"mean", 99999.0}}).Messages(), Messages{});
 }
 
 TEST(KsOneSampleTest, ConditionsNameTheParameters) {
@@ -115,7 +119,7 @@ TEST(KsOneSampleTest, ConditionsNameTheParameters) {
         Row{"Uniform", "UniformDistribution_O_KolmogorovSmirnov_3", "1"},
         Row{"Poisson", "PoissonDistribution_O_KolmogorovSmirnov_2", "2"},
         Row{"Exponential", "ExponentialDistribution_O_KolmogorovSmirnov_2", "2"}}) {
-    const AlgorithmElement result = Run(row.family, {1, 2, 3}, {});
+    const AlgorithmElement result = Result(row.family, {1, 2, 3}, {});
     EXPECT_EQ(result.Text("Condition/ConditionKey"), row.key);
     EXPECT_EQ(result.Text("Condition/%1"), row.first);
   }
@@ -145,7 +149,7 @@ TEST(KsOneSampleTest, EachFailureHasItsCode) {
   };
   for (const FailureCase& row : cases) {
     SCOPED_TRACE(std::string(row.family) + ": " + row.catches);
-    const AlgorithmElement result = Run(row.family, row.values, row.given);
+    const AlgorithmElement result = Result(row.family, row.values, row.given);
     EXPECT_EQ(result.Messages(), Messages{row.message});
     EXPECT_EQ(result.Decision(), "unknown");
   }

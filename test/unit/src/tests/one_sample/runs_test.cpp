@@ -52,8 +52,8 @@ struct RunsCase {
   double mean, sd, z, sig;
 };
 
-// The formulas of J. V. Bradley (1968) in Python with SciPy 1.17.1's norm.cdf; without correction they
-// agree with statsmodels 0.15.0, runstest_1samp(x, correction=False).
+// The formulas of J. V. Bradley (1968) in Python with SciPy 1.17.1's norm.cdf; without correction
+// they agree with statsmodels 0.15.0, runstest_1samp(x, correction=False).
 const RunsCase kCases[] = {
     {"few runs, n 49 is corrected", 4, 24, 25, 25.489795918367346, 3.461876623201505,
      -6.063126507078181, 1.335005750142051e-09},
@@ -119,8 +119,7 @@ TEST(RunsTest, CategoriesAreSplitByTheDataOrByAList) {
   TestSettings list;
   list.Put("variableName", "letter").Put("catVarClassFormation", "givenCategoryList");
   list.Put("givenCategoryList", Texts{"c", "z", "a"});
-  const AlgorithmElement result =
-      RunEntry(three, {{0}, {2}, {1}, {1}, {0}}, "ORuns", list.Get());
+  const AlgorithmElement result = RunEntry(three, {{0}, {2}, {1}, {1}, {0}}, "ORuns", list.Get());
   EXPECT_EQ(result.Text("TestStatistic"), "3");
   EXPECT_EQ(result.Text("Condition/ConditionKey"), "CategoryListsAreSpecified_O_Runs_3");
   EXPECT_EQ(result.Text("Condition/%1"), "2;0;-1");

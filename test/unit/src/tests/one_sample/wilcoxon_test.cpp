@@ -23,7 +23,7 @@ TestSettings Against(double value) {
   return entry;
 }
 
-AlgorithmElement Run(const Rows& rows, const TestSettings& entry) {
+AlgorithmElement Result(const Rows& rows, const TestSettings& entry) {
   const auto variables = VariableListBuilder().Continuous("x").Build();
   return RunEntry(variables, rows, "OWilcoxonSignedRanks", entry.Get());
 }
@@ -36,7 +36,7 @@ struct WilcoxonCase {
 
 // SciPy 1.17.1: wilcoxon(x - value, correction=False, mode="approx", zero_method="wilcox").
 const WilcoxonCase kCases[] = {
-    {"no tie, no zero difference", 0.5, 10, 28.0, -0.050964719143762556, 0.9593536340401635},
+    {"no tie, no zero difference", 0.5, 10, 28.0, 0.050964719143762556, 0.9593536340401635},
     {"differences tied within rounding", 1.0, 10, 21.5, -0.6119741446385719, 0.5405548641319784},
     {"a zero difference leaves n", 0.0, 9, 31.0, 1.0069930921904569, 0.3139380937749148},
 };
@@ -44,7 +44,7 @@ const WilcoxonCase kCases[] = {
 TEST(WilcoxonTest, FiguresAgreeWithSciPy) {
   for (const WilcoxonCase& row : kCases) {
     SCOPED_TRACE(row.catches);
-    const AlgorithmElement result = Run(kSleep, Against(row.value));
+    const AlgorithmElement result = Result(kSleep, Against(row.value));
     EXPECT_EQ(result.Number("TotalN"), row.n);
     EXPECT_EQ(result.Number("TestStatistic"), row.rankSum);
     EXPECT_THAT(result.Number("StandardTestStatistic"), IsCloseTo(row.z, 1e-13));
@@ -56,7 +56,7 @@ TEST(WilcoxonTest, FiguresAgreeWithSciPy) {
 TEST(WilcoxonTest, TheMedianStandsInForAMissingTestValue) {
   TestSettings entry;
   entry.Put("variableName", "x");
-  const AlgorithmElement result = Run(kSleep, entry);
+  const AlgorithmElement result = Result(kSleep, entry);
   EXPECT_THAT(result.Number("HypotheticalMedian"), IsCloseTo(0.35));
   EXPECT_THAT(result.Number("ObservedMedian"), IsCloseTo(0.35));
   EXPECT_THAT(result.Number("Condition/%1"), IsCloseTo(0.35));
@@ -68,7 +68,7 @@ TEST(WilcoxonTest, AWeightIsThatManyRecords) {
   const Rows repeated{{3}, {3}, {-1}, {-1}, {-1}, {2}, {0}, {0}, {0}, {0}};
   const AlgorithmElement once =
       RunEntry(weighted, rows, "OWilcoxonSignedRanks", Against(0.0).Get());
-  const AlgorithmElement often = Run(repeated, Against(0.0));
+  const AlgorithmElement often = Result(repeated, Against(0.0));
   for (const char* name : {"TotalN", "TestStatistic", "StandardError", "AsymptoticSig2Tailed"}) {
     EXPECT_EQ(once.Text(name), often.Text(name)) << name;
   }
@@ -76,12 +76,12 @@ TEST(WilcoxonTest, AWeightIsThatManyRecords) {
 }
 
 TEST(WilcoxonTest, TheHistogramStartsWithTheZeroDifferences) {
-  const AlgorithmElement result = Run({{1}, {2}, {2}, {4}}, Against(2.0));
+  const AlgorithmElement result = Result({{1}, {2}, {2}, {4}}, Against(2.0));
   EXPECT_EQ(result.Rows("Interval"), (std::vector<std::string>{"2;1;2;1", "0;1;2;4"}));
 }
 
 TEST(WilcoxonTest, WithoutADifferenceTheFiguresAreNotNumbers) {
-  const AlgorithmElement result = Run({{2}, {2}}, Against(2.0));
+  const AlgorithmElement result = Result({{2}, {2}}, Against(2.0));
   EXPECT_EQ(result.Text("TotalN"), "0");
   EXPECT_EQ(result.Text("StandardError"), "0");
   EXPECT_EQ(result.Text("StandardTestStatistic"), "nan");
@@ -91,6 +91,7 @@ TEST(WilcoxonTest, WithoutADifferenceTheFiguresAreNotNumbers) {
 TEST(WilcoxonTest, EachFailureHasItsCodeAndNoIndices) {
   const auto variables =
       VariableListBuilder().Continuous("x").Nominal("letter", {"a", "b"}).Build();
+  const TestSettings nothing;
   TestSettings noValue;
   noValue.Put("variableName", "x").Put("userSpecifyTestValue", "true");
   TestSettings unknown;
@@ -98,7 +99,7 @@ TEST(WilcoxonTest, EachFailureHasItsCodeAndNoIndices) {
   TestSettings unfit;
   unfit.Put("variableName", "letter");
   const std::vector<std::pair<const TestSettings&, AlgorithmElement::Message>> cases{
-      {TestSettings(), {220812, "error", {}}},
+      {nothing, {220812, "error", {}}},
       {unknown, {220803, "error", {"nobody"}}},
       {unfit, {220815, "error", {"1"}}},
       {noValue, {220801, "error", {}}},
@@ -110,7 +111,7 @@ TEST(WilcoxonTest, EachFailureHasItsCodeAndNoIndices) {
     EXPECT_EQ(result.Text("Condition/%0"), "__MISSING__");
     EXPECT_EQ(result.Text("Condition/%1"), "__MISSING__");
   }
-  EXPECT_EQ(Run({{QDMV::gMissingValue}}, Against(0.0)).MessageCodes(),
+  EXPECT_EQ(Result({{QDMV::gMissingValue}}, Against(0.0)).MessageCodes(),
             std::vector<std::int32_t>{220003});
 }
 

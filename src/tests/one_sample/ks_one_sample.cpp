@@ -1,0 +1,313 @@
+#include "tests/one_sample/ks_one_sample.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "kit/kolmogorov_smirnov.h"
+#include "planning/test_construction.h"
+#include "report/elements.h"
+#include "report/messages.h"
+
+namespace {
+
+using Family = ReferenceDistribution::Family;
+
+constexpr std::int32_t kNoData = 220003;               // no valid value, normal or Poisson
+constexpr std::int32_t kNoSuchVariable = 220303;       // no field in the entry, or no such field
+constexpr std::int32_t kNotContinuous = 220304;        // the field is not continuous
+constexpr std::int32_t kExponentialFailed = 220305;    // an exponential was out of range
+constexpr std::int32_t kLargePoissonMean = 220309;     // help: the normal takes over
+constexpr std::int32_t kNoValidUniform = 220310;       // no valid value, uniform
+constexpr std::int32_t kUniformExcluded = 220311;      // warning: values left out, uniform
+constexpr std::int32_t kNoPoisson = 220312;            // mean not above 0, or a value is no count
+constexpr std::int32_t kNoExponential = 220313;        // mean not above 0, or no valid value
+constexpr std::int32_t kExponentialExcluded = 220314;  // warning: values left out, exponential
+constexpr std::int32_t kNoNormal = 220315;             // standard deviation not above 0
+constexpr std::int32_t kEmptyUniform = 220316;         // the range has no width
+
+constexpr double kLowestStart = std::numeric_limits<double>::lowest();
+constexpr double kHighestStart = std::numeric_limits<double>::max();
+
+bool IsMissing(double value) { return value == QDMV::gMissingValue; }
+
+/// A difference that no value has touched is 0.
+double DifferenceOf(double value, double start) { return value == start ? 0.0 : value; }
+
+}  // namespace
+
+QDStatus NPARKSmirnowOneSample::BeginPass() {
+  if (pass == 0) {
+    ReadSettings();
+    AskForEstimates();
+    if (status.IsOK()) passesLeft = 2;
+    return status;
+  }
+  if (status.IsError()) return status;
+  if (estimateMean) distribution.mean = estimator->GetMean();
+  if (estimateStdDev) distribution.stdDev = estimator->GetStdDev();
+  if (estimateRange) {
+    minimum = estimator->GetMinimum();
+    maximum = estimator->GetMaximum();
+  }
+  distribution.minimum = minimum;
+  distribution.maximum = maximum;
+  CheckParameters();
+  if (status.IsOK()) passesLeft = 1;
+  return status;
+}
+
+void NPARKSmirnowOneSample::ReadSettings() {
+  std::string word;
+  static_cast<void>(settings->GetSettingValByName("distributionFunction", word));
+  distribution.SetFamily(word);
+  static_cast<void>(settings->GetSettingValByName("variableIndex", variableIndex));
+  weight = RecordWeight(*settings);
+  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
+  static_cast<void>(settings->GetSettingValByName("min", minimum));
+  static_cast<void>(settings->GetSettingValByName("max", maximum));
+  static_cast<void>(settings->GetSettingValByName("mean", distribution.mean));
+  static_cast<void>(settings->GetSettingValByName("stdDev", distribution.stdDev));
+  distribution.minimum = minimum;
+  distribution.maximum = maximum;
+}
+
+void NPARKSmirnowOneSample::AskForEstimates() {
+  estimator.emplace(variableIndex, weight.Index());
+  const auto ask = [this](Statistic statistic) {
+    static_cast<void>(estimator->AddStatistic(static_cast<std::int32_t>(statistic)));
+  };
+  if (distribution.family != Family::Uniform && IsMissing(distribution.mean)) {
+    estimateMean = true;
+    ask(Statistic::Mean);
+  }
+  if (distribution.family == Family::Normal && IsMissing(distribution.stdDev)) {
+    estimateStdDev = true;
+    ask(Statistic::MeanStdDev);
+  }
+  // The empirical distribution function needs the range for every family.
+  if (IsMissing(minimum) || IsMissing(maximum)) {
+    estimateRange = true;
+    ask(Statistic::Maximum);
+    ask(Statistic::Minimum);
+  }
+}
+
+void NPARKSmirnowOneSample::CheckParameters() {
+  const auto fail = [this](std::int32_t code) { ReportStatus(QDStatus(code), MessageKind::Error); };
+  switch (distribution.family) {
+    case Family::Uniform:
+      if (QDPower::AlmostEqual(minimum, maximum, QDPower::gMachineEpsilon)) fail(kEmptyUniform);
+      break;
+    case Family::Poisson:
+      if (!(distribution.mean > 0.0)) {
+        fail(kNoPoisson);
+      } else if (distribution.mean >= ReferenceDistribution::kLargePoissonMean) {
+        distribution.UseNormalForPoisson();
+        ReportStatus(QDStatus(kLargePoissonMean), MessageKind::Help);
+      }
+      break;
+    case Family::Normal:
+      if (!(distribution.stdDev > 0.0)) fail(kNoNormal);
+      break;
+    case Family::Exponential:
+      if (!(distribution.mean > 0.0)) fail(kNoExponential);
+      break;
+  }
+}
+
+bool NPARKSmirnowOneSample::IsGivenUniform() const noexcept {
+  return distribution.family == Family::Uniform && !estimateRange;
+}
+
+bool NPARKSmirnowOneSample::ValidateValue(double x, std::int64_t w) {
+  switch (distribution.family) {
+    case Family::Uniform:
+      if (!IsGivenUniform() || !(x > maximum || x < minimum)) return true;
+      break;
+    case Family::Poisson:
+      if (x >= 0.0 && QDPower::AlmostEqual(x, std::trunc(x), QDPower::gMachineEpsilon)) return true;
+      if (pass == 0) {
+        AddMessage({QDStatus(kNoPoisson), MessageKind::Error, {NumberText(x), IntegerText(w)}, {}});
+      }
+      break;
+    case Family::Normal:
+      return true;
+    case Family::Exponential:
+      if (!(x < 0.0)) return true;
+      break;
+  }
+  if (pass == 0) excludedWeight += w;
+  return false;
+}
+
+QDStatus NPARKSmirnowOneSample::ProcessRecord(const Record& record) {
+  currentWeight = weight.Truncated(record);
+  currentValue = record[variableIndex];
+  if (!ValidateValue(currentValue, currentWeight)) return status;
+  if (pass == 0) {
+    totalN += currentWeight;
+    static_cast<void>(estimator->ProcessRecord(record));
+    return status;
+  }
+  if (IsMissing(previousValue)) previousValue = currentValue;
+  if (previousValue == currentValue && cumulative < totalN) {
+    tieWeight += currentWeight;
+    cumulative += currentWeight;
+  } else {
+    StepDifferences();
+    cumulative += currentWeight;
+    tieWeight = currentWeight;
+    previousValue = currentValue;
+  }
+  return status;
+}
+
+double NPARKSmirnowOneSample::EmpiricalAt(double x, std::int64_t weightUpTo) const {
+  if (minimum > x) return 0.0;
+  if (!(x < maximum)) return 1.0;
+  return static_cast<double>(weightUpTo == 0 ? 1 : weightUpTo) / static_cast<double>(totalN);
+}
+
+void NPARKSmirnowOneSample::StepDifferences() {
+  const double x = previousValue;
+  double before = 0.0;
+  if (!distribution.IsPoisson()) {
+    const double theoretical = distribution.Cdf(x);
+    before = previousEmpirical - theoretical;
+    previousEmpirical = EmpiricalAt(x, cumulative);
+    TakeDifference(before);
+    TakeDifference(previousEmpirical - theoretical);
+    return;
+  }
+  if (x != 0.0) {
+    before = EmpiricalAt(x - 1.0, cumulative - tieWeight) - distribution.Cdf(x - 1.0);
+  }
+  TakeDifference(before);
+  TakeDifference(EmpiricalAt(x, cumulative) - distribution.Cdf(x));
+}
+
+void NPARKSmirnowOneSample::TakeDifference(double difference) {
+  absoluteDiff = std::max(absoluteDiff, std::abs(difference));
+  if (difference > 0.0) positiveDiff = std::max(positiveDiff, difference);
+  if (difference < 0.0) negativeDiff = std::min(negativeDiff, difference);
+}
+
+QDStatus NPARKSmirnowOneSample::EndPass() {
+  if (status.IsError()) return status;
+  if (pass == 0) {
+    if (const QDStatus estimated = estimator->EndPass(); estimated.IsError()) {
+      ReportStatus(estimated, MessageKind::Error);
+    }
+    if (totalN == 0) {
+      ReportStatus(QDStatus(distribution.family == Family::Uniform       ? kNoValidUniform
+                            : distribution.family == Family::Exponential ? kNoExponential
+                                                                         : kNoData),
+                   MessageKind::Error);
+    }
+    return status;
+  }
+  StepDifferences();
+  testStatistic = std::sqrt(static_cast<double>(totalN)) * absoluteDiff;
+  if (!KolmogorovSmirnovSig(testStatistic, sig)) {
+    ReportStatus(QDStatus(kExponentialFailed), MessageKind::Error);
+  }
+  passesLeft = 0;
+  return status;
+}
+
+void NPARKSmirnowOneSample::GetRequiredVariables(std::vector<std::int64_t>& positions) {
+  positions.push_back(variableIndex);
+}
+
+XMLElement* NPARKSmirnowOneSample::WriteResults() {
+  auto algorithm = CreateAlgorithm("OKolmogorovSmirnov", "hypothesis_test", "One_Sample",
+                                   DecisionWord(status, sigLevel, sig));
+  const std::string index = IntegerText(variableIndex);
+  const std::string mean = NumberOrMissingText(distribution.mean);
+  switch (distribution.family) {
+    case Family::Uniform:
+      AddCondition(*algorithm, "UniformDistribution_O_KolmogorovSmirnov_3",
+                   {index, NumberOrMissingText(minimum), NumberOrMissingText(maximum)});
+      break;
+    case Family::Poisson:
+      AddCondition(*algorithm, "PoissonDistribution_O_KolmogorovSmirnov_2", {index, mean});
+      break;
+    case Family::Normal:
+      AddCondition(*algorithm, "NormalDistribution_O_KolmogorovSmirnov_3",
+                   {index, mean, NumberOrMissingText(distribution.stdDev)});
+      break;
+    case Family::Exponential:
+      AddCondition(*algorithm, "ExponentialDistribution_O_KolmogorovSmirnov_2", {index, mean});
+      break;
+  }
+  if (excludedWeight != 0 && totalN != 0 && !distribution.IsPoisson()) {
+    AddMessage(
+        {QDStatus(distribution.family == Family::Uniform ? kUniformExcluded : kExponentialExcluded),
+         MessageKind::Warning,
+         {IntegerText(excludedWeight)},
+         {}});
+  }
+  WriteMessages(*algorithm, messages);
+  if (status.IsError()) return algorithm.release();
+
+  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
+  AddAttributeRow(*statistics, "TotalN", totalN + excludedWeight);
+  XMLElement* differences = AddStructuredTable(*statistics, "MostExtremeDifferences");
+  AddAttributeRow(*differences, "Absolute", DifferenceOf(absoluteDiff, kLowestStart));
+  AddAttributeRow(*differences, "Positive", DifferenceOf(positiveDiff, kLowestStart));
+  AddAttributeRow(*differences, "Negative", DifferenceOf(negativeDiff, kHighestStart));
+  AddAttributeRow(*statistics, "TestStatistic", testStatistic);
+  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", sig);
+  return algorithm.release();
+}
+
+namespace {
+
+QDStatus ConstructKSOneSampleTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry,
+                                  const char* distributionName) {
+  TestConstruction construction(planner, entry);
+  construction.Put("distributionFunction", distributionName);
+  const std::int32_t index =
+      construction.LookUpVariable("variableName", kNoSuchVariable, kNoSuchVariable);
+  if (construction.ReadFlag("isUseSample")) {
+    construction.Put("mean", QDMV::gMissingValue);
+    construction.Put("stdDev", QDMV::gMissingValue);
+  } else {
+    for (const char* key : {"max", "min", "stdDev", "mean"}) {
+      double value = 0.0;
+      if (construction.Read(key, value)) construction.Put(key, value);
+    }
+  }
+  construction.Put("variableIndex", index);
+  if (construction.IsOK()) {
+    if (construction.KindOf(index) == VariableKind::Continuous) {
+      construction.Put("measureLevel", 1.0);
+      planner.RegisterSortedVariable(index);
+    } else {
+      construction.Fail(kNotContinuous);
+    }
+  }
+  status = construction.GetStatus();
+  planner.AddSortedTest(construction.Make<NPARKSmirnowOneSample>(), index, status);
+  return status;
+}
+
+}  // namespace
+
+QDStatus ConstructKSNormalTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
+  return ConstructKSOneSampleTest(planner, status, entry, "normal");
+}
+
+QDStatus ConstructKSUniformTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
+  return ConstructKSOneSampleTest(planner, status, entry, "uniform");
+}
+
+QDStatus ConstructKSPoissonTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
+  return ConstructKSOneSampleTest(planner, status, entry, "poisson");
+}
+
+QDStatus ConstructKSExponentialTest(NPARPlanner& planner, QDStatus& status,
+                                    const QDSettings& entry) {
+  return ConstructKSOneSampleTest(planner, status, entry, "exponential");
+}
