@@ -9,5 +9,6 @@ class ISortedData {
  public:
   virtual ~ISortedData() = default;
   /// The records ascending by that variable; null if they were not asked for. Not handed over.
+  /// They are sorted when they are first taken; throws std::bad_alloc where memory runs out.
   [[nodiscard]] virtual MultiPassRecordIter* GetSortedIterator(std::int32_t variable) = 0;
 };

@@ -31,7 +31,8 @@ void Prefetch(const double* row, int width) noexcept {
 InitialDataReader::InitialDataReader(std::int32_t blockSize, RecordIterator* source,
                                      bool skipMissing, std::vector<std::int32_t> variableList,
                                      const QDVarList* variables)
-    : blockShift(std::bit_width(static_cast<std::uint32_t>(std::max(blockSize, 1) - 1))),
+    : blockShift(
+          static_cast<int>(std::bit_width(static_cast<std::uint32_t>(std::max(blockSize, 1) - 1)))),
       source(source),
       skipMissing(skipMissing),
       variableList(std::move(variableList)),
