@@ -46,28 +46,56 @@ double BeyondRange(std::string_view number) {
 namespace number_detail {
 namespace {
 
+__extension__ using Wide = unsigned __int128;
+
+/// 5^k with its highest bit set, and what multiplication with it turns division into.
+struct PowerOfFive {
+  std::uint64_t divisor = 0;  // 5^k * 2^shift
+  int shift = 0;
+  std::uint64_t inverseHigh = 0;  // 2^191 / divisor, rounded down, in two words
+  std::uint64_t inverseLow = 0;
+};
+
 constexpr auto kPowersOfFive = [] {
-  std::array<std::uint64_t, kLastPowerOfFive + 1> powers{1};
-  for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = powers[i - 1] * 5;
+  std::array<PowerOfFive, kLastPowerOfFive + 1> powers{};
+  std::uint64_t five = 1;
+  for (std::size_t i = 1; i < powers.size(); ++i) {
+    five *= 5;
+    PowerOfFive& power = powers[i];
+    power.shift = std::countl_zero(five);
+    power.divisor = five << power.shift;
+    const Wide dividend = static_cast<Wide>(1) << 127;
+    const Wide remainder = dividend % power.divisor;
+    power.inverseHigh = static_cast<std::uint64_t>(dividend / power.divisor);
+    power.inverseLow = static_cast<std::uint64_t>((remainder << 64) / power.divisor);
+  }
   return powers;
 }();
+
+/// m * 2^63 / divisor for an m with its highest bit set: between 2^62 and 2^64. A remainder sets
+/// the lowest bit, which lies so far below the 53 bits of a double that it decides ties and no
+/// more.
+std::uint64_t Quotient(std::uint64_t m, const PowerOfFive& five) {
+  const Wide low = static_cast<Wide>(m) * five.inverseLow;
+  const Wide product = static_cast<Wide>(m) * five.inverseHigh + (low >> 64);
+  // The exact product lies less than 2 above this one in units of its lower word, so that this word
+  // decides the upper one and shows a remainder, unless it is zero or next to overflowing.
+  const auto quotient = static_cast<std::uint64_t>(product >> 64);
+  const auto fraction = static_cast<std::uint64_t>(product);
+  if (fraction != 0 && fraction < ~std::uint64_t{1}) return quotient | 1;
+
+  const Wide dividend = static_cast<Wide>(m) << 63;
+  const bool hasRemainder = dividend % five.divisor != 0;
+  return static_cast<std::uint64_t>(dividend / five.divisor) | (hasRemainder ? 1U : 0U);
+}
 
 }  // namespace
 
 double DivideByPowerOfTen(std::uint64_t mantissa, int power) {
-  // mantissa / 10^power = (m / f) * 2^(fShift - mShift - power), m and f with their highest bit
-  // set. The quotient of m * 2^63 by f lies between 2^62 and 2^64; a remainder becomes its lowest
-  // bit, which is far below the 53 bits that are kept, so that the conversion rounds rightly.
-  __extension__ using Wide = unsigned __int128;
-  const std::uint64_t five = kPowersOfFive[static_cast<std::size_t>(power)];
-  const int mantissaShift = std::countl_zero(mantissa);
-  const int fiveShift = std::countl_zero(five);
-  const std::uint64_t divisor = five << fiveShift;
-  const Wide dividend = static_cast<Wide>(mantissa << mantissaShift) << 63;
-  std::uint64_t quotient = static_cast<std::uint64_t>(dividend / divisor);
-  const std::uint64_t remainder = static_cast<std::uint64_t>(dividend) - quotient * divisor;
-  quotient |= remainder != 0 ? 1U : 0U;
-  const int scale = fiveShift - mantissaShift - power - 63;  // -190 at least: a normal double
+  const PowerOfFive& five = kPowersOfFive[static_cast<std::size_t>(power)];
+  const int shift = std::countl_zero(mantissa);
+  const std::uint64_t quotient = Quotient(mantissa << shift, five);
+  const int scale = five.shift - shift - power - 63;  // -190 at least: a normal double
   return static_cast<double>(quotient) *
          std::bit_cast<double>(static_cast<std::uint64_t>(1023 + scale) << 52);
 }

@@ -23,22 +23,27 @@ namespace number_detail {
 inline constexpr std::array<double, 23> kPowersOfTen = {
     1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
     1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+inline constexpr std::array<std::uint64_t, 9> kIntegerPowers = {
+    1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
 inline constexpr int kLastPowerOfFive = 27;  // 5^27 is the last below 2^64
 inline constexpr int kMostDigits = 19;       // 10^19 is below 2^64
 inline constexpr std::uint64_t kLastExactInteger = std::uint64_t{1} << 53;
 
 inline bool IsDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 
-/// Are the eight bytes, the first in the lowest place, digits?
-inline bool AreEightDigits(std::uint64_t bytes) {
-  return (((bytes + 0x4646464646464646U) | (bytes - 0x3030303030303030U)) & 0x8080808080808080U) ==
-         0;
+/// How many of the eight bytes, the first in the lowest place, are digits before the first that is
+/// none. Each byte is judged by itself: 0x76 takes 10 and more, and no less, over 0x7F.
+inline int LeadingDigits(std::uint64_t bytes) {
+  const std::uint64_t values = bytes ^ 0x3030303030303030U;
+  const std::uint64_t others =
+      (((values & 0x7F7F7F7F7F7F7F7FU) + 0x7676767676767676U) | values) & 0x8080808080808080U;
+  return std::countr_zero(others) / 8;
 }
 
-/// The number that eight digits spell: neighbours are joined to pairs, pairs to fours, fours to
-/// eight, each with one multiplication.
-inline std::uint64_t EightDigits(std::uint64_t bytes) {
-  bytes -= 0x3030303030303030U;
+/// The number that the first `count` of the eight bytes spell, 1 to 8 digits: behind zeros they are
+/// eight digits, neighbours of which are joined to pairs, pairs to fours, fours to eight.
+inline std::uint64_t DigitsValue(std::uint64_t bytes, int count) {
+  bytes = (bytes ^ 0x3030303030303030U) << (64 - 8 * count);
   bytes = bytes * 10 + (bytes >> 8);
   return (((bytes & 0x000000FF000000FFU) * 0x000F424000000064U) +
           (((bytes >> 16) & 0x000000FF000000FFU) * 0x0000271000000001U)) >>
@@ -72,14 +77,15 @@ inline const char* ParsePlainNumber(const char* text, double& number) {
   int exponent = 0;
   if (*p == '.') {
     first = ++p;
-    std::uint64_t bytes;
-    std::memcpy(&bytes, p, sizeof bytes);
-    while (AreEightDigits(bytes)) {
-      mantissa = mantissa * 100000000 + EightDigits(bytes);
-      p += sizeof bytes;
+    for (int count = 8; count == 8;) {
+      std::uint64_t bytes;
       std::memcpy(&bytes, p, sizeof bytes);
+      count = LeadingDigits(bytes);
+      if (count == 0) break;
+      mantissa =
+          mantissa * kIntegerPowers[static_cast<std::size_t>(count)] + DigitsValue(bytes, count);
+      p += count;
     }
-    while (IsDigit(*p)) mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p++ - '0');
     digits += p - first;
     exponent = -static_cast<int>(p - first > kMostDigits ? kMostDigits : p - first);
   }
