@@ -11,6 +11,7 @@
 #include "tests/related/cochran_q.h"
 #include "tests/related/marginal_homogeneity.h"
 #include "tests/related/mcnemar.h"
+#include "tests/related/sign.h"
 
 // One include and one row for each test; names are those of the entries that the settings'
 // translation makes.
@@ -29,6 +30,7 @@ std::span<const TestTableRow> TestTable() {
       {"RCochransQ", ConstructCochransQTest},
       {"RMarginalHomogeneity", ConstructMarginalHomogeneityTest},
       {"RMcNemar", ConstructMcNemarTest},
+      {"RSign", ConstructSignTest},
   });
   return kRows;
 }

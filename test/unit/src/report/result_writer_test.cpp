@@ -8,6 +8,7 @@
 
 #include "report/elements.h"
 #include "support/matchers.h"
+#include "support/schema.h"
 #include "support/variables.h"
 
 namespace {
@@ -36,6 +37,7 @@ std::string DocumentOf(const QDVarList& variables, std::vector<std::vector<doubl
                           weightIndex, caseIdIndex);
   std::ostringstream stream;
   EXPECT_THAT(writer.Write(stream, 4294967296, runInfo), IsOk());
+  EXPECT_TRUE(IsValid(stream.str(), "statxml-7.0.xsd"));
   return stream.str();
 }
 
@@ -92,8 +94,9 @@ TEST(ResultWriter, FieldsTestsAndDistributionsAreWrittenInFull) {
       {.unweighted = 2, .weighted = 3, .dropped = 4, .badWeight = 5.5, .weightedDropped = 6});
 
   std::vector<std::unique_ptr<XMLElement>> tests;
-  tests.push_back(CreateAlgorithm("B", "t", "c", "retain"));
-  tests.push_back(CreateAlgorithm("A", "t", "c", ""));
+  tests.push_back(CreateAlgorithm("RSign", "hypothesis_test", "Related_Samples", "retain"));
+  tests.push_back(CreateAlgorithm("OBinomial", "hypothesis_test", "One_Sample", "unknown"));
+  for (const auto& test : tests) AddCondition(*test, "R_Sign_2", {"0"});
   NPARRunInfo runInfo;
   runInfo.applicationName = "App & Co";
   runInfo.applicationVersion = "1.2";
@@ -130,8 +133,18 @@ TEST(ResultWriter, FieldsTestsAndDistributionsAreWrittenInFull) {
     <DataField index="7" name="t" optype="categorical" dataType="timeSeconds"/>
    </DataDictionary>
    <NonParametricTests number="2" sigLevel="0.05" confidenceLevel="0.95" missingTreatment="listwise">
-    <Algorithm name="B" type="t" classification="c" decision="retain"/>
-    <Algorithm name="A" type="t" classification="c"/>
+    <Algorithm name="RSign" type="hypothesis_test" classification="Related_Samples" decision="retain">
+     <StructuredTable name="Condition">
+      <Attribute name="ConditionKey" value="R_Sign_2"/>
+      <Attribute name="%0" value="0"/>
+     </StructuredTable>
+    </Algorithm>
+    <Algorithm name="OBinomial" type="hypothesis_test" classification="One_Sample" decision="unknown">
+     <StructuredTable name="Condition">
+      <Attribute name="ConditionKey" value="R_Sign_2"/>
+      <Attribute name="%0" value="0"/>
+     </StructuredTable>
+    </Algorithm>
    </NonParametricTests>
    <FieldInfos>
     <FieldInfo varIndex="0">

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "foundation/names.h"
+#include "kit/univariate.h"
+
+/// The differences d = second - first of a pair of variables: how many lie on either side of zero,
+/// their range, and their histogram, which takes a pass of its own once the range is known.
+class PairedDifferences {
+ public:
+  /// Reads "variableIndex"; false, and no pair, unless it holds exactly two positions.
+  bool ReadPair(const QDSettings& settings);
+  /// Positions in the record; -1 without a pair.
+  [[nodiscard]] std::int32_t First() const noexcept { return first; }
+  [[nodiscard]] std::int32_t Second() const noexcept { return second; }
+  [[nodiscard]] double Of(const Record& record) const noexcept {
+    return record[second] - record[first];
+  }
+
+  void Count(double difference, std::int64_t weight) noexcept {
+    if (difference > 0.0) {
+      positiveCount += weight;
+    } else if (difference < 0.0) {
+      negativeCount += weight;
+    } else {
+      tieCount += weight;
+    }
+    if (difference > maximum) maximum = difference;
+    if (difference < minimum) minimum = difference;
+  }
+  /// Sums of weights.
+  [[nodiscard]] std::int64_t PositiveCount() const noexcept { return positiveCount; }
+  [[nodiscard]] std::int64_t NegativeCount() const noexcept { return negativeCount; }
+  [[nodiscard]] std::int64_t TieCount() const noexcept { return tieCount; }
+  [[nodiscard]] std::int64_t TotalN() const noexcept {
+    return positiveCount + negativeCount + tieCount;
+  }
+  [[nodiscard]] double Minimum() const noexcept { return minimum; }
+
+  /// After all were counted: bins over their range.
+  void StartHistogram() {
+    histogram.SetRange(minimum, maximum, QDContUnivariateVariable::kBinCount);
+  }
+  void AddToHistogram(double difference, std::int64_t weight) {
+    histogram.AddValueOrZero(difference, weight);
+  }
+  void EndHistogram() { histogram.AddZeroBin(); }
+  [[nodiscard]] const std::vector<HistogramBin>& Bins() const noexcept {
+    return histogram.GetBins();
+  }
+
+ private:
+  std::int32_t first = -1;
+  std::int32_t second = -1;
+  std::int64_t positiveCount = 0;
+  std::int64_t negativeCount = 0;
+  std::int64_t tieCount = 0;
+  double minimum = std::numeric_limits<double>::max();
+  double maximum = std::numeric_limits<double>::lowest();
+  QDContUnivariateVariable histogram;
+};

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "foundation/names.h"
+#include "kit/paired_differences.h"
+
+/// "ContinuousDistribution" of paired differences: the counts on either side of zero and the
+/// histogram.
+void AddDifferenceTable(XMLElement& algorithm, const PairedDifferences& differences);

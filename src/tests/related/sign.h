@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "kit/paired_differences.h"
+#include "kit/record_weight.h"
+#include "kit/test.h"
+#include "planning/planner.h"
+
+/// Sign test: is the median of the paired differences d = second - first zero?
+///
+/// S and T are the sums of weights where d > 0 and d < 0, n = S + T, B is Binomial(n, 1/2):
+///   exact       p = min(1, 2 min(P(B <= S), P(B >= S)))                      1 <= n <= 25
+///   asymptotic  z = (S - n/2 -+ 1/2) / (sqrt(n) / 2), p = 2 (1 - Phi(|z|))   n >= 1
+/// The 1/2 moves S toward n/2 and never past it. Where there is an exact p, it decides. Without a
+/// difference (n = 0) the asymptotic p is 1.
+/// Pass 0 yields every figure; pass 1 only the histogram of d, whose range pass 0 found.
+///
+/// Source: W. J. Dixon and A. M. Mood, The statistical sign test, JASA 41 (1946), 557-566.
+class NPARSign final : public NPARTest {
+ public:
+  /// The largest n with an exact p.
+  static constexpr std::int64_t kExactLimit = 25;
+
+  using NPARTest::NPARTest;
+
+  void SetSharedData(UnivariateResults*) override {}  // reads no shared summaries
+  /// Reads "variableIndex" (two positions in the record), "weightVariableIndex" (absent: each
+  /// record weighs 1) and "sigLevel". Error 220918: not two different positions.
+  QDStatus BeginPass() override;
+  QDStatus ProcessRecord(const Record& record) override;
+  bool NeedsAnotherPass() override { return !status.IsError() && passIndex == 1; }
+  /// Error 220003: the weights sum to 0. Help message 220916: the exact p is given.
+  QDStatus EndPass() override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  XMLElement* WriteResults() override;
+
+ private:
+  void ReadSettings();
+  void Compute();
+
+  RecordWeight weight;
+  double sigLevel = 0.05;
+  PairedDifferences differences;
+  double standardError = 0.0;
+  double standardTestStatistic = 0.0;  // z
+  double asymptoticSig = 0.0;
+  std::optional<double> exactSig;
+  int passIndex = 0;  // passes finished
+};
+
+/// Makes the test of an entry "RSign". Errors 220903, 220912, 220915, 220917, 220918.
+QDStatus ConstructSignTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
