@@ -1,0 +1,163 @@
+#include "host/messages/messages.h"
+
+#include <algorithm>
+#include <charconv>
+#include <vector>
+
+namespace npar_host {
+namespace {
+
+struct Source {
+  std::int32_t hundreds;  // code / 100
+  std::string_view name;
+};
+
+constexpr Source kSources[] = {
+    {2201, "Runs test"},
+    {2202, "Chi-square test"},
+    {2203, "One-sample Kolmogorov-Smirnov test"},
+    {2205, "Moses test of extreme reactions"},
+    {2206, "Wald-Wolfowitz runs test"},
+    {2207, "Mann-Whitney U test"},
+    {2208, "One-sample Wilcoxon signed-rank test"},
+    {2209, "Sign test"},
+    {2210, "Wilcoxon matched-pairs test"},
+    {2212, "Cochran's Q test"},
+    {2213, "Binomial test"},
+    {2215, "Confidence interval of a proportion"},
+    {2216, "McNemar test"},
+    {2217, "Marginal homogeneity test"},
+    {2218, "Friedman test"},
+    {2219, "Kendall's coefficient of concordance"},
+    {2220, "Two-sample Kolmogorov-Smirnov test"},
+    {2221, "Kruskal-Wallis test"},
+    {2222, "Jonckheere-Terpstra test"},
+    {2223, "Median test"},
+    {2224, "Hodges-Lehmann estimate for pairs"},
+    {2225, "Hodges-Lehmann estimate for two groups"},
+    {2400, "Host and component"},
+};
+
+/// A parameter as a reader may see it.
+std::string Clean(std::string text) {
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = ' ';
+  }
+  return text;
+}
+
+std::string Quote(const std::string& text) { return '"' + text + '"'; }
+
+std::string FieldName(const std::string& index, const FieldNames& fields) {
+  std::size_t position = 0;
+  const char* const end = index.data() + index.size();
+  const auto [stop, error] = std::from_chars(index.data(), end, position);
+  if (!fields || error != std::errc() || stop != end) return index;
+  return fields(position).value_or(index);
+}
+
+/// The parameters of one message, ready to be shown.
+class Parameters {
+ public:
+  Parameters(std::span<const std::string> given, NamedParameters named, ParameterMeaning meaning,
+             const FieldNames& fields)
+      : named(named) {
+    for (const std::string& each : given) {
+      std::string shown =
+          Clean(meaning == ParameterMeaning::Field ? FieldName(each, fields) : each);
+      if (meaning != ParameterMeaning::Plain) shown = Quote(shown);
+      positional.push_back(std::move(shown));
+    }
+  }
+
+  /// The parameter of the placeholder at the front of `rest` (behind its "%"), which is taken off.
+  [[nodiscard]] std::optional<std::string> Take(std::string_view& rest) const {
+    const char first = rest.empty() ? '\0' : rest.front();
+    if (first == '*') {
+      rest.remove_prefix(1);
+      return positional.empty() ? std::nullopt : std::optional(All());
+    }
+    if (first >= '0' && first <= '9') {
+      rest.remove_prefix(1);
+      const auto place = static_cast<std::size_t>(first - '0');
+      return place < positional.size() ? std::optional(positional[place]) : std::nullopt;
+    }
+    const std::string_view name =
+        rest.substr(0, rest.find_first_not_of("abcdefghijklmnopqrstuvwxyz"));
+    rest.remove_prefix(name.size());
+    const auto found = std::ranges::find(named, name, &NamedParameters::element_type::first);
+    return found == named.end() ? std::nullopt : std::optional(Clean(found->second));
+  }
+
+  [[nodiscard]] std::string All() const {
+    std::string all;
+    for (const std::string& each : positional) all += (all.empty() ? "" : ", ") + each;
+    return all;
+  }
+
+ private:
+  std::vector<std::string> positional;
+  NamedParameters named;
+};
+
+/// Fills `text` up to its end or a closing bracket; `isComplete` tells whether each placeholder had
+/// its parameter.
+std::string Fill(std::string_view& text, const Parameters& parameters, bool& isComplete) {
+  std::string filled;
+  while (!text.empty() && text.front() != ']') {
+    const char c = text.front();
+    text.remove_prefix(1);
+    if (c == '%') {
+      const std::optional<std::string> parameter = parameters.Take(text);
+      isComplete = isComplete && parameter.has_value();
+      filled += parameter.value_or("");
+    } else if (c == '[') {
+      bool isPartComplete = true;
+      const std::string part = Fill(text, parameters, isPartComplete);
+      text.remove_prefix(text.empty() ? 0 : 1);
+      if (isPartComplete) filled += part;
+    } else {
+      filled += c;
+    }
+  }
+  return filled;
+}
+
+}  // namespace
+
+const MessageText* FindMessage(std::int32_t code) {
+  const std::span<const MessageText> messages = AllMessages();
+  const auto found = std::ranges::lower_bound(messages, code, {}, &MessageText::code);
+  return found != messages.end() && found->code == code ? &*found : nullptr;
+}
+
+std::string_view MessageSource(std::int32_t code) {
+  const auto* const found = std::ranges::find(kSources, code / 100, &Source::hundreds);
+  return found == std::end(kSources) ? "Run" : found->name;
+}
+
+std::string_view KindName(MessageKind kind) {
+  switch (kind) {
+    case MessageKind::Error:
+      return "error";
+    case MessageKind::Warning:
+      return "warning";
+    case MessageKind::Help:
+      break;
+  }
+  return "help";
+}
+
+std::string FillMessage(std::int32_t code, std::span<const std::string> parameters,
+                        NamedParameters named, const FieldNames& fields) {
+  const MessageText* const message = FindMessage(code);
+  std::string_view text =
+      message == nullptr ? "a message that this host has no text for[: %*]" : message->text;
+  const Parameters shown(parameters, named,
+                         message == nullptr ? ParameterMeaning::Plain : message->parameters,
+                         fields);
+  bool isComplete = true;
+  return Fill(text, shown, isComplete);
+}
+
+}  // namespace npar_host
