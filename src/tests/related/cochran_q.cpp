@@ -26,9 +26,6 @@ constexpr std::int32_t kTooFewVariables = 221214;  // fewer than two fields
 constexpr std::int32_t kNoVariableName = 221215;   // the entry names no fields
 constexpr std::int32_t kUnfitVariable = 221216;    // not categorical, or of another kind; the index
 
-/// Sums of squares of counts pass 64 bits.
-__extension__ using Wide = __int128;
-
 }  // namespace
 
 NPARCochransQ::NPARCochransQ(QDSettings* settings, const QDVarList* variables)
@@ -110,7 +107,7 @@ QDStatus NPARCochransQ::ProcessRecord(const Record& record) {
     }
     totalN += w;
     sumR += successes * w;
-    sumRSquared += successes * successes * w;
+    sumRSquared += WideInteger{successes * successes} * w;
     return status;
   }
   // The success of an ordered sample is looked up at its ordered place: hosts know the results so.
@@ -121,21 +118,21 @@ QDStatus NPARCochransQ::ProcessRecord(const Record& record) {
     for (std::size_t place = ranges[i].first; place <= ranges[i].last; ++place) {
       if (categories.IsSuccess(place, record[samples[place].index])) ++successes;
     }
-    rangeSumRSquared[i] += successes * successes * w;
+    rangeSumRSquared[i] += WideInteger{successes * successes} * w;
   }
   return status;
 }
 
 RangeFigures NPARCochransQ::ComputeQ(const std::vector<std::int64_t>& counts,
-                                     std::int64_t sumRSquared) {
-  Wide sum = 0;
-  Wide squares = 0;
+                                     WideInteger sumRSquared) {
+  WideInteger sum = 0;
+  WideInteger squares = 0;
   for (const std::int64_t count : counts) {
     sum += count;
-    squares += static_cast<Wide>(count) * count;
+    squares += static_cast<WideInteger>(count) * count;
   }
-  const auto k = static_cast<Wide>(counts.size());
-  const Wide divisor = k * sum - sumRSquared;
+  const auto k = static_cast<WideInteger>(counts.size());
+  const WideInteger divisor = k * sum - sumRSquared;
   const double q = divisor == 0 ? 0.0
                                 : static_cast<double>((squares * k - sum * sum) * (k - 1)) /
                                       static_cast<double>(divisor);

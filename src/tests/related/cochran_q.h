@@ -8,6 +8,7 @@
 #include "kit/record_weight.h"
 #include "kit/success_categories.h"
 #include "kit/test.h"
+#include "kit/wide_integer.h"
 #include "planning/planner.h"
 
 /// Cochran's Q test: do k related binary fields have the same share of successes?
@@ -47,7 +48,7 @@ class NPARCochransQ final : public NPARTest {
   /// Q and its significance over samples with successes T, where sum w R^2 counts these samples
   /// only.
   [[nodiscard]] static RangeFigures ComputeQ(const std::vector<std::int64_t>& counts,
-                                             std::int64_t sumRSquared);
+                                             WideInteger sumRSquared);
   /// T of a field by its index in the data. The table is read at that index as long as it has one
   /// there.
   [[nodiscard]] std::int64_t CountOf(std::int32_t variable) const;
@@ -65,9 +66,9 @@ class NPARCochransQ final : public NPARTest {
   std::int64_t totalN = 0;
   std::vector<std::int64_t> successCounts;  // T by place
   std::int64_t sumR = 0;
-  std::int64_t sumRSquared = 0;
+  WideInteger sumRSquared = 0;
   RangeFigures overall;
-  std::vector<std::int64_t> rangeSumRSquared;  // by place in the work list
+  std::vector<WideInteger> rangeSumRSquared;  // by place in the work list
 };
 
 /// Makes the test of an entry "RCochransQ". Errors 221203, 221210, 221214, 221215, 221216.
