@@ -13,7 +13,7 @@
 #include "host/data/input_error.h"
 #include "host/data/text_source.h"
 #include "host/loader/analysis_run.h"
-#include "host/render/message_text.h"
+#include "host/messages/messages.h"
 #include "host/render/text.h"
 
 namespace npar_host {
@@ -40,7 +40,7 @@ std::filesystem::path ComponentPath(const ExecutionOptions& options) {
 void PrintMessages(const std::vector<RunMessage>& messages) {
   for (const RunMessage& message : messages) {
     std::fprintf(stderr, "%s %d: %s\n", message.isError ? "error" : "warning", message.code,
-                 Printable(MessageText(message.code, message.parameters)).c_str());
+                 Printable(FillMessage(message.code, message.parameters)).c_str());
   }
 }
 

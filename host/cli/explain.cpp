@@ -3,9 +3,24 @@
 
 #include "host/cli/commands.h"
 #include "host/cli/output.h"
-#include "host/render/message_text.h"
+#include "host/cli/word_list.h"
+#include "host/messages/messages.h"
 
 namespace npar_host {
+namespace {
+
+std::string Explanation(int code) {
+  const MessageText* message = FindMessage(code);
+  if (message == nullptr) {
+    throw UsageError("there is no message with the code " + std::to_string(code) +
+                     "; codes are those of lines such as \"error 220010: ...\"");
+  }
+  return std::string(KindName(message->kind)) + " " + std::to_string(code) + ": " +
+         FillMessage(code, {}) + "\nRaised by: " + std::string(MessageSource(code)) +
+         "\nWhat to do: " + std::string(message->remedy) + "\n";
+}
+
+}  // namespace
 
 void AddExplainCommand(CLI::App& program) {
   auto* command = program.add_subcommand(
@@ -13,7 +28,7 @@ void AddExplainCommand(CLI::App& program) {
   const auto code = std::make_shared<int>(0);
   command->add_option("code", *code, "message code, such as 220010")->required();
   command->footer("Example:\n  npar explain 220010\n");
-  command->callback([code] { Publish("-", MessageText(*code, {}) + '\n'); });
+  command->callback([code] { Publish("-", Explanation(*code)); });
 }
 
 }  // namespace npar_host

@@ -99,7 +99,7 @@ ResultMessage ReadMessage(pugi::xml_node node) {
     } else if (row.name.starts_with('%')) {
       message.parameters.push_back(row.text);
     } else if (row.name != "paramNum") {
-      message.namedParameters.push_back(row);
+      message.namedParameters.emplace_back(row.name, row.text);
     }
   }
   return message;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace npar_host {
@@ -58,7 +59,7 @@ struct ResultMessage {
   std::int32_t code = 0;
   std::string type;  // "error", "warning" or "helpMessage"
   std::vector<std::string> parameters;
-  std::vector<ResultStatistic> namedParameters;
+  std::vector<std::pair<std::string, std::string>> namedParameters;
 };
 
 /// A group of records, or one of several related variables.

@@ -5,7 +5,7 @@
 #include <cstdio>
 
 #include "host/data/number.h"
-#include "host/render/message_text.h"
+#include "host/messages/messages.h"
 #include "host/render/wording.h"
 
 namespace npar_host {
@@ -213,11 +213,20 @@ class TextReport {
     return name;
   }
 
+  std::string CrossedField(const ResultTest& test, std::size_t position) {
+    const auto titles = FieldTitles(document, test, position);
+    return titles.empty() ? "(unknown field)" : Printable(titles.front());
+  }
+
   void WriteTable(const ResultTest& test, const ResultTable& table) {
     if (table.Empty()) return;
-    text += '\n' + std::string(kIndent, ' ') + TableLabel(table.name) + '\n';
-    std::vector<std::vector<std::string>> rows;
     const bool isCross = table.name == "CategoryFieldsComparison";
+    text += '\n' + std::string(kIndent, ' ') + TableLabel(table.name);
+    if (isCross) {
+      text += " of " + CrossedField(test, 0) + " (rows) and " + CrossedField(test, 1) + " (columns)";
+    }
+    text += '\n';
+    std::vector<std::vector<std::string>> rows;
     const bool isUnnamedCross = isCross && table.columnNames.empty();
     rows.push_back({""});
     for (const std::string& name : table.columnNames) {
@@ -264,11 +273,16 @@ class TextReport {
   }
 
   void WriteMessages(const ResultTest& test) {
+    const FieldNames fieldTitle = [this](std::size_t index) -> std::optional<std::string> {
+      if (index >= document.fields.size()) return std::nullopt;
+      return document.fields[index].Title();
+    };
     if (!test.messages.empty()) text += '\n';
     for (const ResultMessage& message : test.messages) {
-      const char* kind = message.type == "helpMessage" ? "note" : message.type.c_str();
-      text += Wrapped(std::string(kind) + " " + std::to_string(message.code) + ": " +
-                          Printable(MessageText(message.code, message.parameters)),
+      const std::string kind = message.type == "helpMessage" ? "note" : message.type;
+      text += Wrapped(kind + " " + std::to_string(message.code) + ": " +
+                          Printable(FillMessage(message.code, message.parameters,
+                                                message.namedParameters, fieldTitle)),
                       kIndent);
     }
   }

@@ -87,7 +87,7 @@ TEST(ResultModelTest, ReadsEveryFormOfATest) {
   ASSERT_EQ(test.messages.size(), 1u);
   EXPECT_EQ(test.messages[0].code, 220013);
   EXPECT_THAT(test.messages[0].parameters, ElementsAre("9"));
-  EXPECT_EQ(test.messages[0].namedParameters.at(0).text, "0;0");
+  EXPECT_EQ(test.messages[0].namedParameters.at(0).second, "0;0");
   EXPECT_FALSE(test.Failed());
   ASSERT_EQ(test.statistics.size(), 2u);
   EXPECT_EQ(test.statistics[1].group, "MinimumRuns");

@@ -1,0 +1,345 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <regex>
+
+#include "host/cli/test_registry.h"
+#include "host/data/csv.h"
+#include "host/loader/analysis_run.h"
+#include "support/process.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr const char* kProgram = NPAR_BUILD_DIR "/bin/npar";
+constexpr const char* kComponent = NPAR_BUILD_DIR "/lib/libnpar.so";
+constexpr const char* kSleep = "examples/sleep.csv";
+
+ProcessResult RunNpar(std::vector<std::string> arguments, const std::string& input = {}) {
+  arguments.insert(arguments.begin(), kProgram);
+  return RunProcess(arguments, input);
+}
+
+std::string PairParameters(const std::string& second, const std::string& rest) {
+  return R"(<Parameters><Parameter name="relatedVariables"><ListValue><Value value="drug1"/>
+<Value value=")" +
+         second + R"("/></ListValue></Parameter>)" + rest + "</Parameters>";
+}
+
+const std::string kSignTest =
+    R"(<Parameter name="isAutomaticallyRelated" value="false"/><Parameter name="RSign">
+<StructuredValue><Attribute name="isSelected" value="true"/></StructuredValue></Parameter>)";
+
+void ExpectValid(const std::string& schema, const std::string& path) {
+  const ProcessResult check =
+      RunProcess({"/usr/bin/xmllint", "--noout", "--schema", "schema/" + schema, path});
+  EXPECT_EQ(check.exitCode, 0) << check.err;
+}
+
+class CommandLineTest : public testing::Test {
+ protected:
+  TemporaryFolder folder;
+};
+
+TEST_F(CommandLineTest, RunWritesAValidResultDocument) {
+  const std::string params = folder.Write("params.xml", PairParameters("drug2", kSignTest));
+  const std::string out = folder.Path("result.xml");
+  const ProcessResult run = RunNpar({"run", "--params", params, "--data", kSleep, "--out", out});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, IsEmpty());
+  EXPECT_THAT(run.err, IsEmpty());
+  EXPECT_THAT(FileContent(out), HasSubstr(R"(<Algorithm name="RSign")"));
+  ExpectValid("statxml-7.0.xsd", out);
+  EXPECT_THAT(folder.Names(), ElementsAre("params.xml", "result.xml"));
+}
+
+TEST_F(CommandLineTest, RunReadsDataFromStandardInputAndWritesToStandardOutput) {
+  const std::string params = folder.Write("params.xml", PairParameters("drug2", kSignTest));
+  const ProcessResult run =
+      RunNpar({"run", "--params", params, "--data", "-"}, FileContent(kSleep));
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr(R"(<Algorithm name="RSign")"));
+}
+
+TEST_F(CommandLineTest, AnalysePrintsTheReportAndKeepsDocumentsThatRunTakes) {
+  const ProcessResult analysis =
+      RunNpar({"analyse", kSleep, "--related", "drug1,drug2", "--test", "sign", "--case-id",
+               "patient", "--keep-documents", folder.Path("kept"), "--out", folder.Path("a.xml")});
+  EXPECT_EQ(analysis.exitCode, 0) << analysis.err;
+  EXPECT_THAT(analysis.out, AllOf(HasSubstr("1. Sign test"), HasSubstr("0.00390625"),
+                                  HasSubstr("Reject the null hypothesis at the level 0.05.")));
+  ExpectValid("parameters.xsd", folder.Path("kept/params.xml"));
+  ExpectValid("datamodel.xsd", folder.Path("kept/model.xml"));
+  ExpectValid("statxml-7.0.xsd", folder.Path("a.xml"));
+
+  const ProcessResult run =
+      RunNpar({"run", "--params", folder.Path("kept/params.xml"), "--model",
+               folder.Path("kept/model.xml"), "--data", kSleep, "--out", folder.Path("b.xml")});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  // Only the number of the run differs.
+  const std::regex identifier("modelID=\"[0-9]+\"");
+  EXPECT_EQ(std::regex_replace(FileContent(folder.Path("a.xml")), identifier, ""),
+            std::regex_replace(FileContent(folder.Path("b.xml")), identifier, ""));
+
+  const ProcessResult report = RunNpar({"report", folder.Path("a.xml"), "--as", "text"});
+  EXPECT_EQ(report.exitCode, 0) << report.err;
+  EXPECT_EQ(report.out, analysis.out);
+}
+
+TEST_F(CommandLineTest, AnalyseChoosesTestsForFieldsWithoutOne) {
+  const ProcessResult run = RunNpar({"analyse", "examples/titanic.csv", "--one-sample", "class,sex",
+                                     "--weight", "freq", "--out", folder.Path("r.xml")});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, AllOf(HasSubstr("1. Chi-square test"), HasSubstr("2. Binomial test")));
+  // 32 lines, 8 of them with the frequency 0, 2201 persons.
+  EXPECT_THAT(FileContent(folder.Path("r.xml")),
+              HasSubstr(R"(totalFreq="2201" totalCount="24" droppedCount="0" badWeightCount="8")"));
+}
+
+// airquality.csv: 153 days, 111 without a missing value in any field, 116 with Ozone.
+TEST_F(CommandLineTest, RecordsWithMissingValuesAreCountedAsTheTreatmentSays) {
+  for (const auto& [treatment, counts] :
+       {std::pair("analysis", R"(totalCount="153" droppedCount="0")"),
+        std::pair("listwise", R"(totalCount="111" droppedCount="42")")}) {
+    const ProcessResult run = RunNpar({"analyse", "examples/airquality.csv", "--independent",
+                                       "Ozone,Solar.R", "--by", "Month", "--nominal", "Month",
+                                       "--missing", treatment, "--out", folder.Path("r.xml")});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_THAT(FileContent(folder.Path("r.xml")), HasSubstr(counts)) << treatment;
+    ExpectValid("statxml-7.0.xsd", folder.Path("r.xml"));
+  }
+}
+
+TEST_F(CommandLineTest, ReportsGoToSeveralPlacesInOneCall) {
+  const ProcessResult run =
+      RunNpar({"analyse", kSleep, "--related", "drug1,drug2", "--test", "sign", "--report", "text",
+               "--report", "text=" + folder.Path("report.txt")});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("Sign test"));
+  EXPECT_EQ(FileContent(folder.Path("report.txt")), run.out);
+}
+
+struct BadInput {
+  const char* catches;
+  std::vector<std::string> arguments;  // @NAME: a file of the table below
+  int exitCode;
+  const char* says;
+};
+
+TEST_F(CommandLineTest, BadInputIsRefusedWithPlaceAndRemedyAndNothingIsWritten) {
+  folder.Write("empty.csv", "");
+  folder.Write("header.csv", "a,b\n");
+  folder.Write("ragged.csv", "a,b\n1,2\n3\n");
+  folder.Write("text.csv", "a,b\n1,2\nx,3\n");
+  folder.Write("heavy.csv", "a,b,n\n1,2,1\n3,4,3000000000\n");
+  folder.Write("missing.csv", "a,b\nNA,NA\nNA,NA\n");
+  folder.Write("twice.csv", "a,a\n1,2\n");
+  folder.Write("broken.xml", "<Parameters>\n <Parameter name=\"x\"");
+  folder.Write("nofield.xml", "<Parameters/>");
+  folder.Write("notest.xml", PairParameters("drug2", ""));
+  folder.Write("unknown.xml", PairParameters("drug9", kSignTest));
+  folder.Write("nogroup.xml",
+               R"(<Parameters><Parameter name="independentVariables"><ListValue>
+<Value value="drug1"/></ListValue></Parameter></Parameters>)");
+  folder.Write("sign.xml", PairParameters("drug2", kSignTest));
+  const auto files = folder.Names();
+
+  const BadInput rows[] = {
+      {"broken XML", {"run", "--params", "@broken.xml", "--data", kSleep}, 2, "broken.xml:2:"},
+      {"no field", {"run", "--params", "@nofield.xml", "--data", kSleep}, 1, "error 220010: "},
+      {"no test", {"run", "--params", "@notest.xml", "--data", kSleep}, 1, "error 220001: "},
+      {"unknown field", {"run", "--params", "@unknown.xml", "--data", kSleep}, 1, "error 220011: "},
+      {"unknown field is named",
+       {"run", "--params", "@unknown.xml", "--data", kSleep},
+       1,
+       R"(unknown.xml:2:2: the data have no field "drug9"; did you mean "drug)"},
+      {"no group", {"run", "--params", "@nogroup.xml", "--data", kSleep}, 1, "error 220009: "},
+      {"absent document", {"run", "--params", "@absent.xml", "--data", kSleep}, 2, "absent.xml: "},
+      {"absent data", {"run", "--params", "@sign.xml", "--data", "@absent.csv"}, 2, "absent.csv: "},
+      {"broken data model",
+       {"run", "--params", "@sign.xml", "--data", kSleep, "--model", "@broken.xml"},
+       2,
+       "broken.xml:2:"},
+      {"component that is none",
+       {"run", "--params", "@sign.xml", "--data", kSleep, "--component", kSleep},
+       2,
+       "cannot load the component examples/sleep.csv"},
+      {"library that is no component",
+       {"info", "--component", NPAR_BUILD_DIR "/lib/libqdcommon700r.so"},
+       2,
+       "does not export hb_create_component"},
+      {"empty file", {"analyse", "@empty.csv", "--related", "a,b"}, 2, "empty.csv:1:1: "},
+      {"header only", {"analyse", "@header.csv", "--related", "a,b"}, 2, "header.csv:2:1: "},
+      {"ragged rows", {"analyse", "@ragged.csv", "--related", "a,b"}, 2, "ragged.csv:3:1: "},
+      {"text in a continuous column",
+       {"analyse", "@text.csv", "--related", "a,b", "--continuous", "a"},
+       2,
+       "text.csv:3:1: "},
+      {"weight above 2147483647",
+       {"analyse", "@heavy.csv", "--related", "a,b", "--weight", "n"},
+       1,
+       "error 220026: "},
+      {"all records missing",
+       {"analyse", "@missing.csv", "--related", "a,b", "--missing", "listwise"},
+       1,
+       "error 240037: "},
+      {"columns of one name", {"analyse", "@twice.csv", "--related", "a"}, 2, "twice.csv:1:3: "},
+      {"missing group variable",
+       {"analyse", kSleep, "--independent", "drug1"},
+       2,
+       "give it with --by"},
+      {"unknown group variable",
+       {"analyse", kSleep, "--independent", "drug1", "--by", "drug3"},
+       2,
+       R"(no field "drug3"; did you mean)"},
+      {"no field option", {"analyse", kSleep}, 2, "no field to analyse"},
+      {"no data", {"analyse", "--related", "a,b"}, 2, "data is required"},
+      {"unknown test",
+       {"analyse", kSleep, "--related", "drug1,drug2", "--test", "sing"},
+       2,
+       R"(no test "sing"; did you mean "sign"?)"},
+      {"unknown report form",
+       {"analyse", kSleep, "--related", "drug1,drug2", "--report", "pdf"},
+       2,
+       R"(no report as "pdf")"},
+      {"unknown separator",
+       {"analyse", kSleep, "--related", "drug1,drug2", "--separator", "colons"},
+       2,
+       "comma, semicolon, tab or one character"},
+      {"unknown missing-value treatment",
+       {"analyse", kSleep, "--related", "drug1,drug2", "--missing", "pairwise"},
+       2,
+       "--missing"},
+      {"no number", {"analyse", kSleep, "--significance", "five"}, 2, "--significance"},
+      {"unknown option", {"analyse", kSleep, "--relatd", "a"}, 2, "--relatd"},
+      {"unknown command", {"analyze", kSleep}, 2, R"(did you mean "analyse"?)"},
+      {"no command", {}, 2, "npar --help"},
+      {"no result document", {"report", "@sign.xml", "--as", "text"}, 2, "no result document"},
+      {"unknown code", {"explain", "1234567"}, 2, "1234567"},
+      {"code that is no number", {"explain", "abc"}, 2, "abc"},
+      {"unknown test to describe", {"tests", "medin"}, 2, R"(did you mean "median"?)"},
+  };
+  for (const BadInput& row : rows) {
+    SCOPED_TRACE(row.catches);
+    std::vector<std::string> arguments = row.arguments;
+    for (std::string& argument : arguments) {
+      if (argument.starts_with('@')) argument = folder.Path(argument.substr(1));
+    }
+    const bool hasOut = !arguments.empty() && (arguments[0] == "run" || arguments[0] == "analyse");
+    if (hasOut) arguments.insert(arguments.end(), {"--out", folder.Path("result.xml")});
+    const ProcessResult run = RunNpar(arguments);
+    EXPECT_EQ(run.exitCode, row.exitCode) << run.err;
+    EXPECT_THAT(run.err, HasSubstr(row.says));
+    EXPECT_THAT(run.out, IsEmpty());
+    EXPECT_EQ(folder.Names(), files);
+  }
+}
+
+TEST_F(CommandLineTest, AFailedRunLeavesTheOldResultAlone) {
+  const std::string params = folder.Write("params.xml", PairParameters("drug9", kSignTest));
+  const std::string out = folder.Write("result.xml", "old");
+  const ProcessResult run = RunNpar({"run", "--params", params, "--data", kSleep, "--out", out});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_EQ(FileContent(out), "old");
+}
+
+TEST_F(CommandLineTest, WhatCannotBeWrittenIsAnError) {
+  const std::string params = folder.Write("params.xml", PairParameters("drug2", kSignTest));
+  for (const std::string& out : {std::string("/dev/full"), folder.Path("absent/result.xml")}) {
+    const ProcessResult run = RunNpar({"run", "--params", params, "--data", kSleep, "--out", out});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_THAT(run.err, HasSubstr("cannot write " + out));
+  }
+  const ProcessResult full =
+      RunProcess({"/bin/sh", "-c", std::string(kProgram) + " tests > /dev/full"});
+  EXPECT_EQ(full.exitCode, 2);
+  EXPECT_THAT(full.err, HasSubstr("cannot write standard output: No space left"));
+  const ProcessResult closed = RunProcess(
+      {"/bin/bash", "-c", std::string(kProgram) + " tests | true; exit ${PIPESTATUS[0]}"});
+  EXPECT_THAT(closed.exitCode, testing::AnyOf(0, 2));  // 0 where the pipe took all before it closed
+  EXPECT_THAT(closed.err, testing::AnyOf(IsEmpty(), HasSubstr("Broken pipe")));
+}
+
+TEST_F(CommandLineTest, CtrlCWhileReadingEndsWith130AndWritesNothing) {
+  const std::string params = folder.Write("params.xml", PairParameters("drug2", kSignTest));
+  const ProcessResult run = SignalWaitingProcess(
+      {kProgram, "run", "--params", params, "--data", "-", "--out", folder.Path("result.xml")},
+      "drug1,drug2\n1,2\n", SIGINT);
+  EXPECT_EQ(run.exitCode, 130);
+  EXPECT_THAT(folder.Names(), ElementsAre("params.xml"));
+}
+
+// Ctrl-C while the component runs calls Cancel from another thread; here the run's own progress
+// does, so that it comes at a known time.
+TEST_F(CommandLineTest, ACancelledRunFailsWithTheMessageCode1) {
+  using namespace npar_host;
+  const ComponentLibrary library(kComponent);
+  CsvReader reader(kSleep);
+  AnalysisRun run(library, PairParameters("drug2", kSignTest), LoadData(reader, {}));
+  run.ListenToProgress([&](double, double) { run.Cancel(); });
+  const RunResult result = run.Execute();
+  EXPECT_FALSE(result.Succeeded());
+  EXPECT_THAT(result.document, IsEmpty());
+  ASSERT_EQ(result.messages.size(), 1u);
+  EXPECT_TRUE(result.messages[0].isError);
+  EXPECT_EQ(result.messages[0].code, 1);
+}
+
+TEST_F(CommandLineTest, InfoTellsWhatTheComponentSays) {
+  const ProcessResult run = RunNpar({"info"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, AllOf(HasSubstr("name: NPAR\n"), HasSubstr("provider: LYRA\n"),
+                             HasSubstr("version: 1.0.0.0\n"), HasSubstr("libnpar.so\n")));
+}
+
+TEST_F(CommandLineTest, TestsListsEachTestWithItsOptions) {
+  const ProcessResult all = RunNpar({"tests"});
+  EXPECT_EQ(all.exitCode, 0) << all.err;
+  for (const std::string& name : npar_host::TestNames()) {
+    EXPECT_THAT(all.out, HasSubstr("\n" + name + "\n"));
+  }
+  const ProcessResult one = RunNpar({"tests", "moses"});
+  EXPECT_THAT(one.out, AllOf(StartsWith("moses\n"), HasSubstr("outliers=COUNT"),
+                             HasSubstr("group1="), Not(HasSubstr("median"))));
+}
+
+TEST_F(CommandLineTest, ExplainTellsTextAndRemedy) {
+  const ProcessResult run = RunNpar({"explain", "220010"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("no field is selected"));
+}
+
+TEST_F(CommandLineTest, MessagesCarryTheirText) {
+  const std::string params = folder.Write("params.xml", "<Parameters/>");
+  const ProcessResult run = RunNpar({"run", "--params", params, "--data", kSleep});
+  EXPECT_THAT(run.err, HasSubstr("error 220010: no field is selected\n"));
+}
+
+TEST_F(CommandLineTest, EachCommandHasHelpWithExamples) {
+  for (const char* command : {"run", "analyse", "report", "explain", "tests", "info"}) {
+    const ProcessResult help = RunNpar({command, "--help"});
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_THAT(help.out, HasSubstr(std::string("\n  npar ") + command));
+    EXPECT_THAT(help.err, IsEmpty());
+  }
+}
+
+// Names may hold anything that XML can carry.
+TEST_F(CommandLineTest, OddNamesGoThroughUnharmed) {
+  const std::string data =
+      folder.Write("odd.csv", "\"a \"\"<&;'\",\"b,\n\xC3\xA9\"\n1,2\n2,3\n3,5\n4,3\n");
+  const ProcessResult run = RunNpar({"analyse", data, "--related", "a \"<&;',b\\,\n\xC3\xA9",
+                                     "--test", "sign", "--out", folder.Path("r.xml")});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("b,\\x0a\xC3\xA9 - a \"<&;'"));
+  ExpectValid("statxml-7.0.xsd", folder.Path("r.xml"));
+}
+
+}  // namespace
