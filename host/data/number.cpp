@@ -78,15 +78,13 @@ constexpr auto kPowersOfFive = [] {
 std::uint64_t Quotient(std::uint64_t m, const PowerOfFive& five) {
   const Wide low = static_cast<Wide>(m) * five.inverseLow;
   const Wide product = static_cast<Wide>(m) * five.inverseHigh + (low >> 64);
-  // The exact product lies less than 2 above this one in units of its lower word, so that this word
-  // decides the upper one and shows a remainder, unless it is zero or next to overflowing.
   const auto quotient = static_cast<std::uint64_t>(product >> 64);
   const auto fraction = static_cast<std::uint64_t>(product);
-  if (fraction != 0 && fraction < ~std::uint64_t{1}) return quotient | 1;
-
-  const Wide dividend = static_cast<Wide>(m) << 63;
-  const bool hasRemainder = dividend % five.divisor != 0;
-  return static_cast<std::uint64_t>(dividend / five.divisor) | (hasRemainder ? 1U : 0U);
+  // The inverse is rounded down, so that the exact product lies above this one, by less than 2 in
+  // its last place, 2^-64. A remainder keeps the exact quotient at least 1 / 5^27 > 2^-63 below the
+  // next integer: closer to it there is none, and the quotient is that integer.
+  const bool isExact = fraction >= ~std::uint64_t{1};
+  return isExact ? quotient + 1 : quotient | 1;
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <unordered_map>
 #include <utility>
 
 #include "host/data/input_error.h"
@@ -65,17 +66,18 @@ class Preparation {
 
  private:
   std::size_t Find(const std::string& name) const {
-    const int found = model.Find(name);
-    if (found < 0) {
+    const auto found = fieldOfName.find(name);
+    if (found == fieldOfName.end()) {
       throw InputError("the component requires the field " + Quoted(name) +
                        ", which the data does not have; correct the parameters or the data model");
     }
-    return static_cast<std::size_t>(found);
+    return found->second;
   }
 
   void PlanFields() {
     const std::size_t count = model.fields.size();
     plans.resize(count);
+    for (std::size_t i = 0; i < count; ++i) fieldOfName.emplace(model.fields[i].name, i);
     std::vector<bool> isExcluded(count, false);
     std::vector<bool> isUncoded(count, false);
     for (const std::string& name : requirements.excludeUserMissing) isExcluded[Find(name)] = true;
@@ -201,6 +203,7 @@ class Preparation {
   const Requirements& requirements;
   Dataset& data;
   DataModel& model;
+  std::unordered_map<std::string, std::size_t> fieldOfName;
   std::vector<FieldPlan> plans;
   std::vector<std::size_t> changed;  // fields whose cells are not delivered as they stand
   std::vector<std::size_t> deletedListwise;
