@@ -1,5 +1,9 @@
 #include "planning/progress.h"
 
+// Out of line, so that the component exports them.
+NPARReporter::NPARReporter() = default;
+NPARReporter::~NPARReporter() = default;
+
 int NPARReporter::DiscreteMeasure(const std::string& /*name*/) const { return 1; }
 
 double NPARReporter::ScaleMeasure(const std::string& /*name*/) const { return QDMV::gMissingValue; }

@@ -7,6 +7,8 @@
 /// What a worker reports: how far the whole run is, in percent.
 class QD_EXPORT NPARReporter : public ProgressReport {
  public:
+  NPARReporter();
+  ~NPARReporter() override;
   /// 1, whatever the name.
   int DiscreteMeasure(const std::string& name) const override;
   /// The missing value.
