@@ -32,6 +32,8 @@ struct RankGroup {
 /// Group keys that are small whole numbers are found by their value, others through a map.
 class NPARRank {
  public:
+  static constexpr double kTieTolerance = 1e-14;
+
   /// What is kept beyond the sums.
   struct Keep {
     bool ranks = false;       ///< RankGroup::ranks
@@ -93,7 +95,6 @@ class NPARRank {
   }
 
  private:
-  static constexpr double kTieTolerance = 1e-14;
   static constexpr double kSmallKeys = 65536.0;
   static constexpr std::size_t kNoPlace = ~std::size_t{0};
 

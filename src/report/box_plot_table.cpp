@@ -44,3 +44,17 @@ void AddBoxPlotTables(XMLElement& parent, const GroupBoxPlot& plot, bool hasCase
                                               })
                                : std::string());
 }
+
+void AddBoxPlotInfo(XMLElement& algorithm, const GroupSamples& samples, std::int64_t groupCount,
+                    const std::vector<double>& meanRanks) {
+  XMLElement* info = AddStructuredTable(algorithm, "BoxPlotInfo");
+  AddAttributeRow(*info, "GroupFieldIndex", samples.GroupVariable());
+  AddAttributeRow(*info, "GroupCount", groupCount);
+  for (std::size_t place = 0; place < samples.Codes().size(); ++place) {
+    const std::int32_t code = samples.Codes()[place];
+    XMLElement* group = AddStructuredTable(*info, "Group" + std::to_string(code));
+    AddAttributeRow(*group, "GroupIndex", code);
+    if (!meanRanks.empty()) AddAttributeRow(*group, "MeanOfRank", meanRanks[place]);
+    AddBoxPlotTables(*group, samples.BoxPlots()[place], samples.HasCaseIds());
+  }
+}

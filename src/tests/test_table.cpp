@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "tests/independent/jonckheere_terpstra.h"
+#include "tests/independent/kruskal_wallis.h"
 #include "tests/one_sample/binomial.h"
 #include "tests/one_sample/chi_square.h"
 #include "tests/one_sample/estimate_ci.h"
@@ -18,6 +20,8 @@
 
 std::span<const TestTableRow> TestTable() {
   static constexpr std::array kRows = std::to_array<TestTableRow>({
+      {"IJonckheereTerpstra", ConstructJonckheereTest},
+      {"IKruskalWallis", ConstructKruskalWallisTest},
       {"OBinomial", ConstructBinomialTest},
       {"OChiSquare", ConstructChiSquareTest},
       {"OEstimateConfidenceInterval", ConstructEstimateCITest},

@@ -1,0 +1,234 @@
+#include "tests/independent/jonckheere_terpstra.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <string>
+#include <utility>
+
+#include "planning/group_construction.h"
+#include "report/box_plot_table.h"
+#include "report/comparison_tables.h"
+#include "report/elements.h"
+#include "report/messages.h"
+
+namespace {
+
+constexpr std::int32_t kUnknownVariable = 222203;  // a name is no variable's
+constexpr std::int32_t kTooFewGroups = 222210;     // fewer than two groups with data
+constexpr std::int32_t kNoVariable = 222215;       // no test variable is named
+constexpr std::int32_t kNoGroup = 222216;          // no group variable is named
+constexpr std::int32_t kNotCategorical = 222217;   // the group variable
+constexpr std::int32_t kNotContinuous = 222218;    // the test variable
+constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = 222211,
+                                           .tooFewStepwise = 222212,
+                                           .notSignificantPairwise = 222213,
+                                           .notSignificantStepwise = 222214};
+
+constexpr std::int32_t kPasses = 3;
+
+/// The codes of all categories in the hypothesised order: as listed for an ordinal variable, else
+/// by value.
+std::vector<double> HypothesisedOrder(TestConstruction& construction, std::int32_t group,
+                                      bool isReversed) {
+  const QDCategoryList& categories = *construction.CategoriesOf(group);
+  std::vector<std::int32_t> codes(static_cast<std::size_t>(categories.Size()));
+  std::iota(codes.begin(), codes.end(), 0);
+  if (!construction.Planner().GetVarInfo().IsOrdinal(group)) {
+    const bool isNumeric = construction.KindOf(group) == VariableKind::NumericCategory;
+    std::stable_sort(codes.begin(), codes.end(), [&](std::int32_t a, std::int32_t b) {
+      return isNumeric ? categories.GetNumber(a) < categories.GetNumber(b)
+                       : categories.GetText(a) < categories.GetText(b);
+    });
+  }
+  if (isReversed) std::reverse(codes.begin(), codes.end());
+  return {codes.begin(), codes.end()};
+}
+
+}  // namespace
+
+NPARJonckTer::NPARJonckTer(QDSettings* settings) noexcept
+    : NPARTest(settings), comparison(kComparisonCodes) {}
+
+void NPARJonckTer::ReadSettings() {
+  std::vector<std::int32_t> order;
+  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
+  static_cast<void>(settings->GetSettingValByName("groupOrder", order));
+  const auto isOn = [this](const char* key) {
+    double value = 0.0;
+    return settings->GetSettingValByName(key, value) && value == 1.0;
+  };
+  if (isOn("pairWise")) comparison.Want(ComparisonKind::Pairwise);
+  if (isOn("stepWise")) comparison.Want(ComparisonKind::Stepwise);
+
+  samples.SetCategoryCount(static_cast<std::int32_t>(order.size()));
+  positionOfCode.resize(order.size());
+  for (std::size_t position = 0; position < order.size(); ++position) {
+    positionOfCode[static_cast<std::size_t>(order[position])] = position;
+  }
+  overallCounts = JonckheereCounts(order.size());
+  passesLeft = kPasses;
+}
+
+QDStatus NPARJonckTer::BeginPass() {
+  if (samples.PassesDone() == 0) {
+    samples.Read(*settings);
+    if (status.IsOK()) ReadSettings();
+  }
+  if (status.IsOK() && samples.PassesDone() > 0 && comparison.WantsStepwise()) {
+    ranges.clear();
+    for (const SampleRange& range : comparison.GetWorkList()) ranges.emplace_back(range.Size());
+  }
+  return status;
+}
+
+QDStatus NPARJonckTer::ProcessRecord(const Record& record) {
+  GroupSamples::Unit unit{};
+  if (status.IsError() || !samples.Take(record, unit)) return status;
+  const std::size_t position = positionOfCode[static_cast<std::size_t>(unit.code)];
+  if (samples.PassesDone() == 0) {
+    overallCounts.Add(unit.value, unit.weight, position);
+    if (!comparison.IsPending()) return status;
+    return overallRanks.AddValue(unit.value, static_cast<double>(unit.weight), unit.code);
+  }
+  if (!comparison.IsPending() || samples.PlaceOf(unit.code) == GroupSamples::kNoPlace) {
+    return status;
+  }
+  if (comparison.WantsPairwise()) {
+    for (std::size_t earlier = 0; earlier < position; ++earlier) {
+      pairs[PairIndex(earlier, position)].Add(unit.value, unit.weight, true);
+    }
+    for (std::size_t later = position + 1; later < orderedCodes.size(); ++later) {
+      pairs[PairIndex(position, later)].Add(unit.value, unit.weight, false);
+    }
+    return status;
+  }
+  const std::vector<SampleRange>& work = comparison.GetWorkList();
+  for (std::size_t i = 0; i < work.size() && work[i].first <= position; ++i) {
+    if (position > work[i].last) continue;
+    ranges[i].Add(unit.value, unit.weight, position - work[i].first);
+  }
+  return status;
+}
+
+bool NPARJonckTer::NeedsAnotherPass() {
+  return !status.IsError() && (samples.PassesDone() < kPasses || comparison.IsPending());
+}
+
+QDStatus NPARJonckTer::EndPass() {
+  if (status.IsError()) return status;
+  const bool isOverall = samples.PassesDone() == 0;
+  samples.EndPass();
+  if (isOverall) {
+    EndOverall();
+  } else if (comparison.IsPending() && comparison.WantsPairwise()) {
+    EndPairwise();
+  } else if (comparison.IsPending()) {
+    comparison.EndStepwisePass(*this, [this](std::size_t i) {
+      const SampleRange& range = comparison.GetWorkList()[i];
+      std::vector<double> sizes;
+      for (std::size_t p = range.first; p <= range.last; ++p) sizes.push_back(SizeAt(p));
+      ranges[i].CloseRun();
+      const JonckheereFigures figures = StandardizeJonckheere(ranges[i].Sums(), sizes);
+      return RangeFigures{figures.statistic, OneTailedSig(figures.standardTestStatistic)};
+    });
+  }
+  passesLeft = NeedsAnotherPass() ? std::max(passesLeft - 1, 1) : 0;
+  return status;
+}
+
+void NPARJonckTer::EndOverall() {
+  orderedCodes = samples.Codes();
+  std::sort(orderedCodes.begin(), orderedCodes.end(), [this](std::int32_t a, std::int32_t b) {
+    return positionOfCode[static_cast<std::size_t>(a)] <
+           positionOfCode[static_cast<std::size_t>(b)];
+  });
+  if (orderedCodes.size() < 2) {
+    ReportStatus(QDStatus(kTooFewGroups), MessageKind::Error);
+    return;
+  }
+  std::vector<double> sizes;
+  for (std::size_t position = 0; position < orderedCodes.size(); ++position) {
+    positionOfCode[static_cast<std::size_t>(orderedCodes[position])] = position;
+    sizes.push_back(SizeAt(position));
+  }
+  overallCounts.CloseRun();
+  overall = StandardizeJonckheere(overallCounts.Sums(), sizes);
+  twoTailedSig = 2.0 * QDDistFun::SfStdNorm(std::fabs(overall.standardTestStatistic));
+  if (!comparison.PassGate(*this, sigLevel, twoTailedSig, orderedCodes.size())) return;
+  overallRanks.CloseRun();
+  if (comparison.WantsPairwise()) {
+    pairs.resize(PairIndex(0, orderedCodes.size()));
+  } else {
+    passesLeft += static_cast<std::int32_t>(orderedCodes.size()) - 2;
+    comparison.StartStepwise(OrderedSamples(), sigLevel);
+  }
+}
+
+std::vector<ComparedSample> NPARJonckTer::OrderedSamples() {
+  std::vector<ComparedSample> list;
+  for (const std::int32_t code : orderedCodes) {
+    list.push_back(
+        {code, overallRanks.GroupEntry(code).rankSum / static_cast<double>(samples.CountOf(code))});
+  }
+  return list;
+}
+
+double NPARJonckTer::OneTailedSig(double z) const {
+  const bool wasBelow = overall.standardTestStatistic < 0.0;
+  const double size = std::fabs(z);
+  return (z < 0.0) == wasBelow ? QDDistFun::SfStdNorm(size) : QDDistFun::CdfStdNorm(size);
+}
+
+void NPARJonckTer::EndPairwise() {
+  const std::size_t groupCount = orderedCodes.size();
+  comparison.RunPairwise(OrderedSamples(), groupCount, [this](std::int32_t i, std::int32_t j) {
+    const auto earlier = static_cast<std::size_t>(i);
+    const auto later = static_cast<std::size_t>(j);
+    JonckheerePair& pair = pairs[PairIndex(earlier, later)];
+    pair.CloseRun();
+    const JonckheereFigures figures =
+        StandardizeJonckheere(pair.Sums(), {SizeAt(earlier), SizeAt(later)});
+    return PairFigures{figures.statistic, figures.standardError, figures.standardTestStatistic,
+                       OneTailedSig(figures.standardTestStatistic)};
+  });
+  pairs = {};
+}
+
+void NPARJonckTer::GetRequiredVariables(std::vector<std::int64_t>& positions) {
+  samples.AppendRequired(positions);
+}
+
+XMLElement* NPARJonckTer::WriteResults() {
+  auto algorithm = CreateAlgorithm("IJonckheereTerpstra", "hypothesis_test", "Independent_Samples",
+                                   DecisionWord(status, sigLevel, twoTailedSig));
+  AddCondition(*algorithm, "DefaultAllDistinctValuesUsed_I_JonckheereTerpstra_2",
+               {IndexText(samples.TestVariable()), IndexText(samples.GroupVariable())});
+  WriteMessages(*algorithm, messages);
+  if (status.IsError()) return algorithm.release();
+
+  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
+  AddAttributeRow(*statistics, "TestStatistic", overall.statistic);
+  AddAttributeRow(*statistics, "StandardError", overall.standardError);
+  AddAttributeRow(*statistics, "StandardTestStatistic", overall.standardTestStatistic);
+  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", twoTailedSig);
+  AddBoxPlotInfo(*algorithm, samples, static_cast<std::int64_t>(samples.Codes().size()));
+  WriteComparison(*algorithm, comparison);
+  return algorithm.release();
+}
+
+QDStatus ConstructJonckheereTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
+  TestConstruction construction(planner, entry);
+  const auto variables = construction.LookUpTestAndGroup(
+      {kNoVariable, kNoGroup, kUnknownVariable, kNotContinuous, kNotCategorical});
+  if (construction.IsOK()) {
+    const std::string order = construction.ReadText("orderOfHypotheses", "orderSmallestToLargest");
+    construction.Put("groupOrder", HypothesisedOrder(construction, variables.group,
+                                                     order == "orderLargestToSmallest"));
+    const std::string word = construction.ReadText("typeOfMultipleComparison", "none");
+    construction.Put("pairWise", word == "pairWise");
+    construction.Put("stepWise", word == "stepWise");
+  }
+  status = AddGroupTest<NPARJonckTer>(construction, variables);
+  return status;
+}

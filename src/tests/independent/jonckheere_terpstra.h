@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "kit/group_samples.h"
+#include "kit/multiple_comparisons.h"
+#include "kit/rank.h"
+#include "kit/test.h"
+#include "planning/planner.h"
+#include "tests/independent/jonckheere_statistic.h"
+
+/// Jonckheere-Terpstra test for ordered alternatives: does a field rise or fall along the ordered
+/// groups?
+///
+/// J is the sum, over each pair of groups, of the Mann-Whitney count of the later over the earlier,
+/// ties counting a half. With n_j the weights of the groups, N their sum and t those of the ties,
+///   E J = (N^2 - sum n_j^2) / 4
+///   Var J = [N(N-1)(2N+5) - sum n_j(n_j-1)(2n_j+5) - sum t(t-1)(2t+5)] / 72
+///     + sum n_j(n_j-1)(n_j-2) sum t(t-1)(t-2) / (36 N(N-1)(N-2))
+///     + sum n_j(n_j-1) sum t(t-1) / (8 N(N-1))
+/// z = (J - E J) / sqrt(Var J), p = 2 (1 - Phi(|z|)). There is no exact value.
+///
+/// The groups are the categories with data, in the hypothesised order. The overall test sets the
+/// direction in which pairs and ranges of groups are then judged, one-sided.
+///
+/// Pass 0 is the overall test, pass 1 compares the pairs; the step-down reads one pass a step from
+/// pass 1 on. Passes 1 and 2 find the box plots too. Records ascend by the test variable.
+/// Sources: T. J. Terpstra, Indagationes Mathematicae 14 (1952); A. R. Jonckheere, Biometrika 41
+/// (1954).
+class NPARJonckTer final : public NPARTest {
+ public:
+  explicit NPARJonckTer(QDSettings* settings) noexcept;
+
+  void SetSharedData(UnivariateResults*) override {}
+  QDStatus BeginPass() override;
+  /// Passes over a record of no category.
+  QDStatus ProcessRecord(const Record& record) override;
+  bool NeedsAnotherPass() override;
+  /// Error 222210: fewer than two groups with data. Warnings 222211, 222212: fewer than 3 groups;
+  /// 222213, 222214: not significant; 220013: a group alone.
+  QDStatus EndPass() override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  XMLElement* WriteResults() override;
+
+ private:
+  void ReadSettings();
+  void EndOverall();
+  void EndPairwise();
+  /// The groups with data in their order, with their overall mean ranks.
+  [[nodiscard]] std::vector<ComparedSample> OrderedSamples();
+  /// One-sided, in the direction of the overall test.
+  [[nodiscard]] double OneTailedSig(double z) const;
+  [[nodiscard]] double SizeAt(std::size_t position) const {
+    return static_cast<double>(samples.CountOf(orderedCodes[position]));
+  }
+  [[nodiscard]] std::size_t PairIndex(std::size_t earlier, std::size_t later) const noexcept {
+    return later * (later - 1) / 2 + earlier;
+  }
+
+  double sigLevel = 0.05;
+  GroupSamples samples;
+  std::vector<std::size_t> positionOfCode;  // in the hypothesised order of all categories
+  JonckheereCounts overallCounts{0};
+  NPARRank overallRanks;  // by category code; only for the comparisons
+  JonckheereFigures overall{};
+  double twoTailedSig = 1.0;
+  MultipleComparison comparison;
+  std::vector<std::int32_t> orderedCodes;  // of the groups with data
+  std::vector<JonckheerePair> pairs;       // all pairs of the groups with data
+  std::vector<JonckheereCounts> ranges;    // one for each range of the work list
+};
+
+/// Makes the test of an entry "IJonckheereTerpstra". Errors 222215, 222216, 222203, 222218, 222217.
+QDStatus ConstructJonckheereTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);

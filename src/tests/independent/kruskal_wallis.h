@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "kit/group_samples.h"
+#include "kit/multiple_comparisons.h"
+#include "kit/rank.h"
+#include "kit/test.h"
+#include "planning/planner.h"
+
+/// Kruskal-Wallis one-way analysis of variance by ranks: do k independent samples come from the
+/// same population?
+///
+/// n_j is the weight of group j, N their sum, R_j its sum of mid-ranks, T the sum of t^3 - t over
+/// the ties:
+///   H = (12 / (N (N + 1)) sum R_j^2 / n_j - 3 (N + 1)) / (1 - T / (N^3 - N)), 0 where all tie
+///   p = P(chi-square with k - 1 degrees of freedom > H)
+/// Pairwise (O. J. Dunn, Technometrics 6 (1964)): d = R_a/n_a - R_b/n_b on the overall ranks,
+///   s^2 = (1/n_a + 1/n_b) (N (N + 1) / 12 - T / (12 (N - 1))), p = 2 (1 - Phi(|d / s|)),
+/// adjusted for all categories of the group variable. Stepwise: the groups in the order of their
+/// mean ranks, then medians, each range ranked anew and judged on its plain significance.
+///
+/// Pass 0 ranks, pass 1 finds the hinges of the box plots, pass 2 their outliers; the step-down
+/// reads one pass a step from pass 2 on. Records ascend by the test variable.
+/// Source: W. H. Kruskal and W. A. Wallis, JASA 47 (1952).
+class NPARKruskalWOneWay final : public NPARTest {
+ public:
+  explicit NPARKruskalWOneWay(QDSettings* settings) noexcept;
+
+  void SetSharedData(UnivariateResults*) override {}
+  QDStatus BeginPass() override;
+  /// Passes over a record of no category.
+  QDStatus ProcessRecord(const Record& record) override;
+  bool NeedsAnotherPass() override;
+  /// Error 222112: fewer than two groups with data. Help message 222111 with every result. Warnings
+  /// 222118, 222116: fewer than 3 groups; 222119, 222117: not significant; 220013: a group alone.
+  QDStatus EndPass() override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  XMLElement* WriteResults() override;
+
+ private:
+  void EndOverall();
+  void RunPairwise();
+  void StartStepwise();
+  /// H of the range at a place of the work list.
+  [[nodiscard]] RangeFigures ComputeRange(std::size_t place);
+
+  double sigLevel = 0.05;
+  GroupSamples samples;
+  NPARRank overallRanks;          // by category code
+  std::vector<double> meanRanks;  // by place among the groups with data
+  RangeFigures overall;
+  MultipleComparison comparison;
+  std::vector<std::size_t> orderedPlaces;    // the groups in stepwise order
+  std::vector<std::size_t> positionOfPlace;  // and back
+  std::vector<NPARRank> rangeRanks;          // for each range of the work list, by position
+};
+
+/// Makes the test of an entry "IKruskalWallis". Errors 222103, 222109, 222110, 222101, 222115.
+QDStatus ConstructKruskalWallisTest(NPARPlanner& planner, QDStatus& status,
+                                    const QDSettings& entry);
