@@ -1,6 +1,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 #include "foundation/math.h"
 #include "tails.h"
@@ -11,6 +12,9 @@ namespace {
 
 constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr Real kZeta2 = 1.644934066848226436472415166646025L;
+constexpr Real kZeta3 = 1.202056903159594285399738161511450L;
+constexpr Real kZeta4 = 1.082323233711138191516003696541168L;
 constexpr Real kRootTwo = 1.414213562373095048801688724209698L;
 
 bool IsShape(double value) { return value > 0.0 && value < kInfinity; }
@@ -61,8 +65,41 @@ Real FindQuantile(double p, Real start, TailsAt tailsAt) {
   return t;
 }
 
+// Below this in both shapes p hardly depends on x, and neither tail has digits enough to tell x.
+constexpr Real kTinyShape = 1e-5L;
+
+// Log odds of the beta quantile for two tiny shapes, solved from the series of the tail that
+// reaches up to the quantile, which is the one below 1/2:
+//   p = x^a (1 + a S(x)) b / (a + b) e^g,  S(x) = sum over n > 0 of (1 - b)_n x^n / (n! (a + n)),
+//   g = ln Gamma(1 + a + b) - ln Gamma(1 + a) - ln Gamma(1 + b).
+// What p differs from b / (a + b) is formed exactly: it is all that x depends on.
+Real TinyBetaLogOdds(Real p, Real a, Real b) {
+  const Real ofA = p * a;
+  const Real ofB = p * b;
+  const Real low = std::fma(p, a, -ofA) + std::fma(p, b, -ofB);
+  const Real difference = (p < 0.5L ? (ofA - b) + ofB : (ofB - b) + ofA) + low;  // p (a + b) - b
+  const Real gammas = a * b * (kZeta2 - kZeta3 * (a + b) + kZeta4 * (a * a + 1.5L * a * b + b * b));
+  const bool isLower = std::log1p(difference / b) - gammas <= 0;
+  if (!isLower) std::swap(a, b);
+  const Real top = std::log1p((isLower ? difference : -difference) / b) - gammas;
+  Real t = top / a;
+  // S(x) is -ln(1 - x) but for the shapes, so that each round adds five digits.
+  for (int round = 0; round < 5; ++round) {
+    const Real x = 1 / (1 + std::exp(-t));
+    Real sum = 0;
+    Real term = 1;
+    for (int n = 1; n < 80; ++n) {
+      term *= (static_cast<Real>(n) - b) / static_cast<Real>(n) * x;
+      sum += term / (a + static_cast<Real>(n));
+    }
+    t = top / a - std::log1p(a * sum) / a - std::log1p(-x);
+  }
+  return isLower ? t : -t;
+}
+
 // Log odds of the beta quantile.
 Real BetaLogOdds(double p, Real a, Real b) {
+  if (std::fmax(a, b) < kTinyShape) return TinyBetaLogOdds(p, a, b);
   const Real center = std::log(a) - std::log(b);
   if (std::fmin(a, b) > kCertainShape) return center;
   return FindQuantile(p, center, [&](Real t) {

@@ -83,22 +83,21 @@ Real SumTail(const Table& table, Real x, bool isLower) {
   auto [marked, drawnRest, markedRest, rest] = table.Cells(x);
   Real term = std::exp(table.LogProbability(x, table.Deviation(x)));
   Real sum = term;
-  if (isLower) {
-    for (; term > kLastTerm * sum; sum += term) {
+  while (term > kLastTerm * sum) {
+    if (isLower) {
       term *= marked / (drawnRest + 1) * (rest / (markedRest + 1));
       --marked, --rest, ++drawnRest, ++markedRest;
-    }
-  } else {
-    for (; term > kLastTerm * sum; sum += term) {
+    } else {
       term *= drawnRest / (marked + 1) * (markedRest / (rest + 1));
       ++marked, ++rest, --drawnRest, --markedRest;
     }
+    sum += term;
   }
   return sum;
 }
 
 // The same by the midpoint form of Euler and Maclaurin's formula; the term left out is below
-// (ln P)'^4 / 800, the fourth power of 1e-4 wherever the tail is a normal double.
+// (ln P)'^4 / 800, and the slope below 4e-4 wherever the tail is a normal double.
 Real IntegrateTail(const Table& table, Real x, bool isLower) {
   const Real sign = isLower ? -1 : 1;
   const Real edge = x - sign / 2;
