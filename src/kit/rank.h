@@ -32,6 +32,7 @@ struct RankGroup {
 /// Group keys that are small whole numbers are found by their value, others through a map.
 class NPARRank {
  public:
+  /// Values nearer than this to the first of a run are in it.
   static constexpr double kTieTolerance = 1e-14;
 
   /// What is kept beyond the sums.

@@ -11,9 +11,13 @@
 #include "tests/one_sample/runs.h"
 #include "tests/one_sample/wilcoxon.h"
 #include "tests/related/cochran_q.h"
+#include "tests/related/friedman.h"
+#include "tests/related/hodges_lehmann_pairs.h"
+#include "tests/related/kendalls_w.h"
 #include "tests/related/marginal_homogeneity.h"
 #include "tests/related/mcnemar.h"
 #include "tests/related/sign.h"
+#include "tests/related/wilcoxon_pairs.h"
 
 // One include and one row for each test; names are those of the entries that the settings'
 // translation makes.
@@ -32,9 +36,13 @@ std::span<const TestTableRow> TestTable() {
       {"ORuns", ConstructRunsTest},
       {"OWilcoxonSignedRanks", ConstructWilcoxonOneSampleTest},
       {"RCochransQ", ConstructCochransQTest},
+      {"RFriedmansTwoWayByRanks", ConstructFriedmanTest},
+      {"RHodgesLehmannEstimatePairs", ConstructHodgesLehmannPairsTest},
+      {"RKendallsCoefficient", ConstructKendallsWTest},
       {"RMarginalHomogeneity", ConstructMarginalHomogeneityTest},
       {"RMcNemar", ConstructMcNemarTest},
       {"RSign", ConstructSignTest},
+      {"RWilcoxonSignedRanks", ConstructWilcoxonPairsTest},
   });
   return kRows;
 }

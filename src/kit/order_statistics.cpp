@@ -1,0 +1,209 @@
+// Selection without listing.
+//
+// The values stand in a table whose rows and columns both ascend: averages of sorted data, or
+// differences of a sorted group and a descending one. Rounding keeps that order, since it is
+// monotone. How many of the values are not above a bound is then counted along the staircase that
+// parts the table, in one step for each row and column.
+//
+// The wanted value is bracketed on the line of all doubles, whose bits in order are 64-bit
+// integers: each count halves the bracket, so that 64 counts at most end at the value itself. As
+// soon as no more values lie in the bracket than there are data, they are listed, sorted, and the
+// wanted one is read off; that takes some 20 counts on usual data.
+//
+// So what comes back is exactly what the sorted list holds at that rank. D. B. Johnson and T.
+// Mizoguchi, SIAM J. Comput. 7 (1978), 147-153, select in such tables with a bracket of table
+// entries instead.
+
+#include "kit/order_statistics.h"
+
+#include <algorithm>
+#include <bit>
+#include <utility>
+
+#include "kit/radix_sort.h"
+
+namespace {
+
+/// The double whose bits in order these are.
+double FromOrderedBits(std::uint64_t bits) {
+  constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
+  return std::bit_cast<double>((bits & kSign) != 0 ? bits & ~kSign : ~bits);
+}
+
+/// Row i: the averages of value i and those from it on.
+struct WalshTable {
+  const WeightedValues& data;
+
+  [[nodiscard]] std::size_t Rows() const { return data.Size(); }
+  [[nodiscard]] std::size_t Columns() const { return data.Size(); }
+  [[nodiscard]] std::size_t FirstColumn(std::size_t row) const { return row; }
+  [[nodiscard]] double Value(std::size_t row, std::size_t column) const {
+    return (data.Value(column) + data.Value(row)) * 0.5;
+  }
+  /// The weight of the row's entries before a column behind its first.
+  [[nodiscard]] WeightProduct WeightBefore(std::size_t row, std::size_t column) const {
+    const WeightProduct w = data.Weight(row);
+    return w * (w + 1) / 2 + w * (data.WeightBelow(column) - data.WeightBelow(row + 1));
+  }
+};
+
+/// Row i: the differences from the i-th largest value of the first group.
+struct DifferenceTable {
+  const WeightedValues& first;
+  const WeightedValues& second;
+
+  [[nodiscard]] std::size_t Rows() const { return first.Size(); }
+  [[nodiscard]] std::size_t Columns() const { return second.Size(); }
+  [[nodiscard]] std::size_t FirstColumn(std::size_t) const { return 0; }
+  [[nodiscard]] std::size_t Place(std::size_t row) const { return first.Size() - 1 - row; }
+  [[nodiscard]] double Value(std::size_t row, std::size_t column) const {
+    return second.Value(column) - first.Value(Place(row));
+  }
+  [[nodiscard]] WeightProduct WeightBefore(std::size_t row, std::size_t column) const {
+    return static_cast<WeightProduct>(first.Weight(Place(row))) * second.WeightBelow(column);
+  }
+};
+
+/// Calls `take(row, end)` for each row with entries not above the bound, which end before a column.
+template <typename Table, typename Take>
+void WalkStaircase(const Table& table, double bound, Take take) {
+  std::size_t end = table.Columns();
+  for (std::size_t row = 0; row < table.Rows(); ++row) {
+    const std::size_t begin = table.FirstColumn(row);
+    while (end > begin && table.Value(row, end - 1) > bound) --end;
+    if (end <= begin) return;
+    take(row, end);
+  }
+}
+
+struct Count {
+  std::uint64_t entries = 0;
+  WeightProduct weight = 0;
+};
+
+template <typename Table>
+Count CountUpTo(const Table& table, double bound) {
+  Count count;
+  WalkStaircase(table, bound, [&](std::size_t row, std::size_t end) {
+    count.entries += end - table.FirstColumn(row);
+    count.weight += table.WeightBefore(row, end);
+  });
+  return count;
+}
+
+/// The rank-th of the entries whose ordered bits are above `low` and not above `high`; `below` is
+/// the weight of those up to `low`.
+template <typename Table>
+double SelectListed(const Table& table, std::uint64_t low, std::uint64_t high, WeightProduct below,
+                    std::size_t size, WeightProduct rank) {
+  struct Entry {
+    std::uint64_t bits;
+    WeightProduct weight;
+  };
+  std::vector<Entry> entries;
+  entries.reserve(size);
+  WalkStaircase(table, FromOrderedBits(high), [&](std::size_t row, std::size_t end) {
+    const std::size_t begin = table.FirstColumn(row);
+    for (std::size_t column = end; column > begin; --column) {
+      const std::uint64_t bits = RadixSorter::OrderedBits(table.Value(row, column - 1));
+      if (bits <= low) return;
+      const WeightProduct before = column - 1 > begin ? table.WeightBefore(row, column - 1) : 0;
+      entries.push_back({bits, table.WeightBefore(row, column) - before});
+    }
+  });
+  std::sort(entries.begin(), entries.end(),
+            [](const Entry& a, const Entry& b) { return a.bits < b.bits; });
+  WeightProduct reached = below;
+  for (const Entry& entry : entries) {
+    reached += entry.weight;
+    if (reached >= rank) return FromOrderedBits(entry.bits);
+  }
+  return FromOrderedBits(high);
+}
+
+template <typename Table>
+double SelectFrom(const Table& table, WeightProduct rank) {
+  const double smallest = table.Value(0, 0);
+  const double largest = table.Value(table.Rows() - 1, table.Columns() - 1);
+  // Up to `low` the weight is below the rank, up to `high` it is not.
+  std::uint64_t low = RadixSorter::OrderedBits(smallest) - 1;
+  std::uint64_t high = RadixSorter::OrderedBits(largest);
+  Count upToLow;
+  Count upToHigh = CountUpTo(table, largest);
+  const std::uint64_t fewEnough = table.Rows() + table.Columns();
+  while (high - low > 1) {
+    if (upToHigh.entries - upToLow.entries <= fewEnough) {
+      return SelectListed(table, low, high, upToLow.weight, upToHigh.entries - upToLow.entries,
+                          rank);
+    }
+    const std::uint64_t middle = low + (high - low) / 2;
+    const Count count = CountUpTo(table, FromOrderedBits(middle));
+    if (count.weight >= rank) {
+      high = middle;
+      upToHigh = count;
+    } else {
+      low = middle;
+      upToLow = count;
+    }
+  }
+  return FromOrderedBits(high) + 0.0;  // never a negative zero
+}
+
+}  // namespace
+
+WeightProduct ToWeightProduct(double value) {
+  constexpr double kLimit = 0x1p126;
+  if (!(value > 0.0)) return 0;
+  return static_cast<WeightProduct>(std::min(value, kLimit));
+}
+
+void WeightedValues::Add(double value, std::int64_t weight) {
+  if (weight != 1 && weights.empty()) weights.assign(values.size(), 1);
+  values.push_back(value);
+  if (weight != 1 || !weights.empty()) weights.push_back(weight);
+}
+
+void WeightedValues::Shift(double distance) noexcept {
+  for (double& value : values) value += distance;
+}
+
+void WeightedValues::Sort() {
+  RadixSorter sorter(values.size());
+  for (const double value : values) sorter.Add(value);
+  const std::vector<std::uint32_t> order = sorter.TakeOrder();
+  std::vector<double> sorted;
+  sorted.reserve(values.size());
+  weightBelow.assign(1, 0);
+  weightBelow.reserve(values.size() + 1);
+  for (const std::uint32_t place : order) {
+    sorted.push_back(values[place]);
+    weightBelow.push_back(weightBelow.back() + (weights.empty() ? 1 : weights[place]));
+  }
+  values = std::move(sorted);
+  weights = std::vector<std::int64_t>();
+}
+
+double OrderStatistics::Median() const {
+  const double lower = Select((total + 1) / 2);
+  if (total % 2 != 0) return lower;
+  const double upper = Select(total / 2 + 1);
+  return lower == upper ? lower : (lower + upper) * 0.5;
+}
+
+WalshAverages::WalshAverages(const WeightedValues& data) : data(data) {
+  const WeightProduct n = data.TotalWeight();
+  total = n * (n + 1) / 2;
+}
+
+double WalshAverages::Select(WeightProduct rank) const {
+  return SelectFrom(WalshTable{data}, std::clamp(rank, WeightProduct{1}, total));
+}
+
+GroupDifferences::GroupDifferences(const WeightedValues& first, const WeightedValues& second)
+    : first(first), second(second) {
+  total = static_cast<WeightProduct>(first.TotalWeight()) * second.TotalWeight();
+}
+
+double GroupDifferences::Select(WeightProduct rank) const {
+  return SelectFrom(DifferenceTable{first, second}, std::clamp(rank, WeightProduct{1}, total));
+}

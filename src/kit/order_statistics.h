@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+/// Sums of products of weights, which pass 64 bits.
+__extension__ using WeightProduct = __int128;
+
+/// A number as a sum of weights: cut to 0 below, to 2^126 above; not a number gives 0.
+[[nodiscard]] WeightProduct ToWeightProduct(double value);
+
+/// Values in ascending order with whole weights of at least 1.
+class WeightedValues {
+ public:
+  void Add(double value, std::int64_t weight);
+  /// Raises every value.
+  void Shift(double distance) noexcept;
+  /// Call it once, after the last Add. Throws std::bad_alloc.
+  void Sort();
+
+  [[nodiscard]] std::size_t Size() const noexcept { return values.size(); }
+  [[nodiscard]] double Value(std::size_t place) const noexcept { return values[place]; }
+  [[nodiscard]] std::int64_t Weight(std::size_t place) const noexcept {
+    return weightBelow[place + 1] - weightBelow[place];
+  }
+  /// Sum of the weights before a place.
+  [[nodiscard]] std::int64_t WeightBelow(std::size_t place) const noexcept {
+    return weightBelow[place];
+  }
+  [[nodiscard]] std::int64_t TotalWeight() const noexcept { return weightBelow.back(); }
+
+ private:
+  std::vector<double> values;
+  std::vector<std::int64_t> weights;  // until they are sorted; empty as long as every weight is 1
+  std::vector<std::int64_t> weightBelow;
+};
+
+/// The order statistics of values that are not listed: there are as many as pairs of data, and they
+/// are selected in time n log n and memory n.
+class OrderStatistics {
+ public:
+  virtual ~OrderStatistics() = default;
+  /// The weight of all values.
+  [[nodiscard]] WeightProduct Total() const noexcept { return total; }
+  /// The value of that rank in ascending order, a value of weight w holding w ranks; the first for
+  /// a rank below 1, the last for one above Total. Throws std::bad_alloc.
+  [[nodiscard]] virtual double Select(WeightProduct rank) const = 0;
+  /// The value in the middle, or the mean of the two there.
+  [[nodiscard]] double Median() const;
+
+ protected:
+  WeightProduct total = 0;
+};
+
+/// The averages (a + b) / 2 of all pairs of the values, each with itself included, computed in
+/// doubles. Two values weigh the product of their weights, one with itself w (w + 1) / 2: as if
+/// each were written down w times.
+class WalshAverages final : public OrderStatistics {
+ public:
+  /// `data` is sorted, not empty, and must outlive this.
+  explicit WalshAverages(const WeightedValues& data);
+  double Select(WeightProduct rank) const override;
+
+ private:
+  const WeightedValues& data;
+};
+
+/// The differences b - a of each value of the second group and each of the first, computed in
+/// doubles, with the products of their weights.
+class GroupDifferences final : public OrderStatistics {
+ public:
+  /// Both are sorted, not empty, and must outlive this.
+  GroupDifferences(const WeightedValues& first, const WeightedValues& second);
+  double Select(WeightProduct rank) const override;
+
+ private:
+  const WeightedValues& first;
+  const WeightedValues& second;
+};

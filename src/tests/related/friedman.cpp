@@ -1,0 +1,26 @@
+#include "tests/related/friedman.h"
+
+#include "planning/test_construction.h"
+
+const NPARRankedRecords::Profile NPARFriedman::kProfile{
+    .name = "RFriedmansTwoWayByRanks",
+    .conditionKey = "R_FriedmansTwoWayByRanks_1",
+    .fieldCodes = {.noVariableName = 221811,
+                   .unknownVariable = 221803,
+                   .wrongCount = 221809,
+                   .notContinuous = 221804},
+    .noComparison = 221801,
+    .comparisonCodes = {.tooFewPairwise = 221815,
+                        .tooFewStepwise = 221816,
+                        .notSignificantPairwise = 221813,
+                        .notSignificantStepwise = 221814}};
+
+NPARFriedman::NPARFriedman(QDSettings* settings) : NPARRankedRecords(settings, kProfile) {}
+
+QDStatus ConstructFriedmanTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
+  TestConstruction construction(planner, entry);
+  NPARFriedman::ReadEntry(construction, NPARFriedman::kProfile);
+  status = construction.GetStatus();
+  planner.AddTest(construction.Make<NPARFriedman>());
+  return status;
+}

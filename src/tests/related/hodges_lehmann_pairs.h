@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "kit/order_statistics.h"
+#include "kit/paired_differences.h"
+#include "kit/record_weight.h"
+#include "kit/test.h"
+#include "planning/planner.h"
+
+/// Hodges-Lehmann estimate of the median of the paired differences d = second - first, with its
+/// distribution-free interval.
+///
+/// The n differences (n a sum of weights) have T = n (n + 1) / 2 Walsh averages (d_i + d_j) / 2,
+/// i <= j. The estimate is their median. With z the normal quantile of 1 - (1 - confidence) / 2,
+/// E = n (n + 1) / 4 and s the standard deviation of the signed-rank sum,
+///   s = sqrt(n (n + 1) (2 n + 1) / 24 - sum (t^3 - t) / 48),  t the weights of equal |d|:
+///   lower: the (floor(E - z s) + 1)-th average, the first at the least
+///   upper: the ceil(E + z s)-th average, the last at the most
+/// Zero differences take part: where there are any, every d is raised above zero before, and the
+/// results lowered by as much. One pass; the averages are not listed.
+///
+/// Source: J. L. Hodges and E. L. Lehmann, Ann. Math. Stat. 34 (1963), 598-611; J. W. Tukey (1949)
+/// for the interval, as in M. Hollander and D. A. Wolfe, Nonparametric Statistical Methods, 2nd
+/// ed., 1999, sections 3.2 and 3.3.
+class NPARHodgesLehmannPairs final : public NPARTest {
+ public:
+  using NPARTest::NPARTest;
+
+  void SetSharedData(UnivariateResults*) override {}  // reads no shared summaries
+  /// Reads "variableIndex" (two positions in the record), "weightVariableIndex" (absent: each
+  /// record weighs 1) and "confidenceLevel" (a probability). Error 222409: not two positions.
+  QDStatus BeginPass() override;
+  /// A record whose weight is below 1 has no averages.
+  QDStatus ProcessRecord(const Record& record) override;
+  bool NeedsAnotherPass() override { return false; }
+  /// Error 220003: the weights sum to 0. Throws std::bad_alloc.
+  QDStatus EndPass() override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  XMLElement* WriteResults() override;
+
+ private:
+  /// E and s of the signed-rank sum.
+  struct RankMoments {
+    double expected;
+    double standardError;
+  };
+  [[nodiscard]] RankMoments ComputeRankMoments() const;
+  void Compute();
+
+  RecordWeight weight;
+  double confidenceLevel = 0.95;
+  PairedDifferences differences;
+  WeightedValues values;  // d of each record
+  double estimate = 0.0;
+  double lower = 0.0;
+  double upper = 0.0;
+};
+
+/// Makes the estimate of an entry "RHodgesLehmannEstimatePairs". Errors 222403, 222404, 222409,
+/// 222410.
+QDStatus ConstructHodgesLehmannPairsTest(NPARPlanner& planner, QDStatus& status,
+                                         const QDSettings& entry);

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "tests/related/ranked_records.h"
+
+/// Kendall's coefficient of concordance: how far do the records agree in the order of k fields?
+///
+///   W = X / (N (k - 1)),  X and its significance as in tests/related/ranked_records.h;
+/// 1 for full agreement, 0 for none.
+///
+/// Source: M. G. Kendall and B. Babington Smith, Ann. Math. Stat. 10 (1939), 275-287.
+class NPARKendallsW final : public NPARRankedRecords {
+ public:
+  /// Takes the settings over.
+  explicit NPARKendallsW(QDSettings* settings);
+
+ private:
+  void WriteOwnFigures(XMLElement& statistics) const override;
+
+  static const Profile kProfile;
+  friend QDStatus ConstructKendallsWTest(NPARPlanner& planner, QDStatus& status,
+                                         const QDSettings& entry);
+};
+
+/// Makes the test of an entry "RKendallsCoefficient". Errors 221901, 221903, 221904, 221909,
+/// 221911.
+QDStatus ConstructKendallsWTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);

@@ -1,0 +1,204 @@
+#include "tests/related/ranked_records.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <utility>
+
+#include "planning/test_construction.h"
+#include "report/comparison_tables.h"
+#include "report/elements.h"
+#include "report/messages.h"
+
+namespace {
+
+constexpr std::int32_t kNoData = 220003;  // the weights sum to 0
+constexpr const char* kComparisonKey = "typeOfMultipleComparison";
+constexpr StepwisePolicy kPolicy{.judgesOnAdjusted = true, .keepsShrunkSingles = true};
+
+}  // namespace
+
+NPARRankedRecords::NPARRankedRecords(QDSettings* settings, const Profile& profile)
+    : NPARTest(settings), profile(profile), comparison(profile.comparisonCodes, kPolicy) {}
+
+void NPARRankedRecords::ReadSettings() {
+  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
+  static_cast<void>(settings->GetSettingValByName("variableIndex", variables));
+  weight = RecordWeight(*settings);
+  std::string word;
+  static_cast<void>(settings->GetSettingValByName(kComparisonKey, word));
+  comparison.Want(ComparisonFromWord(word));
+}
+
+QDStatus NPARRankedRecords::BeginPass() {
+  if (stage == Stage::Overall) {
+    ReadSettings();
+    if (status.IsError()) return status;
+    const std::size_t k = variables.size();
+    if (k < 2) {
+      ReportStatus(QDStatus(profile.fieldCodes.wrongCount), MessageKind::Error);
+      return status;
+    }
+    rankSums.assign(k, 0.0);
+    ranks = RecordRanks(k);
+    rankCounts = RankCounts(k);
+    passesLeft = comparison.WantsStepwise() ? static_cast<std::int32_t>(k) : 1;
+    return status;
+  }
+  if (status.IsError()) return status;
+  if (stage == Stage::StepDownAhead) StartStepDown();
+  rangeRankSums.clear();
+  for (const SampleRange& range : comparison.GetWorkList()) {
+    rangeRankSums.emplace_back(range.Size(), 0.0);
+  }
+  return status;
+}
+
+void NPARRankedRecords::StartStepDown() {
+  std::vector<ComparedSample> samples = MeanRanks();
+  std::stable_sort(
+      samples.begin(), samples.end(),
+      [](const ComparedSample& a, const ComparedSample& b) { return a.measure < b.measure; });
+  comparison.StartStepwise(std::move(samples), sigLevel);
+  stage = Stage::StepDown;
+}
+
+QDStatus NPARRankedRecords::ProcessRecord(const Record& record) {
+  if (status.IsError()) return status;
+  const std::int64_t counted = weight.Truncated(record);
+  const auto w = static_cast<double>(counted);
+  if (stage != Stage::Overall) {
+    ProcessRanges(record, w);
+    return status;
+  }
+  const std::size_t k = variables.size();
+  for (std::size_t i = 0; i < k; ++i) ranks.Put(i, record[variables[i]]);
+  ranks.Rank(k);
+  for (std::size_t i = 0; i < k; ++i) {
+    const double rank = ranks.RankOf(i);
+    rankSums[i] += w * rank;
+    rankCounts.Add(i, rank, counted);
+  }
+  tieSum += ranks.TieTerm() * w;
+  totalN += counted;
+  return status;
+}
+
+void NPARRankedRecords::ProcessRanges(const Record& record, double w) {
+  const std::vector<ComparedSample>& samples = comparison.GetSamples();
+  const std::vector<SampleRange>& ranges = comparison.GetWorkList();
+  for (std::size_t i = 0; i < ranges.size(); ++i) {
+    const SampleRange& range = ranges[i];
+    for (std::size_t place = range.first; place <= range.last; ++place) {
+      ranks.Put(place - range.first, record[samples[place].index]);
+    }
+    ranks.Rank(range.Size());
+    std::vector<double>& sums = rangeRankSums[i];
+    for (std::size_t place = 0; place < sums.size(); ++place) {
+      sums[place] += w * ranks.RankOf(place);
+    }
+  }
+}
+
+QDStatus NPARRankedRecords::EndPass() {
+  if (status.IsError()) return status;
+  if (totalN == 0) {
+    ReportStatus(QDStatus(kNoData), MessageKind::Error);
+    return status;
+  }
+  --passesLeft;
+  if (stage == Stage::Overall) {
+    EndOverall();
+  } else {
+    comparison.EndStepwisePass(
+        *this, [this](std::size_t i) { return ComputeFigures(rangeRankSums[i], 0.0); });
+  }
+  if (!NeedsAnotherPass()) passesLeft = 0;
+  return status;
+}
+
+void NPARRankedRecords::EndOverall() {
+  overall = ComputeFigures(rankSums, tieSum);
+  const bool goesOn = comparison.PassGate(*this, sigLevel, overall.sig, variables.size());
+  if (goesOn && comparison.WantsPairwise()) ComparePairs();
+  if (goesOn && comparison.WantsStepwise()) stage = Stage::StepDownAhead;
+}
+
+RangeFigures NPARRankedRecords::ComputeFigures(const std::vector<double>& sums,
+                                               double tieTerms) const {
+  const auto k = static_cast<double>(sums.size());
+  const auto n = static_cast<double>(totalN);
+  double squares = 0.0;
+  for (const double sum : sums) squares += sum * sum;
+  const double correction = 1.0 - tieTerms / ((k - 1.0) * (k + 1.0) * k * n);
+  double chiSquare = 0.0;
+  if (correction < 0.0 || correction > 0.0) {
+    chiSquare = (12.0 / ((k + 1.0) * k * n) * squares - n * 3.0 * (k + 1.0)) / correction;
+  }
+  chiSquare = std::max(chiSquare, 0.0);  // what lies below is a rounding error
+  return {chiSquare, QDDistFun::SfChi(chiSquare, k - 1.0)};
+}
+
+std::vector<ComparedSample> NPARRankedRecords::MeanRanks() const {
+  std::vector<ComparedSample> samples;
+  for (std::size_t i = 0; i < variables.size(); ++i) {
+    samples.push_back({variables[i], rankSums[i] / static_cast<double>(totalN)});
+  }
+  return samples;
+}
+
+void NPARRankedRecords::ComparePairs() {
+  const auto k = static_cast<double>(variables.size());
+  const auto n = static_cast<double>(totalN);
+  const double standardError = std::sqrt((k + 1.0) * k / (n * 6.0));
+  comparison.RunPairwise(MeanRanks(), variables.size(), [&](std::int32_t i, std::int32_t j) {
+    const double difference =
+        rankSums[static_cast<std::size_t>(i)] - rankSums[static_cast<std::size_t>(j)];
+    return NormalPair(difference / n, standardError);
+  });
+}
+
+bool NPARRankedRecords::NeedsAnotherPass() {
+  return !status.IsError() && comparison.WantsStepwise() && !comparison.IsDone();
+}
+
+void NPARRankedRecords::GetRequiredVariables(std::vector<std::int64_t>& positions) {
+  positions.assign(variables.begin(), variables.end());
+}
+
+XMLElement* NPARRankedRecords::WriteResults() {
+  auto algorithm = CreateAlgorithm(profile.name, "hypothesis_test", "Related_Samples",
+                                   DecisionWord(status, sigLevel, overall.sig));
+  AddCondition(*algorithm, profile.conditionKey, {JoinIntegers(variables)});
+  if (status.IsError()) {
+    WriteMessages(*algorithm, messages);
+    return algorithm.release();
+  }
+  const std::vector<ComparedSample> samples = MeanRanks();
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    XMLElement* table = AddStructuredTable(
+        *algorithm, std::string("VariableInformation").append(std::to_string(i)));
+    AddAttributeRow(*table, "GroupIndex", samples[i].index);
+    AddAttributeRow(*table, "MeanOfRank", samples[i].measure);
+    AddIntervalTable(*table, rankCounts.CountsOf(i));
+  }
+  WriteComparison(*algorithm, comparison);
+
+  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
+  AddAttributeRow(*statistics, "TotalN", totalN);
+  WriteOwnFigures(*statistics);
+  AddAttributeRow(*statistics, "TestStatistic", overall.testStatistic);
+  AddAttributeRow(*statistics, "DegreeOfFreedom", variables.size() - 1);
+  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", overall.sig);
+  WriteMessages(*algorithm, messages);
+  return algorithm.release();
+}
+
+void NPARRankedRecords::ReadEntry(TestConstruction& construction, const Profile& profile) {
+  LookUpContinuousFields(construction, profile.fieldCodes, FieldCount::TwoOrMore);
+  std::string word;
+  if (construction.IsOK() && !construction.Read(kComparisonKey, word)) {
+    construction.Fail(profile.noComparison);
+  }
+  if (ComparisonFromWord(word) != ComparisonKind::None) construction.Put(kComparisonKey, word);
+}

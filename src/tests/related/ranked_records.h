@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "kit/multiple_comparisons.h"
+#include "kit/rank_counts.h"
+#include "kit/record_ranks.h"
+#include "kit/record_weight.h"
+#include "kit/test.h"
+#include "planning/planner.h"
+#include "tests/related/continuous_fields.h"
+
+/// The two-way analysis of variance by ranks, which Friedman's test and Kendall's coefficient
+/// share.
+///
+/// Each record ranks its own k values, ties sharing the mean of their ranks; R_j is the sum of the
+/// ranks of field j, each times the record's weight, N the sum of the weights, t the number of tied
+/// values of a group in a record of weight w:
+///   X = (12 sum R_j^2 / (N k (k + 1)) - 3 N (k + 1)) / (1 - sum w (t^3 - t) / (N k (k^2 - 1)))
+///   p = P(chi-square with k - 1 degrees of freedom > X)
+/// X is 0 where every record is one tie. Pairwise, two fields differ by (R_i - R_j) / N with the
+/// standard error sqrt(k (k + 1) / (6 N)); stepwise, X without its correction for ties is taken
+/// over the fields of a range, ranked among themselves. One pass, and one for each step.
+///
+/// Source: M. Friedman, JASA 32 (1937), 675-701; ties as in M. Hollander and D. A. Wolfe,
+/// Nonparametric Statistical Methods, 2nd ed., 1999, section 7.1.
+class NPARRankedRecords : public NPARTest {
+ public:
+  void SetSharedData(UnivariateResults*) override {}  // reads no shared summaries
+  /// Reads "variableIndex" (the k positions), "weightVariableIndex" (absent: each record weighs 1),
+  /// "sigLevel" and "typeOfMultipleComparison". An error: fewer than two positions.
+  QDStatus BeginPass() override;
+  QDStatus ProcessRecord(const Record& record) override;
+  bool NeedsAnotherPass() override;
+  /// Error 220003: the weights sum to 0.
+  QDStatus EndPass() override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  XMLElement* WriteResults() override;
+
+ protected:
+  /// What parts the two tests. The texts live as long as the program.
+  struct Profile {
+    const char* name;
+    const char* conditionKey;
+    ContinuousFieldsCodes fieldCodes;
+    std::int32_t noComparison;  // the entry does not say which comparison is wanted
+    ComparisonCodes comparisonCodes;
+  };
+
+  NPARRankedRecords(QDSettings* settings, const Profile& profile);
+  /// Figures of the test's own, which stand behind "TotalN".
+  virtual void WriteOwnFigures(XMLElement& /*statistics*/) const {}
+
+  /// Reads the entry into the settings of a test.
+  static void ReadEntry(TestConstruction& construction, const Profile& profile);
+
+  [[nodiscard]] double ChiSquare() const noexcept { return overall.testStatistic; }
+  [[nodiscard]] double DegreesOfFreedom() const noexcept {
+    return static_cast<double>(variables.size()) - 1.0;
+  }
+  [[nodiscard]] double Records() const noexcept { return static_cast<double>(totalN); }
+
+ private:
+  enum class Stage { Overall, StepDownAhead, StepDown };
+  void ReadSettings();
+  void StartStepDown();
+  void ProcessRanges(const Record& record, double w);
+  void EndOverall();
+  void ComparePairs();
+  [[nodiscard]] std::vector<ComparedSample> MeanRanks() const;
+  /// X and p of the samples with these rank sums.
+  [[nodiscard]] RangeFigures ComputeFigures(const std::vector<double>& sums, double tieTerms) const;
+
+  const Profile& profile;
+  RecordWeight weight;
+  double sigLevel = 0.05;
+  std::vector<std::int32_t> variables;
+  MultipleComparison comparison;
+  Stage stage = Stage::Overall;
+  RecordRanks ranks;
+  std::int64_t totalN = 0;
+  std::vector<double> rankSums;  // R by place
+  double tieSum = 0.0;           // sum of w (t^3 - t)
+  RankCounts rankCounts;
+  RangeFigures overall;
+  std::vector<std::vector<double>> rangeRankSums;  // by place in the work list
+};

@@ -1,0 +1,102 @@
+#include "tests/related/wilcoxon_pairs.h"
+
+#include <cmath>
+
+#include "planning/test_construction.h"
+#include "report/difference_table.h"
+#include "report/elements.h"
+#include "report/messages.h"
+#include "tests/related/continuous_fields.h"
+
+namespace {
+
+constexpr std::int32_t kNoData = 220003;  // the weights sum to 0
+constexpr std::int32_t kNotTwo = 221009;  // not exactly two variables
+constexpr ContinuousFieldsCodes kFieldCodes{.noVariableName = 221010,
+                                            .unknownVariable = 221003,
+                                            .wrongCount = kNotTwo,
+                                            .notContinuous = 221004};
+
+}  // namespace
+
+QDStatus NPARWilcoxonPairs::BeginPass() {
+  if (passIndex == 0) {
+    if (!status.IsError()) passesLeft = 2;
+    static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
+    weight = RecordWeight(*settings);
+    if (!differences.ReadPair(*settings)) ReportStatus(QDStatus(kNotTwo), MessageKind::Error);
+  } else if (!status.IsError()) {
+    differences.StartHistogram();
+  }
+  return status;
+}
+
+QDStatus NPARWilcoxonPairs::ProcessRecord(const Record& record) {
+  const double d = differences.Of(record);
+  const std::int64_t w = weight.Truncated(record);
+  if (passIndex > 0) {
+    differences.AddToHistogram(d, w);
+    return status;
+  }
+  differences.Count(d, w);
+  if (d > 0.0 || d < 0.0) ranks.Add(d, static_cast<double>(w));
+  return status;
+}
+
+QDStatus NPARWilcoxonPairs::EndPass() {
+  if (status.IsError()) return status;
+  if (differences.TotalN() == 0) {
+    ReportStatus(QDStatus(kNoData), MessageKind::Error);
+    return status;
+  }
+  if (passIndex == 0) {
+    Compute();
+  } else {
+    differences.EndHistogram();
+  }
+  ++passIndex;
+  --passesLeft;
+  return status;
+}
+
+void NPARWilcoxonPairs::Compute() {
+  ranks.Rank();
+  positiveRankSum = ranks.PositiveRankSum();
+  const auto n = static_cast<double>(differences.PositiveCount() + differences.NegativeCount());
+  const double product = n * (n + 1.0);
+  standardError = std::sqrt((2.0 * n + 1.0) * product / 24.0 - ranks.TieSum() / 48.0);
+  standardTestStatistic = (positiveRankSum - product * 0.25) / standardError;
+  asymptoticSig = QDDistFun::SfStdNorm(std::abs(standardTestStatistic)) * 2.0;
+  ranks = SignedRanks();  // the next pass needs no list
+}
+
+void NPARWilcoxonPairs::GetRequiredVariables(std::vector<std::int64_t>& positions) {
+  positions = {differences.First(), differences.Second()};
+}
+
+XMLElement* NPARWilcoxonPairs::WriteResults() {
+  auto algorithm = CreateAlgorithm("RWilcoxonSignedRanks", "hypothesis_test", "Related_Samples",
+                                   DecisionWord(status, sigLevel, asymptoticSig));
+  AddCondition(*algorithm, "R_WilcoxonSignedRanks_2",
+               {IntegerText(differences.First()), IntegerText(differences.Second())});
+  WriteMessages(*algorithm, messages);
+  if (status.IsError()) return algorithm.release();
+
+  AddDifferenceTable(*algorithm, differences);
+  XMLElement* result = AddStructuredTable(*algorithm, "StatisticsResult");
+  AddAttributeRow(*result, "TotalN", differences.TotalN());
+  AddAttributeRow(*result, "TestStatistic", positiveRankSum);
+  AddAttributeRow(*result, "StandardError", standardError);
+  AddAttributeRow(*result, "StandardTestStatistic", standardTestStatistic);
+  AddAttributeRow(*result, "AsymptoticSig2Tailed", asymptoticSig);
+  return algorithm.release();
+}
+
+QDStatus ConstructWilcoxonPairsTest(NPARPlanner& planner, QDStatus& status,
+                                    const QDSettings& entry) {
+  TestConstruction construction(planner, entry);
+  LookUpContinuousFields(construction, kFieldCodes, FieldCount::Two);
+  status = construction.GetStatus();
+  planner.AddTest(construction.Make<NPARWilcoxonPairs>());
+  return status;
+}

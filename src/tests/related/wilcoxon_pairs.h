@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "kit/paired_differences.h"
+#include "kit/record_weight.h"
+#include "kit/signed_ranks.h"
+#include "kit/test.h"
+#include "planning/planner.h"
+
+/// Wilcoxon matched-pairs signed-rank test: are the differences d = second - first symmetric about
+/// zero?
+///
+/// The n differences other than 0 (n a sum of weights) are ranked by size, equal sizes sharing the
+/// mean of their ranks; t is the weight of such a group, T+ the sum of the ranks of d > 0:
+///   z = (T+ - n (n + 1) / 4) / sqrt(n (n + 1) (2 n + 1) / 24 - sum (t^3 - t) / 48)
+///   p = 2 (1 - Phi(|z|))
+/// No continuity correction, no exact value. Without any difference z and p are not a number.
+/// Pass 0 yields every figure; pass 1 only the histogram of d, whose range pass 0 found.
+///
+/// Source: F. Wilcoxon, Biometrics Bulletin 1 (1945), 80-83; ties as in M. Hollander and D. A.
+/// Wolfe, Nonparametric Statistical Methods, 2nd ed., 1999, section 3.1.
+class NPARWilcoxonPairs final : public NPARTest {
+ public:
+  using NPARTest::NPARTest;
+
+  void SetSharedData(UnivariateResults*) override {}  // reads no shared summaries
+  /// Reads "variableIndex" (two positions in the record), "weightVariableIndex" (absent: each
+  /// record weighs 1) and "sigLevel". Error 221009: not two positions.
+  QDStatus BeginPass() override;
+  QDStatus ProcessRecord(const Record& record) override;
+  bool NeedsAnotherPass() override { return passIndex == 1; }
+  /// Error 220003: the weights sum to 0.
+  QDStatus EndPass() override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  XMLElement* WriteResults() override;
+
+ private:
+  void Compute();
+
+  RecordWeight weight;
+  double sigLevel = 0.05;
+  PairedDifferences differences;
+  SignedRanks ranks;
+  double positiveRankSum = 0.0;  // T+
+  double standardError = 0.0;
+  double standardTestStatistic = 0.0;  // z
+  double asymptoticSig = 0.0;
+  int passIndex = 0;  // passes finished
+};
+
+/// Makes the test of an entry "RWilcoxonSignedRanks". Errors 221003, 221004, 221009, 221010.
+QDStatus ConstructWilcoxonPairsTest(NPARPlanner& planner, QDStatus& status,
+                                    const QDSettings& entry);
