@@ -4,6 +4,7 @@
 
 #include "tests/independent/jonckheere_terpstra.h"
 #include "tests/independent/kruskal_wallis.h"
+#include "tests/independent/median.h"
 #include "tests/one_sample/binomial.h"
 #include "tests/one_sample/chi_square.h"
 #include "tests/one_sample/estimate_ci.h"
@@ -26,6 +27,7 @@ std::span<const TestTableRow> TestTable() {
   static constexpr std::array kRows = std::to_array<TestTableRow>({
       {"IJonckheereTerpstra", ConstructJonckheereTest},
       {"IKruskalWallis", ConstructKruskalWallisTest},
+      {"IMedian", ConstructMedianTest},
       {"OBinomial", ConstructBinomialTest},
       {"OChiSquare", ConstructChiSquareTest},
       {"OEstimateConfidenceInterval", ConstructEstimateCITest},

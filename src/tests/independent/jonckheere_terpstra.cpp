@@ -27,10 +27,8 @@ constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = 222211,
 
 constexpr std::int32_t kPasses = 3;
 
-/// The codes of all categories in the hypothesised order: as listed for an ordinal variable, else
-/// by value.
-std::vector<double> HypothesisedOrder(TestConstruction& construction, std::int32_t group,
-                                      bool isReversed) {
+/// The codes of all categories, ascending: as listed for an ordinal variable, else by value.
+std::vector<double> AscendingCodes(TestConstruction& construction, std::int32_t group) {
   const QDCategoryList& categories = *construction.CategoriesOf(group);
   std::vector<std::int32_t> codes(static_cast<std::size_t>(categories.Size()));
   std::iota(codes.begin(), codes.end(), 0);
@@ -41,7 +39,6 @@ std::vector<double> HypothesisedOrder(TestConstruction& construction, std::int32
                        : categories.GetText(a) < categories.GetText(b);
     });
   }
-  if (isReversed) std::reverse(codes.begin(), codes.end());
   return {codes.begin(), codes.end()};
 }
 
@@ -52,8 +49,18 @@ NPARJonckTer::NPARJonckTer(QDSettings* settings) noexcept
 
 void NPARJonckTer::ReadSettings() {
   std::vector<std::int32_t> order;
+  std::string hypothesis;
   static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
-  static_cast<void>(settings->GetSettingValByName("groupOrder", order));
+  static_cast<void>(settings->GetSettingValByName("userSpecifyGroupRange", hasGroupRange));
+  if (!settings->GetSettingValByName("groupOrder", order) && sharedData != nullptr) {
+    const std::int32_t count = sharedData->GetCategoryCount(samples.GroupVariable());
+    order.resize(static_cast<std::size_t>(std::max(0, count)));
+    std::iota(order.begin(), order.end(), 0);
+  }
+  if (settings->GetSettingValByName("orderOfHypotheses", hypothesis) &&
+      hypothesis == "orderLargestToSmallest") {
+    std::reverse(order.begin(), order.end());
+  }
   const auto isOn = [this](const char* key) {
     double value = 0.0;
     return settings->GetSettingValByName(key, value) && value == 1.0;
@@ -202,7 +209,9 @@ void NPARJonckTer::GetRequiredVariables(std::vector<std::int64_t>& positions) {
 XMLElement* NPARJonckTer::WriteResults() {
   auto algorithm = CreateAlgorithm("IJonckheereTerpstra", "hypothesis_test", "Independent_Samples",
                                    DecisionWord(status, sigLevel, twoTailedSig));
-  AddCondition(*algorithm, "DefaultAllDistinctValuesUsed_I_JonckheereTerpstra_2",
+  AddCondition(*algorithm,
+               hasGroupRange ? "CategoryListsAreSpecified_I_JonckheereTerpstra_2 "  // with a blank
+                             : "DefaultAllDistinctValuesUsed_I_JonckheereTerpstra_2",
                {IndexText(samples.TestVariable()), IndexText(samples.GroupVariable())});
   WriteMessages(*algorithm, messages);
   if (status.IsError()) return algorithm.release();
@@ -222,9 +231,10 @@ QDStatus ConstructJonckheereTest(NPARPlanner& planner, QDStatus& status, const Q
   const auto variables = construction.LookUpTestAndGroup(
       {kNoVariable, kNoGroup, kUnknownVariable, kNotContinuous, kNotCategorical});
   if (construction.IsOK()) {
-    const std::string order = construction.ReadText("orderOfHypotheses", "orderSmallestToLargest");
-    construction.Put("groupOrder", HypothesisedOrder(construction, variables.group,
-                                                     order == "orderLargestToSmallest"));
+    construction.Put("groupOrder", AscendingCodes(construction, variables.group));
+    construction.Put("orderOfHypotheses",
+                     construction.ReadText("orderOfHypotheses", "orderSmallestToLargest"));
+    construction.Put("userSpecifyGroupRange", false);  // all groups take part
     const std::string word = construction.ReadText("typeOfMultipleComparison", "none");
     construction.Put("pairWise", word == "pairWise");
     construction.Put("stepWise", word == "stepWise");

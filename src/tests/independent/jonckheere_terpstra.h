@@ -32,7 +32,7 @@ class NPARJonckTer final : public NPARTest {
  public:
   explicit NPARJonckTer(QDSettings* settings) noexcept;
 
-  void SetSharedData(UnivariateResults*) override {}
+  void SetSharedData(UnivariateResults* data) override { sharedData = data; }
   QDStatus BeginPass() override;
   /// Passes over a record of no category.
   QDStatus ProcessRecord(const Record& record) override;
@@ -58,7 +58,9 @@ class NPARJonckTer final : public NPARTest {
     return later * (later - 1) / 2 + earlier;
   }
 
+  UnivariateResults* sharedData = nullptr;
   double sigLevel = 0.05;
+  bool hasGroupRange = false;
   GroupSamples samples;
   std::vector<std::size_t> positionOfCode;  // in the hypothesised order of all categories
   JonckheereCounts overallCounts{0};

@@ -1,0 +1,302 @@
+#include "tests/independent/median.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+#include <string>
+#include <utility>
+
+#include "planning/group_construction.h"
+#include "report/box_plot_table.h"
+#include "report/comparison_tables.h"
+#include "report/elements.h"
+#include "report/messages.h"
+
+namespace {
+
+constexpr std::int32_t kNoData = 220003;            // the weights sum to 0
+constexpr std::int32_t kNoMedian = 222302;          // a median is announced and absent
+constexpr std::int32_t kNoVariable = 222303;        // a name is absent or no variable's
+constexpr std::int32_t kNotContinuous = 222309;     // the test variable
+constexpr std::int32_t kNotCategorical = 222310;    // the group variable
+constexpr std::int32_t kExpectedCounts = 222311;    // help: how small the expected counts are
+constexpr std::int32_t kTooFewGroups = 222312;      // fewer than two groups with data
+constexpr std::int32_t kOneSided = 222313;          // no value below, or none above the median
+constexpr std::int32_t kTooFewCategories = 222315;  // of the group variable
+constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = 222318,
+                                           .tooFewStepwise = 222316,
+                                           .notSignificantPairwise = 222319,
+                                           .notSignificantStepwise = 222317};
+
+constexpr std::int32_t kPasses = 3;
+constexpr double kLowExpectedCount = 5.0;
+/// Largest N with Fisher's exact p.
+constexpr double kExactLimit = 30.0;
+/// Tables as likely as the observed one but for rounding count as such.
+constexpr double kProbabilityTolerance = 1e-7;
+
+/// The table of 2 k cells.
+struct Cells {
+  std::vector<double> lower;  // L_j
+  std::vector<double> sizes;  // n_j
+  double lowerSum = 0.0;
+  double total = 0.0;
+
+  void Add(std::int64_t lowerCount, std::int64_t size) {
+    lower.push_back(static_cast<double>(lowerCount));
+    sizes.push_back(static_cast<double>(size));
+    lowerSum += lower.back();
+    total += sizes.back();
+  }
+  [[nodiscard]] bool IsOneSided() const noexcept { return lowerSum == 0.0 || lowerSum == total; }
+  /// Expected counts of a group below and above.
+  [[nodiscard]] std::pair<double, double> Expected(std::size_t j) const {
+    return {lowerSum * sizes[j] / total, (total - lowerSum) * sizes[j] / total};
+  }
+};
+
+RangeFigures ChiSquareOf(const Cells& cells) {
+  if (cells.IsOneSided()) return {0.0, 1.0};
+  double x = 0.0;
+  for (std::size_t j = 0; j < cells.sizes.size(); ++j) {
+    const auto [below, above] = cells.Expected(j);
+    const double lowerDeviation = cells.lower[j] - below;
+    const double greaterDeviation = cells.sizes[j] - cells.lower[j] - above;
+    x += lowerDeviation * lowerDeviation / below + greaterDeviation * greaterDeviation / above;
+  }
+  return {x, QDDistFun::SfChi(x, static_cast<double>(cells.sizes.size()) - 1.0)};
+}
+
+/// C(n, k), exact for n up to 30.
+double Binomial(double n, double k) {
+  double product = 1.0;
+  for (double i = 1.0; i <= k; i += 1.0) product = product * (n - k + i) / i;
+  return product;
+}
+
+/// R. A. Fisher's two-sided p of a 2 x 2 table: the probability of all tables with its margins that
+/// are not likelier than it.
+double FisherSig(const Cells& cells) {
+  const auto waysOf = [&cells](double lower) {
+    return Binomial(cells.sizes[0], lower) * Binomial(cells.sizes[1], cells.lowerSum - lower);
+  };
+  const double observed = waysOf(cells.lower[0]);
+  double extreme = 0.0;
+  const double most = std::min(cells.lowerSum, cells.sizes[0]);
+  for (double l = std::max(0.0, cells.lowerSum - cells.sizes[1]); l <= most; l += 1.0) {
+    const double ways = waysOf(l);
+    if (ways <= observed * (1.0 + kProbabilityTolerance)) extreme += ways;
+  }
+  return std::min(1.0, extreme / Binomial(cells.total, cells.lowerSum));
+}
+
+}  // namespace
+
+NPARKSMedian::NPARKSMedian(QDSettings* settings) noexcept
+    : NPARTest(settings), comparison(kComparisonCodes) {}
+
+void NPARKSMedian::ReadSettings() {
+  std::int32_t categoryCount = 0;
+  std::string word = "none";
+  bool isGiven = false;
+  double value = 0.0;
+  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
+  static_cast<void>(settings->GetSettingValByName("numberOfCategories", categoryCount));
+  static_cast<void>(settings->GetSettingValByName("typeOfMultipleComparison", word));
+  static_cast<void>(settings->GetSettingValByName("userSpecifyMedian", isGiven));
+  if (isGiven && settings->GetSettingValByName("median", value)) givenMedian = value;
+  samples.SetCategoryCount(categoryCount);
+  comparison.Want(ComparisonFromWord(word));
+  passesLeft = kPasses;
+}
+
+QDStatus NPARKSMedian::BeginPass() {
+  if (samples.PassesDone() > 0) return status;
+  samples.Read(*settings);
+  if (status.IsOK()) ReadSettings();
+  return status;
+}
+
+QDStatus NPARKSMedian::ProcessRecord(const Record& record) {
+  GroupSamples::Unit unit{};
+  if (status.IsError() || !samples.Take(record, unit) || samples.PassesDone() == 0) return status;
+  const std::size_t place = samples.PlaceOf(unit.code);
+  if (place == GroupSamples::kNoPlace) return status;
+  if (samples.PassesDone() == 1) {
+    CountCell(unit.value, unit.weight, place);
+  } else if (comparison.IsPending()) {
+    sortedGroups[place].Add(unit.value, unit.weight);
+  }
+  return status;
+}
+
+void NPARKSMedian::CountCell(double x, std::int64_t weight, std::size_t place) {
+  if (!median) {
+    // Values ascend, so all before the upper middle unit are at or below the median.
+    const std::int64_t total = samples.TotalWeight();
+    const std::int64_t before = cumulative;
+    cumulative += weight;
+    if (before < total / 2 + total % 2) lowerMiddle = x;
+    if (cumulative >= total / 2 + 1) median = std::midpoint(lowerMiddle, x);
+  }
+  if (!median || x <= *median) lowerCounts[place] += weight;
+}
+
+bool NPARKSMedian::NeedsAnotherPass() {
+  return !status.IsError() && samples.PassesDone() < kPasses;
+}
+
+QDStatus NPARKSMedian::EndPass() {
+  if (status.IsError()) return status;
+  samples.EndPass();
+  if (samples.PassesDone() == 1) CheckGroups();
+  if (samples.PassesDone() == 2) EndOverall();
+  if (samples.PassesDone() == kPasses && comparison.IsPending()) Compare();
+  passesLeft = NeedsAnotherPass() ? kPasses - samples.PassesDone() : 0;
+  return status;
+}
+
+void NPARKSMedian::CheckGroups() {
+  if (samples.TotalWeight() == 0) {
+    ReportStatus(QDStatus(kNoData), MessageKind::Error);
+  } else if (samples.Codes().size() < 2) {
+    ReportStatus(QDStatus(kTooFewGroups), MessageKind::Error);
+  }
+  lowerCounts.assign(samples.Codes().size(), 0);
+  median = givenMedian;
+}
+
+void NPARKSMedian::EndOverall() {
+  Cells cells;
+  for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
+    cells.Add(lowerCounts[place], samples.CountOf(samples.Codes()[place]));
+  }
+  if (cells.IsOneSided()) {
+    ReportStatus(QDStatus(kOneSided), MessageKind::Error);
+    return;
+  }
+  overall = ChiSquareOf(cells);
+  const double n = cells.total;
+  if (lowerCounts.size() == 2) {
+    const double greaterSum = n - cells.lowerSum;
+    const double determinant = cells.lower[0] * (cells.sizes[1] - cells.lower[1]) -
+                               cells.lower[1] * (cells.sizes[0] - cells.lower[0]);
+    const double corrected = std::max(0.0, std::fabs(determinant) - n / 2.0);
+    yates.testStatistic =
+        n * corrected * corrected / (cells.lowerSum * greaterSum * cells.sizes[0] * cells.sizes[1]);
+    yates.sig = QDDistFun::SfChi(yates.testStatistic, 1.0);
+    if (n <= kExactLimit) exactSig = FisherSig(cells);
+  }
+
+  std::int64_t lowCells = 0;
+  double smallest = std::numeric_limits<double>::max();
+  for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
+    const auto [below, above] = cells.Expected(place);
+    lowCells += (below < kLowExpectedCount) + (above < kLowExpectedCount);
+    smallest = std::min({smallest, below, above});
+  }
+  const double share =
+      static_cast<double>(lowCells) / static_cast<double>(2 * lowerCounts.size()) * 100.0;
+  AddMessage({QDStatus(kExpectedCounts),
+              MessageKind::Help,
+              {IntegerText(lowCells), NumberText(share), NumberText(smallest)},
+              {}});
+  if (comparison.PassGate(*this, sigLevel, DecidingSig(), lowerCounts.size())) {
+    sortedGroups.resize(lowerCounts.size());
+  }
+}
+
+RangeFigures NPARKSMedian::ComputeFor(std::span<const SortedSample* const> groups) const {
+  const double cut = givenMedian ? *givenMedian : MedianOf(groups);
+  Cells cells;
+  for (const SortedSample* group : groups) cells.Add(group->CountUpTo(cut), group->Total());
+  return ChiSquareOf(cells);
+}
+
+void NPARKSMedian::Compare() {
+  std::vector<const SortedSample*> groups;
+  std::vector<ComparedSample> list;
+  for (std::size_t place = 0; place < sortedGroups.size(); ++place) {
+    groups.push_back(&sortedGroups[place]);
+    list.push_back({samples.Codes()[place], MedianOf({&groups.back(), 1})});
+  }
+  if (comparison.WantsPairwise()) {
+    const std::size_t groupCount = groups.size();
+    comparison.RunPairwise(std::move(list), groupCount, [&](std::int32_t i, std::int32_t j) {
+      const SortedSample* const pair[] = {groups[static_cast<std::size_t>(i)],
+                                          groups[static_cast<std::size_t>(j)]};
+      const RangeFigures figures = ComputeFor(pair);
+      return PairFigures{figures.testStatistic, QDMV::gMissingValue, QDMV::gMissingValue,
+                         figures.sig};
+    });
+    return;
+  }
+  std::stable_sort(list.begin(), list.end(), [](const ComparedSample& a, const ComparedSample& b) {
+    return a.measure < b.measure;
+  });
+  std::transform(list.begin(), list.end(), groups.begin(), [this](const ComparedSample& sample) {
+    return &sortedGroups[samples.PlaceOf(sample.index)];
+  });
+  comparison.StartStepwise(std::move(list), sigLevel);
+  while (!comparison.IsDone()) {
+    comparison.EndStepwisePass(*this, [&](std::size_t i) {
+      const SampleRange& range = comparison.GetWorkList()[i];
+      return ComputeFor(std::span(groups).subspan(range.first, range.Size()));
+    });
+  }
+}
+
+void NPARKSMedian::GetRequiredVariables(std::vector<std::int64_t>& positions) {
+  samples.AppendRequired(positions);
+}
+
+XMLElement* NPARKSMedian::WriteResults() {
+  auto algorithm = CreateAlgorithm("IMedian", "hypothesis_test", "Independent_Samples",
+                                   DecisionWord(status, sigLevel, DecidingSig()));
+  AddCondition(*algorithm, "DefaultAllDistinctValuesUsed_I_Median_2",
+               {IndexText(samples.TestVariable()), IndexText(samples.GroupVariable())});
+  WriteMessages(*algorithm, messages);
+  if (status.IsError()) return algorithm.release();
+
+  XMLElement* comparisonTable = AddStructuredTable(*algorithm, "TwoClassComparison");
+  XMLElement* content = AddSimpleTable(*comparisonTable, "Content", JoinIntegers(samples.Codes()),
+                                       "lessOrEqual;greater");
+  for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
+    const std::int64_t greater = samples.CountOf(samples.Codes()[place]) - lowerCounts[place];
+    AddRow(*content, IntegerText(lowerCounts[place]) + ';' + IntegerText(greater));
+  }
+  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
+  AddAttributeRow(*statistics, "TotalN", samples.TotalWeight());
+  AddAttributeRow(*statistics, "Median", *median);
+  AddAttributeRow(*statistics, "TestStatistic", overall.testStatistic);
+  AddAttributeRow(*statistics, "DegreeOfFreedom", lowerCounts.size() - 1);
+  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", overall.sig);
+  if (lowerCounts.size() == 2) {
+    AddAttributeRow(*statistics, "YatesTestStatistic", yates.testStatistic);
+    AddAttributeRow(*statistics, "YatesAsymptoticSig2Tailed", yates.sig);
+    if (exactSig) AddAttributeRow(*statistics, "ExactSig2Tailed", *exactSig);
+  }
+  AddBoxPlotInfo(*algorithm, samples, samples.CategoryCount());
+  WriteComparison(*algorithm, comparison);
+  return algorithm.release();
+}
+
+QDStatus ConstructMedianTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
+  TestConstruction construction(planner, entry);
+  const auto variables = construction.LookUpTestAndGroup(
+      {kNoVariable, kNoVariable, kNoVariable, kNotContinuous, kNotCategorical});
+  if (construction.IsOK() && construction.CategoriesOf(variables.group)->Size() < 2) {
+    construction.Fail(kTooFewCategories);
+  }
+  construction.Put("typeOfMultipleComparison",
+                   construction.ReadText("typeOfMultipleComparison", "none"));
+  if (construction.ReadFlag("userSpecifyMedian")) {
+    double given = 0.0;
+    if (!construction.Read("median", given)) construction.Fail(kNoMedian);
+    construction.Put("userSpecifyMedian", true);
+    construction.Put("median", given);
+  }
+  status = AddGroupTest<NPARKSMedian>(construction, variables);
+  return status;
+}

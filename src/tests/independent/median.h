@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "kit/group_samples.h"
+#include "kit/multiple_comparisons.h"
+#include "kit/sorted_sample.h"
+#include "kit/test.h"
+#include "planning/planner.h"
+
+/// Median test: do k independent samples come from populations of one median?
+///
+/// The median is that of all records together, or a given one. L_j and G_j are the weights of group
+/// j at or below and above it, n_j = L_j + G_j, N the sum of n_j, E the expected counts from the
+/// margins of this table of 2 k cells:
+///   X = sum (O - E)^2 / E, p = P(chi-square with k - 1 degrees of freedom > X)
+/// Two groups also have Yates' corrected chi-square,
+///   N max(0, |L_1 G_2 - L_2 G_1| - N/2)^2 / (L G n_1 n_2), L and G being the sums of L_j and G_j,
+/// and for N <= 30 Fisher's exact two-sided p, which then decides.
+///
+/// Pairs and, stepwise, ranges of the groups in the order of their own medians are judged by the
+/// same test with their own combined median (or the given one); with all values on one side, X = 0
+/// and p = 1.
+///
+/// Pass 0 counts the groups, pass 1 finds the median and the cells, pass 2 keeps the sorted groups
+/// for a comparison. Passes 1 and 2 find the box plots too. Records ascend by the test variable.
+/// Source: G. W. Brown and A. M. Mood, Proc. 2nd Berkeley Symp. (1951).
+class NPARKSMedian final : public NPARTest {
+ public:
+  explicit NPARKSMedian(QDSettings* settings) noexcept;
+
+  void SetSharedData(UnivariateResults*) override {}
+  QDStatus BeginPass() override;
+  /// Passes over a record of no category.
+  QDStatus ProcessRecord(const Record& record) override;
+  bool NeedsAnotherPass() override;
+  /// Errors 220003: no weight; 222312: fewer than two groups with data; 222313: no value below, or
+  /// none above the median. Help message 222311: cells with E below 5, their percentage, the
+  /// smallest E. Warnings 222318, 222316: fewer than 3 groups; 222319, 222317: not significant;
+  /// 220013: a group alone.
+  QDStatus EndPass() override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  XMLElement* WriteResults() override;
+
+ private:
+  void ReadSettings();
+  void CheckGroups();
+  /// Counts a record in its cell and finds the median on the way.
+  void CountCell(double x, std::int64_t weight, std::size_t place);
+  void EndOverall();
+  void Compare();
+  /// The test on some of the groups.
+  [[nodiscard]] RangeFigures ComputeFor(std::span<const SortedSample* const> groups) const;
+  /// Decides: the exact p where there is one.
+  [[nodiscard]] double DecidingSig() const { return exactSig.value_or(overall.sig); }
+
+  double sigLevel = 0.05;
+  GroupSamples samples;
+  std::optional<double> givenMedian;
+  std::optional<double> median;
+  std::int64_t cumulative = 0;
+  double lowerMiddle = 0.0;
+  std::vector<std::int64_t> lowerCounts;  // L_j, by place
+  RangeFigures overall;
+  RangeFigures yates;  // two groups only
+  std::optional<double> exactSig;
+  MultipleComparison comparison;
+  std::vector<SortedSample> sortedGroups;  // by place
+};
+
+/// Makes the test of an entry "IMedian". Errors 222303, 222309, 222310, 222315, 222302.
+QDStatus ConstructMedianTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
