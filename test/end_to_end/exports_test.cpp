@@ -3,11 +3,6 @@
 #include "support/loaded_component.h"
 #include "support/schema.h"
 
-#if defined(__SANITIZE_ADDRESS__)
-// hb_destroy_component frees a component's storage and nothing that it owns, as its hosts expect.
-extern "C" const char* __lsan_default_suppressions() { return "leak:hb_\nleak:NPARComponent"; }
-#endif
-
 namespace {
 
 using Message = RecordingHost::DeliveredMessage;
