@@ -68,7 +68,11 @@ std::optional<std::string> Execution::Run(const NamedText& parameters, const Nam
   RunResult result;
   {
     ProgressBar bar;
-    run.ListenToProgress([&](double done, double total) { bar.Show(done, total); });
+    run.ListenToProgress([&](double done, double total) {
+      bar.Show(done, total);
+      // A Ctrl-C that came before the component had begun is not lost.
+      if (state->watch.Interrupted()) run.Cancel();
+    });
     const InterruptWatch::Cancelling cancelling(state->watch, [&] { run.Cancel(); });
     result = run.Execute();
   }

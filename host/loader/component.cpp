@@ -73,10 +73,10 @@ std::filesystem::path ComponentLibrary::DefaultPath() {
   std::error_code error;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
   const auto prefix = program.parent_path().parent_path();
-#ifdef NPAR_LIBRARY_FOLDER
-  const auto installed = prefix / NPAR_LIBRARY_FOLDER / "libnpar.so";
-  if (std::filesystem::exists(installed, error)) return installed;
-#endif
+  for (const char* folder : {NPAR_LIBRARY_FOLDER, "lib"}) {
+    const auto path = prefix / folder / "libnpar.so";
+    if (std::filesystem::exists(path, error)) return path;
+  }
   return prefix / "lib" / "libnpar.so";
 }
 
