@@ -223,7 +223,8 @@ class TextReport {
     const bool isCross = table.name == "CategoryFieldsComparison";
     text += '\n' + std::string(kIndent, ' ') + TableLabel(table.name);
     if (isCross) {
-      text += " of " + CrossedField(test, 0) + " (rows) and " + CrossedField(test, 1) + " (columns)";
+      text +=
+          " of " + CrossedField(test, 0) + " (rows) and " + CrossedField(test, 1) + " (columns)";
     }
     text += '\n';
     std::vector<std::vector<std::string>> rows;
