@@ -196,13 +196,6 @@ std::vector<const FieldSpec*> MatchSpecs(const std::vector<std::string>& names,
 
 }  // namespace
 
-int DataModel::Find(std::string_view name) const {
-  for (std::size_t i = 0; i < fields.size(); ++i) {
-    if (fields[i].name == name) return static_cast<int>(i);
-  }
-  return -1;
-}
-
 ModelledData LoadData(CsvReader& reader, const std::vector<FieldSpec>& specs) {
   const std::vector<const FieldSpec*> specOfColumn = MatchSpecs(reader.Names(), specs);
   std::vector<CellReading> readings;

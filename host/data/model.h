@@ -65,9 +65,6 @@ struct Field {
 /// The fields of a data set, in the order of its columns.
 struct DataModel {
   std::vector<Field> fields;
-
-  /// The index of a field, -1 if there is none of that name.
-  [[nodiscard]] int Find(std::string_view name) const;
 };
 
 /// What became of the records on their way to the component. Weighted counts are sums of weights,
