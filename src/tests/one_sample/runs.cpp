@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "kit/category_selection.h"
+#include "kit/runs_approximation.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"
@@ -149,24 +150,12 @@ QDStatus NPARRuns::EndPass() {
     ReportStatus(QDStatus(kEmptyGroup), MessageKind::Error);
     return status;
   }
-  const auto a = static_cast<double>(countAtOrAbove);
-  const auto b = static_cast<double>(countBelow);
-  const double n = a + b;
-  const double t = 2.0 * a * b;
-  mean = t / n + 1.0;
-  standardError = std::sqrt((t - n) * t / (n * n * (n - 1.0)));
-  double d = static_cast<double>(runCount) - mean;
-  if (n < kUncorrectedFrom) {
-    if (!(std::abs(d) > 0.5)) {
-      d = 0.0;
-    } else {
-      d = (d < 0.5 ? d + 0.5 : d - 0.5) / standardError;
-    }
-  } else {
-    d /= standardError;
-  }
-  standardTestStatistic = d;
-  sig = std::min(2.0 * QDDistFun::CdfStdNorm(-std::abs(d)), 1.0);
+  const RunsApproximation approximation(static_cast<double>(countAtOrAbove),
+                                        static_cast<double>(countBelow));
+  mean = approximation.mean;
+  standardError = approximation.standardError;
+  standardTestStatistic = approximation.Standardize(static_cast<double>(runCount));
+  sig = std::min(2.0 * QDDistFun::CdfStdNorm(-std::abs(standardTestStatistic)), 1.0);
   return status;
 }
 

@@ -26,9 +26,6 @@ class NPARRuns final : public NPARTest {
  public:
   using NPARTest::NPARTest;
 
-  /// The smallest n without continuity correction.
-  static constexpr double kUncorrectedFrom = 50.0;
-
   void SetSharedData(UnivariateResults* data) override { sharedData = data; }
   /// Error 220110: no cut point.
   QDStatus BeginPass() override;

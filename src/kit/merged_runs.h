@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+/// The number of runs in two groups of units merged in ascending order.
+///
+/// Values within 1e-14 of the first of a block are tied: the order of the units inside a block is
+/// open, so that there is a smallest and a largest possible number of runs, over all orders inside
+/// all blocks. A record of weight w is w units; one of weight 0 is none.
+class MergedRuns {
+ public:
+  static constexpr double kTieTolerance = 1e-14;
+
+  /// The next value in ascending order; the group is 0 or 1.
+  void Add(double x, std::size_t group, std::int64_t weight) noexcept {
+    if (isFirstValue || !(x - blockValue < kTieTolerance)) StartBlock(x);
+    block[group] += weight;
+  }
+  /// Ends the last block; once, after the last value.
+  void Finish() noexcept { CloseBlock(); }
+
+  [[nodiscard]] std::int64_t Minimum() const noexcept;
+  [[nodiscard]] std::int64_t Maximum() const noexcept;
+  /// Blocks that hold units of both groups.
+  [[nodiscard]] std::int64_t InterGroupTies() const noexcept { return interGroupTies; }
+
+ private:
+  using PerGroup = std::array<std::int64_t, 2>;
+
+  void StartBlock(double x) noexcept;
+  void CloseBlock() noexcept;
+  void CloseBlockOfOne(std::size_t group) noexcept;
+  void CloseBlockOfBoth() noexcept;
+
+  double blockValue = 0.0;
+  bool isFirstValue = true;
+  PerGroup block{0, 0};  // units of each group in the open block
+  // The best number of runs so far by the group of the last unit.
+  PerGroup fewest{0, 0};
+  PerGroup most{0, 0};
+  bool hasUnits = false;
+  std::int64_t interGroupTies = 0;
+};
+
+/// P(R <= r) of the number of runs of n1 and n2 units, at least 1 each, in random order; exact to
+/// rounding as long as C(n1 + n2, n1) is below 2^53. J. D. Gibbons, S. Chakraborti, Nonparametric
+/// Statistical Inference, 3.2.
+[[nodiscard]] double RunsLowerTail(std::int64_t n1, std::int64_t n2, std::int64_t r);
