@@ -55,6 +55,10 @@ std::string RunEntryDocument(const QDVarList& variables, const Rows& rows,
   QDSettings settings;
   settings.AddNewSetting("missingTreatment", std::string("analysis"), std::string());
   settings.AddNewSetting(entryName, entry, std::string());
+  return RunDocument(variables, rows, settings);
+}
+
+std::string RunDocument(const QDVarList& variables, const Rows& rows, const QDSettings& settings) {
   NPARPlanner planner(&settings, &variables);
   MemoryBlocks records(rows);
   const QDStatus executed = planner.Execute(records, 0);

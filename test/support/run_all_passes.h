@@ -24,3 +24,6 @@ QDStatus RunAllPasses(NPARTest& test, const Rows& rows, UnivariateResults* share
 /// The document of that run.
 [[nodiscard]] std::string RunEntryDocument(const QDVarList& variables, const Rows& rows,
                                            const std::string& entryName, const QDSettings& entry);
+/// The document of a run of the planner's settings, entries of tests among them.
+[[nodiscard]] std::string RunDocument(const QDVarList& variables, const Rows& rows,
+                                      const QDSettings& settings);
