@@ -2,9 +2,14 @@
 
 #include <array>
 
+#include "tests/independent/hodges_lehmann_groups.h"
 #include "tests/independent/jonckheere_terpstra.h"
 #include "tests/independent/kruskal_wallis.h"
+#include "tests/independent/ks_two_sample.h"
+#include "tests/independent/mann_whitney.h"
 #include "tests/independent/median.h"
+#include "tests/independent/moses.h"
+#include "tests/independent/wald_wolfowitz.h"
 #include "tests/one_sample/binomial.h"
 #include "tests/one_sample/chi_square.h"
 #include "tests/one_sample/estimate_ci.h"
@@ -25,9 +30,14 @@
 
 std::span<const TestTableRow> TestTable() {
   static constexpr std::array kRows = std::to_array<TestTableRow>({
+      {"IHodgesLehmannEstimateGroups", ConstructHodgesLehmannGroupsTest},
       {"IJonckheereTerpstra", ConstructJonckheereTest},
+      {"IKolmogorovSmirnov", ConstructKSTwoSampleTest},
       {"IKruskalWallis", ConstructKruskalWallisTest},
+      {"IMannWhitneyU", ConstructMannWhitneyTest},
       {"IMedian", ConstructMedianTest},
+      {"IMoses", ConstructMosesTest},
+      {"IWaldWolfowitzRuns", ConstructWaldWolfowitzTest},
       {"OBinomial", ConstructBinomialTest},
       {"OChiSquare", ConstructChiSquareTest},
       {"OEstimateConfidenceInterval", ConstructEstimateCITest},

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "kit/order_statistics.h"
+#include "kit/rank.h"
+#include "planning/planner.h"
+#include "tests/independent/two_group_test.h"
+
+/// Hodges-Lehmann estimate of the shift from group 1 to group 2, with its distribution-free
+/// interval.
+///
+/// n1 and n2 are the sums of weights of the groups. The estimate is the median of the n1 n2
+/// differences of each value of group 2 and each of group 1. With E = n1 n2 / 2, s the standard
+/// error of the Mann-Whitney statistic and z the normal quantile of 1 - (1 - confidence) / 2:
+///   lower: the (floor(E - z s) + 1)-th difference in ascending order, the first at the least
+///   upper: the ceil(E + z s)-th difference, the last at the most
+/// One pass; the differences are not listed.
+///
+/// Source: J. L. Hodges, E. L. Lehmann, Ann. Math. Stat. 34 (1963); interval as in M. Hollander,
+/// D. A. Wolfe, Nonparametric Statistical Methods.
+class NPARHodgesLehmannTwoIndep final : public NPARTwoGroupTest {
+ public:
+  static constexpr std::int32_t kCodeBase = 222500;
+
+  explicit NPARHodgesLehmannTwoIndep(QDSettings* settings);
+
+  /// Also reads "confidenceLevel", a probability.
+  QDStatus BeginPass() override;
+  QDStatus ProcessRecord(const Record& record) override;
+  XMLElement* WriteResults() override;
+
+ protected:
+  void Compute() override;
+
+ private:
+  double confidenceLevel = 0.95;
+  NPARRank ranks;  // for their ties
+  std::array<WeightedValues, 2> values;
+  double estimate = 0.0;
+  double lower = 0.0;
+  double upper = 0.0;
+};
+
+/// Makes the estimate of an entry "IHodgesLehmannEstimateGroups". Errors 222501, 222503, 222512 to
+/// 222515.
+QDStatus ConstructHodgesLehmannGroupsTest(NPARPlanner& planner, QDStatus& status,
+                                          const QDSettings& entry);

@@ -1,0 +1,163 @@
+#include "tests/independent/ks_two_sample.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "kit/kolmogorov_smirnov.h"
+#include "planning/two_group_construction.h"
+#include "report/elements.h"
+#include "report/messages.h"
+#include "report/two_group_tables.h"
+
+namespace {
+
+constexpr std::int32_t kUnreadable = 222001;          // a setting, or an empty list of categories
+constexpr std::int32_t kUnknownVariable = 222003;     // no name, or an unknown one: the parameter
+constexpr std::int32_t kExponentFailed = 222005;      // in the limiting distribution
+constexpr std::int32_t kNotTwoCategories = 222009;    // default groups without exactly two
+constexpr std::int32_t kEmptyGroup = 222010;          // a group without weight
+constexpr std::int32_t kLastOfNeitherGroup = 222011;  // warning
+constexpr std::int32_t kNotContinuous = 222012;       // the test field; parameter: its index
+constexpr std::int32_t kNotCategorical = 222013;      // the group field; parameter: its index
+
+constexpr TwoGroupEntryCodes kEntryCodes{
+    {kUnknownVariable, kUnknownVariable, kUnknownVariable, kNotContinuous, kNotCategorical},
+    kUnreadable,
+    kNotTwoCategories};
+
+template <typename Value>
+bool IsReadable(const QDSettings& settings, const std::string& key) {
+  Value value{};
+  return settings.GetSettingValByName(key, value);
+}
+
+bool AreReadable(const QDSettings& settings, bool withLists) {
+  using Codes = std::vector<double>;
+  return IsReadable<std::int32_t>(settings, "variableIndex") &&
+         IsReadable<std::int32_t>(settings, "groupVariableIndex") &&
+         IsReadable<double>(settings, "sigLevel") &&
+         (withLists ? IsReadable<Codes>(settings, "group1List") &&
+                          IsReadable<Codes>(settings, "group2List")
+                    : IsReadable<double>(settings, "groupVariableValue1") &&
+                          IsReadable<double>(settings, "groupVariableValue2"));
+}
+
+}  // namespace
+
+void NPARKSmirnowTwoSample::ReadSettings() {
+  weight = RecordWeight(*settings);
+  groups.Read(*settings);
+  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
+  if (!AreReadable(*settings, groups.AreUserSpecified())) {
+    ReportStatus(QDStatus(kUnreadable), MessageKind::Error);
+  }
+}
+
+QDStatus NPARKSmirnowTwoSample::BeginPass() {
+  if (passNumber == 0) ReadSettings();
+  if (status.IsError()) return status;
+  passesLeft = 2 - passNumber;
+  if (passNumber == 1) histograms.Start();
+  return status;
+}
+
+QDStatus NPARKSmirnowTwoSample::ProcessRecord(const Record& record) {
+  const TwoGroups::Group group = groups.Of(record);
+  if (group == TwoGroups::Neither) return status;
+  const double x = record[groups.TestVariable()];
+  const std::int64_t w = weight.Truncated(record);
+  if (passNumber == 0) {
+    Sample& sample = samples[group];
+    sample.count += w;
+    if (sample.first == QDMV::gMissingValue) sample.first = x;
+    sample.last = x;
+    histograms.TakeRange(group, x);
+  } else {
+    histograms.Add(group, x, w);
+    TakeDifference(group, x, w);
+  }
+  return status;
+}
+
+void NPARKSmirnowTwoSample::TakeDifference(TwoGroups::Group group, double x, std::int64_t w) {
+  if (x != previousValue) {
+    if (previousValue != QDMV::gMissingValue) UpdateDifferences();
+    previousValue = x;
+    previousGroup = group;
+  }
+  samples[group].cumulative += w;
+}
+
+double NPARKSmirnowTwoSample::Sample::DistributionAt(double x) const {
+  if (first > x) return 0.0;
+  if (x >= last) return 1.0;
+  return static_cast<double>(cumulative) / static_cast<double>(count);
+}
+
+void NPARKSmirnowTwoSample::UpdateDifferences() {
+  if (previousGroup == TwoGroups::Neither) {
+    ReportStatus(QDStatus(kLastOfNeitherGroup), MessageKind::Warning);
+    return;
+  }
+  const double f1 = samples[0].DistributionAt(previousValue);
+  const double f2 = samples[1].DistributionAt(previousValue);
+  const double d = samples[0].count >= samples[1].count ? f1 - f2 : f2 - f1;
+  if (d >= 0.0) positiveDifference = std::max(positiveDifference, d);
+  if (d <= 0.0) negativeDifference = std::min(negativeDifference, d);
+}
+
+bool NPARKSmirnowTwoSample::NeedsAnotherPass() { return !status.IsError() && passNumber++ == 0; }
+
+QDStatus NPARKSmirnowTwoSample::EndPass() {
+  if (status.IsError() || passNumber == 0) return status;
+  Compute();
+  if (status.IsError()) return status;
+  histograms.Finish();
+  passesLeft = 0;
+  return status;
+}
+
+void NPARKSmirnowTwoSample::Compute() {
+  if (samples[0].count < 1 || samples[1].count < 1) {
+    ReportStatus(QDStatus(kEmptyGroup), MessageKind::Error);
+    return;
+  }
+  UpdateDifferences();
+  absoluteDifference = std::max(positiveDifference, -negativeDifference);
+  const auto n1 = static_cast<double>(samples[0].count);
+  const auto n2 = static_cast<double>(samples[1].count);
+  z = std::sqrt(n1 * n2 / (n1 + n2)) * absoluteDifference;
+  if (!KolmogorovSmirnovSig(z, asymptoticSig)) {
+    ReportStatus(QDStatus(kExponentFailed), MessageKind::Error);
+  }
+}
+
+void NPARKSmirnowTwoSample::GetRequiredVariables(std::vector<std::int64_t>& positions) {
+  groups.AppendRequired(positions);
+}
+
+XMLElement* NPARKSmirnowTwoSample::WriteResults() {
+  auto algorithm = CreateAlgorithm("IKolmogorovSmirnov", "hypothesis_test", "Independent_Samples",
+                                   DecisionWord(status, sigLevel, asymptoticSig));
+  AddTwoGroupCondition(*algorithm, "KolmogorovSmirnov", groups);
+  WriteMessages(*algorithm, messages);
+  if (status.IsError()) return algorithm.release();
+
+  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
+  XMLElement* differences = AddStructuredTable(*statistics, "MostExtremeDifferences");
+  AddAttributeRow(*differences, "Absolute", absoluteDifference);
+  AddAttributeRow(*differences, "Positive", positiveDifference);
+  AddAttributeRow(*differences, "Negative", negativeDifference);
+  AddAttributeRow(*statistics, "TestStatistic", z);
+  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", asymptoticSig);
+  AddTwoGroupTables(*algorithm, groups, histograms, {samples[0].count, {}}, {samples[1].count, {}});
+  return algorithm.release();
+}
+
+QDStatus ConstructKSTwoSampleTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
+  TestConstruction construction(planner, entry);
+  const auto variables = ResolveTwoGroups(construction, kEntryCodes);
+  status = AddTwoGroupTest<NPARKSmirnowTwoSample>(construction, variables);
+  return status;
+}

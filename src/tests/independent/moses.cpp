@@ -1,0 +1,130 @@
+#include "tests/independent/moses.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "planning/two_group_construction.h"
+#include "report/elements.h"
+#include "report/messages.h"
+#include "report/two_group_tables.h"
+
+// The tail of the span. The terms of p(h) are those of a convolution,
+//   (1 - x)^-(nc - 2h - 1) * (1 - x)^-(2h + 2) = (1 - x)^-(nc + 1),
+// whose coefficient of x^ne is C(nc + ne, nc): the terms over i = 0..ne sum to the denominator. So
+// p is a part of a sum over the whole sum, each term following from the one before by one factor,
+//   t(i + 1) / t(i) = (i + nc - 2h - 1) / (i + 1) * (ne - i) / (ne + 2h + 1 - i),
+// and no binomial coefficient is ever formed. Sums that grow large are scaled down together, which
+// loses only what is far below the smallest double beside the rest.
+
+namespace {
+
+constexpr std::int32_t kBadOutliers = 220516;  // absent, negative, or no control unit is left
+
+constexpr double kScaleAbove = 0x1p+900;
+constexpr double kScale = 0x1p-900;
+
+/// The rank of the k-th unit, counted from 1, of a group's ascending ranks.
+double RankOfUnit(const std::vector<RankGroup::Entry>& ranks, std::int64_t k) {
+  std::int64_t units = 0;
+  for (const RankGroup::Entry& entry : ranks) {
+    units += TruncateToInt64(entry.weight);
+    if (units >= k) return entry.rank;
+  }
+  return ranks.back().rank;
+}
+
+}  // namespace
+
+double MosesSpanTail(std::int64_t control, std::int64_t experimental, std::int64_t trimmed,
+                     std::int64_t span) {
+  const std::int64_t kept = control - 2 * trimmed;
+  const std::int64_t between = std::max<std::int64_t>(span - kept, 0);
+  double term = 1.0;
+  double all = 0.0;
+  double part = 0.0;
+  for (std::int64_t i = 0; i <= experimental; ++i) {
+    all += term;
+    if (i <= between) part = all;
+    if (all > kScaleAbove) {
+      term *= kScale;
+      all *= kScale;
+      part *= kScale;
+    }
+    term *= static_cast<double>(i + kept - 1) / static_cast<double>(i + 1) *
+            static_cast<double>(experimental - i) /
+            static_cast<double>(experimental + 2 * trimmed + 1 - i);
+  }
+  return part / all;
+}
+
+NPARMoses::NPARMoses(QDSettings* settings)
+    : NPARTwoGroupTest(settings, kCodeBase, Passes::WithHistograms) {}
+
+QDStatus NPARMoses::BeginPass() {
+  std::int32_t given = 0;
+  if (settings->GetSettingValByName("NumberOfOutliers", given)) givenOutliers = given;
+  return NPARTwoGroupTest::BeginPass();
+}
+
+QDStatus NPARMoses::ProcessRecord(const Record& record) {
+  return TakeRecord(record, [this](TwoGroups::Group group, double x, std::int64_t w) {
+    static_cast<void>(ranks.AddValue(x, static_cast<double>(w), group));
+  });
+}
+
+void NPARMoses::Compute() {
+  ranks.CloseRun();
+  for (const TwoGroups::Group group : {TwoGroups::First, TwoGroups::Second}) {
+    meanRanks[group] = ranks.GroupEntry(group).rankSum / static_cast<double>(counts[group]);
+  }
+  const std::int64_t control = counts[TwoGroups::First];
+  outliers = givenOutliers ? *givenOutliers : std::max<std::int64_t>(1, control / 20);
+  if (control - 2 * outliers < 1) {
+    ReportStatus(QDStatus(kBadOutliers), MessageKind::Error);
+    return;
+  }
+  observed = SpanOf(0);
+  trimmed = SpanOf(outliers);
+}
+
+NPARMoses::Span NPARMoses::SpanOf(std::int64_t trimmedUnits) {
+  const std::int64_t control = counts[TwoGroups::First];
+  const std::vector<RankGroup::Entry>& controls = ranks.GroupEntry(TwoGroups::First).ranks;
+  const double first = RankOfUnit(controls, trimmedUnits + 1);
+  const double last = RankOfUnit(controls, control - trimmedUnits);
+  const std::int64_t length = TruncateToInt64(std::floor(last - first + 1.0 + 0.5));
+  return {length, MosesSpanTail(control, counts[TwoGroups::Second], trimmedUnits, length)};
+}
+
+XMLElement* NPARMoses::WriteResults() {
+  auto algorithm = CreateAlgorithm("IMoses", "hypothesis_test", "Independent_Samples",
+                                   DecisionWord(status, sigLevel, trimmed.sig));
+  AddTwoGroupCondition(*algorithm, "Moses", groups);
+  WriteMessages(*algorithm, messages);
+  if (status.IsError()) return algorithm.release();
+
+  AddTwoGroupTables(*algorithm, groups, histograms, {counts[0], meanRanks[0]},
+                    {counts[1], meanRanks[1]});
+  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
+  AddAttributeRow(*statistics, "TotalN", TotalCount());
+  AddAttributeRow(*statistics, "NumberOfOutliers", outliers);
+  AddAttributeRow(*statistics, "ObservedControlSpan", observed.length);
+  AddAttributeRow(*statistics, "ExactSig1TailedObserved", observed.sig);
+  AddAttributeRow(*statistics, "TestStatistic", trimmed.length);
+  AddAttributeRow(*statistics, "ExactSig1Tailed", trimmed.sig);
+  return algorithm.release();
+}
+
+QDStatus ConstructMosesTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
+  TestConstruction construction(planner, entry);
+  const auto variables =
+      ResolveTwoGroups(construction, TwoGroupEntryCodesFrom(NPARMoses::kCodeBase));
+  if (construction.ReadFlag("userSpecifyNumberOfOutliers")) {
+    std::int32_t outliers = -1;
+    static_cast<void>(construction.Read("NumberOfOutliers", outliers));
+    if (outliers < 0) construction.Fail(kBadOutliers);
+    construction.Put("NumberOfOutliers", outliers);
+  }
+  status = AddTwoGroupTest<NPARMoses>(construction, variables);
+  return status;
+}

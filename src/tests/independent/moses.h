@@ -1,0 +1,60 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+#include "kit/rank.h"
+#include "planning/planner.h"
+#include "tests/independent/two_group_test.h"
+
+/// Moses test of extreme reactions: does the experimental group, group 2, react toward both
+/// extremes, so that the control group, group 1, spans few ranks?
+///
+/// All units of both groups get mid-ranks; nc and ne are the sums of weights of control and
+/// experimental group. With h units trimmed from either end of the control group, its span is
+///   S(h) = rank of the (nc - h)-th control unit - rank of the (h + 1)-th + 1, halves rounded up
+/// With g = S(h) - (nc - 2h), at least 0:
+///   p(h) = sum over i = 0..g of C(i + nc - 2h - 2, i) C(ne + 2h + 1 - i, ne - i) / C(nc + ne, nc)
+/// h = 0 gives the observed span, the given number of outliers or max(1, floor(nc / 20)) the
+/// trimmed one, which decides.
+///
+/// Source: L. E. Moses, A two-sample test, Psychometrika 17 (1952).
+class NPARMoses final : public NPARTwoGroupTest {
+ public:
+  static constexpr std::int32_t kCodeBase = 220500;
+
+  explicit NPARMoses(QDSettings* settings);
+
+  QDStatus BeginPass() override;
+  QDStatus ProcessRecord(const Record& record) override;
+  XMLElement* WriteResults() override;
+
+ protected:
+  /// Error 220516: the trimming leaves no control unit.
+  void Compute() override;
+
+ private:
+  struct Span {
+    std::int64_t length = 0;
+    double sig = 0.0;
+  };
+  [[nodiscard]] Span SpanOf(std::int64_t trimmed);
+
+  NPARRank ranks{{.ranks = true}};
+  std::array<double, 2> meanRanks{0.0, 0.0};
+  std::optional<std::int32_t> givenOutliers;
+  std::int64_t outliers = 0;
+  Span observed;
+  Span trimmed;
+};
+
+/// P(the control group spans at most `span` ranks) for groups without ties, `trimmed` units being
+/// taken from either end of the control group; 1 for a span as large as can be. `control` exceeds
+/// 2 `trimmed`.
+[[nodiscard]] double MosesSpanTail(std::int64_t control, std::int64_t experimental,
+                                   std::int64_t trimmed, std::int64_t span);
+
+/// Makes the test of an entry "IMoses". Errors 220501, 220503, 220512 to 220515, and 220516: the
+/// number of outliers is to be given and is absent or negative.
+QDStatus ConstructMosesTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);

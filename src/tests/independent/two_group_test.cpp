@@ -1,0 +1,59 @@
+#include "tests/independent/two_group_test.h"
+
+namespace {
+
+constexpr std::int32_t kNoData = 220003;  // the weights of both groups sum to 0
+
+}  // namespace
+
+NPARTwoGroupTest::NPARTwoGroupTest(QDSettings* settings, std::int32_t codeBase, Passes passes)
+    : NPARTest(settings),
+      codes{codeBase + 6, codeBase + 9, codeBase + 10, codeBase + 11},
+      passCount(static_cast<std::int32_t>(passes)) {}
+
+void NPARTwoGroupTest::SetSharedData(UnivariateResults* data) {
+  if (data != nullptr) sharedData = data;
+}
+
+QDStatus NPARTwoGroupTest::BeginPass() {
+  if (passIndex == 0) {
+    groups.Read(*settings);
+    weight = RecordWeight(*settings);
+    static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
+  }
+  if (status.IsError()) return status;
+  passesLeft = passCount - passIndex;
+  if (passIndex == 0) {
+    static_cast<void>(groups.Check(*this, sharedData, codes));
+  } else {
+    histograms.Start();
+  }
+  return status;
+}
+
+bool NPARTwoGroupTest::NeedsAnotherPass() {
+  return !status.IsError() && passIndex == 1 && passCount == 2;
+}
+
+QDStatus NPARTwoGroupTest::EndPass() {
+  if (status.IsError()) return status;
+  if (passIndex == 0) {
+    if (TotalCount() == 0) {
+      ReportStatus(QDStatus(kNoData), MessageKind::Error);
+    } else if (counts[0] < 1 || counts[1] < 1) {
+      ReportStatus(QDStatus(codes.unpopulated), MessageKind::Error);
+    } else {
+      Compute();
+    }
+    if (status.IsError()) return status;
+  } else {
+    histograms.Finish();
+  }
+  ++passIndex;
+  passesLeft = passCount - passIndex;
+  return status;
+}
+
+void NPARTwoGroupTest::GetRequiredVariables(std::vector<std::int64_t>& positions) {
+  groups.AppendRequired(positions);
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "kit/merged_runs.h"
+#include "kit/runs_approximation.h"
+#include "planning/planner.h"
+#include "tests/independent/two_group_test.h"
+
+/// Wald-Wolfowitz runs test: do two groups come from one population? Few runs in the merged
+/// ascending values speak against it.
+///
+/// n1 and n2 are the sums of weights of the groups, N = n1 + n2, t = 2 n1 n2, r a number of runs:
+///   mean = t / N + 1,  sd = sqrt((t - N) t / (N^2 (N - 1))),  d = r - mean
+///   z = (d -+ 1/2) / sd, 0 for |d| <= 1/2     N < 50
+///   z = d / sd                                N >= 50
+///   asymptotic  p = Phi(z);  exact  p = P(R <= r)     N <= 30
+/// Ties between the groups leave the number of runs open: the figures are given for the smallest
+/// and for the largest possible one, and the largest decides, with its exact p where there is one.
+/// So the test rejects only if no order of the ties could save the hypothesis.
+///
+/// Source: A. Wald, J. Wolfowitz, Ann. Math. Stat. 11 (1940); exact distribution as in J. D.
+/// Gibbons, S. Chakraborti, Nonparametric Statistical Inference.
+class NPARWaldWolfRuns final : public NPARTwoGroupTest {
+ public:
+  static constexpr std::int32_t kCodeBase = 220600;
+  /// The largest N with an exact p.
+  static constexpr std::int64_t kExactLimit = 30;
+
+  explicit NPARWaldWolfRuns(QDSettings* settings);
+
+  QDStatus ProcessRecord(const Record& record) override;
+  XMLElement* WriteResults() override;
+
+ protected:
+  /// Warning 220616 with the number of blocks of values that both groups have.
+  void Compute() override;
+
+ private:
+  struct Figures {
+    std::int64_t runs = 0;
+    double standardTestStatistic = 0.0;
+    double asymptoticSig = 0.0;
+    std::optional<double> exactSig;
+    [[nodiscard]] double Sig() const { return exactSig.value_or(asymptoticSig); }
+  };
+  [[nodiscard]] Figures FiguresOf(std::int64_t runCount) const;
+  void WriteFigures(XMLElement& statistics, const char* name, const Figures& figures) const;
+
+  MergedRuns runs;
+  RunsApproximation approximation;
+  Figures minimum;
+  Figures maximum;
+};
+
+/// Makes the test of an entry "IWaldWolfowitzRuns". Errors 220601, 220603, 220612 to 220615.
+QDStatus ConstructWaldWolfowitzTest(NPARPlanner& planner, QDStatus& status,
+                                    const QDSettings& entry);
