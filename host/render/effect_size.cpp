@@ -1,0 +1,151 @@
+#include "host/render/effect_size.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+#include "host/render/wording.h"
+
+namespace npar_host {
+namespace {
+
+using Figure = std::optional<double>;
+
+Figure FindFigure(const std::vector<ResultStatistic>& figures, std::string_view name) {
+  for (const ResultStatistic& figure : figures) {
+    if (figure.group.empty() && figure.name == name) return FigureNumber(figure.text);
+  }
+  return std::nullopt;
+}
+
+Figure Cell(const ResultTable& table, std::size_t row, std::size_t column) {
+  if (row >= table.rows.size() || column >= table.rows[row].size()) return std::nullopt;
+  return FigureNumber(table.rows[row][column]);
+}
+
+// Formulas: nothing where a figure is missing. A zero divisor leaves no finite value, which
+// FindEffectSize refuses.
+
+Figure MeanRankDifference(const ResultTest& test) {
+  if (test.groups.size() != 2) return std::nullopt;
+  const Figure first = FindFigure(test.groups[0].figures, "MeanOfRank");
+  const Figure second = FindFigure(test.groups[1].figures, "MeanOfRank");
+  const Figure total = FindFigure(test.statistics, "TotalN");
+  if (!first || !second || !total) return std::nullopt;
+  return 2.0 * (*second - *first) / *total;
+}
+
+// The statistic is the rank sum of the positive differences, n the number of differences not zero.
+Figure SignedRankShare(const Figure& positiveRankSum, const Figure& n) {
+  if (!positiveRankSum || !n) return std::nullopt;
+  return 4.0 * *positiveRankSum / (*n * (*n + 1.0)) - 1.0;
+}
+
+Figure DifferencesNotZero(const ResultTest& test) {
+  if (!test.differences) return std::nullopt;
+  const Figure negative = FindFigure(test.differences->figures, "NegativeDifferences");
+  const Figure positive = FindFigure(test.differences->figures, "PositiveDifferences");
+  if (!negative || !positive) return std::nullopt;
+  return *negative + *positive;
+}
+
+Figure StatisticOverRootOfN(const ResultTest& test) {
+  const Figure z = FindFigure(test.statistics, "StandardTestStatistic");
+  const Figure n = FindFigure(test.statistics, "TotalN");
+  if (!z || !n) return std::nullopt;
+  return *z / std::sqrt(*n);
+}
+
+Figure RootOfStatisticOverN(const ResultTest& test) {
+  const Figure chiSquare = FindFigure(test.statistics, "TestStatistic");
+  const Figure n = FindFigure(test.statistics, "TotalN");
+  if (!chiSquare || !n) return std::nullopt;
+  return std::sqrt(*chiSquare / *n);
+}
+
+// The Kruskal-Wallis statistics have no total. A record counts where neither its value nor its
+// group is missing, so the total is known where at most one of the two fields has missing values.
+Figure GroupedRecords(const ResultDocument& document, const ResultTest& test) {
+  const auto tested = test.ConditionFields(0, document.fields.size());
+  const ResultField* group = GroupField(document, test);
+  if (tested.empty() || group == nullptr) return std::nullopt;
+  const auto& values = document.fields[tested.front()].distribution;
+  if (!values || !group->distribution) return std::nullopt;
+  const Figure valueCount = FindFigure(values->figures, "TotalN");
+  const Figure groupCount = FindFigure(group->distribution->figures, "TotalN");
+  if (!valueCount || !groupCount) return std::nullopt;
+  const bool oneIsComplete = std::max(*valueCount, *groupCount) == document.totalFreq;
+  if (!oneIsComplete && !document.listwise) return std::nullopt;
+  return std::min(*valueCount, *groupCount);
+}
+
+Figure EpsilonSquared(const ResultDocument& document, const ResultTest& test) {
+  const Figure h = FindFigure(test.statistics, "TestStatistic");
+  const Figure n = GroupedRecords(document, test);
+  if (!h || !n) return std::nullopt;
+  return *h / (*n - 1.0);
+}
+
+Figure Concordance(const ResultTest& test) {
+  const Figure chiSquare = FindFigure(test.statistics, "TestStatistic");
+  const Figure n = FindFigure(test.statistics, "TotalN");
+  const Figure freedom = FindFigure(test.statistics, "DegreeOfFreedom");
+  if (!chiSquare || !n || !freedom) return std::nullopt;
+  return *chiSquare / (*n * *freedom);
+}
+
+Figure CohensG(const ResultTest& test) {
+  for (const ResultTable& table : test.tables) {
+    if (table.name != "CategoryFieldsComparison") continue;
+    const Figure upper = Cell(table, 0, 1);
+    const Figure lower = Cell(table, 1, 0);
+    if (!upper || !lower) return std::nullopt;
+    return std::max(*upper, *lower) / (*upper + *lower) - 0.5;
+  }
+  return std::nullopt;
+}
+
+bool HasOnlyZ(std::string_view name) {
+  return name == "OBinomial" || name == "ORuns" || name == "RSign" ||
+         name == "RMarginalHomogeneity" || name == "IWaldWolfowitzRuns";
+}
+
+}  // namespace
+
+std::optional<EffectSize> FindEffectSize(const ResultDocument& document, const ResultTest& test) {
+  if (test.Failed()) return std::nullopt;
+  const auto named = [](const char* name, const char* symbol,
+                        const Figure& value) -> std::optional<EffectSize> {
+    if (!value || !std::isfinite(*value)) return std::nullopt;
+    return EffectSize{name, symbol, *value};
+  };
+  constexpr const char* kRankBiserial = "Rank-biserial correlation";
+  if (test.name == "IMannWhitneyU") return named(kRankBiserial, "r", MeanRankDifference(test));
+  if (test.name == "RWilcoxonSignedRanks") {
+    return named(
+        kRankBiserial, "r",
+        SignedRankShare(FindFigure(test.statistics, "TestStatistic"), DifferencesNotZero(test)));
+  }
+  if (test.name == "OWilcoxonSignedRanks") {
+    return named(kRankBiserial, "r",
+                 SignedRankShare(FindFigure(test.statistics, "TestStatistic"),
+                                 FindFigure(test.statistics, "TotalN")));
+  }
+  if (test.name == "IKruskalWallis") {
+    return named("Epsilon squared", "\u03b5\u00b2", EpsilonSquared(document, test));
+  }
+  if (test.name == "RFriedmansTwoWayByRanks") {
+    return named("Kendall's W", "W", Concordance(test));
+  }
+  if (test.name == "RKendallsCoefficient") {
+    return named("Kendall's W", "W", FindFigure(test.statistics, "KendallsW"));
+  }
+  if (test.name == "RMcNemar") return named("Cohen's g", "g", CohensG(test));
+  if (test.name == "OChiSquare") return named("Cohen's w", "w", RootOfStatisticOverN(test));
+  // Two columns, so the smaller dimension less one is 1.
+  if (test.name == "IMedian") return named("Cram\u00e9r's V", "V", RootOfStatisticOverN(test));
+  if (HasOnlyZ(test.name)) return named("Effect size r", "r", StatisticOverRootOfN(test));
+  return std::nullopt;
+}
+
+}  // namespace npar_host

@@ -1,0 +1,133 @@
+#include "host/render/effect_size.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace npar_host {
+namespace {
+
+ResultTest TestOf(const char* name, std::vector<ResultStatistic> statistics) {
+  ResultTest test;
+  test.name = name;
+  test.classification = test.name.starts_with("I") ? "Independent_Samples" : "Related_Samples";
+  test.statistics = std::move(statistics);
+  test.conditionParameters = {"0", "1"};
+  return test;
+}
+
+ResultGroup Group(const char* meanRank) { return {{0}, {{"", "MeanOfRank", meanRank}}, {}}; }
+
+ResultDistribution Differences(const char* negative, const char* positive) {
+  return {{{"", "NegativeDifferences", negative}, {"", "PositiveDifferences", positive}}, {}};
+}
+
+ResultTest MannWhitney() {
+  // Five and five values without ties, rank sums 21 and 34: U = 34 - 15 = 19 of 25 pairs.
+  ResultTest test = TestOf("IMannWhitneyU", {{"", "TotalN", "10"}});
+  test.groups = {Group("4.2"), Group("6.8")};
+  return test;
+}
+
+ResultTest WilcoxonPairs() {
+  // Kerby (2014): rank sums 45 of 55 for and 10 against the hypothesis, r = 35 / 55.
+  ResultTest test = TestOf("RWilcoxonSignedRanks", {{"", "TestStatistic", "45"}});
+  test.differences = Differences("3", "7");
+  return test;
+}
+
+ResultTest McNemar(const char* upper, const char* lower) {
+  ResultTest test = TestOf("RMcNemar", {});
+  test.tables = {{"CategoryFieldsComparison", {}, {}, {{"794", upper}, {lower, "570"}}}};
+  return test;
+}
+
+struct EffectSizeCase {
+  const char* catches;
+  ResultTest test;
+  const char* symbol;
+  double value;
+};
+
+// Values by hand from the formulas of docs/effect_sizes.md.
+const EffectSizeCase kCases[] = {
+    {"2 U / (n1 n2) - 1; the first group is the larger", MannWhitney(), "r", 2.0 * 19 / 25 - 1},
+    {"share of the pairs' rank sums", WilcoxonPairs(), "r", 35.0 / 55},
+    {"one sample: n is the total",
+     TestOf("OWilcoxonSignedRanks", {{"", "TotalN", "4"}, {"", "TestStatistic", "1"}}), "r",
+     (1.0 - 9.0) / 10},
+    {"Hollander and Wolfe's rounding times: W = 11.142857 / (22 * 2)",
+     TestOf(
+         "RFriedmansTwoWayByRanks",
+         {{"", "TotalN", "22"}, {"", "TestStatistic", "11.142857"}, {"", "DegreeOfFreedom", "2"}}),
+     "W", 11.142857 / 44},
+    {"the test's own figure", TestOf("RKendallsCoefficient", {{"", "KendallsW", "0.25"}}), "W",
+     0.25},
+    {"Agresti's approval table: 150 of 236 changes", McNemar("150", "86"), "g", 150.0 / 236 - 0.5},
+    {"the larger of the changes in the other cell", McNemar("86", "150"), "g", 150.0 / 236 - 0.5},
+    {"root of chi-square over N",
+     TestOf("OChiSquare", {{"", "TotalN", "100"}, {"", "TestStatistic", "9"}}), "w", 0.3},
+    {"two columns", TestOf("IMedian", {{"", "TotalN", "64"}, {"", "TestStatistic", "16"}}), "V",
+     0.5},
+    {"sign of z kept", TestOf("RSign", {{"", "TotalN", "16"}, {"", "StandardTestStatistic", "-2"}}),
+     "r", -0.5},
+};
+
+TEST(EffectSizeTest, AgreesWithHandComputation) {
+  for (const EffectSizeCase& row : kCases) {
+    SCOPED_TRACE(row.catches);
+    const auto effect = FindEffectSize({}, row.test);
+    ASSERT_TRUE(effect);
+    EXPECT_EQ(effect->symbol, row.symbol);
+    EXPECT_NEAR(effect->value, row.value, 1e-14);
+  }
+}
+
+struct TotalCase {
+  const char* catches;
+  const char* values;
+  const char* groups;
+  bool listwise;
+  std::optional<double> total;
+};
+
+TEST(EffectSizeTest, EpsilonSquaredNeedsTheNumberOfGroupedRecords) {
+  const TotalCase cases[] = {
+      {"both complete", "50", "50", false, 50.0},
+      {"values missing", "41", "50", false, 41.0},
+      {"groups missing", "50", "41", false, 41.0},
+      {"both missing: on the same records or not?", "41", "41", false, std::nullopt},
+      {"both missing, listwise: the same records", "41", "41", true, 41.0},
+  };
+  for (const TotalCase& row : cases) {
+    SCOPED_TRACE(row.catches);
+    ResultDocument document;
+    document.totalFreq = 50.0;
+    document.listwise = row.listwise;
+    document.fields.resize(2);
+    document.fields[0].distribution = ResultDistribution{{{"", "TotalN", row.values}}, {}};
+    document.fields[1].distribution = ResultDistribution{{{"", "TotalN", row.groups}}, {}};
+    const auto effect =
+        FindEffectSize(document, TestOf("IKruskalWallis", {{"", "TestStatistic", "10"}}));
+    ASSERT_EQ(effect.has_value(), row.total.has_value());
+    if (effect) EXPECT_DOUBLE_EQ(effect->value, 10.0 / (*row.total - 1.0));
+  }
+}
+
+TEST(EffectSizeTest, IsAbsentWhereItHasNoValue) {
+  ResultTest failed = MannWhitney();
+  failed.messages = {{220003, "error", {}, {}}};
+  EXPECT_FALSE(FindEffectSize({}, failed));
+  EXPECT_FALSE(FindEffectSize({}, McNemar("0", "0")));  // nobody changed
+  EXPECT_FALSE(FindEffectSize({}, TestOf("RMcNemar", {})));
+  EXPECT_FALSE(FindEffectSize({}, TestOf("RSign", {{"", "TotalN", "16"}})));
+  EXPECT_FALSE(FindEffectSize(
+      {}, TestOf("RSign", {{"", "TotalN", "16"}, {"", "StandardTestStatistic", "nan"}})));
+  // A range of runs: its figures stand in tables of their own.
+  EXPECT_FALSE(FindEffectSize(
+      {}, TestOf("IWaldWolfowitzRuns",
+                 {{"", "TotalN", "60"}, {"MinimumRuns", "StandardTestStatistic", "-2"}})));
+}
+
+}  // namespace
+}  // namespace npar_host
