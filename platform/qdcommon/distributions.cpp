@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "foundation/math.h"
-#include "tails.h"
+#include "qdcommon/tails.h"
 
 namespace QDMath_700 {
 

@@ -11,8 +11,8 @@
 #include <array>
 #include <cmath>
 
-#include "quadrature.h"
-#include "tails.h"
+#include "qdcommon/quadrature.h"
+#include "qdcommon/tails.h"
 
 namespace QDMath_700 {
 

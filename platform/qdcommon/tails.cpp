@@ -14,7 +14,7 @@
 // binomial probabilities (2000): Stirling remainders, and a deviance that is a sum of positive
 // terms.
 
-#include "tails.h"
+#include "qdcommon/tails.h"
 
 #include <array>
 #include <boost/math/special_functions/beta.hpp>
@@ -22,7 +22,7 @@
 #include <boost/math/special_functions/gamma.hpp>
 #include <cmath>
 
-#include "quadrature.h"
+#include "qdcommon/quadrature.h"
 
 namespace QDMath_700 {
 

@@ -199,6 +199,8 @@ class QDUnivariateSummaries {
   /// Asks for a statistic of a variable. False for a variable of a kind that has no summary, for a
   /// hinge statistic without sorted data, and where memory ran out.
   bool Register(std::int32_t variableIndex, std::int32_t statistic) noexcept;
+  /// True once a request was lost for lack of memory.
+  [[nodiscard]] bool RanOutOfMemory() const noexcept { return ranOutOfMemory; }
   void SetWeightVariable(std::int32_t index);
   void SetSortedData(ISortedData* data) noexcept { sortedData = data; }
   /// Reads the records as often as the statistics need.
@@ -221,6 +223,7 @@ class QDUnivariateSummaries {
   const QDVarList* variables;
   ISortedData* sortedData = nullptr;
   std::int32_t weightIndex = -1;
+  bool ranOutOfMemory = false;
   std::map<std::int32_t, std::unique_ptr<QDUnivariateVariable>> summaries;
 };
 

@@ -46,6 +46,7 @@ bool QDUnivariateSummaries::Register(std::int32_t variableIndex, std::int32_t st
     static_cast<void>(summary->AddStatistic(statistic));  // an unfit one adds nothing
     return QDStatus();
   });
+  if (registered.GetErrorCode() == kNoMemory) ranOutOfMemory = true;
   return registered.IsOK();
 }
 

@@ -122,6 +122,7 @@ QDStatus NPARPlanner::BuildTests() {
     // The test carries its problem by itself, and the others go on.
     static_cast<void>(construct(*this, constructionStatus, *value->GetListValue()));
   }
+  if (univariates->RanOutOfMemory()) return QDStatus(kNoMemory);
   return isAnyEntry ? QDStatus() : QDStatus(kNoEntry);
 }
 
