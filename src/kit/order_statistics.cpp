@@ -24,10 +24,12 @@
 
 namespace {
 
-/// The double whose bits in order these are.
+/// The largest double whose ordered bits are not above these.
 double FromOrderedBits(std::uint64_t bits) {
   constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
-  return std::bit_cast<double>((bits & kSign) != 0 ? bits & ~kSign : ~bits);
+  if ((bits & kSign) != 0) return std::bit_cast<double>(bits & ~kSign);
+  // Right below zero stand the bits of a negative zero, which no value has: it has those of zero.
+  return std::bit_cast<double>(~std::min(bits, kSign - 2));
 }
 
 /// Row i: the averages of value i and those from it on.
@@ -146,7 +148,7 @@ double SelectFrom(const Table& table, WeightProduct rank) {
       upToLow = count;
     }
   }
-  return FromOrderedBits(high) + 0.0;  // never a negative zero
+  return FromOrderedBits(high);
 }
 
 }  // namespace

@@ -128,14 +128,15 @@ RangeFigures NPARRankedRecords::ComputeFigures(const std::vector<double>& sums,
                                                double tieTerms) const {
   const auto k = static_cast<double>(sums.size());
   const auto n = static_cast<double>(totalN);
+  // About their mean, which is known: sum R^2 less its expectation would cancel most digits.
+  const double meanSum = n * (k + 1.0) * 0.5;
   double squares = 0.0;
-  for (const double sum : sums) squares += sum * sum;
+  for (const double sum : sums) squares += (sum - meanSum) * (sum - meanSum);
   const double correction = 1.0 - tieTerms / ((k - 1.0) * (k + 1.0) * k * n);
   double chiSquare = 0.0;
   if (correction < 0.0 || correction > 0.0) {
-    chiSquare = (12.0 / ((k + 1.0) * k * n) * squares - n * 3.0 * (k + 1.0)) / correction;
+    chiSquare = 12.0 * squares / ((k + 1.0) * k * n) / correction;
   }
-  chiSquare = std::max(chiSquare, 0.0);  // what lies below is a rounding error
   return {chiSquare, QDDistFun::SfChi(chiSquare, k - 1.0)};
 }
 

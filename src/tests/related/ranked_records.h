@@ -17,7 +17,7 @@
 /// Each record ranks its own k values, ties sharing the mean of their ranks; R_j is the sum of the
 /// ranks of field j, each times the record's weight, N the sum of the weights, t the number of tied
 /// values of a group in a record of weight w:
-///   X = (12 sum R_j^2 / (N k (k + 1)) - 3 N (k + 1)) / (1 - sum w (t^3 - t) / (N k (k^2 - 1)))
+///   X = (12 sum (R_j - N (k + 1) / 2)^2 / (N k (k + 1))) / (1 - sum w (t^3 - t) / (N k (k^2 - 1)))
 ///   p = P(chi-square with k - 1 degrees of freedom > X)
 /// X is 0 where every record is one tie. Pairwise, two fields differ by (R_i - R_j) / N with the
 /// standard error sqrt(k (k + 1) / (6 N)); stepwise, X without its correction for ties is taken
