@@ -11,9 +11,10 @@ namespace {
 
 using Figure = std::optional<double>;
 
-Figure FindFigure(const std::vector<ResultStatistic>& figures, std::string_view name) {
+Figure FindFigure(const std::vector<ResultStatistic>& figures, std::string_view name,
+                  std::string_view group = {}) {
   for (const ResultStatistic& figure : figures) {
-    if (figure.group.empty() && figure.name == name) return FigureNumber(figure.text);
+    if (figure.group == group && figure.name == name) return FigureNumber(figure.text);
   }
   return std::nullopt;
 }
@@ -49,8 +50,8 @@ Figure DifferencesNotZero(const ResultTest& test) {
   return *negative + *positive;
 }
 
-Figure StatisticOverRootOfN(const ResultTest& test) {
-  const Figure z = FindFigure(test.statistics, "StandardTestStatistic");
+Figure StatisticOverRootOfN(const ResultTest& test, std::string_view group = {}) {
+  const Figure z = FindFigure(test.statistics, "StandardTestStatistic", group);
   const Figure n = FindFigure(test.statistics, "TotalN");
   if (!z || !n) return std::nullopt;
   return *z / std::sqrt(*n);
@@ -107,7 +108,7 @@ Figure CohensG(const ResultTest& test) {
 
 bool HasOnlyZ(std::string_view name) {
   return name == "OBinomial" || name == "ORuns" || name == "RSign" ||
-         name == "RMarginalHomogeneity" || name == "IWaldWolfowitzRuns";
+         name == "RMarginalHomogeneity";
 }
 
 }  // namespace
@@ -144,6 +145,11 @@ std::optional<EffectSize> FindEffectSize(const ResultDocument& document, const R
   if (test.name == "OChiSquare") return named("Cohen's w", "w", RootOfStatisticOverN(test));
   // Two columns, so the smaller dimension less one is 1.
   if (test.name == "IMedian") return named("Cram\u00e9r's V", "V", RootOfStatisticOverN(test));
+  if (test.name == "IWaldWolfowitzRuns") {
+    // With ties between the groups the number of runs is a range, and so is z.
+    if (FindFigure(test.statistics, "InterGroupTies") != 0.0) return std::nullopt;
+    return named("Effect size r", "r", StatisticOverRootOfN(test, "MaximumRuns"));
+  }
   if (HasOnlyZ(test.name)) return named("Effect size r", "r", StatisticOverRootOfN(test));
   return std::nullopt;
 }

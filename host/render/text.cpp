@@ -5,7 +5,7 @@
 #include <cstdio>
 
 #include "host/data/number.h"
-#include "host/messages/messages.h"
+#include "host/render/table_words.h"
 #include "host/render/wording.h"
 
 namespace npar_host {
@@ -160,12 +160,7 @@ class TextReport {
       rows[0].push_back(FigureLabel(figure.name));
     }
     for (const ResultGroup& group : test.groups) {
-      std::string title;
-      for (const std::int32_t code : group.codes) {
-        if (!title.empty()) title += ", ";
-        title += Printable(SampleTitle(document, test, code));
-      }
-      rows.push_back({title});
+      rows.push_back({Printable(GroupTitle(document, test, group))});
       for (const ResultStatistic& figure : group.figures) {
         rows.back().push_back(FigureText(figure.text));
       }
@@ -192,67 +187,19 @@ class TextReport {
     text += '\n' + Aligned(rows, kIndent);
   }
 
-  // Row names are category codes of the tested or the group field, indices of fields, or words.
-  std::string RowTitle(const ResultTest& test, const std::string& name) {
-    const auto number = FigureNumber(name);
-    if (!number) return Printable(TableLabel(name));
-    const auto code = static_cast<std::int32_t>(*number);
-    if (test.classification == "One_Sample") {
-      const auto fields = test.ConditionFields(0, document.fields.size());
-      return fields.empty() ? name : Printable(CategoryTitle(document.fields[fields[0]], code));
-    }
-    return Printable(SampleTitle(document, test, code));
-  }
-
-  std::string ColumnTitle(const ResultTest& test, const std::string& name) {
-    const bool isFirst = name == "0";
-    if (!isFirst && name != "1") return Printable(TableLabel(name));
-    if (test.name == "OChiSquare") return isFirst ? "Observed" : "Expected";
-    if (test.name == "OBinomial") return isFirst ? "First class %" : "Second class %";
-    if (test.name == "RCochransQ") return isFirst ? "Success %" : "Failure %";
-    return name;
-  }
-
-  std::string CrossedField(const ResultTest& test, std::size_t position) {
-    const auto titles = FieldTitles(document, test, position);
-    return titles.empty() ? "(unknown field)" : Printable(titles.front());
-  }
-
   void WriteTable(const ResultTest& test, const ResultTable& table) {
     if (table.Empty()) return;
-    const bool isCross = table.name == "CategoryFieldsComparison";
-    text += '\n' + std::string(kIndent, ' ') + TableLabel(table.name);
-    if (isCross) {
-      text +=
-          " of " + CrossedField(test, 0) + " (rows) and " + CrossedField(test, 1) + " (columns)";
+    text +=
+        '\n' + std::string(kIndent, ' ') + Printable(TableCaption(document, test, table)) + '\n';
+    std::vector<std::vector<std::string>> rows{{""}};
+    for (std::size_t i = 0; i < ColumnCount(table); ++i) {
+      rows[0].push_back(Printable(ColumnTitle(test, table, i)));
     }
-    text += '\n';
-    std::vector<std::vector<std::string>> rows;
-    const bool isUnnamedCross = isCross && table.columnNames.empty();
-    rows.push_back({""});
-    for (const std::string& name : table.columnNames) {
-      rows[0].push_back(isCross ? Printable(name) : ColumnTitle(test, name));
-    }
-    if (isUnnamedCross) rows[0].insert(rows[0].end(), {"success", "failure"});
     for (std::size_t i = 0; i < table.rows.size(); ++i) {
-      std::string title = isUnnamedCross ? (i == 0 ? "success" : "failure") : "";
-      if (i < table.rowNames.size()) {
-        title = isCross ? Printable(table.rowNames[i]) : RowTitle(test, table.rowNames[i]);
-      }
-      rows.push_back({title});
+      rows.push_back({Printable(RowTitle(document, test, table, i))});
       for (const std::string& cell : table.rows[i]) rows.back().push_back(FigureText(cell));
     }
     text += Aligned(rows, kIndent);
-  }
-
-  std::string PositionTitle(const ResultTest& test, const ResultComparison& comparison,
-                            const std::string& cell) {
-    const auto position = FigureNumber(cell);
-    if (!position || *position < 0.0 || *position >= static_cast<double>(comparison.order.size())) {
-      return cell;
-    }
-    return Printable(
-        SampleTitle(document, test, comparison.order[static_cast<std::size_t>(*position)]));
   }
 
   void WriteComparison(const ResultTest& test, const ResultComparison& comparison,
@@ -266,7 +213,7 @@ class TextReport {
     for (const auto& cells : comparison.content.rows) {
       rows.emplace_back();
       for (std::size_t i = 0; i < cells.size(); ++i) {
-        rows.back().push_back(i < 2 ? PositionTitle(test, comparison, cells[i])
+        rows.back().push_back(i < 2 ? Printable(PositionTitle(document, test, comparison, cells[i]))
                                     : FigureText(cells[i]));
       }
     }
@@ -274,16 +221,10 @@ class TextReport {
   }
 
   void WriteMessages(const ResultTest& test) {
-    const FieldNames fieldTitle = [this](std::size_t index) -> std::optional<std::string> {
-      if (index >= document.fields.size()) return std::nullopt;
-      return document.fields[index].Title();
-    };
     if (!test.messages.empty()) text += '\n';
     for (const ResultMessage& message : test.messages) {
-      const std::string kind = message.type == "helpMessage" ? "note" : message.type;
-      text += Wrapped(kind + " " + std::to_string(message.code) + ": " +
-                          Printable(FillMessage(message.code, message.parameters,
-                                                message.namedParameters, fieldTitle)),
+      text += Wrapped(MessageKindWord(message) + " " + std::to_string(message.code) + ": " +
+                          Printable(MessageWords(document, message)),
                       kIndent);
     }
   }

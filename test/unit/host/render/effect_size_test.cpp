@@ -124,10 +124,13 @@ TEST(EffectSizeTest, IsAbsentWhereItHasNoValue) {
   EXPECT_FALSE(FindEffectSize({}, TestOf("RSign", {{"", "TotalN", "16"}})));
   EXPECT_FALSE(FindEffectSize(
       {}, TestOf("RSign", {{"", "TotalN", "16"}, {"", "StandardTestStatistic", "nan"}})));
-  // A range of runs: its figures stand in tables of their own.
-  EXPECT_FALSE(FindEffectSize(
-      {}, TestOf("IWaldWolfowitzRuns",
-                 {{"", "TotalN", "60"}, {"MinimumRuns", "StandardTestStatistic", "-2"}})));
+  // Ties between the groups: the number of runs is a range.
+  const ResultStatistic total{"", "TotalN", "16"};
+  const ResultStatistic z{"MaximumRuns", "StandardTestStatistic", "-2"};
+  EXPECT_FALSE(
+      FindEffectSize({}, TestOf("IWaldWolfowitzRuns", {total, {"", "InterGroupTies", "1"}, z})));
+  EXPECT_TRUE(
+      FindEffectSize({}, TestOf("IWaldWolfowitzRuns", {total, {"", "InterGroupTies", "0"}, z})));
 }
 
 }  // namespace

@@ -1,0 +1,63 @@
+#include "host/render/significance.h"
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+namespace npar_host {
+namespace {
+
+struct Candidate {
+  std::string_view name;
+  bool isExact;
+  int sides;
+};
+
+constexpr Candidate kCandidates[] = {
+    {"ExactSig2Tailed", true, 2},
+    {"ExactSig1Tailed", true, 1},
+    {"AsymptoticSig2Tailed", false, 2},
+    {"AsymptoticSig1Tailed", false, 1},
+};
+
+// These decide by the asymptotic significance also where they give an exact one.
+bool DecidesAsymptotically(std::string_view testName) {
+  return testName == "OBinomial" || testName == "RMcNemar";
+}
+
+// With ties between the groups the number of runs is a range; its upper end decides.
+std::string_view DecidingTable(std::string_view testName) {
+  return testName == "IWaldWolfowitzRuns" ? "MaximumRuns" : "";
+}
+
+}  // namespace
+
+std::optional<Significance> DecidingSignificance(const ResultTest& test) {
+  for (const Candidate& candidate : kCandidates) {
+    if (candidate.isExact && DecidesAsymptotically(test.name)) continue;
+    for (const ResultStatistic& figure : test.statistics) {
+      if (figure.group == DecidingTable(test.name) && figure.name == candidate.name) {
+        return Significance{figure.text, candidate.isExact, candidate.sides};
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+std::string SignificanceText(std::string_view figure) {
+  const auto p = FigureNumber(figure);
+  if (!p || !std::isfinite(*p)) return "p unknown";
+  if (*p < 0.001) return "p < .001";
+  if (*p >= 1.0) return "p = 1";
+  if (*p > 0.999) return "p > .999";
+  std::array<char, 16> digits;
+  std::snprintf(digits.data(), digits.size(), "%.3f", *p);
+  return "p = " + std::string(digits.data() + 1);
+}
+
+std::string SignificanceKind(const Significance& significance) {
+  return std::string(significance.isExact ? "exact" : "asymptotic") +
+         (significance.sides == 1 ? ", 1-sided" : ", 2-sided");
+}
+
+}  // namespace npar_host

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "host/render/result_model.h"
+
+namespace npar_host {
+
+/// The significance that a test's decision rests on.
+struct Significance {
+  std::string figure;  // as the document writes it
+  bool isExact = false;
+  int sides = 2;
+};
+
+/// Nothing for estimates, and for tests that gave none.
+[[nodiscard]] std::optional<Significance> DecidingSignificance(const ResultTest& test);
+
+/// "p = .023", "p < .001", "p > .999", "p = 1": three digits, as publications print it.
+[[nodiscard]] std::string SignificanceText(std::string_view figure);
+/// "exact, 2-sided".
+[[nodiscard]] std::string SignificanceKind(const Significance& significance);
+
+}  // namespace npar_host
