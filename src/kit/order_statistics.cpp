@@ -6,9 +6,11 @@
 // parts the table, in one step for each row and column.
 //
 // The wanted value is bracketed on the line of all doubles, whose bits in order are 64-bit
-// integers: each count halves the bracket, so that 64 counts at most end at the value itself. As
-// soon as no more values lie in the bracket than there are data, they are listed, sorted, and the
-// wanted one is read off; that takes some 20 counts on usual data.
+// integers: a count at the middle halves the bracket, so that 64 of these end at the value itself.
+// Between them the bounds are interpolated, a little below and a little above the wanted rank in
+// turn, which narrows a smooth distribution much faster. As soon as fewer values lie in the
+// bracket than there are data, they are listed, sorted, and the wanted one is read off; that takes
+// some ten counts on usual data.
 //
 // So what comes back is exactly what the sorted list holds at that rank. D. B. Johnson and T.
 // Mizoguchi, SIAM J. Comput. 7 (1978), 147-153, select in such tables with a bracket of table
@@ -123,6 +125,21 @@ double SelectListed(const Table& table, std::uint64_t low, std::uint64_t high, W
   return FromOrderedBits(high);
 }
 
+/// A place inside the bracket: its middle, or where the rank would lie on a straight line between
+/// the ends, less or more a part of the bracket so that the other end moves the next time.
+std::uint64_t NextBound(std::uint64_t low, std::uint64_t high, const Count& upToLow,
+                        const Count& upToHigh, WeightProduct rank, int step) {
+  constexpr int kBisectEvery = 4;
+  constexpr double kMargin = 1.0 / 64.0;
+  if (step % kBisectEvery == kBisectEvery - 1) return low + (high - low) / 2;
+  const double share = static_cast<double>(rank - upToLow.weight) /
+                           static_cast<double>(upToHigh.weight - upToLow.weight) +
+                       (step % 2 == 0 ? -kMargin : kMargin);
+  const double lowest = FromOrderedBits(low);
+  const double bound = lowest + (FromOrderedBits(high) - lowest) * share;
+  return std::clamp(RadixSorter::OrderedBits(bound), low + 1, high - 1);
+}
+
 template <typename Table>
 double SelectFrom(const Table& table, WeightProduct rank) {
   const double smallest = table.Value(0, 0);
@@ -132,19 +149,20 @@ double SelectFrom(const Table& table, WeightProduct rank) {
   std::uint64_t high = RadixSorter::OrderedBits(largest);
   Count upToLow;
   Count upToHigh = CountUpTo(table, largest);
-  const std::uint64_t fewEnough = table.Rows() + table.Columns();
-  while (high - low > 1) {
+  // Sorting the rest costs as much as a few more counts.
+  const std::uint64_t fewEnough = (table.Rows() + table.Columns()) / 16 + 64;
+  for (int step = 0; high - low > 1; ++step) {
     if (upToHigh.entries - upToLow.entries <= fewEnough) {
       return SelectListed(table, low, high, upToLow.weight, upToHigh.entries - upToLow.entries,
                           rank);
     }
-    const std::uint64_t middle = low + (high - low) / 2;
-    const Count count = CountUpTo(table, FromOrderedBits(middle));
+    const std::uint64_t bound = NextBound(low, high, upToLow, upToHigh, rank, step);
+    const Count count = CountUpTo(table, FromOrderedBits(bound));
     if (count.weight >= rank) {
-      high = middle;
+      high = bound;
       upToHigh = count;
     } else {
-      low = middle;
+      low = bound;
       upToLow = count;
     }
   }
