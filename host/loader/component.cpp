@@ -74,7 +74,7 @@ std::filesystem::path ComponentLibrary::DefaultPath() {
   const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
   const auto prefix = program.parent_path().parent_path();
   for (const char* folder : {NPAR_LIBRARY_FOLDER, "lib"}) {
-    const auto path = prefix / folder / "libnpar.so";
+    auto path = prefix / folder / "libnpar.so";
     if (std::filesystem::exists(path, error)) return path;
   }
   return prefix / "lib" / "libnpar.so";
