@@ -8,6 +8,15 @@
 #include "support/test_settings.h"
 #include "support/variables.h"
 
+using Sample = std::vector<double>;
+
+/// `count` values from `start` upward, one apart.
+[[nodiscard]] inline Sample Ascending(double start, int count) {
+  Sample sample;
+  for (int i = 0; i < count; ++i) sample.push_back(start + i);
+  return sample;
+}
+
 /// The variables of a run between groups: "x", a group variable "g" with the texts a, b, c, ... and
 /// a weight "n".
 [[nodiscard]] inline QDVarList GroupedVariables(std::size_t categories = 2) {
@@ -17,7 +26,7 @@
 }
 
 /// Rows {x, group, 1}: the first list is group 0, the next one group 1, and so on.
-[[nodiscard]] inline Rows GroupedRows(const std::vector<std::vector<double>>& samples) {
+[[nodiscard]] inline Rows GroupedRows(const std::vector<Sample>& samples) {
   Rows rows;
   for (std::size_t group = 0; group < samples.size(); ++group) {
     for (const double x : samples[group]) rows.push_back({x, static_cast<double>(group), 1.0});
@@ -44,8 +53,7 @@ template <typename Value>
 
 /// Runs an entry of the default groups on two samples.
 [[nodiscard]] inline AlgorithmElement RunOnSamples(const std::string& entryName,
-                                                   const std::vector<double>& first,
-                                                   const std::vector<double>& second) {
+                                                   const Sample& first, const Sample& second) {
   return RunEntry(GroupedVariables(), GroupedRows({first, second}), entryName,
                   GroupedEntry().Get());
 }

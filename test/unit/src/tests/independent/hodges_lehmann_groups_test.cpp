@@ -14,8 +14,6 @@
 
 namespace {
 
-using Sample = std::vector<double>;
-
 constexpr const char* kEntry = "IHodgesLehmannEstimateGroups";
 
 AlgorithmElement RunAt(double confidenceLevel, const Rows& rows) {

@@ -10,14 +10,6 @@
 
 namespace {
 
-using Sample = std::vector<double>;
-
-Sample Ascending(double start, int count) {
-  Sample sample;
-  for (int i = 0; i < count; ++i) sample.push_back(start + i);
-  return sample;
-}
-
 AlgorithmElement Result(const Sample& first, const Sample& second) {
   return RunOnSamples("IKolmogorovSmirnov", first, second);
 }

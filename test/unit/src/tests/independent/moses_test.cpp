@@ -15,8 +15,6 @@
 
 namespace {
 
-using Sample = std::vector<double>;
-
 /// Counts the arrangements of control and experimental units by the span of the trimmed controls.
 std::vector<double> CountedTails(int control, int experimental, int trimmed) {
   const int n = control + experimental;
