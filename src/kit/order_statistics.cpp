@@ -8,9 +8,10 @@
 // The wanted value is bracketed on the line of all doubles, whose bits in order are 64-bit
 // integers: a count at the middle halves the bracket, so that 64 of these end at the value itself.
 // Between them the bounds are interpolated, a little below and a little above the wanted rank in
-// turn, which narrows a smooth distribution much faster. As soon as fewer values lie in the
-// bracket than there are data, they are listed, sorted, and the wanted one is read off; that takes
-// some ten counts on usual data.
+// turn, which narrows a smooth distribution much faster. The ends of the bracket move on to the
+// next value of the table, which the count sees in passing, so that many equal values do no harm.
+// As soon as fewer values lie in the bracket than there are data, they are listed, sorted, and the
+// wanted one is read off; that takes some ten counts on usual data.
 //
 // So what comes back is exactly what the sorted list holds at that rank. D. B. Johnson and T.
 // Mizoguchi, SIAM J. Comput. 7 (1978), 147-153, select in such tables with a bracket of table
@@ -20,6 +21,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <limits>
 #include <utility>
 
 #include "kit/radix_sort.h"
@@ -68,105 +70,129 @@ struct DifferenceTable {
   }
 };
 
-/// Calls `take(row, end)` for each row with entries not above the bound, which end before a column.
+/// Calls `take(row, end)` for each row with entries not above the bound, which end before that
+/// column, and once for the first row without.
 template <typename Table, typename Take>
 void WalkStaircase(const Table& table, double bound, Take take) {
   std::size_t end = table.Columns();
   for (std::size_t row = 0; row < table.Rows(); ++row) {
     const std::size_t begin = table.FirstColumn(row);
+    end = std::max(end, begin);
     while (end > begin && table.Value(row, end - 1) > bound) --end;
-    if (end <= begin) return;
     take(row, end);
+    if (end == begin) return;
   }
 }
 
-struct Count {
-  std::uint64_t entries = 0;
-  WeightProduct weight = 0;
+/// What lies on either side of a bound, and the values next to it.
+struct Cut {
+  std::uint64_t entriesUpTo = 0;
+  WeightProduct weightUpTo = 0;
+  double largestUpTo = -std::numeric_limits<double>::infinity();
+  double smallestAbove = std::numeric_limits<double>::infinity();
 };
 
 template <typename Table>
-Count CountUpTo(const Table& table, double bound) {
-  Count count;
+Cut CutAt(const Table& table, double bound) {
+  Cut cut;
   WalkStaircase(table, bound, [&](std::size_t row, std::size_t end) {
-    count.entries += end - table.FirstColumn(row);
-    count.weight += table.WeightBefore(row, end);
+    const std::size_t begin = table.FirstColumn(row);
+    if (end < table.Columns()) {
+      cut.smallestAbove = std::min(cut.smallestAbove, table.Value(row, end));
+    }
+    if (end == begin) return;
+    cut.largestUpTo = std::max(cut.largestUpTo, table.Value(row, end - 1));
+    cut.entriesUpTo += end - begin;
+    cut.weightUpTo += table.WeightBefore(row, end);
   });
-  return count;
+  return cut;
 }
 
-/// The rank-th of the entries whose ordered bits are above `low` and not above `high`; `below` is
-/// the weight of those up to `low`.
+/// The wanted value's ordered bits are above `low` and not above `high`.
+struct Bracket {
+  std::uint64_t low;
+  std::uint64_t high;
+  std::uint64_t entriesUpToLow;
+  std::uint64_t entriesUpToHigh;
+  WeightProduct weightUpToLow;   // below the rank
+  WeightProduct weightUpToHigh;  // not below it
+
+  [[nodiscard]] std::uint64_t Entries() const { return entriesUpToHigh - entriesUpToLow; }
+};
+
+/// Lists and sorts what lies in the bracket.
 template <typename Table>
-double SelectListed(const Table& table, std::uint64_t low, std::uint64_t high, WeightProduct below,
-                    std::size_t size, WeightProduct rank) {
+double SelectListed(const Table& table, const Bracket& bracket, WeightProduct rank) {
   struct Entry {
     std::uint64_t bits;
     WeightProduct weight;
   };
   std::vector<Entry> entries;
-  entries.reserve(size);
-  WalkStaircase(table, FromOrderedBits(high), [&](std::size_t row, std::size_t end) {
+  entries.reserve(bracket.Entries());
+  WalkStaircase(table, FromOrderedBits(bracket.high), [&](std::size_t row, std::size_t end) {
     const std::size_t begin = table.FirstColumn(row);
     for (std::size_t column = end; column > begin; --column) {
       const std::uint64_t bits = RadixSorter::OrderedBits(table.Value(row, column - 1));
-      if (bits <= low) return;
+      if (bits <= bracket.low) return;
       const WeightProduct before = column - 1 > begin ? table.WeightBefore(row, column - 1) : 0;
       entries.push_back({bits, table.WeightBefore(row, column) - before});
     }
   });
   std::sort(entries.begin(), entries.end(),
             [](const Entry& a, const Entry& b) { return a.bits < b.bits; });
-  WeightProduct reached = below;
+  WeightProduct reached = bracket.weightUpToLow;
   for (const Entry& entry : entries) {
     reached += entry.weight;
     if (reached >= rank) return FromOrderedBits(entry.bits);
   }
-  return FromOrderedBits(high);
+  return FromOrderedBits(bracket.high);
 }
 
 /// A place inside the bracket: its middle, or where the rank would lie on a straight line between
 /// the ends, less or more a part of the bracket so that the other end moves the next time.
-std::uint64_t NextBound(std::uint64_t low, std::uint64_t high, const Count& upToLow,
-                        const Count& upToHigh, WeightProduct rank, int step) {
+std::uint64_t NextBound(const Bracket& bracket, WeightProduct rank, int step) {
   constexpr int kBisectEvery = 4;
   constexpr double kMargin = 1.0 / 64.0;
-  if (step % kBisectEvery == kBisectEvery - 1) return low + (high - low) / 2;
-  const double share = static_cast<double>(rank - upToLow.weight) /
-                           static_cast<double>(upToHigh.weight - upToLow.weight) +
+  if (step % kBisectEvery == kBisectEvery - 1) {
+    return bracket.low + (bracket.high - bracket.low) / 2;
+  }
+  const double share = static_cast<double>(rank - bracket.weightUpToLow) /
+                           static_cast<double>(bracket.weightUpToHigh - bracket.weightUpToLow) +
                        (step % 2 == 0 ? -kMargin : kMargin);
-  const double lowest = FromOrderedBits(low);
-  const double bound = lowest + (FromOrderedBits(high) - lowest) * share;
-  return std::clamp(RadixSorter::OrderedBits(bound), low + 1, high - 1);
+  const double lowest = FromOrderedBits(bracket.low);
+  const double bound = lowest + (FromOrderedBits(bracket.high) - lowest) * share;
+  return std::clamp(RadixSorter::OrderedBits(bound), bracket.low + 1, bracket.high - 1);
 }
 
 template <typename Table>
 double SelectFrom(const Table& table, WeightProduct rank) {
   const double smallest = table.Value(0, 0);
   const double largest = table.Value(table.Rows() - 1, table.Columns() - 1);
-  // Up to `low` the weight is below the rank, up to `high` it is not.
-  std::uint64_t low = RadixSorter::OrderedBits(smallest) - 1;
-  std::uint64_t high = RadixSorter::OrderedBits(largest);
-  Count upToLow;
-  Count upToHigh = CountUpTo(table, largest);
-  // Sorting the rest costs as much as a few more counts.
+  const Cut whole = CutAt(table, largest);
+  Bracket bracket{RadixSorter::OrderedBits(smallest) - 1,
+                  RadixSorter::OrderedBits(largest),
+                  0,
+                  whole.entriesUpTo,
+                  0,
+                  whole.weightUpTo};
+  // Sorting the rest costs as much as a few more cuts.
   const std::uint64_t fewEnough = (table.Rows() + table.Columns()) / 16 + 64;
-  for (int step = 0; high - low > 1; ++step) {
-    if (upToHigh.entries - upToLow.entries <= fewEnough) {
-      return SelectListed(table, low, high, upToLow.weight, upToHigh.entries - upToLow.entries,
-                          rank);
-    }
-    const std::uint64_t bound = NextBound(low, high, upToLow, upToHigh, rank, step);
-    const Count count = CountUpTo(table, FromOrderedBits(bound));
-    if (count.weight >= rank) {
-      high = bound;
-      upToHigh = count;
+  for (int step = 0; bracket.high > bracket.low + 1; ++step) {
+    if (bracket.Entries() <= fewEnough) return SelectListed(table, bracket, rank);
+    const Cut cut = CutAt(table, FromOrderedBits(NextBound(bracket, rank, step)));
+    // The ends move to values of the table, so that a bracket around one value ends the search
+    // however often it stands there.
+    if (cut.weightUpTo >= rank) {
+      bracket.high = RadixSorter::OrderedBits(cut.largestUpTo);
+      bracket.entriesUpToHigh = cut.entriesUpTo;
+      bracket.weightUpToHigh = cut.weightUpTo;
     } else {
-      low = bound;
-      upToLow = count;
+      bracket.low = RadixSorter::OrderedBits(cut.smallestAbove) - 1;
+      bracket.entriesUpToLow = cut.entriesUpTo;
+      bracket.weightUpToLow = cut.weightUpTo;
     }
   }
-  return FromOrderedBits(high);
+  return FromOrderedBits(bracket.high);
 }
 
 }  // namespace

@@ -43,7 +43,13 @@ const EstimateCase kCases[] = {
     {"ranks inside", {1, 2, 3, 4}, 0.5, 2.5, 2, 3},
     {"zero differences alone", {0, 0}, 0.95, 0, 0, 0},
     {"a zero moves all differences and back", {0, 1, 4, -2}, 0.95, 0.75, -2, 4},
-    {"ties narrow the interval", {1, 1, 2, 2, 2, 7, -3}, 0.95, 1.5, -1, 4.5},
+    {"an interval on values between the ends", {1, 1, 2, 2, 2, 7, -3}, 0.95, 1.5, -1, 4.5},
+    {"many ties narrow it by a rank on either side",
+     {1, -1, 1, -1, 1, 5, 1, 1, 1, 2, 1, 5},
+     0.9,
+     1,
+     1,
+     2},
     {"full confidence takes the ends", {1, 1, 2, 2, 2, 7, -3}, 1.0, 1.5, -3, 7},
     // Hollander and Wolfe (1999), examples 3.3 and 3.4: estimate -0.46, interval from -0.786 to
     // -0.010.
