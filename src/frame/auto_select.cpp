@@ -120,7 +120,7 @@ void SelectRelated(Entries& entries, const QDVarList& variables, const Names& fi
 }  // namespace
 
 void NPARAutoSelect::Select(Entries& entries, Names& unusedFields, std::string_view family,
-                            const QDVarList& variables, Names fields,
+                            const QDVarList& variables, const Names& fields,
                             const std::string& groupField) const {
   if (family == "One_Sample") {
     SelectOneSample(entries, unusedFields, variables, fields);

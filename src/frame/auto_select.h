@@ -23,7 +23,7 @@ class NPARAutoSelect {
   /// "One_Sample", "Related_Samples" or "Independent_Samples"; any other yields nothing.
   void Select(std::vector<std::unique_ptr<QDSettings>>& entries,
               std::vector<std::string>& unusedFields, std::string_view family,
-              const QDVarList& variables, std::vector<std::string> fields,
+              const QDVarList& variables, const std::vector<std::string>& fields,
               const std::string& groupField) const;
 };
 

@@ -186,6 +186,7 @@ void NPARResultWriter::WriteCategoricalInfo(XMLElement& info, std::int32_t index
   std::map<std::int32_t, std::int64_t> frequencies;
   static_cast<void>(univariates->GetFrequencies(index, frequencies));  // none: no table
   std::vector<HistogramBin> bins;
+  bins.reserve(frequencies.size());
   for (const auto& [code, frequency] : frequencies) {
     bins.push_back({frequency, static_cast<double>(code)});
   }
