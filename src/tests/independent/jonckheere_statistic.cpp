@@ -18,8 +18,8 @@ double VarianceOf(const JonckheereSums& sums, const std::vector<double>& sizes, 
     triples += (size - 2.0) * size * (size - 1.0);
     cubes += (2.0 * size + 5.0) * size * (size - 1.0);
   }
-  const double e = sums.tiedPairs;
-  const double f = sums.tiedTriples;
+  const double e = sums.ties.pairs;
+  const double f = sums.ties.triples;
   const double all = (2.0 * n + 5.0) * (n - 1.0) * n;
   const double p = (f - 2.0 * e) * triples / (36.0 * n * (n - 1.0) * (n - 2.0));
   const double q = (all - cubes - 2.0 * f - 5.0 * e) / 72.0;
@@ -45,9 +45,8 @@ JonckheereFigures StandardizeJonckheere(const JonckheereSums& sums,
     variance = VarianceOf(sums, groupSizes, n);
   } else {
     // One value in each of two groups.
-    const double tieSum = sums.tiedTriples + sums.tiedPairs;
     const double product = groupSizes[0] * groupSizes[1];
-    variance = (n * n * n - n - tieSum) / 12.0 * (product / ((n - 1.0) * n));
+    variance = (n * n * n - n - sums.ties.Cubic()) / 12.0 * (product / ((n - 1.0) * n));
   }
   const double mean = (n * n - squares) * 0.25;
   const double standardError = std::sqrt(variance);
@@ -77,13 +76,13 @@ void JonckheereCounts::CloseRun() {
     earlierInRun += weight;
   }
   for (const std::size_t place : places) AddCount(place, run.WeightOf(place));
-  sums.AddTie(static_cast<double>(run.Total()));
+  sums.ties.Add(static_cast<double>(run.Total()));
   run.Clear();
 }
 
 void JonckheerePair::CloseRun() noexcept {
   sums.statistic += laterInRun * (earlierBelow + 0.5 * earlierInRun);
-  sums.AddTie(earlierInRun + laterInRun);
+  sums.ties.Add(earlierInRun + laterInRun);
   earlierBelow += earlierInRun;
   earlierInRun = 0.0;
   laterInRun = 0.0;

@@ -1,21 +1,18 @@
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-#include "tests/independent/tied_run.h"
+#include "kit/range_counts.h"
+#include "kit/rank.h"
+#include "kit/tied_run.h"
 
 /// What the data of ordered groups come to in the Jonckheere-Terpstra test.
 struct JonckheereSums {
-  double statistic = 0.0;    ///< J
-  double tiedPairs = 0.0;    ///< E, the sum of t (t - 1) over the runs of ties
-  double tiedTriples = 0.0;  ///< F, the sum of t^2 (t - 1)
-
-  void AddTie(double t) noexcept {
-    tiedPairs += t * (t - 1.0);
-    tiedTriples += t * t * (t - 1.0);
-  }
+  double statistic = 0.0;  ///< J
+  TieSums ties;
 };
 
 struct JonckheereFigures {

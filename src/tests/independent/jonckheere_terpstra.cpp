@@ -82,10 +82,6 @@ QDStatus NPARJonckTer::BeginPass() {
     samples.Read(*settings);
     if (status.IsOK()) ReadSettings();
   }
-  if (status.IsOK() && samples.PassesDone() > 0 && comparison.WantsStepwise()) {
-    ranges.clear();
-    for (const SampleRange& range : comparison.GetWorkList()) ranges.emplace_back(range.Size());
-  }
   return status;
 }
 
@@ -101,25 +97,21 @@ QDStatus NPARJonckTer::ProcessRecord(const Record& record) {
   if (!comparison.IsPending() || samples.PlaceOf(unit.code) == GroupSamples::kNoPlace) {
     return status;
   }
-  if (comparison.WantsPairwise()) {
-    for (std::size_t earlier = 0; earlier < position; ++earlier) {
-      pairs[PairIndex(earlier, position)].Add(unit.value, unit.weight, true);
-    }
-    for (std::size_t later = position + 1; later < orderedCodes.size(); ++later) {
-      pairs[PairIndex(position, later)].Add(unit.value, unit.weight, false);
-    }
+  if (comparison.WantsStepwise()) {
+    ranges.Add(unit.value, unit.weight, position);
     return status;
   }
-  const std::vector<SampleRange>& work = comparison.GetWorkList();
-  for (std::size_t i = 0; i < work.size() && work[i].first <= position; ++i) {
-    if (position > work[i].last) continue;
-    ranges[i].Add(unit.value, unit.weight, position - work[i].first);
+  for (std::size_t earlier = 0; earlier < position; ++earlier) {
+    pairs[PairIndex(earlier, position)].Add(unit.value, unit.weight, true);
+  }
+  for (std::size_t later = position + 1; later < orderedCodes.size(); ++later) {
+    pairs[PairIndex(position, later)].Add(unit.value, unit.weight, false);
   }
   return status;
 }
 
 bool NPARJonckTer::NeedsAnotherPass() {
-  return !status.IsError() && (samples.PassesDone() < kPasses || comparison.IsPending());
+  return !status.IsError() && samples.PassesDone() < kPasses;
 }
 
 QDStatus NPARJonckTer::EndPass() {
@@ -128,19 +120,11 @@ QDStatus NPARJonckTer::EndPass() {
   samples.EndPass();
   if (isOverall) {
     EndOverall();
-  } else if (comparison.IsPending() && comparison.WantsPairwise()) {
-    EndPairwise();
   } else if (comparison.IsPending()) {
-    comparison.EndStepwisePass(*this, [this](std::size_t i) {
-      const SampleRange& range = comparison.GetWorkList()[i];
-      std::vector<double> sizes;
-      for (std::size_t p = range.first; p <= range.last; ++p) sizes.push_back(SizeAt(p));
-      ranges[i].CloseRun();
-      const JonckheereFigures figures = StandardizeJonckheere(ranges[i].Sums(), sizes);
-      return RangeFigures{figures.statistic, OneTailedSig(figures.standardTestStatistic)};
-    });
+    if (comparison.WantsPairwise()) EndPairwise();
+    if (comparison.WantsStepwise()) EndStepwise();
   }
-  passesLeft = NeedsAnotherPass() ? std::max(passesLeft - 1, 1) : 0;
+  passesLeft = kPasses - samples.PassesDone();
   return status;
 }
 
@@ -167,8 +151,7 @@ void NPARJonckTer::EndOverall() {
   if (comparison.WantsPairwise()) {
     pairs.resize(PairIndex(0, orderedCodes.size()));
   } else {
-    passesLeft += static_cast<std::int32_t>(orderedCodes.size()) - 2;
-    comparison.StartStepwise(OrderedSamples(), sigLevel);
+    ranges = RangeCounts(orderedCodes.size());
   }
 }
 
@@ -200,6 +183,22 @@ void NPARJonckTer::EndPairwise() {
                        OneTailedSig(figures.standardTestStatistic)};
   });
   pairs = {};
+}
+
+void NPARJonckTer::EndStepwise() {
+  ranges.Finish();
+  comparison.StartStepwise(OrderedSamples(), sigLevel);
+  while (!comparison.IsDone()) {
+    comparison.EndStepwisePass(*this, [this](std::size_t i) {
+      const SampleRange& range = comparison.GetWorkList()[i];
+      std::vector<double> sizes;
+      for (std::size_t p = range.first; p <= range.last; ++p) sizes.push_back(SizeAt(p));
+      const JonckheereFigures figures =
+          StandardizeJonckheere({ranges.OrderedPairs(range), ranges.Ties(range)}, sizes);
+      return RangeFigures{figures.statistic, OneTailedSig(figures.standardTestStatistic)};
+    });
+  }
+  ranges = RangeCounts(0);
 }
 
 void NPARJonckTer::GetRequiredVariables(std::vector<std::int64_t>& positions) {

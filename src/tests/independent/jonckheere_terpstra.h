@@ -5,6 +5,7 @@
 
 #include "kit/group_samples.h"
 #include "kit/multiple_comparisons.h"
+#include "kit/range_counts.h"
 #include "kit/rank.h"
 #include "kit/test.h"
 #include "planning/planner.h"
@@ -24,8 +25,8 @@
 /// The groups are the categories with data, in the hypothesised order. The overall test sets the
 /// direction in which pairs and ranges of groups are then judged, one-sided.
 ///
-/// Pass 0 is the overall test, pass 1 compares the pairs; the step-down reads one pass a step from
-/// pass 1 on. Passes 1 and 2 find the box plots too. Records ascend by the test variable.
+/// Pass 0 is the overall test, pass 1 counts what the comparisons need. Passes 1 and 2 find the box
+/// plots. Records ascend by the test variable.
 /// Sources: T. J. Terpstra, Indagationes Mathematicae 14 (1952); A. R. Jonckheere, Biometrika 41
 /// (1954).
 class NPARJonckTer final : public NPARTest {
@@ -47,6 +48,7 @@ class NPARJonckTer final : public NPARTest {
   void ReadSettings();
   void EndOverall();
   void EndPairwise();
+  void EndStepwise();
   /// The groups with data in their order, with their overall mean ranks.
   [[nodiscard]] std::vector<ComparedSample> OrderedSamples();
   /// One-sided, in the direction of the overall test.
@@ -70,7 +72,7 @@ class NPARJonckTer final : public NPARTest {
   MultipleComparison comparison;
   std::vector<std::int32_t> orderedCodes;  // of the groups with data
   std::vector<JonckheerePair> pairs;       // all pairs of the groups with data
-  std::vector<JonckheereCounts> ranges;    // one for each range of the work list
+  RangeCounts ranges{0};                   // all ranges of them
 };
 
 /// Makes the test of an entry "IJonckheereTerpstra". Errors 222215, 222216, 222203, 222218, 222217.

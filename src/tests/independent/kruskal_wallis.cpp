@@ -63,12 +63,8 @@ QDStatus NPARKruskalWOneWay::BeginPass() {
     static_cast<void>(settings->GetSettingValByName("typeOfMultipleComparison", word));
     samples.SetCategoryCount(categoryCount);
     comparison.Want(ComparisonFromWord(word));
-    if (comparison.WantsStepwise()) passesLeft += categoryCount - 2;
   }
-  if (status.IsOK() && samples.PassesDone() >= 2 && comparison.WantsStepwise()) {
-    if (samples.PassesDone() == 2) StartStepwise();
-    rangeRanks.assign(comparison.GetWorkList().size(), NPARRank());
-  }
+  if (status.IsOK() && samples.PassesDone() == 2 && comparison.WantsStepwise()) OrderGroups();
   return status;
 }
 
@@ -78,29 +74,23 @@ QDStatus NPARKruskalWOneWay::ProcessRecord(const Record& record) {
   if (samples.PassesDone() == 0) {
     return overallRanks.AddValue(unit.value, static_cast<double>(unit.weight), unit.code);
   }
-  if (rangeRanks.empty() || samples.PlaceOf(unit.code) == GroupSamples::kNoPlace) return status;
-  const std::size_t position = positionOfPlace[samples.PlaceOf(unit.code)];
-  const std::vector<SampleRange>& ranges = comparison.GetWorkList();
-  for (std::size_t i = 0; i < ranges.size() && ranges[i].first <= position; ++i) {
-    if (position > ranges[i].last) continue;
-    static_cast<void>(rangeRanks[i].AddValue(unit.value, static_cast<double>(unit.weight),
-                                             static_cast<double>(position)));
+  const std::size_t place = samples.PlaceOf(unit.code);
+  if (samples.PassesDone() == 2 && comparison.IsPending() && place != GroupSamples::kNoPlace) {
+    ranges.Add(unit.value, unit.weight, positionOfPlace[place]);
   }
   return status;
 }
 
 bool NPARKruskalWOneWay::NeedsAnotherPass() {
-  return !status.IsError() && (samples.PassesDone() < kPasses || comparison.IsPending());
+  return !status.IsError() && samples.PassesDone() < kPasses;
 }
 
 QDStatus NPARKruskalWOneWay::EndPass() {
   if (status.IsError()) return status;
   samples.EndPass();
   if (samples.PassesDone() == 1) EndOverall();
-  if (samples.PassesDone() >= kPasses && comparison.WantsStepwise()) {
-    comparison.EndStepwisePass(*this, [this](std::size_t i) { return ComputeRange(i); });
-  }
-  passesLeft = NeedsAnotherPass() ? std::max(passesLeft - 1, 1) : 0;
+  if (samples.PassesDone() == kPasses && comparison.IsPending()) RunStepwise();
+  passesLeft = status.IsError() ? 0 : kPasses - samples.PassesDone();
   return status;
 }
 
@@ -118,9 +108,8 @@ void NPARKruskalWOneWay::EndOverall() {
   }
   overall = ComputeH(groups, overallRanks.TieSum());
   ReportStatus(QDStatus(kAsymptotic), MessageKind::Help);
-  if (!comparison.PassGate(*this, sigLevel, overall.sig, groups.size())) {
-    passesLeft = kPasses;
-  } else if (comparison.WantsPairwise()) {
+  if (comparison.PassGate(*this, sigLevel, overall.sig, groups.size()) &&
+      comparison.WantsPairwise()) {
     RunPairwise();
   }
 }
@@ -142,7 +131,7 @@ void NPARKruskalWOneWay::RunPairwise() {
   });
 }
 
-void NPARKruskalWOneWay::StartStepwise() {
+void NPARKruskalWOneWay::OrderGroups() {
   orderedPlaces.resize(meanRanks.size());
   std::iota(orderedPlaces.begin(), orderedPlaces.end(), std::size_t{0});
   const auto key = [this](std::size_t place) {
@@ -151,24 +140,32 @@ void NPARKruskalWOneWay::StartStepwise() {
   std::stable_sort(orderedPlaces.begin(), orderedPlaces.end(),
                    [&key](std::size_t a, std::size_t b) { return key(a) < key(b); });
   positionOfPlace.resize(orderedPlaces.size());
+  for (std::size_t position = 0; position < orderedPlaces.size(); ++position) {
+    positionOfPlace[orderedPlaces[position]] = position;
+  }
+  ranges = RangeCounts(orderedPlaces.size());
+}
+
+void NPARKruskalWOneWay::RunStepwise() {
+  ranges.Finish();
   std::vector<ComparedSample> ordered;
   for (const std::size_t place : orderedPlaces) {
-    positionOfPlace[place] = ordered.size();
     ordered.push_back({samples.Codes()[place], meanRanks[place]});
   }
   comparison.StartStepwise(std::move(ordered), sigLevel);
+  while (!comparison.IsDone()) {
+    comparison.EndStepwisePass(
+        *this, [this](std::size_t i) { return ComputeRange(comparison.GetWorkList()[i]); });
+  }
+  ranges = RangeCounts(0);
 }
 
-RangeFigures NPARKruskalWOneWay::ComputeRange(std::size_t place) {
-  const SampleRange range = comparison.GetWorkList()[place];
-  NPARRank& ranks = rangeRanks[place];
-  ranks.CloseRun();
+RangeFigures NPARKruskalWOneWay::ComputeRange(const SampleRange& range) {
   std::vector<RankedGroup> groups;
   for (std::size_t position = range.first; position <= range.last; ++position) {
-    groups.push_back({ranks.GroupEntry(static_cast<double>(position)).rankSum,
-                      samples.CountAt(orderedPlaces[position])});
+    groups.push_back({ranges.RankSum(position, range), samples.CountAt(orderedPlaces[position])});
   }
-  return ComputeH(groups, ranks.TieSum());
+  return ComputeH(groups, ranges.Ties(range).Cubic());
 }
 
 void NPARKruskalWOneWay::GetRequiredVariables(std::vector<std::int64_t>& positions) {

@@ -5,6 +5,7 @@
 
 #include "kit/group_samples.h"
 #include "kit/multiple_comparisons.h"
+#include "kit/range_counts.h"
 #include "kit/rank.h"
 #include "kit/test.h"
 #include "planning/planner.h"
@@ -21,9 +22,9 @@
 /// adjusted for all categories of the group variable. Stepwise: the groups in the order of their
 /// mean ranks, then medians, each range ranked anew and judged on its plain significance.
 ///
-/// Pass 0 ranks, pass 1 finds the hinges of the box plots, pass 2 their outliers; the step-down
-/// reads one pass a step from pass 2 on. Records ascend by the test variable.
-/// Source: W. H. Kruskal and W. A. Wallis, JASA 47 (1952).
+/// Pass 0 ranks, pass 1 finds the hinges of the box plots, pass 2 their outliers and what the
+/// ranges of a step-down come to. Records ascend by the test variable. Source: W. H. Kruskal and W.
+/// A. Wallis, JASA 47 (1952).
 class NPARKruskalWOneWay final : public NPARTest {
  public:
   explicit NPARKruskalWOneWay(QDSettings* settings) noexcept;
@@ -42,9 +43,10 @@ class NPARKruskalWOneWay final : public NPARTest {
  private:
   void EndOverall();
   void RunPairwise();
-  void StartStepwise();
-  /// H of the range at a place of the work list.
-  [[nodiscard]] RangeFigures ComputeRange(std::size_t place);
+  void OrderGroups();
+  void RunStepwise();
+  /// H within a range of the groups in stepwise order.
+  [[nodiscard]] RangeFigures ComputeRange(const SampleRange& range);
 
   double sigLevel = 0.05;
   GroupSamples samples;
@@ -54,7 +56,7 @@ class NPARKruskalWOneWay final : public NPARTest {
   MultipleComparison comparison;
   std::vector<std::size_t> orderedPlaces;    // the groups in stepwise order
   std::vector<std::size_t> positionOfPlace;  // and back
-  std::vector<NPARRank> rangeRanks;          // for each range of the work list, by position
+  RangeCounts ranges{0};                     // of the groups in that order
 };
 
 /// Makes the test of an entry "IKruskalWallis". Errors 222103, 222109, 222110, 222101, 222115.

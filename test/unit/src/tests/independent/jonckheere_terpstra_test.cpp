@@ -64,11 +64,11 @@ TEST(JonckheereStatisticTest, APairCountsAsTwoGroupsDo) {
   pair.CloseRun();
   // By hand: 4 * (3 + 1/2), 2 * 4, 5 * (4 + 1/2); runs of 2, 3, 5, 2 and 6.
   EXPECT_EQ(pair.Sums().statistic, 14 + 8 + 22.5);
-  EXPECT_EQ(pair.Sums().tiedPairs, 2 + 6 + 20 + 2 + 30);
-  EXPECT_EQ(pair.Sums().tiedTriples, 4 + 18 + 100 + 4 + 180);
+  EXPECT_EQ(pair.Sums().ties.pairs, 2 + 6 + 20 + 2 + 30);
+  EXPECT_EQ(pair.Sums().ties.triples, 4 + 18 + 100 + 4 + 180);
   EXPECT_EQ(counts.Sums().statistic, pair.Sums().statistic);
-  EXPECT_EQ(counts.Sums().tiedPairs, pair.Sums().tiedPairs);
-  EXPECT_EQ(counts.Sums().tiedTriples, pair.Sums().tiedTriples);
+  EXPECT_EQ(counts.Sums().ties.pairs, pair.Sums().ties.pairs);
+  EXPECT_EQ(counts.Sums().ties.triples, pair.Sums().ties.triples);
 }
 
 struct StandardCase {
@@ -81,14 +81,10 @@ struct StandardCase {
 // By hand from the formula; without ties the variance is
 // (N(N-1)(2N+5) - sum n(n-1)(2n+5)) / 72.
 const StandardCase kStandardCases[] = {
-    {"three values, no ties",
-     {2.0, 0, 0},
-     {2, 1},
-     std::sqrt(2.0 / 3.0),
-     1.0 / std::sqrt(2.0 / 3.0)},
-    {"two values", {1.0, 0, 0}, {1, 1}, 0.5, 1.0},
-    {"two tied values", {0.5, 2, 4}, {1, 1}, 0.0, 0.0},
-    {"all of many tied", {0.5 * 7 * 9, 16 * 15, 16 * 16 * 15}, {7, 9}, 0.0, 0.0},
+    {"three values, no ties", {2.0, {}}, {2, 1}, std::sqrt(2.0 / 3.0), 1.0 / std::sqrt(2.0 / 3.0)},
+    {"two values", {1.0, {}}, {1, 1}, 0.5, 1.0},
+    {"two tied values", {0.5, {2, 4}}, {1, 1}, 0.0, 0.0},
+    {"all of many tied", {0.5 * 7 * 9, {16 * 15, 16 * 16 * 15}}, {7, 9}, 0.0, 0.0},
 };
 
 TEST(JonckheereStatisticTest, TheVarianceIsCorrectedForTies) {
