@@ -39,6 +39,7 @@ struct AnalyseOptions {
   std::string keepDocuments;
   std::string out;
   std::vector<std::string> reports;
+  bool ascii = false;
 };
 
 // "a,b" and repeated options make one list.
@@ -102,9 +103,11 @@ int Analyse(const AnalyseOptions& options) {
   if (!text) return execution.ExitCode();
 
   if (!options.out.empty()) execution.PublishResult(options.out, *text);
-  const ResultDocument document = ReadResultDocument(*text, "the result document");
+  ResultDocument document = ReadResultDocument(*text, "the result document");
+  NameCases(document, [&](double identifier) { return execution.CaseText(identifier); });
   for (const ReportRequest& report : reports) {
-    execution.PublishResult(report.path, report.renderer->render(document));
+    execution.PublishResult(
+        report.path, report.renderer->render(document, StyleFor(report.path, options.ascii)));
   }
   return kExitSuccess;
 }
@@ -149,6 +152,7 @@ void AddAnalyseCommand(CLI::App& program, int& exitCode) {
   command->add_option("--out", options->out, "keep the result document, - for standard output");
   addList("--report", options->reports, "FORM[=FILE]",
           "a report as text, html or json, to standard output or a file (default: text)");
+  AddAsciiOption(*command, options->ascii);
   command
       ->add_option("--keep-documents", options->keepDocuments,
                    "write the parameter document and the data model to this folder")

@@ -55,6 +55,7 @@ struct Execution::State {
   InterruptWatch watch;
   ComponentLibrary library;
   CsvReader reader;
+  std::optional<AnalysisRun> run;  // outlives the run for the names of its cases
 };
 
 Execution::Execution(const ExecutionOptions& options) : state(std::make_unique<State>(options)) {}
@@ -63,8 +64,8 @@ Execution::~Execution() = default;
 const std::vector<std::string>& Execution::Columns() const { return state->reader.Names(); }
 
 std::optional<std::string> Execution::Run(const NamedText& parameters, const NamedText& model) {
-  AnalysisRun run(state->library, parameters.text,
-                  LoadData(state->reader, ParseModel(model.text, model.name)));
+  AnalysisRun& run = state->run.emplace(
+      state->library, parameters.text, LoadData(state->reader, ParseModel(model.text, model.name)));
   RunResult result;
   {
     ProgressBar bar;
@@ -89,6 +90,10 @@ std::optional<std::string> Execution::Run(const NamedText& parameters, const Nam
   }
   exitCode = kExitRefused;
   return std::nullopt;
+}
+
+std::string Execution::CaseText(double number) const {
+  return state->run ? std::string(state->run->CaseText(number)) : std::string();
 }
 
 void Execution::PublishResult(const std::string& path, const std::string& text) {

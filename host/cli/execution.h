@@ -43,6 +43,8 @@ class Execution {
   /// The result document, or nothing where the component refused the run or Ctrl-C cancelled it;
   /// ExitCode() tells.
   [[nodiscard]] std::optional<std::string> Run(const NamedText& parameters, const NamedText& model);
+  /// The case identifier's text behind a number of the result document; see AnalysisRun::CaseText.
+  [[nodiscard]] std::string CaseText(double number) const;
   [[nodiscard]] int ExitCode() const { return exitCode; }
   /// Publishes a text; Ctrl-C can't leave half a file behind.
   void PublishResult(const std::string& path, const std::string& text);

@@ -19,6 +19,7 @@ struct ReportOptions {
   std::string result;
   std::string form;
   std::string out = "-";
+  bool ascii = false;
 };
 
 }  // namespace
@@ -30,11 +31,13 @@ void AddReportCommand(CLI::App& program) {
       ->required();
   command->add_option("--as", options->form, "text, html or json")->required();
   command->add_option("--out", options->out, "file, - for standard output")->capture_default_str();
+  AddAsciiOption(*command, options->ascii);
   command->footer(kExamples);
   command->callback([options] {
     const Renderer& renderer = RequireRenderer(options->form);
     const NamedText result = ReadDocument(options->result);
-    Publish(options->out, renderer.render(ReadResultDocument(result.text, result.name)));
+    Publish(options->out, renderer.render(ReadResultDocument(result.text, result.name),
+                                          StyleFor(options->out, options->ascii)));
   });
 }
 

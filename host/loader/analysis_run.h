@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/data/model.h"
@@ -31,6 +32,9 @@ class AnalysisRun {
   /// Runs once: the records are prepared in place. Throws InputError for requirements that the data
   /// can't meet and ComponentError for a component that breaks the interface's rules.
   [[nodiscard]] RunResult Execute();
+  /// The text of the case identifier that the component saw as that number; empty where the number
+  /// is the identifier itself. After Execute.
+  [[nodiscard]] std::string_view CaseText(double number) const { return prepared.CaseText(number); }
   /// Asks a run under way to stop; from any thread.
   void Cancel() { component.CancelExecution(); }
 

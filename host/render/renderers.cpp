@@ -1,12 +1,13 @@
 #include "host/render/renderers.h"
 
-#include "host/render/text.h"
+#include "host/render/json.h"
 
 namespace npar_host {
 namespace {
 
 constexpr Renderer kRenderers[] = {
     {"text", RenderText},
+    {"json", [](const ResultDocument& document, const TextStyle&) { return RenderJson(document); }},
 };
 
 }  // namespace

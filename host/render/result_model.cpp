@@ -127,7 +127,7 @@ ResultBoxPlot ReadBoxPlot(pugi::xml_node node) {
   if (outliers.rows.empty()) return plot;
   for (std::size_t i = 0; i < outliers.rows[0].size(); ++i) {
     const bool hasId = outliers.rows.size() > 1 && i < outliers.rows[1].size();
-    plot.outliers.push_back({outliers.rows[0][i], hasId ? outliers.rows[1][i] : ""});
+    plot.outliers.push_back({outliers.rows[0][i], hasId ? outliers.rows[1][i] : "", ""});
   }
   return plot;
 }
@@ -306,6 +306,18 @@ ResultDocument ReadResultDocument(std::string_view text, std::string_view name) 
   }
   ReadFieldInfos(output.child("FieldInfos"), document.fields);
   return document;
+}
+
+void NameCases(ResultDocument& document, const CaseNames& names) {
+  for (ResultTest& test : document.tests) {
+    for (ResultBoxPlot& plot : test.boxPlots) {
+      for (ResultOutlier& outlier : plot.outliers) {
+        if (const auto identifier = FigureNumber(outlier.caseId)) {
+          outlier.caseName = names(*identifier);
+        }
+      }
+    }
+  }
 }
 
 std::optional<double> FigureNumber(std::string_view text) {

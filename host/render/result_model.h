@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -71,7 +72,11 @@ struct ResultGroup {
 
 struct ResultOutlier {
   std::string value;
-  std::string caseId;  // empty without one
+  std::string caseId;    // empty without one
+  std::string caseName;  // what the data call the case, where the reader of the data has told
+
+  /// What a person calls the case; empty without an identifier.
+  [[nodiscard]] const std::string& Case() const { return caseName.empty() ? caseId : caseName; }
 };
 
 struct ResultBoxPlot {
@@ -144,6 +149,11 @@ struct ResultDocument {
 
 /// Reads a result document; `name` names it in messages. Throws InputError for anything else.
 [[nodiscard]] ResultDocument ReadResultDocument(std::string_view text, std::string_view name);
+
+/// The name of a case whose identifier is that number; empty where the number is all there is.
+using CaseNames = std::function<std::string(double identifier)>;
+/// Names the outliers' cases: a document holds numbers only, the data may have names for them.
+void NameCases(ResultDocument& document, const CaseNames& names);
 
 /// The number that a figure's text spells; nothing for an empty, missing or other text.
 [[nodiscard]] std::optional<double> FigureNumber(std::string_view text);

@@ -235,7 +235,9 @@ class TextReport {
 
 }  // namespace
 
-std::string RenderText(const ResultDocument& document) { return TextReport(document).Render(); }
+std::string RenderText(const ResultDocument& document, const TextStyle&) {
+  return TextReport(document).Render();
+}
 
 std::string Printable(std::string_view text) {
   std::string shown;
