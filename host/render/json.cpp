@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "host/render/effect_size.h"
-#include "host/render/table_titles.h"
+#include "host/render/table_words.h"
 #include "host/render/wording.h"
 
 namespace npar_host {
@@ -199,17 +199,24 @@ class TestObject {
   [[nodiscard]] Json Tables() const {
     Json list = Json::array();
     for (const ResultTable& table : test.tables) {
-      const TableTitles titles = TitlesOf(document, test, table);
       Json rows = Json::array();
+      Json rowTitles = Json::array();
+      Json columnTitles = Json::array();
+      for (std::size_t i = 0; i < table.rows.size(); ++i) {
+        rowTitles.push_back(RowTitle(document, test, table, i));
+      }
+      for (std::size_t i = 0; i < ColumnCount(table); ++i) {
+        columnTitles.push_back(ColumnTitle(document, test, table, i));
+      }
       for (const auto& cells : table.rows) {
         Json row = Json::array();
         for (const std::string& cell : cells) row.push_back(Cell(cell));
         rows.push_back(row);
       }
       list.push_back({{"name", Key(table.name)},
-                      {"title", titles.table},
-                      {"rowTitles", titles.rows},
-                      {"columnTitles", titles.columns},
+                      {"title", TableCaption(document, test, table)},
+                      {"rowTitles", rowTitles},
+                      {"columnTitles", columnTitles},
                       {"rows", rows}});
     }
     return list;
@@ -269,7 +276,7 @@ class TestObject {
     Json list = Json::array();
     for (const ResultMessage& message : test.messages) {
       list.push_back({{"code", message.code},
-                      {"kind", message.type == "helpMessage" ? "note" : message.type},
+                      {"kind", MessageKindWord(message)},
                       {"text", MessageWords(document, test, message)},
                       {"parameters", message.parameters}});
     }

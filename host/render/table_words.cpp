@@ -11,6 +11,34 @@ namespace {
 
 constexpr std::string_view kCrossTable = "CategoryFieldsComparison";
 
+constexpr std::int32_t kLoneSample = 220013;
+
+const ResultField* TestedField(const ResultDocument& document, const ResultTest& test,
+                               std::size_t position) {
+  const auto fields = test.ConditionFields(position, document.fields.size());
+  return fields.empty() ? nullptr : &document.fields[fields.front()];
+}
+
+// A cross table that does not name its two classes has the codes of their categories beside it.
+std::string ClassTitle(const ResultTest& test, const ResultField* field, std::string_view detail,
+                       const char* otherwise) {
+  const auto found = std::ranges::find(test.details, detail, &ResultStatistic::name);
+  if (found == test.details.end() || field == nullptr) return otherwise;
+  ResultTest codes;
+  codes.conditionParameters = {found->text};
+  std::string title;
+  for (const std::size_t code : codes.ConditionFields(0, field->categories.size())) {
+    title += (title.empty() ? "" : ", ") + CategoryTitle(*field, static_cast<std::int32_t>(code));
+  }
+  return title.empty() ? otherwise : title;
+}
+
+std::string LabelOf(const ResultField* field, const std::string& value) {
+  if (field == nullptr) return value;
+  const auto found = std::ranges::find(field->categories, value, &ResultCategory::value);
+  return found == field->categories.end() || found->label.empty() ? value : found->label;
+}
+
 std::string CrossedField(const ResultDocument& document, const ResultTest& test,
                          std::size_t position) {
   const auto titles = FieldTitles(document, test, position);
@@ -22,28 +50,36 @@ std::string CrossedField(const ResultDocument& document, const ResultTest& test,
 std::string RowTitle(const ResultDocument& document, const ResultTest& test,
                      const ResultTable& table, std::size_t row) {
   const bool isCross = table.name == kCrossTable;
+  const ResultField* const field = TestedField(document, test, 0);
   if (row >= table.rowNames.size()) {
     if (!isCross || !table.columnNames.empty()) return {};
-    return row == 0 ? "success" : "failure";
+    return row == 0 ? ClassTitle(test, field, "RowSuccessList", "success")
+                    : ClassTitle(test, field, "RowFailList", "failure");
   }
   const std::string& name = table.rowNames[row];
-  if (isCross) return name;
+  if (isCross) return LabelOf(field, name);
   const auto number = FigureNumber(name);
   if (!number) return TableLabel(name);
   const auto code = static_cast<std::int32_t>(*number);
   if (test.classification != "One_Sample") return SampleTitle(document, test, code);
-  const auto fields = test.ConditionFields(0, document.fields.size());
-  return fields.empty() ? name : CategoryTitle(document.fields[fields[0]], code);
+  return field == nullptr ? name : CategoryTitle(*field, code);
 }
 
 std::string ColumnTitle(const ResultTest& test, const ResultTable& table, std::size_t column) {
+  return ColumnTitle({}, test, table, column);
+}
+
+std::string ColumnTitle(const ResultDocument& document, const ResultTest& test,
+                        const ResultTable& table, std::size_t column) {
   const bool isCross = table.name == kCrossTable;
+  const ResultField* const field = TestedField(document, test, 1);
   if (column >= table.columnNames.size()) {
     if (!isCross) return {};
-    return column == 0 ? "success" : "failure";
+    return column == 0 ? ClassTitle(test, field, "ColumnSuccessList", "success")
+                       : ClassTitle(test, field, "ColumnFailList", "failure");
   }
   const std::string& name = table.columnNames[column];
-  if (isCross) return name;
+  if (isCross) return LabelOf(field, name);
   const bool isFirst = name == "0";
   if (!isFirst && name != "1") return TableLabel(name);
   if (test.name == "OChiSquare") return isFirst ? "Observed" : "Expected";
@@ -93,11 +129,23 @@ std::string MessageKindWord(const ResultMessage& message) {
 }
 
 std::string MessageWords(const ResultDocument& document, const ResultMessage& message) {
+  return MessageWords(document, {}, message);
+}
+
+std::string MessageWords(const ResultDocument& document, const ResultTest& test,
+                         const ResultMessage& message) {
   const FieldNames fieldTitle = [&document](std::size_t index) -> std::optional<std::string> {
     if (index >= document.fields.size()) return std::nullopt;
     return document.fields[index].Title();
   };
-  return FillMessage(message.code, message.parameters, message.namedParameters, fieldTitle);
+  auto named = message.namedParameters;
+  // The sample stands by its position among the stepwise ones, in some tests twice.
+  if (message.code == kLoneSample) {
+    for (auto& [name, text] : named) {
+      text = PositionTitle(document, test, test.stepwise, text.substr(0, text.find(';')));
+    }
+  }
+  return FillMessage(message.code, message.parameters, named, fieldTitle);
 }
 
 }  // namespace npar_host

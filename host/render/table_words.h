@@ -15,6 +15,9 @@ namespace npar_host {
 /// What a row of one of the test's tables stands for: a category, a field or a word.
 [[nodiscard]] std::string RowTitle(const ResultDocument& document, const ResultTest& test,
                                    const ResultTable& table, std::size_t row);
+[[nodiscard]] std::string ColumnTitle(const ResultDocument& document, const ResultTest& test,
+                                      const ResultTable& table, std::size_t column);
+/// As above, the categories of a cross table by their values.
 [[nodiscard]] std::string ColumnTitle(const ResultTest& test, const ResultTable& table,
                                       std::size_t column);
 /// Columns of the table, also of a cross table that does not name its two.
@@ -32,7 +35,10 @@ namespace npar_host {
 
 /// "error", "warning" or "note".
 [[nodiscard]] std::string MessageKindWord(const ResultMessage& message);
-/// The message's text with the titles of the fields that it names.
+/// The message's text with the titles of the fields and samples that it names.
+[[nodiscard]] std::string MessageWords(const ResultDocument& document, const ResultTest& test,
+                                       const ResultMessage& message);
+/// As above, a sample by its position.
 [[nodiscard]] std::string MessageWords(const ResultDocument& document,
                                        const ResultMessage& message);
 
