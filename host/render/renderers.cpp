@@ -1,5 +1,6 @@
 #include "host/render/renderers.h"
 
+#include "host/render/html.h"
 #include "host/render/json.h"
 
 namespace npar_host {
@@ -7,6 +8,7 @@ namespace {
 
 constexpr Renderer kRenderers[] = {
     {"text", RenderText},
+    {"html", [](const ResultDocument& document, const TextStyle&) { return RenderHtml(document); }},
     {"json", [](const ResultDocument& document, const TextStyle&) { return RenderJson(document); }},
 };
 

@@ -1,0 +1,156 @@
+#include "host/render/html/comparison_plots.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "host/render/significance.h"
+#include "host/render/table_words.h"
+#include "host/render/wording.h"
+
+namespace npar_host {
+namespace {
+
+constexpr double kLabelEnd = 170.0;
+constexpr double kAxis = 200.0;
+constexpr double kTop = 26.0;
+constexpr double kNodeGap = 12.0;
+constexpr double kLabelGap = 17.0;
+constexpr std::size_t kPairsInWords = 12;
+
+struct Node {
+  std::string title;
+  std::string measure;
+  double y = 0.0;
+  double labelY = 0.0;
+};
+
+struct Edge {
+  std::size_t first = 0;
+  std::size_t second = 0;
+  std::string significance;
+  bool isSignificant = false;
+};
+
+std::vector<Edge> Edges(const ResultComparison& comparison, double sigLevel) {
+  const std::size_t column = ContentColumn(comparison, "AdjSig");
+  std::vector<Edge> edges;
+  for (const auto& row : comparison.content.rows) {
+    if (row.size() <= std::max<std::size_t>(column, 2)) continue;
+    const auto first = FigureNumber(row[0]);
+    const auto second = FigureNumber(row[1]);
+    const auto count = static_cast<double>(comparison.order.size());
+    if (!first || !second || !(*first >= 0.0 && *first < count) ||
+        !(*second >= 0.0 && *second < count)) {
+      continue;
+    }
+    const auto p = FigureNumber(row[column]);
+    edges.push_back({static_cast<std::size_t>(*first), static_cast<std::size_t>(*second),
+                     row[column], p && *p < sigLevel});
+  }
+  return edges;
+}
+
+// Moves positions apart, in their order, so that neighbours keep the gap.
+void Spread(std::vector<double*> positions, double gap, double bottom) {
+  std::ranges::stable_sort(positions, {}, [](const double* y) { return *y; });
+  double least = -INFINITY;
+  for (double* y : positions) {
+    *y = std::max(*y, least);
+    least = *y + gap;
+  }
+  double most = bottom;
+  for (auto y = positions.rbegin(); y != positions.rend(); ++y) {
+    **y = std::min(**y, most);
+    most = **y - gap;
+  }
+}
+
+std::string GraphWords(const std::vector<Node>& nodes, const std::vector<Edge>& edges) {
+  std::string words;
+  std::size_t count = 0;
+  for (const Edge& edge : edges) {
+    if (!edge.isSignificant) continue;
+    if (++count > kPairsInWords) {
+      return "These and more pairs differ:" + words + " the table lists all.";
+    }
+    words += " " + nodes[edge.first].title + " and " + nodes[edge.second].title + " (" +
+             SignificanceText(edge.significance) + ");";
+  }
+  if (words.empty()) return "No two samples differ at the level.";
+  words.back() = '.';
+  return "These pairs differ:" + words;
+}
+
+}  // namespace
+
+std::string ComparedMeasure(const ResultTest& test) {
+  if (test.name == "IMedian") return "Median";
+  if (test.name == "RCochransQ") return "Successes";
+  return "Mean rank";
+}
+
+std::size_t ContentColumn(const ResultComparison& comparison, std::string_view name) {
+  const auto& names = comparison.content.columnNames;
+  return static_cast<std::size_t>(std::ranges::find(names, name) - names.begin());
+}
+
+std::optional<Plot> PairwiseGraph(const ResultDocument& document, const ResultTest& test) {
+  const ResultComparison& comparison = test.pairwise;
+  if (!comparison.present || comparison.order.empty()) return std::nullopt;
+  const std::size_t count = comparison.order.size();
+  const double bottom = std::max(200.0, kTop + kLabelGap * static_cast<double>(count + 1));
+  std::vector<double> measures;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::string text = i < comparison.values.size() ? comparison.values[i] : "";
+    const double measure = FigureNumber(text).value_or(static_cast<double>(i));
+    measures.push_back(std::isfinite(measure) ? measure : 0.0);
+  }
+  const Scale down = ScaleOver(measures, bottom, kTop);  // larger ones above
+  std::vector<Node> nodes;
+  for (std::size_t i = 0; i < count; ++i) {
+    const double y = down(measures[i]);
+    nodes.push_back({SampleTitle(document, test, comparison.order[i]),
+                     i < comparison.values.size() ? FigureText(comparison.values[i]) : "", y, y});
+  }
+  std::vector<double*> nodePlaces;
+  std::vector<double*> labelPlaces;
+  for (Node& node : nodes) {
+    nodePlaces.push_back(&node.y);
+    labelPlaces.push_back(&node.labelY);
+  }
+  Spread(nodePlaces, kNodeGap, bottom);
+  Spread(labelPlaces, kLabelGap, bottom);
+  const std::vector<Edge> edges = Edges(comparison, document.sigLevel);
+  Plot plot;
+  plot.kind = "pairwise";
+  plot.title = "Pairwise comparisons, samples placed by " +
+               std::string(ComparedMeasure(test) == "Mean rank" ? "mean rank"
+                           : ComparedMeasure(test) == "Median"  ? "median"
+                                                                : "number of successes");
+  plot.description = GraphWords(nodes, edges);
+  plot.drawing.Line(kAxis, kTop - 8.0, kAxis, bottom + 8.0, "axis");
+  for (const bool drawn : {false, true}) {  // significant edges lie above the others
+    for (const Edge& edge : edges) {
+      if (edge.isSignificant != drawn) continue;
+      const Node& from = nodes[edge.first];
+      const Node& to = nodes[edge.second];
+      const double reach = 30.0 + 380.0 * std::abs(from.y - to.y) / (bottom - kTop);
+      plot.drawing.Curve(kAxis, from.y, kAxis + reach, (from.y + to.y) / 2.0, kAxis, to.y,
+                         drawn ? "edge significant" : "edge dashed");
+    }
+  }
+  for (const Node& node : nodes) {
+    plot.drawing.Line(kLabelEnd + 4.0, node.labelY, kAxis, node.y, "leader");
+    plot.drawing.Dot(kAxis, node.y, 5.0, "node");
+    plot.drawing.Text(kLabelEnd, node.labelY + 4.0, "end", node.measure, "value");
+    plot.drawing.Name(kLabelEnd - 62.0, node.labelY + 4.0, "end", node.title, 15);
+  }
+  plot.drawing.Text(kLabelEnd, kTop - 14.0, "end", ComparedMeasure(test), "tick");
+  plot.height = bottom + 24.0;
+  plot.note =
+      "Thick solid line: the two differ at the level after adjustment. Thin dashed line: "
+      "they do not.";
+  return plot;
+}
+
+}  // namespace npar_host

@@ -1,0 +1,146 @@
+#include "host/render/html/drawing.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "host/render/html/markup.h"
+
+namespace npar_host {
+namespace {
+
+constexpr double kTickLength = 4.0;
+
+// One decimal: a tenth of a unit is below what an eye sees.
+std::string Coordinate(double value) {
+  if (!std::isfinite(value)) value = 0.0;
+  const double tenths = std::round(std::clamp(value, -1e6, 1e6) * 10.0) / 10.0;
+  std::array<char, 32> digits;
+  const auto [end, error] =
+      std::to_chars(digits.data(), digits.data() + digits.size(), tenths == 0.0 ? 0.0 : tenths);
+  return {digits.data(), end};
+}
+
+std::string Attribute(std::string_view name, double value) {
+  return " " + std::string(name) + "=\"" + Coordinate(value) + "\"";
+}
+
+std::string Class(std::string_view shapeClass) {
+  return " class=\"" + std::string(shapeClass) + "\"";
+}
+
+// The step is a power of ten times 1, 2 or 5: rounding to 12 digits takes the error of its
+// multiples away.
+std::string TickText(double value) {
+  std::array<char, 32> digits;
+  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                          std::chars_format::general, 12);
+  return {digits.data(), end};
+}
+
+std::vector<double> Ticks(const Scale& scale, double parts, bool wholeNumbers) {
+  double step = RoundStep(scale.high - scale.low, parts);
+  if (wholeNumbers) step = std::max(step, 1.0);
+  std::vector<double> ticks;
+  const double first = std::ceil(scale.low / step - 1e-9);
+  for (double i = first; i * step <= scale.high + 1e-9 * step && ticks.size() < 50; ++i) {
+    ticks.push_back(i * step == 0.0 ? 0.0 : i * step);
+  }
+  return ticks;
+}
+
+}  // namespace
+
+void Drawing::Line(double x1, double y1, double x2, double y2, std::string_view shapeClass) {
+  markup += "<line" + Class(shapeClass) + Attribute("x1", x1) + Attribute("y1", y1) +
+            Attribute("x2", x2) + Attribute("y2", y2) + "/>\n";
+}
+
+void Drawing::Box(double x, double y, double width, double height, std::string_view shapeClass) {
+  markup += "<rect" + Class(shapeClass) + Attribute("x", x) + Attribute("y", y) +
+            Attribute("width", std::max(width, 0.0)) + Attribute("height", std::max(height, 0.0)) +
+            "/>\n";
+}
+
+void Drawing::Dot(double x, double y, double radius, std::string_view shapeClass) {
+  markup += "<circle" + Class(shapeClass) + Attribute("cx", x) + Attribute("cy", y) +
+            Attribute("r", radius) + "/>\n";
+}
+
+void Drawing::Diamond(double x, double y, double radius, std::string_view shapeClass) {
+  const auto at = [](double px, double py) { return Coordinate(px) + "," + Coordinate(py); };
+  markup += "<polygon" + Class(shapeClass) + " points=\"" + at(x - radius, y) + " " +
+            at(x, y - radius) + " " + at(x + radius, y) + " " + at(x, y + radius) + "\"/>\n";
+}
+
+void Drawing::Polyline(const std::vector<std::pair<double, double>>& points,
+                       std::string_view shapeClass) {
+  markup += "<polyline" + Class(shapeClass) + " points=\"";
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    if (i > 0) markup += ' ';
+    markup += Coordinate(points[i].first) + "," + Coordinate(points[i].second);
+  }
+  markup += "\"/>\n";
+}
+
+void Drawing::Curve(double x1, double y1, double bendX, double bendY, double x2, double y2,
+                    std::string_view shapeClass) {
+  markup += "<path" + Class(shapeClass) + " d=\"M" + Coordinate(x1) + " " + Coordinate(y1) + "Q" +
+            Coordinate(bendX) + " " + Coordinate(bendY) + " " + Coordinate(x2) + " " +
+            Coordinate(y2) + "\"/>\n";
+}
+
+void Drawing::Text(double x, double y, std::string_view anchor, std::string_view text,
+                   std::string_view shapeClass) {
+  markup += "<text" + Class(shapeClass) + Attribute("x", x) + Attribute("y", y) +
+            " text-anchor=\"" + std::string(anchor) + "\">" + Escaped(text) + "</text>\n";
+}
+
+void Drawing::Name(double x, double y, std::string_view anchor, std::string_view text,
+                   std::size_t most) {
+  Text(x, y, anchor, Shortened(text, most), "name");
+}
+
+Scale ScaleOver(const std::vector<double>& values, double from, double to) {
+  double low = INFINITY;
+  double high = -INFINITY;
+  for (const double value : values) {
+    if (!std::isfinite(value)) continue;
+    low = std::min(low, value);
+    high = std::max(high, value);
+  }
+  if (!(low <= high)) low = high = 0.0;
+  // A range that a double cannot tell from none is none.
+  const double least = std::max(std::abs(low), std::abs(high)) * 1e-9;
+  const double room = high - low > least ? (high - low) * 0.04 : std::max(0.5, least);
+  return {low - room, high + room, from, to};
+}
+
+double RoundStep(double range, double parts) {
+  const double raw = range / parts;
+  if (!(raw > 0.0) || !std::isfinite(raw)) return 1.0;
+  const double power = std::pow(10.0, std::floor(std::log10(raw)));
+  for (const double factor : {1.0, 2.0, 5.0}) {
+    if (factor * power >= raw * (1.0 - 1e-9)) return factor * power;
+  }
+  return 10.0 * power;
+}
+
+void DrawAxisBelow(Drawing& drawing, const Scale& scale, double y, std::string_view title) {
+  drawing.Line(scale.from, y, scale.to, y, "axis");
+  for (const double tick : Ticks(scale, 6.0, false)) {
+    drawing.Line(scale(tick), y, scale(tick), y + kTickLength, "axis");
+    drawing.Text(scale(tick), y + 17.0, "middle", TickText(tick), "tick");
+  }
+  drawing.Text((scale.from + scale.to) / 2.0, y + 34.0, "middle", Shortened(title, 48), "title");
+}
+
+void DrawAxisLeft(Drawing& drawing, const Scale& scale, double x, double right, bool wholeNumbers) {
+  for (const double tick : Ticks(scale, 5.0, wholeNumbers)) {
+    drawing.Line(x, scale(tick), right, scale(tick), "grid");
+    drawing.Text(x - 6.0, scale(tick) + 4.0, "end", TickText(std::abs(tick)), "tick");
+  }
+}
+
+}  // namespace npar_host

@@ -1,0 +1,185 @@
+#include "host/render/html/test_section.h"
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "host/render/html/comparison_plots.h"
+#include "host/render/html/cumulative_plots.h"
+#include "host/render/html/distribution_plots.h"
+#include "host/render/html/drawing.h"
+#include "host/render/html/frequency_plots.h"
+#include "host/render/html/markup.h"
+#include "host/render/html/sample_plots.h"
+#include "host/render/html/test_tables.h"
+#include "host/render/significance.h"
+#include "host/render/table_words.h"
+#include "host/render/wording.h"
+
+namespace npar_host {
+namespace {
+
+std::string PlotMarkup(const Plot& plot, const std::string& id) {
+  std::string markup =
+      "<figure class=\"plot " + plot.kind + "\">\n<svg role=\"img\" viewBox=\"0 0 " +
+      std::to_string(static_cast<int>(kPlotWidth)) + " " +
+      std::to_string(static_cast<int>(plot.height)) + "\" aria-labelledby=\"" + id +
+      "-title\" aria-describedby=\"" + id + "-words\">\n<title id=\"" + id + "-title\">" +
+      Escaped(plot.title) + "</title>\n<desc id=\"" + id + "-words\">" + Escaped(plot.description) +
+      "</desc>\n" + plot.drawing.Markup() + "</svg>\n<figcaption>" + Escaped(plot.title);
+  if (!plot.note.empty()) markup += "<span class=\"note\">" + Escaped(plot.note) + "</span>";
+  markup += "</figcaption>\n";
+  if (!plot.values.empty()) {
+    markup += "<details><summary>Values drawn</summary>\n" + plot.values + "</details>\n";
+  }
+  return markup + "</figure>\n";
+}
+
+// Gathers the plots that there are, each with an id of its own.
+class PlotGallery {
+ public:
+  explicit PlotGallery(std::string id) : id(std::move(id)) {}
+
+  void Add(const std::optional<Plot>& plot) {
+    if (plot) markup += PlotMarkup(*plot, NextId());
+    ++count;
+  }
+  [[nodiscard]] std::string NextId() const { return id + "-plot" + std::to_string(count); }
+  [[nodiscard]] const std::string& Markup() const { return markup; }
+
+ private:
+  std::string id;
+  std::string markup;
+  std::size_t count = 1;
+};
+
+std::string TestPlots(const ResultDocument& document, const ResultTest& test,
+                      const std::string& id) {
+  PlotGallery gallery(id);
+  gallery.Add(DifferencesPlot(document, test, gallery.NextId() + "-values"));
+  gallery.Add(MedianPlot(document, test, gallery.NextId() + "-values"));
+  gallery.Add(TwoSampleFunctions(document, test));
+  gallery.Add(OneSampleFunctions(document, test));
+  gallery.Add(RunsPlot(test));
+  if (test.classification == "Independent_Samples") {
+    gallery.Add(MirroredPlot(document, test, gallery.NextId() + "-values"));
+  }
+  gallery.Add(BoxPlots(document, test));
+  gallery.Add(RankPlot(document, test));
+  for (const ResultTable& table : test.tables) {
+    gallery.Add(FrequencyPlot(document, test, table));
+    gallery.Add(CrossPlot(document, test, table));
+  }
+  gallery.Add(IntervalPlot(document, test));
+  gallery.Add(PairwiseGraph(document, test));
+  return gallery.Markup();
+}
+
+std::string TestTables(const ResultDocument& document, const ResultTest& test,
+                       const std::string& id) {
+  std::string markup = FiguresTable(document, test, id + "-figures") +
+                       IntervalsTable(document, test, id + "-intervals") +
+                       GroupsTable(document, test, id + "-groups") +
+                       BoxesTable(document, test, id + "-boxes");
+  std::size_t number = 1;
+  for (const ResultTable& table : test.tables) {
+    markup += FrequenciesTable(document, test, table, id + "-table" + std::to_string(number++));
+  }
+  markup += PairwiseTable(document, test, id + "-pairs");
+  markup += SubsetsTable(document, test, id + "-subsets");
+  return markup;
+}
+
+std::string Messages(const ResultDocument& document, const ResultTest& test) {
+  std::string markup;
+  if (!test.unknownValues.empty()) {
+    markup += "<p class=\"message warning\">Given values that are no category:";
+    for (const std::string& value : test.unknownValues) {
+      markup += " <bdi>" + Escaped(value) + "</bdi>";
+    }
+    markup += "</p>\n";
+  }
+  if (test.messages.empty()) return markup;
+  markup += "<ul class=\"messages\">\n";
+  for (const ResultMessage& message : test.messages) {
+    markup += "<li class=\"message " + Escaped(message.type) + "\"><b>" +
+              Escaped(MessageKindWord(message)) + " " + std::to_string(message.code) + ":</b> " +
+              Escaped(MessageWords(document, test, message)) + "</li>\n";
+  }
+  return markup + "</ul>\n";
+}
+
+}  // namespace
+
+std::string TestSectionId(std::size_t index) { return "test" + std::to_string(index + 1); }
+
+std::string OutcomeMarkup(const ResultTest& test) {
+  if (const auto significance = DecidingSignificance(test)) {
+    return "<data value=\"" + Escaped(significance->figure) + "\"><b>" +
+           Escaped(SignificanceText(significance->figure)) + "</b></data> <span class=\"kind\">" +
+           SignificanceKind(*significance) + "</span>";
+  }
+  std::string markup;
+  for (const ResultInterval& interval : test.intervals) {
+    markup += "<span class=\"interval\">";
+    if (!interval.method.empty()) markup += Escaped(FigureLabel(interval.method)) + ": ";
+    markup += FigureMarkup(interval.estimate) + " [" + FigureMarkup(interval.lower) + ", " +
+              FigureMarkup(interval.upper) + "]</span> ";
+  }
+  return markup.empty() ? "<span class=\"none\">\u2013</span>" : markup;
+}
+
+std::string DecisionMarkup(const ResultTest& test) {
+  const auto badge = [](const char* badgeClass, const char* mark, const char* words) {
+    return std::string("<span class=\"badge ") + badgeClass + "\"><span aria-hidden=\"true\">" +
+           mark + "</span> " + words + "</span>";
+  };
+  if (test.decision == "reject") return badge("reject", "\u25cf", "Reject");
+  if (test.decision == "retain") return badge("retain", "\u25cb", "Retain");
+  if (test.decision.empty() && !test.Failed()) return badge("estimate", "\u25c6", "Estimate");
+  return badge("unknown", "\u2715", test.decision.empty() ? "No estimate" : "No decision");
+}
+
+std::string TestSection(const ResultDocument& document, std::size_t index) {
+  const ResultTest& test = document.tests[index];
+  const std::string id = TestSectionId(index);
+  std::string markup = "<section class=\"test\" id=\"" + id + "\" aria-labelledby=\"" + id +
+                       "-heading\">\n<h2 id=\"" + id + "-heading\">" + std::to_string(index + 1) +
+                       ". " + Escaped(TestTitle(test)) + "</h2>\n<p class=\"hypothesis\">" +
+                       Escaped(Hypothesis(document, test)) + "</p>\n<p class=\"outcome\">" +
+                       DecisionMarkup(test) + " " + OutcomeMarkup(test) + "</p>\n";
+  const std::string decision = DecisionText(document, test);
+  if (!decision.empty()) markup += "<p class=\"decision\">" + Escaped(decision) + "</p>\n";
+  markup += Messages(document, test);
+  markup += "<div class=\"results\">\n" + TestPlots(document, test, id) +
+            TestTables(document, test, id) + "</div>\n";
+  return markup +
+         "<p class=\"back\"><a href=\"#overview\">Back to the overview</a></p>\n</section>\n";
+}
+
+std::string FieldsSection(const ResultDocument& document) {
+  std::string fields;
+  std::size_t number = 1;
+  for (const ResultField& field : document.fields) {
+    if (!field.distribution) continue;
+    const std::string id = "field" + std::to_string(number++);
+    fields += "<section class=\"field\" aria-labelledby=\"" + id + "-heading\">\n<h3 id=\"" + id +
+              "-heading\">" + Escaped(field.Title()) + "</h3>\n<p class=\"kind\">" +
+              (field.label.empty() ? "" : "Field <bdi>" + Escaped(field.name) + "</bdi>, ") +
+              (field.isCategorical ? "categorical" : "continuous") +
+              "</p>\n<div class=\"results\">\n";
+    if (const auto plot = FieldPlot(field, id + "-values")) fields += PlotMarkup(*plot, id);
+    HtmlTable table(id + "-figures", "Summary of " + field.Title());
+    for (const ResultStatistic& figure : field.distribution->figures) {
+      table.AddRow(Escaped(FigureLabel(figure.name)), {FigureMarkup(figure.text)});
+    }
+    if (!table.IsEmpty()) fields += table.Markup("figures");
+    fields += "</div>\n</section>\n";
+  }
+  if (fields.empty()) return {};
+  return "<section id=\"fields\" aria-labelledby=\"fields-heading\">\n<h2 id=\"fields-heading\">"
+         "Fields</h2>\n" +
+         fields + "</section>\n";
+}
+
+}  // namespace npar_host

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+#include "host/render/result_model.h"
+
+namespace npar_host {
+
+/// The id of the section of the test at that place in the document.
+[[nodiscard]] std::string TestSectionId(std::size_t index);
+/// A test's part of the page: hypothesis, decision, plots, tables and messages.
+[[nodiscard]] std::string TestSection(const ResultDocument& document, std::size_t index);
+/// The fields' part: a plot and the figures of each field that the tests used.
+[[nodiscard]] std::string FieldsSection(const ResultDocument& document);
+
+/// The significance that decides, as markup: "p < .001" and how it was computed. For an estimate
+/// the estimates with their intervals; a dash where there is nothing.
+[[nodiscard]] std::string OutcomeMarkup(const ResultTest& test);
+/// The decision in a word or two, with its mark.
+[[nodiscard]] std::string DecisionMarkup(const ResultTest& test);
+
+}  // namespace npar_host

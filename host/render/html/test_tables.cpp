@@ -1,0 +1,200 @@
+#include "host/render/html/test_tables.h"
+
+#include "host/data/number.h"
+#include "host/render/effect_size.h"
+#include "host/render/html/comparison_plots.h"
+#include "host/render/html/markup.h"
+#include "host/render/table_words.h"
+#include "host/render/wording.h"
+
+namespace npar_host {
+namespace {
+
+void AddFigures(HtmlTable& table, const std::vector<ResultStatistic>& figures) {
+  std::string group;
+  for (const ResultStatistic& figure : figures) {
+    const bool isRuns = figure.group == "MinimumRuns" || figure.group == "MaximumRuns";
+    if (isRuns && figure.group != group) table.AddSubheading(Escaped(FigureLabel(figure.group)));
+    group = figure.group;
+    table.AddRow(Escaped(FigureLabel(figure.name)), {FigureMarkup(figure.text)});
+  }
+}
+
+std::vector<std::string> FigureCells(const std::vector<ResultStatistic>& figures) {
+  std::vector<std::string> cells;
+  for (const ResultStatistic& figure : figures) cells.push_back(FigureMarkup(figure.text));
+  return cells;
+}
+
+std::string OutlierCell(const ResultBoxPlot& box) {
+  std::string cell;
+  for (const ResultOutlier& outlier : box.outliers) {
+    if (!cell.empty()) cell += ", ";
+    cell += FigureMarkup(outlier.value);
+    if (!outlier.Case().empty()) cell += " (case " + Escaped(outlier.Case()) + ")";
+  }
+  return cell.empty() ? "none" : cell;
+}
+
+bool IsSignificanceColumn(std::string_view name) { return name == "Sig" || name == "AdjSig"; }
+
+}  // namespace
+
+std::string FiguresTable(const ResultDocument& document, const ResultTest& test,
+                         const std::string& id) {
+  HtmlTable table(id, "Statistics");
+  if (test.differences) AddFigures(table, test.differences->figures);
+  for (const ResultStatistic& detail : test.details) {
+    // A cross table's own entries are codes that its labels already tell.
+    if (detail.group == "CategoryFieldsComparison") continue;
+    table.AddRow(Escaped(FigureLabel(detail.name)), {FigureMarkup(detail.text)});
+  }
+  AddFigures(table, test.statistics);
+  if (const auto effect = FindEffectSize(document, test)) {
+    const bool namesSymbol = effect->name.ends_with(" " + effect->symbol);
+    table.AddRow(Escaped(effect->name + (namesSymbol ? "" : " " + effect->symbol)),
+                 {FigureMarkup(NumberText(effect->value))}, "effect");
+  }
+  return table.IsEmpty() ? "" : table.Markup("figures");
+}
+
+std::string IntervalsTable(const ResultDocument& document, const ResultTest& test,
+                           const std::string& id) {
+  if (test.intervals.empty()) return {};
+  HtmlTable table(
+      id, "Confidence intervals at the level " + FigureText(NumberText(document.confidenceLevel)));
+  table.SetColumns({"Method", "Estimate", "Lower limit", "Upper limit"});
+  for (const ResultInterval& interval : test.intervals) {
+    table.AddRow(Escaped(interval.method.empty() ? "Hodges-Lehmann" : FigureLabel(interval.method)),
+                 {FigureMarkup(interval.estimate), FigureMarkup(interval.lower),
+                  FigureMarkup(interval.upper)});
+  }
+  return table.Markup();
+}
+
+std::string GroupsTable(const ResultDocument& document, const ResultTest& test,
+                        const std::string& id) {
+  if (test.groups.empty() || test.groups.front().figures.empty()) return {};
+  const bool areFields = test.classification == "Related_Samples";
+  HtmlTable table(id, areFields ? "Fields" : "Groups");
+  std::vector<std::string> columns{areFields ? "Field" : "Group"};
+  for (const ResultStatistic& figure : test.groups.front().figures) {
+    columns.push_back(Escaped(FigureLabel(figure.name)));
+  }
+  table.SetColumns(columns);
+  for (const ResultGroup& group : test.groups) {
+    table.AddRow(Escaped(GroupTitle(document, test, group)), FigureCells(group.figures));
+  }
+  return table.Markup();
+}
+
+std::string BoxesTable(const ResultDocument& document, const ResultTest& test,
+                       const std::string& id) {
+  if (test.boxPlots.empty()) return {};
+  const bool hasRanks = test.boxPlots.front().meanRank.has_value();
+  HtmlTable table(id, "Groups");
+  std::vector<std::string> columns{"Group"};
+  if (hasRanks) columns.push_back("Mean rank");
+  columns.insert(columns.end(), {"Lower whisker", "25\u00a0%", "Median", "75\u00a0%",
+                                 "Upper whisker", "Outliers"});
+  table.SetColumns(columns);
+  for (const ResultBoxPlot& box : test.boxPlots) {
+    std::vector<std::string> cells;
+    if (hasRanks) cells.push_back(FigureMarkup(box.meanRank.value_or("")));
+    for (std::size_t i = 0; i < 5; ++i) {
+      cells.push_back(FigureMarkup(box.fiveNumbers.empty() ? "" : box.fiveNumbers[i]));
+    }
+    cells.push_back(OutlierCell(box));
+    table.AddRow(Escaped(SampleTitle(document, test, box.code)), cells);
+  }
+  return table.Markup("wide");
+}
+
+std::string FrequenciesTable(const ResultDocument& document, const ResultTest& test,
+                             const ResultTable& table, const std::string& id) {
+  if (table.Empty()) return {};
+  HtmlTable shown(id, TableCaption(document, test, table));
+  std::vector<std::string> columns{""};
+  for (std::size_t i = 0; i < ColumnCount(table); ++i) {
+    columns.push_back(Escaped(Isolated(ColumnTitle(document, test, table, i))));
+  }
+  shown.SetColumns(columns);
+  for (std::size_t i = 0; i < table.rows.size(); ++i) {
+    std::vector<std::string> cells;
+    for (const std::string& cell : table.rows[i]) cells.push_back(FigureMarkup(cell));
+    shown.AddRow(Escaped(Isolated(RowTitle(document, test, table, i))), cells);
+  }
+  return shown.Markup();
+}
+
+std::string PairwiseTable(const ResultDocument& document, const ResultTest& test,
+                          const std::string& id) {
+  const ResultComparison& comparison = test.pairwise;
+  if (!comparison.present || comparison.content.Empty()) return {};
+  HtmlTable table(id, "Pairwise comparisons");
+  const auto& names = comparison.content.columnNames;
+  const std::size_t adjusted = ContentColumn(comparison, "AdjSig");
+  std::vector<std::string> columns{"Samples"};
+  for (std::size_t i = 2; i < names.size(); ++i) columns.push_back(Escaped(TableLabel(names[i])));
+  columns.push_back("Result");
+  table.SetColumns(columns);
+  for (const auto& row : comparison.content.rows) {
+    if (row.size() < 2) continue;
+    std::vector<std::string> cells;
+    for (std::size_t i = 2; i < row.size() && i < names.size(); ++i) {
+      cells.push_back(IsSignificanceColumn(names[i]) ? SignificanceMarkup(row[i])
+                                                     : FigureMarkup(row[i]));
+    }
+    cells.resize(columns.size() - 2);
+    const auto p = adjusted < row.size() ? FigureNumber(row[adjusted]) : std::nullopt;
+    const bool differs = p && *p < document.sigLevel;
+    cells.push_back(differs ? "differ" : "no difference");
+    table.AddRow(Escaped(PositionTitle(document, test, comparison, row[0]) + " \u2013 " +
+                         PositionTitle(document, test, comparison, row[1])),
+                 cells, differs ? "differs" : "");
+  }
+  return table.Markup("wide");
+}
+
+std::string SubsetsTable(const ResultDocument& document, const ResultTest& test,
+                         const std::string& id) {
+  const ResultComparison& comparison = test.stepwise;
+  if (!comparison.present || comparison.content.Empty()) return {};
+  const auto& subsets = comparison.content.rows;
+  HtmlTable table(id, "Homogeneous subsets: samples in one column do not differ");
+  std::vector<std::string> columns{"Sample, by " + Escaped(ComparedMeasure(test))};
+  for (std::size_t i = 0; i < subsets.size(); ++i) {
+    columns.push_back("Subset\u00a0" + std::to_string(i + 1));
+  }
+  table.SetColumns(columns);
+  for (std::size_t position = 0; position < comparison.order.size(); ++position) {
+    std::vector<std::string> cells;
+    for (const auto& subset : subsets) {
+      const auto first = subset.empty() ? std::nullopt : FigureNumber(subset[0]);
+      const auto last = subset.size() < 2 ? std::nullopt : FigureNumber(subset[1]);
+      const auto here = static_cast<double>(position);
+      const bool isMember = first && last && here >= *first && here <= *last;
+      const bool hasValue = position < comparison.values.size();
+      cells.push_back(!isMember ? ""
+                                : "<span class=\"member\">" +
+                                      FigureMarkup(hasValue ? comparison.values[position] : "") +
+                                      "</span>");
+    }
+    table.AddRow(Escaped(SampleTitle(document, test, comparison.order[position])), cells);
+  }
+  const auto& names = comparison.content.columnNames;
+  for (std::size_t i = 2; i < names.size(); ++i) {
+    std::vector<std::string> cells;
+    bool isKnown = false;
+    for (const auto& subset : subsets) {
+      const std::string figure = i < subset.size() ? subset[i] : "";
+      isKnown = isKnown || !FigureText(figure).empty();
+      cells.push_back(IsSignificanceColumn(names[i]) ? SignificanceMarkup(figure)
+                                                     : FigureMarkup(figure));
+    }
+    if (isKnown) table.AddRow(Escaped(TableLabel(names[i])), cells, "foot");
+  }
+  return table.Markup("wide");
+}
+
+}  // namespace npar_host
