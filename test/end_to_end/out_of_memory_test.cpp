@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "support/all_tests_host.h"
 #include "support/loaded_component.h"
 #include "support/schema.h"
 
@@ -28,26 +29,13 @@ void operator delete[](void* place, std::size_t) noexcept { std::free(place); }
 
 namespace {
 
-struct AnswersHost : RecordingHost {
-  AnswersHost() {
-    parameters =
-        "<Parameters><Parameter name='oneSampleVariables'><ListValue><Value value='answer'/>"
-        "<Value value='score'/></ListValue></Parameter>"
-        "<Parameter name='isAutomaticallyOneSample' value='true'/></Parameters>";
-    fields =
-        "<Field name='answer' measure='nominal'><Value value='yes'/><Value value='no'/></Field>"
-        "<Field name='score' measure='continuous'/>";
-    for (int i = 0; i < 30; ++i) records.push_back({i % 3 == 0 ? 1.0 : 0.0, i * i * 0.1});
-  }
-};
-
 std::uint32_t ConfigureAndRun(LoadedComponent& component) {
   const std::uint32_t configured = component.Configure();
   return configured != HB_OK ? configured : component.Begin();
 }
 
 TEST(OutOfMemory, AnyAllocationMayFailAndTheComponentServesOn) {
-  AnswersHost calm;
+  AllTestsHost calm;
   LoadedComponent steady(calm);
   ASSERT_EQ(ConfigureAndRun(steady), HB_OK) << steady.Messages();
   const std::string expected = calm.Published();
@@ -56,7 +44,7 @@ TEST(OutOfMemory, AnyAllocationMayFailAndTheComponentServesOn) {
   bool isReached = true;
   for (long count = 0; isReached; ++count) {
     SCOPED_TRACE(count);
-    AnswersHost host;
+    AllTestsHost host;
     LoadedComponent component(host);
     ASSERT_TRUE(component.IsMade());
     allocationsLeft = count;
@@ -82,7 +70,7 @@ TEST(OutOfMemory, AnyAllocationMayFailAndTheComponentServesOn) {
 
 TEST(OutOfMemory, ComponentThatCannotBeMadeIs240001) {
   const LoadedLibrary& library = LoadedLibrary::Instance();
-  AnswersHost host;
+  AllTestsHost host;
   library.initialise(host.Host());
   std::uint32_t result = NPAR_FAILED;
   long count = 0;

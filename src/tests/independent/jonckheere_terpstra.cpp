@@ -44,7 +44,7 @@ std::vector<double> AscendingCodes(TestConstruction& construction, std::int32_t 
 
 }  // namespace
 
-NPARJonckTer::NPARJonckTer(QDSettings* settings) noexcept
+NPARJonckTer::NPARJonckTer(QDSettings* settings)
     : NPARTest(settings), comparison(kComparisonCodes) {}
 
 void NPARJonckTer::ReadSettings() {

@@ -31,7 +31,7 @@
 /// (1954).
 class NPARJonckTer final : public NPARTest {
  public:
-  explicit NPARJonckTer(QDSettings* settings) noexcept;
+  explicit NPARJonckTer(QDSettings* settings);
 
   void SetSharedData(UnivariateResults* data) override { sharedData = data; }
   QDStatus BeginPass() override;

@@ -48,7 +48,7 @@ RangeFigures ComputeH(const std::vector<RankedGroup>& groups, double tieSum) {
 
 }  // namespace
 
-NPARKruskalWOneWay::NPARKruskalWOneWay(QDSettings* settings) noexcept
+NPARKruskalWOneWay::NPARKruskalWOneWay(QDSettings* settings)
     : NPARTest(settings), comparison(kComparisonCodes, kJudgedOnPlainSig) {}
 
 QDStatus NPARKruskalWOneWay::BeginPass() {

@@ -27,7 +27,7 @@
 /// A. Wallis, JASA 47 (1952).
 class NPARKruskalWOneWay final : public NPARTest {
  public:
-  explicit NPARKruskalWOneWay(QDSettings* settings) noexcept;
+  explicit NPARKruskalWOneWay(QDSettings* settings);
 
   void SetSharedData(UnivariateResults*) override {}
   QDStatus BeginPass() override;

@@ -93,7 +93,7 @@ double FisherSig(const Cells& cells) {
 
 }  // namespace
 
-NPARKSMedian::NPARKSMedian(QDSettings* settings) noexcept
+NPARKSMedian::NPARKSMedian(QDSettings* settings)
     : NPARTest(settings), comparison(kComparisonCodes) {}
 
 void NPARKSMedian::ReadSettings() {

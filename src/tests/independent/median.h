@@ -31,7 +31,7 @@
 /// Source: G. W. Brown and A. M. Mood, Proc. 2nd Berkeley Symp. (1951).
 class NPARKSMedian final : public NPARTest {
  public:
-  explicit NPARKSMedian(QDSettings* settings) noexcept;
+  explicit NPARKSMedian(QDSettings* settings);
 
   void SetSharedData(UnivariateResults*) override {}
   QDStatus BeginPass() override;
