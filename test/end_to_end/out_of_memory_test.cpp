@@ -34,7 +34,8 @@ std::uint32_t ConfigureAndRun(LoadedComponent& component) {
   return configured != HB_OK ? configured : component.Begin();
 }
 
-// Some 12,000 allocations; where each costs ten times as much, each seventeenth.
+// Each allocation of a run; under the sanitizers, where it costs ten times as much, each
+// seventeenth.
 #ifdef __SANITIZE_ADDRESS__
 constexpr long kStep = 17;
 #else
