@@ -69,26 +69,28 @@ RangeFigures ChiSquareOf(const Cells& cells) {
 }
 
 /// C(n, k), exact for n up to 30.
-double Binomial(double n, double k) {
+double Binomial(std::int32_t n, std::int32_t k) {
   double product = 1.0;
-  for (double i = 1.0; i <= k; i += 1.0) product = product * (n - k + i) / i;
+  for (std::int32_t i = 1; i <= k; ++i) product = product * (n - k + i) / i;
   return product;
 }
 
 /// R. A. Fisher's two-sided p of a 2 x 2 table: the probability of all tables with its margins that
 /// are not likelier than it.
 double FisherSig(const Cells& cells) {
-  const auto waysOf = [&cells](double lower) {
-    return Binomial(cells.sizes[0], lower) * Binomial(cells.sizes[1], cells.lowerSum - lower);
+  const std::int32_t first = TruncateToInt32(cells.sizes[0]);
+  const std::int32_t second = TruncateToInt32(cells.sizes[1]);
+  const std::int32_t below = TruncateToInt32(cells.lowerSum);
+  const auto waysOf = [&](std::int32_t lower) {
+    return Binomial(first, lower) * Binomial(second, below - lower);
   };
-  const double observed = waysOf(cells.lower[0]);
+  const double observed = waysOf(TruncateToInt32(cells.lower[0]));
   double extreme = 0.0;
-  const double most = std::min(cells.lowerSum, cells.sizes[0]);
-  for (double l = std::max(0.0, cells.lowerSum - cells.sizes[1]); l <= most; l += 1.0) {
-    const double ways = waysOf(l);
+  for (std::int32_t lower = std::max(0, below - second); lower <= std::min(below, first); ++lower) {
+    const double ways = waysOf(lower);
     if (ways <= observed * (1.0 + kProbabilityTolerance)) extreme += ways;
   }
-  return std::min(1.0, extreme / Binomial(cells.total, cells.lowerSum));
+  return std::min(1.0, extreme / Binomial(first + second, below));
 }
 
 }  // namespace
