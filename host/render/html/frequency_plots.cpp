@@ -55,7 +55,7 @@ std::optional<Plot> FrequencyPlot(const ResultDocument& document, const ResultTe
       isTurned ? RowTitle(document, test, table, 1) : ColumnTitle(document, test, table, 1);
   Plot plot;
   plot.kind = "frequencies";
-  plot.title = firstSeries + " against " + secondSeries;
+  plot.title = firstSeries + " and " + secondSeries;
   double highest = 0.0;
   for (const Pair& pair : pairs) {
     highest = std::max({highest, Count(pair.first), Count(pair.second)});

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/data/number.h"
+#include "host/render/html/markup.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
 
@@ -115,7 +117,8 @@ std::optional<Plot> BoxPlots(const ResultDocument& document, const ResultTest& t
   return plot;
 }
 
-std::optional<Plot> RankPlot(const ResultDocument& document, const ResultTest& test) {
+std::optional<Plot> RankPlot(const ResultDocument& document, const ResultTest& test,
+                             const std::string& id) {
   if (test.classification != "Related_Samples" || test.groups.empty()) return std::nullopt;
   constexpr double kStep = 64.0;
   constexpr double kBarsHeight = 42.0;
@@ -137,6 +140,7 @@ std::optional<Plot> RankPlot(const ResultDocument& document, const ResultTest& t
   const double bottom = kTop + kStep * static_cast<double>(test.groups.size());
   const double barWidth = std::clamp((across(1.5) - across(1.0)) * 0.7, 1.5, 26.0);
   double base = kTop + kStep - 8.0;
+  std::size_t number = 1;
   for (const ResultGroup& group : test.groups) {
     const std::string name = GroupTitle(document, test, group);
     const std::string mean = FindText(group.figures, "MeanOfRank");
@@ -153,6 +157,13 @@ std::optional<Plot> RankPlot(const ResultDocument& document, const ResultTest& t
       plot.drawing.Diamond(across(*rank), base, 5.0, "mark");
     }
     plot.description += " " + name + " " + FigureText(mean) + ";";
+    HtmlTable ranksOfField(id + std::to_string(number++), "Ranks of " + name);
+    ranksOfField.SetColumns({"Rank", "Count"});
+    for (const ResultBin& bin : group.bins) {
+      ranksOfField.AddRow(FigureMarkup(NumberText(bin.value)),
+                          {FigureMarkup(NumberText(bin.count))});
+    }
+    plot.values += ranksOfField.Markup("figures");
     base += kStep;
   }
   plot.description.back() = '.';

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "host/render/html/drawing.h"
 #include "host/render/result_model.h"
@@ -11,8 +12,10 @@ namespace npar_host {
 
 /// A box plot for each group, outliers with their case identifiers.
 [[nodiscard]] std::optional<Plot> BoxPlots(const ResultDocument& document, const ResultTest& test);
-/// For each of several related fields how often it had which rank, and its mean rank.
-[[nodiscard]] std::optional<Plot> RankPlot(const ResultDocument& document, const ResultTest& test);
+/// For each of several related fields how often it had which rank, and its mean rank. `id` is
+/// unique in the page and begins the ids of the tables of what is drawn.
+[[nodiscard]] std::optional<Plot> RankPlot(const ResultDocument& document, const ResultTest& test,
+                                           const std::string& id);
 /// Estimates with their intervals.
 [[nodiscard]] std::optional<Plot> IntervalPlot(const ResultDocument& document,
                                                const ResultTest& test);

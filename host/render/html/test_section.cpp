@@ -65,7 +65,7 @@ std::string TestPlots(const ResultDocument& document, const ResultTest& test,
     gallery.Add(MirroredPlot(document, test, gallery.NextId() + "-values"));
   }
   gallery.Add(BoxPlots(document, test));
-  gallery.Add(RankPlot(document, test));
+  gallery.Add(RankPlot(document, test, gallery.NextId() + "-values"));
   for (const ResultTable& table : test.tables) {
     gallery.Add(FrequencyPlot(document, test, table));
     gallery.Add(CrossPlot(document, test, table));

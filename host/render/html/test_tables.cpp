@@ -1,5 +1,7 @@
 #include "host/render/html/test_tables.h"
 
+#include <algorithm>
+
 #include "host/data/number.h"
 #include "host/render/effect_size.h"
 #include "host/render/html/comparison_plots.h"
@@ -160,7 +162,11 @@ std::string SubsetsTable(const ResultDocument& document, const ResultTest& test,
                          const std::string& id) {
   const ResultComparison& comparison = test.stepwise;
   if (!comparison.present || comparison.content.Empty()) return {};
-  const auto& subsets = comparison.content.rows;
+  // By their first sample, as readers expect the columns.
+  auto subsets = comparison.content.rows;
+  std::ranges::stable_sort(subsets, {}, [](const auto& subset) {
+    return subset.empty() ? 0.0 : FigureNumber(subset[0]).value_or(0.0);
+  });
   HtmlTable table(id, "Homogeneous subsets: samples in one column do not differ");
   std::vector<std::string> columns{"Sample, by " + Escaped(ComparedMeasure(test))};
   for (std::size_t i = 0; i < subsets.size(); ++i) {

@@ -1,0 +1,280 @@
+#include "host/render/html.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <pugixml.hpp>
+#include <set>
+#include <sstream>
+
+#include "host/data/number.h"
+#include "host/render/effect_size.h"
+#include "host/render/wording.h"
+
+namespace npar_host {
+namespace {
+
+using testing::AnyOf;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char* kResults = "test/support/references/results/";
+
+// Results of real data that between them hold every kind of table.
+constexpr const char* kDocuments[] = {
+    "approval",    "discoveries",      "insect_sprays_pairwise", "rounding_times_stepwise",
+    "sleep_pairs", "titanic_expected", "tooth_growth_supp"};
+
+std::string ReadText(const std::string& path) {
+  std::ostringstream text;
+  text << std::ifstream(path).rdbuf();
+  return text.str();
+}
+
+struct Page {
+  explicit Page(const ResultDocument& document) : text(RenderHtml(document)) {
+    const auto parsed = xml.load_string(text.c_str(), pugi::parse_full);
+    EXPECT_TRUE(parsed) << parsed.description() << " at " << text.substr(parsed.offset, 200);
+  }
+
+  [[nodiscard]] std::size_t Count(const char* path) const { return xml.select_nodes(path).size(); }
+
+  std::string text;
+  pugi::xml_document xml;
+};
+
+void AddNumbers(std::set<std::string>& numbers, const std::string& text) {
+  std::istringstream cells(text);
+  for (std::string cell; std::getline(cells, cell, ';');) {
+    if (FigureNumber(cell)) numbers.insert(cell);
+  }
+}
+
+// All numbers of the document below a node, except for codes and indices.
+std::set<std::string> NumbersOf(pugi::xml_node root) {
+  std::set<std::string> numbers;
+  for (const auto& found : root.select_nodes(
+           ".//Attribute[not(@name='GroupIndex' or @name='GroupCount' or @name='GroupFieldIndex' "
+           "or ancestor::*[@name='Condition' or @name='WarningMessages' or "
+           "@name='CategoryFieldsComparison'])]")) {
+    AddNumbers(numbers, found.node().attribute("value").as_string());
+  }
+  // The first two columns of comparisons are positions, their orders are codes; so are the values
+  // of a categorical field.
+  for (const auto& found : root.select_nodes(
+           ".//SimpleTable[not(parent::*[@name='PairwiseResult' or @name='StepwiseResult'])]"
+           "/Row[position()=1 or not(ancestor::*[@name='CategoricalDistribution'])]")) {
+    AddNumbers(numbers, found.node().text().as_string());
+  }
+  for (const auto& found :
+       root.select_nodes(".//SimpleTable[@name='PairwiseInfo' or @name='StepwiseInfo']/Row[2]")) {
+    AddNumbers(numbers, found.node().text().as_string());
+  }
+  for (const auto& found :
+       root.select_nodes(".//StructuredTable[@name='PairwiseResult' or @name='StepwiseResult']/"
+                         "SimpleTable[@name='Content']/Row")) {
+    const std::string row = found.node().text().as_string();
+    AddNumbers(numbers, row.substr(row.find(';', row.find(';') + 1) + 1));
+  }
+  return numbers;
+}
+
+TEST(HtmlReportTest, HoldsEachNumberOfTheDocumentAndNoOther) {
+  for (const char* name : kDocuments) {
+    SCOPED_TRACE(name);
+    const std::string path = std::string(kResults) + name + ".xml";
+    const std::string text = ReadText(path);
+    pugi::xml_document xml;
+    ASSERT_TRUE(xml.load_string(text.c_str()));
+    const ResultDocument document = ReadResultDocument(text, path);
+    const Page page(document);
+    std::set<std::string> shown;
+    for (const auto& found : page.xml.select_nodes("//data")) {
+      shown.insert(found.node().attribute("value").as_string());
+    }
+    for (const auto& found : page.xml.select_nodes("//text[@class='value']")) {
+      shown.insert(found.node().text().as_string());  // counts of categories stand in plots alone
+    }
+    std::set<std::string> numbers = NumbersOf(xml.document_element());
+    for (const std::string& number : numbers) {
+      EXPECT_EQ(shown.count(number), 1u) << number;
+    }
+    for (const char* count : {"totalCount", "totalFreq", "droppedCount", "badWeightCount"}) {
+      numbers.insert(xml.select_node("//Counts").node().attribute(count).as_string());
+    }
+    numbers.insert({"0.05", "0.95"});
+    for (const ResultTest& test : document.tests) {
+      if (const auto effect = FindEffectSize(document, test)) {
+        numbers.insert(NumberText(effect->value));
+      }
+    }
+    for (const auto& found : page.xml.select_nodes("//data")) {
+      const std::string value = found.node().attribute("value").as_string();
+      EXPECT_EQ(numbers.count(value), 1u) << value;
+      const std::string words = found.node().select_node(".//text()").node().value();
+      EXPECT_THAT(words,
+                  AnyOf(FigureText(value), testing::MatchesRegex("(p )?[<>=]? ?1?[.]?[0-9]*")));
+    }
+  }
+}
+
+TEST(HtmlReportTest, EveryPlotSaysInWordsWhatItShows) {
+  for (const char* name : kDocuments) {
+    SCOPED_TRACE(name);
+    const Page page(ReadResultDocument(ReadText(std::string(kResults) + name + ".xml"), name));
+    EXPECT_GT(page.Count("//svg"), 0u);
+    EXPECT_EQ(page.Count("//svg[@role='img'][string-length(title) > 10][string-length(desc) > 10]"),
+              page.Count("//svg"));
+    EXPECT_THAT(page.text, Not(HasSubstr("nan")));
+  }
+}
+
+struct PlotCase {
+  const char* document;
+  const char* kind;
+  std::size_t count;
+};
+
+TEST(HtmlReportTest, EachTestHasItsPlots) {
+  const PlotCase cases[] = {
+      {"sleep_pairs", "differences", 2},
+      {"sleep_pairs", "intervals", 1},
+      {"tooth_growth_supp", "mirrored", 4},
+      {"tooth_growth_supp", "functions", 1},
+      {"insect_sprays_pairwise", "pairwise", 2},
+      {"insect_sprays_pairwise", "box-plots", 3},
+      {"insect_sprays_pairwise", "frequencies", 1},
+      {"approval", "cross", 2},
+      {"rounding_times_stepwise", "ranks", 2},
+      {"titanic_expected", "frequencies", 1},
+      {"discoveries", "runs", 1},
+      {"discoveries", "median", 1},
+      {"discoveries", "functions", 1},
+      {"discoveries", "histogram", 1},
+      {"approval", "bars", 2},
+  };
+  for (const PlotCase& row : cases) {
+    SCOPED_TRACE(std::string(row.document) + " " + row.kind);
+    const Page page(
+        ReadResultDocument(ReadText(std::string(kResults) + row.document + ".xml"), ""));
+    EXPECT_EQ(page.Count(("//figure[@class='plot " + std::string(row.kind) + "']").c_str()),
+              row.count);
+  }
+}
+
+TEST(HtmlReportTest, TablesHaveCaptionsAndScopedHeadersAndIdsAreUnique) {
+  for (const char* name : kDocuments) {
+    SCOPED_TRACE(name);
+    const Page page(ReadResultDocument(ReadText(std::string(kResults) + name + ".xml"), name));
+    EXPECT_EQ(page.Count("//table[caption]"), page.Count("//table"));
+    EXPECT_EQ(page.Count("//th[@scope]"), page.Count("//th"));
+    EXPECT_EQ(page.Count("//h1"), 1u);
+    std::set<std::string> ids;
+    for (const auto& found : page.xml.select_nodes("//@id")) {
+      EXPECT_TRUE(ids.insert(found.attribute().value()).second) << found.attribute().value();
+    }
+    for (const auto& found : page.xml.select_nodes("//@href | //@aria-labelledby")) {
+      const std::string reference = found.attribute().value();
+      EXPECT_EQ(ids.count(reference.substr(reference.starts_with('#') ? 1 : 0)), 1u) << reference;
+    }
+  }
+}
+
+TEST(HtmlReportTest, SubsetsStandInColumnsInTheOrderOfTheirFirstSample) {
+  const Page page(
+      ReadResultDocument(ReadText(std::string(kResults) + "rounding_times_stepwise.xml"), ""));
+  const auto table = page.xml.select_node("//table[starts-with(caption, 'Homogeneous')]").node();
+  const auto row = table.child("tbody").first_child();
+  EXPECT_STREQ(row.child("th").child_value(), "wide_angle");
+  EXPECT_STREQ(row.select_node("td[1]//data").node().attribute("value").as_string(),
+               "1.45454545454545");
+  EXPECT_FALSE(row.select_node("td[2]//data"));
+}
+
+struct HostileCase {
+  const char* catches;
+  std::string name;
+};
+
+TEST(HtmlReportTest, NamesOfAnyContentAreShownAsText) {
+  const HostileCase cases[] = {
+      {"an element", "<script>alert(1)</script>"},
+      {"the end of an attribute", "\"><img src=x onerror=alert(1)>'"},
+      {"an entity", "a&amp;b;&lt;"},
+      {"the end of a style sheet", "</style><script>alert(1)</script>"},
+      {"the end of a CDATA section", "]]>"},
+      {"a comment", "--><!--"},
+      {"control characters", std::string("\x1b[31m\x01\x7f\xc2\x85 end")},
+      {"bytes that are no UTF-8", "\xff\xfe\xc3\x28 \xed\xa0\x80 \xc0\xaf"},
+      {"what is no character of XML", "\xef\xbf\xbe\xef\xbf\xbf"},
+      {"right to left", "\u05e9\u05dc\u05d5\u05dd \u202e txet"},
+      {"a place of a sentence", "{0} {1} %0"},
+      {"length", std::string(10000, 'x')},
+      {"nothing", ""},
+  };
+  for (const HostileCase& row : cases) {
+    SCOPED_TRACE(row.catches);
+    for (const char* name : kDocuments) {
+      ResultDocument document =
+          ReadResultDocument(ReadText(std::string(kResults) + name + ".xml"), name);
+      for (ResultField& field : document.fields) {
+        field.name = field.label = row.name;
+        for (ResultCategory& category : field.categories) category.value = row.name;
+      }
+      document.application = document.modelId = row.name;
+      for (ResultTest& test : document.tests) {
+        test.unknownValues = {row.name};
+        test.messages.push_back({220013, row.name, {row.name}, {{row.name, row.name}}});
+        for (ResultInterval& interval : test.intervals) interval.method = row.name;
+        for (ResultTable& table : test.tables) {
+          for (std::string& title : table.rowNames) title = row.name;
+          for (std::string& title : table.columnNames) title = row.name;
+        }
+        for (ResultBoxPlot& box : test.boxPlots) {
+          for (ResultOutlier& outlier : box.outliers) outlier.caseId = row.name;
+        }
+        for (ResultStatistic& figure : test.statistics) figure.text = row.name;
+      }
+      const Page page(document);
+      EXPECT_EQ(page.Count("//script | //img | //*[@onerror] | //*[@src] | //iframe"), 0u);
+      EXPECT_EQ(page.Count("//style"), 1u);
+      EXPECT_EQ(page.Count("//comment()"), 0u);
+    }
+  }
+}
+
+TEST(HtmlReportTest, NamesThatTurnTextAreIsolated) {
+  ResultDocument document =
+      ReadResultDocument(ReadText(std::string(kResults) + "sleep_pairs.xml"), "");
+  document.fields[1].name = "\u05e9\u05dc\u05d5\u05dd";
+  EXPECT_THAT(RenderHtml(document),
+              HasSubstr("drug2 - \u2068\u05e9\u05dc\u05d5\u05dd\u2069 is 0."));
+}
+
+TEST(HtmlReportTest, EmptyAndDegenerateDocumentsArePages) {
+  EXPECT_THAT(Page(ResultDocument{}).text, HasSubstr("No test was run."));
+  ResultDocument document;
+  document.tests.resize(3);
+  document.tests[0].name = "RSign";
+  document.tests[0].decision = "unknown";
+  document.tests[0].messages = {{220003, "error", {}, {}}};
+  document.tests[1].name = "IKruskalWallis";
+  document.tests[1].boxPlots.resize(2);  // groups without values
+  document.tests[1].pairwise.present = true;
+  document.tests[1].pairwise.order = {0, 1};
+  document.tests[1].pairwise.values = {"nan", "inf"};
+  document.tests[1].pairwise.content = {"Content",
+                                        {},
+                                        {"Sample1", "Sample2", "AdjSig"},
+                                        {{"0", "9", "0.01"}, {"0"}, {"0", "1", "0.01"}}};
+  document.tests[2].name = "RFriedmansTwoWayByRanks";
+  document.tests[2].classification = "Related_Samples";
+  document.tests[2].groups = {{{7}, {{"", "MeanOfRank", "inf"}}, {{1e300, -1e300}, {0.0, 1e300}}}};
+  const Page page(document);
+  EXPECT_THAT(page.text, HasSubstr("No decision"));
+  EXPECT_EQ(page.Count("//*[@x = 'nan' or @x = 'inf' or @cx = 'nan' or @cy = 'nan']"), 0u);
+}
+
+}  // namespace
+}  // namespace npar_host
