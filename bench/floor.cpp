@@ -1,0 +1,104 @@
+#include "bench/floor.h"
+
+#include <sys/mman.h>
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstdlib>
+#include <ctime>
+#include <memory>
+#include <new>
+#include <utility>
+
+namespace {
+
+struct Pair {
+  std::uint64_t key;
+  std::uint32_t number;
+};
+
+struct FreePairs {
+  void operator()(Pair* pairs) const { std::free(pairs); }
+};
+using Pairs = std::unique_ptr<Pair[], FreePairs>;
+
+/// In huge pages, where there are any, and written to once: neither is part of a sort.
+Pairs MakePairs(std::size_t count) {
+  constexpr std::size_t kHugePage = std::size_t{2} << 20;
+  const std::size_t bytes = (count * sizeof(Pair) + kHugePage - 1) / kHugePage * kHugePage;
+  void* memory = std::aligned_alloc(kHugePage, bytes);
+  if (memory == nullptr) throw std::bad_alloc();
+  static_cast<void>(madvise(memory, bytes, MADV_HUGEPAGE));
+  auto* pairs = static_cast<Pair*>(memory);
+  for (std::size_t i = 0; i < count; ++i) pairs[i] = {};
+  return Pairs(pairs);
+}
+
+std::uint64_t KeyOf(double value) {
+  const auto bits = std::bit_cast<std::uint64_t>(value);
+  return (bits >> 63) != 0 ? ~bits : bits | std::uint64_t{1} << 63;
+}
+
+double Since(std::clock_t start) {
+  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+/// By the upper 44 bits of the key in four digits of 11 bits, the lowest first.
+void SortByDigits(Pairs& pairs, Pairs& spare, std::size_t count) {
+  constexpr int kDigitBits = 11;
+  constexpr int kDigits = 4;
+  constexpr std::size_t kBuckets = std::size_t{1} << kDigitBits;
+  const auto digitOf = [](const Pair& pair, std::size_t digit) {
+    return pair.key >> (64 - (kDigits - digit) * kDigitBits) & (kBuckets - 1);
+  };
+  std::array<std::array<std::uint32_t, kBuckets>, kDigits> places{};
+  for (std::size_t i = 0; i < count; ++i) {
+    for (std::size_t digit = 0; digit < kDigits; ++digit) {
+      ++places[digit][digitOf(pairs[i], digit)];
+    }
+  }
+  for (std::size_t digit = 0; digit < kDigits; ++digit) {
+    std::uint32_t next = 0;
+    for (std::uint32_t& place : places[digit]) next += std::exchange(place, next);
+    for (std::size_t i = 0; i < count; ++i) {
+      spare[places[digit][digitOf(pairs[i], digit)]++] = pairs[i];
+    }
+    std::swap(pairs, spare);
+  }
+}
+
+volatile double sink;  // what is written here is computed
+
+}  // namespace
+
+Floor MeasureFloor(const npar_host::RowStore& rows) {
+  Floor floor;
+  std::clock_t start = std::clock();
+  double sum = 0.0;
+  for (std::size_t row = 0; row < rows.Size(); ++row) {
+    for (std::size_t column = 0; column < rows.Width(); ++column) sum += rows.Row(row)[column];
+  }
+  sink = sum;
+  floor.scan = Since(start);
+
+  Pairs pairs = MakePairs(rows.Size());
+  Pairs spare = MakePairs(rows.Size());
+  for (std::size_t row = 0; row < rows.Size(); ++row) {
+    pairs[row] = {KeyOf(rows.Row(row)[0]), static_cast<std::uint32_t>(row)};
+  }
+  start = std::clock();
+  SortByDigits(pairs, spare, rows.Size());
+  floor.sort = Since(start);
+
+  constexpr std::size_t kAhead = 32;
+  start = std::clock();
+  sum = 0.0;
+  for (std::size_t i = 0; i < rows.Size(); ++i) {
+    if (i + kAhead < rows.Size()) __builtin_prefetch(rows.Row(pairs[i + kAhead].number));
+    sum += rows.Row(pairs[i].number)[0];
+  }
+  sink = sum;
+  floor.walk = Since(start);
+  return floor;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "host/data/dataset.h"
+
+/// What the machine needs for the work that no rank test can go without, in seconds of processor
+/// time: one look at every value, one stable radix sort of pairs of a key and a 32-bit number, one
+/// walk over the records in the order that it found.
+struct Floor {
+  double scan = 0.0;
+  double sort = 0.0;
+  double walk = 0.0;
+};
+
+/// On these records, sorted by their first field. Nothing of the component takes part: plain loops
+/// show what it could reach.
+[[nodiscard]] Floor MeasureFloor(const npar_host::RowStore& rows);

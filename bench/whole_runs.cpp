@@ -1,0 +1,129 @@
+// Runs of the component on generated records, from records in a host's memory to the finished
+// result document, driven line by line from standard input so that a script can alternate them with
+// those of other programs:
+//
+//   run       one run; answers its seconds of processor time and of the clock
+//   floor     what the machine needs for the work that no run can go without; answers the seconds
+//             of a scan of the records, a radix sort of the first field and a walk in its order
+//   document  answers with the result document of the last run, after its length in a line
+//   columns   writes the fields, each as a file of doubles, into the folder named behind it
+//   memory    answers the largest memory of the process so far, and that of the records, in bytes
+
+#include <sys/resource.h>
+
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <fstream>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "bench/cases.h"
+#include "bench/floor.h"
+#include "bench/generated_data.h"
+#include "host/loader/component.h"
+#include "host/loader/run_host.h"
+
+namespace {
+
+/// Processor time beside the clock: on a machine that others use only the first one tells.
+class Stopwatch {
+ public:
+  [[nodiscard]] double ProcessorSeconds() const {
+    return static_cast<double>(std::clock() - processor) / CLOCKS_PER_SEC;
+  }
+  [[nodiscard]] double Seconds() const {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - clock).count();
+  }
+
+ private:
+  std::clock_t processor = std::clock();
+  std::chrono::steady_clock::time_point clock = std::chrono::steady_clock::now();
+};
+
+void Require(std::uint32_t code, const npar_host::RunHost& host) {
+  if (code == 0) return;
+  std::string text = "the run failed with code " + std::to_string(code);
+  for (const auto& message : host.Messages()) text += ", message " + std::to_string(message.code);
+  throw std::runtime_error(text);
+}
+
+std::string Run(const npar_host::ComponentLibrary& library, const std::string& parameters,
+                const GeneratedData& data) {
+  npar_host::RunHost host(parameters, data.modelText);
+  npar_host::Component component(library, host.Context());
+  Require(component.Configure(), host);
+  host.OfferRecords(data.modelText, data.rows);
+  Require(component.BeginExecution(host.Progress()), host);
+  return host.Stream();
+}
+
+void WriteColumns(const npar_host::RowStore& rows, const std::string& folder) {
+  for (std::size_t column = 0; column < rows.Width(); ++column) {
+    std::ofstream file(folder + "/column" + std::to_string(column), std::ios::binary);
+    for (std::size_t row = 0; row < rows.Size(); ++row) {
+      file.write(reinterpret_cast<const char*>(rows.Row(row) + column), sizeof(double));
+    }
+    if (!file.flush()) throw std::runtime_error("cannot write into " + folder);
+  }
+}
+
+std::int64_t LargestMemory() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return static_cast<std::int64_t>(usage.ru_maxrss) * 1024;
+}
+
+void Serve(const npar_host::ComponentLibrary& library, const std::string& parameters,
+           const GeneratedData& data) {
+  std::string document;
+  for (std::string line; std::getline(std::cin, line);) {
+    if (line == "run") {
+      const Stopwatch watch;
+      document = Run(library, parameters, data);
+      std::cout << watch.ProcessorSeconds() << ' ' << watch.Seconds() << std::endl;
+    } else if (line == "floor") {
+      const Floor floor = MeasureFloor(data.rows);
+      std::cout << floor.scan << ' ' << floor.sort << ' ' << floor.walk << std::endl;
+    } else if (line == "document") {
+      std::cout << document.size() << '\n' << document << std::flush;
+    } else if (line.starts_with("columns ")) {
+      WriteColumns(data.rows, line.substr(8));
+      std::cout << data.rows.Width() << std::endl;
+    } else if (line == "memory") {
+      std::cout << LargestMemory() << ' ' << data.rows.Size() * data.rows.Width() * sizeof(double)
+                << std::endl;
+    } else {
+      throw std::runtime_error("no such order: " + line);
+    }
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::string caseName;
+  DataShape shape{.records = 100000};
+  CLI::App app("Runs of the component on generated records");
+  app.add_option("case", caseName, "mann-whitney, friedman, ...")->required();
+  app.add_option("--records", shape.records);
+  app.add_flag("--coarse", shape.isCoarse, "about a hundred distinct values");
+  app.add_flag("--missing", shape.hasMissing, "one value in twenty is missing");
+  app.add_flag("--weights", shape.hasWeight, "frequency weights from 1 to 5");
+  CLI11_PARSE(app, argc, argv);
+  try {
+    const BenchCase* benchCase = FindCase(caseName);
+    if (benchCase == nullptr) throw std::runtime_error("no such case: " + caseName);
+    shape.fields = benchCase->fields;
+    shape.groups = benchCase->groups;
+    const npar_host::ComponentLibrary library(npar_host::ComponentLibrary::DefaultPath());
+    Serve(library, ParametersOf(*benchCase), Generate(shape));
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << '\n';
+    return 2;
+  }
+  return 0;
+}
