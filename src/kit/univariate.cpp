@@ -1,7 +1,6 @@
 #include "kit/univariate.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <initializer_list>
 
@@ -66,34 +65,58 @@ void QDContUnivariateVariable::Moments::Add(double x, std::int64_t weight) {
   sumOfSquares += delta * delta * total * earlier / w;
 }
 
+void QDContUnivariateVariable::Moments::Add(double x) {
+  const double earlier = static_cast<double>(weightedCount);
+  ++weightedCount;
+  const double total = static_cast<double>(weightedCount);
+  const double delta = (x - mean) / total;
+  mean += delta;
+  sumOfSquares += delta * delta * total * earlier;
+}
+
 void QDContUnivariateVariable::TakeExtremes(double x) {
   if (minimum == QDMV::gMissingValue || minimum > x) minimum = x;
   if (maximum == QDMV::gMissingValue || x > maximum) maximum = x;
 }
 
-void QDContUnivariateVariable::ProcessBlock(const RecordBlock& block) {
-  if (pass != 1) {
-    for (std::size_t i = 0; i < block.count; ++i) {
-      const double x = block.rows[i][variableIndex];
-      if (x != QDMV::gMissingValue) AddValueOrZero(x, WeightOf(block.rows[i], weightIndex));
-    }
-    return;
-  }
+template <bool kIsWeighted>
+void QDContUnivariateVariable::SummariseBlock(const RecordBlock& block) {
   const bool wantsMoments = Wants(Statistic::MeanStdDev);
-  const bool wantsMinimum = Wants(Statistic::Minimum);
-  const bool wantsMaximum = Wants(Statistic::Maximum);
-  Moments running = moments;  // kept in registers over the block
+  // What changes with every value is kept in registers over the block.
+  Moments running = moments;
+  double lowest = minimum;
+  double highest = maximum;
+  std::int64_t seen = 0;
   for (std::size_t i = 0; i < block.count; ++i) {
     const double* row = block.rows[i];
     const double x = row[variableIndex];
     if (x == QDMV::gMissingValue) continue;
-    const std::int64_t weight = WeightOf(row, weightIndex);
-    if (wantsMoments) running.Add(x, weight);
-    if (wantsMinimum && (minimum == QDMV::gMissingValue || minimum > x)) minimum = x;
-    if (wantsMaximum && (maximum == QDMV::gMissingValue || x > maximum)) maximum = x;
-    totalWeight += weight;
+    if constexpr (kIsWeighted) {
+      const std::int64_t weight = WeightOf(row, weightIndex);
+      if (wantsMoments) running.Add(x, weight);
+      seen += weight;
+    } else {
+      if (wantsMoments) running.Add(x);
+      ++seen;
+    }
+    if (lowest == QDMV::gMissingValue || lowest > x) lowest = x;
+    if (highest == QDMV::gMissingValue || x > highest) highest = x;
   }
+  if (Wants(Statistic::Minimum)) minimum = lowest;
+  if (Wants(Statistic::Maximum)) maximum = highest;
   moments = running;
+  totalWeight += seen;
+}
+
+void QDContUnivariateVariable::ProcessBlock(const RecordBlock& block) {
+  if (pass == 1) {
+    weightIndex < 0 ? SummariseBlock<false>(block) : SummariseBlock<true>(block);
+    return;
+  }
+  for (std::size_t i = 0; i < block.count; ++i) {
+    const double x = block.rows[i][variableIndex];
+    if (x != QDMV::gMissingValue) AddValueOrZero(x, WeightOf(block.rows[i], weightIndex));
+  }
 }
 
 QDStatus QDContUnivariateVariable::ProcessRecord(const Record& record) {
@@ -201,25 +224,25 @@ void QDContUnivariateVariable::AddZeroBin() {
 }
 
 void QDContUnivariateVariable::TrackHinges(double x, double weight, double total) {
-  const std::array trackers = {&firstHinge, &medianTracker, &thirdHinge};
-  if (std::any_of(trackers.begin(), trackers.end(), [](const HingeTracker* tracker) {
-        return tracker->previousValue == QDMV::gMissingValue;
-      })) {
-    for (HingeTracker* tracker : trackers) {
+  TakeExtremes(x);
+  if (firstHinge.previousValue == QDMV::gMissingValue ||
+      medianTracker.previousValue == QDMV::gMissingValue ||
+      thirdHinge.previousValue == QDMV::gMissingValue) {
+    for (HingeTracker* tracker : {&firstHinge, &medianTracker, &thirdHinge}) {
       tracker->previousValue = x;
       tracker->cumulativeWeight += weight;
     }
-  } else {
-    const double depth = std::trunc((total + 3.0) * 0.5) * 0.5;  // of the hinges, from either end
-    if (quartile1 == QDMV::gMissingValue) StepTracker(x, weight, depth, quartile1, firstHinge);
-    if (median == QDMV::gMissingValue) {
-      StepTracker(x, weight, (total + 1.0) * 0.5, median, medianTracker);
-    }
-    if (quartile3 == QDMV::gMissingValue) {
-      StepTracker(x, weight, (total + 1.0) - depth, quartile3, thirdHinge);
-    }
+    return;
   }
-  TakeExtremes(x);
+  // Of the hinges, from either end; the sum of weights is whole, and the fraction one half or none.
+  const double depth = static_cast<double>(TruncateToInt64((total + 3.0) * 0.5)) * 0.5;
+  if (quartile1 == QDMV::gMissingValue) StepTracker(x, weight, depth, quartile1, firstHinge);
+  if (median == QDMV::gMissingValue) {
+    StepTracker(x, weight, (total + 1.0) * 0.5, median, medianTracker);
+  }
+  if (quartile3 == QDMV::gMissingValue) {
+    StepTracker(x, weight, (total + 1.0) - depth, quartile3, thirdHinge);
+  }
 }
 
 void QDContUnivariateVariable::StepTracker(double x, double w, double p, double& result,

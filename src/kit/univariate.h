@@ -127,12 +127,16 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
     double sumOfSquares = 0.0;
     std::int64_t weightedCount = 0;
     void Add(double x, std::int64_t weight);
+    /// The same for a weight of 1, to the last bit.
+    void Add(double x);
   };
   static void StepTracker(double x, double w, double p, double& result, HingeTracker& tracker);
   [[nodiscard]] bool Wants(Statistic statistic) const {
     return statistics.contains(static_cast<std::int32_t>(statistic));
   }
   void TakeExtremes(double x);
+  template <bool kIsWeighted>
+  void SummariseBlock(const RecordBlock& block);
   QDStatus WalkSortedValues();
   void TrackRow(const double* row);
 

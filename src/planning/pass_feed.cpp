@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr std::size_t kWordBits = 64;
-
 /// The value that is a missing one of a kind of variable; false for a kind that has none.
 bool FindMark(const IQDVariable* variable, double& mark) {
   switch (variable == nullptr ? VariableKind::None : variable->GetType()) {
@@ -29,7 +27,7 @@ bool FindMark(const IQDVariable* variable, double& mark) {
 }  // namespace
 
 void PassFeed::AddTest(NPARTest* test, const std::vector<std::int64_t>& required) {
-  members.push_back({test, required, {}});
+  members.push_back({test, required, {}, false});
 }
 
 QDStatus PassFeed::Walk(RecordIterator& records, CancelPair& cancelPair) {
@@ -44,31 +42,20 @@ std::vector<NPARTest*> PassFeed::AliveTests() const {
 }
 
 void PassFeed::Prepare(int width) {
-  const auto blocksAll = [this](const Member& member) {
-    return !analysisMissing || member.required.empty();
-  };
-  const bool needsAll = std::any_of(members.begin(), members.end(), blocksAll);
   const auto needs = [](const Member& member, int position) {
     return std::find(member.required.begin(), member.required.end(), position) !=
            member.required.end();
   };
   for (int position = 0; position < width; ++position) {
-    const bool isNeeded =
-        needsAll || std::any_of(members.begin(), members.end(),
-                                [&](const Member& member) { return needs(member, position); });
     double mark = 0.0;
-    if (isNeeded && FindMark(variables->GetVarAt(position), mark)) {
-      marks.push_back({position, mark});
+    if (!FindMark(variables->GetVarAt(position), mark)) continue;
+    bool isNeeded = false;
+    for (Member& member : members) {
+      if (analysisMissing && !member.required.empty() && !needs(member, position)) continue;
+      member.marks.push_back({position, mark});
+      isNeeded = true;
     }
-  }
-  missing.resize((marks.size() + kWordBits - 1) / kWordBits);
-  for (Member& member : members) {
-    member.blocking.resize(missing.size());
-    for (std::size_t i = 0; i < marks.size(); ++i) {
-      if (blocksAll(member) || needs(member, marks[i].position)) {
-        member.blocking[i / kWordBits] |= std::uint64_t{1} << (i % kWordBits);
-      }
-    }
+    if (isNeeded) marks.push_back({position, mark});
   }
 }
 
@@ -78,62 +65,72 @@ QDStatus PassFeed::WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair) {
   Record record = Record::View(nullptr, width);
   RecordBlock block;
   while (!members.empty() && blocks.NextBlock(block)) {
-    for (std::size_t i = 0; i < block.count; ++i) {
-      if (i % kRowsAtOnce == 0 && cancelPair.Check()) return QDStatus();
-      record.LookAt(block.rows[i]);
-      const QDStatus status = Deliver(record);
+    while (block.count > 0) {
+      if (cancelPair.Check()) return QDStatus();
+      const RecordBlock part{block.rows, std::min(block.count, kRowsAtOnce)};
+      const QDStatus status = Deliver(part, record);
       if (!status.IsOK()) return status;
+      block = {block.rows + part.count, block.count - part.count};
     }
   }
   return QDStatus();
 }
 
 QDStatus PassFeed::WalkRecords(RecordIterator& records, CancelPair& cancelPair) {
+  Record view;
   bool isFirst = true;
   while (!members.empty() && records.HasNext()) {
     if (cancelPair.Check()) break;
     const Record* record = records.Next();
     if (record == nullptr) break;
-    if (isFirst) Prepare(record->Size());
+    if (isFirst) {
+      Prepare(record->Size());
+      view = Record::View(nullptr, record->Size());
+    }
     isFirst = false;
-    const QDStatus status = Deliver(*record);
+    const double* row = record->Values();
+    const QDStatus status = Deliver(RecordBlock{&row, 1}, view);
     if (!status.IsOK()) return status;
   }
   return QDStatus();
 }
 
-QDStatus PassFeed::Deliver(const Record& record) {
-  const bool isAnyMissing = IsAnyMissing(record.Values(), marks);
-  if (isAnyMissing && !analysisMissing) return QDStatus();
-  if (isAnyMissing) FindMissing(record.Values());
-  for (std::size_t i = 0; i < members.size();) {
-    if (isAnyMissing && IsHeldOff(members[i])) {
-      ++i;
-      continue;
-    }
-    const QDStatus answer = members[i].test->ProcessRecord(record);
+QDStatus PassFeed::Deliver(const RecordBlock& block, Record& record) {
+  const bool isAnyMissing =
+      std::any_of(block.rows, block.rows + block.count,
+                  [this](const double* row) { return IsAnyMissing(row, marks); });
+  bool hasAnyFailed = false;
+  for (Member& member : members) {
+    const QDStatus answer =
+        DeliverTo(member, isAnyMissing ? Complete(block, member.marks) : block, record);
+    if (!answer.IsOK()) return answer;
+    hasAnyFailed = hasAnyFailed || member.hasFailed;
+  }
+  if (hasAnyFailed) {
+    std::erase_if(members, [](const Member& member) { return member.hasFailed; });
+  }
+  return QDStatus();
+}
+
+QDStatus PassFeed::DeliverTo(Member& member, const RecordBlock& block, Record& record) {
+  for (std::size_t i = 0; i < block.count; ++i) {
+    record.LookAt(block.rows[i]);
+    const QDStatus answer = member.test->ProcessRecord(record);
     if (answer.GetErrorCode() == kMemoryExhausted) return answer;
     if (answer.IsError()) {
-      members.erase(members.begin() + static_cast<std::ptrdiff_t>(i));
-    } else {
-      ++i;
+      member.hasFailed = true;
+      break;
     }
   }
   return QDStatus();
 }
 
-void PassFeed::FindMissing(const double* row) {
-  std::fill(missing.begin(), missing.end(), 0);
-  for (std::size_t i = 0; i < marks.size(); ++i) {
-    if (row[marks[i].position] == marks[i].mark) {
-      missing[i / kWordBits] |= std::uint64_t{1} << (i % kWordBits);
-    }
+RecordBlock PassFeed::Complete(const RecordBlock& block, const std::vector<MissingMark>& places) {
+  completeRows.resize(block.count);
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < block.count; ++i) {
+    completeRows[count] = block.rows[i];
+    if (!IsAnyMissing(block.rows[i], places)) ++count;
   }
-}
-
-bool PassFeed::IsHeldOff(const Member& member) const noexcept {
-  for (std::size_t word = 0; word < missing.size(); ++word) {
-    if ((missing[word] & member.blocking[word]) != 0) return true;
-  }
-  return false;
+  return RecordBlock{completeRows.data(), count};
 }

@@ -11,8 +11,9 @@
 
 /// Hands the records of one pass to those tests of it that can use them.
 ///
-/// Which places of a record can hold a test off is settled before the first record, so that a
-/// record without a missing value at these few places costs no more than its tests.
+/// Which places of a record can hold a test off is settled before the first record. Where records
+/// come in blocks, a block goes to one test after the other, and only one with a missing value at
+/// these few places is looked at again for each test.
 class PassFeed {
  public:
   /// The variables are not taken over.
@@ -31,21 +32,23 @@ class PassFeed {
   struct Member {
     NPARTest* test;
     std::vector<std::int64_t> required;
-    /// One bit for each mark that holds this test off.
-    std::vector<std::uint64_t> blocking;
+    /// Where a missing value holds this test off.
+    std::vector<MissingMark> marks;
+    bool hasFailed = false;
   };
 
   QDStatus WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair);
   QDStatus WalkRecords(RecordIterator& records, CancelPair& cancelPair);
   void Prepare(int width);
-  QDStatus Deliver(const Record& record);
-  /// Sets the bits of the marks that a record is missing at.
-  void FindMissing(const double* row);
-  [[nodiscard]] bool IsHeldOff(const Member& member) const noexcept;
+  /// The rows of a block, to one test after the other.
+  QDStatus Deliver(const RecordBlock& block, Record& record);
+  static QDStatus DeliverTo(Member& member, const RecordBlock& block, Record& record);
+  /// The rows in which nothing is missing at the marks; good until the next call.
+  RecordBlock Complete(const RecordBlock& block, const std::vector<MissingMark>& marks);
 
   const QDVarList* variables;
   bool analysisMissing;
   std::vector<Member> members;
-  std::vector<MissingMark> marks;
-  std::vector<std::uint64_t> missing;
+  std::vector<MissingMark> marks;  // of all members
+  std::vector<const double*> completeRows;
 };
