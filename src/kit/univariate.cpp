@@ -29,7 +29,7 @@ QDContUnivariateVariable::QDContUnivariateVariable(std::int32_t variableIndex,
 bool QDContUnivariateVariable::AddStatistic(std::int32_t statistic) {
   if (statistic < kFirstStatistic || statistic > kLastStatistic) return false;
   const auto add = [this](std::initializer_list<Statistic> list) {
-    for (const Statistic item : list) statistics.insert(static_cast<std::int32_t>(item));
+    for (const Statistic item : list) statistics.Insert(item);
   };
   switch (static_cast<Statistic>(statistic)) {
     case Statistic::Mean:
@@ -281,11 +281,11 @@ bool QDCateUnivariateVariable::AddStatistic(std::int32_t statistic) {
     case Statistic::Median:
     case Statistic::Mode:
     case Statistic::Frequencies:
-      statistics.insert(statistic);
+      statistics.Insert(static_cast<Statistic>(statistic));
       return true;
     case Statistic::All:
       for (const Statistic item : {Statistic::Frequencies, Statistic::Median, Statistic::Mode}) {
-        statistics.insert(static_cast<std::int32_t>(item));
+        statistics.Insert(item);
       }
       return true;
     default:
@@ -318,10 +318,10 @@ QDStatus QDCateUnivariateVariable::ProcessRecord(const Record& record) {
 QDStatus QDCateUnivariateVariable::EndPass() {
   needsPass = false;
   if (frequencies.empty()) return QDStatus();
-  if (statistics.contains(static_cast<std::int32_t>(Statistic::Mode))) {
+  if (statistics.Contains(Statistic::Mode)) {
     largestFrequency = *std::max_element(frequencies.begin(), frequencies.end());
   }
-  if (statistics.contains(static_cast<std::int32_t>(Statistic::Median))) {
+  if (statistics.Contains(Statistic::Median)) {
     std::int64_t sum = 0;
     for (std::size_t code = 0; code < frequencies.size(); ++code) {
       sum += frequencies[code];

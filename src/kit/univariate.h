@@ -4,7 +4,6 @@
 #include <limits>
 #include <map>
 #include <memory>
-#include <set>
 #include <vector>
 
 #include "foundation/names.h"
@@ -22,6 +21,21 @@ enum class Statistic : std::int32_t {
   Mode = 7,          ///< categorical: the largest frequency
   Frequencies = 8,   ///< categorical
   All = 9
+};
+
+/// Which statistics were asked for.
+class StatisticSet {
+ public:
+  void Insert(Statistic statistic) noexcept { bits |= BitOf(statistic); }
+  [[nodiscard]] bool Contains(Statistic statistic) const noexcept {
+    return (bits & BitOf(statistic)) != 0;
+  }
+
+ private:
+  [[nodiscard]] static std::uint32_t BitOf(Statistic statistic) noexcept {
+    return std::uint32_t{1} << static_cast<std::int32_t>(statistic);
+  }
+  std::uint32_t bits = 0;
 };
 
 /// One bin: a sum of weights and the weighted mean of the values in it.
@@ -52,7 +66,7 @@ class QDUnivariateVariable {
  protected:
   std::int64_t totalWeight = 0;
   ISortedData* sortedData = nullptr;
-  std::set<std::int32_t> statistics;
+  StatisticSet statistics;
 };
 
 /// Summary of a continuous variable: moments, extremes, hinges, and a histogram with a split at
@@ -131,8 +145,8 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
     void Add(double x);
   };
   static void StepTracker(double x, double w, double p, double& result, HingeTracker& tracker);
-  [[nodiscard]] bool Wants(Statistic statistic) const {
-    return statistics.contains(static_cast<std::int32_t>(statistic));
+  [[nodiscard]] bool Wants(Statistic statistic) const noexcept {
+    return statistics.Contains(statistic);
   }
   void TakeExtremes(double x);
   template <bool kIsWeighted>

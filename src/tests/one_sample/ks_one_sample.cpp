@@ -29,6 +29,13 @@ constexpr std::int32_t kEmptyUniform = 220316;         // the range has no width
 constexpr double kLowestStart = std::numeric_limits<double>::lowest();
 constexpr double kHighestStart = std::numeric_limits<double>::max();
 
+constexpr std::size_t kStepsAtOnce = 256;
+/// Up to so many steps are taken as they are: bounding them costs as much.
+constexpr std::size_t kFewSteps = 4;
+/// Far above what rounding does to a distribution function, so that no step that decides an extreme
+/// is passed over.
+constexpr double kRoundingMargin = 1e-12;
+
 bool IsMissing(double value) { return value == QDMV::gMissingValue; }
 
 /// A difference that no value has touched is 0.
@@ -150,6 +157,7 @@ QDStatus NPARKSmirnowOneSample::ProcessRecord(const Record& record) {
     static_cast<void>(estimator->ProcessRecord(record));
     return status;
   }
+  if (currentWeight < 0) hasNegativeWeight = true;
   if (IsMissing(previousValue)) previousValue = currentValue;
   if (previousValue == currentValue && cumulative < totalN) {
     tieWeight += currentWeight;
@@ -171,20 +179,49 @@ double NPARKSmirnowOneSample::EmpiricalAt(double x, std::int64_t weightUpTo) con
 
 void NPARKSmirnowOneSample::StepDifferences() {
   const double x = previousValue;
-  double before = 0.0;
   if (!distribution.IsPoisson()) {
-    const double theoretical = distribution.Cdf(x);
-    before = previousEmpirical - theoretical;
-    previousEmpirical = EmpiricalAt(x, cumulative);
-    TakeDifference(before);
-    TakeDifference(previousEmpirical - theoretical);
+    steps.push_back({x, cumulative});
+    if (steps.size() == kStepsAtOnce) TakeSteps();
     return;
   }
+  double before = 0.0;
   if (x != 0.0) {
     before = EmpiricalAt(x - 1.0, cumulative - tieWeight) - distribution.Cdf(x - 1.0);
   }
   TakeDifference(before);
   TakeDifference(EmpiricalAt(x, cumulative) - distribution.Cdf(x));
+}
+
+void NPARKSmirnowOneSample::TakeSteps() {
+  if (steps.empty()) return;
+  TakeSteps(0, steps.size());
+  previousEmpirical = EmpiricalAt(steps.back().x, steps.back().weightUpTo);
+  steps.clear();
+}
+
+void NPARKSmirnowOneSample::TakeSteps(std::size_t begin, std::size_t end) {
+  const auto empiricalUpTo = [this](std::size_t place) {
+    if (place == 0) return previousEmpirical;
+    return EmpiricalAt(steps[place - 1].x, steps[place - 1].weightUpTo);
+  };
+  if (end - begin > kFewSteps && !hasNegativeWeight) {
+    // Both functions ascend, so their ends bound every difference between.
+    const double highest = empiricalUpTo(end) - distribution.Cdf(steps[begin].x);
+    const double lowest = empiricalUpTo(begin) - distribution.Cdf(steps[end - 1].x);
+    if (highest <= std::max(positiveDiff, 0.0) - kRoundingMargin &&
+        lowest >= std::min(negativeDiff, 0.0) + kRoundingMargin) {
+      return;
+    }
+    const std::size_t middle = begin + (end - begin) / 2;
+    TakeSteps(begin, middle);
+    TakeSteps(middle, end);
+    return;
+  }
+  for (std::size_t i = begin; i < end; ++i) {
+    const double theoretical = distribution.Cdf(steps[i].x);
+    TakeDifference(empiricalUpTo(i) - theoretical);
+    TakeDifference(empiricalUpTo(i + 1) - theoretical);
+  }
 }
 
 void NPARKSmirnowOneSample::TakeDifference(double difference) {
@@ -208,6 +245,7 @@ QDStatus NPARKSmirnowOneSample::EndPass() {
     return status;
   }
   StepDifferences();
+  TakeSteps();
   testStatistic = std::sqrt(static_cast<double>(totalN)) * absoluteDiff;
   if (!KolmogorovSmirnovSig(testStatistic, sig)) {
     ReportStatus(QDStatus(kExponentialFailed), MessageKind::Error);

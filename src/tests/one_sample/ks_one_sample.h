@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "kit/record_weight.h"
 #include "kit/test.h"
@@ -53,6 +55,9 @@ class NPARKSmirnowOneSample final : public NPARTest {
   [[nodiscard]] double EmpiricalAt(double x, std::int64_t weightUpTo) const;
   /// Takes the differences at the last distinct value.
   void StepDifferences();
+  /// Takes the differences of the steps that wait, but for those that cannot be an extreme.
+  void TakeSteps();
+  void TakeSteps(std::size_t begin, std::size_t end);
   void TakeDifference(double difference);
   [[nodiscard]] bool IsGivenUniform() const noexcept;
 
@@ -80,7 +85,14 @@ class NPARKSmirnowOneSample final : public NPARTest {
   std::int64_t currentWeight = 1;  // of the record in hand, with its value
   double currentValue = 0.0;
   double previousValue = QDMV::gMissingValue;
-  double previousEmpirical = 0.0;
+  double previousEmpirical = 0.0;  // before the steps that wait
+  /// A distinct value and the weight up to and including it.
+  struct Step {
+    double x;
+    std::int64_t weightUpTo;
+  };
+  std::vector<Step> steps;  // that wait for their differences; a Poisson test takes them at once
+  bool hasNegativeWeight = false;
 
   double testStatistic = 0.0;
   double sig = 0.0;
