@@ -68,7 +68,8 @@ QDStatus PassFeed::WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair) {
     while (block.count > 0) {
       if (cancelPair.Check()) return QDStatus();
       const RecordBlock part{block.rows, std::min(block.count, kRowsAtOnce)};
-      const QDStatus status = Deliver(part, record);
+      const QDStatus status =
+          members.size() == 1 ? DeliverToOne(part, record) : DeliverToAll(part, record);
       if (!status.IsOK()) return status;
       block = {block.rows + part.count, block.count - part.count};
     }
@@ -77,60 +78,54 @@ QDStatus PassFeed::WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair) {
 }
 
 QDStatus PassFeed::WalkRecords(RecordIterator& records, CancelPair& cancelPair) {
-  Record view;
   bool isFirst = true;
   while (!members.empty() && records.HasNext()) {
     if (cancelPair.Check()) break;
     const Record* record = records.Next();
     if (record == nullptr) break;
-    if (isFirst) {
-      Prepare(record->Size());
-      view = Record::View(nullptr, record->Size());
-    }
+    if (isFirst) Prepare(record->Size());
     isFirst = false;
-    const double* row = record->Values();
-    const QDStatus status = Deliver(RecordBlock{&row, 1}, view);
+    const QDStatus status = Deliver(*record);
     if (!status.IsOK()) return status;
   }
   return QDStatus();
 }
 
-QDStatus PassFeed::Deliver(const RecordBlock& block, Record& record) {
-  const bool isAnyMissing =
-      std::any_of(block.rows, block.rows + block.count,
-                  [this](const double* row) { return IsAnyMissing(row, marks); });
-  bool hasAnyFailed = false;
-  for (Member& member : members) {
-    const QDStatus answer =
-        DeliverTo(member, isAnyMissing ? Complete(block, member.marks) : block, record);
-    if (!answer.IsOK()) return answer;
-    hasAnyFailed = hasAnyFailed || member.hasFailed;
-  }
-  if (hasAnyFailed) {
-    std::erase_if(members, [](const Member& member) { return member.hasFailed; });
+QDStatus PassFeed::DeliverToAll(const RecordBlock& block, Record& record) {
+  for (std::size_t i = 0; i < block.count; ++i) {
+    record.LookAt(block.rows[i]);
+    const QDStatus status = Deliver(record);
+    if (!status.IsOK()) return status;
   }
   return QDStatus();
 }
 
-QDStatus PassFeed::DeliverTo(Member& member, const RecordBlock& block, Record& record) {
+QDStatus PassFeed::DeliverToOne(const RecordBlock& block, Record& record) {
+  NPARTest& test = *members.front().test;
   for (std::size_t i = 0; i < block.count; ++i) {
+    if (IsAnyMissing(block.rows[i], marks)) continue;
     record.LookAt(block.rows[i]);
-    const QDStatus answer = member.test->ProcessRecord(record);
+    const QDStatus answer = test.ProcessRecord(record);
     if (answer.GetErrorCode() == kMemoryExhausted) return answer;
     if (answer.IsError()) {
-      member.hasFailed = true;
+      members.clear();
       break;
     }
   }
   return QDStatus();
 }
 
-RecordBlock PassFeed::Complete(const RecordBlock& block, const std::vector<MissingMark>& places) {
-  completeRows.resize(block.count);
-  std::size_t count = 0;
-  for (std::size_t i = 0; i < block.count; ++i) {
-    completeRows[count] = block.rows[i];
-    if (!IsAnyMissing(block.rows[i], places)) ++count;
+QDStatus PassFeed::Deliver(const Record& record) {
+  const bool isAnyMissing = IsAnyMissing(record.Values(), marks);
+  bool hasAnyFailed = false;
+  for (Member& member : members) {
+    if (isAnyMissing && IsAnyMissing(record.Values(), member.marks)) continue;
+    const QDStatus answer = member.test->ProcessRecord(record);
+    if (answer.GetErrorCode() == kMemoryExhausted) return answer;
+    if (answer.IsError()) member.hasFailed = hasAnyFailed = true;
   }
-  return RecordBlock{completeRows.data(), count};
+  if (hasAnyFailed) {
+    std::erase_if(members, [](const Member& member) { return member.hasFailed; });
+  }
+  return QDStatus();
 }

@@ -11,9 +11,8 @@
 
 /// Hands the records of one pass to those tests of it that can use them.
 ///
-/// Which places of a record can hold a test off is settled before the first record. Where records
-/// come in blocks, a block goes to one test after the other, and only one with a missing value at
-/// these few places is looked at again for each test.
+/// Which places of a record can hold a test off is settled before the first record, so that a
+/// record without a missing value at these few places costs no more than its tests.
 class PassFeed {
  public:
   /// The variables are not taken over.
@@ -40,15 +39,14 @@ class PassFeed {
   QDStatus WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair);
   QDStatus WalkRecords(RecordIterator& records, CancelPair& cancelPair);
   void Prepare(int width);
-  /// The rows of a block, to one test after the other.
-  QDStatus Deliver(const RecordBlock& block, Record& record);
-  static QDStatus DeliverTo(Member& member, const RecordBlock& block, Record& record);
-  /// The rows in which nothing is missing at the marks; good until the next call.
-  RecordBlock Complete(const RecordBlock& block, const std::vector<MissingMark>& marks);
+  /// A single test, as most passes have, costs no more than a call for each record.
+  QDStatus DeliverToOne(const RecordBlock& block, Record& record);
+  QDStatus DeliverToAll(const RecordBlock& block, Record& record);
+  /// A record to each test in turn.
+  QDStatus Deliver(const Record& record);
 
   const QDVarList* variables;
   bool analysisMissing;
   std::vector<Member> members;
   std::vector<MissingMark> marks;  // of all members
-  std::vector<const double*> completeRows;
 };
