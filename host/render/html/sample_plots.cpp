@@ -11,8 +11,8 @@
 namespace npar_host {
 namespace {
 
-constexpr double kLabelEnd = 112.0;
-constexpr double kLeft = 122.0;
+constexpr double kLabelEnd = 124.0;
+constexpr double kLeft = 134.0;
 constexpr double kRight = kPlotWidth - 16.0;
 constexpr double kTop = 12.0;
 constexpr std::size_t kLabelLength = 15;

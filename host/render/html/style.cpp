@@ -65,7 +65,8 @@ caption { text-align: left; font-weight: 600; padding: .25rem 0; }
 th, td { padding: .3rem .75rem; border-bottom: 1px solid var(--faint); text-align: right;
   vertical-align: top; }
 th { font-weight: 500; max-width: 26rem; min-width: 4.5rem; }
-thead th { border-bottom: 2px solid var(--line); color: var(--quiet); font-size: .86rem;
+th[scope=row] { min-width: 7rem; }
+thead th { overflow-wrap: break-word; border-bottom: 2px solid var(--line); color: var(--quiet); font-size: .86rem;
   vertical-align: bottom; }
 tbody th, thead th:first-child { text-align: left; padding-left: 0; }
 tbody tr:hover { background: var(--band); }
@@ -74,6 +75,7 @@ table.figures { width: 100%; max-width: 34rem; }
 table.overview { width: 100%; }
 table.overview th, table.overview td { text-align: left; white-space: normal; }
 table.overview .sentence { min-width: 14rem; }
+table.overview th { min-width: 10rem; }
 table.overview .kind { display: block; white-space: nowrap; }
 tr.subheading th { font-weight: 600; padding-top: .75rem; }
 tr.effect th, tr.effect td { background: var(--band); font-weight: 600; }
@@ -132,8 +134,8 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
 @media (max-width: 40rem) {
   header, main, footer { padding-left: .75rem; padding-right: .75rem; }
   section.test, section.overview, #fields { padding: .9rem; }
-  svg text { font-size: 14px; }
-  svg .tick { font-size: 13px; }
+  svg text { font-size: 13px; }
+  svg .tick { font-size: 12px; }
 }
 @media print {
   :root { --page: #ffffff; --card: #ffffff; --ink: #000000; --quiet: #444444; --line: #bbbbbb;
@@ -144,6 +146,8 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
   .skip, .back, details { display: none; }
   section.test, section.overview, #fields { border: 0; padding: 0; }
   .scroll { overflow: visible; }
+  th, td { padding: .2rem .4rem; }
+  table.overview th, table.overview .sentence, th[scope=row] { min-width: 0; }
   figure, tr, .message { break-inside: avoid; }
   h2, h3 { break-after: avoid; }
   svg, .badge, tr.effect { print-color-adjust: exact; -webkit-print-color-adjust: exact; }

@@ -38,6 +38,12 @@ std::string OutlierCell(const ResultBoxPlot& box) {
   return cell.empty() ? "none" : cell;
 }
 
+bool HasFigures(const ResultTable& table, std::size_t column) {
+  return std::ranges::any_of(table.rows, [column](const auto& row) {
+    return column < row.size() && !FigureText(row[column]).empty();
+  });
+}
+
 bool IsSignificanceColumn(std::string_view name) { return name == "Sig" || name == "AdjSig"; }
 
 }  // namespace
@@ -137,17 +143,22 @@ std::string PairwiseTable(const ResultDocument& document, const ResultTest& test
   const auto& names = comparison.content.columnNames;
   const std::size_t adjusted = ContentColumn(comparison, "AdjSig");
   std::vector<std::string> columns{"Samples"};
-  for (std::size_t i = 2; i < names.size(); ++i) columns.push_back(Escaped(TableLabel(names[i])));
+  std::vector<std::size_t> known;  // columns with at least one figure
+  for (std::size_t i = 2; i < names.size(); ++i) {
+    if (!HasFigures(comparison.content, i)) continue;
+    known.push_back(i);
+    columns.push_back(Escaped(TableLabel(names[i])));
+  }
   columns.push_back("Result");
   table.SetColumns(columns);
   for (const auto& row : comparison.content.rows) {
     if (row.size() < 2) continue;
     std::vector<std::string> cells;
-    for (std::size_t i = 2; i < row.size() && i < names.size(); ++i) {
-      cells.push_back(IsSignificanceColumn(names[i]) ? SignificanceMarkup(row[i])
-                                                     : FigureMarkup(row[i]));
+    for (const std::size_t i : known) {
+      const std::string figure = i < row.size() ? row[i] : "";
+      cells.push_back(IsSignificanceColumn(names[i]) ? SignificanceMarkup(figure)
+                                                     : FigureMarkup(figure));
     }
-    cells.resize(columns.size() - 2);
     const auto p = adjusted < row.size() ? FigureNumber(row[adjusted]) : std::nullopt;
     const bool differs = p && *p < document.sigLevel;
     cells.push_back(differs ? "differ" : "no difference");
@@ -190,15 +201,14 @@ std::string SubsetsTable(const ResultDocument& document, const ResultTest& test,
   }
   const auto& names = comparison.content.columnNames;
   for (std::size_t i = 2; i < names.size(); ++i) {
+    if (!HasFigures(comparison.content, i)) continue;
     std::vector<std::string> cells;
-    bool isKnown = false;
     for (const auto& subset : subsets) {
       const std::string figure = i < subset.size() ? subset[i] : "";
-      isKnown = isKnown || !FigureText(figure).empty();
       cells.push_back(IsSignificanceColumn(names[i]) ? SignificanceMarkup(figure)
                                                      : FigureMarkup(figure));
     }
-    if (isKnown) table.AddRow(Escaped(TableLabel(names[i])), cells, "foot");
+    table.AddRow(Escaped(TableLabel(names[i])), cells, "foot");
   }
   return table.Markup("wide");
 }

@@ -1,0 +1,120 @@
+// report_test.mjs RESULT.html...: opens each page in headless Chromium and checks what only a browser
+// knows: plots have an extent, nothing is logged or loaded, nothing scrolls sideways on a narrow
+// screen, axe-core finds no serious violation. Screenshots go to the folder that SCREENSHOTS names.
+import {mkdirSync, mkdtempSync, readFileSync, rmSync} from 'node:fs';
+import {createRequire} from 'node:module';
+import {tmpdir} from 'node:os';
+import {basename, join, resolve} from 'node:path';
+import {pathToFileURL} from 'node:url';
+import puppeteer from 'puppeteer-core';
+
+const axeSource = readFileSync(createRequire(import.meta.url).resolve('axe-core/axe.min.js'), 'utf8');
+const views = [
+  {name: 'light', width: 1100, scheme: 'light', media: 'screen'},
+  {name: 'dark', width: 1100, scheme: 'dark', media: 'screen'},
+  {name: 'narrow', width: 360, scheme: 'light', media: 'screen'},
+  {name: 'print', width: 720, scheme: 'dark', media: 'print'},
+];
+const pages = process.argv.slice(2);
+const screenshots = process.env.SCREENSHOTS;
+const faults = [];
+
+async function open(browser, file, view) {
+  const page = await browser.newPage();
+  const fault = (text) => faults.push(`${basename(file)}, ${view.name}: ${text}`);
+  const address = pathToFileURL(resolve(file)).href;
+  page.on('console', (message) => {
+    if (['error', 'warn', 'warning'].includes(message.type())) fault(`console: ${message.text()}`);
+  });
+  page.on('pageerror', (error) => fault(`error: ${error.message}`));
+  page.on('request', (request) => {
+    if (request.url() !== address) fault(`loads ${request.url()}`);
+  });
+  await page.setViewport({width: view.width, height: 900});
+  // In one call: each of the page's own calls for media type and features undoes the other's.
+  const session = await page.createCDPSession();
+  await session.send('Emulation.setEmulatedMedia', {
+    media: view.media,
+    features: [{name: 'prefers-color-scheme', value: view.scheme}],
+  });
+  await page.goto(address);
+  return {page, fault};
+}
+
+async function checkLayout(page, fault) {
+  const found = await page.evaluate(() => ({
+    plots: [...document.querySelectorAll('svg')].map((svg) => {
+      const box = svg.getBoundingClientRect();
+      const drawn = svg.querySelectorAll('rect, circle, line, path, polyline').length;
+      return {title: svg.querySelector('title').textContent, width: box.width, height: box.height, drawn};
+    }),
+    // A text that leaves its picture is cut.
+    cut: [...document.querySelectorAll('svg text')].filter((text) => {
+      const box = text.getBoundingClientRect();
+      const frame = text.closest('svg').getBoundingClientRect();
+      return box.width > 0 && (box.left < frame.left - 1 || box.right > frame.right + 1 ||
+        box.top < frame.top - 1 || box.bottom > frame.bottom + 1);
+    }).map((text) => text.textContent),
+    scrolls: document.documentElement.scrollWidth - document.documentElement.clientWidth,
+    figures: document.querySelectorAll('figure').length,
+  }));
+  if (found.plots.length === 0) fault('no plot');
+  if (found.plots.length !== found.figures) fault('a figure without its plot');
+  for (const plot of found.plots) {
+    if (plot.width < 200 || plot.height < 30 || plot.drawn === 0) fault(`no extent: ${plot.title}`);
+  }
+  for (const text of found.cut) fault(`cut: ${text}`);
+  if (found.scrolls > 0) fault(`scrolls sideways by ${found.scrolls} pixels`);
+}
+
+async function checkAccess(page, fault) {
+  await page.evaluate(axeSource);
+  const {violations, passes} = await page.evaluate(() => axe.run());
+  if (passes.length < 20) fault(`axe looked at ${passes.length} rules only`);
+  for (const violation of violations) {
+    const places = violation.nodes.slice(0, 3).map((node) => node.target.join(' ')).join(', ');
+    const text = `axe ${violation.impact}: ${violation.id}: ${violation.help} (${places})`;
+    if (['serious', 'critical'].includes(violation.impact)) fault(text);
+    else console.log(`note: ${text}`);
+  }
+}
+
+async function checkKeyboard(page, fault) {
+  await page.keyboard.press('Tab');
+  const first = await page.evaluate(() => ({
+    target: document.activeElement.getAttribute('href'),
+    left: document.activeElement.getBoundingClientRect().left,
+  }));
+  if (first.target !== '#main' || first.left < 0) fault('the first stop is no visible skip link');
+}
+
+const profile = mkdtempSync(join(tmpdir(), 'npar-browser-'));
+const browser = await puppeteer.launch({
+  executablePath: process.env.CHROMIUM ?? '/usr/bin/chromium',
+  headless: true,
+  userDataDir: profile,
+  args: ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
+    '--disable-background-networking', '--disable-component-update', '--disable-sync'],
+});
+try {
+  if (screenshots) mkdirSync(screenshots, {recursive: true});
+  for (const file of pages) {
+    for (const view of views) {
+      const {page, fault} = await open(browser, file, view);
+      await checkLayout(page, fault);
+      if (view.media === 'screen') await checkAccess(page, fault);
+      if (screenshots) {
+        const name = `${basename(file, '.html')}-${view.name}.png`;
+        await page.screenshot({path: join(screenshots, name), fullPage: true});
+      }
+      if (view.name === 'light') await checkKeyboard(page, fault);
+      await page.close();
+    }
+  }
+} finally {
+  await browser.close();
+  rmSync(profile, {recursive: true, force: true});
+}
+for (const text of faults) console.error(`fault: ${text}`);
+console.log(`${pages.length} pages in ${views.length} views: ${faults.length} faults`);
+process.exit(faults.length > 0 ? 1 : 0);
