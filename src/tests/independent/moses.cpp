@@ -8,20 +8,14 @@
 #include "report/messages.h"
 #include "report/two_group_tables.h"
 
-// The tail of the span. The terms of p(h) are those of a convolution,
-//   (1 - x)^-(nc - 2h - 1) * (1 - x)^-(2h + 2) = (1 - x)^-(nc + 1),
-// whose coefficient of x^ne is C(nc + ne, nc): the terms over i = 0..ne sum to the denominator. So
-// p is a part of a sum over the whole sum, each term following from the one before by one factor,
-//   t(i + 1) / t(i) = (i + nc - 2h - 1) / (i + 1) * (ne - i) / (ne + 2h + 1 - i),
-// and no binomial coefficient is ever formed. Sums that grow large are scaled down together, which
-// loses only what is far below the smallest double beside the rest.
+// The tail of the span. The i-th term of p(h) is the probability that i experimental units stand
+// before the r-th of the control units, r = nc - 2h - 1, in a random order of all. Those are at
+// most g where the first g + r units hold at most g experimental ones, which is a hypergeometric
+// probability: no sum over the units, of which weights make billions.
 
 namespace {
 
 constexpr std::int32_t kBadOutliers = 220516;  // absent, negative, or no control unit is left
-
-constexpr double kScaleAbove = 0x1p+900;
-constexpr double kScale = 0x1p-900;
 
 /// The rank of the k-th unit, counted from 1, of a group's ascending ranks.
 double RankOfUnit(const std::vector<RankGroup::Entry>& ranks, std::int64_t k) {
@@ -38,23 +32,11 @@ double RankOfUnit(const std::vector<RankGroup::Entry>& ranks, std::int64_t k) {
 double MosesSpanTail(std::int64_t control, std::int64_t experimental, std::int64_t trimmed,
                      std::int64_t span) {
   const std::int64_t kept = control - 2 * trimmed;
-  const std::int64_t between = std::max<std::int64_t>(span - kept, 0);
-  double term = 1.0;
-  double all = 0.0;
-  double part = 0.0;
-  for (std::int64_t i = 0; i <= experimental; ++i) {
-    all += term;
-    if (i <= between) part = all;
-    if (all > kScaleAbove) {
-      term *= kScale;
-      all *= kScale;
-      part *= kScale;
-    }
-    term *= static_cast<double>(i + kept - 1) / static_cast<double>(i + 1) *
-            static_cast<double>(experimental - i) /
-            static_cast<double>(experimental + 2 * trimmed + 1 - i);
-  }
-  return part / all;
+  const auto between = static_cast<double>(std::clamp<std::int64_t>(span - kept, 0, experimental));
+  std::int32_t error = 0;
+  return QDDistFun::CDFHyper(between, between + static_cast<double>(kept - 1),
+                             static_cast<double>(experimental),
+                             static_cast<double>(control + experimental), error);
 }
 
 NPARMoses::NPARMoses(QDSettings* settings)

@@ -74,6 +74,12 @@ TEST(MosesTest, TailsAgreeWithFractions) {
   }
 }
 
+// n = 3 and h = 0 with m = 10^12: p is that of the range of 3 uniform values, 3 s^2 - 2 s^3.
+TEST(MosesTest, UnitsByTheBillionAreNotCounted) {
+  EXPECT_NEAR(MosesSpanTail(3, 1000000000000, 0, 500000000000), 0.5, 1e-11);
+  EXPECT_NEAR(MosesSpanTail(3, 1000000000000, 0, 100000000000), 0.028, 1e-11);
+}
+
 TEST(MosesTest, GroupsOfAMillionStayBetweenZeroAndOne) {
   EXPECT_EQ(MosesSpanTail(1000000, 1000000, 50000, 900000), 0.0);
   EXPECT_NEAR(MosesSpanTail(1000000, 1000000, 50000, 1800000), 0.5, 0.01);
