@@ -1,0 +1,274 @@
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+
+#include <chrono>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <string>
+
+#include "support/all_tests_host.h"
+#include "support/loaded_component.h"
+#include "support/schema.h"
+
+// Data and documents at the edge of what there is: each gets a valid document or a clean refusal.
+namespace {
+
+using testing::HasSubstr;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+std::uint32_t ConfigureAndRun(LoadedComponent& component) {
+  const std::uint32_t configured = component.Configure();
+  return configured != HB_OK ? configured : component.Begin();
+}
+
+std::size_t Occurrences(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+    ++count;
+  }
+  return count;
+}
+
+/// A run that must give a valid document; its text.
+std::string ValidResult(RecordingHost& host) {
+  LoadedComponent component(host);
+  EXPECT_EQ(ConfigureAndRun(component), HB_OK) << component.Messages();
+  EXPECT_EQ(component.End(), HB_OK);
+  const std::string result = host.Published();
+  EXPECT_TRUE(IsValid(result, "statxml-7.0.xsd"));
+  return result;
+}
+
+/// Categories "c0", "c1", ...
+std::string CategoricalField(const std::string& name, int categories) {
+  std::string text = "<Field name='" + name + "' measure='nominal' storage='string'>";
+  for (int i = 0; i < categories; ++i) text += "<Value value='c" + std::to_string(i) + "'/>";
+  return text + "</Field>";
+}
+
+std::string List(const std::string& name, const std::vector<std::string>& values) {
+  std::string text = "<Parameter name='" + name + "'><ListValue>";
+  for (const std::string& value : values) text += "<Value value='" + value + "'/>";
+  return text + "</ListValue></Parameter>";
+}
+
+std::string Selected(const std::string& key, const std::string& more = {}) {
+  return "<Parameter name='" + key +
+         "'><StructuredValue><Attribute name='isSelected' value='true'/>" + more +
+         "</StructuredValue></Parameter>";
+}
+
+constexpr char kPairwise[] = "<Attribute name='typeOfMultipleComparison' value='pairWise'/>";
+
+/// Every test on one odd kind of data: `edit` sees each record of the usual ones.
+TEST(Limits, OddDataGetAValidDocumentOfEveryTest) {
+  struct Case {
+    const char* data;
+    std::function<void(std::vector<double>&, std::size_t)> edit;
+  };
+  constexpr double kDenormal = std::numeric_limits<double>::denorm_min();
+  constexpr double kLargest = std::numeric_limits<double>::max();
+  const Case kCases[] = {
+      {"all equal", [](auto& row, std::size_t) { row[0] = row[1] = row[2] = 7.0; }},
+      {"all zero", [](auto& row, std::size_t) { row[0] = row[1] = row[2] = 0.0; }},
+      {"all missing",
+       [](auto& row, std::size_t) {
+         for (int i = 0; i < 3; ++i) row[i] = HB_MISSING_VALUE;
+         for (int i = 3; i < 8; ++i) row[i] = -1.0;
+       }},
+      {"one infinity", [](auto& row, std::size_t i) { row[0] = i == 3 ? kInfinity : row[0]; }},
+      {"both infinities",
+       [](auto& row, std::size_t i) { row[0] = row[1] = i % 2 ? kInfinity : -kInfinity; }},
+      {"one not-a-number", [](auto& row, std::size_t i) { row[0] = i == 3 ? kNaN : row[0]; }},
+      {"nothing but not-a-number", [](auto& row, std::size_t) { row[0] = row[1] = row[2] = kNaN; }},
+      {"denormals",
+       [=](auto& row, std::size_t i) {
+         for (int k = 0; k < 3; ++k) row[k] = kDenormal * static_cast<double>((i + k) % 5);
+       }},
+      {"the largest numbers",
+       [=](auto& row, std::size_t i) {
+         for (int k = 0; k < 3; ++k) row[k] = (i + k) % 3 ? kLargest : 1 - kLargest / 2;
+       }},
+      {"weights of 2^31 - 1", [](auto& row, std::size_t) { row[8] = 2147483647.0; }},
+      {"weights of 0", [](auto& row, std::size_t) { row[8] = 0.0; }},
+      {"negative weights", [](auto& row, std::size_t i) { row[8] = i % 2 ? -3.0 : 2.0; }},
+      {"fractions of weights", [](auto& row, std::size_t) { row[8] = 0.75; }},
+      {"one category",
+       [](auto& row, std::size_t) { row[3] = row[4] = row[5] = row[6] = row[7] = 0.0; }},
+      {"codes that are none",
+       [](auto& row, std::size_t i) {
+         for (int k = 3; k < 8; ++k) row[k] = i % 5 == 1 ? 1e300 : i % 5 == 2 ? 99.0 : row[k];
+       }},
+      {"codes that are no numbers",
+       [](auto& row, std::size_t i) {
+         for (int k = 3; k < 8; ++k) row[k] = i % 4 == 1 ? kNaN : i % 4 == 2 ? 0.5 : row[k];
+       }},
+  };
+  for (const Case& row : kCases) {
+    SCOPED_TRACE(row.data);
+    AllTestsHost host;
+    for (std::size_t i = 0; i < host.records.size(); ++i) row.edit(host.records[i], i);
+    EXPECT_GT(Occurrences(ValidResult(host), "<Algorithm "), 30u);
+  }
+}
+
+TEST(Limits, FewRecordsGetAValidDocument) {
+  for (const std::size_t count : {1u, 2u, 3u}) {
+    SCOPED_TRACE(count);
+    AllTestsHost host(count);
+    EXPECT_GT(Occurrences(ValidResult(host), "<Algorithm "), 30u);
+  }
+}
+
+TEST(Limits, NoRecordIsRefused) {
+  AllTestsHost host(0);
+  LoadedComponent component(host);
+  EXPECT_EQ(ConfigureAndRun(component), NPAR_FAILED);
+  EXPECT_EQ(component.err, 240037);
+}
+
+TEST(Limits, WeightAbove31BitsAndNoWeightAtAllAreRefused) {
+  for (const double weight : {2147483648.0, kInfinity, kNaN}) {
+    AllTestsHost host;
+    host.records[7][8] = weight;
+    LoadedComponent component(host);
+    EXPECT_EQ(ConfigureAndRun(component), NPAR_FAILED);
+    EXPECT_THAT(component.Messages(), HasSubstr("code=\"220026\""));
+  }
+}
+
+TEST(Limits, TwoThousandFields) {
+  RecordingHost host;
+  std::vector<std::string> names;
+  for (int i = 0; i < 2000; ++i) {
+    names.push_back("f" + std::to_string(i));
+    host.fields += "<Field name='" + names.back() + "' measure='continuous'/>";
+  }
+  for (int i = 0; i < 10; ++i) {
+    host.records.emplace_back(2000);
+    for (int k = 0; k < 2000; ++k) host.records.back()[static_cast<std::size_t>(k)] = i * k % 13;
+  }
+  host.parameters = "<Parameters>" + List("oneSampleVariables", names) +
+                    List("relatedVariables", names) +
+                    "<Parameter name='isAutomaticallyOneSample' value='true'/>"
+                    "<Parameter name='isAutomaticallyRelated' value='false'/>" +
+                    Selected("RFriedmansTwoWayByRanks") + "</Parameters>";
+  EXPECT_EQ(Occurrences(ValidResult(host), "<Algorithm "), 2001u);
+}
+
+TEST(Limits, HundredThousandCategories) {
+  RecordingHost host;
+  host.fields = CategoricalField("g", 100000) + "<Field name='x' measure='continuous'/>";
+  for (int i = 0; i < 1000; ++i) host.records.push_back({i * 99.0, i * 7 % 50 * 1.0});
+  host.parameters = "<Parameters>" + List("oneSampleVariables", {"g"}) +
+                    List("independentVariables", {"x"}) + List("groupVariable", {"g"}) +
+                    "<Parameter name='isAutomaticallyOneSample' value='true'/>"
+                    "<Parameter name='isAutomaticallyIndependent' value='false'/>" +
+                    Selected("IKruskalWallis") + Selected("IKMedian") +
+                    Selected("IJonckheereTerpstra") + "</Parameters>";
+  EXPECT_EQ(Occurrences(ValidResult(host), "<Algorithm "), 4u);
+}
+
+TEST(Limits, PairsOfTenThousandCategoriesOfWhichFewHaveData) {
+  RecordingHost host;
+  host.fields = CategoricalField("g", 10000) + "<Field name='x' measure='continuous'/>";
+  for (int i = 0; i < 500; ++i) {
+    const int group = i % 5;
+    host.records.push_back({group * 2000.0, group * 10.0 + i % 7});
+  }
+  host.parameters = "<Parameters>" + List("independentVariables", {"x"}) +
+                    List("groupVariable", {"g"}) +
+                    "<Parameter name='isAutomaticallyIndependent' value='false'/>" +
+                    Selected("IKruskalWallis", kPairwise) + Selected("IKMedian", kPairwise) +
+                    Selected("IJonckheereTerpstra", kPairwise) + "</Parameters>";
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(Occurrences(ValidResult(host), "<Algorithm "), 3u);
+  const auto end = std::chrono::steady_clock::now();
+  // A table of all pairs of categories would hold 50 million rows.
+  EXPECT_LT(std::chrono::duration_cast<std::chrono::seconds>(end - start).count(), 20);
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  EXPECT_LT(usage.ru_maxrss, 2 << 20) << "kilobytes";
+}
+
+TEST(Limits, FiveHundredTestsInOneRun) {
+  RecordingHost host;
+  std::vector<std::string> names;
+  for (int i = 0; i < 125; ++i) {
+    names.push_back("f" + std::to_string(i));
+    host.fields += "<Field name='" + names.back() + "' measure='continuous'/>";
+  }
+  for (int i = 0; i < 100; ++i) {
+    host.records.emplace_back();
+    for (int k = 0; k < 125; ++k) host.records.back().push_back((i * (k + 3)) % 31);
+  }
+  host.parameters = "<Parameters>" + List("oneSampleVariables", names) +
+                    "<Parameter name='isAutomaticallyOneSample' value='false'/>" +
+                    Selected("OKolmogorovSmirnovNormal") + Selected("OKolmogorovSmirnovUniform") +
+                    Selected("OWilcoxonSignedRanks") + Selected("ORuns") + "</Parameters>";
+  EXPECT_EQ(Occurrences(ValidResult(host), "<Algorithm "), 500u);
+}
+
+TEST(Limits, FieldNamesMayHoldAnything) {
+  const std::string kNames[] = {
+      std::string(10000, 'n'),  // written into attributes as they are in XML
+      "quotes &quot; and &apos;",
+      "semicolons ; and , commas",
+      "angles &lt;b&gt; &amp;amp;",
+      "\xc3\xa4\xe2\x82\xac\xf0\x9f\x93\x8a \xd7\xa9\xd7\x9c",
+      "%0 %s {}",
+      "]]&gt;",
+      " ",
+  };
+  for (const std::string& name : kNames) {
+    SCOPED_TRACE(name.substr(0, 40));
+    RecordingHost host;
+    host.fields = "<Field name='" + name + "' label='" + name + "' measure='continuous'/>";
+    for (int i = 0; i < 20; ++i) host.records.push_back({i * i * 0.5});
+    host.parameters = "<Parameters>" + List("oneSampleVariables", {name}) +
+                      "<Parameter name='isAutomaticallyOneSample' value='true'/></Parameters>";
+    EXPECT_EQ(Occurrences(ValidResult(host), "<Algorithm "), 1u);
+  }
+}
+
+/// A document that is refused in the configuration, as parameters and as data model.
+void ExpectRefused(const std::string& document) {
+  for (const bool isModel : {false, true}) {
+    AllTestsHost host;
+    (isModel ? host.modelText : host.parameters) = document;
+    LoadedComponent component(host);
+    EXPECT_EQ(component.Configure(), NPAR_NOT_CONFIGURED);
+    EXPECT_EQ(component.err, isModel ? 240013 : 240011) << component.Messages().substr(0, 500);
+    EXPECT_EQ(component.Begin(), NPAR_NOT_CONFIGURED);
+  }
+}
+
+std::string Repeated(const std::string& text, int count) {
+  std::string all;
+  for (int i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+TEST(Limits, XmlNestedTenThousandDeepIsRefused) {
+  constexpr int kDepth = 10000;
+  ExpectRefused(Repeated("<a>", kDepth) + Repeated("</a>", kDepth));
+  const std::string open = "<Attribute name='a'><StructuredValue>";
+  const std::string close = "</StructuredValue></Attribute>";
+  ExpectRefused("<Parameters><Parameter name='a'><StructuredValue>" + Repeated(open, kDepth) +
+                Repeated(close, kDepth) + "</StructuredValue></Parameter></Parameters>");
+}
+
+TEST(Limits, BillionLaughsAreRefused) {
+  std::string document = "<!DOCTYPE Parameters [<!ENTITY l0 'ha'>";
+  for (int i = 1; i < 10; ++i) {
+    document += "<!ENTITY l" + std::to_string(i) + " '" +
+                Repeated("&l" + std::to_string(i - 1) + ";", 10) + "'>";
+  }
+  document += "]>";
+  ExpectRefused(document + "<Parameters><Parameter name='a' value='&l9;'/></Parameters>");
+}
+
+}  // namespace
