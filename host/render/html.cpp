@@ -91,7 +91,6 @@ std::string RenderHtml(const ResultDocument& original) {
   for (std::size_t i = 0; i < document.tests.size(); ++i) page += TestSection(document, i);
   page += FieldsSection(document) + "</main>\n<footer>\n<p>" + Escaped(document.application) + " " +
           Escaped(document.applicationVersion);
-  if (!document.modelId.empty()) page += ", model " + Escaped(document.modelId);
   return page + "</p>\n</footer>\n</body>\n</html>\n";
 }
 
