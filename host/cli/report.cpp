@@ -12,6 +12,7 @@ namespace {
 
 constexpr const char* kExamples = R"(Examples:
   npar report result.xml --as text
+  npar report result.xml --as html --out report.html
   npar run --params params.xml --data data.csv | npar report - --as text --out report.txt
 )";
 
