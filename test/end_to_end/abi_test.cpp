@@ -1,0 +1,74 @@
+#include <gmock/gmock.h>
+#include <npar/component.h>
+
+#include <cstddef>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "support/process.h"
+#include "support/program.h"
+
+// What hosts and components that were built apart agree on.
+namespace {
+
+template <typename Struct, typename Member>
+std::string Place(const char* name, Member Struct::*, std::size_t offset) {
+  return std::string("  ") + name + " at " + std::to_string(offset) + ", " +
+         std::to_string(sizeof(Member)) + " bytes\n";
+}
+
+#define STRUCT(type) (std::string(#type ": ") + std::to_string(sizeof(type)) + " bytes\n")
+#define MEMBER(type, member) Place(#member, &type::member, offsetof(type, member))
+
+/// Sizes and offsets of the C interface on a machine of 64 bits.
+std::string Layout() {
+  return STRUCT(HBHost) + STRUCT(HBContext) + STRUCT(HBIterator) + STRUCT(HBProgress) +
+         STRUCT(HBContainerFile) + STRUCT(HBContainerStreamKey) + STRUCT(HBXML) + STRUCT(HBWorker) +
+         STRUCT(HBXMLTable) + MEMBER(HBXMLTable, size) + MEMBER(HBXMLTable, getText) +
+         MEMBER(HBXMLTable, release) + STRUCT(HBHostInformation) + MEMBER(HBHostInformation, name) +
+         MEMBER(HBHostInformation, version) + MEMBER(HBHostInformation, copyright) +
+         MEMBER(HBHostInformation, vendor) + MEMBER(HBHostInformation, serialNumber) +
+         STRUCT(HBHostTable) + MEMBER(HBHostTable, size) + MEMBER(HBHostTable, getInformation) +
+         STRUCT(HBIteratorTable) + MEMBER(HBIteratorTable, size) + MEMBER(HBIteratorTable, rewind) +
+         MEMBER(HBIteratorTable, next) + MEMBER(HBIteratorTable, getValue) +
+         MEMBER(HBIteratorTable, readBlock) + STRUCT(HBProgressTable) +
+         MEMBER(HBProgressTable, size) + MEMBER(HBProgressTable, report) +
+         STRUCT(HBContainerStreamKeyTable) + MEMBER(HBContainerStreamKeyTable, size) +
+         MEMBER(HBContainerStreamKeyTable, getName) + STRUCT(HBContainerFileTable) +
+         MEMBER(HBContainerFileTable, size) + MEMBER(HBContainerFileTable, putStream) +
+         MEMBER(HBContainerFileTable, close) + STRUCT(HBWorkerTable) + MEMBER(HBWorkerTable, size) +
+         MEMBER(HBWorkerTable, getTaskNumber) + STRUCT(HBContextTable) +
+         MEMBER(HBContextTable, size) + MEMBER(HBContextTable, getParameters) +
+         MEMBER(HBContextTable, getDataModel) + MEMBER(HBContextTable, getInputIterator) +
+         MEMBER(HBContextTable, setCodes) + MEMBER(HBContextTable, newIdentifier) +
+         MEMBER(HBContextTable, getOutputContainer) + MEMBER(HBContextTable, deliverMessage);
+}
+
+TEST(Abi, LayoutOfTheInterfaceIsTheCommittedOne) {
+  EXPECT_EQ(Layout(), FileContent("test/end_to_end/abi_layout.txt"))
+      << "entries are only ever added at the end of a table";
+}
+
+TEST(Abi, SymbolsAreTheCommittedOnes) {
+  // The sanitizers add symbols of their own to the library.
+#ifndef __SANITIZE_ADDRESS__
+  const ProgramOutcome outcome = RunProgram("scripts/check_exports " NPAR_BUILD_DIR);
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.output;
+#endif
+}
+
+TEST(Abi, HeadersAreC11AndCpp20AlikeWithoutAWarning) {
+  const TemporaryFolder folder;
+  const std::string unit = folder.Write("unit.c",
+                                        "#include <npar/component.h>\n"
+                                        "int main(void) { return (int)hb_cleanup(); }\n");
+  for (const char* compiler : {"cc -std=c11 -x c", "c++ -std=c++20 -x c++"}) {
+    const ProgramOutcome outcome = RunProgram(
+        std::string(compiler) +
+        " -Wall -Wextra -Wpedantic -Wconversion -Werror -Iinclude -fsyntax-only " + unit);
+    EXPECT_EQ(outcome.exitCode, 0) << compiler << "\n" << outcome.output;
+  }
+}
+
+}  // namespace
