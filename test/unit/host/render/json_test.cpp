@@ -120,7 +120,7 @@ TEST(JsonReportTest, OutliersCarryTheirCase) {
 
 TEST(JsonReportTest, AnyNameMakesValidJson) {
   for (const std::string& name : {std::string("quote \" back\\slash"), std::string("\x1b[31m\n\t"),
-                                 std::string("no \xff UTF-8"), std::string(10000, 'x')}) {
+                                  std::string("no \xff UTF-8"), std::string(10000, 'x')}) {
     ResultDocument document = GroupDocument();
     document.fields[0].name = name;
     const Json report = Report(document);

@@ -34,7 +34,8 @@ TEST(SortedSampleTest, TheMedianOfSeveralIsThatOfTheirUnion) {
     for (SortedSample& sample : samples) {
       std::vector<double> values;
       const std::size_t size = random() % 30;
-      for (std::size_t i = 0; i < size; ++i) values.push_back(static_cast<double>(random() % distinct));
+      for (std::size_t i = 0; i < size; ++i)
+        values.push_back(static_cast<double>(random() % distinct));
       std::sort(values.begin(), values.end());
       for (const double value : values) {
         const std::int64_t weight = 1 + static_cast<std::int64_t>(random() % 3);
