@@ -12,17 +12,28 @@
 namespace npar_host {
 namespace {
 
-// Items of a ";"-joined text. Empty items count; an empty text has none.
+// Items of a ";"-joined text, in which a backslash takes the character after it as it stands. Empty
+// items count; an empty text has none.
 std::vector<std::string> SplitCells(std::string_view text) {
   std::vector<std::string> cells;
   if (text.empty()) return cells;
-  std::size_t start = 0;
-  while (true) {
-    const std::size_t end = text.find(';', start);
-    cells.emplace_back(text.substr(start, end - start));
-    if (end == std::string_view::npos) return cells;
-    start = end + 1;
+  cells.emplace_back();
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == ';') {
+      cells.emplace_back();
+      continue;
+    }
+    if (text[i] == '\\' && i + 1 < text.size()) ++i;
+    cells.back() += text[i];
   }
+  return cells;
+}
+
+// A category's value that is text stands as an item of a list would.
+std::string CategoryValue(const std::string& text, bool isText) {
+  if (!isText || text.find('\\') == std::string::npos) return text;
+  const std::vector<std::string> cells = SplitCells(text);
+  return cells.size() == 1 ? cells.front() : text;
 }
 
 std::vector<std::int32_t> SplitCodes(std::string_view text) {
@@ -229,7 +240,8 @@ ResultField ReadField(pugi::xml_node node) {
   field.dataType = node.attribute("dataType").as_string();
   for (const pugi::xml_node value : node.children("Value")) {
     field.categories.push_back(
-        {value.attribute("value").as_string(), value.attribute("displayValue").as_string()});
+        {CategoryValue(value.attribute("value").as_string(), field.dataType == "string"),
+         value.attribute("displayValue").as_string()});
   }
   return field;
 }

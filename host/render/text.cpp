@@ -1,262 +1,382 @@
 #include "host/render/text.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
+#include <cmath>
+#include <optional>
 
 #include "host/data/number.h"
+#include "host/render/effect_size.h"
+#include "host/render/significance.h"
 #include "host/render/table_words.h"
+#include "host/render/text_comparisons.h"
+#include "host/render/text_plots.h"
 #include "host/render/wording.h"
 
 namespace npar_host {
 namespace {
 
-constexpr std::size_t kLineWidth = 80;
 constexpr std::size_t kIndent = 2;
-constexpr std::size_t kColumnGap = 2;
+constexpr std::size_t kHistogramCells = 20;
+constexpr std::size_t kBarCells = 30;
+constexpr std::size_t kWidestBoxPlot = 60;
+constexpr std::size_t kNarrowestBoxPlot = 10;
+constexpr std::size_t kMostCategories = 30;  // of a field's counts
 
-bool IsContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80u; }
+std::string Text(double number) { return FigureText(NumberText(number)); }
 
-// Characters, not bytes: what alignment counts.
-std::size_t Width(std::string_view text) {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(text, [](char c) { return !IsContinuation(c); }));
+bool IsSignificance(const ResultStatistic& figure) {
+  const auto number = FigureNumber(figure.text);
+  return figure.name.find("Sig") != std::string::npos && number && std::isfinite(*number);
 }
 
-std::string Padding(std::string_view text, std::size_t width) {
-  const std::size_t own = Width(text);
-  return std::string(width > own ? width - own : 0, ' ');
+std::string FigureOf(const ResultDistribution& distribution, std::string_view name) {
+  const auto found = std::ranges::find(distribution.figures, name, &ResultStatistic::name);
+  return found == distribution.figures.end() ? "" : FigureText(found->text);
 }
 
-// Breaks at blanks; further lines start under the first.
-std::string Wrapped(std::string_view text, std::size_t indent) {
-  std::string lines(indent, ' ');
-  std::size_t column = indent;
-  bool lineIsEmpty = true;
-  while (!text.empty()) {
-    const std::size_t end = text.find(' ');
-    const std::string_view word = text.substr(0, end);
-    if (!lineIsEmpty && column + 1 + Width(word) > kLineWidth) {
-      lines += '\n' + std::string(indent, ' ');
-      column = indent;
-      lineIsEmpty = true;
-    }
-    if (!lineIsEmpty) {
-      lines += ' ';
-      ++column;
-    }
-    lines += word;
-    column += Width(word);
-    lineIsEmpty = false;
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+// "Rank-biserial correlation (r)", "Kendall's W".
+std::string EffectLabel(const EffectSize& effect, bool ascii) {
+  std::string name = effect.name;
+  if (ascii) {
+    const std::size_t accent = name.find("\u00e9");  // Cramer
+    if (accent != std::string::npos) name.replace(accent, 2, "e");
   }
-  return lines + '\n';
-}
-
-// Rows of texts in aligned columns, the first to the left and the others to the right.
-std::string Aligned(const std::vector<std::vector<std::string>>& rows, std::size_t indent) {
-  std::vector<std::size_t> widths;
-  for (const auto& row : rows) {
-    widths.resize(std::max(widths.size(), row.size()));
-    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], Width(row[i]));
-  }
-  std::string text;
-  for (const auto& row : rows) {
-    std::string line(indent, ' ');
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      if (i > 0) line += std::string(kColumnGap, ' ');
-      line += i == 0 ? row[i] + Padding(row[i], widths[i]) : Padding(row[i], widths[i]) + row[i];
-    }
-    line.erase(line.find_last_not_of(' ') + 1);
-    text += line + '\n';
-  }
-  return text;
+  const bool hasPlainSymbol = static_cast<unsigned char>(effect.symbol[0]) < 0x80;
+  if (name.ends_with(" " + effect.symbol) || (ascii && !hasPlainSymbol)) return name;
+  return name + " (" + effect.symbol + ")";
 }
 
 class TextReport {
  public:
-  explicit TextReport(const ResultDocument& document) : document(document) {}
+  TextReport(const ResultDocument& document, const TextStyle& style)
+      : document(document), page(style) {}
 
   std::string Render() {
     WriteHead();
+    if (document.tests.size() > 1) WriteOverview();
     for (std::size_t i = 0; i < document.tests.size(); ++i) WriteTest(i + 1, document.tests[i]);
-    return std::move(text);
+    WriteFields();
+    return page.Take();
   }
 
  private:
+  [[nodiscard]] bool Ascii() const { return page.Style().ascii; }
+
   void WriteHead() {
-    text += "Nonparametric tests\n===================\n";
-    std::string line = FigureText(NumberText(document.totalCount)) + " records";
+    page.Heading("Nonparametric tests", '=');
+    std::string line = Text(document.totalCount) + " records";
     if (document.totalFreq != document.totalCount) {
-      line += " with a total weight of " + FigureText(NumberText(document.totalFreq));
+      line += " with a total weight of " + Text(document.totalFreq);
     }
     if (document.droppedCount > 0.0) {
-      line += ", " + FigureText(NumberText(document.droppedCount)) + " dropped for missing values";
+      line += ", " + Text(document.droppedCount) + " dropped for missing values";
     }
     if (document.badWeightCount > 0.0) {
-      line += ", " + FigureText(NumberText(document.badWeightCount)) +
-              " dropped for a missing weight or one below 1";
+      line += ", " + Text(document.badWeightCount) + " dropped for a missing weight or one below 1";
     }
     line += "; missing values are excluded ";
     line += document.listwise ? "listwise" : "test by test";
-    line += ". Significance level " + FigureText(NumberText(document.sigLevel)) +
-            ", confidence level " + FigureText(NumberText(document.confidenceLevel)) + ".";
-    text += Wrapped(line, 0);
-    if (document.tests.empty()) text += "\nNo test was run.\n";
+    line += ". Significance level " + Text(document.sigLevel) + ", confidence level " +
+            Text(document.confidenceLevel) + ".";
+    page.Paragraph(line, 0);
+    if (document.tests.empty()) {
+      page.Blank();
+      page.Paragraph("No test was run.", 0);
+    }
+  }
+
+  void WriteOverview() {
+    TextTable table{{{"Test", "Fields", "Significance", "Decision"}}, "llrl", true};
+    for (std::size_t i = 0; i < document.tests.size(); ++i) {
+      const ResultTest& test = document.tests[i];
+      const bool isTest = !test.decision.empty();
+      const auto significance = DecidingSignificance(test);
+      std::string p;
+      if (isTest && significance) p = SignificanceText(significance->figure);
+      table.rows.push_back({std::to_string(i + 1) + ". " + TestTitle(test), FieldsOf(test), p,
+                            isTest ? test.decision : "(estimate)"});
+    }
+    page.Blank();
+    page.Table(table, 0);
+  }
+
+  std::string FieldsOf(const ResultTest& test) const {
+    std::string fields;
+    const auto add = [&](std::size_t position, const char* joint) {
+      for (const std::string& title : FieldTitles(document, test, position)) {
+        fields += (fields.empty() ? "" : joint) + title;
+      }
+    };
+    add(0, ", ");
+    if (test.classification == "Related_Samples") add(1, ", ");
+    if (test.classification == "Independent_Samples") add(1, " by ");
+    return fields;
   }
 
   void WriteTest(std::size_t number, const ResultTest& test) {
-    const std::string heading = std::to_string(number) + ". " + Printable(TestTitle(test));
-    text += '\n' + heading + '\n' + std::string(Width(heading), '-') + '\n';
-    text += Wrapped(Printable(Hypothesis(document, test)), kIndent);
-    const std::string decision = DecisionText(document, test);
-    if (!decision.empty()) text += Wrapped(decision, kIndent);
+    page.Blank();
+    page.Heading(std::to_string(number) + ". " + TestTitle(test), '-');
+    page.Paragraph(Hypothesis(document, test), kIndent);
+    WriteDecision(test);
     WriteFigures(test);
+    WriteDifferences(test);
     WriteGroups(test);
     WriteBoxPlots(test);
     for (const ResultTable& table : test.tables) WriteTable(test, table);
-    WriteComparison(test, test.pairwise, "PairwiseResult");
-    WriteComparison(test, test.stepwise, "StepwiseResult");
+    WriteComparisons(page, document, test, kIndent);
     if (!test.unknownValues.empty()) {
       std::string line = "Given values that are no category:";
-      for (const std::string& value : test.unknownValues) line += ' ' + Printable(value);
-      text += '\n' + Wrapped(line, kIndent);
+      for (const std::string& value : test.unknownValues) line += ' ' + value;
+      page.Blank();
+      page.Paragraph(line, kIndent);
     }
     WriteMessages(test);
   }
 
-  void AddFigures(std::vector<std::vector<std::string>>& rows,
-                  const std::vector<ResultStatistic>& figures) {
+  void WriteDecision(const ResultTest& test) {
+    std::string decision = DecisionText(document, test);
+    if (decision.empty()) return;
+    const auto significance = DecidingSignificance(test);
+    const bool isDecided = test.decision == "reject" || test.decision == "retain";
+    if (isDecided && significance) {
+      decision.pop_back();
+      decision += ": " + SignificanceText(significance->figure) + " (" +
+                  SignificanceKind(*significance) + ").";
+    }
+    page.Paragraph(decision, kIndent, test.decision == "reject" ? Ink::Strong : Ink::Plain);
+  }
+
+  static void AddFigures(TextTable& table, const std::vector<ResultStatistic>& figures) {
     std::string group;
     for (const ResultStatistic& figure : figures) {
       const bool isRuns = figure.group == "MinimumRuns" || figure.group == "MaximumRuns";
-      if (isRuns && figure.group != group) rows.push_back({FigureLabel(figure.group)});
+      if (isRuns && figure.group != group) table.rows.push_back({FigureLabel(figure.group)});
       group = figure.group;
-      rows.push_back({(isRuns ? "  " : "") + FigureLabel(figure.name), FigureText(figure.text)});
+      table.rows.push_back({(isRuns ? "  " : "") + FigureLabel(figure.name),
+                            FigureText(figure.text),
+                            IsSignificance(figure) ? SignificanceText(figure.text) : ""});
     }
   }
 
   void WriteFigures(const ResultTest& test) {
-    std::vector<std::vector<std::string>> rows;
-    if (test.differences) AddFigures(rows, test.differences->figures);
-    // A cross table's own entries are codes that its labels already tell.
+    TextTable table{{}, "lrl", false};
+    if (test.differences) AddFigures(table, test.differences->figures);
+    // A cross table's own entries are codes that its titles already tell.
     std::vector<ResultStatistic> details = test.details;
     std::erase_if(details, [](const auto& d) { return d.group == "CategoryFieldsComparison"; });
-    AddFigures(rows, details);
-    AddFigures(rows, test.statistics);
+    AddFigures(table, details);
+    AddFigures(table, test.statistics);
     for (const ResultInterval& interval : test.intervals) {
-      if (!interval.method.empty())
-        rows.push_back({interval.method, FigureText(interval.estimate)});
-      rows.push_back({"  Lower limit", FigureText(interval.lower)});
-      rows.push_back({"  Upper limit", FigureText(interval.upper)});
+      if (!interval.method.empty()) {
+        table.rows.push_back({FigureLabel(interval.method), FigureText(interval.estimate)});
+      }
+      table.rows.push_back({"  Lower limit", FigureText(interval.lower)});
+      table.rows.push_back({"  Upper limit", FigureText(interval.upper)});
     }
-    if (!rows.empty()) text += '\n' + Aligned(rows, kIndent);
+    if (const auto effect = FindEffectSize(document, test)) {
+      const std::string label = EffectLabel(*effect, Ascii());
+      // Kendall's test gives its own among the statistics.
+      const bool isShown = std::ranges::any_of(
+          table.rows, [&label](const auto& row) { return row.front() == label; });
+      if (!isShown) table.rows.push_back({label, Text(effect->value)});
+    }
+    if (table.rows.empty()) return;
+    page.Blank();
+    page.Table(table, kIndent);
+  }
+
+  [[nodiscard]] std::string Histogram(const std::vector<ResultBin>& bins) const {
+    return HistogramLine(bins, RangeOf(bins), HistogramCells(bins, kHistogramCells), Ascii());
+  }
+
+  // The histogram between the ends of its axis, which are values of the data.
+  std::string LabelledHistogram(const std::vector<ResultBin>& bins) const {
+    const PlotRange range = RangeOf(bins);
+    if (range.isEmpty) return {};
+    return Text(range.lowest) + " [" + Histogram(bins) + "] " + Text(range.highest);
+  }
+
+  void WriteDifferences(const ResultTest& test) {
+    if (!test.differences) return;
+    const std::string histogram = LabelledHistogram(test.differences->bins);
+    if (histogram.empty()) return;
+    page.Blank();
+    page.Drawing("Differences  " + histogram, kIndent);
   }
 
   void WriteGroups(const ResultTest& test) {
     if (test.groups.empty()) return;
-    std::vector<std::vector<std::string>> rows{{"Group"}};
+    TextTable table{{{"Group"}}, "lr", true};
+    // One axis for all groups, so that their histograms can be compared.
+    std::vector<ResultBin> allBins;
+    for (const ResultGroup& group : test.groups) {
+      allBins.insert(allBins.end(), group.bins.begin(), group.bins.end());
+    }
+    const PlotRange range = RangeOf(allBins);
+    const std::size_t cells = HistogramCells(allBins, kHistogramCells);
     for (const ResultStatistic& figure : test.groups.front().figures) {
-      rows[0].push_back(FigureLabel(figure.name));
+      table.rows[0].push_back(FigureLabel(figure.name));
+    }
+    if (!range.isEmpty) {
+      table.rows[0].push_back("Distribution");
+      table.alignment = "l" + std::string(test.groups.front().figures.size(), 'r') + "p";
     }
     for (const ResultGroup& group : test.groups) {
-      rows.push_back({Printable(GroupTitle(document, test, group))});
+      table.rows.push_back({GroupTitle(document, test, group)});
       for (const ResultStatistic& figure : group.figures) {
-        rows.back().push_back(FigureText(figure.text));
+        table.rows.back().push_back(FigureText(figure.text));
+      }
+      if (!range.isEmpty) {
+        table.rows.back().push_back(HistogramLine(group.bins, range, cells, Ascii()));
       }
     }
-    text += '\n' + Aligned(rows, kIndent);
+    page.Blank();
+    page.Table(table, kIndent);
   }
 
   void WriteBoxPlots(const ResultTest& test) {
     if (test.boxPlots.empty()) return;
     const bool hasRanks = test.boxPlots.front().meanRank.has_value();
-    std::vector<std::vector<std::string>> rows{{"Group"}};
-    if (hasRanks) rows[0].push_back("Mean rank");
-    for (const char* column : {"Lowest", "25 %", "Median", "75 %", "Highest", "Outliers"}) {
-      rows[0].push_back(column);
+    TextTable table{{{"Group"}}, "lr", true};
+    if (hasRanks) table.rows[0].push_back("Mean rank");
+    for (const char* column : {"Lowest", "25 %", "Median", "75 %", "Highest"}) {
+      table.rows[0].push_back(column);
     }
     for (const ResultBoxPlot& plot : test.boxPlots) {
-      rows.push_back({Printable(SampleTitle(document, test, plot.code))});
-      if (hasRanks) rows.back().push_back(FigureText(plot.meanRank.value_or("")));
-      for (std::size_t i = 0; i < 5; ++i) {
-        rows.back().push_back(plot.fiveNumbers.empty() ? "" : FigureText(plot.fiveNumbers[i]));
+      table.rows.push_back({SampleTitle(document, test, plot.code)});
+      if (hasRanks) table.rows.back().push_back(FigureText(plot.meanRank.value_or("")));
+      for (const std::string& number : plot.fiveNumbers) {
+        table.rows.back().push_back(FigureText(number));
       }
-      rows.back().push_back(std::to_string(plot.outliers.size()));
     }
-    text += '\n' + Aligned(rows, kIndent);
+    page.Blank();
+    page.Table(table, kIndent);
+    DrawBoxPlots(test);
+    for (const ResultBoxPlot& plot : test.boxPlots) WriteOutliers(test, plot);
+  }
+
+  void DrawBoxPlots(const ResultTest& test) {
+    PlotRange range;
+    std::size_t titleWidth = 0;
+    for (const ResultBoxPlot& plot : test.boxPlots) {
+      IncludeBoxPlot(plot, range);
+      const std::string title = SampleTitle(document, test, plot.code);
+      titleWidth = std::max(titleWidth, DisplayWidth(Printable(title, Ascii())));
+    }
+    if (range.isEmpty) return;
+    const std::size_t room = page.Style().width - kIndent;
+    titleWidth = std::min(titleWidth, room / 3);
+    const std::size_t cells = std::clamp(room - titleWidth - 2, kNarrowestBoxPlot, kWidestBoxPlot);
+    TextTable table{{}, "l", false};
+    for (const ResultBoxPlot& plot : test.boxPlots) {
+      std::string title = Printable(SampleTitle(document, test, plot.code), Ascii());
+      title = WrapText(title, titleWidth).front();
+      title += std::string(titleWidth - std::min(titleWidth, DisplayWidth(title)), ' ');
+      const std::string line = title + "  " + BoxPlotLine(plot, range, cells, Ascii());
+      table.rows.push_back({line.substr(0, line.find_last_not_of(' ') + 1)});
+    }
+    page.Blank();
+    for (const auto& row : table.rows) page.Drawing(row[0], kIndent);
+    const std::string lowest = Text(range.lowest);
+    const std::string highest = Text(range.highest);
+    const std::size_t labels = lowest.size() + highest.size();
+    page.Drawing(std::string(titleWidth + 2, ' ') + lowest +
+                     std::string(cells > labels ? cells - labels : 1, ' ') + highest,
+                 kIndent);
+  }
+
+  void WriteOutliers(const ResultTest& test, const ResultBoxPlot& plot) {
+    if (plot.outliers.empty()) return;
+    std::string line = "Outliers of " + SampleTitle(document, test, plot.code) + ": ";
+    for (std::size_t i = 0; i < plot.outliers.size(); ++i) {
+      const ResultOutlier& outlier = plot.outliers[i];
+      line += (i == 0 ? "" : ", ") + FigureText(outlier.value);
+      if (!outlier.Case().empty()) line += " (case " + outlier.Case() + ")";
+    }
+    page.Paragraph(line, kIndent);
   }
 
   void WriteTable(const ResultTest& test, const ResultTable& table) {
     if (table.Empty()) return;
-    text +=
-        '\n' + std::string(kIndent, ' ') + Printable(TableCaption(document, test, table)) + '\n';
-    std::vector<std::vector<std::string>> rows{{""}};
+    TextTable shown{{{""}}, "lr", true};
     for (std::size_t i = 0; i < ColumnCount(table); ++i) {
-      rows[0].push_back(Printable(ColumnTitle(test, table, i)));
+      shown.rows[0].push_back(ColumnTitle(document, test, table, i));
     }
     for (std::size_t i = 0; i < table.rows.size(); ++i) {
-      rows.push_back({Printable(RowTitle(document, test, table, i))});
-      for (const std::string& cell : table.rows[i]) rows.back().push_back(FigureText(cell));
-    }
-    text += Aligned(rows, kIndent);
-  }
-
-  void WriteComparison(const ResultTest& test, const ResultComparison& comparison,
-                       std::string_view name) {
-    if (!comparison.present || comparison.content.Empty()) return;
-    text += '\n' + std::string(kIndent, ' ') + TableLabel(name) + '\n';
-    std::vector<std::vector<std::string>> rows(1);
-    for (const std::string& column : comparison.content.columnNames) {
-      rows[0].push_back(TableLabel(column));
-    }
-    for (const auto& cells : comparison.content.rows) {
-      rows.emplace_back();
-      for (std::size_t i = 0; i < cells.size(); ++i) {
-        rows.back().push_back(i < 2 ? Printable(PositionTitle(document, test, comparison, cells[i]))
-                                    : FigureText(cells[i]));
+      shown.rows.push_back({RowTitle(document, test, table, i)});
+      for (const std::string& cell : table.rows[i]) {
+        shown.rows.back().push_back(FigureText(cell));
       }
     }
-    text += Aligned(rows, kIndent);
+    page.Blank();
+    page.Paragraph(TableCaption(document, test, table), kIndent);
+    page.Table(shown, kIndent);
   }
 
   void WriteMessages(const ResultTest& test) {
-    if (!test.messages.empty()) text += '\n';
+    if (!test.messages.empty()) page.Blank();
     for (const ResultMessage& message : test.messages) {
-      text += Wrapped(MessageKindWord(message) + " " + std::to_string(message.code) + ": " +
-                          Printable(MessageWords(document, message)),
-                      kIndent);
+      const std::string kind = MessageKindWord(message);
+      const Ink ink = kind == "error" ? Ink::Error : kind == "warning" ? Ink::Warning : Ink::Plain;
+      page.Paragraph(
+          kind + " " + std::to_string(message.code) + ": " + MessageWords(document, test, message),
+          kIndent, ink);
     }
   }
 
+  void WriteFields() {
+    TextTable continuous{
+        {{"Field", "N", "Minimum", "Maximum", "Mean", "Std. dev.", "Distribution"}},
+        "lrrrrrp",
+        true};
+    for (const ResultField& field : document.fields) {
+      if (!field.distribution || field.isCategorical) continue;
+      const ResultDistribution& values = *field.distribution;
+      continuous.rows.push_back({field.Title()});
+      for (const char* figure : {"TotalN", "Min", "Max", "Mean", "StdDev"}) {
+        continuous.rows.back().push_back(FigureOf(values, figure));
+      }
+      continuous.rows.back().push_back(Histogram(values.bins));
+    }
+    const bool hasCategorical = std::ranges::any_of(document.fields, [](const ResultField& field) {
+      return field.distribution && field.isCategorical;
+    });
+    if (continuous.rows.size() == 1 && !hasCategorical) return;
+    page.Blank();
+    page.Heading("Fields", '-');
+    if (continuous.rows.size() > 1) page.Table(continuous, kIndent);
+    bool isFirst = continuous.rows.size() == 1;
+    for (const ResultField& field : document.fields) {
+      if (!field.distribution || !field.isCategorical) continue;
+      if (!isFirst) page.Blank();
+      isFirst = false;
+      WriteCategories(field, field.distribution->bins);
+    }
+  }
+
+  void WriteCategories(const ResultField& field, const std::vector<ResultBin>& bins) {
+    double most = 0.0;
+    for (const ResultBin& bin : bins) most = std::max(most, bin.count);
+    TextTable table{{{field.Title(), "Count", ""}}, "lrp", true};
+    for (const ResultBin& bin : bins) {
+      if (table.rows.size() > kMostCategories) {
+        table.rows.push_back({"(and more)"});
+        break;
+      }
+      table.rows.push_back({CategoryTitle(field, static_cast<std::int32_t>(bin.value)),
+                            Text(bin.count), BarLine(bin.count / most, kBarCells, Ascii())});
+    }
+    page.Table(table, kIndent);
+  }
+
   const ResultDocument& document;
-  std::string text;
+  TextPage page;
 };
 
 }  // namespace
 
-std::string RenderText(const ResultDocument& document, const TextStyle&) {
-  return TextReport(document).Render();
-}
-
-std::string Printable(std::string_view text) {
-  std::string shown;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    std::array<char, 8> escape{};
-    if (byte < 0x20 || byte == 0x7F) {
-      std::snprintf(escape.data(), escape.size(), "\\x%02x", byte);
-      shown += escape.data();
-    } else if (byte == 0xC2 && i + 1 < text.size() &&
-               static_cast<unsigned char>(text[i + 1]) < 0xA0) {
-      // U+0080 to U+009F: control characters that some terminals obey.
-      std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned char>(text[++i]));
-      shown += escape.data();
-    } else {
-      shown += text[i];
-    }
-  }
-  return shown;
+std::string RenderText(const ResultDocument& document, const TextStyle& style) {
+  return TextReport(document, style).Render();
 }
 
 }  // namespace npar_host

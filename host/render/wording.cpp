@@ -95,6 +95,8 @@ constexpr Words kFigureLabels[] = {
     {"Positive", "Most extreme difference, positive"},
     {"Negative", "Most extreme difference, negative"},
     {"Estimate", "Estimate"},
+    {"ClopperPearson", "Clopper-Pearson"},
+    {"ProfileLikelihood", "Profile likelihood"},
     {"MinimumRuns", "Fewest possible runs"},
     {"MaximumRuns", "Most possible runs"},
     {"RowNames", "Row field"},

@@ -74,7 +74,7 @@ TEST_F(CommandLineTest, AnalysePrintsTheReportAndKeepsDocumentsThatRunTakes) {
                "patient", "--keep-documents", folder.Path("kept"), "--out", folder.Path("a.xml")});
   EXPECT_EQ(analysis.exitCode, 0) << analysis.err;
   EXPECT_THAT(analysis.out, AllOf(HasSubstr("1. Sign test"), HasSubstr("0.00390625"),
-                                  HasSubstr("Reject the null hypothesis at the level 0.05.")));
+                                  HasSubstr("Reject the null hypothesis at the level 0.05: p = .004")));
   ExpectValid("parameters.xsd", folder.Path("kept/params.xml"));
   ExpectValid("datamodel.xsd", folder.Path("kept/model.xml"));
   ExpectValid("statxml-7.0.xsd", folder.Path("a.xml"));

@@ -107,6 +107,19 @@ TEST(ResultModelTest, ReadsEveryFormOfATest) {
   EXPECT_THAT(test.tables.at(0).rows.at(1), ElementsAre("3", "4"));
 }
 
+TEST(ResultModelTest, SeparatorsInsideTextsAreUnescaped) {
+  const ResultDocument document = ReadResultDocument(
+      R"(<StatXML><Extension><NPAROutput><DataDictionary>
+<DataField name="g" optype="categorical" dataType="string"><Value value="a\;b\\"/></DataField>
+</DataDictionary><NonParametricTests><Algorithm name="RMarginalHomogeneity">
+<StructuredTable name="CategoryFieldsComparison"><SimpleTable name="Content">
+<RowNames>a\;b\\;c</RowNames><ColumnNames/><Row>1</Row></SimpleTable></StructuredTable>
+</Algorithm></NonParametricTests></NPAROutput></Extension></StatXML>)",
+      "r.xml");
+  EXPECT_EQ(document.fields.at(0).categories.at(0).value, "a;b\\");
+  EXPECT_THAT(document.tests.at(0).tables.at(0).rowNames, ElementsAre("a;b\\", "c"));
+}
+
 TEST(ResultModelTest, AnEstimateTakesItsIntervalFromTwoTables) {
   const ResultDocument document = Read(
       R"(<Algorithm name="RHodgesLehmannEstimatePairs" type="confidence_interval"

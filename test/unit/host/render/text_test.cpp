@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace npar_host {
 namespace {
 
@@ -12,11 +14,9 @@ using testing::Not;
 ResultDocument SignDocument() {
   ResultDocument document;
   document.totalCount = document.totalFreq = 10.0;
-  ResultField first;
-  first.name = "drug1";
-  ResultField second;
-  second.name = "drug2";
-  document.fields = {first, second};
+  document.fields.resize(2);
+  document.fields[0].name = "drug1";
+  document.fields[1].name = "drug2";
   ResultTest test;
   test.name = "RSign";
   test.type = "hypothesis_test";
@@ -24,10 +24,50 @@ ResultDocument SignDocument() {
   test.decision = "reject";
   test.conditionKey = "R_Sign_2";
   test.conditionParameters = {"0", "1"};
-  test.differences = ResultDistribution{{{"", "PositiveDifferences", "9"}}, {}};
+  test.differences =
+      ResultDistribution{{{"", "PositiveDifferences", "9"}}, {{1, 0.8}, {2, 1.3}, {1, 4.6}}};
   test.statistics = {{"", "TotalN", "10"}, {"", "ExactSig2Tailed", "0.00390625"}};
   document.tests = {test};
   return document;
+}
+
+// Six samples whose comparisons have every column.
+ResultDocument ComparisonDocument(const std::vector<std::string>& categories) {
+  ResultDocument document = SignDocument();
+  document.fields[1].isCategorical = true;
+  ResultTest& test = document.tests[0];
+  test.name = "IKruskalWallis";
+  test.classification = "Independent_Samples";
+  test.differences.reset();
+  for (ResultComparison* comparison : {&test.pairwise, &test.stepwise}) {
+    comparison->present = true;
+    comparison->content.columnNames = {
+        "Sample1", "Sample2", "TestStatistic", "StandardError", "StandardTestStatistic",
+        "Sig",     "AdjSig"};
+  }
+  for (std::size_t i = 0; i < categories.size(); ++i) {
+    document.fields[1].categories.push_back({categories[i], ""});
+    test.pairwise.order.push_back(static_cast<std::int32_t>(categories.size() - 1 - i));
+    test.stepwise.values.push_back(std::to_string(i) + ".5");
+    test.boxPlots.push_back({static_cast<std::int32_t>(i),
+                             "12345.6789",
+                             {"-1.23456e+100", "1", "2", "3", "1e+100"},
+                             {{"2e+100", "7", ""}}});
+  }
+  test.stepwise.order = test.pairwise.order;
+  test.pairwise.content.rows = {
+      {"0", "1", "-12345.6789", "12345.6789", "-2.3456789", "0.0123456", "0.0456"},
+      {"1", "2", "-12345.6789", "12345.6789", "-2.3456789", "0.00000123", "0.123456"}};
+  test.stepwise.content.rows = {{"1", "2", "7.25", "", "", "0.25", "0.5"},
+                                {"0", "0", "__MISSING__", "", "", "__MISSING__", "__MISSING__"}};
+  return document;
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
 }
 
 TEST(TextReportTest, ShowsHypothesisDecisionAndFigures) {
@@ -39,12 +79,115 @@ confidence level 0.95.
 1. Sign test
 ------------
   The median of the differences drug2 - drug1 is 0.
-  Reject the null hypothesis at the level 0.05.
+  Reject the null hypothesis at the level 0.05: p = .004 (exact, 2-sided).
 
   Positive differences                   9
   Total N                               10
-  Exact significance (2-sided)  0.00390625
+  Exact significance (2-sided)  0.00390625  p = .004
+
+  Differences  0.8 [█ ▃] 4.6
 )");
+}
+
+TEST(TextReportTest, ComparisonsNameTheirSamplesAndMarkTheSignificantOnes) {
+  const std::string text = RenderText(ComparisonDocument({"Alpha", "Beta", "Gamma"}));
+  EXPECT_THAT(text, HasSubstr(R"(
+  Pairwise comparisons
+  Sample 1  Sample 2  Statistic     Std.       Std.    Sig.  Adj.
+                                   error  statistic          sig.
+  Gamma     Beta       -12345.7  12345.7   -2.34568    .012  .046  *
+  Beta      Alpha      -12345.7  12345.7   -2.34568  < .001  .123
+  * adjusted significance below 0.05
+)"));
+  EXPECT_THAT(text, HasSubstr(R"(
+  Homogeneous subsets: samples in one column do not differ significantly
+  Subset       1     2
+  Gamma      0.5
+  Beta             1.5
+  Alpha            2.5
+  Statistic       7.25
+  Sig.            .250
+  Adj. sig.       .500
+)"));
+}
+
+struct HostileName {
+  const char* catches;
+  std::string name;
+  const char* shown;
+};
+
+const HostileName kHostileNames[] = {
+    {"escape sequences", "a\x1b[31m", R"(a\x1b[31m)"},
+    {"line breaks and tabs", "a\nb\tc\r", R"(a\x0ab\x09c\x0d)"},
+    {"DEL", "a\x7f", R"(a\x7f)"},
+    {"one-byte control sequences of C1", "a\xc2\x9b", R"(a\u009b)"},
+    {"direction of the line", "a\xe2\x80\xae", R"(a\u202e)"},
+    {"invisible byte order mark",
+     "\xef\xbb\xbf"
+     "a",
+     R"(\ufeffa)"},
+    {"a stray byte", "a\xff", R"(a\xff)"},
+    {"an overlong escape", "a\xc0\x9b", R"(a\xc0\x9b)"},
+    {"a cut character", "a\xe2\x82", R"(a\xe2\x82)"},
+    {"what looks like a place for a title", "{0}", "{0}"},
+    {"harmless", "\xc3\xa9 \xe5\x90\x8d", "\xc3\xa9 \xe5\x90\x8d"},
+};
+
+TEST(TextReportTest, NamesCannotControlTheTerminal) {
+  for (const HostileName& row : kHostileNames) {
+    SCOPED_TRACE(row.catches);
+    ResultDocument document = ComparisonDocument({row.name, "b", "c"});
+    document.fields[0].name = row.name;
+    document.tests[0].unknownValues = {row.name};
+    const std::string text = RenderText(document);
+    EXPECT_THAT(text, HasSubstr("The distribution of " + std::string(row.shown) + " is"));
+    EXPECT_THAT(text, HasSubstr("\n  " + std::string(row.shown)));
+    EXPECT_THAT(text, HasSubstr("no category: " + std::string(row.shown)));
+    for (const char c : text) EXPECT_TRUE(c == '\n' || static_cast<unsigned char>(c) >= 0x20);
+  }
+}
+
+TEST(TextReportTest, AsciiIsAsciiAlone) {
+  ResultDocument document = ComparisonDocument({"\xc3\xa9", "b", "c"});
+  document.tests[0].name = "IMedian";  // Cramer's V
+  document.tests[0].statistics = {{"", "TotalN", "64"}, {"", "TestStatistic", "16"}};
+  document.tests[0].messages = {{220003, "error", {"\xc3\xa9"}, {}}};
+  document.tests.push_back(SignDocument().tests[0]);
+  const std::string text = RenderText(document, {80, true, false});
+  for (const char c : text) ASSERT_LT(static_cast<unsigned char>(c), 0x80);
+  EXPECT_THAT(text, HasSubstr(R"(\u00e9)"));
+  EXPECT_THAT(text, HasSubstr("0.8 [@ -] 4.6"));
+}
+
+TEST(TextReportTest, ColourIsOnlyWhereItIsAskedFor) {
+  EXPECT_THAT(RenderText(SignDocument()), Not(HasSubstr("\x1b")));
+  EXPECT_THAT(RenderText(SignDocument(), {80, false, true}),
+              HasSubstr("\x1b[1mReject the null hypothesis"));
+}
+
+TEST(TextReportTest, NoLineIsWiderThanThePage) {
+  const std::string wide = "\xe5\x90\x8d\xe5\x89\x8d";  // two characters, four columns
+  std::string wideName;
+  for (int i = 0; i < 200; ++i) wideName += wide;
+  const std::vector<std::string> names[] = {
+      {"a", "b", "c"},
+      {"a rather long name of a category", "another one of that kind", "and a third one"},
+      {std::string(10000, 'x'), std::string(10000, 'y'), wideName},
+      {"many words " + std::string(500, ' ') + "of it", "", " "},
+  };
+  for (const auto& categories : names) {
+    for (const std::size_t width : {40u, 80u, 120u}) {
+      for (const bool ascii : {false, true}) {
+        ResultDocument document = ComparisonDocument(categories);
+        document.fields[0].name = document.fields[1].name = categories[0];
+        document.tests.push_back(SignDocument().tests[0]);
+        for (const std::string& line : Lines(RenderText(document, {width, ascii, false}))) {
+          EXPECT_LE(DisplayWidth(line), width) << line;
+        }
+      }
+    }
+  }
 }
 
 TEST(TextReportTest, CountsThatAreNotTheUsualOnesAreTold) {
@@ -59,33 +202,11 @@ TEST(TextReportTest, CountsThatAreNotTheUsualOnesAreTold) {
   EXPECT_THAT(text, HasSubstr("excluded listwise"));
 }
 
-TEST(TextReportTest, NamesCannotControlTheTerminal) {
-  ResultDocument document = SignDocument();
-  document.fields[0].name = "a\x1b[31m\xc2\x9b";
-  const std::string text = RenderText(document);
-  EXPECT_THAT(text, HasSubstr(R"(a\x1b[31m\u009b)"));
-  EXPECT_THAT(text, Not(HasSubstr("\x1b")));
-}
-
-TEST(TextReportTest, TitlesThatLookLikePlacesStayAsTheyAre) {
-  ResultDocument document = SignDocument();
-  document.fields[1].name = "{0}";
-  EXPECT_THAT(RenderText(document), HasSubstr("differences {0} - drug1 is 0"));
-}
-
-TEST(TextReportTest, LinesKeepToTheWidthAndNoWordIsLost) {
-  ResultDocument document = SignDocument();
-  document.fields[0].name = std::string(120, 'x');
-  document.fields[1].name = "a b c d e f g h i j k l m n o p q r s t u v w x y z a b c d e f g";
-  const std::string text = RenderText(document);
-  EXPECT_THAT(text, HasSubstr(std::string(120, 'x')));
-  std::size_t start = 0;
-  while (start < text.size()) {
-    const std::size_t end = text.find('\n', start);
-    const std::string line = text.substr(start, end - start);
-    EXPECT_TRUE(line.size() <= 80u || line.find("xxx") != std::string::npos) << line;
-    start = end + 1;
-  }
+TEST(TextReportTest, OutliersAreNamedByTheirCase) {
+  ResultDocument document = ComparisonDocument({"a", "b", "c"});
+  EXPECT_THAT(RenderText(document), HasSubstr("Outliers of a: 2e+100 (case 7)"));
+  NameCases(document, [](double) { return std::string("Zoe\x1b"); });
+  EXPECT_THAT(RenderText(document), HasSubstr("Outliers of a: 2e+100 (case Zoe\\x1b)"));
 }
 
 TEST(TextReportTest, AFailedTestSaysThatThereIsNoDecision) {
@@ -99,9 +220,13 @@ TEST(TextReportTest, AFailedTestSaysThatThereIsNoDecision) {
   EXPECT_THAT(text, HasSubstr("error 220003: "));
 }
 
-TEST(TextReportTest, AnIndexThatNamesNoFieldIsNoCrash) {
-  ResultDocument document = SignDocument();
-  document.tests[0].conditionParameters = {"__MISSING__", "7"};
+TEST(TextReportTest, AnIndexThatNamesNothingIsNoCrash) {
+  ResultDocument document = ComparisonDocument({"a", "b", "c"});
+  ResultTest& test = document.tests[0];
+  test.conditionParameters = {"__MISSING__", "7"};
+  test.stepwise.content.rows = {{"2", "9", "1"}, {"-1", "0", "1"}, {"nan", "1"}, {"1"}};
+  test.pairwise.order = {-5, 99};
+  test.boxPlots[0].code = 99;
   EXPECT_THAT(RenderText(document), HasSubstr("(unknown field)"));
 }
 

@@ -1,0 +1,138 @@
+#include "host/render/text_comparisons.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "host/data/number.h"
+#include "host/render/significance.h"
+#include "host/render/table_words.h"
+#include "host/render/wording.h"
+
+namespace npar_host {
+namespace {
+
+constexpr std::size_t kPositionColumns = 2;
+
+bool IsSignificance(std::string_view column) { return column == "Sig" || column == "AdjSig"; }
+
+// A significance as publications print it, "= .023" or "< .001"; another figure as it is.
+std::string ComparisonFigure(std::string_view column, const std::string& cell) {
+  const std::string figure = FigureText(cell);
+  const auto number = FigureNumber(cell);
+  if (!IsSignificance(column) || !number || !std::isfinite(*number)) return figure;
+  const std::string words = SignificanceText(cell);
+  return words.substr(words.starts_with("p = ") ? 4 : 2);
+}
+
+std::size_t FindColumn(const ResultTable& table, std::string_view name) {
+  return static_cast<std::size_t>(std::ranges::find(table.columnNames, name) -
+                                  table.columnNames.begin());
+}
+
+// Columns that hold anything, such as the standard error where the test has one.
+std::vector<std::size_t> FilledColumns(const ResultTable& table) {
+  std::vector<std::size_t> columns;
+  for (std::size_t i = kPositionColumns; i < table.columnNames.size(); ++i) {
+    const bool isFilled = std::ranges::any_of(
+        table.rows, [i](const auto& row) { return i < row.size() && !FigureText(row[i]).empty(); });
+    if (isFilled) columns.push_back(i);
+  }
+  return columns;
+}
+
+void WritePairwise(TextPage& page, const ResultDocument& document, const ResultTest& test,
+                   std::size_t indent) {
+  const ResultTable& content = test.pairwise.content;
+  const std::vector<std::size_t> columns = FilledColumns(content);
+  const std::size_t adjusted = FindColumn(content, "AdjSig");
+  TextTable table{{{"Sample 1", "Sample 2"}}, "llr", true};
+  for (const std::size_t column : columns) {
+    table.rows[0].push_back(TableLabel(content.columnNames[column]));
+  }
+  bool hasMark = false;
+  for (const auto& cells : content.rows) {
+    if (cells.size() < kPositionColumns) continue;
+    std::vector<std::string> row;
+    for (std::size_t i = 0; i < kPositionColumns; ++i) {
+      row.push_back(PositionTitle(document, test, test.pairwise, cells[i]));
+    }
+    for (const std::size_t column : columns) {
+      row.push_back(column < cells.size()
+                        ? ComparisonFigure(content.columnNames[column], cells[column])
+                        : "");
+    }
+    const auto p = adjusted < cells.size() ? FigureNumber(cells[adjusted]) : std::nullopt;
+    const bool isMarked = p && *p < document.sigLevel;
+    row.push_back(isMarked ? "*" : "");
+    hasMark = hasMark || isMarked;
+    table.rows.push_back(row);
+  }
+  page.Blank();
+  page.Paragraph(TableLabel("PairwiseResult"), indent);
+  page.Table(table, indent);
+  if (hasMark) {
+    page.Paragraph("* adjusted significance below " + FigureText(NumberText(document.sigLevel)),
+                   indent);
+  }
+}
+
+struct Subset {
+  std::size_t first, last;  // positions
+  const std::vector<std::string>* cells;
+};
+
+std::vector<Subset> Subsets(const ResultComparison& stepwise) {
+  std::vector<Subset> subsets;
+  const auto end = static_cast<double>(stepwise.order.size());
+  for (const auto& cells : stepwise.content.rows) {
+    if (cells.size() < kPositionColumns) continue;
+    const auto first = FigureNumber(cells[0]);
+    const auto last = FigureNumber(cells[1]);
+    if (!first || !last || !(*first >= 0.0) || !(*last >= *first) || !(*last < end)) continue;
+    subsets.push_back({static_cast<std::size_t>(*first), static_cast<std::size_t>(*last), &cells});
+  }
+  std::ranges::stable_sort(subsets, {}, &Subset::first);
+  return subsets;
+}
+
+void WriteStepwise(TextPage& page, const ResultDocument& document, const ResultTest& test,
+                   std::size_t indent) {
+  const ResultComparison& stepwise = test.stepwise;
+  const std::vector<Subset> subsets = Subsets(stepwise);
+  TextTable table{{{"Subset"}}, "lr", true};
+  for (std::size_t i = 0; i < subsets.size(); ++i) {
+    table.rows[0].push_back(std::to_string(i + 1));
+  }
+  for (std::size_t position = 0; position < stepwise.order.size(); ++position) {
+    table.rows.push_back({SampleTitle(document, test, stepwise.order[position])});
+    const std::string value =
+        position < stepwise.values.size() ? FigureText(stepwise.values[position]) : "x";
+    for (const Subset& subset : subsets) {
+      const bool isInside = position >= subset.first && position <= subset.last;
+      table.rows.back().push_back(isInside ? value : "");
+    }
+  }
+  for (const std::size_t column : FilledColumns(stepwise.content)) {
+    const std::string& name = stepwise.content.columnNames[column];
+    table.rows.push_back({TableLabel(name)});
+    for (const Subset& subset : subsets) {
+      table.rows.back().push_back(
+          column < subset.cells->size() ? ComparisonFigure(name, (*subset.cells)[column]) : "");
+    }
+  }
+  page.Blank();
+  page.Paragraph("Homogeneous subsets: samples in one column do not differ significantly", indent);
+  page.Table(table, indent);
+}
+
+}  // namespace
+
+void WriteComparisons(TextPage& page, const ResultDocument& document, const ResultTest& test,
+                      std::size_t indent) {
+  if (!test.pairwise.content.Empty()) WritePairwise(page, document, test, indent);
+  if (!test.stepwise.content.Empty()) WriteStepwise(page, document, test, indent);
+}
+
+}  // namespace npar_host
