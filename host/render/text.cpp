@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <set>
 
 #include "host/data/number.h"
 #include "host/render/effect_size.h"
@@ -324,13 +325,32 @@ class TextReport {
     }
   }
 
+  // A document may also hold summaries of fields that no test is about.
+  [[nodiscard]] std::set<std::size_t> TestedFields() const {
+    std::set<std::size_t> fields;
+    for (const ResultTest& test : document.tests) {
+      const std::size_t positions = test.classification == "One_Sample" ? 1 : 2;
+      for (std::size_t position = 0; position < positions; ++position) {
+        for (const std::size_t index : test.ConditionFields(position, document.fields.size())) {
+          if (document.fields[index].distribution) fields.insert(index);
+        }
+      }
+    }
+    return fields;
+  }
+
   void WriteFields() {
+    const std::set<std::size_t> tested = TestedFields();
+    if (tested.empty()) return;
+    page.Blank();
+    page.Heading("Fields", '-');
     TextTable continuous{
         {{"Field", "N", "Minimum", "Maximum", "Mean", "Std. dev.", "Distribution"}},
         "lrrrrrp",
         true};
-    for (const ResultField& field : document.fields) {
-      if (!field.distribution || field.isCategorical) continue;
+    for (const std::size_t index : tested) {
+      const ResultField& field = document.fields[index];
+      if (field.isCategorical) continue;
       const ResultDistribution& values = *field.distribution;
       continuous.rows.push_back({field.Title()});
       for (const char* figure : {"TotalN", "Min", "Max", "Mean", "StdDev"}) {
@@ -338,16 +358,11 @@ class TextReport {
       }
       continuous.rows.back().push_back(Histogram(values.bins));
     }
-    const bool hasCategorical = std::ranges::any_of(document.fields, [](const ResultField& field) {
-      return field.distribution && field.isCategorical;
-    });
-    if (continuous.rows.size() == 1 && !hasCategorical) return;
-    page.Blank();
-    page.Heading("Fields", '-');
     if (continuous.rows.size() > 1) page.Table(continuous, kIndent);
     bool isFirst = continuous.rows.size() == 1;
-    for (const ResultField& field : document.fields) {
-      if (!field.distribution || !field.isCategorical) continue;
+    for (const std::size_t index : tested) {
+      const ResultField& field = document.fields[index];
+      if (!field.isCategorical) continue;
       if (!isFirst) page.Blank();
       isFirst = false;
       WriteCategories(field, field.distribution->bins);
