@@ -9,18 +9,22 @@
 namespace npar_host {
 namespace {
 
-// Names that are isolated wherever they come to stand.
-ResultDocument WithIsolatedNames(const ResultDocument& document) {
-  ResultDocument isolated = document;
-  for (ResultField& field : isolated.fields) {
-    field.name = Isolated(field.name);
-    field.label = Isolated(field.label);
+// Longer names would hide what is said of them. The fields' section has them in full.
+constexpr std::size_t kLongestName = 80;
+
+std::string Name(const std::string& text) { return Isolated(Shortened(text, kLongestName)); }
+
+ResultDocument WithReadableNames(const ResultDocument& document) {
+  ResultDocument readable = document;
+  for (ResultField& field : readable.fields) {
+    field.name = Name(field.name);
+    field.label = Name(field.label);
     for (ResultCategory& category : field.categories) {
-      category.value = Isolated(category.value);
-      category.label = Isolated(category.label);
+      category.value = Name(category.value);
+      category.label = Name(category.label);
     }
   }
-  return isolated;
+  return readable;
 }
 
 std::string Head() {
@@ -82,15 +86,15 @@ std::string Overview(const ResultDocument& document) {
 }  // namespace
 
 std::string RenderHtml(const ResultDocument& original) {
-  const ResultDocument document = WithIsolatedNames(original);
+  const ResultDocument document = WithReadableNames(original);
   std::string page = Head() +
                      "<body>\n<a class=\"skip\" href=\"#main\">Skip to the results</a>\n"
                      "<header>\n<h1>Nonparametric tests</h1>\n" +
                      RunFacts(document) + "</header>\n<main id=\"main\" tabindex=\"-1\">\n" +
                      Overview(document);
   for (std::size_t i = 0; i < document.tests.size(); ++i) page += TestSection(document, i);
-  page += FieldsSection(document) + "</main>\n<footer>\n<p>" + Escaped(document.application) + " " +
-          Escaped(document.applicationVersion);
+  page += FieldsSection(document, original) + "</main>\n<footer>\n<p>" +
+          Escaped(document.application) + " " + Escaped(document.applicationVersion);
   return page + "</p>\n</footer>\n</body>\n</html>\n";
 }
 

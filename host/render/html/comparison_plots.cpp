@@ -143,7 +143,7 @@ std::optional<Plot> PairwiseGraph(const ResultDocument& document, const ResultTe
     plot.drawing.Line(kLabelEnd + 4.0, node.labelY, kAxis, node.y, "leader");
     plot.drawing.Dot(kAxis, node.y, 5.0, "node");
     plot.drawing.Text(kLabelEnd, node.labelY + 4.0, "end", node.measure, "value");
-    plot.drawing.Name(kLabelEnd - 66.0, node.labelY + 4.0, "end", node.title, 15);
+    plot.drawing.Name(kLabelEnd - 66.0, node.labelY + 4.0, "end", node.title, kLabelEnd - 70.0);
   }
   plot.drawing.Text(kLabelEnd, kTop - 14.0, "end", ComparedMeasure(test), "tick");
   plot.height = bottom + 24.0;

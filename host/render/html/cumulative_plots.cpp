@@ -137,9 +137,9 @@ std::optional<Plot> TwoSampleFunctions(const ResultDocument& document, const Res
                     shares((ShareUpTo(first, at) + ShareUpTo(second, at)) / 2.0) + 4.0,
                     isRight ? "end" : "start", "D = " + Extreme(test, "Absolute"), "value halo");
   plot.drawing.Line(kLeft, 14.0, kLeft + 24.0, 14.0, "first line");
-  plot.drawing.Name(kLeft + 30.0, 18.0, "start", firstTitle, 20);
+  plot.drawing.Name(kLeft + 30.0, 18.0, "start", firstTitle, 140.0);
   plot.drawing.Line(kLeft + 180.0, 14.0, kLeft + 204.0, 14.0, "second line dashed");
-  plot.drawing.Name(kLeft + 210.0, 18.0, "start", secondTitle, 20);
+  plot.drawing.Name(kLeft + 210.0, 18.0, "start", secondTitle, 175.0);
   DrawAxisBelow(plot.drawing, across, kBottom, title);
   plot.height = kBottom + 44.0;
   plot.note = "Drawn from the document's bins, which hold the values that the groups have.";

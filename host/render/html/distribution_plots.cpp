@@ -136,7 +136,7 @@ Plot CategoriesPlot(const ResultField& field) {
   for (const ResultBin& bin : bins) {
     const std::string name = CategoryTitle(field, static_cast<std::int32_t>(bin.value));
     const std::string count = FigureText(NumberText(bin.count));
-    plot.drawing.Name(kLabelEnd, y + 14.0, "end", name, 18);
+    plot.drawing.Name(kLabelEnd, y + 14.0, "end", name, kLabelEnd - 4.0);
     plot.drawing.Box(across(0.0), y, across(bin.count) - across(0.0), kStep - 7.0, "first");
     plot.drawing.Text(across(bin.count) + 6.0, y + 14.0, "start", count, "value");
     plot.description += " " + name + " " + count + ";";
@@ -319,8 +319,8 @@ std::optional<Plot> MirroredPlot(const ResultDocument& document, const ResultTes
   DrawBars(plot.drawing, above, across, up, "first");
   DrawBars(plot.drawing, below, across, down, "second");
   plot.drawing.Line(kLeft, middle, kRight, middle, "axis");
-  plot.drawing.Name(kRight, kTop + 2.0, "end", "\u25b4 " + firstTitle, 40);
-  plot.drawing.Name(kRight, bottom - 4.0, "end", "\u25be " + secondTitle, 40);
+  plot.drawing.Name(kRight, kTop + 2.0, "end", "\u25b4 " + firstTitle, 320.0);
+  plot.drawing.Name(kRight, bottom - 4.0, "end", "\u25be " + secondTitle, 320.0);
   DrawAxisBelow(plot.drawing, across, bottom, title);
   plot.height = bottom + 44.0;
   plot.values = ValuesTable(id + "-first", "Values of " + firstTitle, first.bins) +

@@ -50,6 +50,20 @@ std::vector<double> Ticks(const Scale& scale, double parts, bool wholeNumbers) {
   return ticks;
 }
 
+// In the largest size that the page's style has, of a font as wide as any.
+double CharacterWidth(char c) {
+  constexpr std::string_view kNarrow = " !'(),-./:;[]fijlrt|1I";
+  constexpr std::string_view kWide = "@%MWmw";
+  const auto byte = static_cast<unsigned char>(c);
+  if (byte >= 0x80) {
+    // The bytes of a character beyond ASCII: together 10 for two, 14 for three.
+    return byte >= 0xE0 ? 4.0 : 5.0;
+  }
+  if (kNarrow.find(c) != std::string_view::npos) return 5.5;
+  if (kWide.find(c) != std::string_view::npos) return 13.0;
+  return c >= 'A' && c <= 'Z' ? 10.3 : 8.3;
+}
+
 }  // namespace
 
 void Drawing::Line(double x1, double y1, double x2, double y2, std::string_view shapeClass) {
@@ -97,9 +111,19 @@ void Drawing::Text(double x, double y, std::string_view anchor, std::string_view
             " text-anchor=\"" + std::string(anchor) + "\">" + Escaped(text) + "</text>\n";
 }
 
-void Drawing::Name(double x, double y, std::string_view anchor, std::string_view text,
-                   std::size_t most) {
-  Text(x, y, anchor, Shortened(text, most), "name");
+void Drawing::Name(double x, double y, std::string_view anchor, std::string_view text, double room,
+                   std::string_view shapeClass) {
+  double width = 0.0;
+  std::size_t count = 0;  // characters that fit
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    width += CharacterWidth(text[i]);
+    if (width > room) break;
+    if ((static_cast<unsigned char>(text[i]) & 0xC0u) != 0x80u) ++count;
+  }
+  // The ellipsis takes the place of one or two more.
+  const bool fits = width <= room;
+  Text(x, y, anchor, fits ? std::string(text) : Shortened(text, count > 3 ? count - 2 : 1),
+       shapeClass);
 }
 
 Scale ScaleOver(const std::vector<double>& values, double from, double to) {
@@ -133,7 +157,8 @@ void DrawAxisBelow(Drawing& drawing, const Scale& scale, double y, std::string_v
     drawing.Line(scale(tick), y, scale(tick), y + kTickLength, "axis");
     drawing.Text(scale(tick), y + 17.0, "middle", TickText(tick), "tick");
   }
-  drawing.Text((scale.from + scale.to) / 2.0, y + 34.0, "middle", Shortened(title, 48), "title");
+  drawing.Name((scale.from + scale.to) / 2.0, y + 34.0, "middle", title,
+               std::min(scale.from + scale.to, 2.0 * kPlotWidth - scale.from - scale.to), "title");
 }
 
 void DrawAxisLeft(Drawing& drawing, const Scale& scale, double x, double right, bool wholeNumbers) {

@@ -22,8 +22,9 @@ class Drawing {
   /// The anchor is "start", "middle" or "end".
   void Text(double x, double y, std::string_view anchor, std::string_view text,
             std::string_view shapeClass);
-  /// A name of at most `most` characters; a longer one is shortened.
-  void Name(double x, double y, std::string_view anchor, std::string_view text, std::size_t most);
+  /// A name, shortened to what the room surely holds.
+  void Name(double x, double y, std::string_view anchor, std::string_view text, double room,
+            std::string_view shapeClass = "name");
   [[nodiscard]] const std::string& Markup() const { return markup; }
 
  private:

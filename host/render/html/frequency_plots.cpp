@@ -62,12 +62,12 @@ std::optional<Plot> FrequencyPlot(const ResultDocument& document, const ResultTe
   }
   const Scale across{0.0, highest > 0.0 ? highest : 1.0, kLeft, kRight};
   plot.drawing.Box(kLeft, 6.0, 14.0, 10.0, "first");
-  plot.drawing.Name(kLeft + 20.0, 15.0, "start", firstSeries, 18);
+  plot.drawing.Name(kLeft + 20.0, 15.0, "start", firstSeries, 116.0);
   plot.drawing.Box(kLeft + 140.0, 6.0, 14.0, 10.0, "second hollow");
-  plot.drawing.Name(kLeft + 160.0, 15.0, "start", secondSeries, 18);
+  plot.drawing.Name(kLeft + 160.0, 15.0, "start", secondSeries, 144.0);
   double y = 30.0;
   for (const Pair& pair : pairs) {
-    plot.drawing.Name(kLabelEnd, y + 17.0, "end", pair.title, 17);
+    plot.drawing.Name(kLabelEnd, y + 17.0, "end", pair.title, kLabelEnd - 2.0);
     double bar = y;
     for (const auto& [text, shapeClass] :
          {std::pair{&pair.first, "first"}, std::pair{&pair.second, "second hollow"}}) {
@@ -103,27 +103,26 @@ std::optional<Plot> CrossPlot(const ResultDocument& document, const ResultTest& 
   const double top = 52.0;
   const double width = std::min(110.0, (kPlotWidth - left - 8.0) / static_cast<double>(columns));
   const double height = std::min(width, 46.0);
-  const auto nameLength = static_cast<std::size_t>(width / 6.5);
   const auto rowFields = FieldTitles(document, test, 0);
   const auto columnFields = FieldTitles(document, test, 1);
   Plot plot;
   plot.kind = "cross";
   plot.title = TableCaption(document, test, table);
   if (!rowFields.empty()) {
-    plot.drawing.Text(left - 10.0, top - 10.0, "end", Shortened(rowFields[0], 17), "title");
+    plot.drawing.Name(left - 10.0, top - 10.0, "end", rowFields[0], left - 14.0, "title");
   }
   if (!columnFields.empty()) {
-    plot.drawing.Text(left + width * static_cast<double>(columns) / 2.0, 16.0, "middle",
-                      Shortened(columnFields[0], 40), "title");
+    plot.drawing.Name(left + width * static_cast<double>(columns) / 2.0, 16.0, "middle",
+                      columnFields[0], 2.0 * width, "title");
   }
   for (std::size_t j = 0; j < columns; ++j) {
     plot.drawing.Name(left + width * (static_cast<double>(j) + 0.5), top - 10.0, "middle",
-                      ColumnTitle(document, test, table, j), nameLength);
+                      ColumnTitle(document, test, table, j), width - 4.0);
   }
   for (std::size_t i = 0; i < size; ++i) {
     const double y = top + height * static_cast<double>(i);
     const std::string rowTitle = RowTitle(document, test, table, i);
-    plot.drawing.Name(left - 10.0, y + height / 2.0 + 4.0, "end", rowTitle, 17);
+    plot.drawing.Name(left - 10.0, y + height / 2.0 + 4.0, "end", rowTitle, left - 14.0);
     for (std::size_t j = 0; j < table.rows[i].size(); ++j) {
       const double x = left + width * static_cast<double>(j);
       const double share = Count(table.rows[i][j]) / highest;

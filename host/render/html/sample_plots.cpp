@@ -11,11 +11,11 @@
 namespace npar_host {
 namespace {
 
-constexpr double kLabelEnd = 124.0;
-constexpr double kLeft = 134.0;
+constexpr double kLabelEnd = 126.0;
+constexpr double kLeft = 136.0;
 constexpr double kRight = kPlotWidth - 16.0;
 constexpr double kTop = 12.0;
-constexpr std::size_t kLabelLength = 15;
+constexpr double kLabelRoom = kLabelEnd - 2.0;
 constexpr std::size_t kOutliersInWords = 5;
 
 std::optional<double> Finite(std::string_view text) {
@@ -47,7 +47,8 @@ std::string BoxWords(const std::string& title, const ResultBoxPlot& box) {
 
 // Labels that would run into the one before are left out; the table below names them all.
 void DrawOutliers(Drawing& drawing, const ResultBoxPlot& box, const Scale& across, double y) {
-  constexpr double kCharacterWidth = 6.5;
+  constexpr double kCharacterWidth = 8.0;
+  constexpr double kCaseRoom = 90.0;
   std::vector<const ResultOutlier*> sorted;
   for (const ResultOutlier& outlier : box.outliers) {
     if (Finite(outlier.value)) sorted.push_back(&outlier);
@@ -57,9 +58,10 @@ void DrawOutliers(Drawing& drawing, const ResultBoxPlot& box, const Scale& acros
   for (const ResultOutlier* outlier : sorted) {
     const double x = across(*Finite(outlier->value));
     drawing.Dot(x, y, 3.5, "outlier");
-    const double half = static_cast<double>(outlier->Case().size()) * kCharacterWidth / 2.0;
+    const double half =
+        std::min(kCaseRoom, static_cast<double>(outlier->Case().size()) * kCharacterWidth) / 2.0;
     if (outlier->Case().empty() || x - half < labelEnd || x + half > kPlotWidth) continue;
-    drawing.Name(x, y - 8.0, "middle", outlier->Case(), 12);
+    drawing.Name(x, y - 8.0, "middle", outlier->Case(), kCaseRoom);
     labelEnd = x + half + 2.0;
   }
 }
@@ -92,7 +94,7 @@ std::optional<Plot> BoxPlots(const ResultDocument& document, const ResultTest& t
     const std::string name = SampleTitle(document, test, box.code);
     plot.description += BoxWords(name, box);
     plot.drawing.Line(kLeft, y, kRight, y, "grid");
-    plot.drawing.Name(kLabelEnd, y + 4.0, "end", name, kLabelLength);
+    plot.drawing.Name(kLabelEnd, y + 4.0, "end", name, kLabelRoom);
     std::vector<double> five;
     for (const std::string& number : box.fiveNumbers) {
       if (const auto value = Finite(number)) five.push_back(across(*value));
@@ -144,7 +146,7 @@ std::optional<Plot> RankPlot(const ResultDocument& document, const ResultTest& t
   for (const ResultGroup& group : test.groups) {
     const std::string name = GroupTitle(document, test, group);
     const std::string mean = FindText(group.figures, "MeanOfRank");
-    plot.drawing.Name(kLabelEnd, base - 20.0, "end", name, kLabelLength);
+    plot.drawing.Name(kLabelEnd, base - 20.0, "end", name, kLabelRoom);
     plot.drawing.Text(kLabelEnd, base - 5.0, "end", FigureText(mean), "value");
     plot.drawing.Line(kLeft, base, kRight, base, "axis");
     for (const ResultBin& bin : group.bins) {
@@ -196,7 +198,7 @@ std::optional<Plot> IntervalPlot(const ResultDocument& document, const ResultTes
   for (const ResultInterval& interval : test.intervals) {
     const std::string name =
         interval.method.empty() ? "Hodges-Lehmann" : FigureLabel(interval.method);
-    plot.drawing.Name(kLabelEnd, y + 4.0, "end", name, 17);
+    plot.drawing.Name(kLabelEnd, y + 4.0, "end", name, kLabelRoom);
     const auto lower = Finite(interval.lower);
     const auto upper = Finite(interval.upper);
     if (lower && upper) {

@@ -71,6 +71,7 @@ thead th { overflow-wrap: break-word; border-bottom: 2px solid var(--line); colo
 tbody th, thead th:first-child { text-align: left; padding-left: 0; }
 tbody tr:hover { background: var(--band); }
 td { white-space: nowrap; }
+.list { white-space: normal; min-width: 8rem; }
 table.figures { width: 100%; max-width: 34rem; }
 table.overview { width: 100%; }
 table.overview th, table.overview td { text-align: left; white-space: normal; }
@@ -147,6 +148,7 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
   section.test, section.overview, #fields { border: 0; padding: 0; }
   .scroll { overflow: visible; }
   th, td { padding: .2rem .4rem; }
+  thead th { overflow-wrap: anywhere; }
   table.overview th, table.overview .sentence, th[scope=row] { min-width: 0; }
   figure, tr, .message { break-inside: avoid; }
   h2, h3 { break-after: avoid; }

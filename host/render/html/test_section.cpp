@@ -19,6 +19,8 @@
 namespace npar_host {
 namespace {
 
+constexpr std::size_t kLongestValue = 200;
+
 std::string PlotMarkup(const Plot& plot, const std::string& id) {
   std::string markup =
       "<figure class=\"plot " + plot.kind + "\">\n<svg role=\"img\" viewBox=\"0 0 " +
@@ -95,7 +97,7 @@ std::string Messages(const ResultDocument& document, const ResultTest& test) {
   if (!test.unknownValues.empty()) {
     markup += "<p class=\"message warning\">Given values that are no category:";
     for (const std::string& value : test.unknownValues) {
-      markup += " <bdi>" + Escaped(value) + "</bdi>";
+      markup += " <bdi>" + Escaped(Shortened(value, kLongestValue)) + "</bdi>";
     }
     markup += "</p>\n";
   }
@@ -107,6 +109,23 @@ std::string Messages(const ResultDocument& document, const ResultTest& test) {
               Escaped(MessageWords(document, test, message)) + "</li>\n";
   }
   return markup + "</ul>\n";
+}
+
+// The names that are shorter in the page than in the document.
+std::string NamesInFull(const ResultField& shown, const ResultField& original) {
+  std::string names;
+  const auto add = [&names](const std::string& name, const std::string& full) {
+    if (name != full && name != Isolated(full)) names += "<li>" + Escaped(Isolated(full)) + "</li>";
+  };
+  add(shown.name, original.name);
+  add(shown.label, original.label);
+  for (std::size_t i = 0; i < shown.categories.size(); ++i) {
+    add(shown.categories[i].value, original.categories[i].value);
+    add(shown.categories[i].label, original.categories[i].label);
+  }
+  return names.empty()
+             ? ""
+             : "<details><summary>Names in full</summary><ul>" + names + "</ul></details>\n";
 }
 
 }  // namespace
@@ -157,10 +176,11 @@ std::string TestSection(const ResultDocument& document, std::size_t index) {
          "<p class=\"back\"><a href=\"#overview\">Back to the overview</a></p>\n</section>\n";
 }
 
-std::string FieldsSection(const ResultDocument& document) {
+std::string FieldsSection(const ResultDocument& document, const ResultDocument& original) {
   std::string fields;
   std::size_t number = 1;
-  for (const ResultField& field : document.fields) {
+  for (std::size_t i = 0; i < document.fields.size(); ++i) {
+    const ResultField& field = document.fields[i];
     if (!field.distribution) continue;
     const std::string id = "field" + std::to_string(number++);
     fields += "<section class=\"field\" aria-labelledby=\"" + id + "-heading\">\n<h3 id=\"" + id +
@@ -174,7 +194,7 @@ std::string FieldsSection(const ResultDocument& document) {
       table.AddRow(Escaped(FigureLabel(figure.name)), {FigureMarkup(figure.text)});
     }
     if (!table.IsEmpty()) fields += table.Markup("figures");
-    fields += "</div>\n</section>\n";
+    fields += "</div>\n" + NamesInFull(field, original.fields[i]) + "</section>\n";
   }
   if (fields.empty()) return {};
   return "<section id=\"fields\" aria-labelledby=\"fields-heading\">\n<h2 id=\"fields-heading\">"

@@ -10,8 +10,10 @@ namespace npar_host {
 [[nodiscard]] std::string TestSectionId(std::size_t index);
 /// A test's part of the page: hypothesis, decision, plots, tables and messages.
 [[nodiscard]] std::string TestSection(const ResultDocument& document, std::size_t index);
-/// The fields' part: a plot and the figures of each field that the tests used.
-[[nodiscard]] std::string FieldsSection(const ResultDocument& document);
+/// The fields' part: a plot and the figures of each field that the tests used. Names that
+/// `document` has shortened are told in full as `original` has them.
+[[nodiscard]] std::string FieldsSection(const ResultDocument& document,
+                                        const ResultDocument& original);
 
 /// The significance that decides, as markup: "p < .001" and how it was computed. For an estimate
 /// the estimates with their intervals; a dash where there is nothing.

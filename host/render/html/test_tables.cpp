@@ -35,7 +35,7 @@ std::string OutlierCell(const ResultBoxPlot& box) {
     cell += FigureMarkup(outlier.value);
     if (!outlier.Case().empty()) cell += " (case " + Escaped(outlier.Case()) + ")";
   }
-  return cell.empty() ? "none" : cell;
+  return cell.empty() ? "none" : "<div class=\"list\">" + cell + "</div>";
 }
 
 bool HasFigures(const ResultTable& table, std::size_t column) {
