@@ -2,20 +2,17 @@
 
 #include <algorithm>
 #include <functional>
-#include <numeric>
+#include <utility>
 
 RangeCounts::RangeCounts(std::size_t groupCount)
-    : groupCount(groupCount),
-      run(groupCount),
-      below(groupCount),
-      above(groupCount * (groupCount + 1)) {}
+    : groupCount(groupCount), run(groupCount), below(groupCount), above(groupCount * groupCount) {}
 
 void RangeCounts::CloseRun() {
   std::vector<std::size_t>& places = run.Places();
   std::sort(places.begin(), places.end(), std::greater<>());
   for (const std::size_t place : places) {
     const double weight = run.WeightOf(place);
-    double* row = RowOf(place) + 1;
+    double* row = &above[place * groupCount];
     for (std::size_t other = 0; other < groupCount; ++other) row[other] += weight * below[other];
     for (const std::size_t other : places) row[other] += weight * 0.5 * run.WeightOf(other);
   }
@@ -29,20 +26,35 @@ void RangeCounts::CloseRun() {
 
 void RangeCounts::Finish() {
   CloseRun();
+  // The readers ask for many groups of one range: what belongs to one end of it comes together.
+  std::vector<double> sums((groupCount + 1) * groupCount);
   for (std::size_t place = 0; place < groupCount; ++place) {
-    std::partial_sum(RowOf(place), RowOf(place) + groupCount + 1, RowOf(place));
+    double sum = 0.0;
+    for (std::size_t other = 0; other < groupCount; ++other) {
+      sum += above[place * groupCount + other];
+      sums[(other + 1) * groupCount + place] = sum;
+    }
+    orderedBefore.push_back(sums[place * groupCount + place]);
   }
+  above = std::move(sums);
 }
 
-double RangeCounts::RankSum(std::size_t place, const SampleRange& range) const noexcept {
-  const double* row = RowOf(place);
-  return below[place] * 0.5 + (row[range.last + 1] - row[range.first]);
+std::vector<double> RangeCounts::RankSums(const SampleRange& range) const {
+  const double* low = &above[range.first * groupCount];
+  const double* high = &above[(range.last + 1) * groupCount];
+  std::vector<double> rankSums(range.Size());
+  for (std::size_t i = 0; i < rankSums.size(); ++i) {
+    const std::size_t place = range.first + i;
+    rankSums[i] = below[place] * 0.5 + (high[place] - low[place]);
+  }
+  return rankSums;
 }
 
 double RangeCounts::OrderedPairs(const SampleRange& range) const noexcept {
+  const double* low = &above[range.first * groupCount];
   double sum = 0.0;
   for (std::size_t place = range.first + 1; place <= range.last; ++place) {
-    sum += RowOf(place)[place] - RowOf(place)[range.first];
+    sum += orderedBefore[place] - low[place];
   }
   return sum;
 }

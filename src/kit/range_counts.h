@@ -38,8 +38,8 @@ class RangeCounts {
   /// Once, after the last value; then come the readers.
   void Finish();
 
-  /// Rank sum of a group of the range.
-  [[nodiscard]] double RankSum(std::size_t place, const SampleRange& range) const noexcept;
+  /// Rank sums of the groups of the range.
+  [[nodiscard]] std::vector<double> RankSums(const SampleRange& range) const;
   /// Pairs of values in the order of their groups, equal ones counted a half.
   [[nodiscard]] double OrderedPairs(const SampleRange& range) const noexcept;
   /// Ranges that end at the same place are best asked for one after the other.
@@ -54,19 +54,14 @@ class RangeCounts {
   static constexpr std::size_t kNoPlace = static_cast<std::size_t>(-1);
 
   void CloseRun();
-  [[nodiscard]] double* RowOf(std::size_t place) noexcept {
-    return &above[place * (groupCount + 1)];
-  }
-  [[nodiscard]] const double* RowOf(std::size_t place) const noexcept {
-    return &above[place * (groupCount + 1)];
-  }
 
   std::size_t groupCount;
   TiedRun run;
-  std::vector<double> below;  // weight of each group below the run; in the end, its size
-  std::vector<double> above;  // row a, column b + 1: pairs with the value of a above that of b;
-                              // Finish sums them along the row
-  std::vector<RunEntry> tiedRuns;  // by descending place within a run
-  std::size_t tiesEnd = kNoPlace;  // the last place of `tiesFrom`
-  std::vector<TieSums> tiesFrom;   // by the first place of the range
+  std::vector<double> below;          // weight of each group below the run; in the end, its size
+  std::vector<double> above;          // row a, column b: pairs with the value of a above that of b;
+                                      // in the end, row b, column a: those with a group before b
+  std::vector<double> orderedBefore;  // by place: pairs with a value of an earlier group below
+  std::vector<RunEntry> tiedRuns;     // by descending place within a run
+  std::size_t tiesEnd = kNoPlace;     // the last place of `tiesFrom`
+  std::vector<TieSums> tiesFrom;      // by the first place of the range
 };

@@ -1,7 +1,9 @@
 #include "kit/sorted_sample.h"
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
+#include <utility>
 
 void SortedSample::Add(double x, std::int64_t weight) {
   if (weight <= 0) return;
@@ -13,14 +15,9 @@ void SortedSample::Add(double x, std::int64_t weight) {
   values.push_back(x);
 }
 
-std::size_t SortedSample::PlaceOf(double x) const {
-  return static_cast<std::size_t>(std::lower_bound(values.begin(), values.end(), x) -
-                                  values.begin());
-}
-
-std::size_t SortedSample::PlaceAbove(double x) const {
-  return static_cast<std::size_t>(std::upper_bound(values.begin(), values.end(), x) -
-                                  values.begin());
+std::int64_t SortedSample::CountUpTo(double x) const {
+  const auto above = std::upper_bound(values.begin(), values.end(), x);
+  return CountBefore(static_cast<std::size_t>(above - values.begin()));
 }
 
 namespace {
@@ -30,8 +27,20 @@ struct Window {
   const SortedSample* sample;
   std::size_t begin;
   std::size_t end;
+  // Where the pivot's equals lie.
+  std::size_t equalBegin = 0;
+  std::size_t equalEnd = 0;
+
   [[nodiscard]] std::size_t Size() const noexcept { return end - begin; }
   [[nodiscard]] double Middle() const { return sample->Values()[begin + Size() / 2]; }
+  void Split(double pivot) {
+    const auto values = sample->Values().begin();
+    const auto at = [values](std::size_t place) {
+      return values + static_cast<std::ptrdiff_t>(place);
+    };
+    equalBegin = static_cast<std::size_t>(std::lower_bound(at(begin), at(end), pivot) - values);
+    equalEnd = static_cast<std::size_t>(std::upper_bound(at(equalBegin), at(end), pivot) - values);
+  }
 };
 
 /// The median of the windows' middles, each counted by its window's size: a quarter of all values
@@ -53,37 +62,45 @@ double PivotOf(const std::vector<Window>& windows) {
   return middles.back().first;
 }
 
-/// The unit of that number, from 1, in the samples taken together.
-double UnitAt(std::span<const SortedSample* const> samples, std::int64_t number) {
-  std::vector<Window> windows;
-  for (const SortedSample* sample : samples)
-    windows.push_back({sample, 0, sample->Values().size()});
-  for (;;) {
-    const double pivot = PivotOf(windows);
-    std::int64_t below = 0;
-    std::int64_t upTo = 0;
-    for (const SortedSample* sample : samples) {
-      below += sample->CountBelow(pivot);
-      upTo += sample->CountUpTo(pivot);
-    }
-    if (below < number && number <= upTo) return pivot;
-    for (Window& window : windows) {
-      if (number <= below) {
-        window.end = std::clamp(window.sample->PlaceOf(pivot), window.begin, window.end);
-      } else {
-        window.begin = std::clamp(window.sample->PlaceAbove(pivot), window.begin, window.end);
-      }
-    }
+/// The first value of the samples behind the pivot that the windows were split at.
+double NextValue(const std::vector<Window>& windows) {
+  double next = std::numeric_limits<double>::infinity();
+  for (const Window& window : windows) {
+    const std::vector<double>& values = window.sample->Values();
+    if (window.equalEnd < values.size()) next = std::min(next, values[window.equalEnd]);
   }
+  return next;
 }
 
 }  // namespace
 
 double MedianOf(std::span<const SortedSample* const> samples) {
+  std::vector<Window> windows;
   std::int64_t total = 0;
-  for (const SortedSample* sample : samples) total += sample->Total();
+  for (const SortedSample* sample : samples) {
+    windows.push_back({sample, 0, sample->Values().size()});
+    total += sample->Total();
+  }
   const std::int64_t lower = total / 2 + total % 2;
   const std::int64_t upper = total / 2 + 1;
-  const double first = UnitAt(samples, lower);
-  return lower == upper ? first : std::midpoint(first, UnitAt(samples, upper));
+  for (;;) {
+    const double pivot = PivotOf(windows);
+    std::int64_t below = 0;
+    std::int64_t upTo = 0;
+    for (Window& window : windows) {
+      window.Split(pivot);
+      below += window.sample->CountBefore(window.equalBegin);
+      upTo += window.sample->CountBefore(window.equalEnd);
+    }
+    if (below < lower && lower <= upTo) {
+      return upper <= upTo ? pivot : std::midpoint(pivot, NextValue(windows));
+    }
+    for (Window& window : windows) {
+      if (lower <= below) {
+        window.end = window.equalBegin;
+      } else {
+        window.begin = window.equalEnd;
+      }
+    }
+  }
 }

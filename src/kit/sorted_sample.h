@@ -14,22 +14,17 @@ class SortedSample {
   [[nodiscard]] std::int64_t Total() const noexcept {
     return cumulative.empty() ? 0 : cumulative.back();
   }
-  /// Weight of the values at or below x, and of those below x.
-  [[nodiscard]] std::int64_t CountUpTo(double x) const { return CountAt(PlaceAbove(x)); }
-  [[nodiscard]] std::int64_t CountBelow(double x) const { return CountAt(PlaceOf(x)); }
+  /// Weight of the values at or below x.
+  [[nodiscard]] std::int64_t CountUpTo(double x) const;
 
   /// The distinct values.
   [[nodiscard]] const std::vector<double>& Values() const noexcept { return values; }
-  /// Place of the first value not below x, and of the first above x.
-  [[nodiscard]] std::size_t PlaceOf(double x) const;
-  [[nodiscard]] std::size_t PlaceAbove(double x) const;
-
- private:
-  /// Weight of the values before a place.
-  [[nodiscard]] std::int64_t CountAt(std::size_t place) const {
+  /// Weight of the values before a place of them.
+  [[nodiscard]] std::int64_t CountBefore(std::size_t place) const noexcept {
     return place == 0 ? 0 : cumulative[place - 1];
   }
 
+ private:
   std::vector<double> values;
   std::vector<std::int64_t> cumulative;
 };

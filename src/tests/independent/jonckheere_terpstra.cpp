@@ -192,6 +192,7 @@ void NPARJonckTer::EndStepwise() {
     comparison.EndStepwisePass(*this, [this](std::size_t i) {
       const SampleRange& range = comparison.GetWorkList()[i];
       std::vector<double> sizes;
+      sizes.reserve(range.Size());
       for (std::size_t p = range.first; p <= range.last; ++p) sizes.push_back(SizeAt(p));
       const JonckheereFigures figures =
           StandardizeJonckheere({ranges.OrderedPairs(range), ranges.Ties(range)}, sizes);

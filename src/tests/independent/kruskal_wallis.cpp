@@ -161,9 +161,11 @@ void NPARKruskalWOneWay::RunStepwise() {
 }
 
 RangeFigures NPARKruskalWOneWay::ComputeRange(const SampleRange& range) {
+  const std::vector<double> rankSums = ranges.RankSums(range);
   std::vector<RankedGroup> groups;
-  for (std::size_t position = range.first; position <= range.last; ++position) {
-    groups.push_back({ranges.RankSum(position, range), samples.CountAt(orderedPlaces[position])});
+  groups.reserve(rankSums.size());
+  for (std::size_t i = 0; i < rankSums.size(); ++i) {
+    groups.push_back({rankSums[i], samples.CountAt(orderedPlaces[range.first + i])});
   }
   return ComputeH(groups, ranges.Ties(range).Cubic());
 }

@@ -17,10 +17,10 @@ TEST(SortedSampleTest, CountsHoldTheWeightsAtAndBelowAValue) {
   sample.Add(4.0, 5);
   EXPECT_EQ(sample.Total(), 8);
   EXPECT_EQ(sample.Values(), (std::vector<double>{1.0, 4.0}));
-  EXPECT_EQ(sample.CountBelow(1.0), 0);
+  EXPECT_EQ(sample.CountUpTo(0.9), 0);
   EXPECT_EQ(sample.CountUpTo(1.0), 3);
   EXPECT_EQ(sample.CountUpTo(3.9), 3);
-  EXPECT_EQ(sample.CountBelow(4.0), 3);
+  EXPECT_EQ(sample.CountBefore(1), 3);
   EXPECT_EQ(sample.CountUpTo(4.0), 8);
 }
 
