@@ -1,4 +1,6 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <memory>
 
@@ -10,6 +12,7 @@
 #include "host/cli/report_request.h"
 #include "host/cli/word_list.h"
 #include "host/render/result_model.h"
+#include "host/render/text_layout.h"
 
 namespace npar_host {
 namespace {
@@ -87,6 +90,21 @@ void KeepDocuments(const std::string& folder, const NamedText& parameters, const
   Publish((path / "model.xml").string(), model.text);
 }
 
+// Tests are chosen and refused by measurement levels, so those that nobody gave are told.
+void TellInferredMeasures(const AnalysisRequest& request, const Execution& execution) {
+  std::vector<std::string> fields;
+  for (const std::string& name : request.NamedFields()) {
+    const bool isGiven =
+        name == request.weightField || name == request.caseIdField ||
+        std::ranges::find(request.measures, name, &FieldMeasure::field) != request.measures.end();
+    if (!isGiven) fields.push_back(name);
+  }
+  const std::string inferred = execution.InferredMeasures(fields);
+  if (!inferred.empty()) {
+    std::fprintf(stderr, "npar: inferred from the data: %s\n", Printable(inferred).c_str());
+  }
+}
+
 int Analyse(const AnalyseOptions& options) {
   const AnalysisRequest request = MakeRequest(options);
   CheckRequest(request);
@@ -100,6 +118,7 @@ int Analyse(const AnalyseOptions& options) {
   const NamedText model{"the data model", DataModelDocument(request)};
   if (!options.keepDocuments.empty()) KeepDocuments(options.keepDocuments, parameters, model);
   const auto text = execution.Run(parameters, model);
+  TellInferredMeasures(request, execution);
   if (!text) return execution.ExitCode();
 
   if (!options.out.empty()) execution.PublishResult(options.out, *text);

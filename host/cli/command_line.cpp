@@ -61,6 +61,7 @@ int RunCommandLine(int argc, char** argv) {
   AddExplainCommand(app);
   AddTestsCommand(app);
   AddInfoCommand(app);
+  AddCompletionCommand(app);
   try {
     app.parse(argc, argv);
     return exitCode;

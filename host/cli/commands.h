@@ -14,5 +14,6 @@ void AddReportCommand(CLI::App& program);
 void AddExplainCommand(CLI::App& program);
 void AddTestsCommand(CLI::App& program);
 void AddInfoCommand(CLI::App& program);
+void AddCompletionCommand(CLI::App& program);
 
 }  // namespace npar_host

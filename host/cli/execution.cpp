@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <map>
 #include <utility>
 
 #include "host/cli/command_line.h"
@@ -55,7 +56,8 @@ struct Execution::State {
   InterruptWatch watch;
   ComponentLibrary library;
   CsvReader reader;
-  std::optional<AnalysisRun> run;  // outlives the run for the names of its cases
+  std::map<std::string, Measure> measures;  // of the data's fields
+  std::optional<AnalysisRun> run;           // outlives the run for the names of its cases
 };
 
 Execution::Execution(const ExecutionOptions& options) : state(std::make_unique<State>(options)) {}
@@ -64,8 +66,9 @@ Execution::~Execution() = default;
 const std::vector<std::string>& Execution::Columns() const { return state->reader.Names(); }
 
 std::optional<std::string> Execution::Run(const NamedText& parameters, const NamedText& model) {
-  AnalysisRun& run = state->run.emplace(
-      state->library, parameters.text, LoadData(state->reader, ParseModel(model.text, model.name)));
+  ModelledData data = LoadData(state->reader, ParseModel(model.text, model.name));
+  for (const Field& field : data.model.fields) state->measures[field.name] = field.measure;
+  AnalysisRun& run = state->run.emplace(state->library, parameters.text, std::move(data));
   RunResult result;
   {
     ProgressBar bar;
@@ -90,6 +93,22 @@ std::optional<std::string> Execution::Run(const NamedText& parameters, const Nam
   }
   exitCode = kExitRefused;
   return std::nullopt;
+}
+
+std::string Execution::InferredMeasures(const std::vector<std::string>& fields) const {
+  std::string text;
+  for (const auto& [measure, word] :
+       {std::pair(Measure::Continuous, "continuous"), std::pair(Measure::Nominal, "nominal"),
+        std::pair(Measure::Ordinal, "ordinal")}) {
+    std::vector<std::string> names;
+    for (const std::string& name : fields) {
+      const auto found = state->measures.find(name);
+      if (found != state->measures.end() && found->second == measure) names.push_back(name);
+    }
+    if (names.empty()) continue;
+    text += (text.empty() ? "" : "; ") + std::string(word) + ": " + JoinWords(names, ", ");
+  }
+  return text;
 }
 
 std::string Execution::CaseText(double number) const {

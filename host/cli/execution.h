@@ -40,6 +40,9 @@ class Execution {
 
   /// Names of the data's columns.
   [[nodiscard]] const std::vector<std::string>& Columns() const;
+  /// What was inferred of the fields named: "continuous: a, b; nominal: c"; empty for no field.
+  /// After Run.
+  [[nodiscard]] std::string InferredMeasures(const std::vector<std::string>& fields) const;
   /// The result document, or nothing where the component refused the run or Ctrl-C cancelled it;
   /// ExitCode() tells.
   [[nodiscard]] std::optional<std::string> Run(const NamedText& parameters, const NamedText& model);

@@ -73,8 +73,9 @@ TEST_F(CommandLineTest, AnalysePrintsTheReportAndKeepsDocumentsThatRunTakes) {
       RunNpar({"analyse", kSleep, "--related", "drug1,drug2", "--test", "sign", "--case-id",
                "patient", "--keep-documents", folder.Path("kept"), "--out", folder.Path("a.xml")});
   EXPECT_EQ(analysis.exitCode, 0) << analysis.err;
-  EXPECT_THAT(analysis.out, AllOf(HasSubstr("1. Sign test"), HasSubstr("0.00390625"),
-                                  HasSubstr("Reject the null hypothesis at the level 0.05: p = .004")));
+  EXPECT_THAT(analysis.out,
+              AllOf(HasSubstr("1. Sign test"), HasSubstr("0.00390625"),
+                    HasSubstr("Reject the null hypothesis at the level 0.05: p = .004")));
   ExpectValid("parameters.xsd", folder.Path("kept/params.xml"));
   ExpectValid("datamodel.xsd", folder.Path("kept/model.xml"));
   ExpectValid("statxml-7.0.xsd", folder.Path("a.xml"));
@@ -91,6 +92,29 @@ TEST_F(CommandLineTest, AnalysePrintsTheReportAndKeepsDocumentsThatRunTakes) {
   const ProcessResult report = RunNpar({"report", folder.Path("a.xml"), "--as", "text"});
   EXPECT_EQ(report.exitCode, 0) << report.err;
   EXPECT_EQ(report.out, analysis.out);
+}
+
+TEST_F(CommandLineTest, AnalyseTellsTheMeasurementLevelsThatItInferred) {
+  const std::vector<std::string> command = {
+      "analyse", "examples/tooth_growth.csv", "--independent", "len", "--by", "supp"};
+  EXPECT_EQ(RunNpar(command).err, "npar: inferred from the data: continuous: len; nominal: supp\n");
+  auto given = command;
+  given.insert(given.end(), {"--continuous", "len", "--nominal", "supp"});
+  EXPECT_THAT(RunNpar(given).err, IsEmpty());
+}
+
+TEST_F(CommandLineTest, OutliersAreNamedByTheirCase) {
+  const std::string data = folder.Write(
+      "cases.csv",
+      "who,x,g\nann,1,a\nbob,2,a\ncy,2,a\ndee,2,a\neve,3,a\nZo\xC3\xAB,99,a\nfay,1,b\ngus,4,b\n");
+  const ProcessResult run =
+      RunNpar({"analyse", data, "--independent", "x", "--by", "g", "--case-id", "who", "--test",
+               "kruskal-wallis", "--out", folder.Path("r.xml")});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("Outliers of a: 99 (case Zo\xC3\xAB)"));
+  // The document has the record's number only.
+  EXPECT_THAT(RunNpar({"report", folder.Path("r.xml"), "--as", "text"}).out,
+              HasSubstr("Outliers of a: 99 (case 6)"));
 }
 
 TEST_F(CommandLineTest, AnalyseChoosesTestsForFieldsWithoutOne) {
@@ -323,12 +347,31 @@ TEST_F(CommandLineTest, MessagesCarryTheirText) {
 }
 
 TEST_F(CommandLineTest, EachCommandHasHelpWithExamples) {
-  for (const char* command : {"run", "analyse", "report", "explain", "tests", "info"}) {
+  for (const char* command :
+       {"run", "analyse", "report", "explain", "tests", "info", "completion"}) {
     const ProcessResult help = RunNpar({command, "--help"});
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_THAT(help.out, HasSubstr(std::string("\n  npar ") + command));
     EXPECT_THAT(help.err, IsEmpty());
   }
+}
+
+TEST_F(CommandLineTest, BashCompletesCommandsTestsAndOptions) {
+  const std::string script = RunNpar({"completion", "bash"}).out;
+  const std::string path = folder.Write("npar.bash", script);
+  for (const auto& [words, reply] :
+       {std::pair("npar an", "analyse"),
+        std::pair("npar analyse x.csv --test mann", "mann-whitney"),
+        std::pair("npar analyse --ind", "--independent"),
+        std::pair("npar report r.xml --as js", "json"), std::pair("npar tests moo", "")}) {
+    const ProcessResult run = RunProcess(
+        {"/bin/bash", "-c",
+         "cd /; . " + path + "; COMP_WORDS=(" + words +
+             "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _npar; echo \"${COMPREPLY[*]}\""});
+    EXPECT_EQ(run.out, std::string(reply) + "\n") << words << run.err;
+  }
+  EXPECT_THAT(RunNpar({"completion", "zsh"}).out, StartsWith("#compdef npar\n"));
+  EXPECT_EQ(RunNpar({"completion", "fish"}).exitCode, 2);
 }
 
 // Names may hold anything that XML can carry.
