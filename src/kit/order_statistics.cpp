@@ -132,7 +132,7 @@ double SelectListed(const Table& table, const Bracket& bracket, WeightProduct ra
   WalkStaircase(table, FromOrderedBits(bracket.high), [&](std::size_t row, std::size_t end) {
     const std::size_t begin = table.FirstColumn(row);
     for (std::size_t column = end; column > begin; --column) {
-      const std::uint64_t bits = RadixSorter::OrderedBits(table.Value(row, column - 1));
+      const std::uint64_t bits = OrderedBits(table.Value(row, column - 1));
       if (bits <= bracket.low) return;
       const WeightProduct before = column - 1 > begin ? table.WeightBefore(row, column - 1) : 0;
       entries.push_back({bits, table.WeightBefore(row, column) - before});
@@ -161,7 +161,7 @@ std::uint64_t NextBound(const Bracket& bracket, WeightProduct rank, int step) {
                        (step % 2 == 0 ? -kMargin : kMargin);
   const double lowest = FromOrderedBits(bracket.low);
   const double bound = lowest + (FromOrderedBits(bracket.high) - lowest) * share;
-  return std::clamp(RadixSorter::OrderedBits(bound), bracket.low + 1, bracket.high - 1);
+  return std::clamp(OrderedBits(bound), bracket.low + 1, bracket.high - 1);
 }
 
 template <typename Table>
@@ -169,11 +169,7 @@ double SelectFrom(const Table& table, WeightProduct rank) {
   const double smallest = table.Value(0, 0);
   const double largest = table.Value(table.Rows() - 1, table.Columns() - 1);
   const Cut whole = CutAt(table, largest);
-  Bracket bracket{RadixSorter::OrderedBits(smallest) - 1,
-                  RadixSorter::OrderedBits(largest),
-                  0,
-                  whole.entriesUpTo,
-                  0,
+  Bracket bracket{OrderedBits(smallest) - 1, OrderedBits(largest), 0, whole.entriesUpTo, 0,
                   whole.weightUpTo};
   // Sorting the rest costs as much as a few more cuts.
   const std::uint64_t fewEnough = (table.Rows() + table.Columns()) / 16 + 64;
@@ -183,11 +179,11 @@ double SelectFrom(const Table& table, WeightProduct rank) {
     // The ends move to values of the table, so that a bracket around one value ends the search
     // however often it stands there.
     if (cut.weightUpTo >= rank) {
-      bracket.high = RadixSorter::OrderedBits(cut.largestUpTo);
+      bracket.high = OrderedBits(cut.largestUpTo);
       bracket.entriesUpToHigh = cut.entriesUpTo;
       bracket.weightUpToHigh = cut.weightUpTo;
     } else {
-      bracket.low = RadixSorter::OrderedBits(cut.smallestAbove) - 1;
+      bracket.low = OrderedBits(cut.smallestAbove) - 1;
       bracket.entriesUpToLow = cut.entriesUpTo;
       bracket.weightUpToLow = cut.weightUpTo;
     }
@@ -214,9 +210,8 @@ void WeightedValues::Shift(double distance) noexcept {
 }
 
 void WeightedValues::Sort() {
-  RadixSorter sorter(values.size());
-  for (const double value : values) sorter.Add(value);
-  const std::vector<std::uint32_t> order = sorter.TakeOrder();
+  const RecordOrder order =
+      AscendingOrder(values.size(), [this](std::size_t place) { return values[place]; });
   std::vector<double> sorted;
   sorted.reserve(values.size());
   weightBelow.assign(1, 0);

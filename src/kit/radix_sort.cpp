@@ -5,75 +5,59 @@
 #include <numeric>
 #include <utility>
 
-// A radix sort from the lowest digit up: each pass puts the entries into the buckets of one digit
-// and keeps the order of the pass before inside a bucket, so that after the highest digit the
-// entries stand by all digits, equal ones as they were added.
+// A radix sort in two steps. The entries go once through memory into buckets by their upper bits:
+// the counts of 65536 cells are joined to buckets of about a thousandth of the entries. Then each
+// bucket, which a cache holds, is sorted from the lowest digit up: each pass keeps the order of the
+// pass before inside a digit, so that after the highest digit the entries stand by all digits,
+// equal ones as they came.
 //
-// Each pass moves all entries through memory, which is what it costs. So only the 32 bits below the
-// highest bit in which keys differ are sorted this way, in four passes at most: measurements differ
-// in these, and what follows them is settled inside short runs of equal upper bits, in the fastest
-// cache. A long run, as of values that lie close together while a missing value stretches the
-// range, is sorted by the same procedure on its own bits. A digit that is the same in every key
-// costs nothing, and whole numbers, whose low bits are 0, have no second step.
+// In a bucket only so many bits below the highest one in which keys differ are sorted this way as
+// tell its entries apart when they are spread evenly; what follows them is settled inside short
+// runs of equal upper bits. A long run, as of values that lie close together while a missing value
+// stretches the range, is sorted by the same procedure on its own bits. A digit that is the same in
+// every key costs nothing, and whole numbers, whose low bits are 0, have no second step.
 //
 // Reference: D. E. Knuth, The Art of Computer Programming 3, 5.2.5.
 
 namespace {
 
+constexpr int kCellBits = 16;
+constexpr std::size_t kFewEntries = std::size_t{1} << 14;  // one bucket: a cache holds them
+constexpr std::size_t kMostBuckets = 1024;
+
 constexpr int kDigitBits = 8;
-constexpr std::size_t kBuckets = std::size_t{1} << kDigitBits;
-constexpr int kDigits = 4;
+constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
+constexpr int kMostDigits = 4;
+constexpr int kSpareBits = 3;          // so that few entries share the bits that are sorted
 constexpr std::size_t kShortRun = 32;  // up to here comparing is quicker than counting
 
 std::size_t DigitOf(std::uint64_t bits, int digit) noexcept {
-  return bits >> (digit * kDigitBits) & (kBuckets - 1);
+  return bits >> (digit * kDigitBits) & (kDigitValues - 1);
 }
 
-}  // namespace
-
-RadixSorter::RadixSorter(std::size_t capacity) : entries(MakeLargeArray<Entry>(capacity)) {}
-
-std::vector<std::uint32_t> RadixSorter::TakeOrder() {
-  LargeArray<Entry> spare;
-  if (varying != 0) spare = MakeLargeArray<Entry>(size);
-  const Entry* sorted = Sort(entries.get(), spare.get(), size, varying);
-  std::vector<std::uint32_t> order(size);
-  for (std::size_t i = 0; i < size; ++i) order[i] = sorted[i].number;
-  entries.reset();
-  size = 0;
-  return order;
+int DigitsFor(std::size_t count) noexcept {
+  const int bits = static_cast<int>(std::bit_width(count)) + kSpareBits;
+  return std::min((bits + kDigitBits - 1) / kDigitBits, kMostDigits);
 }
 
-/// Sorts the entries, whose keys differ in the given bits; answers which of the two places they
-/// stand in then.
-RadixSorter::Entry* RadixSorter::Sort(Entry* entries, Entry* spare, std::size_t count,
-                                      std::uint64_t varying) {
-  const int shift = std::max(0, static_cast<int>(std::bit_width(varying)) - kDigits * kDigitBits);
-  std::array<std::array<std::uint32_t, kBuckets>, kDigits> places{};
-  if (varying != 0) {
-    for (std::size_t i = 0; i < count; ++i) {
-      const std::uint64_t bits = entries[i].Key() >> shift;
-      for (int digit = 0; digit < kDigits; ++digit) {
-        ++places[static_cast<std::size_t>(digit)][DigitOf(bits, digit)];
-      }
+template <typename Entry>
+void InsertionSort(Entry* entries, std::size_t count) {
+  for (std::size_t i = 1; i < count; ++i) {
+    const Entry entry = entries[i];
+    std::size_t place = i;
+    for (; place > 0 && entries[place - 1].Key() > entry.Key(); --place) {
+      entries[place] = entries[place - 1];
     }
+    entries[place] = entry;
   }
-  for (int digit = 0; digit < kDigits; ++digit) {
-    if (DigitOf(varying >> shift, digit) == 0) continue;
-    auto& place = places[static_cast<std::size_t>(digit)];
-    std::exclusive_scan(place.begin(), place.end(), place.begin(), 0U);
-    for (std::size_t i = 0; i < count; ++i) {
-      const Entry entry = entries[i];
-      spare[place[DigitOf(entry.Key() >> shift, digit)]++] = entry;
-    }
-    std::swap(entries, spare);
-  }
-  if ((varying & ((std::uint64_t{1} << shift) - 1)) != 0) FinishRuns(entries, spare, count, shift);
-  return entries;
 }
+
+template <typename Entry>
+void SortInPlace(Entry* entries, Entry* spare, std::size_t count, std::uint64_t varying);
 
 /// Sorts each run of entries whose keys agree from bit `shift` up.
-void RadixSorter::FinishRuns(Entry* entries, Entry* spare, std::size_t count, int shift) {
+template <typename Entry>
+void FinishRuns(Entry* entries, Entry* spare, std::size_t count, int shift) {
   std::size_t end = 0;
   for (std::size_t begin = 0; begin < count; begin = end) {
     const std::uint64_t key = entries[begin].Key();
@@ -83,23 +67,97 @@ void RadixSorter::FinishRuns(Entry* entries, Entry* spare, std::size_t count, in
       if (difference >> shift != 0) break;
       differing |= difference;
     }
-    if (differing == 0) continue;
-    if (end - begin <= kShortRun) {
-      InsertionSort(entries + begin, end - begin);
-      continue;
-    }
-    const Entry* sorted = Sort(entries + begin, spare + begin, end - begin, differing);
-    if (sorted != entries + begin) std::copy_n(sorted, end - begin, entries + begin);
+    if (differing != 0) SortInPlace(entries + begin, spare + begin, end - begin, differing);
   }
 }
 
-void RadixSorter::InsertionSort(Entry* entries, std::size_t count) {
-  for (std::size_t i = 1; i < count; ++i) {
-    const Entry entry = entries[i];
-    std::size_t place = i;
-    for (; place > 0 && entries[place - 1].Key() > entry.Key(); --place) {
-      entries[place] = entries[place - 1];
-    }
-    entries[place] = entry;
+/// Sorts entries whose keys differ in the given bits.
+template <typename Entry>
+void SortInPlace(Entry* entries, Entry* spare, std::size_t count, std::uint64_t varying) {
+  if (count <= kShortRun) {
+    InsertionSort(entries, count);
+    return;
   }
+  const int digits = DigitsFor(count);
+  const int shift = std::max(0, static_cast<int>(std::bit_width(varying)) - digits * kDigitBits);
+  std::array<std::array<std::uint32_t, kDigitValues>, kMostDigits> places{};
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::uint64_t bits = entries[i].Key() >> shift;
+    for (int digit = 0; digit < digits; ++digit) {
+      ++places[static_cast<std::size_t>(digit)][DigitOf(bits, digit)];
+    }
+  }
+  Entry* from = entries;
+  Entry* to = spare;
+  for (int digit = 0; digit < digits; ++digit) {
+    if (DigitOf(varying >> shift, digit) == 0) continue;
+    auto& place = places[static_cast<std::size_t>(digit)];
+    std::exclusive_scan(place.begin(), place.end(), place.begin(), 0U);
+    for (std::size_t i = 0; i < count; ++i) {
+      const Entry entry = from[i];
+      to[place[DigitOf(entry.Key() >> shift, digit)]++] = entry;
+    }
+    std::swap(from, to);
+  }
+  if (from != entries) std::copy_n(from, count, entries);
+  if ((varying & ((std::uint64_t{1} << shift) - 1)) != 0) FinishRuns(entries, spare, count, shift);
+}
+
+}  // namespace
+
+void RadixBuckets::StartCounting(std::size_t entryCount) {
+  count = entryCount;
+  const int cellBits = count <= kFewEntries ? 0 : kCellBits;
+  shift = std::clamp(static_cast<int>(std::bit_width(varying)) - cellBits, 0, 63);
+  cells.assign(std::size_t{1} << cellBits, 0);
+}
+
+void RadixBuckets::StartPlacing() {
+  const std::size_t bucketSize = std::max(count / kMostBuckets, kFewEntries / 4);
+  std::size_t start = 0;
+  std::size_t next = 0;
+  for (std::uint32_t& cell : cells) {
+    if (ends.empty() || next - start >= bucketSize || next - start + cell > 2 * bucketSize) {
+      start = next;
+      ends.push_back(static_cast<std::uint32_t>(start));
+    }
+    next += cell;
+    cell = static_cast<std::uint32_t>(ends.size() - 1);
+  }
+}
+
+template <typename Entry>
+void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends) {
+  std::size_t largest = 0;
+  std::vector<std::uint64_t> varying;
+  varying.reserve(ends.size());
+  std::size_t begin = 0;
+  for (const std::size_t end : ends) {
+    std::uint64_t differing = 0;
+    for (std::size_t i = begin; i < end; ++i) differing |= entries[i].Key() ^ entries[begin].Key();
+    if (differing != 0) largest = std::max(largest, end - begin);
+    varying.push_back(differing);
+    begin = end;
+  }
+  const LargeArray<Entry> spare = MakeLargeArray<Entry>(largest);
+  begin = 0;
+  for (std::size_t bucket = 0; bucket < ends.size(); ++bucket) {
+    const std::size_t end = ends[bucket];
+    if (varying[bucket] != 0) {
+      SortInPlace(entries + begin, spare.get(), end - begin, varying[bucket]);
+    }
+    begin = end;
+  }
+}
+
+template void SortBuckets(PlainKey* entries, const std::vector<std::uint32_t>& ends);
+template void SortBuckets(NumberedKey* entries, const std::vector<std::uint32_t>& ends);
+
+RecordOrder::RecordOrder(LargeArray<NumberedKey> entries, std::size_t count) noexcept
+    : count(count) {
+  NumberedKey* memory = entries.release();
+  auto* packed = reinterpret_cast<std::uint32_t*>(memory);
+  for (std::size_t i = 0; i < count; ++i) packed[i] = memory[i].number;
+  void* shrunk = std::realloc(packed, (count + 1) * sizeof(std::uint32_t));
+  numbers.reset(shrunk == nullptr ? packed : static_cast<std::uint32_t*>(shrunk));
 }

@@ -7,55 +7,125 @@
 
 #include "kit/large_array.h"
 
-/// The order of records ascending by a double, equal values in the order of their records.
-///
-/// A negative zero equals zero, every not-a-number stands after infinity, the mark of a missing
-/// value is a value like others. Memory: 12 bytes a record while values are added, 28 at most while
-/// the order is made, of which the order keeps 4.
-class RadixSorter {
+/// Bits that compare as unsigned integers as the doubles compare: a negative zero equals zero,
+/// every not-a-number stands after infinity, the mark of a missing value is a value like others.
+[[nodiscard]] inline std::uint64_t OrderedBits(double value) noexcept {
+  constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
+  if (value != value) return ~std::uint64_t{0};
+  const std::uint64_t bits = std::bit_cast<std::uint64_t>(value + 0.0);  // -0 + 0 is 0
+  return bits ^ ((0 - (bits >> 63)) | kSign);  // without a branch: signs come at random
+}
+
+/// A key alone.
+struct PlainKey {
+  std::uint64_t key;
+  [[nodiscard]] std::uint64_t Key() const noexcept { return key; }
+};
+
+/// A key in two halves beside a record number: 12 bytes where a whole key would take 16.
+struct NumberedKey {
+  std::uint32_t low;
+  std::uint32_t high;
+  std::uint32_t number;
+
+  NumberedKey() = default;
+  NumberedKey(std::uint64_t key, std::size_t number) noexcept
+      : low(static_cast<std::uint32_t>(key)),
+        high(static_cast<std::uint32_t>(key >> 32)),
+        number(static_cast<std::uint32_t>(number)) {}
+  [[nodiscard]] std::uint64_t Key() const noexcept {
+    return static_cast<std::uint64_t>(high) << 32 | low;
+  }
+};
+
+/// The buckets that a sort puts its entries into first: by the upper bits in which keys differ,
+/// each a small part of the entries wherever these bits tell them apart.
+class RadixBuckets {
  public:
-  /// Room for `capacity` values, at most 2^32 - 1. Throws std::bad_alloc.
-  explicit RadixSorter(std::size_t capacity);
-
-  /// The value of the next record.
-  void Add(double value) noexcept {
-    const std::uint64_t key = OrderedBits(value);
-    if (size == 0) firstKey = key;
-    varying |= key ^ firstKey;
-    entries[size] = Entry{static_cast<std::uint32_t>(key), static_cast<std::uint32_t>(key >> 32),
-                          static_cast<std::uint32_t>(size)};
-    ++size;
+  /// First look at a key.
+  void Survey(std::uint64_t key) noexcept { varying |= key ^ firstKey; }
+  void SetFirstKey(std::uint64_t key) noexcept { firstKey = key; }
+  /// Throws std::bad_alloc.
+  void StartCounting(std::size_t count);
+  /// Second look.
+  void Count(std::uint64_t key) noexcept { ++cells[CellOf(key)]; }
+  /// Throws std::bad_alloc.
+  void StartPlacing();
+  /// Third look: where the entry goes.
+  [[nodiscard]] std::size_t PlaceOf(std::uint64_t key) noexcept {
+    return ends[cells[CellOf(key)]]++;
   }
-
-  /// The record numbers, from 0. Empties the sorter. Throws std::bad_alloc.
-  [[nodiscard]] std::vector<std::uint32_t> TakeOrder();
-
-  /// Bits that compare as unsigned integers as the doubles compare.
-  [[nodiscard]] static std::uint64_t OrderedBits(double value) noexcept {
-    constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
-    if (value != value) return ~std::uint64_t{0};
-    const std::uint64_t bits = std::bit_cast<std::uint64_t>(value + 0.0);  // -0 + 0 is 0
-    return (bits & kSign) != 0 ? ~bits : bits | kSign;
-  }
+  /// After the last entry is in its place: where each bucket ends.
+  [[nodiscard]] const std::vector<std::uint32_t>& Ends() const noexcept { return ends; }
 
  private:
-  /// A key in two halves beside the record number: 12 bytes where a whole key would take 16.
-  struct Entry {
-    std::uint32_t low;
-    std::uint32_t high;
-    std::uint32_t number;
+  [[nodiscard]] std::size_t CellOf(std::uint64_t key) const noexcept {
+    return key >> shift & (cells.size() - 1);
+  }
 
-    [[nodiscard]] std::uint64_t Key() const noexcept {
-      return static_cast<std::uint64_t>(high) << 32 | low;
-    }
-  };
-
-  static Entry* Sort(Entry* entries, Entry* spare, std::size_t count, std::uint64_t varying);
-  static void FinishRuns(Entry* entries, Entry* spare, std::size_t count, int shift);
-  static void InsertionSort(Entry* entries, std::size_t count);
-
-  LargeArray<Entry> entries;
-  std::size_t size = 0;
   std::uint64_t firstKey = 0;
   std::uint64_t varying = 0;  // bits in which some key differs from the first
+  int shift = 0;
+  std::size_t count = 0;
+  std::vector<std::uint32_t> cells;  // the count by upper bits, then the bucket
+  std::vector<std::uint32_t> ends;
 };
+
+/// Sorts each bucket, equal keys in the order in which they stand. Throws std::bad_alloc.
+template <typename Entry>
+void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends);
+extern template void SortBuckets(PlainKey* entries, const std::vector<std::uint32_t>& ends);
+extern template void SortBuckets(NumberedKey* entries, const std::vector<std::uint32_t>& ends);
+
+/// `count` entries, at most 2^32 - 1, ascending by their keys, equal ones in the order of their
+/// places. `entryAt(place)` is asked three times for each place, in ascending order, so that
+/// nothing but the result is stored where the keys are told apart well; at worst a second array of
+/// its size is. Throws std::bad_alloc.
+template <typename Entry, typename EntryAt>
+[[nodiscard]] LargeArray<Entry> SortedEntries(std::size_t count, EntryAt entryAt) {
+  LargeArray<Entry> entries = MakeLargeArray<Entry>(count);
+  if (count == 0) return entries;
+  RadixBuckets buckets;
+  buckets.SetFirstKey(entryAt(0).Key());
+  for (std::size_t place = 0; place < count; ++place) buckets.Survey(entryAt(place).Key());
+  buckets.StartCounting(count);
+  for (std::size_t place = 0; place < count; ++place) buckets.Count(entryAt(place).Key());
+  buckets.StartPlacing();
+  for (std::size_t place = 0; place < count; ++place) {
+    const Entry entry = entryAt(place);
+    entries[buckets.PlaceOf(entry.Key())] = entry;
+  }
+  SortBuckets(entries.get(), buckets.Ends());
+  return entries;
+}
+
+/// Numbers of records, 4 bytes each, in some order.
+class RecordOrder {
+ public:
+  RecordOrder() = default;
+  /// The numbers of the entries; takes over their memory and gives back what it does not need.
+  RecordOrder(LargeArray<NumberedKey> entries, std::size_t count) noexcept;
+
+  [[nodiscard]] std::size_t size() const noexcept { return count; }
+  [[nodiscard]] std::uint32_t operator[](std::size_t place) const noexcept {
+    return numbers[place];
+  }
+  [[nodiscard]] const std::uint32_t* begin() const noexcept { return numbers.get(); }
+  [[nodiscard]] const std::uint32_t* end() const noexcept { return numbers.get() + count; }
+
+ private:
+  LargeArray<std::uint32_t> numbers;
+  std::size_t count = 0;
+};
+
+/// The places from 0 to `count` ascending by `valueAt(place)`, a double; equal values in the order
+/// of their places. Memory: 12 bytes a place, of which the order keeps 4. Throws std::bad_alloc.
+template <typename ValueAt>
+[[nodiscard]] RecordOrder AscendingOrder(std::size_t count, ValueAt valueAt) {
+  return RecordOrder(SortedEntries<NumberedKey>(count,
+                                                [&valueAt](std::size_t place) {
+                                                  return NumberedKey(OrderedBits(valueAt(place)),
+                                                                     place);
+                                                }),
+                     count);
+}

@@ -18,8 +18,8 @@ void RecordRanks::Sort(std::size_t count) noexcept {
     std::sort(entries.begin(), entries.begin() + static_cast<std::ptrdiff_t>(count),
               [](const Entry& a, const Entry& b) {
                 // Bits are in order also where a value is not a number.
-                const std::uint64_t bitsOfA = RadixSorter::OrderedBits(a.value);
-                const std::uint64_t bitsOfB = RadixSorter::OrderedBits(b.value);
+                const std::uint64_t bitsOfA = OrderedBits(a.value);
+                const std::uint64_t bitsOfB = OrderedBits(b.value);
                 return bitsOfA != bitsOfB ? bitsOfA < bitsOfB : a.place < b.place;
               });
     return;

@@ -16,10 +16,9 @@ void SignedRanks::Add(double difference, double weight) {
 void SignedRanks::Rank() {
   constexpr double kNegative = 0.0;
   constexpr double kPositive = 1.0;
-  RadixSorter sorter(differences.size());
-  for (const double difference : differences) sorter.Add(std::abs(difference));
   NPARRank ranks;
-  for (const std::uint32_t i : sorter.TakeOrder()) {
+  for (const std::uint32_t i : AscendingOrder(
+           differences.size(), [this](std::size_t i) { return std::abs(differences[i]); })) {
     const double difference = differences[i];
     static_cast<void>(ranks.AddValue(std::abs(difference), weights.empty() ? 1.0 : weights[i],
                                      difference < 0.0 ? kNegative : kPositive));

@@ -161,8 +161,7 @@ NParMemoIterator NParMemoIterator::Jump(std::int64_t places) const {
   return further;
 }
 
-NPARSortedIterator::NPARSortedIterator(const InitialDataReader* reader,
-                                       std::vector<std::uint32_t> order)
+NPARSortedIterator::NPARSortedIterator(const InitialDataReader* reader, RecordOrder order)
     : reader(reader), order(std::move(order)), current(Record::View(nullptr, reader->Width())) {}
 
 int NPARSortedIterator::Reset() {
@@ -216,11 +215,11 @@ MultiPassRecordIter* NPARSortManager::GetSortedIterator(std::int32_t variable) {
   if (view.iterator == nullptr) {
     const std::int64_t count = reader->Count();
     if (count >= std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
-    RadixSorter sorter(static_cast<std::size_t>(count));
-    for (std::int64_t number = 0; number < count; ++number) {
-      sorter.Add(reader->Row(number)[variable]);
-    }
-    view.iterator = std::make_unique<NPARSortedIterator>(reader, sorter.TakeOrder());
+    view.iterator = std::make_unique<NPARSortedIterator>(
+        reader,
+        AscendingOrder(static_cast<std::size_t>(count), [this, variable](std::size_t number) {
+          return reader->Row(static_cast<std::int64_t>(number))[variable];
+        }));
   }
   return view.iterator.get();
 }

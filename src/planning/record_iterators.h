@@ -8,6 +8,7 @@
 
 #include "foundation/names.h"
 #include "kit/large_array.h"
+#include "kit/radix_sort.h"
 #include "kit/sorted_data.h"
 #include "planning/missing.h"
 
@@ -91,7 +92,7 @@ class NParMemoIterator final : public MultiPassRecordIter, public IRecordBlocks 
 class NPARSortedIterator final : public MultiPassRecordIter, public IRecordBlocks {
  public:
   /// Stands at the first record of the order; the reader is not taken over.
-  NPARSortedIterator(const InitialDataReader* reader, std::vector<std::uint32_t> order);
+  NPARSortedIterator(const InitialDataReader* reader, RecordOrder order);
 
   bool HasNext() override { return position < order.size(); }
   const Record* Next() override;
@@ -102,7 +103,7 @@ class NPARSortedIterator final : public MultiPassRecordIter, public IRecordBlock
 
  private:
   const InitialDataReader* reader;
-  std::vector<std::uint32_t> order;
+  RecordOrder order;
   Record current;
   std::size_t position = 0;
   std::vector<const double*> rows;

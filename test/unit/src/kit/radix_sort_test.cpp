@@ -14,9 +14,9 @@
 namespace {
 
 std::vector<std::uint32_t> RadixOrder(const std::vector<double>& values) {
-  RadixSorter sorter(values.size());
-  for (const double value : values) sorter.Add(value);
-  return sorter.TakeOrder();
+  const RecordOrder order =
+      AscendingOrder(values.size(), [&values](std::size_t place) { return values[place]; });
+  return {order.begin(), order.end()};
 }
 
 std::vector<std::uint32_t> StableOrder(const std::vector<double>& values) {
