@@ -3,6 +3,7 @@
 
 #include <csignal>
 #include <regex>
+#include <set>
 
 #include "host/cli/test_registry.h"
 #include "host/data/csv.h"
@@ -354,6 +355,26 @@ TEST_F(CommandLineTest, EachCommandHasHelpWithExamples) {
     EXPECT_THAT(help.out, HasSubstr(std::string("\n  npar ") + command));
     EXPECT_THAT(help.err, IsEmpty());
   }
+}
+
+// Both ways: an option that one of them lacks, and one that is gone.
+TEST_F(CommandLineTest, TheManPageNamesTheOptionsOfTheHelpAndNoOther) {
+  const auto optionsOf = [](const std::string& text) {
+    const std::regex option("(^|[ ,\n])(--[a-z][a-z-]*)");
+    std::set<std::string> names;
+    for (std::sregex_iterator it(text.begin(), text.end(), option), end; it != end; ++it) {
+      names.insert((*it)[2]);
+    }
+    return names;
+  };
+  std::string help;
+  for (const char* command :
+       {"run", "analyse", "report", "explain", "tests", "info", "completion"}) {
+    help += RunNpar({command, "--help"}).out;
+  }
+  const std::string page =
+      std::regex_replace(FileContent("docs/npar.1"), std::regex(R"(\\-)"), "-");
+  EXPECT_EQ(optionsOf(page), optionsOf(help));
 }
 
 TEST_F(CommandLineTest, BashCompletesCommandsTestsAndOptions) {
