@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "host/render/html/markup.h"
 #include "host/render/table_words.h"
@@ -75,8 +76,10 @@ double Parameter(const ResultTest& test, std::size_t position) {
 double PoissonShare(double mean, double value) {
   if (mean > kMostPoissonMean) return NAN;
   double sum = 0.0;
-  for (double k = 0.0; k <= value; ++k) {
-    sum += std::exp(k * std::log(mean) - mean - std::lgamma(k + 1.0));
+  const auto last = static_cast<std::int64_t>(std::clamp(value, -1.0, 10.0 * kMostPoissonMean));
+  for (std::int64_t k = 0; k <= last; ++k) {
+    const auto count = static_cast<double>(k);
+    sum += std::exp(count * std::log(mean) - mean - std::lgamma(count + 1.0));
   }
   return std::min(sum, 1.0);
 }
@@ -104,6 +107,7 @@ std::optional<Plot> TwoSampleFunctions(const ResultDocument& document, const Res
   const std::vector<Step> second = Steps(test.groups[1].bins);
   if (first.empty() || second.empty()) return std::nullopt;
   std::vector<double> values;
+  values.reserve(first.size() + second.size());
   for (const Step& step : first) values.push_back(step.value);
   for (const Step& step : second) values.push_back(step.value);
   const auto titles = FieldTitles(document, test, 0);
@@ -163,6 +167,7 @@ std::optional<Plot> OneSampleFunctions(const ResultDocument& document, const Res
                      std::string("hypothesised (dashed). Their greatest distance is ") +
                      Extreme(test, "Absolute") + ".";
   std::vector<double> values;
+  values.reserve(steps.size());
   for (const Step& step : steps) values.push_back(step.value);
   const Scale across = ScaleOver(values, kLeft, kRight);
   const Scale shares{0.0, 1.0, kBottom, kTop};

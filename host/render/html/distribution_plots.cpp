@@ -33,6 +33,7 @@ std::string FindText(const std::vector<ResultStatistic>& figures, std::string_vi
 
 std::vector<double> Values(const std::vector<ResultBin>& bins) {
   std::vector<double> values;
+  values.reserve(bins.size());
   for (const ResultBin& bin : bins) values.push_back(bin.value);
   return values;
 }
@@ -130,6 +131,7 @@ Plot CategoriesPlot(const ResultField& field) {
   constexpr double kStep = 26.0;
   const auto& bins = field.distribution->bins;
   std::vector<Bar> bars;
+  bars.reserve(bins.size());
   for (const ResultBin& bin : bins) bars.push_back({0.0, 0.0, bin.count});
   const Scale across{0.0, std::max(Highest(bars), 1.0), kLabelEnd + 8.0, kRight - 60.0};
   double y = 12.0;
@@ -139,7 +141,7 @@ Plot CategoriesPlot(const ResultField& field) {
     plot.drawing.Name(kLabelEnd, y + 14.0, "end", name, kLabelEnd - 4.0);
     plot.drawing.Box(across(0.0), y, across(bin.count) - across(0.0), kStep - 7.0, "first");
     plot.drawing.Text(across(bin.count) + 6.0, y + 14.0, "start", count, "value");
-    plot.description += " " + name + " " + count + ";";
+    plot.description.append(" ").append(name).append(" ").append(count).append(";");
     y += kStep;
   }
   plot.description.back() = '.';

@@ -76,8 +76,9 @@ std::optional<Plot> FrequencyPlot(const ResultDocument& document, const ResultTe
       plot.drawing.Text(end + 6.0, bar + 10.0, "start", FigureText(*text), "value");
       bar += 14.0;
     }
-    plot.description += " " + pair.title + ": " + firstSeries + " " + FigureText(pair.first) +
-                        ", " + secondSeries + " " + FigureText(pair.second) + ".";
+    plot.description.append(" ").append(pair.title).append(": ");
+    plot.description.append(firstSeries).append(" ").append(FigureText(pair.first)).append(", ");
+    plot.description.append(secondSeries).append(" ").append(FigureText(pair.second)).append(".");
     y += 40.0;
   }
   plot.description.erase(0, 1);

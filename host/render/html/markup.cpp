@@ -1,9 +1,10 @@
 #include "host/render/html/markup.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "host/render/significance.h"
-#include "host/render/text.h"
+#include "host/render/text_layout.h"
 #include "host/render/wording.h"
 
 namespace npar_host {
@@ -45,13 +46,28 @@ std::string WithValue(std::string_view value, std::string_view shown) {
   return "<data value=\"" + Escaped(value) + "\">" + Escaped(shown) + "</data>";
 }
 
+constexpr std::string_view kIsolateStart = "\u2068";
+constexpr std::string_view kIsolateEnd = "\u2069";
+
+// What is no isolate is made printable: Isolated() has put those there.
+std::string PrintableButIsolates(std::string_view text) {
+  std::string printable;
+  while (true) {
+    const std::size_t isolate = std::min(text.find(kIsolateStart), text.find(kIsolateEnd));
+    printable += Printable(text.substr(0, isolate));
+    if (isolate == std::string_view::npos) return printable;
+    printable += text.substr(isolate, kIsolateStart.size());
+    text.remove_prefix(isolate + kIsolateStart.size());
+  }
+}
+
 constexpr std::string_view kNoFigure = "<span class=\"none\">\u2013</span>";
 
 }  // namespace
 
 std::string Escaped(std::string_view text) {
   std::string markup;
-  const std::string printable = Printable(text);
+  const std::string printable = PrintableButIsolates(text);
   std::string_view rest = printable;
   while (!rest.empty()) {
     const CodePoint point = FirstCodePoint(rest);
@@ -93,15 +109,16 @@ std::string Shortened(std::string_view text, std::size_t most) {
   return std::string(text);
 }
 
-std::string Isolated(std::string text) {
-  for (std::string_view rest = text; !rest.empty();) {
+std::string Isolated(std::string_view text) {
+  std::string printable = Printable(text);  // its own directional controls among others
+  for (std::string_view rest = printable; !rest.empty();) {
     const CodePoint point = FirstCodePoint(rest);
     if (point.value != kNoCharacter && TurnsText(point.value)) {
-      return "\u2068" + text + "\u2069";
+      return std::string(kIsolateStart) + printable + std::string(kIsolateEnd);
     }
     rest.remove_prefix(point.length);
   }
-  return text;
+  return printable;
 }
 
 std::string FigureMarkup(std::string_view figure) {

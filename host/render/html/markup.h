@@ -16,7 +16,7 @@ namespace npar_host {
 [[nodiscard]] std::string Shortened(std::string_view text, std::size_t most);
 /// The text in directional isolates if it holds characters of right-to-left scripts or of
 /// directional control, so that it cannot turn the text around it.
-[[nodiscard]] std::string Isolated(std::string text);
+[[nodiscard]] std::string Isolated(std::string_view text);
 
 /// A figure with 6 significant digits; the whole of it is in the element's value. A figure that the
 /// document leaves out is a dash.

@@ -183,11 +183,14 @@ std::string FieldsSection(const ResultDocument& document, const ResultDocument& 
     const ResultField& field = document.fields[i];
     if (!field.distribution) continue;
     const std::string id = "field" + std::to_string(number++);
-    fields += "<section class=\"field\" aria-labelledby=\"" + id + "-heading\">\n<h3 id=\"" + id +
-              "-heading\">" + Escaped(field.Title()) + "</h3>\n<p class=\"kind\">" +
-              (field.label.empty() ? "" : "Field <bdi>" + Escaped(field.name) + "</bdi>, ") +
-              (field.isCategorical ? "categorical" : "continuous") +
-              "</p>\n<div class=\"results\">\n";
+    fields.append("<section class=\"field\" aria-labelledby=\"").append(id);
+    fields.append("-heading\">\n<h3 id=\"").append(id).append("-heading\">");
+    fields.append(Escaped(field.Title())).append("</h3>\n<p class=\"kind\">");
+    if (!field.label.empty()) {
+      fields.append("Field <bdi>").append(Escaped(field.name)).append("</bdi>, ");
+    }
+    fields.append(field.isCategorical ? "categorical" : "continuous");
+    fields.append("</p>\n<div class=\"results\">\n");
     if (const auto plot = FieldPlot(field, id + "-values")) fields += PlotMarkup(*plot, id);
     HtmlTable table(id + "-figures", "Summary of " + field.Title());
     for (const ResultStatistic& figure : field.distribution->figures) {

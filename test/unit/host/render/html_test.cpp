@@ -35,7 +35,8 @@ std::string ReadText(const std::string& path) {
 struct Page {
   explicit Page(const ResultDocument& document) : text(RenderHtml(document)) {
     const auto parsed = xml.load_string(text.c_str(), pugi::parse_full);
-    EXPECT_TRUE(parsed) << parsed.description() << " at " << text.substr(parsed.offset, 200);
+    EXPECT_TRUE(parsed) << parsed.description() << " at "
+                        << text.substr(static_cast<std::size_t>(parsed.offset), 200);
   }
 
   [[nodiscard]] std::size_t Count(const char* path) const { return xml.select_nodes(path).size(); }
@@ -250,6 +251,23 @@ TEST(HtmlReportTest, NamesThatTurnTextAreIsolated) {
   document.fields[1].name = "\u05e9\u05dc\u05d5\u05dd";
   EXPECT_THAT(RenderHtml(document),
               HasSubstr("drug2 - \u2068\u05e9\u05dc\u05d5\u05dd\u2069 is 0."));
+}
+
+TEST(HtmlReportTest, LongNamesAreShortenedAndToldInFullOnce) {
+  ResultDocument document =
+      ReadResultDocument(ReadText(std::string(kResults) + "sleep_pairs.xml"), "");
+  const auto count = [&document](const std::string& part) {
+    const std::string page = RenderHtml(document);
+    std::size_t found = 0;
+    for (auto at = page.find(part); at != std::string::npos; at = page.find(part, at + 1)) ++found;
+    return found;
+  };
+  document.fields[1].name = std::string(80, 'x');
+  EXPECT_GT(count(std::string(80, 'x')), 2u);
+  EXPECT_EQ(count("Names in full"), 0u);
+  document.fields[1].name = std::string(81, 'x');
+  EXPECT_EQ(count(std::string(81, 'x')), 1u);
+  EXPECT_GT(count(std::string(80, 'x') + "\u2026"), 2u);
 }
 
 TEST(HtmlReportTest, EmptyAndDegenerateDocumentsArePages) {
