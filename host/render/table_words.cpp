@@ -65,10 +65,6 @@ std::string RowTitle(const ResultDocument& document, const ResultTest& test,
   return field == nullptr ? name : CategoryTitle(*field, code);
 }
 
-std::string ColumnTitle(const ResultTest& test, const ResultTable& table, std::size_t column) {
-  return ColumnTitle({}, test, table, column);
-}
-
 std::string ColumnTitle(const ResultDocument& document, const ResultTest& test,
                         const ResultTable& table, std::size_t column) {
   const bool isCross = table.name == kCrossTable;
@@ -126,10 +122,6 @@ std::string PositionTitle(const ResultDocument& document, const ResultTest& test
 
 std::string MessageKindWord(const ResultMessage& message) {
   return message.type == "helpMessage" ? "note" : message.type;
-}
-
-std::string MessageWords(const ResultDocument& document, const ResultMessage& message) {
-  return MessageWords(document, {}, message);
 }
 
 std::string MessageWords(const ResultDocument& document, const ResultTest& test,

@@ -17,9 +17,6 @@ namespace npar_host {
                                    const ResultTable& table, std::size_t row);
 [[nodiscard]] std::string ColumnTitle(const ResultDocument& document, const ResultTest& test,
                                       const ResultTable& table, std::size_t column);
-/// As above, the categories of a cross table by their values.
-[[nodiscard]] std::string ColumnTitle(const ResultTest& test, const ResultTable& table,
-                                      std::size_t column);
 /// Columns of the table, also of a cross table that does not name its two.
 [[nodiscard]] std::size_t ColumnCount(const ResultTable& table);
 /// "Frequencies"; for a cross table with the fields in its rows and columns.
@@ -37,9 +34,6 @@ namespace npar_host {
 [[nodiscard]] std::string MessageKindWord(const ResultMessage& message);
 /// The message's text with the titles of the fields and samples that it names.
 [[nodiscard]] std::string MessageWords(const ResultDocument& document, const ResultTest& test,
-                                       const ResultMessage& message);
-/// As above, a sample by its position.
-[[nodiscard]] std::string MessageWords(const ResultDocument& document,
                                        const ResultMessage& message);
 
 }  // namespace npar_host
