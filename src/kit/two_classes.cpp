@@ -50,19 +50,20 @@ std::int32_t TwoClasses::Prepare(const QDSettings& settings, const UnivariateRes
 std::int32_t TwoClasses::TakeCategoriesOfData(
     const std::map<std::int32_t, std::int64_t>& frequencies) {
   if (frequencies.size() > 2) return kTooManyCategories;
-  std::int64_t total = 0;
-  for (const auto& [code, frequency] : frequencies) total += frequency;
-  if (total < 1) return kNoCategories;
+  if (frequencies.empty()) return kNoCategories;
   const auto first = frequencies.begin();
-  firstCategories.assign(1, first->first);
   firstCount = first->second;
-  secondCategories.clear();
-  if (frequencies.size() == 2) {
-    const auto second = std::next(first);
-    secondCategories.assign(1, second->first);
-    secondCount = second->second;
+  if (frequencies.size() == 1) {
+    if (firstCount < 1) return kNoCategories;
+    firstCategories.assign(1, first->first);
+    return 0;
   }
-  return 0;
+  // Two categories are named also where neither has data.
+  const auto second = std::next(first);
+  secondCount = second->second;
+  firstCategories.assign(1, first->first);
+  secondCategories.assign(1, second->first);
+  return firstCount == 0 && secondCount == 0 ? kNoCategories : 0;
 }
 
 void TwoClasses::Count(const Record& record) {

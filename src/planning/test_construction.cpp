@@ -55,9 +55,13 @@ std::vector<std::int32_t> TestConstruction::LookUpList(
   return indices;
 }
 
-bool TestConstruction::Require(bool fits, std::int32_t index, std::int32_t code) {
+bool TestConstruction::Require(bool fits, std::int32_t index, std::int32_t code, bool tellsUnfit) {
   if (index < 0 || fits) return true;
-  FailOver(code, std::to_string(index));
+  if (tellsUnfit) {
+    FailOver(code, std::to_string(index));
+  } else {
+    FailOver(code);
+  }
   return false;
 }
 
@@ -72,12 +76,16 @@ bool TestConstruction::RequireCategorical(std::int32_t index, std::int32_t code)
 TestConstruction::TestAndGroup TestConstruction::LookUpTestAndGroup(
     const TestAndGroupCodes& codes) {
   const std::int32_t variable = LookUpVariable("variableName", codes.noVariable, codes.unknown);
-  RequireContinuous(variable, codes.notContinuous);
+  Require(KindOf(variable) == VariableKind::Continuous, variable, codes.notContinuous,
+          codes.tellsUnfit);
   const std::int32_t group = LookUpVariable("groupVariableName", codes.noGroup, codes.unknown);
-  RequireCategorical(group, codes.notCategorical);
-  Put("groupVariableIndex", group);
-  Put("variableIndex", variable);
+  Require(IsCategorical(KindOf(group)), group, codes.notCategorical, codes.tellsUnfit);
   return {variable, group};
+}
+
+void TestConstruction::PutTestAndGroup(const TestAndGroup& variables) {
+  Put("groupVariableIndex", variables.group);
+  Put("variableIndex", variables.variable);
 }
 
 VariableKind TestConstruction::KindOf(std::int32_t index) const {

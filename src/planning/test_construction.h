@@ -76,10 +76,12 @@ class TestConstruction {
     std::int32_t unknown;
     std::int32_t notContinuous;
     std::int32_t notCategorical;
+    bool tellsUnfit = true;  ///< the index of an unfit variable is a parameter
   };
-  /// "variableName", continuous, and "groupVariableName", categorical: found and checked, and put
-  /// as "variableIndex" and "groupVariableIndex" as far as found.
+  /// "variableName", continuous, and "groupVariableName", categorical: found and checked.
   TestAndGroup LookUpTestAndGroup(const TestAndGroupCodes& codes);
+  /// Puts "variableIndex" and "groupVariableIndex", as far as found.
+  void PutTestAndGroup(const TestAndGroup& variables);
 
   /// The kind of a variable by its index; None for an index that is none.
   [[nodiscard]] VariableKind KindOf(std::int32_t index) const;
@@ -126,7 +128,7 @@ class TestConstruction {
 
  private:
   void HandOver(NPARTest& test) const;
-  bool Require(bool fits, std::int32_t index, std::int32_t code);
+  bool Require(bool fits, std::int32_t index, std::int32_t code, bool tellsUnfit = true);
 
   NPARPlanner& planner;
   const QDSettings& entry;

@@ -48,6 +48,7 @@ void PutGivenGroups(TestConstruction& construction, const QDCategoryList& catego
 TestConstruction::TestAndGroup ResolveTwoGroups(TestConstruction& construction,
                                                 const TwoGroupEntryCodes& codes) {
   const TestConstruction::TestAndGroup found = construction.LookUpTestAndGroup(codes.variables);
+  construction.PutTestAndGroup(found);
   bool areGiven = false;
   if (construction.IsOK()) {
     areGiven = construction.ReadFlag("userSpecifyGroupList");

@@ -231,6 +231,7 @@ QDStatus ConstructJonckheereTest(NPARPlanner& planner, QDStatus& status, const Q
   const auto variables = construction.LookUpTestAndGroup(
       {kNoVariable, kNoGroup, kUnknownVariable, kNotContinuous, kNotCategorical});
   if (construction.IsOK()) {
+    construction.PutTestAndGroup(variables);
     construction.Put("groupOrder", AscendingCodes(construction, variables.group));
     construction.Put("orderOfHypotheses",
                      construction.ReadText("orderOfHypotheses", "orderSmallestToLargest"));

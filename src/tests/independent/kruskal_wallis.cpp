@@ -195,7 +195,8 @@ QDStatus ConstructKruskalWallisTest(NPARPlanner& planner, QDStatus& status,
                                     const QDSettings& entry) {
   TestConstruction construction(planner, entry);
   const auto variables = construction.LookUpTestAndGroup(
-      {kNoVariable, kNoVariable, kNoVariable, kNotContinuous, kNotCategorical});
+      {kNoVariable, kNoVariable, kNoVariable, kNotContinuous, kNotCategorical, false});
+  construction.PutTestAndGroup(variables);
   if (!construction.Copy("typeOfMultipleComparison")) construction.Fail(kNoComparisonWord);
   if (construction.IsOK() && construction.CategoriesOf(variables.group)->Size() < 2) {
     construction.Fail(kTooFewCategories);

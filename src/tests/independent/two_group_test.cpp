@@ -16,12 +16,13 @@ void NPARTwoGroupTest::SetSharedData(UnivariateResults* data) {
 }
 
 QDStatus NPARTwoGroupTest::BeginPass() {
+  // A test that is born failed reads nothing: its indices stay -1.
+  if (status.IsError()) return status;
   if (passIndex == 0) {
     groups.Read(*settings);
     weight = RecordWeight(*settings);
     static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
   }
-  if (status.IsError()) return status;
   passesLeft = passCount - passIndex;
   if (passIndex == 0) {
     static_cast<void>(groups.Check(*this, sharedData, codes));

@@ -129,11 +129,12 @@ XMLElement* NPARBinomial::WriteResults() {
 
 QDStatus ConstructBinomialTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
   TestConstruction construction(planner, entry);
-  ReadTwoClasses(construction, kConstructionCodes);
+  const TwoClassEntry classes = ReadTwoClasses(construction, kConstructionCodes);
   double probability = 0.0;
   if (construction.IsOK() && construction.Read("testProbability", probability)) {
     construction.Put("testProbability", probability);
   }
+  CheckTwoClasses(construction, kConstructionCodes, classes);
   planner.AddTest(construction.Make<NPARBinomial>());
   status = construction.GetStatus();
   return status;

@@ -97,7 +97,8 @@ XMLElement* NPAREstimateCI::WriteResults() {
 
 QDStatus ConstructEstimateCITest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
   TestConstruction construction(planner, entry, TestConstruction::Level::Confidence);
-  ReadTwoClasses(construction, kConstructionCodes);
+  CheckTwoClasses(construction, kConstructionCodes,
+                  ReadTwoClasses(construction, kConstructionCodes));
   for (const char* key : kMethodKeys) construction.Copy(key);
   planner.AddTest(construction.Make<NPAREstimateCI>());
   status = construction.GetStatus();

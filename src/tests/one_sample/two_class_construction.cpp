@@ -5,53 +5,58 @@
 
 #include "kit/category_selection.h"
 
-void ReadTwoClasses(TestConstruction& construction, const TwoClassCodes& codes) {
+TwoClassEntry ReadTwoClasses(TestConstruction& construction, const TwoClassCodes& codes) {
   NPARPlanner& planner = construction.Planner();
-
-  const std::int32_t index =
+  TwoClassEntry entry;
+  entry.variable =
       construction.LookUpVariable("variableName", codes.noVariableName, codes.unknownVariable);
-  if (index < 0) return;
-  construction.Put("variableIndex", index);
-  const VariableKind kind = construction.KindOf(index);
-  const bool isContinuous = kind == VariableKind::Continuous;
-  const bool isCategorical = TestConstruction::IsCategorical(kind);
-  if (isCategorical) planner.RegisterStatistic(index, Statistic::Frequencies);
-  if (isContinuous) planner.RegisterSortedVariable(index);
-
-  std::string formation = "getFromData";
-  std::vector<std::string> givenTexts;
-  if (construction.Read("catVarClassFormation", formation)) {
-    construction.Put("classFormation", formation);
-    if (formation == "givenCategoryList") {
-      static_cast<void>(construction.Read("givenCategoryList", givenTexts));
-      if (givenTexts.empty()) {
-        construction.Fail(codes.noCategoryList);
-        return;
-      }
-      construction.Put("originalGivenCategoryList", givenTexts);
+  if (entry.variable < 0) return entry;
+  construction.Put("variableIndex", entry.variable);
+  const VariableKind kind = construction.KindOf(entry.variable);
+  if (TestConstruction::IsCategorical(kind)) {
+    planner.RegisterStatistic(entry.variable, Statistic::Frequencies);
+  } else if (kind == VariableKind::Continuous) {
+    planner.RegisterSortedVariable(entry.variable);
+  }
+  if (construction.Read("catVarClassFormation", entry.formation)) {
+    construction.Put("classFormation", entry.formation);
+    if (entry.formation != "givenCategoryList") return entry;
+    static_cast<void>(construction.Read("givenCategoryList", entry.givenTexts));
+    if (entry.givenTexts.empty()) {
+      construction.Fail(codes.noCategoryList);
+    } else {
+      construction.Put("originalGivenCategoryList", entry.givenTexts);
     }
-  } else if (construction.Read("contVarClassFormation", formation)) {
+  } else if (construction.Read("contVarClassFormation", entry.formation)) {
     construction.Put("classFormation", "givenCutPoint");
-    if (double cutPoint = 0.0; formation == "givenCutPoint") {
-      if (!construction.Read("givenCutPoint", cutPoint)) {
-        construction.Fail(codes.noCutPoint);
-        return;
-      }
+    double cutPoint = 0.0;
+    if (entry.formation != "givenCutPoint") return entry;
+    if (construction.Read("givenCutPoint", cutPoint)) {
       construction.Put("givenCutPoint", cutPoint);
+    } else {
+      construction.Fail(codes.noCutPoint);
     }
   }
+  return entry;
+}
 
+void CheckTwoClasses(TestConstruction& construction, const TwoClassCodes& codes,
+                     const TwoClassEntry& entry) {
+  if (!construction.IsOK()) return;
+  const VariableKind kind = construction.KindOf(entry.variable);
+  const bool isContinuous = kind == VariableKind::Continuous;
+  const bool isCategorical = TestConstruction::IsCategorical(kind);
   if (!isContinuous && !isCategorical) {
     construction.Fail(codes.unknownLevel);
     return;
   }
   construction.Put("measureLevel", static_cast<double>(kind));
-  const bool isCutPoint = formation == "givenCutPoint" || formation == "sampleMidPoint";
+  const bool isCutPoint = entry.formation == "givenCutPoint" || entry.formation == "sampleMidPoint";
   if (isContinuous && !isCutPoint) construction.Fail(codes.cutPointWanted);
   if (isCategorical && isCutPoint) construction.Fail(codes.categoriesWanted);
-  if (construction.IsOK() && isCategorical && !givenTexts.empty()) {
-    const CategorySelection selection =
-        SelectCategories(*planner.GetVariables().GetVarAt(index), givenTexts);
+  if (construction.IsOK() && isCategorical && !entry.givenTexts.empty()) {
+    const IQDVariable& variable = *construction.Planner().GetVariables().GetVarAt(entry.variable);
+    const CategorySelection selection = SelectCategories(variable, entry.givenTexts);
     construction.Put("notUsedCategoryList", selection.otherCodes);
     construction.Put("notGivenOriginalCategoryList", selection.otherTexts);
     construction.Put("givenCategoryList", selection.codes);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "planning/test_construction.h"
 
@@ -15,6 +17,19 @@ struct TwoClassCodes {
   std::int32_t categoriesWanted;  ///< a categorical field with a cut point
 };
 
-/// Reads field and classes of an entry and adds "variableIndex", "measureLevel", "classFormation"
-/// and what the formation needs to the test's settings; asks for the field's summaries.
-void ReadTwoClasses(TestConstruction& construction, const TwoClassCodes& codes);
+/// The field of a test and how its classes are formed.
+struct TwoClassEntry {
+  std::int32_t variable = -1;
+  std::string formation = "getFromData";
+  std::vector<std::string> givenTexts;
+};
+
+/// Reads field and classes of an entry and puts "variableIndex", "classFormation" and what the
+/// formation needs; asks for the field's summaries.
+TwoClassEntry ReadTwoClasses(TestConstruction& construction, const TwoClassCodes& codes);
+
+/// Holds the formation against the field's measurement level and puts "measureLevel" and the codes
+/// of given categories. What a test reads for itself is put before it: a test that fails here has
+/// that still.
+void CheckTwoClasses(TestConstruction& construction, const TwoClassCodes& codes,
+                     const TwoClassEntry& entry);

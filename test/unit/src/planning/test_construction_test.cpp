@@ -95,6 +95,7 @@ TEST_F(Construction, TestAndGroupAreFoundAndChecked) {
     TestConstruction construction(planner, entry);
     const auto found = construction.LookUpTestAndGroup(
         {kAbsent, kNoGroup, kUnknown, kNotContinuous, kNotCategorical});
+    construction.PutTestAndGroup(found);
     EXPECT_EQ(found.variable, row.variableIndex);
     EXPECT_EQ(found.group, row.groupIndex);
     EXPECT_EQ(construction.GetStatus().GetErrorCode(), row.code);
