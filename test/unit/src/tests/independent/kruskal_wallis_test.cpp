@@ -219,7 +219,7 @@ TEST(KruskalWallisTest, AnEntryThatDoesNotFitNamesItsProblem) {
   const Case cases[] = {
       {nullptr, "g", "none", 222103, {}},   {"x", nullptr, "none", 222103, {}},
       {"no", "g", "none", 222103, {"no"}},  {"x", "no", "none", 222103, {"no"}},
-      {"g", "g", "none", 222109, {}},    {"x", "x", "none", 222110, {}},
+      {"g", "g", "none", 222109, {}},       {"x", "x", "none", 222110, {}},
       {"x", "g", nullptr, 222101, {}},      {"x", "one", "none", 222115, {}},
       {"no", "g", nullptr, 222103, {"no"}},
   };

@@ -147,7 +147,7 @@ TEST(MedianTest, AnEntryThatDoesNotFitNamesItsProblem) {
   const Case cases[] = {
       {nullptr, "g", false, 222303, {}},  {"no", "g", false, 222303, {"no"}},
       {"x", "no", false, 222303, {"no"}}, {"g", "g", false, 222309, {}},
-      {"x", "x", false, 222310, {}},   {"x", "one", false, 222315, {}},
+      {"x", "x", false, 222310, {}},      {"x", "one", false, 222315, {}},
       {"x", "g", true, 222302, {}},       {"x", "one", true, 222315, {}},
   };
   for (const Case& row : cases) {
