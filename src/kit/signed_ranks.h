@@ -25,6 +25,7 @@ class SignedRanks {
  private:
   std::vector<double> differences;
   std::vector<double> weights;  // empty as long as every weight is 1
+  bool areAllFinite = true;     // infinite sizes never tie
   double positiveRankSum = 0.0;
   double negativeRankSum = 0.0;
   double tieSum = 0.0;
