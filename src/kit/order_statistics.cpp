@@ -21,6 +21,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -151,14 +152,16 @@ double SelectListed(const Table& table, const Bracket& bracket, WeightProduct ra
 /// A place inside the bracket: its middle, or where the rank would lie on a straight line between
 /// the ends, less or more a part of the bracket so that the other end moves the next time.
 std::uint64_t NextBound(const Bracket& bracket, WeightProduct rank, int step) {
-  constexpr int kBisectEvery = 4;
-  constexpr double kMargin = 1.0 / 64.0;
+  constexpr int kBisectEvery = 5;
+  constexpr int kFirstMargin = -4;  // as a power of two
   if (step % kBisectEvery == kBisectEvery - 1) {
     return bracket.low + (bracket.high - bracket.low) / 2;
   }
+  // A smooth distribution is the straighter the narrower the bracket is.
+  const double margin = std::ldexp(1.0, std::max(kFirstMargin - 2 * step, -40));
   const double share = static_cast<double>(rank - bracket.weightUpToLow) /
                            static_cast<double>(bracket.weightUpToHigh - bracket.weightUpToLow) +
-                       (step % 2 == 0 ? -kMargin : kMargin);
+                       (step % 2 == 0 ? -margin : margin);
   const double lowest = FromOrderedBits(bracket.low);
   const double bound = lowest + (FromOrderedBits(bracket.high) - lowest) * share;
   return std::clamp(OrderedBits(bound), bracket.low + 1, bracket.high - 1);
