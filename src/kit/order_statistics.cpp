@@ -194,6 +194,15 @@ double SelectFrom(const Table& table, WeightProduct rank) {
   return FromOrderedBits(bracket.high);
 }
 
+/// The value of a rank, from that of the rank before.
+template <typename Table>
+double SelectNextFrom(const Table& table, double value, WeightProduct rank) {
+  const Cut cut = CutAt(table, value);
+  if (cut.weightUpTo >= rank) return value;
+  if (!std::isfinite(cut.smallestAbove)) return SelectFrom(table, rank);
+  return cut.smallestAbove + 0.0;  // never a negative zero
+}
+
 }  // namespace
 
 WeightProduct ToWeightProduct(double value) {
@@ -230,7 +239,7 @@ void WeightedValues::Sort() {
 double OrderStatistics::Median() const {
   const double lower = Select((total + 1) / 2);
   if (total % 2 != 0) return lower;
-  const double upper = Select(total / 2 + 1);
+  const double upper = SelectNext(lower, total / 2 + 1);
   return lower == upper ? lower : (lower + upper) * 0.5;
 }
 
@@ -243,6 +252,10 @@ double WalshAverages::Select(WeightProduct rank) const {
   return SelectFrom(WalshTable{data}, std::clamp(rank, WeightProduct{1}, total));
 }
 
+double WalshAverages::SelectNext(double value, WeightProduct rank) const {
+  return SelectNextFrom(WalshTable{data}, value, rank);
+}
+
 GroupDifferences::GroupDifferences(const WeightedValues& first, const WeightedValues& second)
     : first(first), second(second) {
   total = static_cast<WeightProduct>(first.TotalWeight()) * second.TotalWeight();
@@ -250,4 +263,8 @@ GroupDifferences::GroupDifferences(const WeightedValues& first, const WeightedVa
 
 double GroupDifferences::Select(WeightProduct rank) const {
   return SelectFrom(DifferenceTable{first, second}, std::clamp(rank, WeightProduct{1}, total));
+}
+
+double GroupDifferences::SelectNext(double value, WeightProduct rank) const {
+  return SelectNextFrom(DifferenceTable{first, second}, value, rank);
 }

@@ -50,6 +50,8 @@ class OrderStatistics {
   [[nodiscard]] double Median() const;
 
  protected:
+  /// The value of a rank up to Total, in one count, from that of the rank before.
+  [[nodiscard]] virtual double SelectNext(double value, WeightProduct rank) const = 0;
   WeightProduct total = 0;
 };
 
@@ -62,6 +64,9 @@ class WalshAverages final : public OrderStatistics {
   explicit WalshAverages(const WeightedValues& data);
   double Select(WeightProduct rank) const override;
 
+ protected:
+  double SelectNext(double value, WeightProduct rank) const override;
+
  private:
   const WeightedValues& data;
 };
@@ -73,6 +78,9 @@ class GroupDifferences final : public OrderStatistics {
   /// Both are sorted, not empty, and must outlive this.
   GroupDifferences(const WeightedValues& first, const WeightedValues& second);
   double Select(WeightProduct rank) const override;
+
+ protected:
+  double SelectNext(double value, WeightProduct rank) const override;
 
  private:
   const WeightedValues& first;
