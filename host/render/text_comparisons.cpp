@@ -19,7 +19,7 @@ bool IsSignificance(std::string_view column) { return column == "Sig" || column 
 
 // A significance as publications print it, "= .023" or "< .001"; another figure as it is.
 std::string ComparisonFigure(std::string_view column, const std::string& cell) {
-  const std::string figure = FigureText(cell);
+  std::string figure = FigureText(cell);
   const auto number = FigureNumber(cell);
   if (!IsSignificance(column) || !number || !std::isfinite(*number)) return figure;
   const std::string words = SignificanceText(cell);

@@ -24,6 +24,7 @@ void AddFigures(HtmlTable& table, const std::vector<ResultStatistic>& figures) {
 
 std::vector<std::string> FigureCells(const std::vector<ResultStatistic>& figures) {
   std::vector<std::string> cells;
+  cells.reserve(figures.size());
   for (const ResultStatistic& figure : figures) cells.push_back(FigureMarkup(figure.text));
   return cells;
 }
