@@ -11,6 +11,9 @@ struct BinomialTails {
   double upper = 0.0;  ///< P(X >= count)
 };
 
+/// Of the flags that a distribution function sets, these withhold its value.
+[[nodiscard]] constexpr bool IsRefusal(std::int32_t flag) { return flag == 1 || flag == 3; }
+
 /// Tails of `count` successes in n trials of probability p; nothing where the distribution function
 /// refuses its arguments. The upper tail is the lower one of the failures, so that it stays
 /// accurate when it is small.
@@ -22,6 +25,6 @@ struct BinomialTails {
   const BinomialTails tails{
       QDDistFun::CdfBin(static_cast<double>(count), trials, p, lowerError),
       QDDistFun::CdfBin(static_cast<double>(n - count), trials, 1.0 - p, upperError)};
-  if (lowerError != 0 || upperError != 0) return std::nullopt;
+  if (IsRefusal(lowerError) || IsRefusal(upperError)) return std::nullopt;
   return tails;
 }

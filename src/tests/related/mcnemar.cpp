@@ -84,12 +84,14 @@ QDStatus NPARMcNemar::EndPass() {
   asymptoticSig = std::min(QDDistFun::SfChi(chiSquare, 1.0), 1.0);
   if (n <= kExactLimit) {
     ReportStatus(QDStatus(kExactGiven), MessageKind::Help);
-    std::int32_t error = 0;
-    const double tail =
-        n == 0 ? 0.5 : QDDistFun::CdfBin(std::min(b, c), static_cast<double>(n), 0.5, error);
-    if (error != 0) {
-      ReportStatus(QDStatus(kDistributionFailed), MessageKind::Error);
-      return status;
+    double tail = 0.5;
+    if (n > 0) {
+      std::int32_t error = 1;  // a function that leaves the flag alone has not answered
+      tail = QDDistFun::CdfBin(std::min(b, c), static_cast<double>(n), 0.5, error);
+      if (error != 0) {
+        ReportStatus(QDStatus(kDistributionFailed), MessageKind::Error);
+        return status;
+      }
     }
     exactSig = std::min(2.0 * tail, 1.0);
   }

@@ -166,30 +166,36 @@ TEST(RankedRecordsTest, AFieldThatStandsAloneIsTold) {
 
 struct GateCase {
   const char* catches;
-  const char* word;
-  TestSettings::Indices variables;
+  std::string word;
+  std::vector<std::string> names;
   double sigLevel;
   std::vector<std::int32_t> friedman;
   std::vector<std::int32_t> kendall;
 };
 
 const GateCase kGateCases[] = {
-    {"pairwise, not significant", "pairWise", {0, 1, 2}, 1e-9, {221813}, {221913}},
-    {"stepwise, not significant", "stepWise", {0, 1, 2}, 1e-9, {221814}, {221914}},
-    {"pairwise of two", "pairWise", {0, 1}, 0.5, {221815}, {221915}},
-    {"stepwise of two", "stepWise", {0, 1}, 0.5, {221816}, {221916}},
-    {"an unknown word is none", "both", {0, 1}, 0.5, {}, {}},
+    {"pairwise, not significant", "pairWise", {"a", "b", "c"}, 1e-9, {221813}, {221913}},
+    {"stepwise, not significant", "stepWise", {"a", "b", "c"}, 1e-9, {221814}, {221914}},
+    {"pairwise of two", "pairWise", {"a", "b"}, 0.5, {221815}, {221915}},
+    {"stepwise of two", "stepWise", {"a", "b"}, 0.5, {221816}, {221916}},
+    {"an unknown word is none", "both", {"a", "b"}, 0.5, {}, {}},
 };
 
 TEST(RankedRecordsTest, AComparisonThatFallsAwayIsAWarning) {
+  const QDVarList variables =
+      VariableListBuilder().Continuous("a").Continuous("b").Continuous("c").Build();
   for (const GateCase& row : kGateCases) {
-    SCOPED_TRACE(row.catches);
-    NPARFriedman friedman(ComparisonSettings(row.variables, row.word, -1, row.sigLevel));
-    NPARKendallsW kendall(ComparisonSettings(row.variables, row.word, -1, row.sigLevel));
-    ASSERT_THAT(RunAllPasses(friedman, TwoPairsOfFields()), IsOk());
-    ASSERT_THAT(RunAllPasses(kendall, TwoPairsOfFields()), IsOk());
-    EXPECT_EQ(AlgorithmElement(friedman.WriteResults()).MessageCodes(), row.friedman);
-    EXPECT_EQ(AlgorithmElement(kendall.WriteResults()).MessageCodes(), row.kendall);
+    for (const auto& [name, codes] : {std::pair("RFriedmansTwoWayByRanks", row.friedman),
+                                      {"RKendallsCoefficient", row.kendall}}) {
+      SCOPED_TRACE(row.catches);
+      TestSettings entry;
+      entry.Put("variableName", row.names).Put("typeOfMultipleComparison", row.word);
+      TestSettings settings;
+      settings.Put("sigLevel", row.sigLevel).Put(name, entry.Get());
+      const auto elements =
+          AlgorithmElement::AllOf(RunDocument(variables, TwoPairsOfFields(), settings.Get()));
+      EXPECT_EQ(elements.at(0).MessageCodes(), codes);
+    }
   }
 }
 
