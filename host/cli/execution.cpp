@@ -66,20 +66,23 @@ Execution::~Execution() = default;
 const std::vector<std::string>& Execution::Columns() const { return state->reader.Names(); }
 
 std::optional<std::string> Execution::Run(const NamedText& parameters, const NamedText& model) {
+  std::optional<ProgressBar> bar(std::in_place);
+  bar->Name("reading " + state->reader.SourceName());
   ModelledData data = LoadData(state->reader, ParseModel(model.text, model.name));
   for (const Field& field : data.model.fields) state->measures[field.name] = field.measure;
   AnalysisRun& run = state->run.emplace(state->library, parameters.text, std::move(data));
   RunResult result;
   {
-    ProgressBar bar;
-    run.ListenToProgress([&](double done, double total) {
-      bar.Show(done, total);
-      // A Ctrl-C that came before the component had begun is not lost.
-      if (state->watch.Interrupted()) run.Cancel();
-    });
+    run.ListenToProgress({[&](double done, double total) {
+                            bar->Show(done, total);
+                            // A Ctrl-C that came before the component had begun is not lost.
+                            if (state->watch.Interrupted()) run.Cancel();
+                          },
+                          [&](const PassInHand& pass) { bar->Name(PassTitle(pass)); }});
     const InterruptWatch::Cancelling cancelling(state->watch, [&] { run.Cancel(); });
     result = run.Execute();
   }
+  bar.reset();
   if (!result.Succeeded() && state->watch.Interrupted()) {
     std::fputs("npar: cancelled\n", stderr);
     exitCode = kExitCancelled;

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <system_error>
 #include <utility>
@@ -51,7 +52,11 @@ void InterruptWatch::Watch() {
     if (byte != 'i') continue;
     interrupted = true;
     const std::lock_guard lock(mutex);
-    if (!cancel) std::_Exit(kInterruptedExitCode);
+    if (!cancel) {
+      if (isatty(STDERR_FILENO) == 1) std::fputs("\n", stderr);  // behind a progress bar
+      std::fputs("npar: cancelled\n", stderr);
+      std::_Exit(kInterruptedExitCode);
+    }
     cancel();
   }
 }

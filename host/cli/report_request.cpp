@@ -1,15 +1,12 @@
 #include "host/cli/report_request.h"
 
-#include <langinfo.h>
-#include <locale.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstdlib>
 #include <vector>
 
+#include "host/cli/terminal.h"
 #include "host/cli/word_list.h"
 #include "host/data/input_error.h"
 
@@ -19,22 +16,6 @@ namespace {
 // Tables are hard to read above, and impossible to lay out below.
 constexpr std::size_t kNarrowest = 40;
 constexpr std::size_t kWidest = 120;
-
-const char* Environment(const char* name) {
-  const char* const value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
-
-bool IsSet(const char* name) { return *Environment(name) != '\0'; }
-
-// The locale is asked for and not set: numbers stay those of the C locale.
-bool LocaleIsUtf8() {
-  const locale_t locale = newlocale(LC_CTYPE_MASK, "", locale_t{});
-  if (locale == locale_t{}) return false;
-  const bool isUtf8 = std::string_view(nl_langinfo_l(CODESET, locale)) == "UTF-8";
-  freelocale(locale);
-  return isUtf8;
-}
 
 }  // namespace
 
@@ -64,13 +45,10 @@ void AddAsciiOption(CLI::App& command, bool& ascii) {
 TextStyle StyleFor(std::string_view path, bool ascii) {
   TextStyle style;
   style.ascii = ascii;
-  if (path != "-" || isatty(STDOUT_FILENO) != 1) return style;
-  struct winsize size {};
-  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
-    style.width = std::clamp<std::size_t>(size.ws_col, kNarrowest, kWidest);
-  }
+  if (path != "-" || !IsTerminal(STDOUT_FILENO)) return style;
+  style.width = std::clamp(TerminalColumns(STDOUT_FILENO), kNarrowest, kWidest);
   style.ascii = ascii || !LocaleIsUtf8();
-  style.colour = !IsSet("NO_COLOR") && std::string_view(Environment("TERM")) != "dumb";
+  style.colour = !IsInEnvironment("NO_COLOR") && TerminalKnowsEscapes();
   return style;
 }
 

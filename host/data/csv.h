@@ -34,6 +34,8 @@ class CsvReader {
   explicit CsvReader(const std::string& path, CsvOptions options = {});
 
   [[nodiscard]] const std::vector<std::string>& Names() const noexcept { return names; }
+  /// The path, "standard input" for "-".
+  [[nodiscard]] const std::string& SourceName() const noexcept { return source.Name(); }
 
   /// Reads all records, column i as readings[i] says. The file is gone through once; columns that
   /// turned out to be texts after their first records make a second walk over those.

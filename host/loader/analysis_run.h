@@ -28,7 +28,7 @@ class AnalysisRun {
   /// The parameter document as text; the data with all their records. The library outlives the run.
   AnalysisRun(const ComponentLibrary& library, std::string parameters, ModelledData data);
 
-  void ListenToProgress(ProgressFunction listener) { host.ListenToProgress(std::move(listener)); }
+  void ListenToProgress(ProgressListener listener) { host.ListenToProgress(std::move(listener)); }
   /// Runs once: the records are prepared in place. Throws InputError for requirements that the data
   /// can't meet and ComponentError for a component that breaks the interface's rules.
   [[nodiscard]] RunResult Execute();

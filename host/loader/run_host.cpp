@@ -90,9 +90,22 @@ const HBIteratorTable RunHost::Iterator::kTable = {
 RunHost::ProgressHandle::ProgressHandle() : HBProgress{&kTable} {}
 
 const HBProgressTable RunHost::ProgressHandle::kTable = {
-    sizeof(HBProgressTable), [](HBProgress* self, double done, double total, int32_t*) -> uint32_t {
+    sizeof(HBProgressTable),
+    [](HBProgress* self, double done, double total, int32_t*) -> uint32_t {
       const auto& listener = static_cast<ProgressHandle*>(self)->listener;
-      if (listener) listener(done, total);
+      if (listener.report) listener.report(done, total);
+      return HB_OK;
+    },
+    [](HBProgress* self, const char* const* tests, size_t count, const char* orderField,
+       int32_t* err) -> uint32_t {
+      const auto& listener = static_cast<ProgressHandle*>(self)->listener;
+      try {
+        if (listener.beginPass) {
+          listener.beginPass({{tests, tests + count}, orderField == nullptr ? "" : orderField});
+        }
+      } catch (const std::bad_alloc&) {
+        return Fail(err, kOutOfMemory);
+      }
       return HB_OK;
     }};
 

@@ -19,8 +19,17 @@ struct RunMessage {
   std::vector<std::string> parameters;
 };
 
-/// Told how far a run has come, `done` of `total`; on the thread of the run.
-using ProgressFunction = std::function<void(double done, double total)>;
+/// What the component has in hand.
+struct PassInHand {
+  std::vector<std::string> tests;  // names of their algorithms
+  std::string orderField;          // what the records are sorted by; empty: the order of the data
+};
+
+/// Told of a run on its own thread; each function may be empty.
+struct ProgressListener {
+  std::function<void(double done, double total)> report;
+  std::function<void(const PassInHand& pass)> beginPass;
+};
 
 /// The host's side of one component: the tables of npar/host_interface.h over documents and
 /// records in memory. It outlives the component that it serves.
@@ -36,7 +45,7 @@ class RunHost {
   /// From here on the component is executing: it gets the data model of the prepared records and
   /// the records themselves, which stay the caller's.
   void OfferRecords(std::string preparedModel, const RowStore& records);
-  void ListenToProgress(ProgressFunction listener) { progress.listener = std::move(listener); }
+  void ListenToProgress(ProgressListener listener) { progress.listener = std::move(listener); }
 
   /// What the component delivered, in order.
   [[nodiscard]] const std::vector<RunMessage>& Messages() const { return context.messages; }
@@ -59,7 +68,7 @@ class RunHost {
   };
   struct ProgressHandle : HBProgress {
     ProgressHandle();
-    ProgressFunction listener;
+    ProgressListener listener;
     static const HBProgressTable kTable;
   };
   struct Container : HBContainerFile {

@@ -76,7 +76,7 @@ std::string Overview(const ResultDocument& document) {
   for (std::size_t i = 0; i < document.tests.size(); ++i) {
     const ResultTest& test = document.tests[i];
     table.AddRow("<a href=\"#" + TestSectionId(i) + "\">" + std::to_string(i + 1) + ". " +
-                     Escaped(TestTitle(test)) + "</a>",
+                     Escaped(TestTitle(test.name)) + "</a>",
                  {"<div class=\"sentence\">" + Escaped(Hypothesis(document, test)) + "</div>",
                   OutcomeMarkup(test), DecisionMarkup(test)});
   }

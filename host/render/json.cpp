@@ -103,7 +103,7 @@ class TestObject {
   [[nodiscard]] Json Object() const {
     Json object;
     object["name"] = test.name;
-    object["title"] = TestTitle(test);
+    object["title"] = TestTitle(test.name);
     object["kind"] = test.type == "hypothesis_test" ? "test" : "estimate";
     object["family"] = Family(test);
     object["fields"] = FieldNames();

@@ -94,7 +94,7 @@ class TextReport {
       const auto significance = DecidingSignificance(test);
       std::string p;
       if (isTest && significance) p = SignificanceText(significance->figure);
-      table.rows.push_back({std::to_string(i + 1) + ". " + TestTitle(test), FieldsOf(test), p,
+      table.rows.push_back({std::to_string(i + 1) + ". " + TestTitle(test.name), FieldsOf(test), p,
                             isTest ? test.decision : "(estimate)"});
     }
     page.Blank();
@@ -116,7 +116,7 @@ class TextReport {
 
   void WriteTest(std::size_t number, const ResultTest& test) {
     page.Blank();
-    page.Heading(std::to_string(number) + ". " + TestTitle(test), '-');
+    page.Heading(std::to_string(number) + ". " + TestTitle(test.name), '-');
     page.Paragraph(Hypothesis(document, test), kIndent);
     WriteDecision(test);
     WriteFigures(test);

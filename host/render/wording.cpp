@@ -226,7 +226,12 @@ std::string Fill(std::string_view words, const std::string& first, const std::st
 
 }  // namespace
 
-std::string TestTitle(const ResultTest& test) { return LookUp(kTestTitles, test.name); }
+std::string TestTitle(std::string_view algorithmName) {
+  // While it runs, the test's name has the distribution behind it.
+  constexpr std::string_view kOneSampleKS = "OKolmogorovSmirnov";
+  if (algorithmName.starts_with(kOneSampleKS)) algorithmName = kOneSampleKS;
+  return LookUp(kTestTitles, algorithmName);
+}
 
 std::string Hypothesis(const ResultDocument& document, const ResultTest& test) {
   const auto known = [](const std::vector<std::string>& titles) {

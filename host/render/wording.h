@@ -13,7 +13,7 @@ namespace npar_host {
 /// taken as they are; a rendering escapes them.
 
 /// What a statistician calls the test.
-[[nodiscard]] std::string TestTitle(const ResultTest& test);
+[[nodiscard]] std::string TestTitle(std::string_view algorithmName);
 /// The null hypothesis as a sentence; for an estimate, what is estimated.
 [[nodiscard]] std::string Hypothesis(const ResultDocument& document, const ResultTest& test);
 /// The decision as a sentence; empty for an estimate.

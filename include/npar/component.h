@@ -1,5 +1,5 @@
 /* What the component exports: plain C, for C11 and C++ alike. A host loads libnpar.so and looks
- * these names up; npar_component_functions below gives the types of the pointers.
+ * these names up.
  *
  * Calling order: hb_initialise, then for each component hb_create_component,
  * hb_component_configure, the queries, hb_component_beginExecution, hb_component_getMessages at

@@ -101,10 +101,18 @@ struct HBIterator {
   const HBIteratorTable* table;
 };
 
-/* How far a run has come: `done` of `total`. */
+/* How a run goes. What an entry answers stops nothing. */
 typedef struct HBProgressTable {
   size_t size;
+  /* How far the whole run has come: `done` of `total`. [executing] */
   uint32_t (*report)(HBProgress* self, double done, double total, int32_t* err);
+  /* A pass over the records begins that `count` tests share, 1 at least; it comes before the report
+   * of its start. `tests` are the names of their algorithms in the result document, the one-sample
+   * Kolmogorov-Smirnov tests with the distribution behind ("OKolmogorovSmirnovNormal").
+   * `orderField` is the field that the records are sorted by, null for the host's own order. The
+   * texts are the component's and good for the call only. [optional] [executing] */
+  uint32_t (*beginPass)(HBProgress* self, const char* const* tests, size_t count,
+                        const char* orderField, int32_t* err);
 } HBProgressTable;
 struct HBProgress {
   const HBProgressTable* table;

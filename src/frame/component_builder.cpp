@@ -142,6 +142,7 @@ std::uint32_t NPARComponentBuilder::BeginExecution(HBIterator* iterator, HBProgr
   SetDataHelper(std::make_unique<HbHelperV1::DataHelper>(iterator, true).release());
   ClearRecordCounter();
   SetProgressHandle(progress);
+  progressListener->SetProgressHandle(progress);
   return RunExecution(err);
 }
 

@@ -1,7 +1,8 @@
 #include "frame/progress_listener.h"
 
+#include <npar/host_interface.h>
+
 #include "frame/component_builder.h"
-#include "planning/progress.h"
 
 namespace {
 
@@ -15,4 +16,13 @@ int NPARProgressListener::Report(ProgressReport& report) {
   std::int32_t err = 0;
   return static_cast<int>(
       component->Report_Progress(reporter.GetCurrentStepNum(), kWholeRun, &err, kNothingElse));
+}
+
+void NPARProgressListener::PassBegins(const PassInHand& pass) {
+  if (handle == nullptr || !HB_HAS(handle, HBProgressTable, beginPass)) return;
+  std::vector<const char*> names;
+  for (const std::string& name : pass.testNames) names.push_back(name.c_str());
+  const char* order = pass.orderField.empty() ? nullptr : pass.orderField.c_str();
+  std::int32_t err = 0;
+  static_cast<void>(handle->table->beginPass(handle, names.data(), names.size(), order, &err));
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "foundation/names.h"
@@ -43,6 +44,10 @@ class NPARTest {
 
   /// Passes that the test still expects, the running one included; feeds the progress.
   [[nodiscard]] virtual std::int32_t GetPassesLeft() const { return passesLeft; }
+  /// The entry that the test was made of, "RSign"; tells a person which test is in hand. The text
+  /// outlives the test.
+  [[nodiscard]] std::string_view GetEntryName() const noexcept { return entryName; }
+  void SetEntryName(std::string_view name) noexcept { entryName = name; }
   virtual void AddMessages(const std::vector<NPARMessage>& list);
   /// Keeps a message that it does not hold yet. An error sets the status and ends the passes; once
   /// the test has failed, further errors are not kept: the first one stands alone.
@@ -55,4 +60,7 @@ class NPARTest {
   QDStatus status;
   std::vector<NPARMessage> messages;
   std::int32_t passesLeft = 0;
+
+ private:
+  std::string_view entryName;
 };

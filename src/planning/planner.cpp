@@ -20,10 +20,10 @@ constexpr std::int32_t kUnfitVariable = 220004;  // a variable of a kind that no
 constexpr double kTestsStart = 0.25;
 constexpr double kTestsSpan = 0.65;
 
-/// The tests' maker by the name of an entry; null for a name that is none.
-ConstructTest FindConstruct(std::string_view entryName) {
+/// By the name of an entry; null for a name that is none.
+const TestTableRow* FindRow(std::string_view entryName) {
   for (const TestTableRow& row : TestTable()) {
-    if (row.entryName == entryName) return row.construct;
+    if (row.entryName == entryName) return &row;
   }
   return nullptr;
 }
@@ -116,11 +116,12 @@ QDStatus NPARPlanner::BuildTests() {
     const IQDSettingValue* value = setting->GetValue();
     if (value == nullptr || value->GetKind() != SettingKind::Settings) continue;
     isAnyEntry = true;
-    const ConstructTest construct = FindConstruct(setting->GetName());
-    if (construct == nullptr) continue;
+    const TestTableRow* row = FindRow(setting->GetName());
+    if (row == nullptr) continue;
+    entryInHand = row->entryName;
     QDStatus constructionStatus;
     // The test carries its problem by itself, and the others go on.
-    static_cast<void>(construct(*this, constructionStatus, *value->GetListValue()));
+    static_cast<void>(row->construct(*this, constructionStatus, *value->GetListValue()));
   }
   if (univariates->RanOutOfMemory()) return QDStatus(kNoMemory);
   return isAnyEntry ? QDStatus() : QDStatus(kNoEntry);
@@ -201,10 +202,14 @@ void NPARPlanner::RegisterSortedVariable(std::int32_t variable) {
   }
 }
 
-void NPARPlanner::AddTest(std::unique_ptr<NPARTest> test) { mainWorker->AddTest(std::move(test)); }
+void NPARPlanner::AddTest(std::unique_ptr<NPARTest> test) {
+  test->SetEntryName(entryInHand);
+  mainWorker->AddTest(std::move(test));
+}
 
 void NPARPlanner::AddSortedTest(std::unique_ptr<NPARTest> test, std::int32_t sortVariable,
                                 QDStatus constructionStatus) {
+  test->SetEntryName(entryInHand);
   const bool isFit = !constructionStatus.IsError() && sortManager->AddSortVariable(sortVariable);
   const auto sameOrder = std::find_if(
       sortedWorkers.begin(), sortedWorkers.end(),

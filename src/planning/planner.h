@@ -4,6 +4,7 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "foundation/algorithm.h"
@@ -77,6 +78,7 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   QDStatus RunWorkers();
 
   const QDSettings* settings;
+  std::string_view entryInHand;  // whose tests are being made
   ProgressListener* progressListener = nullptr;
   const QDVarList* variables;
   std::unique_ptr<QDUnivariateSummaries> univariates;

@@ -1,8 +1,23 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "foundation/names.h"
+
+/// The tests that share a pass over the records.
+struct PassInHand {
+  std::vector<std::string> testNames;  // of the entries that they were made of
+  std::string orderField;              // what the records are sorted by; empty: the host's order
+};
+
+/// A progress listener may also implement this; it is found by a dynamic_cast.
+class IPassListener {
+ public:
+  virtual ~IPassListener() = default;
+  virtual void PassBegins(const PassInHand& pass) = 0;
+};
 
 /// What a worker reports: how far the whole run is, in percent.
 class QD_EXPORT NPARReporter : public ProgressReport {

@@ -60,6 +60,7 @@ QDStatus NPARTestWorker::RunPass(const std::vector<NPARTest*>& list, CancelPair&
     lastReportedLeft = passesLeft + 1;
     firstPass = false;
   }
+  TellPass(feed);
   ReportPassProgress();
 
   if (source != nullptr) {
@@ -103,6 +104,16 @@ QDStatus NPARTestWorker::CollectResults() {
     for (const auto& test : tests) results.emplace_back(test->WriteResults());
     return QDStatus();
   });
+}
+
+void NPARTestWorker::TellPass(const PassFeed& feed) const {
+  auto* listener = dynamic_cast<IPassListener*>(progressListener);
+  if (listener == nullptr) return;
+  PassInHand pass;
+  for (const NPARTest* test : feed.AliveTests()) pass.testNames.emplace_back(test->GetEntryName());
+  if (pass.testNames.empty()) return;
+  if (sortVariable >= 0) pass.orderField = variables->GetVarAt(sortVariable)->GetName();
+  listener->PassBegins(pass);
 }
 
 void NPARTestWorker::ReportPassProgress() {

@@ -56,6 +56,7 @@ class NPARTestWorker final {
   QDStatus RunPass(const std::vector<NPARTest*>& list, CancelPair& cancelPair);
   QDStatus BeginPass(const std::vector<NPARTest*>& list, PassFeed& feed);
   QDStatus EndPass(const PassFeed& feed);
+  void TellPass(const PassFeed& feed) const;
   void ReportPassProgress();
 
   std::vector<std::unique_ptr<NPARTest>> tests;

@@ -34,10 +34,11 @@ std::string Layout() {
          MEMBER(HBIteratorTable, next) + MEMBER(HBIteratorTable, getValue) +
          MEMBER(HBIteratorTable, readBlock) + STRUCT(HBProgressTable) +
          MEMBER(HBProgressTable, size) + MEMBER(HBProgressTable, report) +
-         STRUCT(HBContainerStreamKeyTable) + MEMBER(HBContainerStreamKeyTable, size) +
-         MEMBER(HBContainerStreamKeyTable, getName) + STRUCT(HBContainerFileTable) +
-         MEMBER(HBContainerFileTable, size) + MEMBER(HBContainerFileTable, putStream) +
-         MEMBER(HBContainerFileTable, close) + STRUCT(HBWorkerTable) + MEMBER(HBWorkerTable, size) +
+         MEMBER(HBProgressTable, beginPass) + STRUCT(HBContainerStreamKeyTable) +
+         MEMBER(HBContainerStreamKeyTable, size) + MEMBER(HBContainerStreamKeyTable, getName) +
+         STRUCT(HBContainerFileTable) + MEMBER(HBContainerFileTable, size) +
+         MEMBER(HBContainerFileTable, putStream) + MEMBER(HBContainerFileTable, close) +
+         STRUCT(HBWorkerTable) + MEMBER(HBWorkerTable, size) +
          MEMBER(HBWorkerTable, getTaskNumber) + STRUCT(HBContextTable) +
          MEMBER(HBContextTable, size) + MEMBER(HBContextTable, getParameters) +
          MEMBER(HBContextTable, getDataModel) + MEMBER(HBContextTable, getInputIterator) +

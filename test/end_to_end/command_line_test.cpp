@@ -308,7 +308,7 @@ TEST_F(CommandLineTest, ACancelledRunFailsWithTheMessageCode1) {
   const ComponentLibrary library(kComponent);
   CsvReader reader(kSleep);
   AnalysisRun run(library, PairParameters("drug2", kSignTest), LoadData(reader, {}));
-  run.ListenToProgress([&](double, double) { run.Cancel(); });
+  run.ListenToProgress({[&](double, double) { run.Cancel(); }, {}});
   const RunResult result = run.Execute();
   EXPECT_FALSE(result.Succeeded());
   EXPECT_THAT(result.document, IsEmpty());

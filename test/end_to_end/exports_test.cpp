@@ -276,8 +276,8 @@ TEST(Exports, OlderTablesAreServedAsFarAsTheyReach) {
   ASSERT_EQ(component.Configure(), HB_OK);
   ASSERT_EQ(component.Begin(), HB_OK) << component.Messages();
   EXPECT_THAT(host.containers.at(0)->text, HasSubstr(kExactP));
-  for (const char* entry :
-       {"deliverMessage", "readBlock", "release", "getInformation", "report", "close"}) {
+  for (const char* entry : {"deliverMessage", "readBlock", "release", "getInformation", "report",
+                            "beginPass", "close"}) {
     EXPECT_EQ(host.CallCount(entry), 0) << entry;
   }
   // With one entry less there is no way to publish.
@@ -309,6 +309,10 @@ TEST(Exports, ProgressGoesUpFrom25To90) {
   EXPECT_TRUE(std::is_sorted(host.progress.begin(), host.progress.end()));
   EXPECT_GE(host.progress.front(), 25.0);
   EXPECT_LE(host.progress.back(), 90.0);
+  EXPECT_THAT(host.passes, ElementsAre("OBinomial"));
+  host.progressTable.size = offsetof(HBProgressTable, beginPass);
+  ASSERT_EQ(component.Begin(), HB_OK) << "a host that was built before passes were told";
+  EXPECT_EQ(host.CallCount("beginPass"), 1);
   ASSERT_EQ(LoadedLibrary::Instance().beginExecution(component.Handle(), nullptr, &component.err),
             HB_OK)
       << "without a progress handle";

@@ -159,6 +159,15 @@ struct RecordingHost::Entries {
     return host.Called("report", err);
   }
 
+  static std::uint32_t BeginPass(HBProgress* self, const char* const* tests, std::size_t count,
+                                 const char* orderField, std::int32_t* err) {
+    RecordingHost& host = HostOf(self);
+    std::string pass = orderField == nullptr ? "" : std::string(orderField) + ":";
+    for (std::size_t i = 0; i < count; ++i) pass += std::string(i == 0 ? "" : " ") + tests[i];
+    host.passes.push_back(pass);
+    return host.Called("beginPass", err);
+  }
+
   static std::uint32_t PutStream(HBContainerFile* self, HBContainerStreamKey*, const char* metadata,
                                  std::size_t metadataLength, const char* bytes, std::size_t length,
                                  std::int32_t* err) {
@@ -197,7 +206,7 @@ RecordingHost::RecordingHost()
                    Entries::GetOutputContainer, Entries::DeliverMessage},
       iteratorTable{sizeof(HBIteratorTable), Entries::Rewind, Entries::Next, Entries::GetValue,
                     Entries::ReadBlock},
-      progressTable{sizeof(HBProgressTable), Entries::Report},
+      progressTable{sizeof(HBProgressTable), Entries::Report, Entries::BeginPass},
       containerTable{sizeof(HBContainerFileTable), Entries::PutStream, Entries::Close},
       xmlTable{sizeof(HBXMLTable), Entries::GetText, Entries::Release},
       objects(std::make_unique<Objects>()) {

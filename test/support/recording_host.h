@@ -69,7 +69,8 @@ class RecordingHost {
   std::vector<DeliveredMessage> messages;
   std::vector<std::unique_ptr<Container>> containers;
   std::vector<std::int32_t> codes;
-  std::vector<double> progress;  ///< `done` of each report
+  std::vector<double> progress;     ///< `done` of each report
+  std::vector<std::string> passes;  ///< "field:test test"; without field in the host's order
   std::int64_t lastIdentifier = 0;
   std::function<void(double)> onProgress;
   std::function<void()> onRecords;  ///< before each next or readBlock

@@ -164,7 +164,7 @@ std::string TestSection(const ResultDocument& document, std::size_t index) {
   const std::string id = TestSectionId(index);
   std::string markup = "<section class=\"test\" id=\"" + id + "\" aria-labelledby=\"" + id +
                        "-heading\">\n<h2 id=\"" + id + "-heading\">" + std::to_string(index + 1) +
-                       ". " + Escaped(TestTitle(test)) + "</h2>\n<p class=\"hypothesis\">" +
+                       ". " + Escaped(TestTitle(test.name)) + "</h2>\n<p class=\"hypothesis\">" +
                        Escaped(Hypothesis(document, test)) + "</p>\n<p class=\"outcome\">" +
                        DecisionMarkup(test) + " " + OutcomeMarkup(test) + "</p>\n";
   const std::string decision = DecisionText(document, test);

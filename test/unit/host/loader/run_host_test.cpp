@@ -121,10 +121,19 @@ TEST_F(RunHostTest, CollectsMessagesAndProgress) {
   EXPECT_EQ(host.Messages()[1].code, 220001);
 
   EXPECT_EQ(host.Progress()->table->report(host.Progress(), 1, 2, &err), HB_OK);
+  const char* const tests[] = {"RSign", "RFriedmansTwoWayByRanks"};
+  EXPECT_EQ(host.Progress()->table->beginPass(host.Progress(), tests, 2, nullptr, &err), HB_OK);
   double seen = 0.0;
-  host.ListenToProgress([&](double done, double total) { seen = done / total; });
+  PassInHand inHand;
+  host.ListenToProgress({[&](double done, double total) { seen = done / total; },
+                         [&](const PassInHand& pass) { inHand = pass; }});
   EXPECT_EQ(host.Progress()->table->report(host.Progress(), 1, 2, &err), HB_OK);
   EXPECT_EQ(seen, 0.5);
+  EXPECT_EQ(host.Progress()->table->beginPass(host.Progress(), tests, 2, "salary", &err), HB_OK);
+  EXPECT_THAT(inHand.tests, ElementsAre("RSign", "RFriedmansTwoWayByRanks"));
+  EXPECT_EQ(inHand.orderField, "salary");
+  EXPECT_EQ(host.Progress()->table->beginPass(host.Progress(), tests, 1, nullptr, &err), HB_OK);
+  EXPECT_EQ(inHand.orderField, "");
 }
 
 }  // namespace

@@ -316,13 +316,18 @@ TEST(TestWorker, ACancelledPassIsNotEndedAndIsNoError) {
   }
 }
 
-class PercentListener final : public ProgressListener {
+class PercentListener final : public ProgressListener, public IPassListener {
  public:
   int Report(ProgressReport& report) override {
     percents.push_back(dynamic_cast<NPARReporter&>(report).GetCurrentStepNum());
     return 0;
   }
+  void PassBegins(const PassInHand& pass) override {
+    EXPECT_EQ(pass.orderField, "");
+    passes.push_back(pass.testNames.size());
+  }
   std::vector<int> percents;
+  std::vector<std::size_t> passes;  // the number of tests in each
 };
 
 TEST(TestWorker, ProgressRisesInStepsOfWholePasses) {
@@ -331,12 +336,18 @@ TEST(TestWorker, ProgressRisesInStepsOfWholePasses) {
     std::vector<int> passes;  // of each test
     double start, span;
     std::vector<int> percents;
+    std::vector<std::size_t> inHand;  // tests of each pass that was told
   };
   const Case cases[] = {
-      {"the start of the range, then one step for each pass", {4}, 0.25, 0.5, {25, 37, 50, 62, 75}},
-      {"the longest test counts", {1, 2}, 0.0, 1.0, {0, 50, 100}},
-      {"tests that expect no pass jump to the end", {0}, 0.25, 0.65, {90}},
-      {"no test, no report", {}, 0.25, 0.65, {}},
+      {"the start of the range, then one step for each pass",
+       {4},
+       0.25,
+       0.5,
+       {25, 37, 50, 62, 75},
+       {1, 1, 1, 1}},
+      {"the longest test counts", {1, 2}, 0.0, 1.0, {0, 50, 100}, {2, 1}},
+      {"tests that expect no pass jump to the end", {0}, 0.25, 0.65, {90}, {1}},
+      {"no test, no report", {}, 0.25, 0.65, {}, {}},
   };
   for (const Case& row : cases) {
     SCOPED_TRACE(row.catches);
@@ -346,6 +357,7 @@ TEST(TestWorker, ProgressRisesInStepsOfWholePasses) {
     for (const int passes : row.passes) bench.Add("t", passes);
     EXPECT_EQ(bench.Run(), QDStatus());
     EXPECT_EQ(listener.percents, row.percents);
+    EXPECT_EQ(listener.passes, row.inHand);
   }
 }
 

@@ -1,0 +1,43 @@
+#include "host/cli/terminal.h"
+
+#include <langinfo.h>
+#include <locale.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string_view>
+
+namespace npar_host {
+namespace {
+
+constexpr std::size_t kUsualColumns = 80;
+
+std::string_view Environment(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+}  // namespace
+
+bool IsTerminal(int descriptor) { return isatty(descriptor) == 1; }
+
+std::size_t TerminalColumns(int descriptor) {
+  struct winsize size {};
+  const bool isTold = ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return isTold ? size.ws_col : kUsualColumns;
+}
+
+bool TerminalKnowsEscapes() { return Environment("TERM") != "dumb"; }
+
+bool LocaleIsUtf8() {
+  const locale_t locale = newlocale(LC_CTYPE_MASK, "", locale_t{});
+  if (locale == locale_t{}) return false;
+  const bool isUtf8 = std::string_view(nl_langinfo_l(CODESET, locale)) == "UTF-8";
+  freelocale(locale);
+  return isUtf8;
+}
+
+bool IsInEnvironment(const char* name) { return !Environment(name).empty(); }
+
+}  // namespace npar_host
