@@ -143,7 +143,8 @@ struct RecordingHost::Entries {
     const std::uint32_t result = host.Called("readBlock", err);
     if (result != HB_OK) return result;
     const auto start = static_cast<std::size_t>(host.position + 1);
-    const std::size_t count = std::min(capacity / fieldCount, host.records.size() - start);
+    const std::size_t left = host.records.size() - std::min(start, host.records.size());
+    const std::size_t count = std::min({capacity / fieldCount, host.mostInABlock, left});
     for (std::size_t record = start; record < start + count; ++record) {
       buffer = std::copy_n(host.records[record].data(), fieldCount, buffer);
     }

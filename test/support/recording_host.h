@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <map>
 #include <memory>
 #include <string>
@@ -62,6 +63,7 @@ class RecordingHost {
   std::string fields;     ///< Field elements; the record counts come from `records` and `counts`
   std::string modelText;  ///< served as it stands, unless empty
   std::vector<std::vector<double>> records;
+  std::size_t mostInABlock = std::numeric_limits<std::size_t>::max();
   Counts counts;
 
   // What the host was told.

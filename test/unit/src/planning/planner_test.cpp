@@ -219,6 +219,29 @@ TEST_F(Planner, ACancelledRunIsAFailedRun) {
   EXPECT_EQ(planner.WriteOutput(document, NPARRunInfo()), QDStatus(6));
 }
 
+TEST_F(Planner, ACancelIsHeededAtEachOfItsQuestions) {
+  struct Source final : ICancelSource {
+    bool IsCancelled() override { return ++asked > refused; }
+    int refused = 0;
+    int asked = 0;
+  };
+  NPARPlanner* current = nullptr;
+  Plant([&] {
+    current->AddTest(Make("a"));
+    current->AddSortedTest(Make("b"), 1, QDStatus());
+  });
+  Source source;
+  do {
+    NPARPlanner run(&settings, &variables);
+    current = &run;
+    run.SetCancelSource(&source);
+    source.asked = 0;
+    const QDStatus status = run.Execute(records, 0);
+    EXPECT_EQ(status, QDStatus(source.asked > source.refused ? 1 : 0)) << source.refused;
+  } while (source.asked > source.refused++);
+  EXPECT_GT(source.refused, 2 * 6) << "each record, and the beginning and end of each worker";
+}
+
 TEST_F(Planner, ALackOfMemoryFailsTheRunWithTheCodeOfItsStage) {
   Plant([this] {
     auto test = Make("a");
