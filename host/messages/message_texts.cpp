@@ -109,8 +109,8 @@ constexpr MessageText kMessages[] = {
     // The run.
     {220001, Error, "no test is selected that can act on the selected fields",
      "Select a test, or the automatic choice, for a family with fields of the fitting measure."},
-    {220002, Error, "there is not enough memory to set the run up",
-     "Close other programs, or analyse fewer records or fields at once."},
+    {220002, Error, "there is not enough memory to set the run or the test up",
+     "Close other programs, or analyse fewer records, fields or groups at once."},
     {220003, Error, "there are no records to analyse",
      "Check the missing values and the weights; records without a valid value are left out."},
     {220004, Error, "a field is of a measure that no test takes",

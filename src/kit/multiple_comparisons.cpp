@@ -4,6 +4,8 @@
 #include <cmath>
 #include <string>
 
+#include "kit/allocation.h"
+
 namespace {
 
 constexpr std::int32_t kSampleStandsAlone = 220013;  // a sample is in no subset with another one
@@ -27,6 +29,11 @@ bool MultipleComparison::PassGate(NPARTest& test, double level, double overallSi
                                   std::size_t sampleCount) {
   if (wanted == ComparisonKind::None) return false;
   const bool isSignificant = level > overallSig;
+  if (isSignificant && WantsPairwise() && sampleCount > kMostSamplesInPairs) {
+    test.ReportStatus(QDStatus(kNoMemory), MessageKind::Error);
+    wanted = ComparisonKind::None;
+    return false;
+  }
   if (isSignificant && sampleCount >= kFewestSamples) return true;
   const std::int32_t pairwise = isSignificant ? codes.tooFewPairwise : codes.notSignificantPairwise;
   const std::int32_t stepwise = isSignificant ? codes.tooFewStepwise : codes.notSignificantStepwise;

@@ -103,8 +103,12 @@ class MultipleComparison {
   /// True while a wanted comparison has not run.
   [[nodiscard]] bool IsPending() const noexcept { return wanted != ComparisonKind::None && !done; }
 
+  /// Pairs of more samples than these would fill many gigabytes as a table.
+  static constexpr std::size_t kMostSamplesInPairs = 4096;
+
   /// Decides after the overall test. A wanted comparison is given up with its warning where the
-  /// test is not significant or there are fewer than 3 samples; true: it goes on.
+  /// test is not significant or there are fewer than 3 samples, with error 220002 where the pairs
+  /// are too many; true: it goes on.
   bool PassGate(NPARTest& test, double sigLevel, double overallSig, std::size_t sampleCount);
 
   /// Compares all pairs of samples. `compare(i, j)` gives the figures of two places, i < j;

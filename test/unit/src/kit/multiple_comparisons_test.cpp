@@ -101,8 +101,11 @@ struct GateCase {
   ComparisonKind kind;
   double p;
   std::size_t samples;
-  std::int32_t warning;  // 0: passes, or nothing was wanted
+  std::int32_t code;  // 0: passes
+  MessageKind messageKind = MessageKind::Warning;
 };
+
+constexpr std::size_t kMostInPairs = MultipleComparison::kMostSamplesInPairs;
 
 const GateCase kGateCases[] = {
     {"pairwise of 3 goes on", ComparisonKind::Pairwise, 0.049, 3, 0},
@@ -115,6 +118,12 @@ const GateCase kGateCases[] = {
      kCodes.notSignificantStepwise},
     {"not a number is not significant", ComparisonKind::Stepwise, std::nan(""), 3,
      kCodes.notSignificantStepwise},
+    {"the most pairs that are held", ComparisonKind::Pairwise, 0.049, kMostInPairs, 0},
+    {"too many pairs", ComparisonKind::Pairwise, 0.049, kMostInPairs + 1, 220002,
+     MessageKind::Error},
+    {"ranges of any number", ComparisonKind::Stepwise, 0.049, kMostInPairs + 1, 0},
+    {"pairs that are not wanted any more", ComparisonKind::Pairwise, 0.05, kMostInPairs + 1,
+     kCodes.notSignificantPairwise},
 };
 
 TEST(MultipleComparisonTest, TheGateWarnsOfWhatItStops) {
@@ -123,12 +132,12 @@ TEST(MultipleComparisonTest, TheGateWarnsOfWhatItStops) {
     MultipleComparison comparison(kCodes);
     comparison.Want(row.kind);
     MessageTaker test;
-    EXPECT_EQ(comparison.PassGate(test, 0.05, row.p, row.samples), row.warning == 0);
-    EXPECT_EQ(comparison.IsPending(), row.warning == 0);
-    if (row.warning == 0) {
+    EXPECT_EQ(comparison.PassGate(test, 0.05, row.p, row.samples), row.code == 0);
+    EXPECT_EQ(comparison.IsPending(), row.code == 0);
+    if (row.code == 0) {
       EXPECT_THAT(test.Taken(), IsEmpty());
     } else {
-      EXPECT_THAT(test.Taken(), ElementsAre(Pair(row.warning, MessageKind::Warning)));
+      EXPECT_THAT(test.Taken(), ElementsAre(Pair(row.code, row.messageKind)));
     }
   }
 }
