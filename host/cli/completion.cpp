@@ -1,5 +1,10 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iterator>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "host/cli/commands.h"
 #include "host/cli/output.h"
@@ -16,69 +21,172 @@ constexpr const char* kExamples = R"(Examples:
   npar completion zsh > ~/.zfunc/_npar
 )";
 
-std::string Joined(const std::vector<std::string>& words) {
+std::string Joined(const std::vector<std::string>& words, const char* between) {
   std::string text;
-  for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
+  for (const std::string& word : words) text += (text.empty() ? "" : between) + word;
   return text;
-}
-
-std::string OptionWords(const CLI::App& command) {
-  std::vector<std::string> words;
-  for (const CLI::Option* option : command.get_options()) {
-    for (const std::string& name : option->get_lnames()) words.push_back("--" + name);
-  }
-  return Joined(words);
 }
 
 std::string FormWords() {
   std::vector<std::string> words;
   for (const Renderer& renderer : AllRenderers()) words.emplace_back(renderer.name);
-  return Joined(words);
+  return Joined(words, " ");
 }
 
-// One line of a shell's case statement: the words after an option, and the options of a command.
+std::string TestWords() { return Joined(TestNames(), " "); }
+
+/// What follows an option, or stands behind a command, where that is one of a few words.
+struct Choice {
+  std::vector<std::string> places;
+  std::string words;
+};
+
+std::vector<Choice> OptionChoices() {
+  return {{{"--test"}, TestWords()},
+          {{"--as", "--report"}, FormWords()},
+          {{"--missing"}, "analysis listwise"},
+          {{"--separator"}, "comma semicolon tab"}};
+}
+
+std::vector<Choice> CommandChoices() {
+  return {{{"tests"}, TestWords()}, {{"completion"}, "bash zsh"}};
+}
+
+const Choice* FindChoice(const std::vector<Choice>& choices, const std::string& place) {
+  for (const Choice& choice : choices) {
+    if (std::ranges::find(choice.places, place) != choice.places.end()) return &choice;
+  }
+  return nullptr;
+}
+
+std::vector<std::string> LongNames(const CLI::App& command) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : command.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  return names;
+}
+
+// Lines of a case statement that set `words`.
+std::string BashCases(const std::vector<Choice>& choices) {
+  std::string text;
+  for (const Choice& choice : choices) {
+    text += "    " + Joined(choice.places, "|") + ") words=\"" + choice.words + "\" ;;\n";
+  }
+  return text;
+}
+
+// Where no word fits, bash itself completes names of files.
 std::string BashScript(const CLI::App& program) {
   std::vector<std::string> commands;
-  std::string options;
+  std::vector<Choice> options;
   for (const CLI::App* command : program.get_subcommands({})) {
     commands.push_back(command->get_name());
-    options += "    " + command->get_name() + ") words=\"" + OptionWords(*command) + "\" ;;\n";
+    options.push_back({{command->get_name()}, Joined(LongNames(*command), " ")});
   }
   return R"(_npar() {
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} words=
-  COMPREPLY=()
-  if [ "$COMP_CWORD" -eq 1 ]; then
-    COMPREPLY=($(compgen -W ")" +
-         Joined(commands) + R"( --help" -- "$word"))
-    return
-  fi
+  if [ "$word" = = ]; then word=; elif [ "$before" = = ]; then before=${COMP_WORDS[COMP_CWORD-2]}; fi
   case $before in
-    --test) words=")" +
-         Joined(TestNames()) + R"(" ;;
-    --as|--report) words=")" +
-         FormWords() + R"(" ;;
-    --missing) words="analysis listwise" ;;
-    --separator) words="comma semicolon tab" ;;
-  esac
-  if [ -n "$words" ]; then
-    COMPREPLY=($(compgen -W "$words" -- "$word"))
-    return
-  fi
-  case ${COMP_WORDS[1]} in
-)" + options +
+)" + BashCases(OptionChoices()) +
          R"(  esac
-  [ "${COMP_WORDS[1]}" != tests ] || words="$words )" +
-         Joined(TestNames()) + R"("
-  [ "${COMP_WORDS[1]}" != completion ] || words="$words bash zsh"
-  COMPREPLY=($(compgen -W "$words" -- "$word") $(compgen -f -- "$word"))
+  if [ "$COMP_CWORD" -eq 1 ]; then
+    words=")" +
+         Joined(commands, " ") + R"( --help"
+  elif [ -n "$words" ]; then
+    :
+  elif [[ $word == -* ]]; then
+    case ${COMP_WORDS[1]} in
+)" + BashCases(options) +
+         R"(    esac
+  else
+    case ${COMP_WORDS[1]} in
+)" + BashCases(CommandChoices()) +
+         R"(    esac
+  fi
+  COMPREPLY=($(compgen -W "$words" -- "$word"))
 }
-complete -o filenames -F _npar npar
+complete -o default -F _npar npar
 )";
 }
 
-// zsh runs the same function through its own compatibility layer.
+// Inside single quotes and a pair of brackets.
+std::string ZshQuoted(const std::string& text) {
+  std::string quoted;
+  for (const char c : text) {
+    if (c == '\'') {
+      quoted += "'\\''";
+    } else {
+      if (c == '[' || c == ']' || c == ':' || c == '\\') quoted += '\\';
+      quoted += c;
+    }
+  }
+  return quoted;
+}
+
+bool TakesFile(const std::string& option) {
+  constexpr std::string_view kFileOptions[] = {"--params", "--data", "--model", "--out",
+                                               "--component"};
+  return std::ranges::find(kFileOptions, option) != std::end(kFileOptions);
+}
+
+// One specification of zsh's _arguments: "*" for an option that may be repeated, what it does, and
+// how its value is completed.
+std::string ZshOption(const CLI::Option& option, const std::string& name) {
+  const bool isRepeated = option.get_items_expected_max() > 1;
+  std::string text =
+      std::string(isRepeated ? "*" : "") + name + "[" + ZshQuoted(option.get_description()) + "]";
+  if (option.get_items_expected_max() == 0) return text;
+  text += ":value:";
+  const std::vector<Choice> choices = OptionChoices();
+  if (const Choice* choice = FindChoice(choices, name)) {
+    text += "(" + choice->words + ")";
+  } else if (name == "--keep-documents") {
+    text += "_files -/";
+  } else if (TakesFile(name)) {
+    text += "_files";
+  }
+  return text;
+}
+
+std::string ZshArguments(const CLI::App& command) {
+  std::string text = "    " + command.get_name() + ")\n      _arguments";
+  for (const CLI::Option* option : command.get_options()) {
+    for (const std::string& name : option->get_lnames()) {
+      text += " \\\n        '" + ZshOption(*option, "--" + name) + "'";
+    }
+  }
+  const std::vector<Choice> choices = CommandChoices();
+  if (const Choice* choice = FindChoice(choices, command.get_name())) {
+    text += " \\\n        '*:argument:(" + choice->words + ")'";
+  } else if (command.get_name() == "analyse" || command.get_name() == "report") {
+    text += " \\\n        ':file:_files'";
+  }
+  return text + " ;;\n";
+}
+
+// The file is the body of the function that zsh loads when npar is first completed.
 std::string ZshScript(const CLI::App& program) {
-  return "#compdef npar\nautoload -U +X bashcompinit && bashcompinit\n" + BashScript(program);
+  std::string commands;
+  std::string arguments;
+  for (const CLI::App* command : program.get_subcommands({})) {
+    commands += "    '" + command->get_name() + ":" + ZshQuoted(command->get_description()) + "'\n";
+    arguments += ZshArguments(*command);
+  }
+  return R"(#compdef npar
+if (( CURRENT == 2 )); then
+  local -a commands=(
+)" + commands +
+         R"(  )
+  _describe command commands
+  return
+fi
+local command=$words[2]
+shift words
+(( CURRENT -= 1 ))
+case $command in
+)" + arguments +
+         "esac\n";
 }
 
 }  // namespace

@@ -377,24 +377,6 @@ TEST_F(CommandLineTest, TheManPageNamesTheOptionsOfTheHelpAndNoOther) {
   EXPECT_EQ(optionsOf(page), optionsOf(help));
 }
 
-TEST_F(CommandLineTest, BashCompletesCommandsTestsAndOptions) {
-  const std::string script = RunNpar({"completion", "bash"}).out;
-  const std::string path = folder.Write("npar.bash", script);
-  for (const auto& [words, reply] :
-       {std::pair("npar an", "analyse"),
-        std::pair("npar analyse x.csv --test mann", "mann-whitney"),
-        std::pair("npar analyse --ind", "--independent"),
-        std::pair("npar report r.xml --as js", "json"), std::pair("npar tests moo", "")}) {
-    const ProcessResult run = RunProcess(
-        {"/bin/bash", "-c",
-         "cd /; . " + path + "; COMP_WORDS=(" + words +
-             "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _npar; echo \"${COMPREPLY[*]}\""});
-    EXPECT_EQ(run.out, std::string(reply) + "\n") << words << run.err;
-  }
-  EXPECT_THAT(RunNpar({"completion", "zsh"}).out, StartsWith("#compdef npar\n"));
-  EXPECT_EQ(RunNpar({"completion", "fish"}).exitCode, 2);
-}
-
 // Names may hold anything that XML can carry.
 TEST_F(CommandLineTest, OddNamesGoThroughUnharmed) {
   const std::string data =

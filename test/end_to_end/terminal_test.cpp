@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "host/render/text_layout.h"
+#include "support/process.h"
 
 // What a person sees who sits at a terminal.
 namespace {
@@ -85,6 +86,47 @@ TEST(Terminal, TheBarNamesWhatIsInHandAndGoes) {
       EXPECT_THAT(shown, HasSubstr("\r\033[Knpar: inferred from the data: "));
     }
   }
+}
+
+// A function in the program's place shows the words that the shell has made of the keys.
+TEST(Terminal, BothShellsCompleteCommandsTestsOptionsWordsAndFiles) {
+  const std::string program = NPAR_BUILD_DIR "/bin/npar";
+  const TemporaryFolder folder;
+  const std::string bashScript =
+      folder.Write("npar.bash", RunProcess({program, "completion", "bash"}).out);
+  folder.Write("_npar", RunProcess({program, "completion", "zsh"}).out);
+  const std::string shown = "npar() { printf '<%s>' \"$@\"; echo; }\n";
+  std::string keys;
+  std::vector<std::string> words;
+  for (const auto& [typed, completed] :
+       {std::pair("an\t", "<analyse>"),  // the first one in a fresh shell
+        std::pair("analyse x --test mann\t", "<analyse><x><--test><mann-whitney>"),
+        std::pair("analyse --ind\t", "<analyse><--independent>"),
+        std::pair("analyse examples/sl\t", "<analyse><examples/sleep.csv>"),
+        std::pair("analyse x --missing li\t", "<analyse><x><--missing><listwise>"),
+        std::pair("report r.xml --as js\t", "<report><r.xml><--as><json>"),
+        std::pair("run --params examples/fri\t", "<run><--params><examples/friedman.xml>"),
+        std::pair("tests mos\t", "<tests><moses>"),
+        std::pair("completion z\t", "<completion><zsh>"),
+        std::pair("tests moo\t", "<tests><moo>")}) {
+    keys += std::string("npar ") + typed + "\n";
+    words.push_back("\n" + std::string(completed) + "\n");
+  }
+  const std::vector<std::string> environment = {"/usr/bin/env", "-i", "TERM=dumb",
+                                                "HOME=" + folder.Path("")};
+  for (const auto& [command, start] :
+       {std::pair(std::vector<std::string>{"/bin/bash", "--norc", "--noprofile", "-i"},
+                  ". " + bashScript + "\n"),
+        std::pair(
+            std::vector<std::string>{"/usr/bin/zsh", "-f", "-i"},
+            "fpath=(" + folder.Path("") + " $fpath); autoload -U compinit; compinit -u -D\n")}) {
+    SCOPED_TRACE(command[0]);
+    std::vector<std::string> shell = environment;
+    shell.insert(shell.end(), command.begin(), command.end());
+    const std::string text = RunInTerminal(shell, 200, start + shown + keys + "exit\n");
+    for (const std::string& word : words) EXPECT_THAT(text, HasSubstr(word));
+  }
+  EXPECT_EQ(RunProcess({program, "completion", "fish"}).exitCode, 2);
 }
 
 }  // namespace

@@ -8,7 +8,8 @@
 #include <cerrno>
 #include <stdexcept>
 
-std::string RunInTerminal(const std::vector<std::string>& command, int columns) {
+std::string RunInTerminal(const std::vector<std::string>& command, int columns,
+                          const std::string& typed) {
   std::vector<char*> arguments;
   for (const std::string& word : command) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
@@ -21,6 +22,9 @@ std::string RunInTerminal(const std::vector<std::string>& command, int columns) 
   if (id == 0) {
     execv(arguments[0], arguments.data());
     _exit(127);
+  }
+  if (write(terminal, typed.data(), typed.size()) != static_cast<ssize_t>(typed.size())) {
+    throw std::runtime_error("the terminal takes no keys");
   }
   std::string text;
   std::array<char, 4096> buffer;
