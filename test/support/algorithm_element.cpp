@@ -22,6 +22,18 @@ double ToNumber(const std::string& text) {
   return number;
 }
 
+std::string OutlineOf(const pugi::xml_node& node) {
+  std::string outline;
+  for (const pugi::xml_node& child : node.children()) {
+    const std::string tag = child.name();
+    if (!outline.empty()) outline += ' ';
+    outline += child.attribute("name").value();
+    if (tag == "SimpleTable") outline += "[]";
+    if (tag == "StructuredTable") outline += "(" + OutlineOf(child) + ")";
+  }
+  return outline;
+}
+
 }  // namespace
 
 AlgorithmElement::AlgorithmElement(XMLElement* written)
@@ -120,6 +132,8 @@ std::vector<std::string> AlgorithmElement::ChildNames(std::string_view path) con
   }
   return names;
 }
+
+std::string AlgorithmElement::Outline(std::string_view path) const { return OutlineOf(Find(path)); }
 
 std::string AlgorithmElement::Xml() const {
   std::ostringstream stream;

@@ -47,6 +47,9 @@ class AlgorithmElement {
   [[nodiscard]] std::vector<std::int32_t> MessageCodes() const;
   /// "tag name" of the direct children, of the table where a path is given.
   [[nodiscard]] std::vector<std::string> ChildNames(std::string_view path = {}) const;
+  /// What it holds, in order, without values: tables of rows as "name(...)", simple tables as
+  /// "name[]", attribute rows by their names.
+  [[nodiscard]] std::string Outline(std::string_view path = {}) const;
   /// The whole element, indented.
   [[nodiscard]] std::string Xml() const;
 

@@ -6,6 +6,7 @@
 
 #include "planning/planner.h"
 #include "report/result_writer.h"
+#include "support/test_settings.h"
 #include "support/variables.h"
 
 namespace {
@@ -52,10 +53,7 @@ Rows SortedBy(std::size_t variable, Rows rows) {
 
 std::string RunEntryDocument(const QDVarList& variables, const Rows& rows,
                              const std::string& entryName, const QDSettings& entry) {
-  QDSettings settings;
-  settings.AddNewSetting("missingTreatment", std::string("analysis"), std::string());
-  settings.AddNewSetting(entryName, entry, std::string());
-  return RunDocument(variables, rows, settings);
+  return RunDocument(variables, rows, Entry("missingTreatment", "analysis", entryName, entry));
 }
 
 std::string RunDocument(const QDVarList& variables, const Rows& rows, const QDSettings& settings) {

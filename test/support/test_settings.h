@@ -1,44 +1,52 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <type_traits>
 #include <vector>
 
 #include "foundation/names.h"
 
-/// Settings, one call for each entry; numbers and flags are put as doubles, as the planner does:
-///   TestSettings().Put("sigLevel", 0.05).Put("variableIndex", Indices{0, 1})
+/// Settings by keys and values in turn; numbers and flags are put as doubles, as the planner does:
+///   TestSettings().Put("sigLevel", 0.05, "variableIndex", Indices{0, 1})
 class TestSettings {
  public:
   using Indices = std::vector<std::int32_t>;
 
-  template <typename Value>
-  TestSettings& Put(const std::string& key, const Value& value) {
+  template <typename Value, typename... Rest>
+  TestSettings& Put(const std::string& key, const Value& value, const Rest&... rest) {
     if constexpr (std::is_arithmetic_v<Value>) {
-      settings->AddNewSetting(key, static_cast<double>(value), std::string());
+      settings.AddNewSetting(key, static_cast<double>(value), std::string());
+    } else if constexpr (std::is_same_v<Value, TestSettings>) {
+      settings.AddNewSetting(key, value.Get(), std::string());
     } else {
-      settings->AddNewSetting(key, value, std::string());
+      settings.AddNewSetting(key, value, std::string());
     }
-    return *this;
+    return Put(rest...);
   }
-  [[nodiscard]] const QDSettings& Get() const { return *settings; }
-  /// For the constructor of a test, which takes its settings over.
-  [[nodiscard]] QDSettings* Release() { return settings.release(); }
+  TestSettings& Put() { return *this; }
+  [[nodiscard]] const QDSettings& Get() const { return settings; }
+  operator const QDSettings&() const { return settings; }  // NOLINT: they are settings
+  /// A copy for the constructor of a test, which takes it over.
+  [[nodiscard]] QDSettings* Release() const { return new QDSettings(settings); }
 
  private:
-  std::unique_ptr<QDSettings> settings = std::make_unique<QDSettings>();
+  QDSettings settings;
 };
+
+/// The same as an expression: Entry("variableName", "x", "testProbability", 0.3).
+template <typename... KeysAndValues>
+[[nodiscard]] TestSettings Entry(const KeysAndValues&... keysAndValues) {
+  return TestSettings().Put(keysAndValues...);
+}
 
 /// Settings of a test on several related variables; a weight index below 0: unweighted.
 [[nodiscard]] inline QDSettings* RelatedSettings(const TestSettings::Indices& variables,
                                                  std::int32_t weightIndex = -1,
                                                  double sigLevel = 0.05) {
-  TestSettings settings;
-  settings.Put("sigLevel", sigLevel);
+  TestSettings settings = Entry("sigLevel", sigLevel, "variableIndex", variables);
   if (weightIndex >= 0) settings.Put("weightVariableIndex", weightIndex);
-  return settings.Put("variableIndex", variables).Release();
+  return settings.Release();
 }
 
 /// Settings of a test on a pair of variables.

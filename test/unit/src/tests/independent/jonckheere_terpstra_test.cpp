@@ -1,30 +1,15 @@
 #include "tests/independent/jonckheere_terpstra.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <random>
-#include <string>
-#include <vector>
 
-#include "support/grouped_rows.h"
-#include "support/matchers.h"
-#include "support/row_matcher.h"
+#include "support/group_run.h"
 
 namespace {
 
-using Texts = std::vector<std::string>;
-using Codes = std::vector<std::int32_t>;
-using Messages = std::vector<AlgorithmElement::Message>;
-using Groups = std::vector<std::vector<double>>;
-
-const Groups kGroups{{1, 2, 2, 3, 5}, {4, 5, 6, 6, 8, 9}, {7, 10, 11, 12}};
-const Texts kThree{"a", "b", "c"};
-
-AlgorithmElement Result(const Groups& groups, const TestSettings& entry,
-                        const QDVarList& variables = GroupedVariables(kThree)) {
-  return RunEntry(variables, GroupedRows(groups), "IJonckheereTerpstra", entry.Get());
+AlgorithmElement Result(const Samples& groups, const char* comparison = "none") {
+  return RunOnSamples("IJonckheereTerpstra", groups, ComparedEntry(comparison));
 }
 
 TEST(JonckheereStatisticTest, CountsAgreeWithAllPairsOneByOne) {
@@ -97,19 +82,19 @@ TEST(JonckheereStatisticTest, TheVarianceIsCorrectedForTies) {
 }
 
 TEST(JonckheereTerpstraTest, ThePublishedExampleIsReproduced) {
-  // Hollander and Wolfe, Nonparametric Statistical Methods: knowledge of performance; J = 79.
-  const AlgorithmElement result = Result(
-      {{40, 35, 38, 43, 44, 41}, {38, 40, 47, 44, 40, 42}, {48, 40, 45, 43, 46, 44}}, GroupEntry());
-  EXPECT_EQ(result.Text("StatisticsResult/TestStatistic"), "79");
-  // NumPy, from the formula with ties.
-  EXPECT_THAT(result.Number("StandardError"), IsCloseTo(12.259150244037404, 1e-13));
-  EXPECT_THAT(result.Number("StandardTestStatistic"), IsCloseTo(2.0392930588447173, 1e-13));
+  // Hollander and Wolfe, Nonparametric Statistical Methods: knowledge of performance; J = 79. The
+  // others by NumPy, from the formula with ties.
+  const AlgorithmElement result =
+      Result({{40, 35, 38, 43, 44, 41}, {38, 40, 47, 44, 40, 42}, {48, 40, 45, 43, 46, 44}});
+  ExpectFigures(result, {{"TestStatistic", 79},
+                         {"StandardError", 12.259150244037404, 1e-13},
+                         {"StandardTestStatistic", 2.0392930588447173, 1e-13}});
   EXPECT_EQ(result.Decision(), "reject");
   EXPECT_EQ(result.Messages(), Messages{});
 }
 
 TEST(JonckheereTerpstraTest, PairsAreJudgedOneSidedInTheDirectionOfTheWhole) {
-  const AlgorithmElement result = Result(kGroups, GroupEntry("pairWise"));
+  const AlgorithmElement result = Result(kRising, "pairWise");
   // NumPy and SciPy 1.17.1: norm.sf(z); times 3.
   EXPECT_THAT(
       result.Rows("PairwiseResult/Content"),
@@ -121,47 +106,41 @@ TEST(JonckheereTerpstraTest, PairsAreJudgedOneSidedInTheDirectionOfTheWhole) {
 }
 
 TEST(JonckheereTerpstraTest, APairAgainstTheDirectionHasTheOtherTail) {
-  NPARJonckTer test(TestSettings()
-                        .Put("sigLevel", 0.5)  // the whole is not significant at less
-                        .Put("variableIndex", 0)
-                        .Put("groupVariableIndex", 1)
-                        .Put("groupOrder", std::vector<double>{0, 2, 1})
-                        .Put("pairWise", 1.0)
-                        .Release());
-  ASSERT_THAT(RunAllPasses(test, SortedBy(0, GroupedRows(kGroups))), IsOk());
-  const AlgorithmElement result(test.WriteResults());
+  const TestSettings settings =
+      Entry("sigLevel", 0.5, "IJonckheereTerpstra",  // the whole is not significant at less
+            ComparedEntry("pairWise").Put("orderOfHypotheses", "orderSmallestToLargest"));
+  const auto results = AlgorithmElement::AllOf(
+      RunDocument(GroupedVariables({"a", "c", "b"}), GroupedRows(kRising), settings));
   // z of the last pair with the other sign, 1 - norm.sf.
-  EXPECT_THAT(result.Rows("PairwiseResult/Content").at(2),
+  EXPECT_THAT(results.at(0).Rows("PairwiseResult/Content").at(2),
               IsRow("1;2;2;4.67618077780005;-2.13849730692075;0.983761798763561;1"));
 }
 
 TEST(JonckheereTerpstraTest, TheOrderIsThatOfTheValuesUnlessTheFieldIsOrdinal) {
-  struct Case {
+  auto numbers =
+      VariableListBuilder().Continuous("x").NominalNumbers("g", {10, 9, -1}).Weight("n").Build();
+  const struct {
     const char* catches;
     QDVarList variables;
     const char* hypothesis;
     const char* order;
+  } cases[] = {
+      {"texts by their bytes", GroupedVariables({"c", "a", "b"}), "", "1;2;0"},
+      {"ordinal as listed", GroupedVariables({"c", "a", "b"}, true), "", "0;1;2"},
+      {"numbers by size", std::move(numbers), "", "2;1;0"},
+      {"reversed", GroupedVariables(3), "orderLargestToSmallest", "2;1;0"},
+      {"any other word", GroupedVariables(3), "largestToSmallest", "0;1;2"},
   };
-  Case cases[] = {
-      {"texts by their bytes", GroupedVariables({"c", "a", "b"}), nullptr, "1;2;0"},
-      {"ordinal as listed", GroupedVariables({"c", "a", "b"}, true), nullptr, "0;1;2"},
-      {"numbers by size",
-       VariableListBuilder().Continuous("x").NominalNumbers("g", {10, 9, -1}).Build(), nullptr,
-       "2;1;0"},
-      {"reversed", GroupedVariables(kThree), "orderLargestToSmallest", "2;1;0"},
-      {"any other word", GroupedVariables(kThree), "largestToSmallest", "0;1;2"},
-  };
-  for (Case& row : cases) {
+  for (const auto& row : cases) {
     SCOPED_TRACE(row.catches);
-    TestSettings entry = GroupEntry("stepWise");
-    if (row.hypothesis != nullptr) entry.Put("orderOfHypotheses", row.hypothesis);
-    const Groups rising{{1, 2, 3, 4, 5, 6}, {11, 12, 13, 14, 15, 16}, {21, 22, 23, 24, 25, 26}};
-    Groups groups = rising;  // so that the trend is strict in the expected order
+    TestSettings entry = ComparedEntry("stepWise");
+    if (*row.hypothesis != '\0') entry.Put("orderOfHypotheses", row.hypothesis);
+    Samples groups(3);  // so that the trend is strict in the expected order
     for (int place = 0; place < 3; ++place) {
-      const auto code = static_cast<std::size_t>(row.order[2 * place] - '0');
-      groups[code] = rising[static_cast<std::size_t>(place)];
+      groups[static_cast<std::size_t>(row.order[2 * place] - '0')] = Ascending(10 * place, 6);
     }
-    const AlgorithmElement result = Result(groups, entry, row.variables);
+    const AlgorithmElement result =
+        RunEntry(row.variables, GroupedRows(groups), "IJonckheereTerpstra", entry);
     EXPECT_EQ(result.Rows("StepwiseInfo").at(0), row.order);
     EXPECT_EQ(result.Text("TestStatistic"), "108");  // every pair in order
     EXPECT_EQ(result.MessageCodes(), (Codes{220013, 220013, 220013}));
@@ -169,9 +148,7 @@ TEST(JonckheereTerpstraTest, TheOrderIsThatOfTheValuesUnlessTheFieldIsOrdinal) {
 }
 
 TEST(JonckheereTerpstraTest, EmptyCategoriesLeaveNoTrace) {
-  const AlgorithmElement result =
-      Result({kGroups[0], {}, kGroups[1], kGroups[2]}, GroupEntry("pairWise"),
-             GroupedVariables({"a", "b", "c", "d"}));
+  const AlgorithmElement result = Result({kRising[0], {}, kRising[1], kRising[2]}, "pairWise");
   EXPECT_THAT(result.Number("StandardTestStatistic"), IsCloseTo(3.568313283595009, 1e-13));
   EXPECT_EQ(result.Text("BoxPlotInfo/GroupCount"), "3");
   EXPECT_FALSE(result.Has("BoxPlotInfo/Group1"));
@@ -180,15 +157,14 @@ TEST(JonckheereTerpstraTest, EmptyCategoriesLeaveNoTrace) {
 }
 
 TEST(JonckheereTerpstraTest, OtherCasesCarryTheirCodes) {
-  struct Case {
+  const Samples two{{1, 2, 3, 4}, {5, 6, 7, 8}, {}};
+  const Samples same{{1, 2}, {1, 2}, {1, 2}};
+  const struct {
     const char* catches;
-    Groups groups;
+    Samples groups;
     const char* comparison;
     Codes codes;
-  };
-  const Groups two{{1, 2, 3, 4}, {5, 6, 7, 8}, {}};
-  const Groups same{{1, 2}, {1, 2}, {1, 2}};
-  const Case cases[] = {
+  } cases[] = {
       {"two groups, pairwise", two, "pairWise", {222211}},
       {"two groups, stepwise", two, "stepWise", {222212}},
       {"not significant, pairwise", same, "pairWise", {222213}},
@@ -196,43 +172,32 @@ TEST(JonckheereTerpstraTest, OtherCasesCarryTheirCodes) {
       {"one group", {{1, 2}, {}, {}}, "none", {222210}},
       {"nothing wanted", two, "none", {}},
   };
-  for (const Case& row : cases) {
-    SCOPED_TRACE(row.catches);
-    EXPECT_EQ(Result(row.groups, GroupEntry(row.comparison)).MessageCodes(), row.codes);
+  for (const auto& row : cases) {
+    EXPECT_EQ(Result(row.groups, row.comparison).MessageCodes(), row.codes) << row.catches;
   }
 }
 
 TEST(JonckheereTerpstraTest, AllValuesTiedGiveNoTrend) {
-  const AlgorithmElement result = Result({{3, 3, 3}, {3, 3}, {3, 3, 3, 3}}, GroupEntry());
-  EXPECT_EQ(result.Text("StandardError"), "0");
-  EXPECT_EQ(result.Text("StandardTestStatistic"), "0");
-  EXPECT_EQ(result.Text("AsymptoticSig2Tailed"), "1");
+  ExpectTexts(
+      Result({{3, 3, 3}, {3, 3}, {3, 3, 3, 3}}),
+      {{"StandardError", "0"}, {"StandardTestStatistic", "0"}, {"AsymptoticSig2Tailed", "1"}});
 }
 
 TEST(JonckheereTerpstraTest, AnEntryThatDoesNotFitNamesItsProblem) {
-  struct Case {
-    const char* variable;
-    const char* group;
-    std::int32_t code;
-    Texts parameters;
+  const auto by = [](const char* variable, const char* group) {
+    return Entry("variableName", variable, "groupVariableName", group);
   };
-  const Case cases[] = {
-      {nullptr, "g", 222215, {}},  {"x", nullptr, 222216, {}}, {"no", "g", 222203, {"no"}},
-      {"x", "no", 222203, {"no"}}, {"g", "g", 222218, {"1"}},  {"x", "x", 222217, {"0"}},
-  };
-  for (const Case& row : cases) {
-    SCOPED_TRACE(row.code);
-    TestSettings entry;
-    if (row.variable != nullptr) entry.Put("variableName", row.variable);
-    if (row.group != nullptr) entry.Put("groupVariableName", row.group);
-    const AlgorithmElement result = Result(kGroups, entry);
-    EXPECT_EQ(result.Messages(), (Messages{{row.code, "error", row.parameters}}));
-    EXPECT_EQ(result.Decision(), "unknown");
-  }
+  ExpectMessages("IJonckheereTerpstra", GroupedVariables(3), GroupedRows(kRising),
+                 {{"no field", Entry("groupVariableName", "g"), Error(222215)},
+                  {"no group", Entry("variableName", "x"), Error(222216)},
+                  {"an unknown field", by("no", "g"), Error(222203, {"no"})},
+                  {"an unknown group", by("x", "no"), Error(222203, {"no"})},
+                  {"not continuous", by("g", "g"), Error(222218, {"1"})},
+                  {"not categorical", by("x", "x"), Error(222217, {"0"})}});
 }
 
 TEST(JonckheereTerpstraTest, AGroupRangeIsNamedInTheCondition) {
-  NPARJonckTer test(TestSettings().Put("userSpecifyGroupRange", 1.0).Release());
+  NPARJonckTer test(Entry("userSpecifyGroupRange", 1.0).Release());
   static_cast<void>(test.BeginPass());
   EXPECT_EQ(AlgorithmElement(test.WriteResults()).Text("Condition/ConditionKey"),
             "CategoryListsAreSpecified_I_JonckheereTerpstra_2 ");

@@ -1,63 +1,37 @@
 #include "tests/independent/kruskal_wallis.h"
 
-#include <gtest/gtest.h>
-
-#include <sstream>
-#include <string>
-#include <vector>
-
-#include "report/result_writer.h"
-#include "support/grouped_rows.h"
-#include "support/matchers.h"
-#include "support/row_matcher.h"
+#include "support/group_run.h"
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-using Texts = std::vector<std::string>;
-using Codes = std::vector<std::int32_t>;
-using Messages = std::vector<AlgorithmElement::Message>;
-
-const std::vector<std::vector<double>> kGroups{
-    {1, 2, 2, 3, 5}, {4, 5, 6, 6, 8, 9}, {7, 10, 11, 12}};
-const Texts kThree{"a", "b", "c"};
-
-AlgorithmElement Result(const std::vector<std::vector<double>>& groups, const TestSettings& entry,
-                        const Texts& categories = kThree) {
-  return RunEntry(GroupedVariables(categories), GroupedRows(groups), "IKruskalWallis", entry.Get());
+AlgorithmElement Result(const Samples& groups, const char* comparison = "none") {
+  return RunOnSamples("IKruskalWallis", groups, ComparedEntry(comparison));
 }
 
 TEST(KruskalWallisTest, TheStatisticIsCorrectedForTies) {
-  const AlgorithmElement result = Result(kGroups, GroupEntry());
+  const AlgorithmElement result = Result(kRising);
   // SciPy 1.17.1: stats.kruskal(a, b, c)
-  EXPECT_THAT(result.Number("StatisticsResult/TestStatistic"),
-              IsCloseTo(10.681807301017361, 1e-13));
-  EXPECT_THAT(result.Number("StatisticsResult/AsymptoticSig2Tailed"),
-              IsCloseTo(0.004791538876816035, 1e-12));
-  EXPECT_EQ(result.Text("StatisticsResult/DegreeOfFreedom"), "2");
+  ExpectFigures(result, {{"TestStatistic", 10.681807301017361, 1e-13},
+                         {"AsymptoticSig2Tailed", 0.004791538876816035, 1e-12},
+                         {"DegreeOfFreedom", 2}});
   EXPECT_EQ(result.Decision(), "reject");
   EXPECT_EQ(result.Messages(), (Messages{{222111, "helpMessage", {}}}));
-  EXPECT_EQ(result.Text("Condition/ConditionKey"),
-            "DefaultAllDistinctValuesUsed_I_KruskalWallis_2");
-  EXPECT_EQ(result.Text("Condition/%0"), "0");
-  EXPECT_EQ(result.Text("Condition/%1"), "1");
-}
-
-TEST(KruskalWallisTest, TablesStandInTheirOrder) {
-  const AlgorithmElement result = Result(kGroups, GroupEntry("pairWise"));
-  EXPECT_THAT(result.ChildNames(),
-              ElementsAre("StructuredTable Condition", "StructuredTable WarningMessages",
-                          "StructuredTable StatisticsResult", "StructuredTable BoxPlotInfo",
-                          "StructuredTable PairwiseResult"));
-  EXPECT_THAT(result.ChildNames("BoxPlotInfo/Group0"),
-              ElementsAre("Attribute GroupIndex", "Attribute MeanOfRank", "SimpleTable Box",
-                          "SimpleTable Outliers"));
+  ExpectTexts(result, {{"ConditionKey", "DefaultAllDistinctValuesUsed_I_KruskalWallis_2"},
+                       {"Condition/%0", "0"},
+                       {"Condition/%1", "1"}});
 }
 
 TEST(KruskalWallisTest, PairsAreComparedOnTheOverallRanks) {
-  const AlgorithmElement result = Result(kGroups, GroupEntry("pairWise"));
+  const AlgorithmElement result = Result(kRising, "pairWise");
+  EXPECT_EQ(result.Outline("BoxPlotInfo/Group0"), "GroupIndex MeanOfRank Box[] Outliers[]");
+  EXPECT_EQ(result.ChildNames(),
+            (Texts{"StructuredTable Condition", "StructuredTable WarningMessages",
+                   "StructuredTable StatisticsResult", "StructuredTable BoxPlotInfo",
+                   "StructuredTable PairwiseResult"}));
+  EXPECT_EQ(result.ColumnNames("PairwiseInfo"), "IndexOrder;Value");
   EXPECT_EQ(result.Rows("PairwiseInfo"), (Texts{"0;1;2", "3.3;8.58333333333333;13"}));
+  EXPECT_EQ(result.ColumnNames("PairwiseResult/Content"),
+            "Sample1;Sample2;TestStatistic;StandardError;StandardTestStatistic;Sig;AdjSig");
   // NumPy and SciPy 1.17.1 from Dunn's formula; the adjusted p is three times p.
   EXPECT_THAT(result.Rows("PairwiseResult/Content"),
               testing::ElementsAre(IsRow("0;1;-5.28333333333333;2.70074945506754;-1.9562471163032;"
@@ -69,8 +43,7 @@ TEST(KruskalWallisTest, PairsAreComparedOnTheOverallRanks) {
 }
 
 TEST(KruskalWallisTest, CategoriesWithoutDataCountOnlyInTheAdjustmentAndTheGroupCount) {
-  const AlgorithmElement result = Result({{1, 2, 2, 3, 5}, {}, {4, 5, 6, 6, 8, 9}, {7, 10, 11, 12}},
-                                         GroupEntry("pairWise"), {"a", "b", "c", "d"});
+  const AlgorithmElement result = Result({kRising[0], {}, kRising[1], kRising[2]}, "pairWise");
   EXPECT_EQ(result.Text("StatisticsResult/DegreeOfFreedom"), "2");
   EXPECT_EQ(result.Text("BoxPlotInfo/GroupCount"), "4");
   EXPECT_FALSE(result.Has("BoxPlotInfo/Group1"));
@@ -82,35 +55,35 @@ TEST(KruskalWallisTest, CategoriesWithoutDataCountOnlyInTheAdjustmentAndTheGroup
       IsRow("0;2;-9.7;2.99195349467296;-3.24202900120955;0.00118681944396915;0.0071209166638149"));
 }
 
+constexpr const char* kSingles[] = {"0;0;__MISSING__;;;__MISSING__;__MISSING__",
+                                    "1;1;__MISSING__;;;__MISSING__;__MISSING__",
+                                    "2;2;__MISSING__;;;__MISSING__;__MISSING__"};
+
 TEST(KruskalWallisTest, TheStepDownRanksItsRangesAnewAndJudgesThemUnadjusted) {
   // SciPy 1.17.1: stats.kruskal(a, b) and (b, c) are significant at 0.05, each of 2 = k - 1 groups.
-  const AlgorithmElement apart = Result(kGroups, GroupEntry("stepWise"));
+  const AlgorithmElement apart = Result(kRising, "stepWise");
+  EXPECT_EQ(apart.ColumnNames("StepwiseInfo"), "IndexOrder;Value");
   EXPECT_EQ(apart.Rows("StepwiseInfo"), (Texts{"0;1;2", "3.3;8.58333333333333;13"}));
-  EXPECT_THAT(apart.Rows("StepwiseResult/Content"),
-              testing::ElementsAre(IsRow("0;0;__MISSING__;;;__MISSING__;__MISSING__"),
-                                   IsRow("1;1;__MISSING__;;;__MISSING__;__MISSING__"),
-                                   IsRow("2;2;__MISSING__;;;__MISSING__;__MISSING__")));
+  EXPECT_EQ(apart.ColumnNames("StepwiseResult/Content"),
+            "FirstPosition;LastPosition;TestStatistic;StandardError;StandardTestStatistic;Sig;"
+            "AdjSig");
+  EXPECT_EQ(apart.Rows("StepwiseResult/Content"), Texts(std::begin(kSingles), std::end(kSingles)));
   EXPECT_EQ(apart.MessageCodes(), (Codes{222111, 220013, 220013, 220013}));
   // At 0.02 only the first two differ: kruskal(b, c) = 4.573170731707319, p = 0.03247640247287811.
-  NPARKruskalWOneWay test(TestSettings()
-                              .Put("sigLevel", 0.02)
-                              .Put("variableIndex", 0)
-                              .Put("groupVariableIndex", 1)
-                              .Put("numberOfCategories", 3)
-                              .Put("typeOfMultipleComparison", "stepWise")
-                              .Release());
-  ASSERT_THAT(RunAllPasses(test, SortedBy(0, GroupedRows(kGroups))), IsOk());
-  const AlgorithmElement result(test.WriteResults());
+  const TestSettings settings =
+      Entry("sigLevel", 0.02, "IKruskalWallis", ComparedEntry("stepWise"));
+  const auto results =
+      AlgorithmElement::AllOf(RunDocument(GroupedVariables(3), GroupedRows(kRising), settings));
   EXPECT_THAT(
-      result.Rows("StepwiseResult/Content"),
+      results.at(0).Rows("StepwiseResult/Content"),
       testing::ElementsAre(IsRow("1;2;4.57317073170732;;;0.0324764024728781;0.0324764024728781"),
-                           IsRow("0;0;__MISSING__;;;__MISSING__;__MISSING__")));
+                           kSingles[0]));
 }
 
 TEST(KruskalWallisTest, EqualMeanRanksAreOrderedByTheirMedians) {
   // Groups a and b have the mean rank 3.5 both; the median of b is lower.
   const AlgorithmElement result =
-      Result({{1, 4, 5.5}, {2, 3, 5.6}, {10, 11, 12, 13, 14}}, GroupEntry("stepWise"));
+      Result({{1, 4, 5.5}, {2, 3, 5.6}, {10, 11, 12, 13, 14}}, "stepWise");
   ASSERT_EQ(result.Rows("StepwiseInfo").size(), 2U);
   EXPECT_EQ(result.Rows("StepwiseInfo")[0].substr(0, 3), "0;1") << result.Xml();
 }
@@ -122,117 +95,82 @@ TEST(KruskalWallisTest, BoxPlotsHoldHingesOutliersAndCases) {
   double id = 500;
   for (const double x : {1, 10, 11, 12, 13, 14, 15, 16, 30}) rows.push_back({x, 0, id++});
   for (const double x : {-5, 2}) rows.push_back({x, 1, id++});
-  QDSettings settings;
-  settings.AddNewSetting("IKruskalWallis", GroupEntry().Get(), "");
-  settings.AddNewSetting("caseIDVariableName", "id", "");
-  NPARPlanner planner(&settings, &variables);
-  MemoryRecords records(rows);
-  ASSERT_THAT(planner.Execute(records, 0), IsOk());
-  std::ostringstream document;
-  ASSERT_THAT(planner.WriteOutput(document, NPARRunInfo()), IsOk());
-  const AlgorithmElement result = AlgorithmElement::AllOf(document.str()).at(0);
+  const TestSettings settings =
+      Entry("IKruskalWallis", ComparedEntry(), "caseIDVariableName", "id");
+  const AlgorithmElement result =
+      AlgorithmElement::AllOf(RunDocument(variables, rows, settings)).at(0);
   EXPECT_EQ(result.RowNames("Group0/Box"), "");
   EXPECT_EQ(result.ColumnNames("Group0/Box"),
             "smallestNonOutlier;25perc;50perc;75perc;largestNonOutlier");
-  EXPECT_THAT(result.Rows("Group0/Box"), ElementsAre("10;11;13;15;16"));
+  EXPECT_EQ(result.Rows("Group0/Box"), Texts{"10;11;13;15;16"});
   EXPECT_EQ(result.RowNames("Group0/Outliers"), "Values;CaseID");
   EXPECT_EQ(result.ColumnNames("Group1/Outliers"), "1");
-  EXPECT_THAT(result.Rows("Group0/Outliers"), ElementsAre("30;1", "508;500"));
-  EXPECT_THAT(result.Rows("Group1/Outliers"), ElementsAre("", ""));
+  EXPECT_EQ(result.Rows("Group0/Outliers"), (Texts{"30;1", "508;500"}));
+  EXPECT_EQ(result.Rows("Group1/Outliers"), (Texts{"", ""}));
 }
 
-TEST(KruskalWallisTest, AWeightStandsForThatManyRecords) {
-  const QDVarList variables =
-      VariableListBuilder().Continuous("x").Nominal("g", kThree).Weight("w").Build();
-  Rows weighted{{1, 0, 2.9}, {2, 0, 1}, {2, 1, 3}, {4, 1, 1}, {5, 2, 2}, {9, 2, 0.5}};
+TEST(KruskalWallisTest, AWeightStandsForThatManyRecordsAndNoCategoryForNone) {
+  const Rows weighted{{1, 0, 2.9}, {2, 0, 1}, {2, 1, 3},   {4, 1, 1}, {5, 2, 2},
+                      {9, 2, 0.5}, {9, 3, 1}, {9, 1e9, 1}, {9, -3, 1}};
   const AlgorithmElement result =
-      RunEntry(variables, weighted, "IKruskalWallis", GroupEntry().Get());
-  const AlgorithmElement listed = Result({{1, 1, 2}, {2, 2, 2, 4}, {5, 5}}, GroupEntry());
+      RunEntry(GroupedVariables(3), weighted, "IKruskalWallis", ComparedEntry());
+  const AlgorithmElement listed = Result({{1, 1, 2}, {2, 2, 2, 4}, {5, 5}});
   EXPECT_EQ(result.Text("TestStatistic"), listed.Text("TestStatistic"));
   EXPECT_EQ(result.Text("Group1/MeanOfRank"), listed.Text("Group1/MeanOfRank"));
 }
 
 TEST(KruskalWallisTest, AllValuesTiedGiveNoDifference) {
-  const AlgorithmElement result = Result({{3, 3}, {3, 3}, {3, 3}}, GroupEntry("pairWise"));
-  EXPECT_EQ(result.Text("TestStatistic"), "0");
-  EXPECT_EQ(result.Text("AsymptoticSig2Tailed"), "1");
-  EXPECT_EQ(result.Decision(), "retain");
-  EXPECT_EQ(result.MessageCodes(), (Codes{222111, 222119}));
+  ExpectTexts(Result({{3, 3}, {3, 3}, {3, 3}}),
+              {{"TestStatistic", "0"}, {"AsymptoticSig2Tailed", "1"}});
 }
 
-struct WarningCase {
-  const char* catches;
-  std::vector<std::vector<double>> groups;
-  const char* comparison;
-  Codes codes;
-};
-
 TEST(KruskalWallisTest, AComparisonFallsAwayWithItsOwnWarning) {
-  const std::vector<std::vector<double>> two{{1, 2, 3, 4}, {5, 6, 7, 8}, {}};
-  const std::vector<std::vector<double>> same{{1, 2}, {1, 2}, {1, 2}};
-  const WarningCase cases[] = {
+  const Samples two{{1, 2, 3, 4}, {5, 6, 7, 8}, {}};
+  const Samples same{{1, 2}, {1, 2}, {1, 2}};
+  const struct {
+    const char* catches;
+    Samples groups;
+    const char* comparison;
+    Codes codes;
+  } cases[] = {
       {"two groups with data, pairwise", two, "pairWise", {222111, 222118}},
       {"two groups with data, stepwise", two, "stepWise", {222111, 222116}},
       {"not significant, pairwise", same, "pairWise", {222111, 222119}},
       {"not significant, stepwise", same, "stepWise", {222111, 222117}},
       {"nothing wanted", two, "none", {222111}},
+      {"fewer than two groups with data", {{1, 2, 3}, {}, {}}, "none", {222112}},
   };
-  for (const WarningCase& row : cases) {
+  for (const auto& row : cases) {
     SCOPED_TRACE(row.catches);
-    const AlgorithmElement result = Result(row.groups, GroupEntry(row.comparison));
+    const AlgorithmElement result = Result(row.groups, row.comparison);
     EXPECT_EQ(result.MessageCodes(), row.codes);
     EXPECT_FALSE(result.Has("PairwiseResult"));
     EXPECT_FALSE(result.Has("StepwiseResult"));
+    EXPECT_EQ(result.Has("StatisticsResult"), row.codes.front() == 222111);
   }
-}
-
-TEST(KruskalWallisTest, FewerThanTwoGroupsWithDataFail) {
-  const AlgorithmElement result = Result({{1, 2, 3}, {}, {}}, GroupEntry());
-  EXPECT_EQ(result.Decision(), "unknown");
-  EXPECT_EQ(result.Messages(), (Messages{{222112, "error", {}}}));
-  EXPECT_FALSE(result.Has("StatisticsResult"));
-}
-
-TEST(KruskalWallisTest, RecordsOfNoCategoryArePassedOver) {
-  Rows rows = SortedBy(0, GroupedRows(kGroups));
-  for (const double code : {-3.0, 3.0, 1e9}) rows.push_back({100, code});
-  NPARKruskalWOneWay test(TestSettings()
-                              .Put("variableIndex", 0)
-                              .Put("groupVariableIndex", 1)
-                              .Put("numberOfCategories", 3)
-                              .Release());
-  ASSERT_THAT(RunAllPasses(test, rows), IsOk());
-  EXPECT_THAT(AlgorithmElement(test.WriteResults()).Number("TestStatistic"),
-              IsCloseTo(10.681807301017361, 1e-13));
 }
 
 TEST(KruskalWallisTest, AnEntryThatDoesNotFitNamesItsProblem) {
-  const QDVarList variables =
-      VariableListBuilder().Continuous("x").Nominal("g", kThree).Nominal("one", {"a"}).Build();
-  struct Case {
-    const char* variable;
-    const char* group;
-    const char* comparison;
-    std::int32_t code;
-    Texts parameters;
+  const QDVarList variables = VariableListBuilder()
+                                  .Continuous("x")
+                                  .Nominal("g", {"a", "b", "c"})
+                                  .Nominal("one", {"a"})
+                                  .Build();
+  const TestSettings none = Entry("typeOfMultipleComparison", "none");
+  const auto by = [&none](const char* variable, const char* group) {
+    return TestSettings(none).Put("variableName", variable, "groupVariableName", group);
   };
-  const Case cases[] = {
-      {nullptr, "g", "none", 222103, {}},   {"x", nullptr, "none", 222103, {}},
-      {"no", "g", "none", 222103, {"no"}},  {"x", "no", "none", 222103, {"no"}},
-      {"g", "g", "none", 222109, {}},       {"x", "x", "none", 222110, {}},
-      {"x", "g", nullptr, 222101, {}},      {"x", "one", "none", 222115, {}},
-      {"no", "g", nullptr, 222103, {"no"}},
-  };
-  for (const Case& row : cases) {
-    TestSettings entry;
-    if (row.variable != nullptr) entry.Put("variableName", row.variable);
-    if (row.group != nullptr) entry.Put("groupVariableName", row.group);
-    if (row.comparison != nullptr) entry.Put("typeOfMultipleComparison", row.comparison);
-    SCOPED_TRACE(row.code);
-    const AlgorithmElement result = RunEntry(variables, {{1, 0, 0}}, "IKruskalWallis", entry.Get());
-    EXPECT_EQ(result.Messages(), (Messages{{row.code, "error", row.parameters}}));
-    EXPECT_EQ(result.Decision(), "unknown");
-  }
+  ExpectMessages("IKruskalWallis", variables, {{1, 0, 0}},
+                 {{"no field", TestSettings(none).Put("groupVariableName", "g"), Error(222103)},
+                  {"no group", TestSettings(none).Put("variableName", "x"), Error(222103)},
+                  {"an unknown field", by("no", "g"), Error(222103, {"no"})},
+                  {"an unknown group", by("x", "no"), Error(222103, {"no"})},
+                  {"not continuous", by("g", "g"), Error(222109)},
+                  {"not categorical", by("x", "x"), Error(222110)},
+                  {"no comparison", GroupedEntry(), Error(222101)},
+                  {"one category", by("x", "one"), Error(222115)},
+                  {"the first problem stands",
+                   Entry("variableName", "no", "groupVariableName", "g"), Error(222103, {"no"})}});
 }
 
 }  // namespace

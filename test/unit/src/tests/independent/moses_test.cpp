@@ -1,17 +1,9 @@
 #include "tests/independent/moses.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <array>
 #include <bit>
-#include <cmath>
-#include <cstdint>
-#include <utility>
-#include <vector>
 
-#include "support/matchers.h"
-#include "support/two_group_run.h"
+#include "support/group_run.h"
 
 namespace {
 
@@ -86,32 +78,31 @@ TEST(MosesTest, GroupsOfAMillionStayBetweenZeroAndOne) {
   EXPECT_EQ(MosesSpanTail(1000000, 1000000, 50000, 1900000), 1.0);
 }
 
-AlgorithmElement Result(const Sample& first, const Sample& second, int outliers = -1) {
-  TestSettings entry = GroupedEntry();
-  if (outliers >= 0) entry.Put("userSpecifyNumberOfOutliers", "true");
-  if (outliers >= 0) entry.Put("NumberOfOutliers", outliers);
-  return RunEntry(GroupedVariables(), GroupedRows({first, second}), "IMoses", entry.Get());
+TestSettings Trimming(int outliers) {
+  return GroupedEntry().Put("userSpecifyNumberOfOutliers", "true", "NumberOfOutliers", outliers);
 }
 
-const Sample kControl{-2, -1, 0, 0, 1, 3, 3.5, 4, 7};  // ranks 1 3 5 5 7.5 10.5 12 13 17
-const Sample kExperimental{-1.5, 0, 1, 2, 3, 5, 6, 6, 8, 9};
+AlgorithmElement Result(const Sample& first, const Sample& second,
+                        const TestSettings& entry = GroupedEntry()) {
+  return RunOnSamples("IMoses", {first, second}, entry);
+}
 
-// Ranks from SciPy 1.17.1, rankdata; p(h) in Python's fractions.
+// The ranks of the controls are 1 3 5 5 7.5 10.5 12 13 17 (SciPy 1.17.1, rankdata); p(h) in
+// Python's fractions.
 TEST(MosesTest, FiguresAgreeWithTheFormula) {
-  const AlgorithmElement result = Result(kControl, kExperimental);
-  EXPECT_EQ(result.Text("NumberOfOutliers"), "1");
-  EXPECT_EQ(result.Text("ObservedControlSpan"), "17");
-  EXPECT_THAT(result.Number("ExactSig1TailedObserved"), IsCloseTo(0.541795665634675));
-  EXPECT_EQ(result.Text("TestStatistic"), "11");
-  EXPECT_THAT(result.Number("ExactSig1Tailed"), IsCloseTo(0.24221134902249453));
+  const AlgorithmElement result = Result(kTiedFirst, kTiedSecond);
+  ExpectFigures(result, {{"NumberOfOutliers", 1},
+                         {"ObservedControlSpan", 17},
+                         {"ExactSig1TailedObserved", 0.541795665634675},
+                         {"TestStatistic", 11},
+                         {"ExactSig1Tailed", 0.24221134902249453}});
   EXPECT_EQ(result.Decision(), "retain");
-  const AlgorithmElement two = Result(kControl, kExperimental, 2);
-  EXPECT_EQ(two.Text("NumberOfOutliers"), "2");
-  EXPECT_EQ(two.Text("TestStatistic"), "8");  // ranks 5 to 12
-  EXPECT_THAT(two.Number("ExactSig1Tailed"), IsCloseTo(0.4299833293641343));
-  EXPECT_EQ(two.Text("ExactSig1TailedObserved"), result.Text("ExactSig1TailedObserved"));
-  const AlgorithmElement none = Result(kControl, kExperimental, 0);
-  EXPECT_EQ(none.Text("TestStatistic"), none.Text("ObservedControlSpan"));
+  ExpectFigures(Result(kTiedFirst, kTiedSecond, Trimming(2)),
+                {{"NumberOfOutliers", 2},
+                 {"TestStatistic", 8},  // ranks 5 to 12
+                 {"ExactSig1Tailed", 0.4299833293641343},
+                 {"ExactSig1TailedObserved", 0.541795665634675}});
+  EXPECT_EQ(Result(kTiedFirst, kTiedSecond, Trimming(0)).Text("TestStatistic"), "17");
 }
 
 TEST(MosesTest, HalfARankIsRoundedUp) {
@@ -139,52 +130,32 @@ TEST(MosesTest, AsManyAreTrimmedAsATwentiethOfTheControls) {
 }
 
 TEST(MosesTest, TrimmingUnitsOfOneRecordTakesPartOfItsWeight) {
-  const Rows rows{{1, 0, 3}, {2, 1, 2}, {3, 0, 4}};
-  TestSettings entry = GroupedEntry();
-  entry.Put("userSpecifyNumberOfOutliers", "true").Put("NumberOfOutliers", 3);
-  const AlgorithmElement result = RunEntry(GroupedVariables(), rows, "IMoses", entry.Get());
-  EXPECT_EQ(result.Text("ObservedControlSpan"), "7");  // ranks 2 and 7.5, 6.5 rounded up
-  EXPECT_EQ(result.Text("TestStatistic"), "1");        // the fourth unit alone
-  EXPECT_EQ(result.Text("ExactSig1Tailed"), "1");
+  const AlgorithmElement result =
+      RunEntry(GroupedVariables(), {{1, 0, 3}, {2, 1, 2}, {3, 0, 4}}, "IMoses", Trimming(3));
+  ExpectTexts(result, {{"ObservedControlSpan", "7"},  // ranks 2 and 7.5, 6.5 rounded up
+                       {"TestStatistic", "1"},        // the fourth unit alone
+                       {"ExactSig1Tailed", "1"}});
 }
 
 TEST(MosesTest, ANumberOfOutliersThatCannotBeIsRefused) {
-  const auto codes = [](TestSettings entry) {
-    return RunEntry(GroupedVariables(), GroupedRows({kControl, kExperimental}), "IMoses",
-                    entry.Get())
-        .Messages();
-  };
-  const auto refused = testing::ElementsAre(AlgorithmElement::Message{220516, "error", {}});
-  TestSettings absent = GroupedEntry();
-  EXPECT_THAT(codes(std::move(absent.Put("userSpecifyNumberOfOutliers", "true"))), refused);
-  TestSettings negative = GroupedEntry();
-  negative.Put("userSpecifyNumberOfOutliers", "true").Put("NumberOfOutliers", -1);
-  EXPECT_THAT(codes(std::move(negative)), refused);
-  EXPECT_THAT(Result(kControl, kExperimental, 4).Messages(), testing::IsEmpty());
-  EXPECT_THAT(Result(kControl, kExperimental, 5).Messages(), refused);
-  EXPECT_THAT(Result({1, 2}, {3}).Messages(), refused) << "none is left by default either";
-  TestSettings unused = GroupedEntry();
-  unused.Put("NumberOfOutliers", 100);
-  EXPECT_THAT(codes(std::move(unused)), testing::IsEmpty()) << "without the flag it is not read";
+  const TestSettings absent = GroupedEntry().Put("userSpecifyNumberOfOutliers", "true");
+  ExpectMessages("IMoses", GroupedVariables(), GroupedRows({kTiedFirst, kTiedSecond}),
+                 {{"absent", absent, Error(220516)},
+                  {"negative", Trimming(-1), Error(220516)},
+                  {"one control is left", Trimming(4), {}},
+                  {"none is left", Trimming(5), Error(220516)},
+                  {"not read without the flag", GroupedEntry().Put("NumberOfOutliers", 100), {}}});
+  ExpectMessages("IMoses", GroupedVariables(), GroupedRows({{1, 2}, {3}}),
+                 {{"none is left by default either", GroupedEntry(), Error(220516)}});
 }
 
 TEST(MosesTest, TheElementHoldsItsTablesInOrder) {
   const AlgorithmElement result = Result({0, 1, 1, 4}, {2, -3, 0});
-  EXPECT_EQ(result.Name(), "IMoses");
-  EXPECT_EQ(result.Type(), "hypothesis_test");
-  EXPECT_EQ(result.Classification(), "Independent_Samples");
-  EXPECT_THAT(result.ChildNames(),
-              testing::ElementsAre("StructuredTable Condition", "StructuredTable Group0",
-                                   "StructuredTable Group1", "StructuredTable StatisticsResult"));
-  EXPECT_THAT(result.ChildNames("Group1"),
-              testing::ElementsAre("Attribute GroupIndex", "Attribute N", "Attribute MeanOfRank",
-                                   "SimpleTable Interval"));
+  EXPECT_EQ(result.Outline(),
+            "Condition(ConditionKey %0 %1) Group0(GroupIndex N MeanOfRank Interval[]) "
+            "Group1(GroupIndex N MeanOfRank Interval[]) StatisticsResult(TotalN NumberOfOutliers "
+            "ObservedControlSpan ExactSig1TailedObserved TestStatistic ExactSig1Tailed)");
   EXPECT_EQ(result.Text("Group0/MeanOfRank"), "4.625");
-  EXPECT_THAT(
-      result.ChildNames("StatisticsResult"),
-      testing::ElementsAre("Attribute TotalN", "Attribute NumberOfOutliers",
-                           "Attribute ObservedControlSpan", "Attribute ExactSig1TailedObserved",
-                           "Attribute TestStatistic", "Attribute ExactSig1Tailed"));
 }
 
 }  // namespace

@@ -1,10 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "support/two_group_run.h"
+#include "support/group_run.h"
 
 // All tests of independent samples in one run, where those of one field share their passes.
 
@@ -37,14 +31,10 @@ QDVarList Variables() {
       .Build();
 }
 
-QDSettings Entry(const char* field) {
-  TestSettings entry;
-  entry.Put("variableName", field).Put("groupVariableName", "g");
-  entry.Put("typeOfMultipleComparison", "pairwise");
-  entry.Put("userSpecifyGroupList", "true");
-  entry.Put("group1List", std::vector<std::string>{"a"});
-  entry.Put("group2List", std::vector<std::string>{"c", "b"});
-  return entry.Get();
+TestSettings EntryOn(const char* field) {
+  return Entry("variableName", field, "groupVariableName", "g", "typeOfMultipleComparison",
+               "pairwise", "userSpecifyGroupList", "true", "group1List", Texts{"a"}, "group2List",
+               Texts{"c", "b"});
 }
 
 Rows Records() {
@@ -61,9 +51,8 @@ Rows Records() {
 
 std::vector<AlgorithmElement> RunSelected(const std::string& missingTreatment,
                                           const std::vector<Selected>& selected) {
-  QDSettings settings;
-  settings.AddNewSetting("missingTreatment", missingTreatment, "");
-  for (const Selected& test : selected) settings.AddNewSetting(test.entry, Entry(test.field), "");
+  TestSettings settings = Entry("missingTreatment", missingTreatment);
+  for (const Selected& test : selected) settings.Put(test.entry, EntryOn(test.field));
   return AlgorithmElement::AllOf(RunDocument(Variables(), Records(), settings));
 }
 
@@ -72,7 +61,7 @@ std::vector<AlgorithmElement> RunAll(const std::string& missingTreatment) {
 }
 
 TEST(IndependentTogetherTest, TheDocumentGoesByFieldsAndWithinThemBySettings) {
-  std::vector<std::string> names;
+  Texts names;
   for (const AlgorithmElement& element : RunAll("analysis")) {
     names.push_back(element.Name() + " " + element.Text("Condition/%0"));
   }

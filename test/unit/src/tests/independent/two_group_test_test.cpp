@@ -1,16 +1,7 @@
 #include "tests/independent/two_group_test.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "support/matchers.h"
-#include "support/two_group_run.h"
+#include "support/group_run.h"
 #include "tests/independent/hodges_lehmann_groups.h"
-#include "tests/independent/ks_two_sample.h"
 #include "tests/independent/mann_whitney.h"
 #include "tests/independent/moses.h"
 #include "tests/independent/wald_wolfowitz.h"
@@ -18,10 +9,6 @@
 // What all tests of two groups do alike.
 
 namespace {
-
-using Message = AlgorithmElement::Message;
-using testing::ElementsAre;
-using Texts = std::vector<std::string>;
 
 /// One of the tests and the codes that its entry raises.
 struct Kind {
@@ -49,39 +36,42 @@ const Kind kKinds[] = {
 class TwoGroupTests : public testing::TestWithParam<Kind> {
  protected:
   [[nodiscard]] static AlgorithmElement Run(const QDVarList& variables, const Rows& rows,
-                                            const TestSettings& entry) {
-    return RunEntry(variables, rows, GetParam().entry, entry.Get());
+                                            const TestSettings& entry = GroupedEntry()) {
+    return RunEntry(variables, rows, GetParam().entry, entry);
   }
-  /// The element with its figures: no message, or none that is an error.
-  static void ExpectSameFigures(const AlgorithmElement& result, const AlgorithmElement& other) {
+  static void ExpectFailures(const QDVarList& variables, const Rows& rows,
+                             const std::vector<EntryCase>& cases) {
+    ExpectMessages(GetParam().entry, variables, rows, cases);
+  }
+  /// The same element, figures and all.
+  static void ExpectSame(const AlgorithmElement& result, const AlgorithmElement& other) {
     EXPECT_EQ(result.Xml(), other.Xml());
     EXPECT_TRUE(result.Has("StatisticsResult"));
   }
-  static void ExpectFailure(const AlgorithmElement& result, const Message& message) {
-    EXPECT_THAT(result.Messages(), ElementsAre(message));
-    EXPECT_THAT(result.ChildNames(),
-                ElementsAre("StructuredTable Condition", "StructuredTable WarningMessages"));
-  }
 };
 
-// Two samples with ties inside and between them, on either side of zero.
-const std::vector<double> kFirst{-2, -1, 0, 0, 1, 3, 3.5, 4, 7};
-const std::vector<double> kSecond{-1.5, 0, 1, 2, 3, 5, 6, 6, 8, 9};
+const Rows kTwoGroups = GroupedRows({kTiedFirst, kTiedSecond});
+const Rows kSwapped = GroupedRows({kTiedSecond, kTiedFirst});
+
+TEST_P(TwoGroupTests, TheElementNamesItsTestAndItsFamily) {
+  const AlgorithmElement result = Run(GroupedVariables(), kTwoGroups);
+  EXPECT_EQ(result.Name(), GetParam().entry);
+  EXPECT_EQ(result.Classification(), "Independent_Samples");
+  EXPECT_EQ(result.Type(),
+            result.Has("Asymptotic/Lower") ? "confidence_interval" : "hypothesis_test");
+}
 
 TEST_P(TwoGroupTests, TextGroupsAscendUnlessTheyAreOrdinal) {
-  const auto nominal = VariableListBuilder().Continuous("x").Nominal("g", {"b", "a"}).Build();
-  const auto ordinal = VariableListBuilder().Continuous("x").Ordinal("g", {"b", "a"}).Build();
-  const Rows rows = GroupedRows({kFirst, kSecond});
-  const Rows swapped = GroupedRows({kSecond, kFirst});
-  ExpectSameFigures(Run(ordinal, rows, GroupedEntry()),
-                    RunOnSamples(GetParam().entry, kFirst, kSecond));
-  const auto result = Run(nominal, rows, GroupedEntry());
+  const auto nominal = GroupedVariables({"b", "a"});
+  const auto ordinal = GroupedVariables({"b", "a"}, true);
+  ExpectSame(Run(ordinal, kTwoGroups), Run(GroupedVariables(), kTwoGroups));
+  const auto result = Run(nominal, kTwoGroups);
   EXPECT_EQ(result.Text("ConditionKey"),
             std::string("DefaultAllDistinctValuesUsed_I_") + GetParam().conditionName + "_2");
-  const auto listed = Run(nominal, rows, ListedEntry<std::string>({"a"}, {"b"}));
+  const auto listed = Run(nominal, kTwoGroups, ListedEntry<std::string>({"a"}, {"b"}));
   EXPECT_EQ(listed.Text("ConditionKey"),
             std::string("CategoryListsAreSpecified_I_") + GetParam().conditionName + "_2");
-  const auto asFirst = Run(ordinal, swapped, GroupedEntry());
+  const auto asFirst = Run(ordinal, kSwapped);
   for (const char* table :
        {"StatisticsResult/TestStatistic", "StatisticsResult/Estimate",
         "StatisticsResult/AsymptoticSig2Tailed", "Asymptotic/Lower", "Group0/N", "Group1/N"}) {
@@ -96,29 +86,28 @@ TEST_P(TwoGroupTests, TextGroupsAscendUnlessTheyAreOrdinal) {
 
 TEST_P(TwoGroupTests, NumericGroupsAscendByTheirNumbers) {
   const auto numbers =
-      VariableListBuilder().Continuous("x").NominalNumbers("g", {10.0, 9.0}).Build();
-  const Rows rows = GroupedRows({kSecond, kFirst});
-  const auto byDefault = Run(numbers, rows, GroupedEntry());
-  const auto listed = Run(numbers, rows, ListedEntry<double>({9.0}, {10.0}));
-  const auto texts = RunOnSamples(GetParam().entry, kFirst, kSecond);
-  for (const char* row : {"StatisticsResult/TestStatistic", "StatisticsResult/Estimate",
-                          "MinimumRuns/TestStatistic", "Group0/N"}) {
-    EXPECT_EQ(byDefault.Text(row), texts.Text(row)) << row;
-    EXPECT_EQ(listed.Text(row), texts.Text(row)) << row;
+      VariableListBuilder().Continuous("x").NominalNumbers("g", {10.0, 9.0}).Weight("n").Build();
+  const auto texts = Run(GroupedVariables(), kTwoGroups);
+  for (const TestSettings& entry : {GroupedEntry(), ListedEntry<double>({9.0}, {10.0}),
+                                    ListedEntry<std::string>({"9"}, {"10"})}) {
+    const auto result = Run(numbers, kSwapped, entry);
+    for (const char* row : {"StatisticsResult/TestStatistic", "StatisticsResult/Estimate",
+                            "MinimumRuns/TestStatistic", "Group0/N"}) {
+      EXPECT_EQ(result.Text(row), texts.Text(row)) << row;
+    }
   }
 }
 
 TEST_P(TwoGroupTests, RecordsOfNoGroupChangeNothing) {
   const auto entry = ListedEntry<std::string>({"a"}, {"d", "b", "e"});
   const auto variables = GroupedVariables(5);
-  Rows rows = GroupedRows({kFirst, kSecond});
+  Rows rows = kTwoGroups;
   const AlgorithmElement without = Run(variables, rows, entry);
   // Category c, inside and beyond the range of the others; codes that are no category at all.
-  for (const Rows::value_type& row :
-       Rows{{-9, 2, 5}, {1, 2, 1}, {3, 2, 1}, {99, 2, 1}, {2, 7, 1}, {2, 1e9, 1}, {2, -3, 1}}) {
-    rows.push_back(row);
-  }
-  ExpectSameFigures(Run(variables, rows, entry), without);
+  const Rows others{{-9, 2, 5}, {1, 2, 1},   {3, 2, 1}, {99, 2, 1},
+                    {2, 7, 1},  {2, 1e9, 1}, {2, -3, 1}};
+  rows.insert(rows.end(), others.begin(), others.end());
+  ExpectSame(Run(variables, rows, entry), without);
   EXPECT_EQ(without.Text("Condition/%1"), "1");
   if (without.Has("Group1")) {
     EXPECT_EQ(without.Text("Group1/GroupIndex"), "3;1;4");
@@ -127,19 +116,14 @@ TEST_P(TwoGroupTests, RecordsOfNoGroupChangeNothing) {
 
 TEST_P(TwoGroupTests, AWeightIsThatManyRecordsWithoutItsFraction) {
   const Rows weighted{{1, 0, 3.9}, {2, 1, 2}, {2, 0, 1}, {0, 0, 4}, {5, 1, 2.1}, {9, 0, 0.5}};
-  const Rows repeated =
-      GroupedRows({{1, 1, 1, 2, 0, 0, 0, 0, 9}, {2, 2, 5, 5}});  // 9 carries no weight
-  Rows unit = repeated;
-  unit[8][2] = 0.0;
-  ExpectSameFigures(Run(GroupedVariables(), weighted, GroupedEntry()),
-                    Run(GroupedVariables(), unit, GroupedEntry()));
+  Rows repeated = GroupedRows({{1, 1, 1, 2, 0, 0, 0, 0, 9}, {2, 2, 5, 5}});
+  repeated[8][2] = 0.0;  // 9 carries no weight
+  ExpectSame(Run(GroupedVariables(), weighted), Run(GroupedVariables(), repeated));
 }
 
 TEST_P(TwoGroupTests, TheOrderOfTheRecordsPlaysNoPart) {
-  Rows rows = GroupedRows({kFirst, kSecond});
-  Rows backwards(rows.rbegin(), rows.rend());
-  ExpectSameFigures(Run(GroupedVariables(), backwards, GroupedEntry()),
-                    Run(GroupedVariables(), rows, GroupedEntry()));
+  ExpectSame(Run(GroupedVariables(), {kTwoGroups.rbegin(), kTwoGroups.rend()}),
+             Run(GroupedVariables(), kTwoGroups));
 }
 
 TEST_P(TwoGroupTests, MissingValuesLeaveTheirRecordsOut) {
@@ -150,23 +134,19 @@ TEST_P(TwoGroupTests, MissingValuesLeaveTheirRecordsOut) {
                              .Weight("n")
                              .Continuous("y")
                              .Build();
-  Rows rows = GroupedRows({kFirst, kSecond});
+  Rows rows = kTwoGroups;
   for (std::vector<double>& row : rows) row.push_back(0.0);
+  const AlgorithmElement complete = Run(variables, rows);
   Rows holes = rows;
   holes.push_back({missing, 0, 1, 0});
   holes.push_back({50, -1, 1, 0});
-  ExpectSameFigures(Run(variables, holes, GroupedEntry()), Run(variables, rows, GroupedEntry()));
+  ExpectSame(Run(variables, holes), complete);
   // A value that is missing elsewhere: analysis keeps the record, listwise drops it.
-  Rows more = rows;
-  more.push_back({-40, 0, 1, missing});
-  EXPECT_NE(Run(variables, more, GroupedEntry()).Xml(), Run(variables, rows, GroupedEntry()).Xml());
-  const auto listwise = [&](const Rows& records) {
-    QDSettings settings;
-    settings.AddNewSetting("missingTreatment", std::string("listwise"), "");
-    settings.AddNewSetting(GetParam().entry, GroupedEntry().Get(), "");
-    return AlgorithmElement::AllOf(RunDocument(variables, records, settings)).front().Xml();
-  };
-  EXPECT_EQ(listwise(more), Run(variables, rows, GroupedEntry()).Xml());
+  rows.push_back({-40, 0, 1, missing});
+  EXPECT_NE(Run(variables, rows).Xml(), complete.Xml());
+  const TestSettings listwise =
+      Entry("missingTreatment", "listwise", GetParam().entry, GroupedEntry());
+  ExpectSame(AlgorithmElement::AllOf(RunDocument(variables, rows, listwise)).front(), complete);
 }
 
 TEST_P(TwoGroupTests, AnEntryIsRefusedWithItsCodeAndParameters) {
@@ -178,75 +158,64 @@ TEST_P(TwoGroupTests, AnEntryIsRefusedWithItsCodeAndParameters) {
                              .Nominal("three", {"a", "b", "c"})
                              .Other("o")
                              .Build();
-  const auto entry = [](const std::string& variable, const std::string& group) {
-    TestSettings settings;
-    if (!variable.empty()) settings.Put("variableName", variable);
-    if (!group.empty()) settings.Put("groupVariableName", group);
-    return settings;
+  const auto by = [](const char* variable, const char* group) {
+    return Entry("variableName", variable, "groupVariableName", group);
   };
-  const auto listed = [&entry](const std::string& group, const auto& first, const auto& second) {
-    TestSettings settings = entry("x", group);
-    settings.Put("userSpecifyGroupList", "true");
-    if (!first.empty()) settings.Put("group1List", first);
-    if (!second.empty()) settings.Put("group2List", second);
-    return settings;
+  const auto listed = [&by](const char* group, const char* key, const auto& list) {
+    return by("x", group).Put("userSpecifyGroupList", "true", key, list);
   };
-  const std::vector<double> noNumbers;
   const std::vector<double> one{1.0};
-  const Texts noTexts;
   const Texts a{"a"};
-  struct Row {
-    const char* catches;
-    TestSettings settings;
-    Message message;
-  };
-  const Row rows[] = {
-      {"no test field", entry("", "g"), {kind.noVariable, "error", {}}},
-      {"no group field", entry("x", ""), {kind.noGroup, "error", {}}},
-      {"the later problem stands", entry("", ""), {kind.noGroup, "error", {}}},
-      {"unknown test field", entry("nobody", "g"), {kind.unknown, "error", {"nobody"}}},
-      {"parameters add up", entry("nobody", "none"), {kind.unknown, "error", {"nobody", "none"}}},
-      {"not continuous", entry("g", "g"), {kind.notContinuous, "error", {"1"}}},
-      {"neither continuous nor categorical", entry("o", "g"), {kind.notContinuous, "error", {"4"}}},
-      {"not categorical", entry("x", "x"), {kind.notCategorical, "error", {"0"}}},
-      {"no first list of texts", listed("g", noTexts, a), {kind.emptyList, "error", {}}},
-      {"no second list of texts", listed("g", a, noTexts), {kind.emptyList, "error", {}}},
-      {"no first list of numbers", listed("k", noNumbers, one), {kind.emptyList, "error", {}}},
-      {"no second list of numbers", listed("k", one, noNumbers), {kind.emptyList, "error", {}}},
-      {"texts for numbers", listed("k", a, a), {kind.emptyList, "error", {}}},
-      {"three categories", entry("x", "three"), {kind.notTwoCategories, "error", {}}},
-  };
   const Rows records{{1, 0, 0, 0, 0}, {2, 1, 1, 1, 0}};
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.catches);
-    ExpectFailure(Run(variables, records, row.settings), row.message);
-  }
-  const auto failed = Run(variables, records, entry("nobody", "g"));
-  EXPECT_EQ(failed.Text("Condition/%0"), kind.failedIndex);
-  EXPECT_EQ(failed.Text("Condition/%1"), kind.failedGroup);
+  ExpectFailures(
+      variables, records,
+      {{"no test field", Entry("groupVariableName", "g"), Error(kind.noVariable)},
+       {"no group field", Entry("variableName", "x"), Error(kind.noGroup)},
+       {"the later problem stands", Entry(), Error(kind.noGroup)},
+       {"with the earlier parameter", Entry("variableName", "nobody"),
+        Error(kind.noGroup, {"nobody"})},
+       {"unknown test field", by("nobody", "g"), Error(kind.unknown, {"nobody"})},
+       {"parameters add up", by("nobody", "none"), Error(kind.unknown, {"nobody", "none"})},
+       {"not continuous", by("g", "g"), Error(kind.notContinuous, {"1"})},
+       {"neither continuous nor categorical", by("o", "g"), Error(kind.notContinuous, {"4"})},
+       {"not categorical", by("x", "x"), Error(kind.notCategorical, {"0"})},
+       {"neither of both fits", by("g", "x"), Error(kind.notCategorical, {"1", "0"})},
+       {"no first list of texts", listed("g", "group2List", a), Error(kind.emptyList)},
+       {"no second list of texts", listed("g", "group1List", a), Error(kind.emptyList)},
+       {"no first list of numbers", listed("k", "group2List", one), Error(kind.emptyList)},
+       {"no second list of numbers", listed("k", "group1List", one), Error(kind.emptyList)},
+       {"texts for numbers", listed("k", "group1List", a).Put("group2List", a),
+        Error(kind.emptyList)},
+       {"three categories", by("x", "three"), Error(kind.notTwoCategories)}});
+  ExpectTexts(Run(variables, records, by("nobody", "g")),
+              {{"Condition/%0", kind.failedIndex}, {"Condition/%1", kind.failedGroup}});
 }
 
 TEST_P(TwoGroupTests, GroupsWithoutDataAreRefused) {
   const Kind& kind = GetParam();
-  const auto variables = GroupedVariables(4);
   const auto listed = [](const Texts& first, const Texts& second) {
-    return ListedEntry<std::string>(first, second);
+    return ListedEntry(first, second);
   };
   const Rows rows = GroupedRows({{1, 2, 3}, {}, {4, 5}});
+  std::vector<EntryCase> cases{
+      {"no record of group 1", listed({"b", "d"}, {"c"}), Error(kind.unpopulated)},
+      {"no record of group 2", listed({"a"}, {"d", "b"}), Error(kind.unpopulated)},
+      {"no category at all", listed({"a"}, {"no category"}), Error(kind.unpopulated)}};
   if (kind.overlap != 0) {
-    ExpectFailure(Run(variables, rows, listed({"a", "c"}, {"b", "c"})),
-                  {kind.overlap, "error", {}});
+    cases.push_back({"in both lists", listed({"a", "c"}, {"b", "c"}), Error(kind.overlap)});
+    cases.push_back({"also without data", listed({"a", "b"}, {"b"}), Error(kind.overlap)});
   }
-  ExpectFailure(Run(variables, rows, listed({"b", "d"}, {"c"})), {kind.unpopulated, "error", {}});
-  ExpectFailure(Run(variables, rows, listed({"a"}, {"d", "b"})), {kind.unpopulated, "error", {}});
-  ExpectFailure(Run(variables, rows, listed({"a"}, {"no category"})),
-                {kind.unpopulated, "error", {}});
-  EXPECT_TRUE(Run(variables, rows, listed({"a", "d"}, {"b", "c"})).Has("StatisticsResult"));
+  ExpectFailures(GroupedVariables(4), rows, cases);
+  EXPECT_TRUE(
+      Run(GroupedVariables(4), rows, listed({"a", "d"}, {"b", "c"})).Has("StatisticsResult"));
   // Weight of a group that is only in records whose test value is missing.
-  const double missing = QDMV::gMissingValue;
-  ExpectFailure(RunOnSamples(kind.entry, {1, 2}, {missing}), {kind.unpopulated, "error", {}});
-  ExpectFailure(RunOnSamples(kind.entry, {missing}, {1, 2}), {kind.unpopulated, "error", {}});
-  ExpectFailure(RunOnSamples(kind.entry, {missing}, {missing}), {kind.noData, "error", {}});
+  const Sample missing{QDMV::gMissingValue};
+  const auto codes = [&kind](const Sample& first, const Sample& second) {
+    return RunOnSamples(kind.entry, {first, second}).Messages();
+  };
+  EXPECT_EQ(codes({1, 2}, missing), Error(kind.unpopulated));
+  EXPECT_EQ(codes(missing, {1, 2}), Error(kind.unpopulated));
+  EXPECT_EQ(codes(missing, missing), Error(kind.noData));
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, TwoGroupTests, testing::ValuesIn(kKinds),
@@ -258,24 +227,29 @@ using TestsWithSummaries =
     testing::Types<NPARMannWU, NPARWaldWolfRuns, NPARMoses, NPARHodgesLehmannTwoIndep>;
 TYPED_TEST_SUITE(TwoGroupPasses, TestsWithSummaries);
 
-TYPED_TEST(TwoGroupPasses, WithoutSummariesTheGroupsCannotBeChecked) {
-  TestSettings settings;
-  settings.Put("variableIndex", 0).Put("groupVariableIndex", 1);
-  settings.Put("groupVariableValue1", 0).Put("groupVariableValue2", 1);
-  TypeParam test(settings.Release());
-  EXPECT_THAT(test.BeginPass(), HasCode(TypeParam::kCodeBase + 6));
-  EXPECT_EQ(test.GetPassesLeft(), 0);
-  EXPECT_FALSE(test.NeedsAnotherPass());
-}
-
-TYPED_TEST(TwoGroupPasses, AnEmptyListIsRefused) {
-  TestSettings settings;
-  settings.Put("variableIndex", 0).Put("groupVariableIndex", 1).Put("userSpecifyGroupList", 1);
-  settings.Put("group1List", std::vector<double>{0.0});
-  TypeParam test(settings.Release());
-  UnivariateResults summaries(nullptr);
-  test.SetSharedData(&summaries);
-  EXPECT_THAT(test.BeginPass(), HasCode(TypeParam::kCodeBase + 11));
+TYPED_TEST(TwoGroupPasses, WhatAnEntryNeverLeadsToIsRefusedToo) {
+  const TestSettings indices = Entry("variableIndex", 0, "groupVariableIndex", 1);
+  const auto listed = [&indices](const Sample& second) {
+    return TestSettings(indices).Put("userSpecifyGroupList", 1, "group1List", Sample{0.0},
+                                     "group2List", second);
+  };
+  const struct {
+    const char* catches;
+    TestSettings settings;
+    bool hasSummaries;
+    int code;  // behind the test's base
+  } cases[] = {{"no summaries", indices, false, 6},
+               {"an empty list", listed({}), true, 11},
+               {"overlap", listed({0.0}), true, 10}};
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.catches);
+    TypeParam test(row.settings.Release());
+    UnivariateResults summaries(nullptr);
+    if (row.hasSummaries) test.SetSharedData(&summaries);
+    EXPECT_THAT(test.BeginPass(), HasCode(TypeParam::kCodeBase + row.code));
+    EXPECT_EQ(test.GetPassesLeft(), 0);
+    EXPECT_FALSE(test.NeedsAnotherPass());
+  }
 }
 
 }  // namespace

@@ -1,20 +1,8 @@
 #include "tests/one_sample/binomial.h"
 
-#include <gtest/gtest.h>
-
-#include <optional>
-#include <string>
-#include <vector>
-
-#include "support/algorithm_element.h"
-#include "support/matchers.h"
-#include "support/run_all_passes.h"
-#include "support/test_settings.h"
-#include "support/variables.h"
+#include "support/entry_run.h"
 
 namespace {
-
-using Texts = std::vector<std::string>;
 
 /// Records of a categorical variable: `first` of code 0, then `second` of code 1.
 Rows Codes(int first, int second) {
@@ -26,7 +14,7 @@ Rows Codes(int first, int second) {
 QDVarList YesNo() { return VariableListBuilder().Nominal("answer", {"yes", "no"}).Build(); }
 
 AlgorithmElement Result(const QDVarList& variables, const Rows& rows, const TestSettings& entry) {
-  return RunEntry(variables, rows, "OBinomial", entry.Get());
+  return RunEntry(variables, rows, "OBinomial", entry);
 }
 
 struct BinomialCase {
@@ -49,48 +37,39 @@ const BinomialCase kCases[] = {
     {"a small p", 2, 18, 0.3, -1.7078251276599332, 0.04383439756496462, 0.03548313229846864},
 };
 
+TestSettings Answer(double p = 0.5) {
+  return Entry("variableName", "answer", "testProbability", p);
+}
+
 TEST(BinomialTest, FiguresAgreeWithSciPy) {
   for (const BinomialCase& row : kCases) {
     SCOPED_TRACE(row.catches);
-    const AlgorithmElement result =
-        Result(YesNo(), Codes(row.first, row.second),
-               TestSettings().Put("variableName", "answer").Put("testProbability", row.p));
+    const AlgorithmElement result = Result(YesNo(), Codes(row.first, row.second), Answer(row.p));
     const bool twoTailed = row.p == 0.5;
-    EXPECT_THAT(result.Number("StandardTestStatistic"), IsCloseTo(row.z));
-    EXPECT_THAT(result.Number(twoTailed ? "AsymptoticSig2Tailed" : "AsymptoticSig1Tailed"),
-                IsCloseTo(row.asymptotic, 1e-13));
-    EXPECT_THAT(result.Number(twoTailed ? "ExactSig2Tailed" : "ExactSig1Tailed"),
-                IsCloseTo(row.exact, 1e-13));
-    EXPECT_EQ(result.Text("TestStatistic"), std::to_string(row.first));
+    ExpectFigures(result, {{"TestStatistic", row.first},
+                           {"StandardTestStatistic", row.z},
+                           {twoTailed ? "AsymptoticSig2Tailed" : "AsymptoticSig1Tailed",
+                            row.asymptotic, 1e-13},
+                           {twoTailed ? "ExactSig2Tailed" : "ExactSig1Tailed", row.exact, 1e-13}});
+    // The first row's exact value lies below 0.05 as well; the asymptotic one decides.
+    EXPECT_EQ(result.Decision(), row.asymptotic < 0.05 ? "reject" : "retain");
   }
-}
-
-TEST(BinomialTest, TheAsymptoticValueDecides) {
-  // Asymptotic 0.0455, exact 0.0433: at 0.0455 only the exact one would reject.
-  const AlgorithmElement result =
-      Result(YesNo(), Codes(18, 7), TestSettings().Put("variableName", "answer"));
-  EXPECT_EQ(result.Decision(), "reject");
-  const AlgorithmElement even =
-      Result(YesNo(), Codes(6, 6), TestSettings().Put("variableName", "answer"));
-  EXPECT_EQ(even.Decision(), "retain");
 }
 
 TEST(BinomialTest, TheFirstRecordsCategoryIsTheFirstClass) {
   Rows rows = Codes(3, 0);
   rows.insert(rows.begin(), 5, {1.0});
-  const AlgorithmElement result =
-      Result(YesNo(), rows, TestSettings().Put("variableName", "answer"));
-  EXPECT_EQ(result.Text("TestStatistic"), "5");
-  EXPECT_EQ(result.Text("Condition/ConditionKey"), "ABinaryTestVariableIsSpecified_O_Binomial_5");
-  EXPECT_EQ(result.Text("Condition/%1"), "1");
-  EXPECT_EQ(result.Text("Condition/%2"), "0");
+  const AlgorithmElement result = Result(YesNo(), rows, Entry("variableName", "answer"));
+  ExpectTexts(result, {{"TestStatistic", "5"},
+                       {"ConditionKey", "ABinaryTestVariableIsSpecified_O_Binomial_5"},
+                       {"Condition/%1", "1"},
+                       {"Condition/%2", "0"}});
   EXPECT_EQ(result.Rows("Content"), (Texts{"62.5;37.5", "50;50"}));
 }
 
 TEST(BinomialTest, ASingleCategoryLeavesTheSecondClassEmpty) {
   const auto variables = VariableListBuilder().Nominal("answer", {"yes"}).Build();
-  const AlgorithmElement result =
-      Result(variables, Codes(4, 0), TestSettings().Put("variableName", "answer"));
+  const AlgorithmElement result = Result(variables, Codes(4, 0), Answer());
   EXPECT_EQ(result.Text("Condition/%2"), "__MISSING__");
   EXPECT_EQ(result.Rows("Content").front(), "100;0");
 }
@@ -98,60 +77,39 @@ TEST(BinomialTest, ASingleCategoryLeavesTheSecondClassEmpty) {
 TEST(BinomialTest, GivenCategoriesMakeTheFirstClassAndUnknownOnesAreTold) {
   const auto variables =
       VariableListBuilder().NominalNumbers("grade", {1.0, 2.0, 3.0}).Weight("n").Build();
-  const Rows rows{{0.0, 2.0}, {1.0, 1.9}, {2.0, 4.0}, {-1.0, 50.0}};
-  const AlgorithmElement result = Result(variables, rows,
-                                         TestSettings()
-                                             .Put("variableName", "grade")
-                                             .Put("catVarClassFormation", "givenCategoryList")
-                                             .Put("givenCategoryList", Texts{"3.0", "9", "1"}));
-  EXPECT_EQ(result.Text("Condition/ConditionKey"), "CategoryListsAreSpecified_O_Binomial_5");
-  EXPECT_EQ(result.Text("Condition/%1"), "2;-1;0");
-  EXPECT_EQ(result.Text("Condition/%2"), "1");
-  EXPECT_EQ(result.Text("ValsNotInTheCategoreis/0"), "9");
-  EXPECT_EQ(result.Text("TotalN"), "7") << "1.9 counts as 1, the missing value not at all";
-  EXPECT_EQ(result.Text("TestStatistic"), "6");
+  const AlgorithmElement result =
+      Result(variables, {{0.0, 2.0}, {1.0, 1.9}, {2.0, 4.0}, {-1.0, 50.0}},
+             Entry("variableName", "grade", "catVarClassFormation", "givenCategoryList",
+                   "givenCategoryList", Texts{"3.0", "9", "1"}));
+  ExpectTexts(result, {{"ConditionKey", "CategoryListsAreSpecified_O_Binomial_5"},
+                       {"Condition/%1", "2;-1;0"},
+                       {"Condition/%2", "1"},
+                       {"ValsNotInTheCategoreis/0", "9"},
+                       {"TotalN", "7"},  // 1.9 counts as 1, the missing value not at all
+                       {"TestStatistic", "6"}});
 }
 
 TEST(BinomialTest, AValueAtTheCutPointIsInTheFirstClass) {
   const auto variables = VariableListBuilder().Continuous("x").Build();
   const Rows rows{{1.0}, {2.0}, {2.0}, {3.0}, {5.0}};
-  const TestSettings given = [] {
-    TestSettings entry;
-    entry.Put("variableName", "x").Put("contVarClassFormation", "givenCutPoint");
-    entry.Put("givenCutPoint", 2.0);
-    return entry;
-  }();
-  const AlgorithmElement result = Result(variables, rows, given);
-  EXPECT_EQ(result.Text("Condition/ConditionKey"), "ACutPointIsSpecified_O_Binomial_4");
-  EXPECT_EQ(result.Text("TestStatistic"), "3");
-
-  TestSettings middle;
-  middle.Put("variableName", "x").Put("contVarClassFormation", "sampleMidPoint");
-  const AlgorithmElement midpoint = Result(variables, rows, middle);
-  EXPECT_EQ(midpoint.Text("Condition/%1"), "3") << "the middle of 1 and 5";
-  EXPECT_EQ(midpoint.Text("TestStatistic"), "4");
+  ExpectTexts(Result(variables, rows,
+                     Entry("variableName", "x", "contVarClassFormation", "givenCutPoint",
+                           "givenCutPoint", 2.0)),
+              {{"ConditionKey", "ACutPointIsSpecified_O_Binomial_4"}, {"TestStatistic", "3"}});
+  // The middle of 1 and 5.
+  ExpectTexts(Result(variables, rows,
+                     Entry("variableName", "x", "contVarClassFormation", "sampleMidPoint")),
+              {{"Condition/%1", "3"}, {"TestStatistic", "4"}});
 }
 
 TEST(BinomialTest, AShareBelowAnUnevenProbabilityIsTold) {
-  using Messages = std::vector<AlgorithmElement::Message>;
-  const auto run = [](double p) {
-    return Result(YesNo(), Codes(2, 8),
-                  TestSettings().Put("variableName", "answer").Put("testProbability", p));
-  };
-  EXPECT_EQ(run(0.3).Messages(), (Messages{{221311, "helpMessage", {"0.3"}}}));
-  EXPECT_EQ(run(0.2).Messages(), Messages{}) << "the share is p";
-  EXPECT_EQ(run(0.5).Messages(), Messages{}) << "two-sided";
+  ExpectMessages("OBinomial", YesNo(), Codes(2, 8),
+                 {{"below", Answer(0.3), {{221311, "helpMessage", {"0.3"}}}},
+                  {"the share is p", Answer(0.2), {}},
+                  {"two-sided", Answer(0.5), {}}});
 }
 
-struct FailureCase {
-  const char* catches;
-  std::int32_t code;
-  Texts params;
-  TestSettings entry;
-  Rows rows = {{0.0, 1.0, 0.0, 2.0, -1.0}};
-};
-
-TEST(BinomialTest, EachFailureHasItsCodeAndLeavesTheDecisionOpen) {
+TEST(BinomialTest, EachFailureHasItsCode) {
   const auto variables = VariableListBuilder()
                              .Nominal("answer", {"yes", "no"})
                              .Continuous("x")
@@ -159,62 +117,33 @@ TEST(BinomialTest, EachFailureHasItsCodeAndLeavesTheDecisionOpen) {
                              .Other("odd")
                              .Nominal("none", {})
                              .Build();
-  const auto entry = [](const char* name) {
-    TestSettings settings;
-    settings.Put("variableName", name);
-    return settings;
+  const auto formed = [](const char* name, const char* key, const char* word) {
+    return Entry("variableName", name, key, word);
   };
-  std::vector<FailureCase> cases;
-  const auto add = [&](const char* catches, std::int32_t code, TestSettings settings,
-                       Texts params = {}) {
-    cases.push_back({catches, code, std::move(params), std::move(settings)});
-  };
-  add("no name", 221314, TestSettings());
-  add("an unknown name", 221303, entry("nobody"), {"nobody"});
-  add("a kind that fits no test", 221304, entry("odd"));
-  TestSettings noList = entry("answer");
-  noList.Put("catVarClassFormation", "givenCategoryList");
-  add("no list", 221312, std::move(noList));
-  TestSettings noCut = entry("x");
-  noCut.Put("contVarClassFormation", "givenCutPoint");
-  add("no cut point", 221313, std::move(noCut));
-  add("a continuous field without cut point", 221315, entry("x"));
-  TestSettings cutOfCategories = entry("answer");
-  cutOfCategories.Put("catVarClassFormation", "sampleMidPoint");
-  add("categories with a cut point", 221316, std::move(cutOfCategories));
-  for (const double p : {0.0, 1.0}) {
-    TestSettings edge = entry("answer");
-    edge.Put("testProbability", p);
-    add("p at the edge", 221317, std::move(edge));
-  }
-  add("three categories", 221309, entry("three"));
-  add("no category", 221310, entry("none"));
-  for (const FailureCase& row : cases) {
-    SCOPED_TRACE(row.catches);
-    const AlgorithmElement result = Result(variables, row.rows, row.entry);
-    EXPECT_EQ(result.Decision(), "unknown");
-    EXPECT_EQ(result.Messages(),
-              (std::vector<AlgorithmElement::Message>{{row.code, "error", row.params}}));
-    EXPECT_FALSE(result.Has("StatisticsResult"));
-  }
-}
-
-TEST(BinomialTest, NoRecordInTheClassesFails) {
-  const auto variables =
-      VariableListBuilder().Nominal("answer", {"yes", "no"}).Continuous("x").Build();
-  const Rows rows{{-1.0, QDMV::gMissingValue}};
-  EXPECT_EQ(Result(variables, rows, TestSettings().Put("variableName", "answer")).MessageCodes(),
-            std::vector<std::int32_t>{221310});
-  TestSettings cut;
-  cut.Put("variableName", "x").Put("contVarClassFormation", "givenCutPoint");
-  cut.Put("givenCutPoint", 1.0);
-  EXPECT_EQ(Result(variables, rows, cut).MessageCodes(), std::vector<std::int32_t>{220003});
+  const char* const cut = "contVarClassFormation";
+  const char* const categories = "catVarClassFormation";
+  ExpectMessages(
+      "OBinomial", variables, {{0.0, 1.0, 0.0, 2.0, -1.0}},
+      {{"no name", Entry(), Error(221314)},
+       {"an unknown name", Entry("variableName", "nobody"), Error(221303, {"nobody"})},
+       {"a kind that fits no test", Entry("variableName", "odd"), Error(221304)},
+       {"no list", formed("answer", categories, "givenCategoryList"), Error(221312)},
+       {"no cut point", formed("x", cut, "givenCutPoint"), Error(221313)},
+       {"a continuous field without cut point", Entry("variableName", "x"), Error(221315)},
+       {"categories with a cut point", formed("answer", categories, "sampleMidPoint"),
+        Error(221316)},
+       {"p at the lower edge", Answer(0.0), Error(221317)},
+       {"p at the upper edge", Answer(1.0), Error(221317)},
+       {"three categories", Entry("variableName", "three"), Error(221309)},
+       {"no category", Entry("variableName", "none"), Error(221310)}});
+  ExpectMessages("OBinomial", variables, {{-1.0, QDMV::gMissingValue, 0, 0, 0}},
+                 {{"no record of a category", Answer(), Error(221310)},
+                  {"no value to be cut", formed("x", cut, "givenCutPoint").Put("givenCutPoint", 1),
+                   Error(220003)}});
 }
 
 TEST(BinomialTest, WithoutSummariesThereAreNoFrequencies) {
-  TestSettings settings;
-  settings.Put("variableIndex", 0).Put("measureLevel", 2);
-  NPARBinomial test(settings.Release());
+  NPARBinomial test(Entry("variableIndex", 0, "measureLevel", 2).Release());
   EXPECT_THAT(test.BeginPass(), HasCode(221306));
 }
 

@@ -1,15 +1,6 @@
 #include "tests/one_sample/estimate_ci.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "support/algorithm_element.h"
-#include "support/matchers.h"
-#include "support/run_all_passes.h"
-#include "support/test_settings.h"
-#include "support/variables.h"
+#include "support/entry_run.h"
 
 namespace {
 
@@ -17,7 +8,7 @@ AlgorithmElement Result(int first, int second, const TestSettings& entry) {
   const auto variables = VariableListBuilder().Nominal("answer", {"yes", "no"}).Build();
   Rows rows(static_cast<std::size_t>(first), {0.0});
   rows.insert(rows.end(), static_cast<std::size_t>(second), {1.0});
-  return RunEntry(variables, rows, "OEstimateConfidenceInterval", entry.Get());
+  return RunEntry(variables, rows, "OEstimateConfidenceInterval", entry);
 }
 
 struct IntervalCase {
@@ -54,58 +45,45 @@ const IntervalCase kCases[] = {
 TEST(EstimateCITest, LimitsAgreeWithPublishedMethods) {
   for (const IntervalCase& row : kCases) {
     SCOPED_TRACE(row.catches);
-    TestSettings entry;
-    entry.Put("variableName", "answer").Put(row.key, "true");
+    TestSettings entry = Entry("variableName", "answer", row.key, "true");
     // The first record's category comes first; without a success that is the second one.
     if (row.first == 0) {
-      entry.Put("catVarClassFormation", "givenCategoryList");
-      entry.Put("givenCategoryList", std::vector<std::string>{"yes"});
+      entry.Put("catVarClassFormation", "givenCategoryList", "givenCategoryList", Texts{"yes"});
     }
     const AlgorithmElement result = Result(row.first, row.second, entry);
     EXPECT_EQ(result.Text("ConfidenceInterval/computeECIMethod"), row.method);
-    EXPECT_THAT(result.Number("Estimate"), IsCloseTo(row.first / (row.first + 0.0 + row.second)));
-    EXPECT_THAT(result.Number("Lower"), IsCloseTo(row.lower, row.tolerance));
-    EXPECT_THAT(result.Number("Upper"), IsCloseTo(row.upper, row.tolerance));
+    ExpectFigures(result, {{"Estimate", row.first / (row.first + 0.0 + row.second)},
+                           {"Lower", row.lower, row.tolerance},
+                           {"Upper", row.upper, row.tolerance}});
   }
 }
 
 TEST(EstimateCITest, MethodsComeInOrderAndOnlyWhenAskedFor) {
-  TestSettings entry;
-  entry.Put("variableName", "answer");
-  EXPECT_EQ(Result(3, 4, entry).ChildNames(),
-            std::vector<std::string>{"StructuredTable Condition"});
-  entry.Put("isDoProfileLikelihood", "true").Put("isDoClopperPearson", "true");
-  entry.Put("isDoJeffreys", "false");
+  TestSettings entry = Entry("variableName", "answer");
+  EXPECT_EQ(Result(3, 4, entry).Outline(), "Condition(ConditionKey %0 %1 %2)");
+  entry.Put("isDoProfileLikelihood", "true", "isDoClopperPearson", "true", "isDoJeffreys", "false");
   const AlgorithmElement result = Result(3, 4, entry);
   EXPECT_EQ(result.ChildNames().size(), 3u);
   EXPECT_EQ(result.Text("computeECIMethod"), "ClopperPearson");
   EXPECT_EQ(result.Type(), "confidence_interval");
-  EXPECT_EQ(result.Xml().find("decision="), std::string::npos) << "an estimate decides nothing";
+  EXPECT_EQ(result.Decision(), "(absent)") << "an estimate decides nothing";
 }
 
 TEST(EstimateCITest, FailuresHaveTheTestsOwnCodes) {
   const auto variables =
       VariableListBuilder().Nominal("answer", {"yes", "no"}).Continuous("x").Other("odd").Build();
-  struct Row {
-    std::int32_t code;
-    std::vector<std::pair<const char*, const char*>> entry;
-  };
-  const Row rows[] = {
-      {221513, {}},
-      {221503, {{"variableName", "nobody"}}},
-      {221504, {{"variableName", "odd"}}},
-      {221511, {{"variableName", "answer"}, {"catVarClassFormation", "givenCategoryList"}}},
-      {221512, {{"variableName", "x"}, {"contVarClassFormation", "givenCutPoint"}}},
-      {221514, {{"variableName", "x"}}},
-      {221515, {{"variableName", "answer"}, {"catVarClassFormation", "givenCutPoint"}}},
-  };
-  for (const Row& row : rows) {
-    TestSettings entry;
-    for (const auto& [key, value] : row.entry) entry.Put(key, value);
-    const AlgorithmElement result =
-        RunEntry(variables, {{0.0, 1.0, 1.0}}, "OEstimateConfidenceInterval", entry.Get());
-    EXPECT_EQ(result.MessageCodes(), std::vector<std::int32_t>{row.code});
-  }
+  const char* const cut = "contVarClassFormation";
+  const char* const categories = "catVarClassFormation";
+  ExpectMessages(
+      "OEstimateConfidenceInterval", variables, {{0.0, 1.0, 1.0}},
+      {{"no name", Entry(), Error(221513)},
+       {"an unknown name", Entry("variableName", "nobody"), Error(221503, {"nobody"})},
+       {"a kind that fits no test", Entry("variableName", "odd"), Error(221504)},
+       {"no list", Entry("variableName", "answer", categories, "givenCategoryList"), Error(221511)},
+       {"no cut point", Entry("variableName", "x", cut, "givenCutPoint"), Error(221512)},
+       {"no formation", Entry("variableName", "x"), Error(221514)},
+       {"categories with a cut point", Entry("variableName", "answer", categories, "givenCutPoint"),
+        Error(221515)}});
 }
 
 }  // namespace

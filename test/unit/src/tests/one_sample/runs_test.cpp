@@ -1,20 +1,8 @@
 #include "tests/one_sample/runs.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "support/algorithm_element.h"
-#include "support/matchers.h"
-#include "support/run_all_passes.h"
-#include "support/test_settings.h"
-#include "support/variables.h"
+#include "support/entry_run.h"
 
 namespace {
-
-using Texts = std::vector<std::string>;
 
 /// A sequence of `runs` runs of 1 and -1 with that many of each; it starts with 1.
 Rows Sequence(int runs, int above, int below) {
@@ -35,15 +23,18 @@ Rows Sequence(int runs, int above, int below) {
   return rows;
 }
 
-TestSettings CutAt(double value) {
-  TestSettings entry;
-  entry.Put("variableName", "x").Put("contVarClassFormation", "cutPointValue");
-  return std::move(entry.Put("cutPointValue", value));
+TestSettings Cut(const char* word) {
+  return Entry("variableName", "x", "contVarClassFormation", word);
 }
 
+TestSettings CutAt(double value) { return Cut("cutPointValue").Put("cutPointValue", value); }
+
+/// A second column is the weight.
 AlgorithmElement RunContinuous(const Rows& rows, const TestSettings& entry) {
-  const auto variables = VariableListBuilder().Continuous("x").Build();
-  return RunEntry(variables, rows, "ORuns", entry.Get());
+  VariableListBuilder variables;
+  variables.Continuous("x");
+  if (rows.front().size() > 1) variables.Weight("n");
+  return RunEntry(variables.Build(), rows, "ORuns", entry);
 }
 
 struct RunsCase {
@@ -68,63 +59,51 @@ const RunsCase kCases[] = {
 TEST(RunsTest, FiguresAgreeWithTheFormulas) {
   for (const RunsCase& row : kCases) {
     SCOPED_TRACE(row.catches);
-    const AlgorithmElement result =
-        RunContinuous(Sequence(row.runs, row.above, row.below), CutAt(0.0));
-    EXPECT_EQ(result.Text("TestStatistic"), std::to_string(row.runs));
-    EXPECT_THAT(result.Number("RunsParameters/Mean"), IsCloseTo(row.mean));
-    EXPECT_THAT(result.Number("RunsParameters/StdDev"), IsCloseTo(row.sd));
-    EXPECT_THAT(result.Number("StandardError"), IsCloseTo(row.sd));
-    EXPECT_THAT(result.Number("StandardTestStatistic"), IsCloseTo(row.z, 1e-13));
-    EXPECT_THAT(result.Number("AsymptoticSig2Tailed"), IsCloseTo(row.sig, 1e-13));
+    ExpectFigures(RunContinuous(Sequence(row.runs, row.above, row.below), CutAt(0.0)),
+                  {{"TestStatistic", row.runs},
+                   {"RunsParameters/Mean", row.mean},
+                   {"RunsParameters/StdDev", row.sd},
+                   {"StandardError", row.sd},
+                   {"StandardTestStatistic", row.z, 1e-13},
+                   {"AsymptoticSig2Tailed", row.sig, 1e-13}});
   }
 }
 
 TEST(RunsTest, AValueAtTheCutPointIsAbove) {
-  const AlgorithmElement result = RunContinuous({{2.0}, {3.0}, {1.0}, {2.0}}, CutAt(2.0));
-  EXPECT_EQ(result.Text("TestStatistic"), "3");
-  EXPECT_EQ(result.Text("Condition/ConditionKey"), "ACutPointIsSpecified_O_Runs_2");
-  EXPECT_EQ(result.Text("Condition/%1"), "2");
+  ExpectTexts(RunContinuous({{2.0}, {3.0}, {1.0}, {2.0}}, CutAt(2.0)),
+              {{"TestStatistic", "3"},
+               {"ConditionKey", "ACutPointIsSpecified_O_Runs_2"},
+               {"Condition/%1", "2"}});
 }
 
 TEST(RunsTest, MedianAndMeanComeFromTheSample) {
   const Rows rows{{1.0}, {9.0}, {2.0}, {3.0}, {QDMV::gMissingValue}};
-  TestSettings median;
-  median.Put("variableName", "x").Put("contVarClassFormation", "cutPointMedian");
-  EXPECT_EQ(RunContinuous(rows, median).Text("Condition/%1"), "2.5");
-  TestSettings mean;
-  mean.Put("variableName", "x").Put("contVarClassFormation", "cutPointMean");
-  const AlgorithmElement result = RunContinuous(rows, mean);
+  EXPECT_EQ(RunContinuous(rows, Cut("cutPointMedian")).Text("Condition/%1"), "2.5");
+  const AlgorithmElement result = RunContinuous(rows, Cut("cutPointMean"));
   EXPECT_EQ(result.Text("Condition/%1"), "3.75");
   EXPECT_EQ(result.Text("TestStatistic"), "3") << "the missing value is no step";
 }
 
 TEST(RunsTest, AWeightCountsInItsGroupAndIsOneStep) {
-  const auto variables = VariableListBuilder().Continuous("x").Weight("n").Build();
-  const AlgorithmElement result =
-      RunEntry(variables, {{1, 5.9}, {-1, 2}, {-2, 1}, {3, 4}}, "ORuns", CutAt(0.0).Get());
-  EXPECT_EQ(result.Text("TotalN"), "12");
-  EXPECT_EQ(result.Text("TestStatistic"), "3");
+  ExpectTexts(RunContinuous({{1, 5.9}, {-1, 2}, {-2, 1}, {3, 4}}, CutAt(0.0)),
+              {{"TotalN", "12"}, {"TestStatistic", "3"}});
 }
 
 TEST(RunsTest, CategoriesAreSplitByTheDataOrByAList) {
-  const auto two = VariableListBuilder().Nominal("answer", {"yes", "no"}).Build();
-  TestSettings fromData;
-  fromData.Put("variableName", "answer").Put("catVarClassFormation", "getFromData");
-  const AlgorithmElement data = RunEntry(two, {{1}, {0}, {0}, {1}}, "ORuns", fromData.Get());
-  EXPECT_EQ(data.Text("TestStatistic"), "3");
-  EXPECT_EQ(data.Text("Condition/%1"), "1") << "the first record's category comes first";
-  EXPECT_EQ(data.Text("Condition/%2"), "0");
-
-  const auto three = VariableListBuilder().Nominal("letter", {"a", "b", "c"}).Build();
-  TestSettings list;
-  list.Put("variableName", "letter").Put("catVarClassFormation", "givenCategoryList");
-  list.Put("givenCategoryList", Texts{"c", "z", "a"});
-  const AlgorithmElement result = RunEntry(three, {{0}, {2}, {1}, {1}, {0}}, "ORuns", list.Get());
-  EXPECT_EQ(result.Text("TestStatistic"), "3");
-  EXPECT_EQ(result.Text("Condition/ConditionKey"), "CategoryListsAreSpecified_O_Runs_3");
-  EXPECT_EQ(result.Text("Condition/%1"), "2;0;-1");
-  EXPECT_EQ(result.Text("Condition/%2"), "1");
-  EXPECT_EQ(result.Text("ValsNotInTheCategoreis/0"), "z");
+  // The first record's category comes first.
+  ExpectTexts(
+      RunEntry(VariableListBuilder().Nominal("answer", {"yes", "no"}).Build(), {{1}, {0}, {0}, {1}},
+               "ORuns", Entry("variableName", "answer", "catVarClassFormation", "getFromData")),
+      {{"TestStatistic", "3"}, {"Condition/%1", "1"}, {"Condition/%2", "0"}});
+  ExpectTexts(RunEntry(VariableListBuilder().Nominal("letter", {"a", "b", "c"}).Build(),
+                       {{0}, {2}, {1}, {1}, {0}}, "ORuns",
+                       Entry("variableName", "letter", "catVarClassFormation", "givenCategoryList",
+                             "givenCategoryList", Texts{"c", "z", "a"})),
+              {{"TestStatistic", "3"},
+               {"ConditionKey", "CategoryListsAreSpecified_O_Runs_3"},
+               {"Condition/%1", "2;0;-1"},
+               {"Condition/%2", "1"},
+               {"ValsNotInTheCategoreis/0", "z"}});
 }
 
 TEST(RunsTest, EachFailureHasItsCode) {
@@ -134,41 +113,29 @@ TEST(RunsTest, EachFailureHasItsCode) {
                              .Nominal("letter", {"a", "b", "c"})
                              .Other("odd")
                              .Build();
-  struct Row {
-    AlgorithmElement::Message message;
-    TestSettings entry;
+  const auto split = [](const char* name, const char* word) {
+    return Entry("variableName", name, "catVarClassFormation", word);
   };
-  std::vector<Row> rows;
-  const auto add = [&rows](std::int32_t code, Texts params, const char* name, const char* key,
-                           const char* word, Texts list = {}) {
-    TestSettings entry;
-    if (name != nullptr) entry.Put("variableName", name);
-    if (key != nullptr) entry.Put(key, word);
-    if (!list.empty()) entry.Put("givenCategoryList", list);
-    rows.push_back({{code, "error", std::move(params)}, std::move(entry)});
+  const TestSettings listed = split("answer", "givenCategoryList");
+  const auto list = [&listed](const Texts& texts) {
+    return TestSettings(listed).Put("givenCategoryList", texts);
   };
-  const char* cut = "contVarClassFormation";
-  const char* categories = "catVarClassFormation";
-  add(220101, {}, nullptr, nullptr, nullptr);
-  add(220103, {"nobody"}, "nobody", nullptr, nullptr);
-  add(220101, {"x"}, "x", nullptr, nullptr);
-  add(220101, {"x"}, "x", cut, "cutPointMode");
-  add(220101, {"odd"}, "odd", cut, "cutPointMean");
-  add(220110, {"x"}, "x", cut, "cutPointValue");
-  add(220101, {"answer"}, "answer", categories, "byChance");
-  add(220111, {"letter"}, "letter", categories, "getFromData");
-  add(220109, {"answer"}, "answer", categories, "givenCategoryList");
-  add(220109, {"answer"}, "answer", categories, "givenCategoryList", {"maybe"});
-  add(220109, {"answer"}, "answer", categories, "givenCategoryList", {"no", "yes"});
-  for (const Row& row : rows) {
-    const AlgorithmElement result = RunEntry(variables, {{1, 0, 0, 1}}, "ORuns", row.entry.Get());
-    EXPECT_EQ(result.Messages(), std::vector<AlgorithmElement::Message>{row.message});
-    EXPECT_EQ(result.Decision(), "unknown");
-  }
-  for (const double one : {1.0, -1.0}) {
-    EXPECT_EQ(RunContinuous({{one}, {one}}, CutAt(0.0)).MessageCodes(),
-              std::vector<std::int32_t>{220112});
-  }
+  ExpectMessages("ORuns", variables, {{1, 0, 0, 1}},
+                 {{"no field", Entry(), Error(220101)},
+                  {"an unknown one", Entry("variableName", "nobody"), Error(220103, {"nobody"})},
+                  {"no formation", Entry("variableName", "x"), Error(220101, {"x"})},
+                  {"an unknown cut", Cut("cutPointMode"), Error(220101, {"x"})},
+                  {"a kind that fits no test",
+                   Entry("variableName", "odd", "contVarClassFormation", "cutPointMean"),
+                   Error(220101, {"odd"})},
+                  {"no cut point", Cut("cutPointValue"), Error(220110, {"x"})},
+                  {"an unknown split", split("answer", "byChance"), Error(220101, {"answer"})},
+                  {"three categories", split("letter", "getFromData"), Error(220111, {"letter"})},
+                  {"no list", listed, Error(220109, {"answer"})},
+                  {"no category in the list", list({"maybe"}), Error(220109, {"answer"})},
+                  {"all of them", list({"no", "yes"}), Error(220109, {"answer"})},
+                  {"all values above", CutAt(0.0), Error(220112)},
+                  {"all values below", CutAt(2.0), Error(220112)}});
 }
 
 }  // namespace

@@ -1,16 +1,6 @@
 #include "tests/one_sample/wilcoxon.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <vector>
-
-#include "support/algorithm_element.h"
-#include "support/matchers.h"
-#include "support/run_all_passes.h"
-#include "support/test_settings.h"
-#include "support/variables.h"
+#include "support/entry_run.h"
 
 namespace {
 
@@ -18,14 +8,15 @@ namespace {
 const Rows kSleep{{0.7}, {-1.6}, {-0.2}, {-1.2}, {-0.1}, {3.4}, {3.7}, {0.8}, {0.0}, {2.0}};
 
 TestSettings Against(double value) {
-  TestSettings entry;
-  entry.Put("variableName", "x").Put("userSpecifyTestValue", "true").Put("testValue", value);
-  return entry;
+  return Entry("variableName", "x", "userSpecifyTestValue", "true", "testValue", value);
 }
 
+/// A second column is the weight.
 AlgorithmElement Result(const Rows& rows, const TestSettings& entry) {
-  const auto variables = VariableListBuilder().Continuous("x").Build();
-  return RunEntry(variables, rows, "OWilcoxonSignedRanks", entry.Get());
+  VariableListBuilder variables;
+  variables.Continuous("x");
+  if (rows.front().size() > 1) variables.Weight("n");
+  return RunEntry(variables.Build(), rows, "OWilcoxonSignedRanks", entry);
 }
 
 struct WilcoxonCase {
@@ -45,74 +36,49 @@ TEST(WilcoxonTest, FiguresAgreeWithSciPy) {
   for (const WilcoxonCase& row : kCases) {
     SCOPED_TRACE(row.catches);
     const AlgorithmElement result = Result(kSleep, Against(row.value));
-    EXPECT_EQ(result.Number("TotalN"), row.n);
-    EXPECT_EQ(result.Number("TestStatistic"), row.rankSum);
-    EXPECT_THAT(result.Number("StandardTestStatistic"), IsCloseTo(row.z, 1e-13));
-    EXPECT_THAT(result.Number("AsymptoticSig2Tailed"), IsCloseTo(row.sig, 1e-13));
+    ExpectFigures(result, {{"TotalN", row.n},
+                           {"TestStatistic", row.rankSum},
+                           {"StandardTestStatistic", row.z, 1e-13},
+                           {"AsymptoticSig2Tailed", row.sig, 1e-13}});
     EXPECT_EQ(result.Decision(), "retain");
   }
 }
 
 TEST(WilcoxonTest, TheMedianStandsInForAMissingTestValue) {
-  TestSettings entry;
-  entry.Put("variableName", "x");
-  const AlgorithmElement result = Result(kSleep, entry);
-  EXPECT_THAT(result.Number("HypotheticalMedian"), IsCloseTo(0.35));
-  EXPECT_THAT(result.Number("ObservedMedian"), IsCloseTo(0.35));
-  EXPECT_THAT(result.Number("Condition/%1"), IsCloseTo(0.35));
+  ExpectFigures(Result(kSleep, Entry("variableName", "x")),
+                {{"HypotheticalMedian", 0.35}, {"ObservedMedian", 0.35}, {"Condition/%1", 0.35}});
 }
 
 TEST(WilcoxonTest, AWeightIsThatManyRecords) {
-  const auto weighted = VariableListBuilder().Continuous("x").Weight("n").Build();
-  const Rows rows{{3, 2}, {-1, 3}, {2, 1}, {0, 4}};
+  const AlgorithmElement once = Result({{3, 2}, {-1, 3}, {2, 1}, {0, 4}}, Against(0.0));
   const Rows repeated{{3}, {3}, {-1}, {-1}, {-1}, {2}, {0}, {0}, {0}, {0}};
-  const AlgorithmElement once =
-      RunEntry(weighted, rows, "OWilcoxonSignedRanks", Against(0.0).Get());
-  const AlgorithmElement often = Result(repeated, Against(0.0));
-  for (const char* name : {"TotalN", "TestStatistic", "StandardError", "AsymptoticSig2Tailed"}) {
-    EXPECT_EQ(once.Text(name), often.Text(name)) << name;
-  }
-  EXPECT_EQ(once.Rows("Interval"), often.Rows("Interval"));
+  EXPECT_EQ(once.Xml(), Result(repeated, Against(0.0)).Xml());
 }
 
 TEST(WilcoxonTest, TheHistogramStartsWithTheZeroDifferences) {
   const AlgorithmElement result = Result({{1}, {2}, {2}, {4}}, Against(2.0));
-  EXPECT_EQ(result.Rows("Interval"), (std::vector<std::string>{"2;1;2;1", "0;1;2;4"}));
+  EXPECT_EQ(result.Rows("Interval"), (Texts{"2;1;2;1", "0;1;2;4"}));
 }
 
 TEST(WilcoxonTest, WithoutADifferenceTheFiguresAreNotNumbers) {
   const AlgorithmElement result = Result({{2}, {2}}, Against(2.0));
-  EXPECT_EQ(result.Text("TotalN"), "0");
-  EXPECT_EQ(result.Text("StandardError"), "0");
-  EXPECT_EQ(result.Text("StandardTestStatistic"), "nan");
+  ExpectTexts(result, {{"TotalN", "0"}, {"StandardError", "0"}, {"StandardTestStatistic", "nan"}});
   EXPECT_EQ(result.Decision(), "retain") << "no number is below the level";
 }
 
 TEST(WilcoxonTest, EachFailureHasItsCodeAndNoIndices) {
   const auto variables =
       VariableListBuilder().Continuous("x").Nominal("letter", {"a", "b"}).Build();
-  const TestSettings nothing;
-  TestSettings noValue;
-  noValue.Put("variableName", "x").Put("userSpecifyTestValue", "true");
-  TestSettings unknown;
-  unknown.Put("variableName", "nobody");
-  TestSettings unfit;
-  unfit.Put("variableName", "letter");
-  const std::vector<std::pair<const TestSettings&, AlgorithmElement::Message>> cases{
-      {nothing, {220812, "error", {}}},
-      {unknown, {220803, "error", {"nobody"}}},
-      {unfit, {220815, "error", {"1"}}},
-      {noValue, {220801, "error", {}}},
-  };
-  for (const auto& [entry, message] : cases) {
-    const AlgorithmElement result =
-        RunEntry(variables, {{1, 0}}, "OWilcoxonSignedRanks", entry.Get());
-    EXPECT_EQ(result.Messages(), std::vector<AlgorithmElement::Message>{message});
-    EXPECT_EQ(result.Text("Condition/%0"), "__MISSING__");
-    EXPECT_EQ(result.Text("Condition/%1"), "__MISSING__");
-  }
-  EXPECT_EQ(Result({{QDMV::gMissingValue}}, Against(0.0)).MessageCodes(),
-            std::vector<std::int32_t>{220003});
+  const TestSettings noValue = Entry("variableName", "x", "userSpecifyTestValue", "true");
+  ExpectMessages("OWilcoxonSignedRanks", variables, {{1, 0}},
+                 {{"no field", Entry(), Error(220812)},
+                  {"an unknown one", Entry("variableName", "nobody"), Error(220803, {"nobody"})},
+                  {"not continuous", Entry("variableName", "letter"), Error(220815, {"1"})},
+                  {"no value", noValue, Error(220801)}});
+  ExpectMessages("OWilcoxonSignedRanks", variables, {{QDMV::gMissingValue, 0}},
+                 {{"no record", Against(0.0), Error(220003)}});
+  ExpectTexts(RunEntry(variables, {{1, 0}}, "OWilcoxonSignedRanks", noValue),
+              {{"Condition/%0", "__MISSING__"}, {"Condition/%1", "__MISSING__"}});
 }
 
 }  // namespace

@@ -1,21 +1,8 @@
 #include "tests/related/cochran_q.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "support/algorithm_element.h"
-#include "support/matchers.h"
-#include "support/run_all_passes.h"
-#include "support/test_settings.h"
-#include "support/variables.h"
+#include "support/entry_run.h"
 
 namespace {
-
-using Texts = std::vector<std::string>;
-using Messages = std::vector<AlgorithmElement::Message>;
 
 const Texts kThree{"a", "b", "c"};
 
@@ -39,14 +26,17 @@ Rows Records(const Texts& texts) {
   return rows;
 }
 
-TestSettings Entry(const Texts& names, const char* comparison = "none") {
-  TestSettings entry;
-  entry.Put("variableName", names).Put("typeOfMultipleComparison", comparison);
-  return entry;
+TestSettings On(const Texts& names, const char* comparison = "none") {
+  return Entry("variableName", names, "typeOfMultipleComparison", comparison);
+}
+
+/// With given values as successes.
+TestSettings Given(const Texts& names, const Texts& values) {
+  return On(names).Put("classFormation", "givenCategoryList", "successCategoryList", values);
 }
 
 AlgorithmElement Result(const QDVarList& variables, const Rows& rows, const TestSettings& entry) {
-  return RunEntry(variables, rows, "RCochransQ", entry.Get());
+  return RunEntry(variables, rows, "RCochransQ", entry);
 }
 
 // Twelve cases, three methods; statsmodels 0.15.0: cochrans_q(m).
@@ -54,16 +44,16 @@ const Texts kTwelve{"110", "110", "100", "111", "010", "110",
                     "101", "110", "110", "000", "110", "110"};
 
 TEST(CochranQTest, TheStatisticAgreesWithStatsmodels) {
-  const AlgorithmElement result = Result(Fields(3), Records(kTwelve), Entry(kThree));
-  EXPECT_THAT(result.Number("TestStatistic"), IsCloseTo(11.4));
-  EXPECT_THAT(result.Number("AsymptoticSig2Tailed"), IsCloseTo(0.0033459654574712716, 1e-13));
-  EXPECT_EQ(result.Text("DegreeOfFreedom"), "2");
+  const AlgorithmElement result = Result(Fields(3), Records(kTwelve), On(kThree));
+  ExpectFigures(result, {{"TestStatistic", 11.4},
+                         {"AsymptoticSig2Tailed", 0.0033459654574712716, 1e-13},
+                         {"DegreeOfFreedom", 2}});
   EXPECT_EQ(result.Rows("TwoClassComparison/Content"), (Texts{"83;17", "75;25", "16;84"}));
   EXPECT_EQ(result.Messages(), Messages{});
 }
 
 TEST(CochranQTest, PairsAreComparedByTheirShares) {
-  const AlgorithmElement result = Result(Fields(3), Records(kTwelve), Entry(kThree, "pairWise"));
+  const AlgorithmElement result = Result(Fields(3), Records(kTwelve), On(kThree, "pairWise"));
   EXPECT_EQ(result.Rows("PairwiseInfo"), (Texts{"0;1;2", "10;9;2"}));
   // Python with SciPy 1.17.1's norm.sf: standard error 0.2151657414559676.
   const Texts rows = result.Rows("PairwiseResult/Content");
@@ -76,7 +66,7 @@ TEST(CochranQTest, PairsAreComparedByTheirShares) {
 }
 
 TEST(CochranQTest, TheStepDownFindsTheHomogeneousFields) {
-  const AlgorithmElement result = Result(Fields(3), Records(kTwelve), Entry(kThree, "stepWise"));
+  const AlgorithmElement result = Result(Fields(3), Records(kTwelve), On(kThree, "stepWise"));
   EXPECT_EQ(result.Rows("StepwiseInfo").front(), "2;1;0") << "ascending by share";
   const Texts rows = result.Rows("StepwiseResult/Content");
   // Fields 1 and 0: Q = 1/3 with 1 df (discordant 2 and 1), SciPy chi2.sf(1/3, 1) =
@@ -89,32 +79,23 @@ TEST(CochranQTest, TheStepDownFindsTheHomogeneousFields) {
 
 TEST(CochranQTest, TwoDiscordantFieldsGiveTheSquaredDifference) {
   // (T1 - T2)^2 / N with every record discordant: (9 - 3)^2 / 12.
-  Rows rows = Records({"10", "01"});
-  rows[0].back() = 9.7;
-  rows[1].back() = 3;
-  const AlgorithmElement result = Result(Fields(2), rows, Entry({"a", "b"}, "pairWise"));
-  EXPECT_EQ(result.Text("TestStatistic"), "3") << "weights without their fraction";
-  EXPECT_EQ(result.MessageCodes(), std::vector<std::int32_t>{221220});
-  rows[0].back() = 90;
-  EXPECT_EQ(Result(Fields(2), rows, Entry({"a", "b"}, "pairWise")).MessageCodes(),
-            std::vector<std::int32_t>{221219});
-  EXPECT_EQ(Result(Fields(2), rows, Entry({"a", "b"}, "stepWise")).MessageCodes(),
-            std::vector<std::int32_t>{221217});
-  rows[0].back() = 4;
-  EXPECT_EQ(Result(Fields(2), rows, Entry({"a", "b"}, "stepWise")).MessageCodes(),
-            std::vector<std::int32_t>{221218});
+  const auto run = [](double first, const char* comparison) {
+    return Result(Fields(2), {{0, 1, first}, {1, 0, 3}}, On({"a", "b"}, comparison));
+  };
+  EXPECT_EQ(run(9.7, "none").Text("TestStatistic"), "3") << "weights without their fraction";
+  EXPECT_EQ(run(9, "pairWise").MessageCodes(), Codes{221220});
+  EXPECT_EQ(run(4, "stepWise").MessageCodes(), Codes{221218});
+  EXPECT_EQ(run(90, "pairWise").MessageCodes(), Codes{221219});
+  EXPECT_EQ(run(90, "stepWise").MessageCodes(), Codes{221217});
 }
 
 TEST(CochranQTest, EqualFieldsHaveNoVariance) {
-  const AlgorithmElement result = Result(Fields(2), Records({"11", "00"}), Entry({"a", "b"}));
-  EXPECT_EQ(result.Text("TestStatistic"), "0");
-  EXPECT_EQ(result.Text("AsymptoticSig2Tailed"), "1");
+  ExpectTexts(Result(Fields(2), Records({"11", "00"}), On({"a", "b"})),
+              {{"TestStatistic", "0"}, {"AsymptoticSig2Tailed", "1"}});
 }
 
 TEST(CochranQTest, GivenValuesAreTheSuccesses) {
-  TestSettings entry = Entry(kThree);
-  entry.Put("classFormation", "givenCategoryList").Put("successCategoryList", Texts{"0"});
-  const AlgorithmElement result = Result(Fields(3), Records(kTwelve), entry);
+  const AlgorithmElement result = Result(Fields(3), Records(kTwelve), Given(kThree, {"0"}));
   EXPECT_EQ(result.Text("Condition/ConditionKey"), "CategoryListsAreSpecified_R_CochransQ_1");
   EXPECT_EQ(result.Rows("TwoClassComparison/Content").front(), "16;84");
   EXPECT_THAT(result.Number("TestStatistic"), IsCloseTo(11.4)) << "successes and failures trade";
@@ -131,36 +112,23 @@ TEST(CochranQTest, EachFailureHasItsCode) {
                              .NominalNumbers("grade", {0, 1})
                              .Continuous("x")
                              .Build();
-  const auto given = [](const Texts& names, const Texts& values) {
-    TestSettings entry = Entry(names);
-    entry.Put("classFormation", "givenCategoryList");
-    if (!values.empty()) entry.Put("successCategoryList", values);
-    return entry;
-  };
-  std::vector<std::pair<TestSettings, AlgorithmElement::Message>> cases;
-  const auto add = [&cases](TestSettings entry, std::int32_t code, Texts params = {}) {
-    cases.emplace_back(std::move(entry), AlgorithmElement::Message{code, "error", params});
-  };
-  add(TestSettings(), 221215);
-  add(Entry({"a", "nobody"}), 221203, {"nobody"});
-  add(Entry({"a", "x", "grade"}), 221216, {"7", "6"});
-  add(Entry({"a"}), 221214);
-  add(Entry({"a", "other"}), 221209);
-  add(Entry({"one", "one"}), 221209);
-  add(Entry({"one", "two", "three"}), 221213);
-  add(given({"a", "b"}, {}), 221210);
-  add(given({"a", "b"}, {"maybe"}), 221210);
-  add(given({"grade", "grade"}, {"1", "0"}), 221210);
-  for (const auto& [entry, message] : cases) {
-    const AlgorithmElement result = Result(variables, {{0, 1, 0, 0, 0, 0, 0, 1.0}}, entry);
-    EXPECT_EQ(result.Messages(), Messages{message});
-    EXPECT_EQ(result.Decision(), "unknown");
-  }
-  EXPECT_EQ(Result(variables, {{-1, 0, 0, 0, 0, 0, 0, 1}}, Entry({"a", "b"})).MessageCodes(),
-            std::vector<std::int32_t>{220003});
-  EXPECT_EQ(Result(variables, {{0, 0, 0, 0, 0, 0, 0, 1}}, Entry({"a", "b"})).MessageCodes(),
-            std::vector<std::int32_t>{221210})
-      << "always a success";
+  const TestSettings ab = On({"a", "b"});
+  ExpectMessages("RCochransQ", variables, {{0, 1, 0, 0, 0, 0, 0, 1.0}},
+                 {{"no list", Entry(), Error(221215)},
+                  {"unknown name", On({"a", "nobody"}), Error(221203, {"nobody"})},
+                  {"unfit fields", On({"a", "x", "grade"}), Error(221216, {"7", "6"})},
+                  {"one field", On({"a"}), Error(221214)},
+                  {"other categories", On({"a", "other"}), Error(221209)},
+                  {"constant all", On({"one", "one"}), Error(221209)},
+                  {"three constants", On({"one", "two", "three"}), Error(221213)},
+                  {"no given value", TestSettings(ab).Put("classFormation", "givenCategoryList"),
+                   Error(221210)},
+                  {"an unknown one", Given({"a", "b"}, {"maybe"}), Error(221210)},
+                  {"all values", Given({"grade", "grade"}, {"1", "0"}), Error(221210)}});
+  ExpectMessages("RCochransQ", variables, {{-1, 0, 0, 0, 0, 0, 0, 1}},
+                 {{"no record", ab, Error(220003)}});
+  ExpectMessages("RCochransQ", variables, {{0, 0, 0, 0, 0, 0, 0, 1}},
+                 {{"always a success", ab, Error(221210)}});
   NPARCochransQ test(RelatedSettings({0, 1}), &variables);
   EXPECT_THAT(test.BeginPass(), HasCode(221206)) << "no summaries";
 }

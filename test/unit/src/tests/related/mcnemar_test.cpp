@@ -1,22 +1,8 @@
 #include "tests/related/mcnemar.h"
 
-#include <gtest/gtest.h>
-
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "support/algorithm_element.h"
-#include "support/matchers.h"
-#include "support/run_all_passes.h"
-#include "support/test_settings.h"
-#include "support/variables.h"
+#include "support/entry_run.h"
 
 namespace {
-
-using Texts = std::vector<std::string>;
-using Messages = std::vector<AlgorithmElement::Message>;
 
 QDVarList Pair() {
   return VariableListBuilder()
@@ -31,14 +17,13 @@ Rows Cells(double both, double onlyFirst, double onlySecond, double neither) {
   return {{0, 0, both}, {0, 1, onlyFirst}, {1, 0, onlySecond}, {1, 1, neither}};
 }
 
-TestSettings Entry(const Texts& names) {
-  TestSettings entry;
-  entry.Put("variableName", names);
-  return entry;
-}
+TestSettings On(const Texts& names) { return Entry("variableName", names); }
 
-AlgorithmElement Result(const QDVarList& variables, const Rows& rows, const TestSettings& entry) {
-  return RunEntry(variables, rows, "RMcNemar", entry.Get());
+const TestSettings kPair = On({"before", "after"});
+
+AlgorithmElement Result(const QDVarList& variables, const Rows& rows,
+                        const TestSettings& entry = kPair) {
+  return RunEntry(variables, rows, "RMcNemar", entry);
 }
 
 struct McNemarCase {
@@ -62,11 +47,10 @@ const McNemarCase kCases[] = {
 TEST(McNemarTest, FiguresAgreeWithSciPy) {
   for (const McNemarCase& row : kCases) {
     SCOPED_TRACE(row.catches);
-    const AlgorithmElement result =
-        Result(Pair(), Cells(4, row.onlyFirst, row.onlySecond, 9), Entry({"before", "after"}));
-    EXPECT_THAT(result.Number("TestStatistic"), IsCloseTo(row.chiSquare));
-    EXPECT_THAT(result.Number("AsymptoticSig2Tailed"), IsCloseTo(row.asymptotic, 1e-13));
-    EXPECT_THAT(result.Number("ExactSig2Tailed"), IsCloseTo(row.exact, 1e-13));
+    const AlgorithmElement result = Result(Pair(), Cells(4, row.onlyFirst, row.onlySecond, 9));
+    ExpectFigures(result, {{"TestStatistic", row.chiSquare},
+                           {"AsymptoticSig2Tailed", row.asymptotic, 1e-13},
+                           {"ExactSig2Tailed", row.exact, 1e-13}});
     EXPECT_EQ(result.Messages(), row.exact ? (Messages{{221612, "helpMessage", {}}}) : Messages{});
     EXPECT_EQ(result.Decision(), row.asymptotic < 0.05 ? "reject" : "retain");
   }
@@ -74,12 +58,12 @@ TEST(McNemarTest, FiguresAgreeWithSciPy) {
 
 TEST(McNemarTest, TheFirstRecordSaysWhatSuccessIs) {
   Rows rows = Cells(4, 3, 2, 9);
-  const AlgorithmElement yes = Result(Pair(), rows, Entry({"before", "after"}));
+  const AlgorithmElement yes = Result(Pair(), rows);
   EXPECT_EQ(yes.Rows("Content"), (Texts{"4;3", "2;9"}));
   EXPECT_EQ(yes.Text("RowSuccessList"), "0");
   EXPECT_EQ(yes.Text("ColumnFailList"), "1");
   std::swap(rows.front(), rows.back());
-  const AlgorithmElement no = Result(Pair(), rows, Entry({"before", "after"}));
+  const AlgorithmElement no = Result(Pair(), rows);
   EXPECT_EQ(no.Rows("Content"), (Texts{"9;2", "3;4"}));
   EXPECT_EQ(no.Text("RowSuccessList"), "1");
 }
@@ -90,22 +74,22 @@ TEST(McNemarTest, GivenValuesMakeTheSuccessesOfBothFields) {
                              .NominalNumbers("b", {3, 2, 1})
                              .Weight("n")
                              .Build();
-  TestSettings entry = Entry({"a", "b"});
-  entry.Put("classFormation", "givenCategoryList").Put("categoriesList", Texts{"1", "9", "2.0"});
-  const AlgorithmElement result =
-      Result(variables, {{0, 0, 5}, {1, 1, 7}, {2, 2, 11}, {2, 0, 13}}, entry);
-  EXPECT_EQ(result.Text("Condition/ConditionKey"), "CategoryListsAreSpecified_R_McNemar_2");
+  const AlgorithmElement result = Result(
+      variables, {{0, 0, 5}, {1, 1, 7}, {2, 2, 11}, {2, 0, 13}},
+      On({"a", "b"})
+          .Put("classFormation", "givenCategoryList", "categoriesList", Texts{"1", "9", "2.0"}));
   EXPECT_EQ(result.Rows("Content"), (Texts{"7;5", "11;13"}));
-  EXPECT_EQ(result.Text("RowSuccessList"), "0;-1;1");
-  EXPECT_EQ(result.Text("ColumnSuccessList"), "2;-1;1");
-  EXPECT_EQ(result.Text("RowValsNotInTheCategoreis/0"), "9");
-  EXPECT_EQ(result.Text("ColumnFailList"), "2") << "read from the first field's key";
+  ExpectTexts(result, {{"ConditionKey", "CategoryListsAreSpecified_R_McNemar_2"},
+                       {"RowSuccessList", "0;-1;1"},
+                       {"ColumnSuccessList", "2;-1;1"},
+                       {"RowValsNotInTheCategoreis/0", "9"},
+                       {"ColumnFailList", "2"}});  // read from the first field's key
 }
 
 TEST(McNemarTest, ConstantFieldsMayDiffer) {
   const auto variables =
       VariableListBuilder().Nominal("a", {"yes"}).Nominal("b", {"no"}).Weight("n").Build();
-  const AlgorithmElement result = Result(variables, {{0, 0, 8}}, Entry({"a", "b"}));
+  const AlgorithmElement result = Result(variables, {{0, 0, 8}}, On({"a", "b"}));
   EXPECT_EQ(result.Rows("Content"), (Texts{"0;8", "0;0"}));
 }
 
@@ -118,35 +102,24 @@ TEST(McNemarTest, EachFailureHasItsCode) {
                              .Nominal("always", {"yes"})
                              .Continuous("x")
                              .Build();
-  const auto given = [](const Texts& names, const Texts& values) {
-    TestSettings entry = Entry(names);
-    entry.Put("classFormation", "givenCategoryList");
-    if (!values.empty()) entry.Put("categoriesList", values);
-    return entry;
+  const TestSettings given = TestSettings(kPair).Put("classFormation", "givenCategoryList");
+  const auto values = [&given](const Texts& texts) {
+    return TestSettings(given).Put("categoriesList", texts);
   };
-  std::vector<std::pair<TestSettings, AlgorithmElement::Message>> cases;
-  const auto add = [&cases](TestSettings entry, std::int32_t code, Texts params = {}) {
-    cases.emplace_back(std::move(entry), AlgorithmElement::Message{code, "error", params});
-  };
-  add(TestSettings(), 221603);
-  add(Entry({"before"}), 221614);
-  add(Entry({"before", "after", "letter"}), 221614);
-  add(Entry({"before", "nobody"}), 221613, {"nobody"});
-  add(Entry({"x", "after"}), 221613);
-  add(Entry({"before", "grade"}), 221613);
-  add(Entry({"before", "letter"}), 221609);
-  add(Entry({"always", "always"}), 221609);
-  add(given({"before", "after"}, {}), 221611);
-  add(given({"before", "after"}, {"maybe"}), 221611);
-  add(given({"before", "after"}, {"yes", "no"}), 221611);
-  for (const auto& [entry, message] : cases) {
-    const AlgorithmElement result = Result(variables, {{0, 1, 0, 0, 0, 1}}, entry);
-    EXPECT_EQ(result.Messages(), Messages{message});
-    EXPECT_EQ(result.Decision(), "unknown");
-  }
-  TestSettings settings;
-  settings.Put("variablePairFirstIndex", 0).Put("variablePairSecondIndex", 1);
-  NPARMcNemar test(settings.Release(), &variables);
+  ExpectMessages("RMcNemar", variables, {{0, 1, 0, 0, 0, 1}},
+                 {{"no list", Entry(), Error(221603)},
+                  {"one field", On({"before"}), Error(221614)},
+                  {"three fields", On({"before", "after", "letter"}), Error(221614)},
+                  {"unknown name", On({"before", "nobody"}), Error(221613, {"nobody"})},
+                  {"a continuous field", On({"x", "after"}), Error(221613)},
+                  {"kinds that differ", On({"before", "grade"}), Error(221613)},
+                  {"three categories", On({"before", "letter"}), Error(221609)},
+                  {"one category", On({"always", "always"}), Error(221609)},
+                  {"no given value", given, Error(221611)},
+                  {"an unknown one", values({"maybe"}), Error(221611)},
+                  {"all values", values({"yes", "no"}), Error(221611)}});
+  NPARMcNemar test(Entry("variablePairFirstIndex", 0, "variablePairSecondIndex", 1).Release(),
+                   &variables);
   EXPECT_THAT(test.BeginPass(), HasCode(221606)) << "no summaries";
 }
 

@@ -1,17 +1,11 @@
 #include "tests/related/wilcoxon_pairs.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <limits>
 
-#include "support/entry_cases.h"
-#include "support/matchers.h"
+#include "support/entry_run.h"
 
 namespace {
-
-using testing::ElementsAre;
 
 /// Pairs (first, second) to rows; the weight where there is one comes third.
 struct WilcoxonCase {
@@ -23,48 +17,26 @@ struct WilcoxonCase {
 
 const double kNan = std::numeric_limits<double>::quiet_NaN();
 
+// Hollander and Wolfe, table 3.1: depression scores.
+const Rows kScores{{1.83, 0.878}, {0.50, 0.647}, {1.62, 0.598}, {2.48, 2.05}, {1.68, 1.06},
+                   {1.88, 1.29},  {1.55, 1.06},  {3.06, 3.14},  {1.30, 1.29}};
+// Student, Biometrika 6 (1908): extra hours of sleep.
+const Rows kSleep{{0.7, 1.9}, {-1.6, 0.8}, {-0.2, 1.1}, {-1.2, 0.1}, {-0.1, -0.1},
+                  {3.4, 4.4}, {3.7, 5.5},  {0.8, 1.6},  {0.0, 4.6},  {2.0, 3.4}};
+const Rows kWeighted{{0, 1, 1}, {0, 2, 2.9}, {3, 0, 1}, {1, 1, 4}, {0, 9, 0.5}};
+const Rows kEqual{{1, 1}, {2, 2}};
+
 // z and p from SciPy 1.11.4, wilcoxon(d, correction=False, mode="approx"), which leaves out zero
 // differences; the weighted row is the second one with its last three records written as one.
 const WilcoxonCase kCases[] = {
-    {"statistic of the negative side; Hollander and Wolfe's depression scores, table 3.1",
-     {{1.83, 0.878},
-      {0.50, 0.647},
-      {1.62, 0.598},
-      {2.48, 2.05},
-      {1.68, 1.06},
-      {1.88, 1.29},
-      {1.55, 1.06},
-      {3.06, 3.14},
-      {1.30, 1.29}},
-     -1,
-     5,
-     std::sqrt(71.25),
-     -2.073221072156823,
+    {"statistic of the negative side", kScores, -1, 5, std::sqrt(71.25), -2.073221072156823,
      0.038151710173415135},
-    {"a zero takes no rank, and differences that rounding parts tie; Student's sleep data",
-     {{0.7, 1.9},
-      {-1.6, 0.8},
-      {-0.2, 1.1},
-      {-1.2, 0.1},
-      {-0.1, -0.1},
-      {3.4, 4.4},
-      {3.7, 5.5},
-      {0.8, 1.6},
-      {0.0, 4.6},
-      {2.0, 3.4}},
-     -1,
-     45,
-     std::sqrt(71.25 - 6.0 / 48.0),
-     2.6679112502793854,
-     0.007632441648205508},
-    {"a weight is that many records, less its fraction",
-     {{0, 1, 1}, {0, 2, 2.9}, {3, 0, 1}, {1, 1, 4}, {0, 9, 0.5}},
-     2,
-     1 + 2.5 * 2,
-     std::sqrt(4 * 5 * 9 / 24.0 - 6 / 48.0),
-     1.0 / std::sqrt(7.375),
+    {"a zero takes no rank, and differences that rounding parts tie", kSleep, -1, 45,
+     std::sqrt(71.25 - 6.0 / 48.0), 2.6679112502793854, 0.007632441648205508},
+    {"a weight is that many records, less its fraction", kWeighted, 2, 1 + 2.5 * 2,
+     std::sqrt(4 * 5 * 9 / 24.0 - 6 / 48.0), 1.0 / std::sqrt(7.375),
      std::erfc(1.0 / std::sqrt(7.375) / std::sqrt(2.0))},
-    {"no difference: not a number, and no guard", {{1, 1}, {2, 2}}, -1, 0, 0, kNan, kNan},
+    {"no difference: not a number, and no guard", kEqual, -1, 0, 0, kNan, kNan},
 };
 
 TEST(WilcoxonPairsTest, FiguresAgreeWithSciPy) {
@@ -73,10 +45,10 @@ TEST(WilcoxonPairsTest, FiguresAgreeWithSciPy) {
     NPARWilcoxonPairs test(PairSettings(0, 1, row.weightIndex));
     ASSERT_THAT(RunAllPasses(test, row.rows), IsOk());
     const AlgorithmElement result(test.WriteResults());
-    EXPECT_THAT(result.Number("TestStatistic"), IsCloseTo(row.rankSum));
-    EXPECT_THAT(result.Number("StandardError"), IsCloseTo(row.standardError));
-    EXPECT_THAT(result.Number("StandardTestStatistic"), IsCloseTo(row.z, 1e-12));
-    EXPECT_THAT(result.Number("AsymptoticSig2Tailed"), IsCloseTo(row.sig, 1e-12));
+    ExpectFigures(result, {{"TestStatistic", row.rankSum},
+                           {"StandardError", row.standardError},
+                           {"StandardTestStatistic", row.z, 1e-12},
+                           {"AsymptoticSig2Tailed", row.sig, 1e-12}});
     EXPECT_EQ(result.Decision(), row.sig < 0.05 ? "reject" : "retain");
   }
 }
@@ -86,46 +58,42 @@ TEST(WilcoxonPairsTest, DocumentHoldsCountsHistogramAndFigures) {
   ASSERT_THAT(RunAllPasses(test, {{3, 1, 2}, {1, 1, 3}, {QDMV::gMissingValue, 4, 1}, {0, 1, 1}}),
               IsOk());
   const AlgorithmElement result(test.WriteResults());
-  EXPECT_THAT(result.ChildNames(),
-              ElementsAre("StructuredTable Condition", "StructuredTable ContinuousDistribution",
-                          "StructuredTable StatisticsResult"));
-  EXPECT_EQ(result.Text("ConditionKey"), "R_WilcoxonSignedRanks_2");
-  EXPECT_EQ(result.Text("%0"), "1");
-  EXPECT_EQ(result.Text("%1"), "0");
-  EXPECT_EQ(result.Text("NegativeDifferences"), "1");
-  EXPECT_EQ(result.Text("Ties"), "3");
-  EXPECT_EQ(result.Text("PositiveDifferences"), "2");
-  EXPECT_THAT(result.Rows("Interval"), ElementsAre("1;2;3", "-1;2;0"));
-  EXPECT_EQ(result.Text("TotalN"), "6");
+  EXPECT_EQ(result.Outline(),
+            "Condition(ConditionKey %0 %1) ContinuousDistribution(NegativeDifferences Ties "
+            "PositiveDifferences Interval[]) StatisticsResult(TotalN TestStatistic StandardError "
+            "StandardTestStatistic AsymptoticSig2Tailed)");
+  ExpectTexts(result, {{"ConditionKey", "R_WilcoxonSignedRanks_2"},
+                       {"Condition/%0", "1"},
+                       {"Condition/%1", "0"},
+                       {"NegativeDifferences", "1"},
+                       {"Ties", "3"},
+                       {"PositiveDifferences", "2"},
+                       {"TotalN", "6"}});
+  EXPECT_EQ(result.Rows("Interval"), (Texts{"1;2;3", "-1;2;0"}));
 }
 
-TEST(WilcoxonPairsTest, TheSameFieldTwiceIsNoError) {
-  NPARWilcoxonPairs test(PairSettings(0, 0));
-  EXPECT_THAT(RunAllPasses(test, {{1}, {2}}), IsOk());
-  EXPECT_EQ(AlgorithmElement(test.WriteResults()).Text("Ties"), "2");
-}
-
-TEST(WilcoxonPairsTest, NoWeightIsNoDataAndNoPairIsWrittenAsItStands) {
-  NPARWilcoxonPairs empty(PairSettings(0, 1));
-  EXPECT_THAT(RunAllPasses(empty, {}), HasCode(220003));
+TEST(WilcoxonPairsTest, TheSameFieldTwiceIsNoErrorAndNoPairIsWrittenAsItStands) {
+  NPARWilcoxonPairs twice(PairSettings(0, 0));
+  EXPECT_THAT(RunAllPasses(twice, {{1}, {2}}), IsOk());
+  EXPECT_EQ(AlgorithmElement(twice.WriteResults()).Text("Ties"), "2");
   NPARWilcoxonPairs single(RelatedSettings({0}));
   EXPECT_THAT(RunAllPasses(single, {{1}}), HasCode(221009));
-  const AlgorithmElement result(single.WriteResults());
-  EXPECT_EQ(result.Decision(), "unknown");
-  EXPECT_EQ(result.Text("%0"), "-1");
-  EXPECT_THAT(result.ChildNames(),
-              ElementsAre("StructuredTable Condition", "StructuredTable WarningMessages"));
+  EXPECT_EQ(AlgorithmElement(single.WriteResults()).Text("%0"), "-1");
 }
 
-TEST(WilcoxonPairsTest, ConstructionTellsWhatIsWrongWithAnEntry) {
-  ExpectMessages("RWilcoxonSignedRanks",
-                 {{"no list", std::nullopt, {{221010, "error", {}}}},
-                  {"unknown name", {{"x", "nobody"}}, {{221003, "error", {"nobody"}}}},
-                  {"one name", {{"x"}}, {{221009, "error", {}}}},
-                  {"count comes before kind", {{"g", "g", "g"}}, {{221009, "error", {}}}},
-                  {"the first unfit field alone", {{"g", "g"}}, {{221004, "error", {"2"}}}},
-                  {"a pair", {{"y", "x"}}, {}}},
-                 [](TestSettings&) {});
+TEST(WilcoxonPairsTest, EachFailureHasItsCode) {
+  const auto variables =
+      VariableListBuilder().Continuous("x").Continuous("y").Nominal("g", {"a"}).Build();
+  const auto of = [](const Texts& names) { return Entry("variableName", names); };
+  ExpectMessages("RWilcoxonSignedRanks", variables, {{1, 2, 0}, {3, 1, 0}, {4, 4.5, 0}},
+                 {{"no list", Entry(), Error(221010)},
+                  {"unknown name", of({"x", "nobody"}), Error(221003, {"nobody"})},
+                  {"one name", of({"x"}), Error(221009)},
+                  {"count comes before kind", of({"g", "g", "g"}), Error(221009)},
+                  {"the first unfit field alone", of({"g", "g"}), Error(221004, {"2"})},
+                  {"a pair", of({"y", "x"}), {}}});
+  ExpectMessages("RWilcoxonSignedRanks", variables, {{QDMV::gMissingValue, 2, 0}},
+                 {{"no record", of({"y", "x"}), Error(220003)}});
 }
 
 }  // namespace
