@@ -1,5 +1,8 @@
 #include "tests/one_sample/ks_one_sample.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "support/entry_run.h"
 
 namespace {
@@ -84,6 +87,30 @@ TEST(KsOneSampleTest, DifferencesAgreeWithSciPy) {
 TEST(KsOneSampleTest, SignedDifferencesStandOnTheirSides) {
   ExpectFigures(Result("Poisson", kCounts, {}), {{"Positive", 0.04853960483561659, 1e-13},
                                                  {"Negative", -0.04031277981942705, 1e-13}});
+}
+
+TEST(KsOneSampleTest, NoneOfManyDifferencesIsPassedOver) {
+  constexpr int kCount = 5000;
+  for (const double dip : {0.0, 500.0}) {  // F_n descends where a weight is negative
+    SCOPED_TRACE(dip);
+    std::vector<double> values, weights(kCount, 1.0);
+    for (int i = 0; i < kCount; ++i) {
+      const double u = (i + 0.5) / kCount;
+      values.push_back(u + 0.03 * u * std::sin(18.8 * u));
+    }
+    weights[2505] -= dip;
+    weights[2506] += dip;
+    double sum = 0.0, positive = 0.0, negative = 0.0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      for (const double weightUpTo : {sum, sum + weights[i]}) {
+        positive = std::max(positive, weightUpTo / kCount - values[i]);
+        negative = std::min(negative, weightUpTo / kCount - values[i]);
+      }
+      sum += weights[i];
+    }
+    ExpectFigures(Result("Uniform", values, {{"min", 0.0}, {"max", 1.0}}, weights),
+                  {{"Positive", positive, 1e-12}, {"Negative", negative, 1e-12}});
+  }
 }
 
 TEST(KsOneSampleTest, AllValuesEqualStepOnce) {

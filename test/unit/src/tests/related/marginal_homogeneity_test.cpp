@@ -74,7 +74,7 @@ TEST(MarginalHomogeneityTest, EachFailureHasItsCode) {
 
 TEST(MarginalHomogeneityTest, ATableThatDoesNotFitFailsTheTestAlone) {
   NPARMargHomo test(Entry("variablePairFirstIndex", 0, "variablePairSecondIndex", 1, "scoreList",
-                          std::vector<double>(20000, 1.0))
+                          std::vector<double>(11586, 1.0))
                         .Release(),
                     CategoryUnion());
   EXPECT_THAT(test.BeginPass(), HasCode(220002));
