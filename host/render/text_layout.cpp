@@ -119,6 +119,13 @@ std::vector<std::size_t> CellWidths(const TextTable& table,
   return widths;
 }
 
+// Does a row with a label say nothing in these columns, behind the first?
+bool IsEmptyIn(const std::vector<std::string>& row, const std::vector<std::size_t>& columns) {
+  return std::all_of(columns.begin() + 1, columns.end(), [&row](std::size_t column) {
+    return column >= row.size() || row[column].empty();
+  });
+}
+
 // Takes from the widest label until the table fits or no label can give more.
 void NarrowLabels(const TextTable& table, std::vector<std::size_t>& widths, std::size_t available) {
   while (Total(widths) > available) {
@@ -271,7 +278,10 @@ void TextPage::Table(const TextTable& table, std::size_t indent) {
   std::vector<std::size_t> widths = CellWidths(table, rows, false);
   if (widths.empty()) return;
   if (Total(widths) > available) widths = CellWidths(table, rows, true);
+  const std::size_t wanted = widths[0];
   NarrowLabels(table, widths, available);
+  // Where there are blocks anyway, the first column need not be narrow.
+  if (Total(widths) > available) widths[0] = std::max(widths[0], std::min(wanted, available / 3));
   for (std::size_t& width : widths) width = std::min(width, available / 2);
 
   // Blocks of columns, each with the first.
@@ -294,6 +304,7 @@ void TextPage::Block(const std::vector<std::vector<std::string>>& rows,
                      const std::vector<std::size_t>& widths, const TextTable& table,
                      const std::vector<std::size_t>& columns, std::size_t indent) {
   for (const auto& row : rows) {
+    if (columns.size() < widths.size() && IsEmptyIn(row, columns)) continue;
     std::vector<std::vector<std::string>> cells;
     std::size_t height = 1;
     for (const std::size_t column : columns) {

@@ -46,7 +46,8 @@ class TextPage {
   void Heading(std::string_view title, char line);
   void Paragraph(std::string_view words, std::size_t indent, Ink ink = Ink::Plain);
   /// Header words and labels are broken where it is too wide; then its columns stand in several
-  /// blocks below each other, each with the first column.
+  /// blocks below each other, each with the first column; a row stands in the blocks where it has
+  /// an entry.
   void Table(const TextTable& table, std::size_t indent);
   /// A line of characters that are the program's own, as plots are.
   void Drawing(std::string_view line, std::size_t indent);

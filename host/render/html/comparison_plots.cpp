@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <numeric>
 
 #include "host/render/significance.h"
 #include "host/render/table_words.h"
@@ -16,6 +18,7 @@ constexpr double kTop = 26.0;
 constexpr double kNodeGap = 12.0;
 constexpr double kLabelGap = 17.0;
 constexpr std::size_t kPairsInWords = 12;
+constexpr std::size_t kMostTracedEdges = 100;  // an eye follows no more
 
 struct Node {
   std::string title;
@@ -48,6 +51,17 @@ std::vector<Edge> Edges(const ResultComparison& comparison, double sigLevel) {
                      row[column], p && *p < sigLevel});
   }
   return edges;
+}
+
+// What each sample is placed by; its position where the document does not tell.
+std::vector<double> Measures(const ResultComparison& comparison) {
+  std::vector<double> measures;
+  for (std::size_t i = 0; i < comparison.order.size(); ++i) {
+    const std::string text = i < comparison.values.size() ? comparison.values[i] : "";
+    const double measure = FigureNumber(text).value_or(static_cast<double>(i));
+    measures.push_back(std::isfinite(measure) ? measure : 0.0);
+  }
+  return measures;
 }
 
 // Moves positions apart, in their order, so that neighbours keep the gap.
@@ -99,12 +113,7 @@ std::optional<Plot> PairwiseGraph(const ResultDocument& document, const ResultTe
   if (!comparison.present || comparison.order.empty()) return std::nullopt;
   const std::size_t count = comparison.order.size();
   const double bottom = std::max(200.0, kTop + kLabelGap * static_cast<double>(count + 1));
-  std::vector<double> measures;
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::string text = i < comparison.values.size() ? comparison.values[i] : "";
-    const double measure = FigureNumber(text).value_or(static_cast<double>(i));
-    measures.push_back(std::isfinite(measure) ? measure : 0.0);
-  }
+  const std::vector<double> measures = Measures(comparison);
   const Scale down = ScaleOver(measures, bottom, kTop);  // larger ones above
   std::vector<Node> nodes;
   for (std::size_t i = 0; i < count; ++i) {
@@ -129,14 +138,17 @@ std::optional<Plot> PairwiseGraph(const ResultDocument& document, const ResultTe
                                                                 : "number of successes");
   plot.description = GraphWords(nodes, edges);
   plot.drawing.Line(kAxis, kTop - 8.0, kAxis, bottom + 8.0, "axis");
+  const bool areTraced = edges.size() <= kMostTracedEdges;
   for (const bool drawn : {false, true}) {  // significant edges lie above the others
     for (const Edge& edge : edges) {
-      if (edge.isSignificant != drawn) continue;
+      if (edge.isSignificant != drawn || !(drawn || areTraced)) continue;
       const Node& from = nodes[edge.first];
       const Node& to = nodes[edge.second];
       const double reach = 30.0 + 380.0 * std::abs(from.y - to.y) / (bottom - kTop);
       plot.drawing.Curve(kAxis, from.y, kAxis + reach, (from.y + to.y) / 2.0, kAxis, to.y,
-                         drawn ? "edge significant" : "edge dashed");
+                         !drawn      ? "edge dashed"
+                         : areTraced ? "edge significant"
+                                     : "edge significant thin");
     }
   }
   for (const Node& node : nodes) {
@@ -147,9 +159,56 @@ std::optional<Plot> PairwiseGraph(const ResultDocument& document, const ResultTe
   }
   plot.drawing.Text(kLabelEnd, kTop - 14.0, "end", ComparedMeasure(test), "tick");
   plot.height = bottom + 24.0;
+  plot.note = areTraced
+                  ? "Thick solid line: the two differ at the level after adjustment. Thin dashed "
+                    "line: they do not."
+                  : "Each line joins two that differ at the level after adjustment; the grid shows "
+                    "which.";
+  return plot;
+}
+
+std::optional<Plot> PairwiseGrid(const ResultDocument& document, const ResultTest& test) {
+  const ResultComparison& comparison = test.pairwise;
+  const std::vector<Edge> edges = Edges(comparison, document.sigLevel);
+  if (!comparison.present || edges.size() <= kMostTracedEdges) return std::nullopt;
+  const std::size_t count = comparison.order.size();
+  const double left = kLabelEnd - 30.0;
+  const double width = (kPlotWidth - left - 8.0) / static_cast<double>(count);
+  const auto at = [](double start, double step, std::size_t i) {
+    return start + step * static_cast<double>(i);
+  };
+  const std::vector<double> measures = Measures(comparison);
+  std::vector<std::size_t> samples(count);  // from the top, as in the graph
+  std::iota(samples.begin(), samples.end(), std::size_t{0});
+  std::ranges::stable_sort(samples, std::greater(), [&](std::size_t i) { return measures[i]; });
+  std::vector<std::size_t> rows(count);
+  for (std::size_t i = 0; i < count; ++i) rows[samples[i]] = i;
+  std::vector<std::vector<bool>> differ(count, std::vector<bool>(count));
+  for (const Edge& edge : edges) {
+    const auto [low, high] = std::minmax(rows[edge.first], rows[edge.second]);
+    differ[high][low] = edge.isSignificant;
+  }
+  Plot plot;
+  plot.kind = "pairwise-grid";
+  plot.title = "Pairs that differ, samples in the order of the graph";
+  plot.description = "A grid with a row and a column for each sample; the table lists all pairs.";
+  for (std::size_t row = 0; row < count; ++row) {
+    const double y = at(kTop, kLabelGap, row);
+    plot.drawing.Name(left - 6.0, y + 12.0, "end",
+                      SampleTitle(document, test, comparison.order[samples[row]]), left - 10.0);
+    plot.drawing.Box(at(left, width, row), y, width, kLabelGap, "cell");
+    for (std::size_t column = 0; column < row; ++column) {
+      if (!differ[row][column]) continue;
+      const std::size_t begin = column;  // neighbours in one box
+      while (column + 1 < row && differ[row][column + 1]) ++column;
+      plot.drawing.Box(at(left, width, begin), y + 1.0, at(0.0, width, column + 1 - begin),
+                       kLabelGap - 2.0, "second");
+    }
+  }
+  plot.height = at(kTop, kLabelGap, count) + 10.0;
   plot.note =
-      "Thick solid line: the two differ at the level after adjustment. Thin dashed line: "
-      "they do not.";
+      "Filled: the sample of the row and that of the column differ at the level after adjustment. "
+      "A column's sample stands where the column meets the diagonal.";
   return plot;
 }
 

@@ -13,6 +13,11 @@ namespace npar_host {
 [[nodiscard]] std::optional<Plot> PairwiseGraph(const ResultDocument& document,
                                                 const ResultTest& test);
 
+/// The pairs that differ as cells of a grid; only where the graph has more edges than can be told
+/// apart.
+[[nodiscard]] std::optional<Plot> PairwiseGrid(const ResultDocument& document,
+                                               const ResultTest& test);
+
 /// What the samples of a multiple comparison are ordered by: "Mean rank".
 [[nodiscard]] std::string ComparedMeasure(const ResultTest& test);
 /// The column of the comparison's content, or its number of columns without such a column.

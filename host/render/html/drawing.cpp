@@ -64,6 +64,14 @@ double CharacterWidth(char c) {
   return c >= 'A' && c <= 'Z' ? 10.3 : 8.3;
 }
 
+double TextWidth(std::string_view text) {
+  double width = 0.0;
+  for (const char c : text) width += CharacterWidth(c);
+  return width;
+}
+
+bool IsContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80u; }
+
 }  // namespace
 
 void Drawing::Line(double x1, double y1, double x2, double y2, std::string_view shapeClass) {
@@ -113,17 +121,29 @@ void Drawing::Text(double x, double y, std::string_view anchor, std::string_view
 
 void Drawing::Name(double x, double y, std::string_view anchor, std::string_view text, double room,
                    std::string_view shapeClass) {
-  double width = 0.0;
-  std::size_t count = 0;  // characters that fit
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    width += CharacterWidth(text[i]);
-    if (width > room) break;
-    if ((static_cast<unsigned char>(text[i]) & 0xC0u) != 0x80u) ++count;
+  constexpr std::string_view kEllipsis = "\u2026";
+  double width = TextWidth(text);
+  if (width <= room) return Text(x, y, anchor, text, shapeClass);
+  std::vector<std::string_view> characters;
+  for (std::size_t i = 0; i < text.size();) {
+    std::size_t end = i + 1;
+    while (end < text.size() && IsContinuation(text[end])) ++end;
+    characters.push_back(text.substr(i, end - i));
+    i = end;
   }
-  // The ellipsis takes the place of one or two more.
-  const bool fits = width <= room;
-  Text(x, y, anchor, fits ? std::string(text) : Shortened(text, count > 3 ? count - 2 : 1),
-       shapeClass);
+  // Names of groups often differ in their last characters alone, so the middle goes.
+  width += TextWidth(kEllipsis);
+  std::size_t head = (characters.size() + 1) / 2;
+  std::size_t tail = head;  // where the end begins
+  while (width > room && (head > 1 || tail < characters.size())) {
+    const bool endIsLonger = characters.size() - tail >= head;
+    width -= TextWidth(endIsLonger ? characters[tail++] : characters[--head]);
+  }
+  std::string shortened;
+  for (std::size_t i = 0; i < head; ++i) shortened += characters[i];
+  shortened += kEllipsis;
+  for (std::size_t i = tail; i < characters.size(); ++i) shortened += characters[i];
+  Text(x, y, anchor, shortened, shapeClass);
 }
 
 Scale ScaleOver(const std::vector<double>& values, double from, double to) {

@@ -22,7 +22,7 @@ class Drawing {
   /// The anchor is "start", "middle" or "end".
   void Text(double x, double y, std::string_view anchor, std::string_view text,
             std::string_view shapeClass);
-  /// A name, shortened to what the room surely holds.
+  /// A name, without its middle where the room may not hold all of it.
   void Name(double x, double y, std::string_view anchor, std::string_view text, double room,
             std::string_view shapeClass = "name");
   [[nodiscard]] const std::string& Markup() const { return markup; }

@@ -160,7 +160,7 @@ void HtmlTable::AddSubheading(const std::string& header) {
 }
 
 std::string HtmlTable::Markup(std::string_view tableClass) const {
-  const std::string boxClass = tableClass == "wide" ? "scroll wide" : "scroll";
+  const std::string boxClass = tableClass.starts_with("wide") ? "scroll wide" : "scroll";
   std::string markup = "<div class=\"" + boxClass +
                        "\" role=\"group\" tabindex=\"0\" aria-labelledby=\"" + id + "\">\n<table";
   if (!tableClass.empty()) markup += " class=\"" + std::string(tableClass) + "\"";

@@ -37,7 +37,8 @@ class HtmlTable {
   /// A header over the rows that follow.
   void AddSubheading(const std::string& header);
   [[nodiscard]] bool IsEmpty() const { return body.empty(); }
-  /// Classes: "figures" for a table of two columns, "wide" for one of sentences.
+  /// Classes: "figures" for a table of two columns, "wide" for one that takes the page's
+  /// width.
   [[nodiscard]] std::string Markup(std::string_view tableClass = {}) const;
 
  private:

@@ -124,6 +124,7 @@ svg .leader { stroke: var(--line); }
 svg .node { fill: var(--card); stroke: var(--ink); stroke-width: 2.5; }
 svg .edge { fill: none; stroke: var(--quiet); stroke-width: 1; }
 svg .edge.significant { stroke: var(--second); stroke-width: 3; }
+svg .edge.thin { stroke-width: 1; stroke-opacity: .4; }
 svg .cell { fill: var(--first); fill-opacity: 0; stroke: var(--line); }
 svg .cell.shade1 { fill-opacity: .12; }
 svg .cell.shade2 { fill-opacity: .28; }
@@ -147,11 +148,12 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
   .skip, .back, details { display: none; }
   section.test, section.overview, #fields { border: 0; padding: 0; }
   .scroll { overflow: visible; }
-  th, td { padding: .2rem .4rem; }
+  th, td { padding: .2rem .3rem; }
   thead th { overflow-wrap: anywhere; }
-  table.overview th, table.overview .sentence, th[scope=row] { min-width: 0; }
-  figure, tr, .message { break-inside: avoid; }
-  h2, h3 { break-after: avoid; }
+  table.overview th, table.overview .sentence { min-width: 0; }
+  th[scope=row] { min-width: 7.5rem; }
+  figure, tr, .message, table.subsets { break-inside: avoid; }
+  h2, h3, .kind { break-after: avoid; }
   svg, .badge, tr.effect { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
   .results { grid-template-columns: repeat(2, 1fr); }
 }

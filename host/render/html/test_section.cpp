@@ -74,6 +74,7 @@ std::string TestPlots(const ResultDocument& document, const ResultTest& test,
   }
   gallery.Add(IntervalPlot(document, test));
   gallery.Add(PairwiseGraph(document, test));
+  gallery.Add(PairwiseGrid(document, test));
   return gallery.Markup();
 }
 
@@ -88,7 +89,7 @@ std::string TestTables(const ResultDocument& document, const ResultTest& test,
     markup += FrequenciesTable(document, test, table, id + "-table" + std::to_string(number++));
   }
   markup += PairwiseTable(document, test, id + "-pairs");
-  markup += SubsetsTable(document, test, id + "-subsets");
+  markup += SubsetsTables(document, test, id + "-subsets");
   return markup;
 }
 

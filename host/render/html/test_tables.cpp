@@ -1,6 +1,7 @@
 #include "host/render/html/test_tables.h"
 
 #include <algorithm>
+#include <span>
 
 #include "host/data/number.h"
 #include "host/render/effect_size.h"
@@ -11,6 +12,9 @@
 
 namespace npar_host {
 namespace {
+
+// More would run off a printed page.
+constexpr std::size_t kMostSubsetsAcross = 6;
 
 void AddFigures(HtmlTable& table, const std::vector<ResultStatistic>& figures) {
   std::string group;
@@ -46,6 +50,51 @@ bool HasFigures(const ResultTable& table, std::size_t column) {
 }
 
 bool IsSignificanceColumn(std::string_view name) { return name == "Sig" || name == "AdjSig"; }
+
+bool IsMember(const std::vector<std::string>& subset, std::size_t position) {
+  const auto first = subset.empty() ? std::nullopt : FigureNumber(subset[0]);
+  const auto last = subset.size() < 2 ? std::nullopt : FigureNumber(subset[1]);
+  const auto here = static_cast<double>(position);
+  return first && last && here >= *first && here <= *last;
+}
+
+// Subsets side by side, numbered from `number`, with the samples that are in one of them.
+std::string SubsetsTable(const ResultDocument& document, const ResultTest& test,
+                         std::span<const std::vector<std::string>> subsets, std::size_t number,
+                         const std::string& id) {
+  const ResultComparison& comparison = test.stepwise;
+  HtmlTable table(id, number == 1 ? "Homogeneous subsets: samples in one column do not differ"
+                                  : "Homogeneous subsets from " + std::to_string(number));
+  std::vector<std::string> columns{"Sample, by " + Escaped(ComparedMeasure(test))};
+  for (std::size_t i = 0; i < subsets.size(); ++i) {
+    columns.push_back("Subset\u00a0" + std::to_string(number + i));
+  }
+  table.SetColumns(columns);
+  for (std::size_t position = 0; position < comparison.order.size(); ++position) {
+    const auto holds = [position](const auto& subset) { return IsMember(subset, position); };
+    if (std::ranges::none_of(subsets, holds)) continue;
+    const std::string value =
+        position < comparison.values.size() ? comparison.values[position] : "";
+    std::vector<std::string> cells;
+    for (const auto& subset : subsets) {
+      cells.push_back(holds(subset) ? "<span class=\"member\">" + FigureMarkup(value) + "</span>"
+                                    : "");
+    }
+    table.AddRow(Escaped(SampleTitle(document, test, comparison.order[position])), cells);
+  }
+  const auto& names = comparison.content.columnNames;
+  for (std::size_t i = 2; i < names.size(); ++i) {
+    if (!HasFigures(comparison.content, i)) continue;
+    std::vector<std::string> cells;
+    for (const auto& subset : subsets) {
+      const std::string figure = i < subset.size() ? subset[i] : "";
+      cells.push_back(IsSignificanceColumn(names[i]) ? SignificanceMarkup(figure)
+                                                     : FigureMarkup(figure));
+    }
+    table.AddRow(Escaped(TableLabel(names[i])), cells, "foot");
+  }
+  return table.Markup("wide subsets");
+}
 
 }  // namespace
 
@@ -170,8 +219,8 @@ std::string PairwiseTable(const ResultDocument& document, const ResultTest& test
   return table.Markup("wide");
 }
 
-std::string SubsetsTable(const ResultDocument& document, const ResultTest& test,
-                         const std::string& id) {
+std::string SubsetsTables(const ResultDocument& document, const ResultTest& test,
+                          const std::string& id) {
   const ResultComparison& comparison = test.stepwise;
   if (!comparison.present || comparison.content.Empty()) return {};
   // By their first sample, as readers expect the columns.
@@ -179,39 +228,15 @@ std::string SubsetsTable(const ResultDocument& document, const ResultTest& test,
   std::ranges::stable_sort(subsets, {}, [](const auto& subset) {
     return subset.empty() ? 0.0 : FigureNumber(subset[0]).value_or(0.0);
   });
-  HtmlTable table(id, "Homogeneous subsets: samples in one column do not differ");
-  std::vector<std::string> columns{"Sample, by " + Escaped(ComparedMeasure(test))};
-  for (std::size_t i = 0; i < subsets.size(); ++i) {
-    columns.push_back("Subset\u00a0" + std::to_string(i + 1));
+  const std::size_t tables = (subsets.size() + kMostSubsetsAcross - 1) / kMostSubsetsAcross;
+  std::string markup;
+  for (std::size_t i = 0; i < tables; ++i) {
+    const std::size_t first = subsets.size() * i / tables;
+    const std::size_t last = subsets.size() * (i + 1) / tables;
+    markup += SubsetsTable(document, test, std::span(subsets).subspan(first, last - first),
+                           first + 1, id + (i == 0 ? "" : std::to_string(i + 1)));
   }
-  table.SetColumns(columns);
-  for (std::size_t position = 0; position < comparison.order.size(); ++position) {
-    std::vector<std::string> cells;
-    for (const auto& subset : subsets) {
-      const auto first = subset.empty() ? std::nullopt : FigureNumber(subset[0]);
-      const auto last = subset.size() < 2 ? std::nullopt : FigureNumber(subset[1]);
-      const auto here = static_cast<double>(position);
-      const bool isMember = first && last && here >= *first && here <= *last;
-      const bool hasValue = position < comparison.values.size();
-      cells.push_back(!isMember ? ""
-                                : "<span class=\"member\">" +
-                                      FigureMarkup(hasValue ? comparison.values[position] : "") +
-                                      "</span>");
-    }
-    table.AddRow(Escaped(SampleTitle(document, test, comparison.order[position])), cells);
-  }
-  const auto& names = comparison.content.columnNames;
-  for (std::size_t i = 2; i < names.size(); ++i) {
-    if (!HasFigures(comparison.content, i)) continue;
-    std::vector<std::string> cells;
-    for (const auto& subset : subsets) {
-      const std::string figure = i < subset.size() ? subset[i] : "";
-      cells.push_back(IsSignificanceColumn(names[i]) ? SignificanceMarkup(figure)
-                                                     : FigureMarkup(figure));
-    }
-    table.AddRow(Escaped(TableLabel(names[i])), cells, "foot");
-  }
-  return table.Markup("wide");
+  return markup;
 }
 
 }  // namespace npar_host

@@ -23,8 +23,8 @@ namespace npar_host {
                                            const ResultTable& table, const std::string& id);
 [[nodiscard]] std::string PairwiseTable(const ResultDocument& document, const ResultTest& test,
                                         const std::string& id);
-/// Homogeneous subsets: samples in rows, subsets in columns.
-[[nodiscard]] std::string SubsetsTable(const ResultDocument& document, const ResultTest& test,
-                                       const std::string& id);
+/// Homogeneous subsets: samples in rows, subsets in columns; many subsets make several tables.
+[[nodiscard]] std::string SubsetsTables(const ResultDocument& document, const ResultTest& test,
+                                        const std::string& id);
 
 }  // namespace npar_host

@@ -193,6 +193,59 @@ TEST(HtmlReportTest, SubsetsStandInColumnsInTheOrderOfTheirFirstSample) {
   EXPECT_FALSE(row.select_node("td[2]//data"));
 }
 
+TEST(HtmlReportTest, ManySubsetsMakeTablesThatFitAPage) {
+  ResultDocument document =
+      ReadResultDocument(ReadText(std::string(kResults) + "rounding_times_stepwise.xml"), "");
+  document.tests.resize(1);
+  ResultComparison& stepwise = document.tests[0].stepwise;
+  stepwise.order.assign(11, stepwise.order[0]);
+  stepwise.values.assign(11, "1.5");
+  stepwise.content.rows.clear();
+  for (int i = 0; i < 10; ++i) {
+    stepwise.content.rows.push_back({std::to_string(i), std::to_string(i + 1), "1", "0.5", "0.5"});
+  }
+  const Page page(document);
+  EXPECT_EQ(page.Count("//table[starts-with(caption, 'Homogeneous')]"), 2u);
+  EXPECT_EQ(page.Count("//table[starts-with(caption, 'Homogeneous')]/thead/tr/th"), 2u + 10u);
+  // The sixth sample belongs to subsets of both tables; a row without a member stands in neither.
+  EXPECT_EQ(
+      page.Count("//table[starts-with(caption, 'Homogeneous')]/tbody/tr[.//span[@class='member']]"),
+      6u + 6u);
+  EXPECT_EQ(
+      page.Count(
+          "//table[starts-with(caption, 'Homogeneous')]/tbody/tr[not(.//span[@class='member'])]"),
+      page.Count("//table[starts-with(caption, 'Homogeneous')]/tbody/tr[@class='foot']"));
+}
+
+TEST(HtmlReportTest, PairsThatNoEyeCanTraceAreAlsoAGrid) {
+  ResultDocument document =
+      ReadResultDocument(ReadText(std::string(kResults) + "insect_sprays_pairwise.xml"), "");
+  EXPECT_EQ(Page(document).Count("//figure[contains(@class, 'pairwise-grid')]"), 0u);
+  document.tests.resize(1);
+  ResultComparison& pairwise = document.tests[0].pairwise;
+  pairwise.order.assign(15, pairwise.order[0]);
+  pairwise.values.clear();
+  pairwise.content.rows.clear();
+  pairwise.content.columnNames = {"Sample1", "Sample2", "AdjSig"};
+  for (int i = 0; i < 15; ++i) {
+    pairwise.values.push_back(std::to_string((i * 7) % 15));  // in an order of its own
+    for (int j = 0; j < i; ++j) {
+      // Those at ranks 0 and 14, 0 and 13, 1 and 14 differ.
+      const bool differs = std::abs((i * 7) % 15 - (j * 7) % 15) >= 13;
+      pairwise.content.rows.push_back(
+          {std::to_string(j), std::to_string(i), differs ? "0.01" : "0.2"});
+    }
+  }
+  const Page page(document);
+  EXPECT_EQ(page.Count("//path[@class='edge significant thin']"), 3u);
+  EXPECT_EQ(page.Count("//figure[contains(@class, 'pairwise')]//path[contains(@class, 'dashed')]"),
+            0u);
+  const std::string grid = "//figure[contains(@class, 'pairwise-grid')]//rect";
+  EXPECT_EQ(page.Count((grid + "[@class='cell']").c_str()), 15u);
+  // The lowest differs from the two highest, which are neighbours: one box in its row.
+  EXPECT_EQ(page.Count((grid + "[@class='second']").c_str()), 2u);
+}
+
 struct HostileCase {
   const char* catches;
   std::string name;

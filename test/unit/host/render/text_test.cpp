@@ -111,6 +111,29 @@ TEST(TextReportTest, ComparisonsNameTheirSamplesAndMarkTheSignificantOnes) {
 )"));
 }
 
+TEST(TextReportTest, SubsetsThatNeedBlocksRepeatOnlyTheRowsThatHaveAnEntry) {
+  ResultDocument document = ComparisonDocument({"a", "b", "c", "d", "e", "f"});
+  ResultTable& content = document.tests[0].stepwise.content;
+  content.rows.clear();
+  for (int i = 0; i < 5; ++i) {
+    content.rows.push_back({std::to_string(i), std::to_string(i + 1), "12345.5"});
+  }
+  EXPECT_THAT(RenderText(document, {.width = 40}), HasSubstr(R"(
+  Subset           1        2        3
+  f              0.5
+  e              1.5      1.5
+  d                       2.5      2.5
+  c                                3.5
+  Statistic  12345.5  12345.5  12345.5
+
+  Subset           4        5
+  c              3.5
+  b              4.5      4.5
+  a                       5.5
+  Statistic  12345.5  12345.5
+)"));
+}
+
 struct HostileName {
   const char* catches;
   std::string name;
