@@ -64,6 +64,18 @@ Figure RootOfStatisticOverN(const ResultTest& test) {
   return std::sqrt(*chiSquare / *n);
 }
 
+// The median test of the same fields takes the same records and tells how many they were.
+Figure TotalOfMedianTest(const ResultDocument& document, const ResultTest& test) {
+  for (const ResultTest& other : document.tests) {
+    if (other.name != "IMedian" || other.Failed()) continue;
+    const std::size_t count = document.fields.size();
+    if (other.ConditionFields(0, count) != test.ConditionFields(0, count)) continue;
+    if (GroupField(document, other) != GroupField(document, test)) continue;
+    if (const Figure total = FindFigure(other.statistics, "TotalN")) return total;
+  }
+  return std::nullopt;
+}
+
 // The Kruskal-Wallis statistics have no total. A record counts where neither its value nor its
 // group is missing, so the total is known where at most one of the two fields has missing values.
 Figure GroupedRecords(const ResultDocument& document, const ResultTest& test) {
@@ -76,7 +88,7 @@ Figure GroupedRecords(const ResultDocument& document, const ResultTest& test) {
   const Figure groupCount = FindFigure(group->distribution->figures, "TotalN");
   if (!valueCount || !groupCount) return std::nullopt;
   const bool oneIsComplete = std::max(*valueCount, *groupCount) == document.totalFreq;
-  if (!oneIsComplete && !document.listwise) return std::nullopt;
+  if (!oneIsComplete && !document.listwise) return TotalOfMedianTest(document, test);
   return std::min(*valueCount, *groupCount);
 }
 
@@ -109,6 +121,11 @@ Figure CohensG(const ResultTest& test) {
 bool HasOnlyZ(std::string_view name) {
   return name == "OBinomial" || name == "ORuns" || name == "RSign" ||
          name == "RMarginalHomogeneity";
+}
+
+// With ties between the groups the number of runs is a range, and so is z.
+bool RunsAreARange(const ResultTest& test) {
+  return FindFigure(test.statistics, "InterGroupTies") != 0.0;
 }
 
 }  // namespace
@@ -146,12 +163,23 @@ std::optional<EffectSize> FindEffectSize(const ResultDocument& document, const R
   // Two columns, so the smaller dimension less one is 1.
   if (test.name == "IMedian") return named("Cram\u00e9r's V", "V", RootOfStatisticOverN(test));
   if (test.name == "IWaldWolfowitzRuns") {
-    // With ties between the groups the number of runs is a range, and so is z.
-    if (FindFigure(test.statistics, "InterGroupTies") != 0.0) return std::nullopt;
+    if (RunsAreARange(test)) return std::nullopt;
     return named("Effect size r", "r", StatisticOverRootOfN(test, "MaximumRuns"));
   }
   if (HasOnlyZ(test.name)) return named("Effect size r", "r", StatisticOverRootOfN(test));
   return std::nullopt;
+}
+
+std::string EffectSizeGap(const ResultDocument& document, const ResultTest& test) {
+  if (test.Failed() || FindEffectSize(document, test)) return {};
+  if (test.name == "IKruskalWallis" && FindFigure(test.statistics, "TestStatistic")) {
+    return "No epsilon squared: the result does not tell how many records have both a value and a "
+           "group.";
+  }
+  if (test.name == "IWaldWolfowitzRuns" && RunsAreARange(test)) {
+    return "No effect size: ties between the groups leave more than one number of runs possible.";
+  }
+  return {};
 }
 
 }  // namespace npar_host

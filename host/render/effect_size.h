@@ -20,4 +20,7 @@ struct EffectSize {
 [[nodiscard]] std::optional<EffectSize> FindEffectSize(const ResultDocument& document,
                                                        const ResultTest& test);
 
+/// Why a test that has a usual effect size shows none here; empty where there is nothing to say.
+[[nodiscard]] std::string EffectSizeGap(const ResultDocument& document, const ResultTest& test);
+
 }  // namespace npar_host

@@ -181,9 +181,12 @@ class TextReport {
           table.rows, [&label](const auto& row) { return row.front() == label; });
       if (!isShown) table.rows.push_back({label, Text(effect->value)});
     }
-    if (table.rows.empty()) return;
-    page.Blank();
-    page.Table(table, kIndent);
+    if (!table.rows.empty()) {
+      page.Blank();
+      page.Table(table, kIndent);
+    }
+    const std::string gap = EffectSizeGap(document, test);
+    if (!gap.empty()) page.Paragraph(gap, kIndent);
   }
 
   [[nodiscard]] std::string Histogram(const std::vector<ResultBin>& bins) const {

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/render/effect_size.h"
 #include "host/render/html/comparison_plots.h"
 #include "host/render/html/cumulative_plots.h"
 #include "host/render/html/distribution_plots.h"
@@ -171,6 +172,8 @@ std::string TestSection(const ResultDocument& document, std::size_t index) {
   const std::string decision = DecisionText(document, test);
   if (!decision.empty()) markup += "<p class=\"decision\">" + Escaped(decision) + "</p>\n";
   markup += Messages(document, test);
+  const std::string gap = EffectSizeGap(document, test);
+  if (!gap.empty()) markup += "<p class=\"note\">" + gap + "</p>\n";
   markup += "<div class=\"results\">\n" + TestPlots(document, test, id) +
             TestTables(document, test, id) + "</div>\n";
   return markup +

@@ -110,8 +110,21 @@ TEST(EffectSizeTest, EpsilonSquaredNeedsTheNumberOfGroupedRecords) {
     const auto effect =
         FindEffectSize(document, TestOf("IKruskalWallis", {{"", "TestStatistic", "10"}}));
     ASSERT_EQ(effect.has_value(), row.total.has_value());
-    if (!effect) continue;
-    EXPECT_DOUBLE_EQ(effect->value, 10.0 / (*row.total - 1.0));
+    EXPECT_EQ(EffectSizeGap(document, TestOf("IKruskalWallis", {{"", "TestStatistic", "10"}}))
+                  .starts_with("No epsilon squared: "),
+              !effect);
+    if (effect) {
+      EXPECT_DOUBLE_EQ(effect->value, 10.0 / (*row.total - 1.0));
+      continue;
+    }
+    // Another test of the same fields tells, one of other fields does not.
+    const ResultTest test = TestOf("IKruskalWallis", {{"", "TestStatistic", "10"}});
+    document.tests = {TestOf("IMedian", {{"", "TotalN", "36"}})};
+    document.tests[0].conditionParameters = {"1", "1"};
+    EXPECT_FALSE(FindEffectSize(document, test));
+    document.tests[0].conditionParameters = {"0", "1", "12.5"};
+    ASSERT_TRUE(FindEffectSize(document, test));
+    EXPECT_DOUBLE_EQ(FindEffectSize(document, test)->value, 10.0 / 35.0);
   }
 }
 
@@ -127,8 +140,10 @@ TEST(EffectSizeTest, IsAbsentWhereItHasNoValue) {
   // Ties between the groups: the number of runs is a range.
   const ResultStatistic total{"", "TotalN", "16"};
   const ResultStatistic z{"MaximumRuns", "StandardTestStatistic", "-2"};
-  EXPECT_FALSE(
-      FindEffectSize({}, TestOf("IWaldWolfowitzRuns", {total, {"", "InterGroupTies", "1"}, z})));
+  const ResultTest tied = TestOf("IWaldWolfowitzRuns", {total, {"", "InterGroupTies", "1"}, z});
+  EXPECT_FALSE(FindEffectSize({}, tied));
+  EXPECT_EQ(EffectSizeGap({}, tied),
+            "No effect size: ties between the groups leave more than one number of runs possible.");
   EXPECT_TRUE(
       FindEffectSize({}, TestOf("IWaldWolfowitzRuns", {total, {"", "InterGroupTies", "0"}, z})));
 }
