@@ -7,7 +7,6 @@
 #include <string>
 
 #include "support/process.h"
-#include "support/program.h"
 
 // What hosts and components that were built apart agree on.
 namespace {
@@ -54,8 +53,8 @@ TEST(Abi, LayoutOfTheInterfaceIsTheCommittedOne) {
 TEST(Abi, SymbolsAreTheCommittedOnes) {
   // The sanitizers add symbols of their own to the library.
 #ifndef __SANITIZE_ADDRESS__
-  const ProgramOutcome outcome = RunProgram("scripts/check_exports " NPAR_BUILD_DIR);
-  EXPECT_EQ(outcome.exitCode, 0) << outcome.output;
+  const ProcessResult outcome = RunShell("scripts/check_exports " NPAR_BUILD_DIR);
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.out;
 #endif
 }
 
@@ -65,10 +64,10 @@ TEST(Abi, HeadersAreC11AndCpp20AlikeWithoutAWarning) {
                                         "#include <npar/component.h>\n"
                                         "int main(void) { return (int)hb_cleanup(); }\n");
   for (const char* compiler : {"cc -std=c11 -x c", "c++ -std=c++20 -x c++"}) {
-    const ProgramOutcome outcome = RunProgram(
-        std::string(compiler) +
-        " -Wall -Wextra -Wpedantic -Wconversion -Werror -Iinclude -fsyntax-only " + unit);
-    EXPECT_EQ(outcome.exitCode, 0) << compiler << "\n" << outcome.output;
+    const ProcessResult outcome =
+        RunShell(std::string(compiler) +
+                 " -Wall -Wextra -Wpedantic -Wconversion -Werror -Iinclude -fsyntax-only " + unit);
+    EXPECT_EQ(outcome.exitCode, 0) << compiler << "\n" << outcome.out;
   }
 }
 

@@ -246,17 +246,6 @@ TEST(Exports, EveryHostCallThatFailsFailsTheRunWithNothingPublished) {
   }
 }
 
-TEST(Exports, RecordsThatBreakOffLaterFailTheRun) {
-  AnswersHost host;
-  host.iteratorTable.readBlock = nullptr;
-  LoadedComponent component(host);
-  ASSERT_EQ(component.Configure(), HB_OK);
-  host.FailCall("next", 6);
-  EXPECT_EQ(component.Begin(), NPAR_FAILED);
-  EXPECT_THAT(host.messages, ElementsAre(Message{3, 240014, {"77"}}));
-  EXPECT_EQ(host.Published(), "");
-}
-
 TEST(Exports, HostsAnswerToAMessageEndsTheCall) {
   RecordingHost host;
   LoadedComponent component(host);

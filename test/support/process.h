@@ -14,6 +14,11 @@ struct ProcessResult {
 [[nodiscard]] ProcessResult RunProcess(const std::vector<std::string>& command,
                                        const std::string& input = {});
 
+/// Runs a shell command; `out` holds what it wrote to either stream.
+[[nodiscard]] inline ProcessResult RunShell(const std::string& command) {
+  return RunProcess({"/bin/sh", "-c", "{ " + command + "; } 2>&1"});
+}
+
 /// Starts a program that reads from standard input, hands it `input`, and sends it the signal while
 /// it waits for more; then waits for its end.
 [[nodiscard]] ProcessResult SignalWaitingProcess(const std::vector<std::string>& command,

@@ -39,137 +39,86 @@ QDVarList Variables(bool isWeighted = true) {
   return (isWeighted ? builder.Weight("w") : builder.Continuous("w")).Build();
 }
 
-struct Entry {
+struct Tested {
   const char* name;
-  TestSettings (*make)();
+  TestSettings entry;
   bool isByRanks = false;  // the order of the values is all that counts
 };
 
-TestSettings Of(const std::string& field) {
-  return std::move(TestSettings().Put("variableName", field));
-}
-TestSettings Of(const Texts& fields) {
-  return std::move(TestSettings().Put("variableName", fields));
-}
-TestSettings Between(const char* group) {
-  return std::move(Of(std::string("x")).Put("groupVariableName", group));
-}
+TestSettings Of(const char* field) { return Entry("variableName", field); }
+TestSettings Of(const Texts& fields) { return Entry("variableName", fields); }
+TestSettings Between(const char* group) { return Of("x").Put("groupVariableName", group); }
 TestSettings Given(const Texts& first, const Texts& second) {
-  return std::move(Between("h")
-                       .Put("userSpecifyGroupList", "true")
-                       .Put("group1List", first)
-                       .Put("group2List", second));
+  return Between("h").Put("userSpecifyGroupList", "true", "group1List", first, "group2List",
+                          second);
 }
 TestSettings Compared(TestSettings entry, const char* procedure) {
-  return std::move(entry.Put("typeOfMultipleComparison", procedure)
-                       .Put("orderOfHypotheses", "orderSmallestToLargest"));
+  return entry.Put("typeOfMultipleComparison", procedure, "orderOfHypotheses",
+                   "orderSmallestToLargest");
 }
 TestSettings Successes(const Texts& fields, const char* key) {
-  return std::move(Of(fields).Put("classFormation", "givenCategoryList").Put(key, Texts{"yes"}));
+  return Of(fields).Put("classFormation", "givenCategoryList", key, Texts{"yes"});
 }
 TestSettings Binary(const char* field, const char* category) {
-  return std::move(Of(std::string(field))
-                       .Put("catVarClassFormation", "givenCategoryList")
-                       .Put("givenCategoryList", Texts{category}));
+  return Of(field).Put("catVarClassFormation", "givenCategoryList", "givenCategoryList",
+                       Texts{category});
 }
 TestSettings Intervals(const char* category) {
-  return std::move(Binary("p", category)
-                       .Put("isDoClopperPearson", "true")
-                       .Put("isDoJeffreys", "true")
-                       .Put("isDoProfileLikelihood", "true"));
+  return Binary("p", category)
+      .Put("isDoClopperPearson", "true", "isDoJeffreys", "true", "isDoProfileLikelihood", "true");
 }
 
+const Texts kXY{"x", "y"};
+const Texts kXYZ{"x", "y", "z"};
+const TestSettings kCochran = Successes({"p", "q", "r"}, "successCategoryList");
+
 // No entry that takes its classes from the first record, and no runs of records.
-const Entry kEntries[] = {
-    {"OBinomial", [] { return Binary("p", "yes"); }},
-    {"OBinomial", [] { return Of("x"); }, true},
-    {"OChiSquare", [] { return Of("h"); }},
-    {"OEstimateConfidenceInterval", [] { return Intervals("yes"); }},
-    {"OKolmogorovSmirnovExponential", [] { return Of("count"); }},
-    {"OKolmogorovSmirnovNormal", [] { return Of("x"); }},
-    {"OKolmogorovSmirnovPoisson", [] { return Of("count"); }},
-    {"OKolmogorovSmirnovUniform", [] { return Of("x"); }},
-    {"OWilcoxonSignedRanks", [] { return Of("x"); }},
-    {"RCochransQ",
-     [] {
-       return Compared(Successes({"p", "q", "r"}, "successCategoryList"), "pairWise");
-     }},
-    {"RCochransQ",
-     [] {
-       return Compared(Successes({"p", "q", "r"}, "successCategoryList"), "stepWise");
-     }},
-    {"RFriedmansTwoWayByRanks",
-     [] {
-       return Compared(Of(Texts{"x", "y", "z"}), "pairWise");
-     },
-     true},
-    {"RFriedmansTwoWayByRanks",
-     [] {
-       return Compared(Of(Texts{"x", "y", "z"}), "stepWise");
-     },
-     true},
-    {"RHodgesLehmannEstimatePairs",
-     [] {
-       return Of(Texts{"x", "y"});
-     }},
-    {"RKendallsCoefficient",
-     [] {
-       return Compared(Of(Texts{"x", "y", "z"}), "pairWise");
-     },
-     true},
-    {"RMarginalHomogeneity",
-     [] {
-       return Of(Texts{"o1", "o2"});
-     }},
-    {"RMcNemar",
-     [] {
-       return Successes({"p", "q"}, "categoriesList");
-     }},
-    {"RSign",
-     [] {
-       return Of(Texts{"x", "y"});
-     },
-     true},
-    {"RWilcoxonSignedRanks",
-     [] {
-       return Of(Texts{"x", "y"});
-     },
-     true},
-    {"IHodgesLehmannEstimateGroups", [] { return Between("g"); }},
-    {"IJonckheereTerpstra", [] { return Compared(Between("h"), "pairWise"); }, true},
-    {"IJonckheereTerpstra", [] { return Compared(Between("h"), "stepWise"); }, true},
-    {"IKolmogorovSmirnov", [] { return Between("g"); }, true},
-    {"IKruskalWallis", [] { return Compared(Between("h"), "pairWise"); }, true},
-    {"IKruskalWallis", [] { return Compared(Between("h"), "stepWise"); }, true},
-    {"IMannWhitneyU", [] { return Between("g"); }, true},
-    {"IMedian", [] { return Compared(Between("h"), "pairWise"); }, true},
-    {"IMedian", [] { return Compared(Between("h"), "stepWise"); }, true},
-    {"IMoses", [] { return Between("g"); }, true},
-    {"IWaldWolfowitzRuns", [] { return Between("g"); }, true},
+const Tested kEntries[] = {
+    {"OBinomial", Binary("p", "yes")},
+    {"OBinomial", Of("x"), true},
+    {"OChiSquare", Of("h")},
+    {"OEstimateConfidenceInterval", Intervals("yes")},
+    {"OKolmogorovSmirnovExponential", Of("count")},
+    {"OKolmogorovSmirnovNormal", Of("x")},
+    {"OKolmogorovSmirnovPoisson", Of("count")},
+    {"OKolmogorovSmirnovUniform", Of("x")},
+    {"OWilcoxonSignedRanks", Of("x")},
+    {"RCochransQ", Compared(kCochran, "pairWise")},
+    {"RCochransQ", Compared(kCochran, "stepWise")},
+    {"RFriedmansTwoWayByRanks", Compared(Of(kXYZ), "pairWise"), true},
+    {"RFriedmansTwoWayByRanks", Compared(Of(kXYZ), "stepWise"), true},
+    {"RHodgesLehmannEstimatePairs", Of(kXY)},
+    {"RKendallsCoefficient", Compared(Of(kXYZ), "pairWise"), true},
+    {"RMarginalHomogeneity", Of(Texts{"o1", "o2"})},
+    {"RMcNemar", Successes({"p", "q"}, "categoriesList")},
+    {"RSign", Of(kXY), true},
+    {"RWilcoxonSignedRanks", Of(kXY), true},
+    {"IHodgesLehmannEstimateGroups", Between("g")},
+    {"IJonckheereTerpstra", Compared(Between("h"), "pairWise"), true},
+    {"IJonckheereTerpstra", Compared(Between("h"), "stepWise"), true},
+    {"IKolmogorovSmirnov", Between("g"), true},
+    {"IKruskalWallis", Compared(Between("h"), "pairWise"), true},
+    {"IKruskalWallis", Compared(Between("h"), "stepWise"), true},
+    {"IMannWhitneyU", Between("g"), true},
+    {"IMedian", Compared(Between("h"), "pairWise"), true},
+    {"IMedian", Compared(Between("h"), "stepWise"), true},
+    {"IMoses", Between("g"), true},
+    {"IWaldWolfowitzRuns", Between("g"), true},
 };
 
 // In the order in which the records stand.
-const Entry kOrderedEntries[] = {
-    {"ORuns", [] { return Of("x"); }},
-    {"ORuns", [] { return Of("p"); }},
-    {"OBinomial", [] { return Of("p"); }},
-    {"RMcNemar",
-     [] {
-       return Of(Texts{"p", "q"});
-     }},
-    {"RCochransQ",
-     [] {
-       return Of(Texts{"p", "q", "r"});
-     }},
+const Tested kOrderedEntries[] = {
+    {"ORuns", Of("x")},
+    {"ORuns", Of("p")},
+    {"OBinomial", Of("p")},
+    {"RMcNemar", Of(Texts{"p", "q"})},
+    {"RCochransQ", Of(Texts{"p", "q", "r"})},
 };
 
-QDSettings AllEntries(const std::string& missingTreatment) {
-  QDSettings all;
-  all.AddNewSetting("missingTreatment", missingTreatment, std::string());
-  for (const Entry& each : kEntries) all.AddNewSetting(each.name, each.make().Get(), std::string());
-  for (const Entry& each : kOrderedEntries) {
-    all.AddNewSetting(each.name, each.make().Get(), std::string());
-  }
+TestSettings AllEntries(const std::string& missingTreatment) {
+  TestSettings all = Entry("missingTreatment", missingTreatment);
+  for (const Tested& each : kEntries) all.Put(each.name, each.entry);
+  for (const Tested& each : kOrderedEntries) all.Put(each.name, each.entry);
   return all;
 }
 
@@ -216,7 +165,7 @@ bool IsAlike(const std::string& first, const std::string& second) {
   return i >= first.size() && k >= second.size();
 }
 
-void RequireAlike(const Entry& entry, const std::string& first, const std::string& second) {
+void RequireAlike(const Tested& entry, const std::string& first, const std::string& second) {
   if (IsAlike(first, second)) return;
   RC_LOG() << entry.name << "\n" << first << "\n" << second;
   RC_FAIL("not alike");
@@ -229,7 +178,7 @@ AlgorithmElement Run(const Rows& rows, const std::string& name, const TestSettin
 
 TEST(PropertyTable, NamesEveryTest) {
   for (const TestTableRow& row : TestTable()) {
-    const auto isIt = [&](const Entry& entry) { return entry.name == row.entryName; };
+    const auto isIt = [&](const Tested& entry) { return entry.name == row.entryName; };
     EXPECT_TRUE(std::any_of(std::begin(kEntries), std::end(kEntries), isIt) ||
                 std::any_of(std::begin(kOrderedEntries), std::end(kOrderedEntries), isIt))
         << row.entryName;
@@ -240,9 +189,9 @@ RC_GTEST_PROP(Property, OrderOfRecordsIsOfNoMatter, ()) {
   const Rows rows = *Records();
   Rows shuffled = rows;
   std::shuffle(shuffled.begin(), shuffled.end(), std::mt19937(*rc::gen::arbitrary<unsigned>()));
-  for (const Entry& entry : kEntries) {
-    RequireAlike(entry, Run(rows, entry.name, entry.make()).Xml(),
-                 Run(shuffled, entry.name, entry.make()).Xml());
+  for (const Tested& entry : kEntries) {
+    RequireAlike(entry, Run(rows, entry.name, entry.entry).Xml(),
+                 Run(shuffled, entry.name, entry.entry).Xml());
   }
 }
 
@@ -262,9 +211,9 @@ RC_GTEST_PROP(Property, RecordOfWeightWCountsAsWRecords, ()) {
   for (const std::vector<double>& row : rows) {
     repeated.insert(repeated.end(), static_cast<std::size_t>(row[W]), row);
   }
-  const auto check = [&](const Entry& entry) {
-    RequireAlike(entry, WithoutOutliers(Run(rows, entry.name, entry.make()).Xml()),
-                 WithoutOutliers(Run(repeated, entry.name, entry.make(), false).Xml()));
+  const auto check = [&](const Tested& entry) {
+    RequireAlike(entry, WithoutOutliers(Run(rows, entry.name, entry.entry).Xml()),
+                 WithoutOutliers(Run(repeated, entry.name, entry.entry, false).Xml()));
   };
   std::for_each(std::begin(kEntries), std::end(kEntries), check);
   std::for_each(std::begin(kOrderedEntries), std::end(kOrderedEntries), check);
@@ -280,10 +229,10 @@ RC_GTEST_PROP(Property, RanksKnowNoScale, ()) {
       if (row[column] != kMissing) row[column] = row[column] * scale + shift;
     }
   }
-  for (const Entry& entry : kEntries) {
+  for (const Tested& entry : kEntries) {
     if (!entry.isByRanks) continue;
-    const AlgorithmElement first = Run(rows, entry.name, entry.make());
-    const AlgorithmElement second = Run(moved, entry.name, entry.make());
+    const AlgorithmElement first = Run(rows, entry.name, entry.entry);
+    const AlgorithmElement second = Run(moved, entry.name, entry.entry);
     RC_ASSERT(first.Decision() == second.Decision());
     RC_ASSERT(first.MessageCodes() == second.MessageCodes());
     for (const char* figure :
@@ -297,133 +246,51 @@ RC_GTEST_PROP(Property, RanksKnowNoScale, ()) {
 
 struct Swap {
   const char* name;
-  TestSettings (*first)();
-  TestSettings (*second)();
+  TestSettings first, second;
   std::vector<const char*> kept;
-  std::vector<std::pair<const char*, const char*>> negated;
+  std::vector<std::pair<const char*, const char*>> negated = {};
 };
 
 const std::vector<const char*> kTwoSided = {"AsymptoticSig2Tailed", "ExactSig2Tailed", "TotalN"};
-constexpr std::pair<const char*, const char*> kZ{"StandardTestStatistic", "StandardTestStatistic"};
+const std::vector<const char*> kStatistic = {"TestStatistic", "AsymptoticSig2Tailed",
+                                             "ExactSig2Tailed", "TotalN"};
+const std::vector<const char*> kOneSided = {
+    "MinimumRuns/AsymptoticSig1Tailed", "MaximumRuns/AsymptoticSig1Tailed",
+    "MaximumRuns/ExactSig1Tailed", "MinimumRuns/ExactSig1Tailed", "TotalN"};
+const std::vector<std::pair<const char*, const char*>> kZ{
+    {"StandardTestStatistic", "StandardTestStatistic"}};
+const std::vector<std::pair<const char*, const char*>> kEnds{
+    {"Estimate", "Estimate"}, {"Lower", "Upper"}, {"Upper", "Lower"}};
+const TestSettings kAFirst = Given({"a"}, {"b", "c"});
+const TestSettings kALast = Given({"b", "c"}, {"a"});
+const TestSettings kYX = Of(Texts{"y", "x"});
 
 const Swap kSwaps[] = {
-    {"IMannWhitneyU",
-     [] {
-       return Given({"a"}, {"b", "c"});
-     },
-     [] {
-       return Given({"b", "c"}, {"a"});
-     },
-     kTwoSided,
-     {kZ}},
-    {"IKolmogorovSmirnov",
-     [] {
-       return Given({"a"}, {"b", "c"});
-     },
-     [] {
-       return Given({"b", "c"}, {"a"});
-     },
-     {"AsymptoticSig2Tailed", "Absolute", "TestStatistic"},
-     {}},
-    {"IWaldWolfowitzRuns",
-     [] {
-       return Given({"a"}, {"b", "c"});
-     },
-     [] {
-       return Given({"b", "c"}, {"a"});
-     },
-     {"MinimumRuns/AsymptoticSig1Tailed", "MaximumRuns/AsymptoticSig1Tailed",
-      "MaximumRuns/ExactSig1Tailed", "MinimumRuns/ExactSig1Tailed", "TotalN"},
-     {}},
-    {"IHodgesLehmannEstimateGroups",
-     [] {
-       return Given({"a"}, {"b", "c"});
-     },
-     [] {
-       return Given({"b", "c"}, {"a"});
-     },
-     {},
-     {{"Estimate", "Estimate"}, {"Lower", "Upper"}, {"Upper", "Lower"}}},
-    {"RSign",
-     [] {
-       return Of(Texts{"x", "y"});
-     },
-     [] {
-       return Of(Texts{"y", "x"});
-     },
-     kTwoSided,
-     {kZ}},
-    {"RWilcoxonSignedRanks",
-     [] {
-       return Of(Texts{"x", "y"});
-     },
-     [] {
-       return Of(Texts{"y", "x"});
-     },
-     kTwoSided,
-     {kZ}},
-    {"RHodgesLehmannEstimatePairs",
-     [] {
-       return Of(Texts{"x", "y"});
-     },
-     [] {
-       return Of(Texts{"y", "x"});
-     },
-     {},
-     {{"Estimate", "Estimate"}, {"Lower", "Upper"}, {"Upper", "Lower"}}},
-    {"RMarginalHomogeneity",
-     [] {
-       return Of(Texts{"o1", "o2"});
-     },
-     [] {
-       return Of(Texts{"o2", "o1"});
-     },
-     kTwoSided,
-     {kZ}},
-    {"RMcNemar",
-     [] {
-       return Successes({"p", "q"}, "categoriesList");
-     },
-     [] {
-       return Successes({"q", "p"}, "categoriesList");
-     },
-     {"TestStatistic", "AsymptoticSig2Tailed", "ExactSig2Tailed", "TotalN"},
-     {}},
-    {"RCochransQ",
-     [] {
-       return Successes({"p", "q", "r"}, "successCategoryList");
-     },
-     [] {
-       return Successes({"r", "p", "q"}, "successCategoryList");
-     },
-     {"TestStatistic", "AsymptoticSig2Tailed", "TotalN"},
-     {}},
-    {"RFriedmansTwoWayByRanks",
-     [] {
-       return Of(Texts{"x", "y", "z"});
-     },
-     [] {
-       return Of(Texts{"z", "x", "y"});
-     },
-     {"TestStatistic", "AsymptoticSig2Tailed", "TotalN"},
-     {}},
-    {"OBinomial",  // the complementary category, p = 1/2
-     [] { return Binary("p", "yes"); },
-     [] { return Binary("p", "no"); },
-     kTwoSided,
-     {kZ}},
+    {"IMannWhitneyU", kAFirst, kALast, kTwoSided, kZ},
+    {"IKolmogorovSmirnov", kAFirst, kALast, {"AsymptoticSig2Tailed", "Absolute", "TestStatistic"}},
+    {"IWaldWolfowitzRuns", kAFirst, kALast, kOneSided},
+    {"IHodgesLehmannEstimateGroups", kAFirst, kALast, {}, kEnds},
+    {"RSign", Of(kXY), kYX, kTwoSided, kZ},
+    {"RWilcoxonSignedRanks", Of(kXY), kYX, kTwoSided, kZ},
+    {"RHodgesLehmannEstimatePairs", Of(kXY), kYX, {}, kEnds},
+    {"RMarginalHomogeneity", Of(Texts{"o1", "o2"}), Of(Texts{"o2", "o1"}), kTwoSided, kZ},
+    {"RMcNemar", Successes({"p", "q"}, "categoriesList"), Successes({"q", "p"}, "categoriesList"),
+     kStatistic},
+    {"RCochransQ", kCochran, Successes({"r", "p", "q"}, "successCategoryList"), kStatistic},
+    {"RFriedmansTwoWayByRanks", Of(kXYZ), Of(Texts{"z", "x", "y"}), kStatistic},
+    // The complementary category, p = 1/2.
+    {"OBinomial", Binary("p", "yes"), Binary("p", "no"), kTwoSided, kZ},
     {"ORuns",
-     [] { return Binary("p", "yes"); },
-     [] { return Binary("p", "no"); },
-     {"TestStatistic", "StandardTestStatistic", "AsymptoticSig2Tailed", "TotalN"},
-     {}},
+     Binary("p", "yes"),
+     Binary("p", "no"),
+     {"TestStatistic", "StandardTestStatistic", "AsymptoticSig2Tailed", "TotalN"}},
 };
 
 RC_GTEST_PROP(Property, SwappedSidesChangeTheSignAndNoP, ()) {
   const Rows rows = *Records();
   for (const Swap& swap : kSwaps) {
-    const AlgorithmElement first = Run(rows, swap.name, swap.first());
-    const AlgorithmElement second = Run(rows, swap.name, swap.second());
+    const AlgorithmElement first = Run(rows, swap.name, swap.first);
+    const AlgorithmElement second = Run(rows, swap.name, swap.second);
     RC_LOG() << swap.name << first.Xml() << second.Xml();
     RC_ASSERT(first.Decision() == second.Decision());
     for (const char* figure : swap.kept)
@@ -474,52 +341,42 @@ std::string RunHostSettings(const Rows& rows, const TestSettings& chosen) {
 }
 
 RC_GTEST_PROP(Property, AutomaticChoiceIsTheSameTestByHand, ()) {
-  constexpr std::pair kPairwise{"typeOfMultipleComparison", "pairWise"};
+  const TestSettings pairwise = Entry("typeOfMultipleComparison", "pairWise");
+  const auto single = [](const char* field) { return Entry("oneSampleVariables", Texts{field}); };
+  const auto related = [](const Texts& fields) { return Entry("relatedVariables", fields); };
+  const auto by = [](const char* group) {
+    return Entry("independentVariables", Texts{"x"}, "groupVariable", group);
+  };
   const struct {
-    const char* family;
-    const char* listKey;
-    Texts fields;
-    const char* group;
+    std::string family;
+    TestSettings fields;
     const char* test;
-    std::pair<const char*, const char*> setting;  // of the test, by hand
+    TestSettings setting = {};  // of the test, by hand
   } choices[] = {
-      {"OneSample", "oneSampleVariables", {"p"}, nullptr, "OBinomial", {}},
-      {"OneSample",
-       "oneSampleVariables",
-       {"h"},
-       nullptr,
-       "OChiSquare",
-       {"classFormation", "getFromData"}},
-      {"OneSample", "oneSampleVariables", {"x"}, nullptr, "OKolmogorovSmirnovNormal", {}},
-      {"Related", "relatedVariables", {"x", "y"}, nullptr, "RWilcoxonSignedRanks", {}},
-      {"Related",
-       "relatedVariables",
-       {"x", "y", "z"},
-       nullptr,
-       "RFriedmansTwoWayByRanks",
-       kPairwise},
-      {"Related", "relatedVariables", {"p", "q"}, nullptr, "RMcNemar", {}},
-      {"Related", "relatedVariables", {"p", "q", "r"}, nullptr, "RCochransQ", kPairwise},
-      {"Independent", "independentVariables", {"x"}, "g", "IMannWhitneyU", {}},
-      {"Independent", "independentVariables", {"x"}, "h", "IKruskalWallis", kPairwise},
+      {"OneSample", single("p"), "OBinomial"},
+      {"OneSample", single("h"), "OChiSquare", Entry("classFormation", "getFromData")},
+      {"OneSample", single("x"), "OKolmogorovSmirnovNormal"},
+      {"Related", related(kXY), "RWilcoxonSignedRanks"},
+      {"Related", related(kXYZ), "RFriedmansTwoWayByRanks", pairwise},
+      {"Related", related({"p", "q"}), "RMcNemar"},
+      {"Related", related({"p", "q", "r"}), "RCochransQ", pairwise},
+      {"Independent", by("g"), "IMannWhitneyU"},
+      {"Independent", by("h"), "IKruskalWallis", pairwise},
   };
   const Rows rows = *Records();
   for (const auto& choice : choices) {
-    const auto document = [&](const char* isAutomatic) {
-      TestSettings settings;
-      settings.Put(choice.listKey, choice.fields);
-      if (choice.group != nullptr) settings.Put("groupVariable", choice.group);
-      settings.Put("isAutomatically" + std::string(choice.family), isAutomatic);
-      TestSettings test;
-      test.Put("isSelected", "true");
-      if (choice.setting.first != nullptr) test.Put(choice.setting.first, choice.setting.second);
-      if (isAutomatic == std::string("false")) settings.Put(choice.test, test.Get());
+    const auto document = [&](bool isAutomatic) {
+      TestSettings settings = choice.fields;
+      settings.Put("isAutomatically" + choice.family, isAutomatic ? "true" : "false");
+      if (!isAutomatic) {
+        settings.Put(choice.test, TestSettings(choice.setting).Put("isSelected", "true"));
+      }
       return RunHostSettings(rows, settings);
     };
     RC_LOG() << choice.test << "\n";
-    const std::string automatic = document("true");
+    const std::string automatic = document(true);
     RC_ASSERT(AlgorithmElement::AllOf(automatic).size() == 1u);
-    RC_ASSERT(document("false") == automatic);
+    RC_ASSERT(document(false) == automatic);
   }
 }
 
@@ -538,9 +395,9 @@ RC_GTEST_PROP(Property, TestsOfOneRunDoNotDisturbEachOther, ()) {
     together.push_back(each.Xml());
   }
   Texts alone;
-  for (const Entry& entry : kEntries) alone.push_back(Run(rows, entry.name, entry.make()).Xml());
-  for (const Entry& entry : kOrderedEntries)
-    alone.push_back(Run(rows, entry.name, entry.make()).Xml());
+  for (const Tested& entry : kEntries) alone.push_back(Run(rows, entry.name, entry.entry).Xml());
+  for (const Tested& entry : kOrderedEntries)
+    alone.push_back(Run(rows, entry.name, entry.entry).Xml());
   // Tests that read the records in a sorted order stand behind the others.
   std::sort(together.begin(), together.end());
   std::sort(alone.begin(), alone.end());

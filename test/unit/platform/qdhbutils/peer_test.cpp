@@ -74,46 +74,19 @@ TEST(QDPeer, HostWithoutDeliveryStillGetsMessagesOnRequest) {
   EXPECT_THAT(MessagesOf(peer), testing::HasSubstr("code=\"7\""));
 }
 
-TEST(QDPeer, UnreadableDocumentIsToldWithItsProblem) {
+TEST(QDPeer, WhatIsNotOfferedIsRefused) {
   RecordingHost host;
-  Peer peer(host);
-  std::int32_t err = 0;
-  host.parameters = "<Parameters><x/></Parameters>";
-  EXPECT_EQ(peer.ScanParameters(&err), HB_FAILED);
-  EXPECT_EQ(err, QDHB_700::kBadParameters);
-  static_cast<void>(peer.CollectMsgs(3, err, &err));
-  host.modelText = "<DataModel><y/></DataModel>";
-  EXPECT_EQ(peer.ParseDataModel(&err, false, 1), HB_FAILED);
-  EXPECT_EQ(err, QDHB_700::kBadDataModel);
-  static_cast<void>(peer.CollectMsgs(3, err, &err));
-  EXPECT_THAT(
-      host.messages,
-      ElementsAre(
-          RecordingHost::DeliveredMessage{3, 240011, {"line 1, column 13: unknown element 'x'"}},
-          RecordingHost::DeliveredMessage{3, 240013, {"line 1, column 12: unknown element 'y'"}}));
-  EXPECT_EQ(host.OpenDocuments(), 0);
-}
-
-TEST(QDPeer, DocumentsThatTheHostDoesNotGiveAreTold) {
-  RecordingHost host;
-  Peer peer(host);
-  std::int32_t err = 0;
-  host.FailCall("getParameters", 1);
-  EXPECT_EQ(peer.ScanParameters(&err), HB_FAILED);
-  EXPECT_EQ(err, QDHB_700::kNoParameters);
-  EXPECT_EQ(peer.ScanParameters(&err), HB_OK);
-  host.FailCall("getDataModel", 1);
-  EXPECT_EQ(peer.ParseDataModel(&err, false, 1), HB_FAILED);
-  EXPECT_EQ(err, QDHB_700::kNoDataModel);
-  host.fields = "<Field name='a'/>";
-  EXPECT_EQ(peer.ParseDataModel(&err, true, 1), HB_OK);
-  EXPECT_EQ(peer.GetDataModelParser()->FieldCount(), 1u);
   host.contextTable.size = sizeof(std::size_t);  // a table without any entry
+  Peer peer(host);
+  std::int32_t err = 0;
   EXPECT_EQ(peer.ScanParameters(&err), HB_FAILED);
   EXPECT_EQ(peer.ParseDataModel(&err, false, 1), HB_FAILED);
   HBIterator* iterator = host.Iterator();
   EXPECT_EQ(peer.GetInputIterator(0, &iterator, &err), HB_FAILED);
   EXPECT_EQ(iterator, nullptr);
+  EXPECT_EQ(err, QDHB_700::kNotOffered);
+  EXPECT_EQ(peer.GetRecordValue(0, nullptr, nullptr, &err), HB_END_OF_RECORDS);
+  EXPECT_EQ(peer.PSMMerge(&err), HB_FAILED);
   EXPECT_EQ(err, QDHB_700::kNotOffered);
 }
 
@@ -133,23 +106,6 @@ TEST(QDPeer, RequirementsStandUntilTheNextConfiguration) {
   static_cast<void>(peer.ScanParameters(&err));
   EXPECT_EQ(peer.GetExecutionRequirements(buffer, sizeof buffer, &needed, &err),
             NPAR_NOT_CONFIGURED);
-}
-
-TEST(QDPeer, AnswersOfAComponentWithoutOutputRecords) {
-  RecordingHost host;
-  Peer peer(host);
-  std::int32_t err = 0;
-  std::int32_t inputs = 0;
-  std::int32_t passes = 0;
-  std::int32_t order = 9;
-  EXPECT_EQ(peer.GetIteratorRequirements(&inputs, &passes, &order, &err), HB_OK);
-  EXPECT_EQ(inputs, 1);
-  EXPECT_EQ(passes, NPAR_READ_REPEATEDLY);
-  EXPECT_EQ(order, NPAR_STORED_ORDER);
-  EXPECT_EQ(peer.NextRecord(&err), HB_END_OF_RECORDS);
-  EXPECT_EQ(peer.GetRecordValue(0, nullptr, nullptr, &err), HB_END_OF_RECORDS);
-  EXPECT_EQ(peer.PSMMerge(&err), HB_FAILED);
-  EXPECT_EQ(err, QDHB_700::kNotOffered);
 }
 
 TEST(QDPeer, HostInformationAndProgressPassThrough) {

@@ -59,17 +59,25 @@ const QDVarList& Variables() {
   return variables;
 }
 
-/// The flat settings one a line, then "code: parameter / parameter" for each warning, then the
-/// status where it is not 0.
+/// The flat settings one a line, entries without their name and their running number, then "code:
+/// parameter / parameter" for each warning, then the status where it is not 0.
 std::string Translated(const Host& host) {
   QDSettings target;
   NPARSettingsTranslator translator(host.Settings(), Variables(), target);
   const QDStatus status = translator.Run();
   std::string text;
+  int testIndex = 0;
   for (std::size_t i = 0; i < target.Size(); ++i) {
-    QDSettings line;
-    line.AddNewSetting(*target.GetSettingAt(i));
-    text += SettingsText(line) + "\n";
+    QDSettings setting;
+    setting.AddNewSetting(*target.GetSettingAt(i));
+    std::string line = SettingsText(setting);
+    const std::string numbered = "AlgorithmName=" + target.GetSettingAt(i)->GetName() +
+                                 " testIndex=" + std::to_string(testIndex) + " ";
+    if (const std::size_t at = line.find(numbered); at != std::string::npos) {
+      line.erase(at, numbered.size());
+      ++testIndex;
+    }
+    text += line + "\n";
   }
   for (std::size_t i = 0; i < translator.GetWarningCodes().size(); ++i) {
     const QDStatus warning = translator.GetWarningCodes()[i];
@@ -135,19 +143,17 @@ TEST(SettingsTranslator, OneSampleTestsMakeAnEntryForEachFieldOfAFittingKind) {
                                {"isDoClopperPearson", "false"},
                                {"isDoJeffreys", "true"},
                                {"unknown", "x"}}),
-       "OBinomial={AlgorithmName=OBinomial testIndex=0 variableName=o1 testProbability=0.4 "
+       "OBinomial={variableName=o1 testProbability=0.4 catVarClassFormation=givenCategoryList "
+       "givenCategoryList=[low|none] } \n"
+       "OEstimateConfidenceInterval={variableName=o1 isDoClopperPearson=false isDoJeffreys=true "
        "catVarClassFormation=givenCategoryList givenCategoryList=[low|none] } \n"
-       "OEstimateConfidenceInterval={AlgorithmName=OEstimateConfidenceInterval testIndex=1 "
-       "variableName=o1 isDoClopperPearson=false isDoJeffreys=true "
-       "catVarClassFormation=givenCategoryList givenCategoryList=[low|none] } \n"
-       "OBinomial={AlgorithmName=OBinomial testIndex=2 variableName=c1 testProbability=0.4 "
-       "contVarClassFormation=givenCutPoint givenCutPoint=3 } \n"
-       "OEstimateConfidenceInterval={AlgorithmName=OEstimateConfidenceInterval testIndex=3 "
-       "variableName=c1 isDoClopperPearson=false isDoJeffreys=true "
+       "OBinomial={variableName=c1 testProbability=0.4 contVarClassFormation=givenCutPoint "
+       "givenCutPoint=3 } \n"
+       "OEstimateConfidenceInterval={variableName=c1 isDoClopperPearson=false isDoJeffreys=true "
        "contVarClassFormation=givenCutPoint givenCutPoint=3 } \n"},
       {"no interval is asked for; a cut point that is no number stays out",
        OneSample({"c1"}).Test("OBinomial", {{"isDoJeffreys", "false"}, {"givenCutPoint", "x"}}),
-       "OBinomial={AlgorithmName=OBinomial testIndex=0 variableName=c1 } \n"},
+       "OBinomial={variableName=c1 } \n"},
       {"a test that is not selected, one that does not say so, a key of another family, and what "
        "stands behind it",
        OneSample({"c1"})
@@ -156,24 +162,19 @@ TEST(SettingsTranslator, OneSampleTestsMakeAnEntryForEachFieldOfAFittingKind) {
            .Test("ORuns", {{"contVarClassFormation", "cutPointValue"}, {"cutPointValue", "2"}})
            .Test("RSign")
            .Test("OWilcoxonSignedRanks"),
-       "ORuns={AlgorithmName=ORuns testIndex=0 variableName=c1 "
-       "contVarClassFormation=cutPointValue cutPointValue=2 } \n"},
+       "ORuns={variableName=c1 contVarClassFormation=cutPointValue cutPointValue=2 } \n"},
       {"runs of a categorical field read no cut point",
        OneSample({"n1"}).Test("ORuns", {{"catVarClassFormation", "getFromData"},
                                         {"contVarClassFormation", "cutPointMean"}}),
-       "ORuns={AlgorithmName=ORuns testIndex=0 variableName=n1 "
-       "catVarClassFormation=getFromData } \n"},
+       "ORuns={variableName=n1 catVarClassFormation=getFromData } \n"},
       {"expected values go along only where they are asked for",
        OneSample({"n1"})
            .Test("OChiSquare", {{"classFormation", "getFromData"}, {"custom", "a|b"}})
            .Test("OChiSquare", {{"classFormation", "custom"}, {"custom", "a|b"}})
            .Test("OChiSquare", {{"classFormation", "givenExpectedValue"}, {"custom", "a|b"}}),
-       "OChiSquare={AlgorithmName=OChiSquare testIndex=0 variableName=n1 "
-       "classFormation=getFromData } \n"
-       "OChiSquare={AlgorithmName=OChiSquare testIndex=1 variableName=n1 classFormation=custom "
-       "custom=[a|b] } \n"
-       "OChiSquare={AlgorithmName=OChiSquare testIndex=2 variableName=n1 "
-       "classFormation=givenExpectedValue custom=[a|b] } \n"},
+       "OChiSquare={variableName=n1 classFormation=getFromData } \n"
+       "OChiSquare={variableName=n1 classFormation=custom custom=[a|b] } \n"
+       "OChiSquare={variableName=n1 classFormation=givenExpectedValue custom=[a|b] } \n"},
       {"each distribution with its parameters",
        OneSample({"c1"})
            .Test("OKolmogorovSmirnovNormal",
@@ -182,16 +183,12 @@ TEST(SettingsTranslator, OneSampleTestsMakeAnEntryForEachFieldOfAFittingKind) {
            .Test("OKolmogorovSmirnovPoisson", {{"mean", "1"}, {"stdDev", "2"}})
            .Test("OKolmogorovSmirnovExponential", {{"mean", "1"}})
            .Test("OWilcoxonSignedRanks", {{"userSpecifyTestValue", "true"}, {"testValue", "5"}}),
-       "OKolmogorovSmirnovNormal={AlgorithmName=OKolmogorovSmirnovNormal testIndex=0 "
-       "distributionFunction=normal variableName=c1 isUseSample=false mean=1 stdDev=2 } \n"
-       "OKolmogorovSmirnovUniform={AlgorithmName=OKolmogorovSmirnovUniform testIndex=1 "
-       "distributionFunction=uniform variableName=c1 min=3 max=4 } \n"
-       "OKolmogorovSmirnovPoisson={AlgorithmName=OKolmogorovSmirnovPoisson testIndex=2 "
-       "distributionFunction=poisson variableName=c1 mean=1 } \n"
-       "OKolmogorovSmirnovExponential={AlgorithmName=OKolmogorovSmirnovExponential testIndex=3 "
-       "distributionFunction=exponential variableName=c1 mean=1 } \n"
-       "OWilcoxonSignedRanks={AlgorithmName=OWilcoxonSignedRanks testIndex=4 variableName=c1 "
-       "userSpecifyTestValue=true testValue=5 } \n"},
+       "OKolmogorovSmirnovNormal={distributionFunction=normal variableName=c1 isUseSample=false "
+       "mean=1 stdDev=2 } \n"
+       "OKolmogorovSmirnovUniform={distributionFunction=uniform variableName=c1 min=3 max=4 } \n"
+       "OKolmogorovSmirnovPoisson={distributionFunction=poisson variableName=c1 mean=1 } \n"
+       "OKolmogorovSmirnovExponential={distributionFunction=exponential variableName=c1 mean=1 "
+       "} \nOWilcoxonSignedRanks={variableName=c1 userSpecifyTestValue=true testValue=5 } \n"},
   });
 }
 
@@ -212,17 +209,13 @@ TEST(SettingsTranslator, OneSampleTestsWarnOfFieldsThatTheyLeaveAside) {
            .Test("OWilcoxonSignedRanks")
            .Test("OKolmogorovSmirnovNormal", {}, "false")
            .Test("OChiSquare"),
-       "OWilcoxonSignedRanks={AlgorithmName=OWilcoxonSignedRanks testIndex=0 variableName=c1 } \n"
-       "OWilcoxonSignedRanks={AlgorithmName=OWilcoxonSignedRanks testIndex=1 variableName=c2 } \n"
-       "OChiSquare={AlgorithmName=OChiSquare testIndex=2 variableName=n1 } \n"
-       "OChiSquare={AlgorithmName=OChiSquare testIndex=3 variableName=n2 } \n"
-       "220021: c1 ,c2\n220023: n1 ,n2 / WilcoxonSignedRanks\n"},
+       "OWilcoxonSignedRanks={variableName=c1 } \nOWilcoxonSignedRanks={variableName=c2 } \n"
+       "OChiSquare={variableName=n1 } \nOChiSquare={variableName=n2 } \n220021: c1 ,c2\n"
+       "220023: n1 ,n2 / WilcoxonSignedRanks\n"},
       {"one name for each selected distribution",
        OneSample({"c1", "n1"}).Test("OKolmogorovSmirnovNormal").Test("OKolmogorovSmirnovPoisson"),
-       "OKolmogorovSmirnovNormal={AlgorithmName=OKolmogorovSmirnovNormal testIndex=0 "
-       "distributionFunction=normal variableName=c1 } \n"
-       "OKolmogorovSmirnovPoisson={AlgorithmName=OKolmogorovSmirnovPoisson testIndex=1 "
-       "distributionFunction=poisson variableName=c1 } \n"
+       "OKolmogorovSmirnovNormal={distributionFunction=normal variableName=c1 } \n"
+       "OKolmogorovSmirnovPoisson={distributionFunction=poisson variableName=c1 } \n"
        "220023: n1 / KolmogorovSmirnov ,KolmogorovSmirnov\n"},
       {"only categorical fields for a continuous test: no 220023",
        OneSample({"n1"}).Test("OWilcoxonSignedRanks"),
@@ -241,18 +234,15 @@ TEST(SettingsTranslator, RelatedTestsTakeAllFieldsOfAKindTogether) {
                                 {"successCategoryList", "yes|no"},
                                 {"typeOfMultipleComparison", "stepWise"}})
            .Test("RMarginalHomogeneity", {{"classFormation", "x"}}),
-       "RMcNemar={AlgorithmName=RMcNemar testIndex=0 variableName=[o1|o2] "
-       "classFormation=givenCategoryList categoriesList=[yes|no] } \n"
-       "RMcNemar={AlgorithmName=RMcNemar testIndex=1 variableName=[n1|n2] "
-       "classFormation=givenCategoryList categoriesList=[yes|no] } \n"
-       "RCochransQ={AlgorithmName=RCochransQ testIndex=2 variableName=[o1|o2] "
-       "classFormation=givenCategoryList successCategoryList=[yes|no] "
-       "typeOfMultipleComparison=stepWise } \n"
-       "RCochransQ={AlgorithmName=RCochransQ testIndex=3 variableName=[n1|n2] "
-       "classFormation=givenCategoryList successCategoryList=[yes|no] "
-       "typeOfMultipleComparison=stepWise } \n"
-       "RMarginalHomogeneity={AlgorithmName=RMarginalHomogeneity testIndex=4 "
-       "variableName=[o1|o2] } \n"},
+       "RMcNemar={variableName=[o1|o2] classFormation=givenCategoryList categoriesList=[yes|no] "
+       "} \n"
+       "RMcNemar={variableName=[n1|n2] classFormation=givenCategoryList categoriesList=[yes|no] "
+       "} \n"
+       "RCochransQ={variableName=[o1|o2] classFormation=givenCategoryList "
+       "successCategoryList=[yes|no] typeOfMultipleComparison=stepWise } \n"
+       "RCochransQ={variableName=[n1|n2] classFormation=givenCategoryList "
+       "successCategoryList=[yes|no] typeOfMultipleComparison=stepWise } \n"
+       "RMarginalHomogeneity={variableName=[o1|o2] } \n"},
       {"pairs of continuous fields",
        Related({"c2", "c1"})
            .Test("RSign")
@@ -260,23 +250,17 @@ TEST(SettingsTranslator, RelatedTestsTakeAllFieldsOfAKindTogether) {
            .Test("RHodgesLehmannEstimatePairs")
            .Test("RFriedmansTwoWayByRanks", {{"typeOfMultipleComparison", "none"}})
            .Test("RKendallsCoefficient", {{"typeOfMultipleComparison", "pairWise"}}),
-       "RSign={AlgorithmName=RSign testIndex=0 variableName=[c2|c1] } \n"
-       "RWilcoxonSignedRanks={AlgorithmName=RWilcoxonSignedRanks testIndex=1 "
-       "variableName=[c2|c1] } \n"
-       "RHodgesLehmannEstimatePairs={AlgorithmName=RHodgesLehmannEstimatePairs testIndex=2 "
-       "variableName=[c2|c1] } \n"
-       "RFriedmansTwoWayByRanks={AlgorithmName=RFriedmansTwoWayByRanks testIndex=3 "
-       "variableName=[c2|c1] typeOfMultipleComparison=none } \n"
-       "RKendallsCoefficient={AlgorithmName=RKendallsCoefficient testIndex=4 "
-       "variableName=[c2|c1] typeOfMultipleComparison=pairWise } \n"},
+       "RSign={variableName=[c2|c1] } \nRWilcoxonSignedRanks={variableName=[c2|c1] } \n"
+       "RHodgesLehmannEstimatePairs={variableName=[c2|c1] } \n"
+       "RFriedmansTwoWayByRanks={variableName=[c2|c1] typeOfMultipleComparison=none } \n"
+       "RKendallsCoefficient={variableName=[c2|c1] typeOfMultipleComparison=pairWise } \n"},
       {"three fields: none of the pair tests, all of the others",
        Related({"c1", "c2", "c3"})
            .Test("RSign")
            .Test("RWilcoxonSignedRanks")
            .Test("RHodgesLehmannEstimatePairs")
            .Test("RKendallsCoefficient"),
-       "RKendallsCoefficient={AlgorithmName=RKendallsCoefficient testIndex=0 "
-       "variableName=[c1|c2|c3] } \n"
+       "RKendallsCoefficient={variableName=[c1|c2|c3] } \n"
        "220017: Sign ,WilcoxonSignedRanks ,HodgesLehmannEstimatePairs\n"},
   });
 }
@@ -294,10 +278,9 @@ TEST(SettingsTranslator, RelatedTestsWarnOfKindsAndCountsThatDoNotFit) {
        "status 220001\n"},
       {"tests without any field of theirs",
        Related({"n1", "n2", "n3"}).Test("RMarginalHomogeneity").Test("RSign").Test("RCochransQ"),
-       "RCochransQ={AlgorithmName=RCochransQ testIndex=0 variableName=[n1|n2|n3] } \n"
-       "220020: MarginalHomogeneity ,Sign\n"},
+       "RCochransQ={variableName=[n1|n2|n3] } \n220020: MarginalHomogeneity ,Sign\n"},
       {"fields that no selected test takes", Related({"c1", "c2", "o1", "o2"}).Test("RSign"),
-       "RSign={AlgorithmName=RSign testIndex=0 variableName=[c1|c2] } \n220015: o1 ,o2\n"},
+       "RSign={variableName=[c1|c2] } \n220015: o1 ,o2\n"},
   });
 }
 
@@ -320,24 +303,19 @@ TEST(SettingsTranslator, IndependentTestsMakeAnEntryForEachContinuousField) {
            .Test("IKruskalWallis", {{"typeOfMultipleComparison", "pairWise"}})
            .Test("IJonckheereTerpstra", {{"typeOfMultipleComparison", "stepWise"},
                                          {"orderOfHypotheses", "orderLargestToSmallest"}}),
-       "IWaldWolfowitzRuns={AlgorithmName=IWaldWolfowitzRuns testIndex=0 variableName=c1 "
-       "groupVariableName=n1 userSpecifyGroupList=false } \n"
-       "IHodgesLehmannEstimateGroups={AlgorithmName=IHodgesLehmannEstimateGroups testIndex=1 "
-       "variableName=c1 groupVariableName=n1 } \n"
-       "IMedian={AlgorithmName=IMedian testIndex=2 variableName=c1 groupVariableName=n1 "
-       "typeOfMultipleComparison=none userSpecifyMedian=true median=4 "
-       "userSpecifyGroupRange=false } \n"
-       "IMannWhitneyU={AlgorithmName=IMannWhitneyU testIndex=3 variableName=c1 "
-       "groupVariableName=n1 userSpecifyGroupList=true group1List=[a|b] group2List=[c|d] } \n"
-       "IMoses={AlgorithmName=IMoses testIndex=4 variableName=c1 groupVariableName=n1 "
-       "userSpecifyNumberOfOutliers=true NumberOfOutliers=2 group1List=[a|b] } \n"
-       "IKolmogorovSmirnov={AlgorithmName=IKolmogorovSmirnov testIndex=5 variableName=c1 "
-       "groupVariableName=n1 group2List=[c|d] } \n"
-       "IKruskalWallis={AlgorithmName=IKruskalWallis testIndex=6 variableName=c1 "
-       "groupVariableName=n1 typeOfMultipleComparison=pairWise } \n"
-       "IJonckheereTerpstra={AlgorithmName=IJonckheereTerpstra testIndex=7 variableName=c1 "
-       "groupVariableName=n1 typeOfMultipleComparison=stepWise "
-       "orderOfHypotheses=orderLargestToSmallest } \n"},
+       "IWaldWolfowitzRuns={variableName=c1 groupVariableName=n1 userSpecifyGroupList=false } \n"
+       "IHodgesLehmannEstimateGroups={variableName=c1 groupVariableName=n1 } \n"
+       "IMedian={variableName=c1 groupVariableName=n1 typeOfMultipleComparison=none "
+       "userSpecifyMedian=true median=4 userSpecifyGroupRange=false } \n"
+       "IMannWhitneyU={variableName=c1 groupVariableName=n1 userSpecifyGroupList=true "
+       "group1List=[a|b] group2List=[c|d] } \n"
+       "IMoses={variableName=c1 groupVariableName=n1 userSpecifyNumberOfOutliers=true "
+       "NumberOfOutliers=2 group1List=[a|b] } \n"
+       "IKolmogorovSmirnov={variableName=c1 groupVariableName=n1 group2List=[c|d] } \n"
+       "IKruskalWallis={variableName=c1 groupVariableName=n1 typeOfMultipleComparison=pairWise "
+       "} \n"
+       "IJonckheereTerpstra={variableName=c1 groupVariableName=n1 "
+       "typeOfMultipleComparison=stepWise orderOfHypotheses=orderLargestToSmallest } \n"},
       {"fields of the wrong kind make no entry and a warning",
        Independent({"n2", "o1"}).Test("IMannWhitneyU"), "220024: n2 ,o1\nstatus 220001\n"},
       {"the parameter for unused continuous fields is the list of the others",
@@ -349,14 +327,13 @@ TEST(SettingsTranslator, IndependentTestsMakeAnEntryForEachContinuousField) {
            .Set("groupVariable", "n1")
            .Set("isAutomaticallyIndependent", "false")
            .Test("IMannWhitneyU"),
-       "IMannWhitneyU={AlgorithmName=IMannWhitneyU testIndex=0 variableName=c1 "
-       "groupVariableName=n1 } \n"},
+       "IMannWhitneyU={variableName=c1 groupVariableName=n1 } \n"},
       {"no group field leaves its key out",
        Host()
            .List("independentVariables", {"c1"})
            .Set("isAutomaticallyIndependent", "false")
            .Test("IMannWhitneyU"),
-       "IMannWhitneyU={AlgorithmName=IMannWhitneyU testIndex=0 variableName=c1 } \n"},
+       "IMannWhitneyU={variableName=c1 } \n"},
   });
 }
 

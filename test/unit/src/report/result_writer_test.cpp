@@ -67,7 +67,7 @@ TEST(ResultWriter, AnEmptyRunIsAWholeDocumentWithDefaults) {
 )");
 }
 
-// Fields of every kind and storage; a weight and a case identifier, which no summary shows; a field
+// The document is written_document.txt: fields of every kind and storage; a weight and a case identifier, which no summary shows; a field
 // without a positive count; text that must be escaped. Mean of 1, 1, -1: 1/3; the squares about it
 // sum to 8/3, over 2 degrees of freedom.
 TEST(ResultWriter, FieldsTestsAndDistributionsAreWrittenInFull) {
@@ -108,95 +108,7 @@ TEST(ResultWriter, FieldsTestsAndDistributionsAreWrittenInFull) {
                  std::move(tests), runInfo, 2);
 
   EXPECT_EQ(document.substr(document.find("  <DescriptiveSummary>")),
-            R"(  <DescriptiveSummary>
-   <Counts totalFreq="3" totalCount="2" droppedCount="4" badWeightCount="5.5" droppedFreq="6"/>
-  </DescriptiveSummary>
- </DescriptiveModel>
- <Extension extender="lyra.example">
-  <NPAROutput>
-   <Header copyright="(c) them">
-    <Application name="App &amp; Co" version="1.2"/>
-   </Header>
-   <DataDictionary numberOfFields="8">
-    <DataField index="0" name="x" displayName="Size &lt;cm&gt;" optype="continuous" dataType="double"/>
-    <DataField index="1" name="w" optype="continuous" dataType="double"/>
-    <DataField index="2" name="id" optype="continuous" dataType="double"/>
-    <DataField index="3" name="day" optype="continuous" dataType="dateDaysSince[1970]"/>
-    <DataField index="4" name="other" optype="continuous" dataType="dateTimeSecondsSince[1970]"/>
-    <DataField index="5" name="g;&quot;h&quot;" optype="categorical" dataType="string">
-     <Value index="0" value="a\;b" displayValue="Label" property="valid"/>
-     <Value index="1" value="c" property="valid"/>
-    </DataField>
-    <DataField index="6" name="n" optype="categorical" dataType="double">
-     <Value index="0" value="2.5" property="valid"/>
-    </DataField>
-    <DataField index="7" name="t" optype="categorical" dataType="timeSeconds"/>
-   </DataDictionary>
-   <NonParametricTests number="2" sigLevel="0.05" confidenceLevel="0.95" missingTreatment="listwise">
-    <Algorithm name="RSign" type="hypothesis_test" classification="Related_Samples" decision="retain">
-     <StructuredTable name="Condition">
-      <Attribute name="ConditionKey" value="R_Sign_2"/>
-      <Attribute name="%0" value="0"/>
-     </StructuredTable>
-    </Algorithm>
-    <Algorithm name="OBinomial" type="hypothesis_test" classification="One_Sample" decision="unknown">
-     <StructuredTable name="Condition">
-      <Attribute name="ConditionKey" value="R_Sign_2"/>
-      <Attribute name="%0" value="0"/>
-     </StructuredTable>
-    </Algorithm>
-   </NonParametricTests>
-   <FieldInfos>
-    <FieldInfo varIndex="0">
-     <StructuredTable name="ContinuousDistribution">
-      <Attribute name="TotalN" value="3"/>
-      <Attribute name="Min" value="-1"/>
-      <Attribute name="Max" value="1"/>
-      <Attribute name="Mean" value="0.333333333333333"/>
-      <Attribute name="StdDev" value="1.15470053837925"/>
-      <SimpleTable name="Interval">
-       <RowNames>count;value</RowNames>
-       <ColumnNames/>
-       <Row>1;2</Row>
-       <Row>-1;1</Row>
-      </SimpleTable>
-     </StructuredTable>
-    </FieldInfo>
-    <FieldInfo varIndex="3">
-     <StructuredTable name="ContinuousDistribution">
-      <Attribute name="TotalN" value="0"/>
-      <Attribute name="Min" value="nan"/>
-      <Attribute name="Max" value="nan"/>
-      <Attribute name="Mean" value="0"/>
-      <Attribute name="StdDev" value="0"/>
-     </StructuredTable>
-    </FieldInfo>
-    <FieldInfo varIndex="5">
-     <StructuredTable name="CategoricalDistribution">
-      <Attribute name="TotalN" value="3"/>
-      <SimpleTable name="Interval">
-       <RowNames>count;value</RowNames>
-       <ColumnNames/>
-       <Row>1;2</Row>
-       <Row>0;1</Row>
-      </SimpleTable>
-     </StructuredTable>
-    </FieldInfo>
-    <FieldInfo varIndex="6">
-     <StructuredTable name="CategoricalDistribution">
-      <Attribute name="TotalN" value="0"/>
-     </StructuredTable>
-    </FieldInfo>
-    <FieldInfo varIndex="7">
-     <StructuredTable name="CategoricalDistribution">
-      <Attribute name="TotalN" value="0"/>
-     </StructuredTable>
-    </FieldInfo>
-   </FieldInfos>
-  </NPAROutput>
- </Extension>
-</StatXML>
-)");
+            FileContent("test/support/references/written_document.txt"));
 }
 
 TEST(ResultWriter, AHundredThousandCategoriesTakeNoQuadraticTime) {
