@@ -52,7 +52,7 @@ void TwoGroups::BuildGroupOfCode() {
   }
 }
 
-bool TwoGroups::Check(NPARTest& test, const UnivariateResults* summaries,
+void TwoGroups::Check(NPARTest& test, const UnivariateResults* summaries,
                       const TwoGroupCodes& codes) const {
   const auto finding = [&]() -> std::int32_t {
     if (summaries == nullptr) return codes.noSummaries;
@@ -67,7 +67,6 @@ bool TwoGroups::Check(NPARTest& test, const UnivariateResults* summaries,
     return haveData ? 0 : codes.unpopulated;
   }();
   if (finding != 0) test.ReportStatus(QDStatus(finding), MessageKind::Error);
-  return finding == 0;
 }
 
 void TwoGroups::AppendRequired(std::vector<std::int64_t>& positions) const {

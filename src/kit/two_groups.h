@@ -27,9 +27,9 @@ class TwoGroups {
   /// "group1List" and "group2List", else "groupVariableValue1" and "groupVariableValue2". A code in
   /// both lists belongs to the first group.
   void Read(const QDSettings& settings);
-  /// Reports the first finding to the test; true without one. A list may name categories that have
-  /// no data, provided that one of its categories has some.
-  bool Check(NPARTest& test, const UnivariateResults* summaries, const TwoGroupCodes& codes) const;
+  /// Reports the first finding to the test. A list may name categories that have no data, provided
+  /// that one of its categories has some.
+  void Check(NPARTest& test, const UnivariateResults* summaries, const TwoGroupCodes& codes) const;
 
   /// Neither for a code of no group, also one outside the categories.
   [[nodiscard]] Group Of(const Record& record) const noexcept {

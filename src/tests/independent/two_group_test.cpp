@@ -25,7 +25,7 @@ QDStatus NPARTwoGroupTest::BeginPass() {
   }
   passesLeft = passCount - passIndex;
   if (passIndex == 0) {
-    static_cast<void>(groups.Check(*this, sharedData, codes));
+    groups.Check(*this, sharedData, codes);
   } else {
     histograms.Start();
   }

@@ -184,6 +184,8 @@ TEST_P(TwoGroupTests, AnEntryIsRefusedWithItsCodeAndParameters) {
        {"no second list of texts", listed("g", "group1List", a), Error(kind.emptyList)},
        {"no first list of numbers", listed("k", "group2List", one), Error(kind.emptyList)},
        {"no second list of numbers", listed("k", "group1List", one), Error(kind.emptyList)},
+       {"a list without values", listed("g", "group1List", Texts{}).Put("group2List", a),
+        Error(kind.emptyList)},
        {"texts for numbers", listed("k", "group1List", a).Put("group2List", a),
         Error(kind.emptyList)},
        {"three categories", by("x", "three"), Error(kind.notTwoCategories)}});
@@ -200,6 +202,7 @@ TEST_P(TwoGroupTests, GroupsWithoutDataAreRefused) {
   std::vector<EntryCase> cases{
       {"no record of group 1", listed({"b", "d"}, {"c"}), Error(kind.unpopulated)},
       {"no record of group 2", listed({"a"}, {"d", "b"}), Error(kind.unpopulated)},
+      {"no record of either", listed({"b"}, {"d"}), Error(kind.unpopulated)},
       {"no category at all", listed({"a"}, {"no category"}), Error(kind.unpopulated)}};
   if (kind.overlap != 0) {
     cases.push_back({"in both lists", listed({"a", "c"}, {"b", "c"}), Error(kind.overlap)});
@@ -208,6 +211,9 @@ TEST_P(TwoGroupTests, GroupsWithoutDataAreRefused) {
   ExpectFailures(GroupedVariables(4), rows, cases);
   EXPECT_TRUE(
       Run(GroupedVariables(4), rows, listed({"a", "d"}, {"b", "c"})).Has("StatisticsResult"));
+  EXPECT_TRUE(
+      RunOnSamples(kind.entry, {{1}, {2, 3, 4}}, listed({"b"}, {"a"})).Has("StatisticsResult"))
+      << "one record is data";
   // Weight of a group that is only in records whose test value is missing.
   const Sample missing{QDMV::gMissingValue};
   const auto codes = [&kind](const Sample& first, const Sample& second) {
