@@ -19,14 +19,16 @@ namespace {
 
 constexpr const char* kExamples =
     R"(A family of fields without a --test of its own gets the tests that fit the fields'
-measurement levels. npar tests lists the tests and their options. A backslash takes
-the character after it as it stands, where a name holds a separator.
+measurement levels: without --continuous and its like, a column of numbers is continuous
+and any other nominal, and so is the field of --by. npar tests lists the tests and their
+options. A backslash takes the character after it as it stands, where a name holds a
+separator.
 
 Examples:
   npar analyse examples/sleep.csv --related drug1,drug2 --test sign
-  npar analyse scores.csv --independent score --by class --test mann-whitney:group1=a,group2=b|c
-  npar analyse survey.csv --one-sample answer --test chi-square:expected=yes=2|no=1
-  npar analyse survey.csv --related before,after --ordinal before=low<high,after=low<high
+  npar analyse scores.csv --independent score --by class --test 'mann-whitney:group1=a,group2=b|c'
+  npar analyse survey.csv --one-sample answer --test 'chi-square:expected=yes=2|no=1'
+  npar analyse survey.csv --related before,after --ordinal 'before=low<high,after=low<high'
   npar analyse counts.csv --one-sample sex --weight n --report text --report text=report.txt
 )";
 
@@ -101,7 +103,7 @@ void TellInferredMeasures(const AnalysisRequest& request, const Execution& execu
   }
   const std::string inferred = execution.InferredMeasures(fields);
   if (!inferred.empty()) {
-    std::fprintf(stderr, "npar: inferred from the data: %s\n", Printable(inferred).c_str());
+    std::fprintf(stderr, "npar: inferred: %s\n", Printable(inferred).c_str());
   }
 }
 
@@ -141,7 +143,8 @@ void AddAnalyseCommand(CLI::App& program, int& exitCode) {
                            const char* help) {
     command->add_option(name, list, help)->allow_extra_args(false)->type_name(type);
   };
-  command->add_option("data", options->execution.dataPath, "CSV file, - for standard input")
+  command->add_option("DATA", options->execution.dataPath, "CSV file, - for standard input")
+      ->type_name("FILE")
       ->required();
   addList("--one-sample", options->oneSample, "F,..", "fields to be tested each on its own");
   addList("--related", options->related, "F,..", "fields measured on the same records");
@@ -158,8 +161,10 @@ void AddAnalyseCommand(CLI::App& program, int& exitCode) {
   command->add_option("--case-id", options->caseId, "the field that names the records")
       ->type_name("F");
   command->add_option("--significance", options->significance, "significance level")
+      ->type_name("NUMBER")
       ->capture_default_str();
   command->add_option("--confidence", options->confidence, "confidence level in percent")
+      ->type_name("NUMBER")
       ->capture_default_str();
   command
       ->add_option("--missing", options->missing,
@@ -168,7 +173,8 @@ void AddAnalyseCommand(CLI::App& program, int& exitCode) {
       ->check(CLI::IsMember({"analysis", "listwise"}).description(""))
       ->type_name("analysis|listwise")
       ->capture_default_str();
-  command->add_option("--out", options->out, "keep the result document, - for standard output");
+  command->add_option("--out", options->out, "keep the result document, - for standard output")
+      ->type_name("FILE");
   addList("--report", options->reports, "FORM[=FILE]",
           "a report as text, html or json, to standard output or a file (default: text)");
   AddAsciiOption(*command, options->ascii);

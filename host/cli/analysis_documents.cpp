@@ -111,6 +111,11 @@ void CheckRequest(const AnalysisRequest& request) {
   if (!request.independentFields.empty() && request.groupField.empty()) {
     throw UsageError("independent fields need a group field: give it with --by");
   }
+  if (std::ranges::find(request.independentFields, request.groupField) !=
+      request.independentFields.end()) {
+    throw UsageError("field " + Quoted(request.groupField) +
+                     " can't be compared between its own groups: give another to --by");
+  }
   if (!(request.significance > 0.0 && request.significance < 1.0)) {
     throw UsageError("--significance must lie between 0 and 1, as 0.05 does");
   }
@@ -173,6 +178,11 @@ std::string DataModelDocument(const AnalysisRequest& request) {
     for (const std::string& category : measure.categories) {
       node.append_child("Value").append_attribute("value") = category.c_str();
     }
+  }
+  if (!request.groupField.empty()) {
+    // Groups are categories, also where numbers name them.
+    pugi::xml_node node = field(request.groupField);
+    if (!node.attribute("measure")) node.append_attribute("measure") = "nominal";
   }
   if (!request.weightField.empty()) {
     pugi::xml_node node = field(request.weightField);

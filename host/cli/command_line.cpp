@@ -1,15 +1,18 @@
 #include "host/cli/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <exception>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/cli/commands.h"
 #include "host/cli/output.h"
+#include "host/cli/word_list.h"
 #include "host/data/input_error.h"
 #include "host/data/near_miss.h"
 
@@ -32,17 +35,48 @@ int Complain(const std::string& text) {
   return kExitUsage;
 }
 
-// What to say of a first word that is no command; empty where it is one.
-std::string UnknownCommand(const CLI::App& app, int argc, char** argv) {
-  if (argc < 2) return {};
+bool IsIn(const std::vector<std::string>& names, const std::string& name) {
+  return std::ranges::find(names, name) != names.end();
+}
+
+// What to say of words that make no command.
+std::string CommandProblem(const CLI::App& app, const std::vector<std::string>& words) {
   std::vector<std::string> names;
   for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
-  const std::string word = argv[1];
-  for (const std::string& name : names) {
-    if (word == name) return {};
+  if (words.empty()) return "no command is given; there is " + JoinWords(names, " and ");
+  if (words[0].starts_with('-') || IsIn(names, words[0])) return {};
+  return "there is no command " + Quoted(words[0]) + NearMiss(words[0], names);
+}
+
+// What to say of an option that the command does not have; empty where it has all.
+std::string OptionProblem(const CLI::App& app, const std::vector<std::string>& words) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : app.get_subcommands()) {
+    for (const CLI::Option* option : command->get_options()) {
+      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    }
   }
-  if (word.starts_with('-')) return {};
-  return "there is no command " + Quoted(word) + NearMiss(word, names);
+  for (const std::string& word : words) {
+    const std::string name = word.substr(0, word.find('='));
+    if (!name.starts_with("--") || name == "--" || IsIn(names, name)) continue;
+    return "there is no option " + name + NearMiss(name, names);
+  }
+  return {};
+}
+
+std::string Problem(const CLI::ParseError& error, const CLI::App& app,
+                    const std::vector<std::string>& words) {
+  std::string problem = CommandProblem(app, words);
+  if (problem.empty() && dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+    problem = OptionProblem(app, words);
+  }
+  if (!problem.empty()) return problem;
+  problem = error.what();
+  constexpr std::string_view kNoNumber = "Could not convert: ";  // "--confidence = abc"
+  if (problem.starts_with(kNoNumber)) {
+    problem = "a number is wanted: " + problem.substr(kNoNumber.size());
+  }
+  return problem;
 }
 
 }  // namespace
@@ -75,8 +109,7 @@ int RunCommandLine(int argc, char** argv) {
         return Complain(failure.what());
       }
     }
-    const std::string unknown = UnknownCommand(app, argc, argv);
-    return Complain((unknown.empty() ? error.what() : unknown) +
+    return Complain(Problem(error, app, {argv + 1, argv + argc}) +
                     "\nRun npar --help or npar COMMAND --help for the usage.");
   } catch (const std::exception& error) {
     return Complain(error.what());

@@ -194,7 +194,7 @@ case $command in
 void AddCompletionCommand(CLI::App& program) {
   auto* command = program.add_subcommand("completion", "Prints a completion script for a shell.");
   const auto shell = std::make_shared<std::string>();
-  command->add_option("shell", *shell, "bash or zsh")->required();
+  command->add_option("SHELL", *shell, "the shell")->type_name("bash|zsh")->required();
   command->footer(kExamples);
   command->callback([shell, &program] {
     if (*shell != "bash" && *shell != "zsh") {

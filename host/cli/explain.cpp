@@ -26,7 +26,9 @@ void AddExplainCommand(CLI::App& program) {
   auto* command = program.add_subcommand(
       "explain", "Prints the text of a message code and what to do about it.");
   const auto code = std::make_shared<int>(0);
-  command->add_option("code", *code, "message code, such as 220010")->required();
+  command->add_option("CODE", *code, "message code, such as 220010")
+      ->type_name("NUMBER")
+      ->required();
   command->footer("Example:\n  npar explain 220010\n");
   command->callback([code] { Publish("-", Explanation(*code)); });
 }

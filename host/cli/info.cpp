@@ -27,7 +27,8 @@ std::string Information(const std::filesystem::path& path) {
 void AddInfoCommand(CLI::App& program) {
   auto* command = program.add_subcommand("info", "Prints what the component says of itself.");
   const auto component = std::make_shared<std::string>();
-  command->add_option("--component", *component, "another component than the installed one");
+  command->add_option("--component", *component, "another component than the installed one")
+      ->type_name("libnpar.so");
   command->footer("Example:\n  npar info\n");
   command->callback([component] {
     Publish("-", Information(component->empty() ? ComponentLibrary::DefaultPath()

@@ -28,10 +28,15 @@ struct ReportOptions {
 void AddReportCommand(CLI::App& program) {
   auto* command = program.add_subcommand("report", "Shows a result document as a report.");
   const auto options = std::make_shared<ReportOptions>();
-  command->add_option("result", options->result, "result document, - for standard input")
+  command->add_option("RESULT", options->result, "result document, - for standard input")
+      ->type_name("FILE")
       ->required();
-  command->add_option("--as", options->form, "text, html or json")->required();
-  command->add_option("--out", options->out, "file, - for standard output")->capture_default_str();
+  command->add_option("--as", options->form, "what to show it as")
+      ->type_name("text|html|json")
+      ->required();
+  command->add_option("--out", options->out, "the report, - for standard output")
+      ->type_name("FILE")
+      ->capture_default_str();
   AddAsciiOption(*command, options->ascii);
   command->footer(kExamples);
   command->callback([options] {

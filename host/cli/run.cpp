@@ -77,12 +77,17 @@ void AddRunCommand(CLI::App& program, int& exitCode) {
       "run", "Runs a parameter document on data and writes the result document.");
   const auto options = std::make_shared<RunOptions>();
   command->add_option("--params", options->parameters, "parameter document (schema/parameters.xsd)")
+      ->type_name("FILE")
       ->required();
   command->add_option("--data", options->execution.dataPath, "CSV file, - for standard input")
+      ->type_name("FILE")
       ->required();
-  command->add_option("--model", options->model,
-                      "data model (schema/datamodel.xsd); what it leaves out is inferred");
+  command
+      ->add_option("--model", options->model,
+                   "data model (schema/datamodel.xsd); what it leaves out is inferred")
+      ->type_name("FILE");
   command->add_option("--out", options->out, "result document, - for standard output")
+      ->type_name("FILE")
       ->capture_default_str();
   AddExecutionOptions(*command, options->execution);
   command->footer(kExamples);

@@ -42,7 +42,7 @@ void AddTestsCommand(CLI::App& program) {
   auto* command =
       program.add_subcommand("tests", "Lists every test: its fields and its options for --test.");
   const auto name = std::make_shared<std::string>();
-  command->add_option("name", *name, "one test only");
+  command->add_option("NAME", *name, "one test only")->type_name("TEST");
   command->footer("Examples:\n  npar tests\n  npar tests mann-whitney\n");
   command->callback([name] {
     const TestDescription* test = FindTest(*name);

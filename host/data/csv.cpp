@@ -317,8 +317,8 @@ void CsvReader::FailRagged(const char* record) {
   std::size_t cells = 1;
   const char* position = record;
   for (; !IsLineEnd(position = NextCell(position).next); ++position) ++cells;
-  Fail(record, "the record has " + std::to_string(cells) + " cells, the header has " +
-                   std::to_string(names.size()) +
+  Fail(record, "the record has " + std::to_string(cells) + (cells == 1 ? " cell" : " cells") +
+                   ", the header has " + std::to_string(names.size()) +
                    "; give both the same number, and quote cells that hold the separator");
 }
 

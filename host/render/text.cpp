@@ -65,7 +65,8 @@ class TextReport {
 
   void WriteHead() {
     page.Heading("Nonparametric tests", '=');
-    std::string line = Text(document.totalCount) + " records";
+    std::string line =
+        Text(document.totalCount) + (document.totalCount == 1.0 ? " record" : " records");
     if (document.totalFreq != document.totalCount) {
       line += " with a total weight of " + Text(document.totalFreq);
     }
@@ -356,8 +357,11 @@ class TextReport {
       if (field.isCategorical) continue;
       const ResultDistribution& values = *field.distribution;
       continuous.rows.push_back({field.Title()});
+      // Of no value there is no minimum and the like, whatever stands in their place.
+      const bool isEmpty = FigureOf(values, "TotalN") == "0";
       for (const char* figure : {"TotalN", "Min", "Max", "Mean", "StdDev"}) {
-        continuous.rows.back().push_back(FigureOf(values, figure));
+        const bool isShown = !isEmpty || std::string_view(figure) == "TotalN";
+        continuous.rows.back().push_back(isShown ? FigureOf(values, figure) : "");
       }
       continuous.rows.back().push_back(Histogram(values.bins));
     }

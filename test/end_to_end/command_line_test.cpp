@@ -92,7 +92,7 @@ TEST_F(CommandLineTest, AnalysePrintsTheReportAndKeepsDocumentsThatRunTakes) {
 TEST_F(CommandLineTest, AnalyseTellsTheMeasurementLevelsThatItInferred) {
   const std::vector<std::string> command = {
       "analyse", "examples/tooth_growth.csv", "--independent", "len", "--by", "supp"};
-  EXPECT_EQ(RunNpar(command).err, "npar: inferred from the data: continuous: len; nominal: supp\n");
+  EXPECT_EQ(RunNpar(command).err, "npar: inferred: continuous: len; nominal: supp\n");
   auto given = command;
   given.insert(given.end(), {"--continuous", "len", "--nominal", "supp"});
   EXPECT_THAT(RunNpar(given).err, IsEmpty());
@@ -127,9 +127,9 @@ TEST_F(CommandLineTest, RecordsWithMissingValuesAreCountedAsTheTreatmentSays) {
   for (const auto& [treatment, counts] :
        {std::pair("analysis", R"(totalCount="153" droppedCount="0")"),
         std::pair("listwise", R"(totalCount="111" droppedCount="42")")}) {
-    const ProcessResult run = RunNpar({"analyse", "examples/airquality.csv", "--independent",
-                                       "Ozone,Solar.R", "--by", "Month", "--nominal", "Month",
-                                       "--missing", treatment, "--out", folder.Path("r.xml")});
+    const ProcessResult run =
+        RunNpar({"analyse", "examples/airquality.csv", "--independent", "Ozone,Solar.R", "--by",
+                 "Month", "--missing", treatment, "--out", folder.Path("r.xml")});
     EXPECT_EQ(run.exitCode, 0) << run.err;
     EXPECT_THAT(FileContent(folder.Path("r.xml")), HasSubstr(counts)) << treatment;
     EXPECT_TRUE(IsValid(FileContent(folder.Path("r.xml")), "statxml-7.0.xsd"));
@@ -219,7 +219,7 @@ TEST_F(CommandLineTest, BadInputIsRefusedWithPlaceAndRemedyAndNothingIsWritten) 
        2,
        R"(no field "drug3"; did you mean)"},
       {"no field option", {"analyse", kSleep}, 2, "no field to analyse"},
-      {"no data", {"analyse", "--related", "a,b"}, 2, "data is required"},
+      {"no data", {"analyse", "--related", "a,b"}, 2, "DATA is required"},
       {"unknown test",
        {"analyse", kSleep, "--related", "drug1,drug2", "--test", "sing"},
        2,
@@ -237,12 +237,20 @@ TEST_F(CommandLineTest, BadInputIsRefusedWithPlaceAndRemedyAndNothingIsWritten) 
        2,
        "--missing"},
       {"no number", {"analyse", kSleep, "--significance", "five"}, 2, "--significance"},
-      {"unknown option", {"analyse", kSleep, "--relatd", "a"}, 2, "--relatd"},
+      {"unknown option",
+       {"analyse", kSleep, "--relatd=a"},
+       2,
+       R"(there is no option --relatd; did you mean "--related"?)"},
+      {"a word too many", {"tests", "sign", "runs"}, 2, "runs"},
       {"unknown command", {"analyze", kSleep}, 2, R"(did you mean "analyse"?)"},
-      {"no command", {}, 2, "npar --help"},
+      {"no command", {}, 2, "no command is given; there is run, analyse, "},
+      {"groups of itself",
+       {"analyse", kSleep, "--independent", "drug1", "--by", "drug1"},
+       2,
+       "between its own groups"},
       {"no result document", {"report", "@sign.xml", "--as", "text"}, 2, "no result document"},
       {"unknown code", {"explain", "1234567"}, 2, "1234567"},
-      {"code that is no number", {"explain", "abc"}, 2, "abc"},
+      {"code that is no number", {"explain", "abc"}, 2, "a number is wanted: CODE = abc"},
       {"unknown test to describe", {"tests", "medin"}, 2, R"(did you mean "median"?)"},
   };
   for (const BadInput& row : rows) {

@@ -83,7 +83,7 @@ TEST(Terminal, TheBarNamesWhatIsInHandAndGoes) {
       EXPECT_EQ(shown.find('\r'), std::string::npos) << shown;
     } else {
       EXPECT_THAT(shown, HasSubstr(row.title));
-      EXPECT_THAT(shown, HasSubstr("\r\033[Knpar: inferred from the data: "));
+      EXPECT_THAT(shown, HasSubstr("\r\033[Knpar: inferred: "));
     }
   }
 }

@@ -1,5 +1,6 @@
 #include "host/render/html/test_section.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -197,7 +198,13 @@ std::string FieldsSection(const ResultDocument& document, const ResultDocument& 
     fields.append("</p>\n<div class=\"results\">\n");
     if (const auto plot = FieldPlot(field, id + "-values")) fields += PlotMarkup(*plot, id);
     HtmlTable table(id + "-figures", "Summary of " + field.Title());
+    // Of no value there is no minimum and the like, whatever stands in their place.
+    const bool isEmpty =
+        std::ranges::any_of(field.distribution->figures, [](const ResultStatistic& figure) {
+          return figure.name == "TotalN" && FigureNumber(figure.text) == 0.0;
+        });
     for (const ResultStatistic& figure : field.distribution->figures) {
+      if (isEmpty && figure.name != "TotalN") continue;
       table.AddRow(Escaped(FigureLabel(figure.name)), {FigureMarkup(figure.text)});
     }
     if (!table.IsEmpty()) fields += table.Markup("figures");

@@ -8,6 +8,7 @@
 namespace npar_host {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -109,6 +110,13 @@ TEST(TextReportTest, ComparisonsNameTheirSamplesAndMarkTheSignificantOnes) {
   Sig.            .250
   Adj. sig.       .500
 )"));
+}
+
+TEST(TextReportTest, AFieldWithoutValuesHasNoFigures) {
+  ResultDocument document = SignDocument();
+  document.fields[0].distribution = ResultDistribution{
+      {{"", "TotalN", "0"}, {"", "Min", "nan"}, {"", "Max", "nan"}, {"", "Mean", "0"}}, {}};
+  EXPECT_THAT(RenderText(document), EndsWith("  " + document.fields[0].Title() + "  0\n"));
 }
 
 TEST(TextReportTest, SubsetsThatNeedBlocksRepeatOnlyTheRowsThatHaveAnEntry) {
