@@ -50,10 +50,10 @@ std::vector<std::pair<std::int64_t, double>> Filled(const std::vector<HistogramB
 
 // Mean 5, sum of squares about it 32 with n = 8; each value by weight in the second form.
 TEST(ContinuousSummary, MeanDeviationAndExtremesCountAWeightAsThatManyRecords) {
-  const Rows plain = {{2}, {4}, {4}, {4}, {5}, {5}, {7}, {9}};
-  const Rows weighted = {{2, 1}, {4, 3.9}, {5, 2}, {100, 0.5}, {7, 1}, {9, 1}};
-  for (const auto& [rows, weightIndex] : {std::pair(plain, -1), std::pair(weighted, 1)}) {
-    QDContUnivariateVariable summary(0, weightIndex);
+  const Rows plain = {{2}, {4}, {4}, {9}, {4}, {5}, {5}, {7}};
+  const Rows weighted = {{1, 2}, {3.9, 4}, {2, 5}, {0.5, 100}, {1, 7}, {1, 9}};
+  for (const auto& [rows, weightIndex] : {std::pair(plain, -1), std::pair(weighted, 0)}) {
+    QDContUnivariateVariable summary(weightIndex + 1, weightIndex);
     summary.AddStatistic(1);
     summary.AddStatistic(3);
     for (const auto& row : rows) {

@@ -5,9 +5,11 @@
 namespace {
 
 AlgorithmElement Result(int first, int second, const TestSettings& entry) {
-  const auto variables = VariableListBuilder().Nominal("answer", {"yes", "no"}).Build();
-  Rows rows(static_cast<std::size_t>(first), {0.0});
-  rows.insert(rows.end(), static_cast<std::size_t>(second), {1.0});
+  // Another field is never answered.
+  const auto variables =
+      VariableListBuilder().Nominal("answer", {"yes", "no"}).Nominal("other", {"a"}).Build();
+  Rows rows(static_cast<std::size_t>(first), {0.0, -1.0});
+  rows.insert(rows.end(), static_cast<std::size_t>(second), {1.0, -1.0});
   return RunEntry(variables, rows, "OEstimateConfidenceInterval", entry);
 }
 

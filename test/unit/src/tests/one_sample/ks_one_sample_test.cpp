@@ -72,6 +72,15 @@ const KsCase kCases[] = {
      0.16098765671186083,
      "PoissonDistribution_O_KolmogorovSmirnov_2",
      "2"},
+    // 3 / 4 - exp(-0.75)
+    {"a count of 0, a mean below 1",
+     "Poisson",
+     {0, 0, 0, 3},
+     {},
+     0.27763344725898531,
+     0.55526689451797062,
+     "PoissonDistribution_O_KolmogorovSmirnov_2",
+     "0.75"},
 };
 
 TEST(KsOneSampleTest, DifferencesAgreeWithSciPy) {
