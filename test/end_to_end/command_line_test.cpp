@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <iterator>
 #include <regex>
 #include <set>
+#include <sstream>
 
 #include "host/cli/test_registry.h"
 #include "host/data/csv.h"
@@ -147,7 +149,7 @@ TEST_F(CommandLineTest, ReportsGoToSeveralPlacesInOneCall) {
 
 struct BadInput {
   const char* catches;
-  std::vector<std::string> arguments;  // @NAME: a file of the table below
+  std::string command;  // @NAME: a file of the table below
   int exitCode;
   const char* says;
 };
@@ -171,91 +173,63 @@ TEST_F(CommandLineTest, BadInputIsRefusedWithPlaceAndRemedyAndNothingIsWritten) 
   const auto files = folder.Names();
 
   const BadInput rows[] = {
-      {"broken XML", {"run", "--params", "@broken.xml", "--data", kSleep}, 2, "broken.xml:2:"},
-      {"no field", {"run", "--params", "@nofield.xml", "--data", kSleep}, 1, "error 220010: "},
-      {"no test", {"run", "--params", "@notest.xml", "--data", kSleep}, 1, "error 220001: "},
-      {"unknown field", {"run", "--params", "@unknown.xml", "--data", kSleep}, 1, "error 220011: "},
-      {"unknown field is named",
-       {"run", "--params", "@unknown.xml", "--data", kSleep},
-       1,
+      {"broken XML", "run --params @broken.xml --data examples/sleep.csv", 2, "broken.xml:2:"},
+      {"no field", "run --params @nofield.xml --data examples/sleep.csv", 1, "error 220010: "},
+      {"no test", "run --params @notest.xml --data examples/sleep.csv", 1, "error 220001: "},
+      {"unknown field", "run --params @unknown.xml --data examples/sleep.csv", 1, "error 220011: "},
+      {"unknown field is named", "run --params @unknown.xml --data examples/sleep.csv", 1,
        R"(unknown.xml:2:2: the data have no field "drug9"; did you mean "drug)"},
-      {"no group", {"run", "--params", "@nogroup.xml", "--data", kSleep}, 1, "error 220009: "},
-      {"absent document", {"run", "--params", "@absent.xml", "--data", kSleep}, 2, "absent.xml: "},
-      {"absent data", {"run", "--params", "@sign.xml", "--data", "@absent.csv"}, 2, "absent.csv: "},
-      {"broken data model",
-       {"run", "--params", "@sign.xml", "--data", kSleep, "--model", "@broken.xml"},
-       2,
-       "broken.xml:2:"},
+      {"no group", "run --params @nogroup.xml --data examples/sleep.csv", 1, "error 220009: "},
+      {"absent document", "run --params @absent.xml --data examples/sleep.csv", 2, "absent.xml: "},
+      {"absent data", "run --params @sign.xml --data @absent.csv", 2, "absent.csv: "},
+      {"broken data model", "run --params @sign.xml --data examples/sleep.csv --model @broken.xml",
+       2, "broken.xml:2:"},
       {"component that is none",
-       {"run", "--params", "@sign.xml", "--data", kSleep, "--component", kSleep},
-       2,
+       "run --params @sign.xml --data examples/sleep.csv --component examples/sleep.csv", 2,
        "cannot load the component examples/sleep.csv"},
-      {"library that is no component",
-       {"info", "--component", NPAR_BUILD_DIR "/lib/libqdcommon700r.so"},
-       2,
-       "does not export hb_create_component"},
-      {"empty file", {"analyse", "@empty.csv", "--related", "a,b"}, 2, "empty.csv:1:1: "},
-      {"header only", {"analyse", "@header.csv", "--related", "a,b"}, 2, "header.csv:2:1: "},
-      {"ragged rows", {"analyse", "@ragged.csv", "--related", "a,b"}, 2, "ragged.csv:3:1: "},
-      {"text in a continuous column",
-       {"analyse", "@text.csv", "--related", "a,b", "--continuous", "a"},
-       2,
+      {"library that is no component", "info --component " NPAR_BUILD_DIR "/lib/libqdcommon700r.so",
+       2, "does not export hb_create_component"},
+      {"empty file", "analyse @empty.csv --related a,b", 2, "empty.csv:1:1: "},
+      {"header only", "analyse @header.csv --related a,b", 2, "header.csv:2:1: "},
+      {"ragged rows", "analyse @ragged.csv --related a,b", 2, "ragged.csv:3:1: "},
+      {"text in a continuous column", "analyse @text.csv --related a,b --continuous a", 2,
        "text.csv:3:1: "},
-      {"weight above 2147483647",
-       {"analyse", "@heavy.csv", "--related", "a,b", "--weight", "n"},
-       1,
+      {"weight above 2147483647", "analyse @heavy.csv --related a,b --weight n", 1,
        "error 220026: "},
-      {"all records missing",
-       {"analyse", "@missing.csv", "--related", "a,b", "--missing", "listwise"},
-       1,
+      {"all records missing", "analyse @missing.csv --related a,b --missing listwise", 1,
        "error 240037: "},
-      {"columns of one name", {"analyse", "@twice.csv", "--related", "a"}, 2, "twice.csv:1:3: "},
-      {"missing group variable",
-       {"analyse", kSleep, "--independent", "drug1"},
-       2,
+      {"columns of one name", "analyse @twice.csv --related a", 2, "twice.csv:1:3: "},
+      {"missing group variable", "analyse examples/sleep.csv --independent drug1", 2,
        "give it with --by"},
-      {"unknown group variable",
-       {"analyse", kSleep, "--independent", "drug1", "--by", "drug3"},
-       2,
+      {"unknown group variable", "analyse examples/sleep.csv --independent drug1 --by drug3", 2,
        R"(no field "drug3"; did you mean)"},
-      {"no field option", {"analyse", kSleep}, 2, "no field to analyse"},
-      {"no data", {"analyse", "--related", "a,b"}, 2, "DATA is required"},
-      {"unknown test",
-       {"analyse", kSleep, "--related", "drug1,drug2", "--test", "sing"},
-       2,
+      {"no field option", "analyse examples/sleep.csv", 2, "no field to analyse"},
+      {"no data", "analyse --related a,b", 2, "DATA is required"},
+      {"unknown test", "analyse examples/sleep.csv --related drug1,drug2 --test sing", 2,
        R"(no test "sing"; did you mean "sign"?)"},
-      {"unknown report form",
-       {"analyse", kSleep, "--related", "drug1,drug2", "--report", "pdf"},
-       2,
+      {"unknown report form", "analyse examples/sleep.csv --related drug1,drug2 --report pdf", 2,
        R"(no report as "pdf")"},
-      {"unknown separator",
-       {"analyse", kSleep, "--related", "drug1,drug2", "--separator", "colons"},
-       2,
-       "comma, semicolon, tab or one character"},
+      {"unknown separator", "analyse examples/sleep.csv --related drug1,drug2 --separator colons",
+       2, "comma, semicolon, tab or one character"},
       {"unknown missing-value treatment",
-       {"analyse", kSleep, "--related", "drug1,drug2", "--missing", "pairwise"},
-       2,
-       "--missing"},
-      {"no number", {"analyse", kSleep, "--significance", "five"}, 2, "--significance"},
-      {"unknown option",
-       {"analyse", kSleep, "--relatd=a"},
-       2,
+       "analyse examples/sleep.csv --related drug1,drug2 --missing pairwise", 2, "--missing"},
+      {"no number", "analyse examples/sleep.csv --significance five", 2, "--significance"},
+      {"unknown option", "analyse examples/sleep.csv --relatd=a", 2,
        R"(there is no option --relatd; did you mean "--related"?)"},
-      {"a word too many", {"tests", "sign", "runs"}, 2, "runs"},
-      {"unknown command", {"analyze", kSleep}, 2, R"(did you mean "analyse"?)"},
-      {"no command", {}, 2, "no command is given; there is run, analyse, "},
-      {"groups of itself",
-       {"analyse", kSleep, "--independent", "drug1", "--by", "drug1"},
-       2,
+      {"a word too many", "tests sign runs", 2, "runs"},
+      {"unknown command", "analyze examples/sleep.csv", 2, R"(did you mean "analyse"?)"},
+      {"no command", "", 2, "no command is given; there is run, analyse, "},
+      {"groups of itself", "analyse examples/sleep.csv --independent drug1 --by drug1", 2,
        "between its own groups"},
-      {"no result document", {"report", "@sign.xml", "--as", "text"}, 2, "no result document"},
-      {"unknown code", {"explain", "1234567"}, 2, "1234567"},
-      {"code that is no number", {"explain", "abc"}, 2, "a number is wanted: CODE = abc"},
-      {"unknown test to describe", {"tests", "medin"}, 2, R"(did you mean "median"?)"},
+      {"no result document", "report @sign.xml --as text", 2, "no result document"},
+      {"unknown code", "explain 1234567", 2, "1234567"},
+      {"code that is no number", "explain abc", 2, "a number is wanted: CODE = abc"},
+      {"unknown test to describe", "tests medin", 2, R"(did you mean "median"?)"},
   };
   for (const BadInput& row : rows) {
     SCOPED_TRACE(row.catches);
-    std::vector<std::string> arguments = row.arguments;
+    std::istringstream words(row.command);
+    std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
     for (std::string& argument : arguments) {
       if (argument.starts_with('@')) argument = folder.Path(argument.substr(1));
     }

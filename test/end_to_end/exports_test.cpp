@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "support/loaded_component.h"
+#include "support/parameters_text.h"
 #include "support/schema.h"
 
 namespace {
@@ -36,12 +37,6 @@ constexpr char kExactP[] = "value=\"0.021484375\"";
 
 std::string WithSelection(const std::string& selection, const std::string& more = {}) {
   return "<Parameters>" + selection + more + "</Parameters>";
-}
-
-std::string List(const std::string& name, const std::vector<std::string>& values) {
-  std::string text = "<Parameter name='" + name + "'><ListValue>";
-  for (const std::string& value : values) text += "<Value value='" + value + "'/>";
-  return text + "</ListValue></Parameter>";
 }
 
 TEST(Exports, NullArgumentsHaveTheirCodes) {
@@ -137,16 +132,23 @@ TEST(Exports, SelectionProblemsFailTheConfigurationWithTheirMessage) {
   };
   const Case kCases[] = {
       {"no list at all", WithSelection(""), 220010},
-      {"empty lists", WithSelection(List("relatedVariables", {})), 220010},
-      {"an unknown field", WithSelection(List("oneSampleVariables", {"a", "z"})), 220011},
+      {"empty lists", WithSelection(ListParameter("relatedVariables", {})), 220010},
+      {"an unknown field", WithSelection(ListParameter("oneSampleVariables", {"a", "z"})), 220011},
       {"an unknown group",
-       WithSelection(List("independentVariables", {"a"}), List("groupVariable", {"z"})), 220011},
-      {"no group", WithSelection(List("independentVariables", {"a"})), 220009},
+       WithSelection(ListParameter("independentVariables", {"a"}),
+                     ListParameter("groupVariable", {"z"})),
+       220011},
+      {"no group", WithSelection(ListParameter("independentVariables", {"a"})), 220009},
       {"an empty group",
-       WithSelection(List("independentVariables", {"a"}), List("groupVariable", {})), 220009},
-      {"the weight as a test field", WithSelection(List("oneSampleVariables", {"a", "w"})), 220008},
+       WithSelection(ListParameter("independentVariables", {"a"}),
+                     ListParameter("groupVariable", {})),
+       220009},
+      {"the weight as a test field", WithSelection(ListParameter("oneSampleVariables", {"a", "w"})),
+       220008},
       {"the weight as group",
-       WithSelection(List("independentVariables", {"a"}), List("groupVariable", {"w"})), 220008},
+       WithSelection(ListParameter("independentVariables", {"a"}),
+                     ListParameter("groupVariable", {"w"})),
+       220008},
   };
   for (const Case& row : kCases) {
     SCOPED_TRACE(row.catches);
@@ -274,21 +276,6 @@ TEST(Exports, OlderTablesAreServedAsFarAsTheyReach) {
   EXPECT_EQ(component.Begin(), NPAR_NO_HELPER);
 }
 
-TEST(Exports, BothRoadsToTheRecordsGiveTheSameDocument) {
-  AnswersHost blocks;
-  AnswersHost records;
-  records.iteratorTable.readBlock = nullptr;
-  for (RecordingHost* host :
-       {static_cast<RecordingHost*>(&blocks), static_cast<RecordingHost*>(&records)}) {
-    LoadedComponent component(*host);
-    ASSERT_EQ(component.Configure(), HB_OK);
-    ASSERT_EQ(component.Begin(), HB_OK);
-  }
-  EXPECT_EQ(records.Published(), blocks.Published());
-  EXPECT_GT(records.CallCount("getValue"), 0);
-  EXPECT_EQ(blocks.CallCount("getValue"), 0);
-}
-
 TEST(Exports, ProgressGoesUpFrom25To90) {
   AnswersHost host;
   LoadedComponent component(host);
@@ -305,22 +292,6 @@ TEST(Exports, ProgressGoesUpFrom25To90) {
   ASSERT_EQ(LoadedLibrary::Instance().beginExecution(component.Handle(), nullptr, &component.err),
             HB_OK)
       << "without a progress handle";
-}
-
-TEST(Exports, CancelEndsTheRunWithCode1AndTheNextRunIsFree) {
-  AnswersHost host;
-  LoadedComponent component(host);
-  ASSERT_EQ(component.Configure(), HB_OK);
-  bool isFirst = true;
-  host.onRecords = [&] {
-    if (!std::exchange(isFirst, false)) return;
-    std::int32_t err = 0;
-    EXPECT_EQ(LoadedLibrary::Instance().cancelExecution(component.Handle(), &err), HB_OK);
-  };
-  EXPECT_EQ(component.Begin(), NPAR_FAILED);
-  EXPECT_THAT(host.messages, ElementsAre(Message{3, 1, {}}));
-  EXPECT_EQ(host.CallCount("getOutputContainer"), 0);
-  EXPECT_EQ(component.Begin(), HB_OK);
 }
 
 TEST(Exports, QueriesAnswerForAComponentWithOneInputAndNoOutputRecords) {

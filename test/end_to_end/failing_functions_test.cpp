@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "support/algorithm_element.h"
+#include "support/parameters_text.h"
 #include "support/process.h"
 
 // What a run tells when a function of the platform refuses. Ours never does for the arguments that
@@ -14,35 +15,24 @@ constexpr const char* kData =
     "x,group,first,second\n1.5,a,yes,yes\n2.5,a,yes,no\n3.5,b,no,yes\n"
     "4.5,b,yes,no\n5.5,a,no,no\n6.5,b,yes,no\n";
 
-std::string List(const std::string& key, const std::vector<std::string>& names) {
-  std::string text = "<Parameter name='" + key + "'><ListValue>";
-  for (const std::string& name : names) text += "<Value value='" + name + "'/>";
-  return text + "</ListValue></Parameter>";
-}
-
 struct FailureCase {
   const char* catches;
   std::string fields;      // parameters that choose family and fields
   std::string test;        // key of the test
-  std::string attributes;  // its other settings, "key='value'"
+  std::string attributes;  // its other settings
   std::string failure;     // the code of the function that fails; empty: it leaves its flag alone
   std::vector<Message> messages;
 };
 
-std::string Chosen(const std::string& family) {
-  return "<Parameter name='isAutomatically" + family + "' value='false'/>";
-}
-
-const std::string kX = List("oneSampleVariables", {"x"}) + Chosen("OneSample");
-const std::string kGroups =
-    List("independentVariables", {"x"}) + List("groupVariable", {"group"}) + Chosen("Independent");
-const std::string kPair = List("relatedVariables", {"first", "second"}) + Chosen("Related");
-const std::string kMethod = "<Attribute name='isDoProfileLikelihood' value='true'/>";
+const std::string kX = ListParameter("oneSampleVariables", {"x"}) + Family("OneSample");
+const std::string kGroups = ListParameter("independentVariables", {"x"}) +
+                            ListParameter("groupVariable", {"group"}) + Family("Independent");
+const std::string kPair =
+    ListParameter("relatedVariables", {"first", "second"}) + Family("Related");
+const std::string kMethod = Attribute("isDoProfileLikelihood", "true");
 
 std::string CutAt(const std::string& point) {
-  return "<Attribute name='contVarClassFormation' value='givenCutPoint'/>"
-         "<Attribute name='givenCutPoint' value='" +
-         point + "'/>";
+  return Attribute("contVarClassFormation", "givenCutPoint") + Attribute("givenCutPoint", point);
 }
 
 const FailureCase kCases[] = {
@@ -70,15 +60,13 @@ TEST(FailingFunctions, EachRefusalHasItsCodeInTheDocument) {
   const std::string data = folder.Write("data.csv", kData);
   for (const FailureCase& row : kCases) {
     SCOPED_TRACE(row.catches);
-    std::string parameters = "<Parameters>" + row.fields;
-    parameters += "<Parameter name='" + row.test +
-                  "'><StructuredValue><Attribute name='isSelected' value='true'/>" +
-                  row.attributes + "</StructuredValue></Parameter></Parameters>";
+    const std::string document =
+        folder.Write("parameters.xml", "<Parameters>" + row.fields +
+                                           Selected(row.test, row.attributes) + "</Parameters>");
     std::vector<std::string> command{"/usr/bin/env", "ASAN_OPTIONS=verify_asan_link_order=0",
                                      "LD_PRELOAD=" NPAR_BUILD_DIR
                                      "/lib/libfailing_distributions.so"};
     if (!row.failure.empty()) command.push_back("NPAR_TEST_FAILURE=" + row.failure);
-    const std::string document = folder.Write("parameters.xml", parameters);
     command.insert(command.end(),
                    {NPAR_BUILD_DIR "/bin/npar", "run", "--params", document, "--data", data});
     const ProcessResult run = RunProcess(command);

@@ -9,20 +9,14 @@
 
 #include "support/all_tests_host.h"
 #include "support/loaded_component.h"
+#include "support/parameters_text.h"
 #include "support/schema.h"
 
 // Data and documents at the edge of what there is: each gets a valid document or a clean refusal.
 namespace {
 
-using testing::HasSubstr;
-
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
-std::uint32_t ConfigureAndRun(LoadedComponent& component) {
-  const std::uint32_t configured = component.Configure();
-  return configured != HB_OK ? configured : component.Begin();
-}
 
 std::size_t Occurrences(const std::string& text, const std::string& part) {
   std::size_t count = 0;
@@ -35,7 +29,7 @@ std::size_t Occurrences(const std::string& text, const std::string& part) {
 /// A run that must give a valid document; its text.
 std::string ValidResult(RecordingHost& host) {
   LoadedComponent component(host);
-  EXPECT_EQ(ConfigureAndRun(component), HB_OK) << component.Messages();
+  EXPECT_EQ(component.ConfigureAndRun(), HB_OK) << component.Messages();
   EXPECT_EQ(component.End(), HB_OK);
   const std::string result = host.Published();
   EXPECT_TRUE(IsValid(result, "statxml-7.0.xsd"));
@@ -49,19 +43,7 @@ std::string CategoricalField(const std::string& name, int categories) {
   return text + "</Field>";
 }
 
-std::string List(const std::string& name, const std::vector<std::string>& values) {
-  std::string text = "<Parameter name='" + name + "'><ListValue>";
-  for (const std::string& value : values) text += "<Value value='" + value + "'/>";
-  return text + "</ListValue></Parameter>";
-}
-
-std::string Selected(const std::string& key, const std::string& more = {}) {
-  return "<Parameter name='" + key +
-         "'><StructuredValue><Attribute name='isSelected' value='true'/>" + more +
-         "</StructuredValue></Parameter>";
-}
-
-constexpr char kPairwise[] = "<Attribute name='typeOfMultipleComparison' value='pairWise'/>";
+const std::string kPairwise = Attribute("typeOfMultipleComparison", "pairWise");
 
 /// Every test on one odd kind of data: `edit` sees each record of the usual ones.
 TEST(Limits, OddDataGetAValidDocumentOfEveryTest) {
@@ -123,23 +105,6 @@ TEST(Limits, FewRecordsGetAValidDocument) {
   }
 }
 
-TEST(Limits, NoRecordIsRefused) {
-  AllTestsHost host(0);
-  LoadedComponent component(host);
-  EXPECT_EQ(ConfigureAndRun(component), NPAR_FAILED);
-  EXPECT_EQ(component.err, 240037);
-}
-
-TEST(Limits, WeightAbove31BitsAndNoWeightAtAllAreRefused) {
-  for (const double weight : {2147483648.0, kInfinity, kNaN}) {
-    AllTestsHost host;
-    host.records[7][8] = weight;
-    LoadedComponent component(host);
-    EXPECT_EQ(ConfigureAndRun(component), NPAR_FAILED);
-    EXPECT_THAT(component.Messages(), HasSubstr("code=\"220026\""));
-  }
-}
-
 TEST(Limits, TwoThousandFields) {
   RecordingHost host;
   std::vector<std::string> names;
@@ -151,11 +116,9 @@ TEST(Limits, TwoThousandFields) {
     host.records.emplace_back(2000);
     for (int k = 0; k < 2000; ++k) host.records.back()[static_cast<std::size_t>(k)] = i * k % 13;
   }
-  host.parameters = "<Parameters>" + List("oneSampleVariables", names) +
-                    List("relatedVariables", names) +
-                    "<Parameter name='isAutomaticallyOneSample' value='true'/>"
-                    "<Parameter name='isAutomaticallyRelated' value='false'/>" +
-                    Selected("RFriedmansTwoWayByRanks") + "</Parameters>";
+  host.parameters = "<Parameters>" + ListParameter("oneSampleVariables", names) +
+                    ListParameter("relatedVariables", names) + Family("OneSample", true) +
+                    Family("Related") + Selected("RFriedmansTwoWayByRanks") + "</Parameters>";
   EXPECT_EQ(Occurrences(ValidResult(host), "<Algorithm "), 2001u);
 }
 
@@ -163,11 +126,10 @@ TEST(Limits, HundredThousandCategories) {
   RecordingHost host;
   host.fields = CategoricalField("g", 100000) + "<Field name='x' measure='continuous'/>";
   for (int i = 0; i < 1000; ++i) host.records.push_back({i * 99.0, i * 7 % 50 * 1.0});
-  host.parameters = "<Parameters>" + List("oneSampleVariables", {"g"}) +
-                    List("independentVariables", {"x"}) + List("groupVariable", {"g"}) +
-                    "<Parameter name='isAutomaticallyOneSample' value='true'/>"
-                    "<Parameter name='isAutomaticallyIndependent' value='false'/>" +
-                    Selected("IKruskalWallis") + Selected("IKMedian") +
+  host.parameters = "<Parameters>" + ListParameter("oneSampleVariables", {"g"}) +
+                    ListParameter("independentVariables", {"x"}) +
+                    ListParameter("groupVariable", {"g"}) + Family("OneSample", true) +
+                    Family("Independent") + Selected("IKruskalWallis") + Selected("IKMedian") +
                     Selected("IJonckheereTerpstra") + "</Parameters>";
   EXPECT_EQ(Occurrences(ValidResult(host), "<Algorithm "), 4u);
 }
@@ -176,9 +138,8 @@ TEST(Limits, HundredThousandCategories) {
 struct PairsHost : RecordingHost {
   explicit PairsHost(int categories) {
     fields = CategoricalField("g", categories) + "<Field name='x' measure='continuous'/>";
-    parameters = "<Parameters>" + List("independentVariables", {"x"}) +
-                 List("groupVariable", {"g"}) +
-                 "<Parameter name='isAutomaticallyIndependent' value='false'/>" +
+    parameters = "<Parameters>" + ListParameter("independentVariables", {"x"}) +
+                 ListParameter("groupVariable", {"g"}) + Family("Independent") +
                  Selected("IKruskalWallis", kPairwise) + Selected("IKMedian", kPairwise) +
                  Selected("IJonckheereTerpstra", kPairwise) + "</Parameters>";
   }
@@ -223,10 +184,10 @@ TEST(Limits, FiveHundredTestsInOneRun) {
     host.records.emplace_back();
     for (int k = 0; k < 125; ++k) host.records.back().push_back((i * (k + 3)) % 31);
   }
-  host.parameters = "<Parameters>" + List("oneSampleVariables", names) +
-                    "<Parameter name='isAutomaticallyOneSample' value='false'/>" +
-                    Selected("OKolmogorovSmirnovNormal") + Selected("OKolmogorovSmirnovUniform") +
-                    Selected("OWilcoxonSignedRanks") + Selected("ORuns") + "</Parameters>";
+  host.parameters = "<Parameters>" + ListParameter("oneSampleVariables", names) +
+                    Family("OneSample") + Selected("OKolmogorovSmirnovNormal") +
+                    Selected("OKolmogorovSmirnovUniform") + Selected("OWilcoxonSignedRanks") +
+                    Selected("ORuns") + "</Parameters>";
   EXPECT_EQ(Occurrences(ValidResult(host), "<Algorithm "), 500u);
 }
 
@@ -246,8 +207,8 @@ TEST(Limits, FieldNamesMayHoldAnything) {
     RecordingHost host;
     host.fields = "<Field name='" + name + "' label='" + name + "' measure='continuous'/>";
     for (int i = 0; i < 20; ++i) host.records.push_back({i * i * 0.5});
-    host.parameters = "<Parameters>" + List("oneSampleVariables", {name}) +
-                      "<Parameter name='isAutomaticallyOneSample' value='true'/></Parameters>";
+    host.parameters = "<Parameters>" + ListParameter("oneSampleVariables", {name}) +
+                      Family("OneSample", true) + "</Parameters>";
     EXPECT_EQ(Occurrences(ValidResult(host), "<Algorithm "), 1u);
   }
 }

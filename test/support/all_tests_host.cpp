@@ -1,79 +1,67 @@
 #include "support/all_tests_host.h"
 
+#include <iterator>
+#include <sstream>
+
+#include "support/parameters_text.h"
+
 namespace {
 
-std::string List(const std::string& values) {
-  std::string text = "<ListValue>";
-  std::size_t start = 0;
-  while (start < values.size()) {
-    const std::size_t end = std::min(values.find(' ', start), values.size());
-    text += "<Value value='" + values.substr(start, end - start) + "'/>";
-    start = end + 1;
-  }
-  return text + "</ListValue>";
+/// Words divided by blanks.
+std::vector<std::string> Words(const std::string& text) {
+  std::istringstream words(text);
+  return {std::istream_iterator<std::string>(words), {}};
 }
 
 std::string Fields(const std::string& name, const std::string& values) {
-  return "<Parameter name='" + name + "'>" + List(values) + "</Parameter>";
-}
-
-std::string Attribute(const std::string& name, const std::string& value) {
-  return "<Attribute name='" + name + "' value='" + value + "'/>";
+  return ListParameter(name, Words(values));
 }
 
 std::string ListAttribute(const std::string& name, const std::string& values) {
-  return "<Attribute name='" + name + "'>" + List(values) + "</Attribute>";
-}
-
-std::string Flag(const std::string& name) {
-  return "<Parameter name='" + name + "' value='false'/>";
-}
-
-std::string Test(const std::string& key, const std::string& more = {}) {
-  return "<Parameter name='" + key + "'><StructuredValue>" + Attribute("isSelected", "true") +
-         more + "</StructuredValue></Parameter>";
+  return "<Attribute name='" + name + "'>" + ListText(Words(values)) + "</Attribute>";
 }
 
 std::string OneSample() {
   const std::string yes = Attribute("catVarClassFormation", "givenCategoryList") +
                           ListAttribute("givenCategoryList", "yes");
-  return Flag("isAutomaticallyOneSample") +
-         Test("OBinomial", Attribute("isDoClopperPearson", "true") +
-                               Attribute("isDoJeffreys", "true") +
-                               Attribute("isDoProfileLikelihood", "true")) +
-         Test("OChiSquare",
-              Attribute("classFormation", "givenExpectedValue") +
-                  "<Attribute name='custom'><ListValue><StructuredValue>" +
-                  Attribute("categoryValue", "yes") + Attribute("expectedValue", "2") +
-                  "</StructuredValue><StructuredValue>" + Attribute("categoryValue", "no") +
-                  Attribute("expectedValue", "1") + "</StructuredValue></ListValue></Attribute>") +
-         Test("ORuns", yes + Attribute("contVarClassFormation", "cutPointMean")) +
-         Test("OKolmogorovSmirnovNormal") + Test("OKolmogorovSmirnovUniform") +
-         Test("OKolmogorovSmirnovPoisson") + Test("OKolmogorovSmirnovExponential") +
-         Test("OWilcoxonSignedRanks");
+  return Family("OneSample") +
+         Selected("OBinomial", Attribute("isDoClopperPearson", "true") +
+                                   Attribute("isDoJeffreys", "true") +
+                                   Attribute("isDoProfileLikelihood", "true")) +
+         Selected("OChiSquare",
+                  Attribute("classFormation", "givenExpectedValue") +
+                      "<Attribute name='custom'><ListValue><StructuredValue>" +
+                      Attribute("categoryValue", "yes") + Attribute("expectedValue", "2") +
+                      "</StructuredValue><StructuredValue>" + Attribute("categoryValue", "no") +
+                      Attribute("expectedValue", "1") +
+                      "</StructuredValue></ListValue></Attribute>") +
+         Selected("ORuns", yes + Attribute("contVarClassFormation", "cutPointMean")) +
+         Selected("OKolmogorovSmirnovNormal") + Selected("OKolmogorovSmirnovUniform") +
+         Selected("OKolmogorovSmirnovPoisson") + Selected("OKolmogorovSmirnovExponential") +
+         Selected("OWilcoxonSignedRanks");
 }
 
 std::string Related() {
   const std::string pairwise = Attribute("typeOfMultipleComparison", "pairWise");
   const std::string stepwise = Attribute("typeOfMultipleComparison", "stepWise");
-  return Flag("isAutomaticallyRelated") + Test("RMcNemar") + Test("RMarginalHomogeneity") +
-         Test("RSign") + Test("RWilcoxonSignedRanks") + Test("RHodgesLehmannEstimatePairs") +
-         Test("RCochransQ", pairwise) + Test("RCochransQ", stepwise) +
-         Test("RFriedmansTwoWayByRanks", pairwise) + Test("RFriedmansTwoWayByRanks", stepwise) +
-         Test("RKendallsCoefficient", pairwise);
+  return Family("Related") + Selected("RMcNemar") + Selected("RMarginalHomogeneity") +
+         Selected("RSign") + Selected("RWilcoxonSignedRanks") +
+         Selected("RHodgesLehmannEstimatePairs") + Selected("RCochransQ", pairwise) +
+         Selected("RCochransQ", stepwise) + Selected("RFriedmansTwoWayByRanks", pairwise) +
+         Selected("RFriedmansTwoWayByRanks", stepwise) + Selected("RKendallsCoefficient", pairwise);
 }
 
 std::string Independent() {
   const std::string groups = Attribute("userSpecifyGroupList", "true") +
                              ListAttribute("group1List", "a") + ListAttribute("group2List", "b c");
-  std::string text = Flag("isAutomaticallyIndependent");
+  std::string text = Family("Independent");
   for (const char* key : {"IMannWhitneyU", "IMoses", "IKolmogorovSmirnov", "IWaldWolfowitzRuns",
                           "IHodgesLehmannEstimateIndependent"}) {
-    text += Test(key, groups);
+    text += Selected(key, groups);
   }
   for (const char* key : {"IKMedian", "IKruskalWallis", "IJonckheereTerpstra"}) {
     for (const char* procedure : {"pairWise", "stepWise"}) {
-      text += Test(key, Attribute("typeOfMultipleComparison", procedure));
+      text += Selected(key, Attribute("typeOfMultipleComparison", procedure));
     }
   }
   return text;

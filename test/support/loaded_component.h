@@ -40,6 +40,11 @@ class LoadedComponent {
   [[nodiscard]] bool IsMade() const { return component != nullptr; }
   std::uint32_t Configure() { return library.configure(component, &err); }
   std::uint32_t Begin() { return library.beginExecution(component, host.Progress(), &err); }
+  /// The answer of the first that fails.
+  std::uint32_t ConfigureAndRun() {
+    const std::uint32_t configured = Configure();
+    return configured != HB_OK ? configured : Begin();
+  }
   std::uint32_t End() { return library.endExecution(component, &err); }
   [[nodiscard]] std::string Messages() const;
   [[nodiscard]] std::string Requirements() const;

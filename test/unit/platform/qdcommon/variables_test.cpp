@@ -20,47 +20,41 @@ QDContVar Continuous(StorageKind storage, VariableRole role = VariableRole::Inpu
 }
 
 TEST(Variables, TextsSpellNumbersInTheirStorage) {
-  const double refused = -12345.0;
   const struct {
     StorageKind storage;
-    const char* text;
-    double number;
+    std::vector<std::pair<const char*, double>> read;
+    std::vector<const char*> refused;
   } rows[] = {
-      {StorageKind::Real, "2.50", 2.5},
-      {StorageKind::Real, "1970-01-02", refused},
-      {StorageKind::Real, "", refused},
-      {StorageKind::Integer, "-7", -7.0},
-      {StorageKind::String, "7", refused},
-      {StorageKind::Date, "1970-01-01", 0.0},
-      {StorageKind::Date, "1969-12-31", -1.0},
-      {StorageKind::Date, "2000-03-01", 11017.0},
-      {StorageKind::Date, "2000-02-29", 11016.0},
-      {StorageKind::Date, "1900-02-29", refused},
-      {StorageKind::Date, "2000-00-10", refused},
-      {StorageKind::Date, "2000-01-1", refused},
-      {StorageKind::Date, "2000-01-01x", refused},
-      {StorageKind::Date, "2000-01-01T00:00:00", refused},
-      {StorageKind::Date, "11017.5", 11017.5},
-      {StorageKind::Time, "00:00:00", 0.0},
-      {StorageKind::Time, "23:59:59", 86399.0},
-      {StorageKind::Time, "23:59:59.25", 86399.25},
-      {StorageKind::Time, "23:59:59.", refused},
-      {StorageKind::Time, "24:00:00", refused},
-      {StorageKind::Time, "12:60:00", refused},
-      {StorageKind::Time, "12:00:60", refused},
-      {StorageKind::Time, "12:00", refused},
-      {StorageKind::Timestamp, "1970-01-02T00:00:01", 86401.0},
-      {StorageKind::Timestamp, "1970-01-02 00:00:01", 86401.0},
-      {StorageKind::Timestamp, "1969-12-31T23:59:59", -1.0},
-      {StorageKind::Timestamp, "1970-01-02", refused},
-      {StorageKind::Timestamp, "1970-01-02X00:00:01", refused},
-      {StorageKind::Timestamp, "86401", 86401.0},
+      {StorageKind::Real, {{"2.50", 2.5}}, {"1970-01-02", ""}},
+      {StorageKind::Integer, {{"-7", -7.0}}, {}},
+      {StorageKind::String, {}, {"7"}},
+      {StorageKind::Date,
+       {{"1970-01-01", 0.0},
+        {"1969-12-31", -1.0},
+        {"2000-03-01", 11017.0},
+        {"2000-02-29", 11016.0},
+        {"11017.5", 11017.5}},
+       {"1900-02-29", "2000-00-10", "2000-01-1", "2000-01-01x", "2000-01-01T00:00:00"}},
+      {StorageKind::Time,
+       {{"00:00:00", 0.0}, {"23:59:59", 86399.0}, {"23:59:59.25", 86399.25}},
+       {"23:59:59.", "24:00:00", "12:60:00", "12:00:60", "12:00"}},
+      {StorageKind::Timestamp,
+       {{"1970-01-02T00:00:01", 86401.0},
+        {"1970-01-02 00:00:01", 86401.0},
+        {"1969-12-31T23:59:59", -1.0},
+        {"86401", 86401.0}},
+       {"1970-01-02", "1970-01-02X00:00:01"}},
   };
   for (const auto& row : rows) {
-    double number = refused;
-    EXPECT_EQ(Continuous(row.storage).TextToNumber(row.text, number), row.number != refused)
-        << row.text;
-    EXPECT_EQ(number, row.number) << row.text;
+    const QDContVar variable = Continuous(row.storage);
+    double number = 0.0;
+    for (const auto& [text, expected] : row.read) {
+      EXPECT_TRUE(variable.TextToNumber(text, number)) << text;
+      EXPECT_EQ(number, expected) << text;
+    }
+    number = -12345.0;
+    for (const char* text : row.refused) EXPECT_FALSE(variable.TextToNumber(text, number)) << text;
+    EXPECT_EQ(number, -12345.0);
   }
   EXPECT_EQ(Continuous(StorageKind::Date).NumberToText(11017.1), "11017.1");
 }

@@ -18,10 +18,6 @@ using Rows = std::vector<std::vector<double>>;
 
 constexpr double kMissing = QDMV::gMissingValue;
 
-void Ask(QDUnivariateSummaries& summaries, std::int32_t variable, Statistic statistic) {
-  ASSERT_TRUE(summaries.Register(variable, static_cast<std::int32_t>(statistic)));
-}
-
 /// Sorted views over rows in memory.
 class SortedRows final : public ISortedData {
  public:
@@ -141,22 +137,14 @@ std::int64_t BinByDefinition(const std::vector<double>& edges, double x) {
 TEST(Histogram, FindBinAgreesWithItsDefinitionAtAndBesideEveryEdge) {
   constexpr double kHuge = std::numeric_limits<double>::max() / 2;
   constexpr double kTiny = std::numeric_limits<double>::denorm_min();
-  const std::pair<double, double> ranges[] = {{0, 1},
-                                              {-1, 1},
-                                              {-1e-300, 5e-300},
-                                              {1, 1 + 1e-13},
-                                              {1e15, 1e15 + 3},
-                                              {-7.3, -7.3},
-                                              {-kHuge, 1},
-                                              {-1, kHuge},
-                                              {-kHuge, kHuge},
-                                              {0, kTiny},
-                                              {-kTiny, kTiny * 1000},
-                                              {3, 1e9},
-                                              {-1e-9, 1e9},
-                                              {-1e9, 1e-9},
-                                              {-2 * kHuge, 2 * kHuge}};
-  for (const auto& [low, high] : ranges) {
+  const std::vector<double> lows = {0,      -1, -1e-300, 1, 1e15,  -7.3, -kHuge,    -1,
+                                    -kHuge, 0,  -kTiny,  3, -1e-9, -1e9, -2 * kHuge};
+  const std::vector<double> highs = {1,   1,     5e-300,   1 + 1e-13, 1e15 + 3,     -7.3,
+                                     1,   kHuge, kHuge,    kTiny,     kTiny * 1000, 1e9,
+                                     1e9, 1e-9,  2 * kHuge};
+  for (std::size_t range = 0; range < lows.size(); ++range) {
+    const double low = lows[range];
+    const double high = highs.at(range);
     SCOPED_TRACE(testing::Message() << low << " to " << high);
     QDContUnivariateVariable histogram;
     histogram.SetRange(low, high, QDContUnivariateVariable::kBinCount);
@@ -257,113 +245,109 @@ TEST(CategoricalSummary, MedianCategoryAndLargestFrequency) {
 
 const Rows kRows = {{1, 0, 2, 5}, {kMissing, 2, 1, 6}, {3, -1, 1, kMissing}, {0, 2, 1, 0}};
 
-/// x, a group, the weight, y.
-QDVarList Variables() {
-  return VariableListBuilder()
-      .Continuous("x")
-      .Nominal("g", {"a", "b", "c"})
-      .Weight("w")
-      .Continuous("y")
-      .Other("z")
-      .Build();
-}
+/// Summaries over records of x, a group, the weight, y and a variable that no test takes.
+struct Summarised {
+  explicit Summarised(const Rows& rows = kRows, bool inBlocks = true)
+      : blocks(rows, 3),
+        single(rows),
+        summaries(inBlocks ? static_cast<MultiPassRecordIter*>(&blocks) : &single, &variables) {}
+  void Ask(std::int32_t variable, Statistic statistic) {
+    ASSERT_TRUE(summaries.Register(variable, static_cast<std::int32_t>(statistic)));
+  }
+  const QDVarList variables = VariableListBuilder()
+                                  .Continuous("x")
+                                  .Nominal("g", {"a", "b", "c"})
+                                  .Weight("w")
+                                  .Continuous("y")
+                                  .Other("z")
+                                  .Build();
+  MemoryBlocks blocks;
+  MemoryRecords single;
+  QDUnivariateSummaries summaries;
+  const UnivariateResults results{&summaries};
+};
 
 TEST(Summaries, LeaveOutMissingValuesOfEachVariableAlone) {
-  const QDVarList variables = Variables();
-  MemoryBlocks blocks(kRows, 3);
-  MemoryRecords single(kRows);
-  for (MultiPassRecordIter* records :
-       {static_cast<MultiPassRecordIter*>(&blocks), static_cast<MultiPassRecordIter*>(&single)}) {
-    QDUnivariateSummaries summaries(records, &variables);
-    Ask(summaries, 0, Statistic::Distribution);
-    Ask(summaries, 0, Statistic::MeanStdDev);
-    summaries.SetWeightVariable(2);
-    Ask(summaries, 1, Statistic::Frequencies);
-    ASSERT_THAT(summaries.Run(), IsOk());
-    const UnivariateResults results(&summaries);
-    EXPECT_EQ(results.GetTotalWeight(0), 4);
-    EXPECT_THAT(results.GetMean(0), IsCloseTo(1.25));
-    EXPECT_EQ(results.GetMaximum(0), 3.0);
-    EXPECT_THAT(Filled(*results.GetBins(0)), ElementsAre(Pair(2, 1.0), Pair(1, 3.0), Pair(1, 0.0)));
+  for (const bool inBlocks : {true, false}) {
+    Summarised run(kRows, inBlocks);
+    run.Ask(0, Statistic::Distribution);
+    run.Ask(0, Statistic::MeanStdDev);
+    run.summaries.SetWeightVariable(2);
+    run.Ask(1, Statistic::Frequencies);
+    ASSERT_THAT(run.summaries.Run(), IsOk());
+    EXPECT_EQ(run.results.GetTotalWeight(0), 4);
+    EXPECT_THAT(run.results.GetMean(0), IsCloseTo(1.25));
+    EXPECT_EQ(run.results.GetMaximum(0), 3.0);
+    EXPECT_THAT(Filled(*run.results.GetBins(0)),
+                ElementsAre(Pair(2, 1.0), Pair(1, 3.0), Pair(1, 0.0)));
     std::map<std::int32_t, std::int64_t> frequencies = {{77, 1}};
-    ASSERT_TRUE(results.GetFrequencies(1, frequencies));
+    ASSERT_TRUE(run.results.GetFrequencies(1, frequencies));
     EXPECT_THAT(frequencies, ElementsAre(Pair(0, 2), Pair(1, 0), Pair(2, 2)));
-    EXPECT_EQ(results.GetTotalWeight(1), 4);
+    EXPECT_EQ(run.results.GetTotalWeight(1), 4);
   }
 }
 
 TEST(Summaries, AnswerForNoOrAnotherKindOfVariableThatThereIsNone) {
-  const QDVarList variables = Variables();
-  QDUnivariateSummaries summaries(nullptr, &variables);
-  EXPECT_FALSE(summaries.Register(4, 1));   // a kind without summary
-  EXPECT_FALSE(summaries.Register(17, 1));  // no variable
-  Ask(summaries, 0, Statistic::MeanStdDev);
-  Ask(summaries, 1, Statistic::Frequencies);
-  const UnivariateResults results(&summaries);
-  EXPECT_FALSE(results.HasVariable(4));
-  EXPECT_TRUE(results.HasVariable(1));
-  EXPECT_EQ(results.GetTotalWeight(3), -1);
-  EXPECT_EQ(results.GetMean(1), kMissing);
-  EXPECT_EQ(results.GetBins(1), nullptr);
-  EXPECT_EQ(results.GetMedianCategory(0), -1);
-  EXPECT_EQ(results.GetLargestFrequency(0), -1);
-  EXPECT_EQ(results.GetCategoryCount(0), -1);
-  EXPECT_EQ(results.GetCategoryCount(1), 3);
+  Summarised run;
+  EXPECT_FALSE(run.summaries.Register(4, 1));   // a kind without summary
+  EXPECT_FALSE(run.summaries.Register(17, 1));  // no variable
+  run.Ask(0, Statistic::MeanStdDev);
+  run.Ask(1, Statistic::Frequencies);
+  EXPECT_FALSE(run.results.HasVariable(4));
+  EXPECT_TRUE(run.results.HasVariable(1));
+  EXPECT_EQ(run.results.GetTotalWeight(3), -1);
+  EXPECT_EQ(run.results.GetMean(1), kMissing);
+  EXPECT_EQ(run.results.GetBins(1), nullptr);
+  EXPECT_EQ(run.results.GetMedianCategory(0), -1);
+  EXPECT_EQ(run.results.GetLargestFrequency(0), -1);
+  EXPECT_EQ(run.results.GetCategoryCount(0), -1);
+  EXPECT_EQ(run.results.GetCategoryCount(1), 3);
   std::map<std::int32_t, std::int64_t> frequencies;
-  EXPECT_FALSE(results.GetFrequencies(0, frequencies));
+  EXPECT_FALSE(run.results.GetFrequencies(0, frequencies));
 }
 
 TEST(Summaries, QuartilesNeedSortedDataAndReadIt) {
-  const QDVarList variables = Variables();
-  MemoryBlocks records(kRows);
-  QDUnivariateSummaries summaries(&records, &variables);
-  EXPECT_FALSE(summaries.Register(0, static_cast<std::int32_t>(Statistic::Median)));
+  Summarised run;
+  EXPECT_FALSE(run.summaries.Register(0, static_cast<std::int32_t>(Statistic::Median)));
   SortedRows sorted(kRows);
-  summaries.SetSortedData(&sorted);
-  summaries.SetWeightVariable(2);
-  Ask(summaries, 0, Statistic::Median);
-  ASSERT_THAT(summaries.Run(), IsOk());
-  const UnivariateResults results(&summaries);  // values 0, 1, 1, 3
-  EXPECT_EQ(results.GetMedian(0), 1.0);
-  EXPECT_EQ(results.GetFirstQuartile(0), 0.5);
-  EXPECT_EQ(results.GetThirdQuartile(0), 2.0);
-  EXPECT_EQ(results.GetMaximum(0), 3.0);  // seen on the way
+  run.summaries.SetSortedData(&sorted);
+  run.summaries.SetWeightVariable(2);
+  run.Ask(0, Statistic::Median);
+  ASSERT_THAT(run.summaries.Run(), IsOk());
+  EXPECT_EQ(run.results.GetMedian(0), 1.0);  // of the values 0, 1, 1, 3
+  EXPECT_EQ(run.results.GetFirstQuartile(0), 0.5);
+  EXPECT_EQ(run.results.GetThirdQuartile(0), 2.0);
+  EXPECT_EQ(run.results.GetMaximum(0), 3.0);  // seen on the way
 }
 
 TEST(Summaries, ASummaryWithoutItsSortedViewFailsTheReading) {
   class NoViews final : public ISortedData {
     MultiPassRecordIter* GetSortedIterator(std::int32_t) override { return nullptr; }
   } noViews;
-  const QDVarList variables = Variables();
-  MemoryBlocks records(kRows);
-  QDUnivariateSummaries summaries(&records, &variables);
-  summaries.SetSortedData(&noViews);
-  Ask(summaries, 0, Statistic::Quartiles);
-  EXPECT_THAT(summaries.Run(), HasCode(220005));
+  Summarised run;
+  run.summaries.SetSortedData(&noViews);
+  run.Ask(0, Statistic::Quartiles);
+  EXPECT_THAT(run.summaries.Run(), HasCode(220005));
 }
 
 TEST(Summaries, ADistributionBehindAFinishedVariableStaysWithoutItsEntryOfZeros) {
-  const QDVarList variables = Variables();
-  MemoryBlocks records(kRows);
-  QDUnivariateSummaries summaries(&records, &variables);
-  Ask(summaries, 0, Statistic::Distribution);
-  Ask(summaries, 1, Statistic::Frequencies);
-  Ask(summaries, 3, Statistic::Distribution);
-  ASSERT_THAT(summaries.Run(), IsOk());
-  const UnivariateResults results(&summaries);
-  EXPECT_THAT(Filled(*results.GetBins(0)), ElementsAre(Pair(1, 1.0), Pair(1, 3.0), Pair(1, 0.0)));
-  EXPECT_THAT(Filled(*results.GetBins(3)), ElementsAre(Pair(1, 5.0), Pair(1, 6.0)));
+  Summarised run;
+  run.Ask(0, Statistic::Distribution);
+  run.Ask(1, Statistic::Frequencies);
+  run.Ask(3, Statistic::Distribution);
+  ASSERT_THAT(run.summaries.Run(), IsOk());
+  EXPECT_THAT(Filled(*run.results.GetBins(0)),
+              ElementsAre(Pair(1, 1.0), Pair(1, 3.0), Pair(1, 0.0)));
+  EXPECT_THAT(Filled(*run.results.GetBins(3)), ElementsAre(Pair(1, 5.0), Pair(1, 6.0)));
 }
 
 TEST(Summaries, NoRecordLeavesEverythingAsItWasMade) {
-  const QDVarList variables = Variables();
-  MemoryBlocks records({});
-  QDUnivariateSummaries summaries(&records, &variables);
-  Ask(summaries, 0, Statistic::Distribution);
-  ASSERT_THAT(summaries.Run(), IsOk());
-  EXPECT_EQ(records.Resets(), 1);
-  EXPECT_EQ(UnivariateResults(&summaries).GetMinimum(0), kMissing);
-  EXPECT_TRUE(UnivariateResults(&summaries).GetBins(0)->empty());
+  Summarised run(Rows{});
+  run.Ask(0, Statistic::Distribution);
+  ASSERT_THAT(run.summaries.Run(), IsOk());
+  EXPECT_EQ(run.blocks.Resets(), 1);
+  EXPECT_EQ(run.results.GetMinimum(0), kMissing);
+  EXPECT_TRUE(run.results.GetBins(0)->empty());
 }
 
 }  // namespace
