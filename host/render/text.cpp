@@ -154,7 +154,7 @@ class TextReport {
       const bool isRuns = figure.group == "MinimumRuns" || figure.group == "MaximumRuns";
       if (isRuns && figure.group != group) table.rows.push_back({FigureLabel(figure.group)});
       group = figure.group;
-      table.rows.push_back({(isRuns ? "  " : "") + FigureLabel(figure.name),
+      table.rows.push_back({(isRuns ? "  " : "") + FigureLabel(figure.name, figure.group),
                             FigureText(figure.text),
                             IsSignificance(figure) ? SignificanceText(figure.text) : ""});
     }
@@ -244,7 +244,7 @@ class TextReport {
     const bool hasRanks = test.boxPlots.front().meanRank.has_value();
     TextTable table{{{"Group"}}, "lr", true};
     if (hasRanks) table.rows[0].push_back("Mean rank");
-    for (const char* column : {"Lowest", "25 %", "Median", "75 %", "Highest"}) {
+    for (const char* column : {"Lower whisker", "25 %", "Median", "75 %", "Upper whisker"}) {
       table.rows[0].push_back(column);
     }
     for (const ResultBoxPlot& plot : test.boxPlots) {

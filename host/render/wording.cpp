@@ -201,11 +201,12 @@ std::string DistributionHypothesis(const ResultTest& test, const std::string& fi
 std::string RunsHypothesis(const ResultDocument& document, const ResultTest& test,
                            const std::string& field) {
   if (test.conditionKey.starts_with("ACutPoint")) {
-    return "The order of the values of " + field + " below and from " + FigureParameter(test, 1) +
-           " on is random.";
+    const std::string cut = FigureParameter(test, 1);
+    return "Values of " + field + " below " + cut + " and from " + cut +
+           " on follow each other in random order.";
   }
-  return "The order of " + CategoriesParameter(document, test, 1) + " against " +
-         CategoriesParameter(document, test, 2) + " in " + field + " is random.";
+  return "In " + field + ", " + CategoriesParameter(document, test, 1) + " and " +
+         CategoriesParameter(document, test, 2) + " follow each other in random order.";
 }
 
 // Puts the titles into their places; what a title holds stays as it is.
@@ -265,7 +266,12 @@ std::string DecisionText(const ResultDocument& document, const ResultTest& test)
   return test.decision.empty() ? "" : "No decision: the test could not be computed.";
 }
 
-std::string FigureLabel(std::string_view name) { return LookUp(kFigureLabels, name); }
+std::string FigureLabel(std::string_view name, std::string_view group) {
+  // The distribution of the number of runs, not that of the field.
+  if (group == "RunsParameters" && name == "Mean") return "Expected runs";
+  if (group == "RunsParameters" && name == "StdDev") return "Standard deviation of runs";
+  return LookUp(kFigureLabels, name);
+}
 std::string TableLabel(std::string_view name) { return LookUp(kTableLabels, name); }
 
 std::vector<std::string> FieldTitles(const ResultDocument& document, const ResultTest& test,

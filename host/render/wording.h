@@ -18,8 +18,9 @@ namespace npar_host {
 [[nodiscard]] std::string Hypothesis(const ResultDocument& document, const ResultTest& test);
 /// The decision as a sentence; empty for an estimate.
 [[nodiscard]] std::string DecisionText(const ResultDocument& document, const ResultTest& test);
-/// The usual name of a figure: "Standardised test statistic" for "StandardTestStatistic".
-[[nodiscard]] std::string FigureLabel(std::string_view name);
+/// The usual name of a figure: "Standardised test statistic" for "StandardTestStatistic"; in a
+/// group of figures it may have another.
+[[nodiscard]] std::string FigureLabel(std::string_view name, std::string_view group = {});
 /// The usual name of a table, of its rows and columns, where they are keys of the document.
 [[nodiscard]] std::string TableLabel(std::string_view name);
 

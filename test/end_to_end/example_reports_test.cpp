@@ -104,13 +104,13 @@ confidence level 0.95.
   Asymptotic significance (2-sided)  1.51084e-10  p < .001
   Epsilon squared (ε²)                  0.770301
 
-  Group  Mean rank  Lowest  25 %  Median  75 %  Highest
-  A        52.1667       7    11      14  18.5       23
-  B        54.8333       7    12    16.5    18       21
-  C        11.4583       0     1     1.5     3        4
-  D        25.5833       2   3.5       5     5        6
-  E        19.3333       1   2.5       3     5        6
-  F         55.625       9    12      15    23       26
+  Group  Mean rank  Lower whisker  25 %  Median  75 %  Upper whisker
+  A        52.1667              7    11      14  18.5             23
+  B        54.8333              7    12    16.5    18             21
+  C        11.4583              0     1     1.5     3              4
+  D        25.5833              2   3.5       5     5              6
+  E        19.3333              1   2.5       3     5              6
+  F         55.625              9    12      15    23             26
 
   A                  ├────────▒▒▒▒▒▒▒█▒▒▒▒▒▒▒▒▒▒──────────┤
   B                  ├──────────▒▒▒▒▒▒▒▒▒▒▒█▒▒▒──────┤

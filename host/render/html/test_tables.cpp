@@ -105,7 +105,7 @@ std::string FiguresTable(const ResultDocument& document, const ResultTest& test,
   for (const ResultStatistic& detail : test.details) {
     // A cross table's own entries are codes that its labels already tell.
     if (detail.group == "CategoryFieldsComparison") continue;
-    table.AddRow(Escaped(FigureLabel(detail.name)), {FigureMarkup(detail.text)});
+    table.AddRow(Escaped(FigureLabel(detail.name, detail.group)), {FigureMarkup(detail.text)});
   }
   AddFigures(table, test.statistics);
   if (const auto effect = FindEffectSize(document, test)) {
