@@ -17,13 +17,9 @@ std::string Fields(const std::string& name, const std::string& values) {
   return ListParameter(name, Words(values));
 }
 
-std::string ListAttribute(const std::string& name, const std::string& values) {
-  return "<Attribute name='" + name + "'>" + ListText(Words(values)) + "</Attribute>";
-}
-
 std::string OneSample() {
   const std::string yes = Attribute("catVarClassFormation", "givenCategoryList") +
-                          ListAttribute("givenCategoryList", "yes");
+                          ListAttribute("givenCategoryList", Words("yes"));
   return Family("OneSample") +
          Selected("OBinomial", Attribute("isDoClopperPearson", "true") +
                                    Attribute("isDoJeffreys", "true") +
@@ -53,7 +49,8 @@ std::string Related() {
 
 std::string Independent() {
   const std::string groups = Attribute("userSpecifyGroupList", "true") +
-                             ListAttribute("group1List", "a") + ListAttribute("group2List", "b c");
+                             ListAttribute("group1List", Words("a")) +
+                             ListAttribute("group2List", Words("b c"));
   std::string text = Family("Independent");
   for (const char* key : {"IMannWhitneyU", "IMoses", "IKolmogorovSmirnov", "IWaldWolfowitzRuns",
                           "IHodgesLehmannEstimateIndependent"}) {

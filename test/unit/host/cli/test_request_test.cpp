@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "host/cli/word_list.h"
+#include "support/parameters_text.h"
 
 namespace npar_host {
 namespace {
@@ -20,22 +21,6 @@ std::string Written(std::string_view request) {
   return text.str();
 }
 
-std::string Parameter(const std::string& key, const std::string& attributes) {
-  return "<Parameter name=\"" + key +
-         "\"><StructuredValue><Attribute name=\"isSelected\" value=\"true\"/>" + attributes +
-         "</StructuredValue></Parameter>";
-}
-
-std::string Attribute(const std::string& key, const std::string& value) {
-  return "<Attribute name=\"" + key + "\" value=\"" + value + "\"/>";
-}
-
-std::string List(const std::string& key, const std::vector<std::string>& values) {
-  std::string text = "<Attribute name=\"" + key + "\"><ListValue>";
-  for (const auto& value : values) text += "<Value value=\"" + value + "\"/>";
-  return text + "</ListValue></Attribute>";
-}
-
 struct Row {
   const char* catches;
   const char* request;
@@ -44,60 +29,61 @@ struct Row {
 
 TEST(TestRequestTest, BecomesAnEntryOfTheParameterDocument) {
   const Row rows[] = {
-      {"a test without options", "sign", Parameter("RSign", "")},
-      {"the colon without options", "sign:", Parameter("RSign", "")},
+      {"a test without options", "sign", Selected("RSign", "")},
+      {"the colon without options", "sign:", Selected("RSign", "")},
       {"formations that must stand also by default", "binomial",
-       Parameter("OBinomial", Attribute("catVarClassFormation", "getFromData") +
-                                  Attribute("contVarClassFormation", "sampleMidPoint"))},
+       Selected("OBinomial", Attribute("catVarClassFormation", "getFromData") +
+                                 Attribute("contVarClassFormation", "sampleMidPoint"))},
       {"number, categories, cut point and words together",
        "binomial:p=0.35,success=Yes|no\\, never,cut=31.5,intervals=jeffreys|profile",
-       Parameter("OBinomial", Attribute("testProbability", "0.35") +
-                                  Attribute("catVarClassFormation", "givenCategoryList") +
-                                  List("givenCategoryList", {"Yes", "no, never"}) +
-                                  Attribute("contVarClassFormation", "givenCutPoint") +
-                                  Attribute("givenCutPoint", "31.5") +
-                                  Attribute("isDoJeffreys", "true") +
-                                  Attribute("isDoProfileLikelihood", "true"))},
+       Selected("OBinomial", Attribute("testProbability", "0.35") +
+                                 Attribute("catVarClassFormation", "givenCategoryList") +
+                                 ListAttribute("givenCategoryList", {"Yes", "no, never"}) +
+                                 Attribute("contVarClassFormation", "givenCutPoint") +
+                                 Attribute("givenCutPoint", "31.5") +
+                                 Attribute("isDoJeffreys", "true") +
+                                 Attribute("isDoProfileLikelihood", "true"))},
       {"category=number pairs", "chi-square:expected=a=2|b=1",
-       Parameter("OChiSquare",
-                 Attribute("classFormation", "givenExpectedValue") +
-                     "<Attribute name=\"custom\"><ListValue>"
-                     "<StructuredValue><Attribute name=\"categoryValue\" value=\"a\"/>"
-                     "<Attribute name=\"expectedValue\" value=\"2\"/></StructuredValue>"
-                     "<StructuredValue><Attribute name=\"categoryValue\" value=\"b\"/>"
-                     "<Attribute name=\"expectedValue\" value=\"1\"/></StructuredValue>"
-                     "</ListValue></Attribute>")},
+       Selected("OChiSquare",
+                Attribute("classFormation", "givenExpectedValue") +
+                    "<Attribute name=\"custom\"><ListValue>"
+                    "<StructuredValue><Attribute name=\"categoryValue\" value=\"a\"/>"
+                    "<Attribute name=\"expectedValue\" value=\"2\"/></StructuredValue>"
+                    "<StructuredValue><Attribute name=\"categoryValue\" value=\"b\"/>"
+                    "<Attribute name=\"expectedValue\" value=\"1\"/></StructuredValue>"
+                    "</ListValue></Attribute>")},
       {"a formation that is read even without a list", "chi-square",
-       Parameter("OChiSquare", Attribute("classFormation", "getFromData"))},
+       Selected("OChiSquare", Attribute("classFormation", "getFromData"))},
       {"a word where a number may stand too", "runs:cut=mean",
-       Parameter("ORuns", Attribute("contVarClassFormation", "cutPointMean") +
-                              Attribute("catVarClassFormation", "getFromData"))},
+       Selected("ORuns", Attribute("contVarClassFormation", "cutPointMean") +
+                             Attribute("catVarClassFormation", "getFromData"))},
       {"a number where a word may stand too", "runs:cut=3",
-       Parameter("ORuns", Attribute("contVarClassFormation", "cutPointValue") +
-                              Attribute("cutPointValue", "3") +
-                              Attribute("catVarClassFormation", "getFromData"))},
+       Selected("ORuns", Attribute("contVarClassFormation", "cutPointValue") +
+                             Attribute("cutPointValue", "3") +
+                             Attribute("catVarClassFormation", "getFromData"))},
       {"an implied entry of two options written twice", "mann-whitney:group1=A|B,group2=C",
-       Parameter("IMannWhitneyU", Attribute("userSpecifyGroupList", "true") +
-                                      List("group1List", {"A", "B"}) + List("group2List", {"C"}))},
-      {"no group lists unless given", "mann-whitney", Parameter("IMannWhitneyU", "")},
+       Selected("IMannWhitneyU", Attribute("userSpecifyGroupList", "true") +
+                                     ListAttribute("group1List", {"A", "B"}) +
+                                     ListAttribute("group2List", {"C"}))},
+      {"no group lists unless given", "mann-whitney", Selected("IMannWhitneyU", "")},
       {"the comparison's word", "kruskal-wallis:compare=pairwise",
-       Parameter("IKruskalWallis", Attribute("typeOfMultipleComparison", "pairWise"))},
+       Selected("IKruskalWallis", Attribute("typeOfMultipleComparison", "pairWise"))},
       {"the comparison always said", "friedman",
-       Parameter("RFriedmansTwoWayByRanks", Attribute("typeOfMultipleComparison", "none"))},
+       Selected("RFriedmansTwoWayByRanks", Attribute("typeOfMultipleComparison", "none"))},
       {"a count with its flag", "moses:outliers=2",
-       Parameter("IMoses", Attribute("userSpecifyNumberOfOutliers", "true") +
-                               Attribute("NumberOfOutliers", "2"))},
+       Selected("IMoses", Attribute("userSpecifyNumberOfOutliers", "true") +
+                              Attribute("NumberOfOutliers", "2"))},
       {"a flag that also stands switched off", "wilcoxon",
-       Parameter("OWilcoxonSignedRanks", Attribute("userSpecifyTestValue", "false"))},
+       Selected("OWilcoxonSignedRanks", Attribute("userSpecifyTestValue", "false"))},
       {"a negative number", "wilcoxon:median=-0.5",
-       Parameter("OWilcoxonSignedRanks",
-                 Attribute("userSpecifyTestValue", "true") + Attribute("testValue", "-0.5"))},
+       Selected("OWilcoxonSignedRanks",
+                Attribute("userSpecifyTestValue", "true") + Attribute("testValue", "-0.5"))},
       {"the order of hypotheses", "jonckheere-terpstra:order=descending",
-       Parameter("IJonckheereTerpstra", Attribute("orderOfHypotheses", "orderLargestToSmallest") +
-                                            Attribute("typeOfMultipleComparison", "none"))},
+       Selected("IJonckheereTerpstra", Attribute("orderOfHypotheses", "orderLargestToSmallest") +
+                                           Attribute("typeOfMultipleComparison", "none"))},
       {"categories that hold separators and markup", "mcnemar:success=a\\|b|<\\,>",
-       Parameter("RMcNemar", Attribute("classFormation", "givenCategoryList") +
-                                 List("categoriesList", {"a|b", "&lt;,>"}))},
+       Selected("RMcNemar", Attribute("classFormation", "givenCategoryList") +
+                                ListAttribute("categoriesList", {"a|b", "&lt;,>"}))},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.catches);

@@ -13,15 +13,11 @@
 #include <utility>
 #include <vector>
 
+#include "support/process.h"
+
 namespace {
 
 using namespace npar_host;
-
-std::string ReadFile(const std::filesystem::path& path) {
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
 
 std::optional<std::string> Name(std::size_t index) {
   const std::vector<std::string> names = {"before", "after; \"%1\"", "1999"};
@@ -36,7 +32,7 @@ TEST(MessagesTest, EveryCodeInTheSourcesHasAText) {
   for (const char* const folder : {"src", "platform"}) {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
       if (!entry.is_regular_file()) continue;
-      const std::string text = ReadFile(entry.path());
+      const std::string text = FileContent(entry.path().string());
       for (std::sregex_iterator match(text.begin(), text.end(), code), end; match != end; ++match) {
         ++found;
         const std::int32_t number = std::stoi(match->str());
@@ -153,7 +149,7 @@ std::string Page() {
 }
 
 TEST(MessagesTest, DocumentationListsTheTable) {
-  if (ReadFile("docs/messages.md") == Page()) return;
+  if (FileContent("docs/messages.md") == Page()) return;
   const std::string fresh = std::string(NPAR_BUILD_DIR) + "/messages.md";
   std::ofstream(fresh, std::ios::binary) << Page();
   ADD_FAILURE() << "docs/messages.md is not what the table says: copy " << fresh << " over it";

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <pugixml.hpp>
 #include <set>
 #include <sstream>
@@ -11,6 +10,7 @@
 #include "host/data/number.h"
 #include "host/render/effect_size.h"
 #include "host/render/wording.h"
+#include "support/process.h"
 
 namespace npar_host {
 namespace {
@@ -19,17 +19,17 @@ using testing::AnyOf;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr const char* kResults = "test/support/references/results/";
-
 // Results of real data that between them hold every kind of table.
 constexpr const char* kDocuments[] = {
     "approval",    "discoveries",      "insect_sprays_pairwise", "rounding_times_stepwise",
     "sleep_pairs", "titanic_expected", "tooth_growth_supp"};
 
-std::string ReadText(const std::string& path) {
-  std::ostringstream text;
-  text << std::ifstream(path).rdbuf();
-  return text.str();
+/// The text of a result document, and what it says.
+std::string ReferenceText(const std::string& name) {
+  return FileContent("test/support/references/results/" + name + ".xml");
+}
+ResultDocument Reference(const std::string& name) {
+  return ReadResultDocument(ReferenceText(name), name);
 }
 
 struct Page {
@@ -84,11 +84,10 @@ std::set<std::string> NumbersOf(pugi::xml_node root) {
 TEST(HtmlReportTest, HoldsEachNumberOfTheDocumentAndNoOther) {
   for (const char* name : kDocuments) {
     SCOPED_TRACE(name);
-    const std::string path = std::string(kResults) + name + ".xml";
-    const std::string text = ReadText(path);
+    const std::string text = ReferenceText(name);
     pugi::xml_document xml;
     ASSERT_TRUE(xml.load_string(text.c_str()));
-    const ResultDocument document = ReadResultDocument(text, path);
+    const ResultDocument document = Reference(name);
     const Page page(document);
     std::set<std::string> shown;
     for (const auto& found : page.xml.select_nodes("//data")) {
@@ -123,7 +122,7 @@ TEST(HtmlReportTest, HoldsEachNumberOfTheDocumentAndNoOther) {
 TEST(HtmlReportTest, EveryPlotSaysInWordsWhatItShows) {
   for (const char* name : kDocuments) {
     SCOPED_TRACE(name);
-    const Page page(ReadResultDocument(ReadText(std::string(kResults) + name + ".xml"), name));
+    const Page page(Reference(name));
     EXPECT_GT(page.Count("//svg"), 0u);
     EXPECT_EQ(page.Count("//svg[@role='img'][string-length(title) > 10][string-length(desc) > 10]"),
               page.Count("//svg"));
@@ -157,8 +156,7 @@ TEST(HtmlReportTest, EachTestHasItsPlots) {
   };
   for (const PlotCase& row : cases) {
     SCOPED_TRACE(std::string(row.document) + " " + row.kind);
-    const Page page(
-        ReadResultDocument(ReadText(std::string(kResults) + row.document + ".xml"), ""));
+    const Page page(Reference(row.document));
     EXPECT_EQ(page.Count(("//figure[@class='plot " + std::string(row.kind) + "']").c_str()),
               row.count);
   }
@@ -167,7 +165,7 @@ TEST(HtmlReportTest, EachTestHasItsPlots) {
 TEST(HtmlReportTest, TablesHaveCaptionsAndScopedHeadersAndIdsAreUnique) {
   for (const char* name : kDocuments) {
     SCOPED_TRACE(name);
-    const Page page(ReadResultDocument(ReadText(std::string(kResults) + name + ".xml"), name));
+    const Page page(Reference(name));
     EXPECT_EQ(page.Count("//table[caption]"), page.Count("//table"));
     EXPECT_EQ(page.Count("//th[@scope]"), page.Count("//th"));
     EXPECT_EQ(page.Count("//h1"), 1u);
@@ -183,8 +181,7 @@ TEST(HtmlReportTest, TablesHaveCaptionsAndScopedHeadersAndIdsAreUnique) {
 }
 
 TEST(HtmlReportTest, SubsetsStandInColumnsInTheOrderOfTheirFirstSample) {
-  const Page page(
-      ReadResultDocument(ReadText(std::string(kResults) + "rounding_times_stepwise.xml"), ""));
+  const Page page(Reference("rounding_times_stepwise"));
   const auto table = page.xml.select_node("//table[starts-with(caption, 'Homogeneous')]").node();
   const auto row = table.child("tbody").first_child();
   EXPECT_STREQ(row.child("th").child_value(), "wide_angle");
@@ -194,8 +191,7 @@ TEST(HtmlReportTest, SubsetsStandInColumnsInTheOrderOfTheirFirstSample) {
 }
 
 TEST(HtmlReportTest, ManySubsetsMakeTablesThatFitAPage) {
-  ResultDocument document =
-      ReadResultDocument(ReadText(std::string(kResults) + "rounding_times_stepwise.xml"), "");
+  ResultDocument document = Reference("rounding_times_stepwise");
   document.tests.resize(1);
   ResultComparison& stepwise = document.tests[0].stepwise;
   stepwise.order.assign(11, stepwise.order[0]);
@@ -218,8 +214,7 @@ TEST(HtmlReportTest, ManySubsetsMakeTablesThatFitAPage) {
 }
 
 TEST(HtmlReportTest, PairsThatNoEyeCanTraceAreAlsoAGrid) {
-  ResultDocument document =
-      ReadResultDocument(ReadText(std::string(kResults) + "insect_sprays_pairwise.xml"), "");
+  ResultDocument document = Reference("insect_sprays_pairwise");
   EXPECT_EQ(Page(document).Count("//figure[contains(@class, 'pairwise-grid')]"), 0u);
   document.tests.resize(1);
   ResultComparison& pairwise = document.tests[0].pairwise;
@@ -270,8 +265,7 @@ TEST(HtmlReportTest, NamesOfAnyContentAreShownAsText) {
   for (const HostileCase& row : cases) {
     SCOPED_TRACE(row.catches);
     for (const char* name : kDocuments) {
-      ResultDocument document =
-          ReadResultDocument(ReadText(std::string(kResults) + name + ".xml"), name);
+      ResultDocument document = Reference(name);
       for (ResultField& field : document.fields) {
         field.name = field.label = row.name;
         for (ResultCategory& category : field.categories) category.value = row.name;
@@ -299,16 +293,14 @@ TEST(HtmlReportTest, NamesOfAnyContentAreShownAsText) {
 }
 
 TEST(HtmlReportTest, NamesThatTurnTextAreIsolated) {
-  ResultDocument document =
-      ReadResultDocument(ReadText(std::string(kResults) + "sleep_pairs.xml"), "");
+  ResultDocument document = Reference("sleep_pairs");
   document.fields[1].name = "\u05e9\u05dc\u05d5\u05dd";
   EXPECT_THAT(RenderHtml(document),
               HasSubstr("drug2 - \u2068\u05e9\u05dc\u05d5\u05dd\u2069 is 0."));
 }
 
 TEST(HtmlReportTest, LongNamesAreShortenedAndToldInFullOnce) {
-  ResultDocument document =
-      ReadResultDocument(ReadText(std::string(kResults) + "sleep_pairs.xml"), "");
+  ResultDocument document = Reference("sleep_pairs");
   const auto count = [&document](const std::string& part) {
     const std::string page = RenderHtml(document);
     std::size_t found = 0;

@@ -156,44 +156,10 @@ TEST(JonckheereTerpstraTest, EmptyCategoriesLeaveNoTrace) {
   EXPECT_EQ(result.Rows("PairwiseInfo").at(0), "0;2;3");
 }
 
-TEST(JonckheereTerpstraTest, OtherCasesCarryTheirCodes) {
-  const Samples two{{1, 2, 3, 4}, {5, 6, 7, 8}, {}};
-  const Samples same{{1, 2}, {1, 2}, {1, 2}};
-  const struct {
-    const char* catches;
-    Samples groups;
-    const char* comparison;
-    Codes codes;
-  } cases[] = {
-      {"two groups, pairwise", two, "pairWise", {222211}},
-      {"two groups, stepwise", two, "stepWise", {222212}},
-      {"not significant, pairwise", same, "pairWise", {222213}},
-      {"not significant, stepwise", same, "stepWise", {222214}},
-      {"one group", {{1, 2}, {}, {}}, "none", {222210}},
-      {"nothing wanted", two, "none", {}},
-  };
-  for (const auto& row : cases) {
-    EXPECT_EQ(Result(row.groups, row.comparison).MessageCodes(), row.codes) << row.catches;
-  }
-}
-
 TEST(JonckheereTerpstraTest, AllValuesTiedGiveNoTrend) {
   ExpectTexts(
       Result({{3, 3, 3}, {3, 3}, {3, 3, 3, 3}}),
       {{"StandardError", "0"}, {"StandardTestStatistic", "0"}, {"AsymptoticSig2Tailed", "1"}});
-}
-
-TEST(JonckheereTerpstraTest, AnEntryThatDoesNotFitNamesItsProblem) {
-  const auto by = [](const char* variable, const char* group) {
-    return Entry("variableName", variable, "groupVariableName", group);
-  };
-  ExpectMessages("IJonckheereTerpstra", GroupedVariables(3), GroupedRows(kRising),
-                 {{"no field", Entry("groupVariableName", "g"), Error(222215)},
-                  {"no group", Entry("variableName", "x"), Error(222216)},
-                  {"an unknown field", by("no", "g"), Error(222203, {"no"})},
-                  {"an unknown group", by("x", "no"), Error(222203, {"no"})},
-                  {"not continuous", by("g", "g"), Error(222218, {"1"})},
-                  {"not categorical", by("x", "x"), Error(222217, {"0"})}});
 }
 
 TEST(JonckheereTerpstraTest, AGroupRangeIsNamedInTheCondition) {

@@ -89,48 +89,12 @@ TEST(MedianTest, WeightsCountAsRecords) {
   EXPECT_EQ(result.Rows("TwoClassComparison/Content"), (Texts{"3;0", "0;3"}));
 }
 
-TEST(MedianTest, OtherCasesCarryTheirCodes) {
-  const Samples two{{1, 2, 3, 4, 5, 6}, {7, 8, 9, 10, 11, 12}, {}};
-  const Samples same{{1, 2}, {1, 2}, {1, 2}};
-  const struct {
-    const char* catches;
-    Samples groups;
-    const char* comparison;
-    Codes codes;
-  } cases[] = {
-      {"two groups, pairwise", two, "pairWise", {222311, 222318}},
-      {"two groups, stepwise", two, "stepWise", {222311, 222316}},
-      {"not significant, pairwise", same, "pairWise", {222311, 222319}},
-      {"not significant, stepwise", same, "stepWise", {222311, 222317}},
-      {"one group", {{1, 2}, {}, {}}, "none", {222312}},
-      {"no value", {{QDMV::gMissingValue}, {}, {}}, "none", {220003}},
-      {"no value above the median", {{1, 2}, {2, 2}, {2, 2}}, "none", {222313}},
-  };
-  for (const auto& row : cases) {
-    EXPECT_EQ(Result(row.groups, ComparedEntry(row.comparison)).MessageCodes(), row.codes)
-        << row.catches;
-  }
-}
-
-TEST(MedianTest, AnEntryThatDoesNotFitNamesItsProblem) {
-  const QDVarList variables = VariableListBuilder()
-                                  .Continuous("x")
-                                  .Nominal("g", {"a", "b", "c"})
-                                  .Nominal("one", {"a"})
-                                  .Build();
-  const auto by = [](const char* variable, const char* group) {
-    return Entry("variableName", variable, "groupVariableName", group);
-  };
-  ExpectMessages(
-      "IMedian", variables, {{1, 0, 0}},
-      {{"no field", Entry("groupVariableName", "g"), Error(222303)},
-       {"an unknown field", by("no", "g"), Error(222303, {"no"})},
-       {"an unknown group", by("x", "no"), Error(222303, {"no"})},
-       {"not continuous", by("g", "g"), Error(222309)},
-       {"not categorical", by("x", "x"), Error(222310)},
-       {"one category", by("x", "one"), Error(222315)},
-       {"no median", by("x", "g").Put("userSpecifyMedian", true), Error(222302)},
-       {"the first problem stands", by("x", "one").Put("userSpecifyMedian", true), Error(222315)}});
+TEST(MedianTest, AMedianMustBeGivenWhereItIsAnnouncedAndPartTheValues) {
+  ExpectMessages("IMedian", GroupedVariables(), GroupedRows({{1, 2}, {2, 2}}),
+                 {{"no median", ComparedEntry().Put("userSpecifyMedian", true), Error(222302)},
+                  {"no value above the median", ComparedEntry(), Error(222313)}});
+  ExpectMessages("IMedian", GroupedVariables(), {{QDMV::gMissingValue, 0, 1}},
+                 {{"no value", ComparedEntry(), Error(220003)}});
 }
 
 }  // namespace
