@@ -13,8 +13,9 @@
 #include <stdio.h>
 #include <string.h>
 
-enum { kFields = 2, kRecords = 10 };
+#pragma GCC diagnostic ignored "-Wunused-parameter" /* a host with one of each needs few */
 
+enum { kFields = 2, kRecords = 10 };
 static const double kSleep[kRecords][kFields] = {
     {0.7, 1.9}, {-1.6, 0.8}, {-0.2, 1.1}, {-1.2, 0.1}, {-0.1, -0.1},
     {3.4, 4.4}, {3.7, 5.5},  {0.8, 1.6},  {0.0, 4.6},  {2.0, 3.4}};
@@ -35,7 +36,6 @@ static const char kDataModel[] =
     "<Field name='drug1' label='Hyoscyamine' measure='continuous'/>"
     "<Field name='drug2' label='Hyoscine' measure='continuous'/>"
     "</DataModel>";
-/* end documents */
 
 /* objects: a struct of ours begins with the interface's struct, so that one pointer is both. */
 typedef struct Document {
@@ -44,7 +44,6 @@ typedef struct Document {
 } Document;
 
 static uint32_t GetText(HBXML* self, const char** text, size_t* length, int32_t* err) {
-  (void)err;
   *text = ((Document*)self)->text;
   *length = strlen(*text);
   return HB_OK;
@@ -54,29 +53,22 @@ static uint32_t GetText(HBXML* self, const char** text, size_t* length, int32_t*
 static const HBXMLTable kDocumentTable = {sizeof(HBXMLTable), GetText, NULL};
 static Document parameters = {{&kDocumentTable}, kParameters};
 static Document dataModel = {{&kDocumentTable}, kDataModel};
-/* end objects */
 
 /* records: the iterator stands before the first record after rewind; next moves it on. */
-typedef struct Records {
-  HBIterator base;
-  int position;
-} Records;
+static int position = -1;
 
 static uint32_t Rewind(HBIterator* self, int32_t* err) {
-  (void)err;
-  ((Records*)self)->position = -1;
+  position = -1;
   return HB_OK;
 }
 
 static uint32_t Next(HBIterator* self, int32_t* err) {
-  (void)err;
-  return ++((Records*)self)->position < kRecords ? HB_OK : HB_END_OF_RECORDS;
+  return ++position < kRecords ? HB_OK : HB_END_OF_RECORDS;
 }
 
 static uint32_t GetValue(HBIterator* self, size_t fieldIndex, const void** value, size_t* valueSize,
                          int32_t* err) {
-  (void)err;
-  *value = &kSleep[((Records*)self)->position][fieldIndex];
+  *value = &kSleep[position][fieldIndex];
   *valueSize = sizeof(double);
   return HB_OK;
 }
@@ -84,127 +76,100 @@ static uint32_t GetValue(HBIterator* self, size_t fieldIndex, const void** value
 /* A host with many records also fills in readBlock, which costs one call for a few thousand. */
 static const HBIteratorTable kRecordsTable = {sizeof(HBIteratorTable), Rewind, Next, GetValue,
                                               NULL};
-static Records records = {{&kRecordsTable}, -1};
-/* end records */
+static HBIterator records = {&kRecordsTable};
 
 /* container: the component puts one stream, the result document, and closes the container. */
 static uint32_t PutStream(HBContainerFile* self, HBContainerStreamKey* key, const char* metadata,
                           size_t metadataLength, const char* bytes, size_t length, int32_t* err) {
-  (void)self, (void)key, (void)metadata, (void)metadataLength, (void)err;
   return fwrite(bytes, 1, length, stdout) == length ? HB_OK : HB_FAILED;
 }
 
 static uint32_t Close(HBContainerFile* self, int32_t* err) {
-  (void)self, (void)err;
   return fflush(stdout) == 0 ? HB_OK : HB_FAILED;
 }
 
 static const HBContainerFileTable kContainerTable = {sizeof(HBContainerFileTable), PutStream,
                                                      Close};
 static HBContainerFile container = {&kContainerTable};
-/* end container */
+
+/* messages: each comes at the moment it arises; npar explain CODE prints its text. */
+static uint32_t DeliverMessage(HBContext* self, int32_t type, int32_t code,
+                               const char* const* texts, size_t count, int32_t* err) {
+  fprintf(stderr, "%s %d", type == HB_MESSAGE_ERROR ? "error" : "warning", (int)code);
+  for (size_t i = 0; i < count; ++i) fprintf(stderr, " \"%s\"", texts[i]);
+  return fputc('\n', stderr) == '\n' ? HB_OK : HB_FAILED;
+}
 
 /* context: what one component gets from its host. */
 static uint32_t GetParameters(HBContext* self, HBXML** document, int32_t* err) {
-  (void)self, (void)err;
   *document = &parameters.base;
   return HB_OK;
 }
 
 static uint32_t GetDataModel(HBContext* self, uint32_t input, HBXML** document, int32_t* err) {
-  (void)self, (void)input, (void)err;
   *document = &dataModel.base;
   return HB_OK;
 }
 
 static uint32_t GetInputIterator(HBContext* self, uint32_t input, HBIterator** iterator,
                                  int32_t* err) {
-  (void)self, (void)input, (void)err;
-  *iterator = &records.base;
-  return HB_OK;
-}
-
-static uint32_t SetCodes(HBContext* self, const int32_t* codes, size_t count, int32_t* err) {
-  (void)self, (void)codes, (void)count, (void)err;
-  return HB_OK;
-}
-
-static uint32_t NewIdentifier(HBContext* self, int64_t* identifier, int32_t* err) {
-  static int64_t last = 0;
-  (void)self, (void)err;
-  *identifier = ++last;
+  *iterator = &records;
   return HB_OK;
 }
 
 static uint32_t GetOutputContainer(HBContext* self, const char* key, size_t count,
                                    HBContainerFile** file, int32_t* err) {
-  (void)self, (void)key, (void)count, (void)err;
   *file = &container;
   return HB_OK;
 }
 
-static const HBContextTable kContextTable = {sizeof(HBContextTable), GetParameters, GetDataModel,
-                                             GetInputIterator,       SetCodes,      NewIdentifier,
-                                             GetOutputContainer,     NULL};
+static const HBContextTable kContextTable = {.size = sizeof(HBContextTable),
+                                             .getParameters = GetParameters,
+                                             .getDataModel = GetDataModel,
+                                             .getInputIterator = GetInputIterator,
+                                             .getOutputContainer = GetOutputContainer,
+                                             .deliverMessage = DeliverMessage};
 static HBContext context = {&kContextTable};
 
+/* host: who we are; the result document says so. */
 static uint32_t GetInformation(HBHost* self, HBHostInformation* information, int32_t* err) {
-  (void)self, (void)err;
   *information = (HBHostInformation){.name = "Example host", .version = "1.0"};
   return HB_OK;
 }
 
 static const HBHostTable kHostTable = {sizeof(HBHostTable), GetInformation};
 static HBHost host = {&kHostTable};
-/* end context */
 
-/* messages: a text comes in two steps, first its size, then the text. */
-static void PrintMessages(void* library, void* component) {
-  char text[4096];
-  size_t needed = 0;
-  int32_t err = 0;
-  uint32_t (*getMessages)(void*, char*, size_t, size_t*, int32_t*);
-  *(void**)&getMessages = dlsym(library, "hb_component_getMessages");
-  if (getMessages(component, text, sizeof text, &needed, &err) == HB_OK) {
-    fprintf(stderr, "%s", text);
-  } else {
-    fprintf(stderr, "%zu bytes of messages\n", needed);
-  }
+static int Complain(void) {
+  fprintf(stderr, "%s\n", dlerror());
+  return 2;
 }
-/* end messages */
 
+#define FIND(name, ...)                 \
+  uint32_t (*name)(__VA_ARGS__) = NULL; \
+  if ((*(void**)& name = dlsym(library, "hb_" #name)) == NULL) return Complain()
+
+/* run: the calls in their order; any result but HB_OK ends the road. */
 int main(int argc, char** argv) {
-  /* run: the calls in their order; any result but HB_OK ends the road. */
   void* library = dlopen(argc > 1 ? argv[1] : "libnpar.so", RTLD_NOW);
-  if (library == NULL) {
-    fprintf(stderr, "%s\n", dlerror());
-    return 2;
-  }
-  uint32_t (*initialise)(HBHost*);
-  uint32_t (*create)(HBContext*, void*, void**, int32_t*);
-  uint32_t (*configure)(void*, int32_t*);
-  uint32_t (*begin)(void*, HBProgress*, int32_t*);
-  uint32_t (*end)(void*, int32_t*);
-  uint32_t (*destroy)(void*);
-  *(void**)&initialise = dlsym(library, "hb_initialise");
-  *(void**)&create = dlsym(library, "hb_create_component");
-  *(void**)&configure = dlsym(library, "hb_component_configure");
-  *(void**)&begin = dlsym(library, "hb_component_beginExecution");
-  *(void**)&end = dlsym(library, "hb_component_endExecution");
-  *(void**)&destroy = dlsym(library, "hb_destroy_component");
+  if (library == NULL) return Complain();
+  FIND(initialise, HBHost*);
+  FIND(create_component, HBContext*, void*, void**, int32_t*);
+  FIND(component_configure, void*, int32_t*);
+  FIND(component_beginExecution, void*, HBProgress*, int32_t*);
+  FIND(component_endExecution, void*, int32_t*);
+  FIND(destroy_component, void*);
 
   int32_t err = 0;
   void* component = NULL;
-  initialise(&host);
-  if (create(&context, NULL, &component, &err) != HB_OK) {
-    fprintf(stderr, "no component: %d\n", (int)err);
-    return 1;
+  uint32_t result = initialise(&host);
+  if (result == HB_OK) result = create_component(&context, NULL, &component, &err);
+  if (result == HB_OK) result = component_configure(component, &err);
+  if (result == HB_OK) result = component_beginExecution(component, NULL, &err);
+  if (result != HB_OK) fprintf(stderr, "failed with %u, code %d\n", result, (int)err);
+  if (component != NULL) {
+    component_endExecution(component, &err); /* frees what destroy alone would not */
+    destroy_component(component);
   }
-  uint32_t result = configure(component, &err);
-  if (result == HB_OK) result = begin(component, NULL, &err);
-  if (result != HB_OK) PrintMessages(library, component);
-  end(component, &err); /* frees what the run needed: destroy alone would not */
-  destroy(component);
-  /* end run */
   return result == HB_OK ? 0 : 1;
 }

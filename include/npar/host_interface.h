@@ -164,9 +164,10 @@ typedef struct HBContextTable {
   uint32_t (*getInputIterator)(HBContext* self, uint32_t input, HBIterator** iterator,
                                int32_t* err);
   /* Codes of what the component asks of its host; this one hands over the single code 21: it wants
-   * its execution requirements carried out before a run. [configured] */
+   * its execution requirements carried out before a run. [optional] [configured] */
   uint32_t (*setCodes)(HBContext* self, const int32_t* codes, size_t count, int32_t* err);
-  /* A number that the host gave out to nobody before. [executing] */
+  /* A number that the host gave out to nobody before; it tells result documents apart. [optional]
+   * [executing] */
   uint32_t (*newIdentifier)(HBContext* self, int64_t* identifier, int32_t* err);
   /* The container of that key; `count` is the number of streams that follow.
    * [host owns] until hb_component_endExecution. [executing] */
