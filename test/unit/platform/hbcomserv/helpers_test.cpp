@@ -65,18 +65,6 @@ TEST(DataHelper, AnswersThatBreakTheRulesAreRefused) {
   EXPECT_EQ(err, DataHelper::kBrokenIterator);
 }
 
-TEST(DataHelper, TableThatEndsBeforeReadBlockTakesTheRecordRoad) {
-  RecordingHost host;
-  host.records = {{1}};
-  host.iteratorTable.size = offsetof(HBIteratorTable, readBlock);
-  double value = 0.0;
-  std::size_t count = 0;
-  std::int32_t err = 0;
-  ASSERT_EQ(DataHelper(host.Iterator(), true).ReadBlock(&value, 1, 1, &count, &err), HB_OK);
-  EXPECT_EQ(host.CallCount("readBlock"), 0);
-  EXPECT_EQ(value, 1.0);
-}
-
 TEST(ContainerHelper, PutsTextWithItsDescription) {
   RecordingHost host;
   HBContainerFile* container = nullptr;

@@ -43,33 +43,12 @@ std::string DocumentOf(const QDVarList& variables, std::vector<std::vector<doubl
 
 TEST(ResultWriter, AnEmptyRunIsAWholeDocumentWithDefaults) {
   EXPECT_EQ(DocumentOf(QDVarList(), {}, {}, NPARRunInfo()),
-            R"(<?xml version="1.0" encoding="UTF-8"?>
-<StatXML xmlns="urn:lyra:statxml:extension:7.0" xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" version="1.0" xsi:schemaLocation="urn:lyra:statxml:extension:7.0 statxml-7.0.xsd">
- <PMMLModel modelID="4294967296" modelType="NonParametricTests">
-  <PredictiveSummary/>
- </PMMLModel>
- <DescriptiveModel modelID="4294967296">
-  <DescriptiveSummary>
-   <Counts totalFreq="0" totalCount="0" droppedCount="0" badWeightCount="0" droppedFreq="0"/>
-  </DescriptiveSummary>
- </DescriptiveModel>
- <Extension extender="lyra.example">
-  <NPAROutput>
-   <Header copyright="Copyright (c) Lyra">
-    <Application name="NonparametricTests"/>
-   </Header>
-   <DataDictionary numberOfFields="0"/>
-   <NonParametricTests number="0" sigLevel="0.05" confidenceLevel="0.95" missingTreatment="listwise"/>
-   <FieldInfos/>
-  </NPAROutput>
- </Extension>
-</StatXML>
-)");
+            FileContent("test/support/references/empty_document.xml"));
 }
 
-// The document is written_document.txt: fields of every kind and storage; a weight and a case identifier, which no summary shows; a field
-// without a positive count; text that must be escaped. Mean of 1, 1, -1: 1/3; the squares about it
-// sum to 8/3, over 2 degrees of freedom.
+// The document is written_document.txt: fields of every kind and storage; a weight and a case
+// identifier, which no summary shows; a field without a positive count; text that must be escaped.
+// Mean of 1, 1, -1: 1/3; the squares about it sum to 8/3, over 2 degrees of freedom.
 TEST(ResultWriter, FieldsTestsAndDistributionsAreWrittenInFull) {
   QDVarList variables;
   const auto add = [&](const char* name, const char* label, VariableKind kind, StorageKind storage,
