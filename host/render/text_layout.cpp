@@ -119,11 +119,25 @@ std::vector<std::size_t> CellWidths(const TextTable& table,
   return widths;
 }
 
-// Does a row with a label say nothing in these columns, behind the first?
-bool IsEmptyIn(const std::vector<std::string>& row, const std::vector<std::size_t>& columns) {
-  return std::all_of(columns.begin() + 1, columns.end(), [&row](std::size_t column) {
-    return column >= row.size() || row[column].empty();
-  });
+// How many columns at the left name a row: one, or all of the first ones that are aligned so, where
+// they leave room for others.
+std::size_t LabelCount(const TextTable& table, const std::vector<std::size_t>& widths,
+                       std::size_t available) {
+  std::size_t count = 0;
+  while (count + 1 < widths.size() && Alignment(table, count) == 'l') ++count;
+  if (count == 0) return 1;
+  const std::vector<std::size_t> labels(widths.begin(),
+                                        widths.begin() + static_cast<std::ptrdiff_t>(count));
+  return Total(labels) <= available / 2 ? count : 1;
+}
+
+// Does a row say nothing in these columns, behind its labels?
+bool IsEmptyIn(const std::vector<std::string>& row, const std::vector<std::size_t>& columns,
+               std::size_t labels) {
+  return std::all_of(
+      columns.begin() + static_cast<std::ptrdiff_t>(std::min(labels, columns.size())),
+      columns.end(),
+      [&row](std::size_t column) { return column >= row.size() || row[column].empty(); });
 }
 
 // Takes from the widest label until the table fits or no label can give more.
@@ -284,27 +298,29 @@ void TextPage::Table(const TextTable& table, std::size_t indent) {
   if (Total(widths) > available) widths[0] = std::max(widths[0], std::min(wanted, available / 3));
   for (std::size_t& width : widths) width = std::min(width, available / 2);
 
-  // Blocks of columns, each with the first.
-  std::vector<std::size_t> columns{0};
-  std::size_t total = widths[0];
-  for (std::size_t i = 1; i < widths.size(); ++i) {
-    if (columns.size() > 1 && total + kColumnGap + widths[i] > available) {
-      Block(rows, widths, table, columns, indent);
+  // Blocks of columns, each with the labels.
+  const std::size_t labels = LabelCount(table, widths, available);
+  std::vector<std::size_t> columns;
+  std::size_t total = 0;
+  for (std::size_t i = 0; i < widths.size(); ++i) {
+    if (columns.size() > labels && total + kColumnGap + widths[i] > available) {
+      Block(rows, widths, table, columns, labels, indent);
       Blank();
-      columns = {0};
-      total = widths[0];
+      columns.resize(labels);
+      total = Total({widths.begin(), widths.begin() + static_cast<std::ptrdiff_t>(labels)});
     }
+    total += (columns.empty() ? 0 : kColumnGap) + widths[i];
     columns.push_back(i);
-    total += kColumnGap + widths[i];
   }
-  Block(rows, widths, table, columns, indent);
+  Block(rows, widths, table, columns, labels, indent);
 }
 
 void TextPage::Block(const std::vector<std::vector<std::string>>& rows,
                      const std::vector<std::size_t>& widths, const TextTable& table,
-                     const std::vector<std::size_t>& columns, std::size_t indent) {
+                     const std::vector<std::size_t>& columns, std::size_t labels,
+                     std::size_t indent) {
   for (const auto& row : rows) {
-    if (columns.size() < widths.size() && IsEmptyIn(row, columns)) continue;
+    if (columns.size() < widths.size() && IsEmptyIn(row, columns, labels)) continue;
     std::vector<std::vector<std::string>> cells;
     std::size_t height = 1;
     for (const std::size_t column : columns) {

@@ -46,8 +46,7 @@ class TextPage {
   void Heading(std::string_view title, char line);
   void Paragraph(std::string_view words, std::size_t indent, Ink ink = Ink::Plain);
   /// Header words and labels are broken where it is too wide; then its columns stand in several
-  /// blocks below each other, each with the first column; a row stands in the blocks where it has
-  /// an entry.
+  /// blocks below each other, each with the labels at the left and the rows that have an entry.
   void Table(const TextTable& table, std::size_t indent);
   /// A line of characters that are the program's own, as plots are.
   void Drawing(std::string_view line, std::size_t indent);
@@ -58,7 +57,7 @@ class TextPage {
   void Line(std::string_view line, std::size_t indent, Ink ink);
   void Block(const std::vector<std::vector<std::string>>& rows,
              const std::vector<std::size_t>& widths, const TextTable& table,
-             const std::vector<std::size_t>& columns, std::size_t indent);
+             const std::vector<std::size_t>& columns, std::size_t labels, std::size_t indent);
 
   TextStyle style;
   std::string text;

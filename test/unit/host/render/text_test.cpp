@@ -142,6 +142,15 @@ TEST(TextReportTest, SubsetsThatNeedBlocksRepeatOnlyTheRowsThatHaveAnEntry) {
 )"));
 }
 
+TEST(TextReportTest, EachBlockOfPairsNamesBothSamples) {
+  EXPECT_THAT(RenderText(ComparisonDocument({"a", "b", "c"}), {.width = 50}), HasSubstr(R"(
+  Sample 1  Sample 2       Std.    Sig.  Adj.
+                      statistic          sig.
+  c         b          -2.34568    .012  .046  *
+  b         a          -2.34568  < .001  .123
+)"));
+}
+
 struct HostileName {
   const char* catches;
   std::string name;
