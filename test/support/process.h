@@ -43,5 +43,17 @@ class TemporaryFolder {
   std::string folder;
 };
 
+/// A file with that text, gone with the object.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const std::string& text) : path(folder.Write("file", text)) {}
+
+  [[nodiscard]] const std::string& Path() const noexcept { return path; }
+
+ private:
+  TemporaryFolder folder;
+  std::string path;
+};
+
 /// A file's whole content; empty for one that can't be read.
 [[nodiscard]] std::string FileContent(const std::string& path);

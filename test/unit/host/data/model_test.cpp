@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "host/data/input_error.h"
-#include "support/temporary_file.h"
+#include "support/process.h"
 
 namespace {
 

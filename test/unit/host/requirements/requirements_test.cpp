@@ -9,7 +9,7 @@
 
 #include "host/data/input_error.h"
 #include "host/data/number.h"
-#include "support/temporary_file.h"
+#include "support/process.h"
 
 namespace {
 

@@ -8,45 +8,26 @@
 #include <vector>
 
 #include "support/settings_text.h"
+#include "support/test_settings.h"
 #include "support/variables.h"
 
 namespace {
 
 using Names = std::vector<std::string>;
 
-/// The host's parameters, in the order in which they are added.
-class Host {
- public:
-  Host& Set(const char* name, const char* value) {
-    settings.AddNewSetting(name, value, "");
-    return *this;
-  }
-  Host& List(const char* name, const Names& values) {
-    settings.AddNewSetting(name, values, "");
-    return *this;
-  }
-  /// A selected test; "a|b" makes a list, any other value a scalar.
-  Host& Test(const char* name, std::initializer_list<std::pair<const char*, const char*>> keys = {},
-             const char* isSelected = "true") {
-    QDSettings test;
-    test.AddNewSetting("isSelected", isSelected, "");
-    for (const auto& [key, value] : keys) {
-      const std::string text = value;
-      const std::size_t bar = text.find('|');
-      if (bar == std::string::npos) {
-        test.AddNewSetting(key, text, "");
-      } else {
-        test.AddNewSetting(key, Names{text.substr(0, bar), text.substr(bar + 1)}, "");
-      }
+/// A selected test; "a|b" makes a list, any other value a scalar.
+TestSettings Chosen(std::initializer_list<std::pair<const char*, std::string>> keys = {},
+                    const char* isSelected = "true") {
+  TestSettings test = Entry("isSelected", isSelected);
+  for (const auto& [key, value] : keys) {
+    if (const std::size_t bar = value.find('|'); bar != std::string::npos) {
+      test.Put(key, Names{value.substr(0, bar), value.substr(bar + 1)});
+    } else {
+      test.Put(key, value);
     }
-    settings.AddNewSetting(name, test, "");
-    return *this;
   }
-  [[nodiscard]] const QDSettings& Settings() const { return settings; }
-
- private:
-  QDSettings settings;
-};
+  return test;
+}
 
 const QDVarList& Variables() {
   static const QDVarList variables = [] {
@@ -61,9 +42,9 @@ const QDVarList& Variables() {
 
 /// The flat settings one a line, entries without their name and their running number, then "code:
 /// parameter / parameter" for each warning, then the status where it is not 0.
-std::string Translated(const Host& host) {
+std::string Translated(const TestSettings& host) {
   QDSettings target;
-  NPARSettingsTranslator translator(host.Settings(), Variables(), target);
+  NPARSettingsTranslator translator(host, Variables(), target);
   const QDStatus status = translator.Run();
   std::string text;
   int testIndex = 0;
@@ -95,7 +76,7 @@ std::string Translated(const Host& host) {
 
 struct Row {
   const char* catches;
-  Host host;
+  TestSettings host;
   const char* expected;
 };
 
@@ -103,30 +84,29 @@ void Check(const std::vector<Row>& rows) {
   for (const Row& row : rows) EXPECT_EQ(Translated(row.host), row.expected) << row.catches;
 }
 
-Host OneSample(const Names& fields, const char* automatic = "false") {
-  return Host().List("oneSampleVariables", fields).Set("isAutomaticallyOneSample", automatic);
+TestSettings OneSample(const Names& fields, const char* automatic = "false") {
+  return Entry("oneSampleVariables", fields).Put("isAutomaticallyOneSample", automatic);
 }
-Host Related(const Names& fields, const char* automatic = "false") {
-  return Host().List("relatedVariables", fields).Set("isAutomaticallyRelated", automatic);
+TestSettings Related(const Names& fields, const char* automatic = "false") {
+  return Entry("relatedVariables", fields).Put("isAutomaticallyRelated", automatic);
 }
-Host Independent(const Names& fields, const char* automatic = "false", const char* group = "n1") {
-  return Host()
-      .List("independentVariables", fields)
-      .List("groupVariable", {group})
-      .Set("isAutomaticallyIndependent", automatic);
+TestSettings Independent(const Names& fields, const char* automatic = "false",
+                         const char* group = "n1") {
+  return Entry("independentVariables", fields)
+      .Put("groupVariable", Names{group})
+      .Put("isAutomaticallyIndependent", automatic);
 }
 
 TEST(SettingsTranslator, RunKeysAreCopiedWhereTheyCanBeRead) {
   Check({
       {"the percentage becomes a fraction; the case identifier gets its other name",
-       Host()
-           .Set("confidenceLevel", "95")
-           .Set("missingTreatment", "listwise")
-           .Set("sigLevel", "0.01")
-           .Set("caseIDField", "c1"),
+       Entry("confidenceLevel", "95")
+           .Put("missingTreatment", "listwise")
+           .Put("sigLevel", "0.01")
+           .Put("caseIDField", "c1"),
        "confidenceLevel=0.95 \nmissingTreatment=listwise \nsigLevel=0.01 \n"
        "caseIDVariableName=c1 \nstatus 220001\n"},
-      {"texts that are no numbers", Host().Set("confidenceLevel", "high").Set("sigLevel", "5%"),
+      {"texts that are no numbers", Entry("confidenceLevel", "high").Put("sigLevel", "5%"),
        "status 220001\n"},
   });
 }
@@ -135,14 +115,14 @@ TEST(SettingsTranslator, OneSampleTestsMakeAnEntryForEachFieldOfAFittingKind) {
   Check({
       {"categorical fields first; each kind with its own keys; intervals behind their test",
        OneSample({"c1", "o1", "absent"})
-           .Test("OBinomial", {{"testProbability", "0.4"},
-                               {"catVarClassFormation", "givenCategoryList"},
-                               {"givenCategoryList", "low|none"},
-                               {"contVarClassFormation", "givenCutPoint"},
-                               {"givenCutPoint", "3"},
-                               {"isDoClopperPearson", "false"},
-                               {"isDoJeffreys", "true"},
-                               {"unknown", "x"}}),
+           .Put("OBinomial", Chosen({{"testProbability", "0.4"},
+                                     {"catVarClassFormation", "givenCategoryList"},
+                                     {"givenCategoryList", "low|none"},
+                                     {"contVarClassFormation", "givenCutPoint"},
+                                     {"givenCutPoint", "3"},
+                                     {"isDoClopperPearson", "false"},
+                                     {"isDoJeffreys", "true"},
+                                     {"unknown", "x"}})),
        "OBinomial={variableName=o1 testProbability=0.4 catVarClassFormation=givenCategoryList "
        "givenCategoryList=[low|none] } \n"
        "OEstimateConfidenceInterval={variableName=o1 isDoClopperPearson=false isDoJeffreys=true "
@@ -152,37 +132,41 @@ TEST(SettingsTranslator, OneSampleTestsMakeAnEntryForEachFieldOfAFittingKind) {
        "OEstimateConfidenceInterval={variableName=c1 isDoClopperPearson=false isDoJeffreys=true "
        "contVarClassFormation=givenCutPoint givenCutPoint=3 } \n"},
       {"no interval is asked for; a cut point that is no number stays out",
-       OneSample({"c1"}).Test("OBinomial", {{"isDoJeffreys", "false"}, {"givenCutPoint", "x"}}),
+       OneSample({"c1"}).Put("OBinomial",
+                             Chosen({{"isDoJeffreys", "false"}, {"givenCutPoint", "x"}})),
        "OBinomial={variableName=c1 } \n"},
       {"a test that is not selected, one that does not say so, a key of another family, and what "
        "stands behind it",
        OneSample({"c1"})
-           .Test("OBinomial", {}, "false")
-           .Set("OChiSquare", "true")
-           .Test("ORuns", {{"contVarClassFormation", "cutPointValue"}, {"cutPointValue", "2"}})
-           .Test("RSign")
-           .Test("OWilcoxonSignedRanks"),
+           .Put("OBinomial", Chosen({}, "false"))
+           .Put("OChiSquare", "true")
+           .Put("ORuns",
+                Chosen({{"contVarClassFormation", "cutPointValue"}, {"cutPointValue", "2"}}))
+           .Put("RSign", Chosen())
+           .Put("OWilcoxonSignedRanks", Chosen()),
        "ORuns={variableName=c1 contVarClassFormation=cutPointValue cutPointValue=2 } \n"},
       {"runs of a categorical field read no cut point",
-       OneSample({"n1"}).Test("ORuns", {{"catVarClassFormation", "getFromData"},
-                                        {"contVarClassFormation", "cutPointMean"}}),
+       OneSample({"n1"}).Put("ORuns", Chosen({{"catVarClassFormation", "getFromData"},
+                                              {"contVarClassFormation", "cutPointMean"}})),
        "ORuns={variableName=n1 catVarClassFormation=getFromData } \n"},
       {"expected values go along only where they are asked for",
        OneSample({"n1"})
-           .Test("OChiSquare", {{"classFormation", "getFromData"}, {"custom", "a|b"}})
-           .Test("OChiSquare", {{"classFormation", "custom"}, {"custom", "a|b"}})
-           .Test("OChiSquare", {{"classFormation", "givenExpectedValue"}, {"custom", "a|b"}}),
+           .Put("OChiSquare", Chosen({{"classFormation", "getFromData"}, {"custom", "a|b"}}))
+           .Put("OChiSquare", Chosen({{"classFormation", "custom"}, {"custom", "a|b"}}))
+           .Put("OChiSquare",
+                Chosen({{"classFormation", "givenExpectedValue"}, {"custom", "a|b"}})),
        "OChiSquare={variableName=n1 classFormation=getFromData } \n"
        "OChiSquare={variableName=n1 classFormation=custom custom=[a|b] } \n"
        "OChiSquare={variableName=n1 classFormation=givenExpectedValue custom=[a|b] } \n"},
       {"each distribution with its parameters",
        OneSample({"c1"})
-           .Test("OKolmogorovSmirnovNormal",
-                 {{"isUseSample", "false"}, {"mean", "1"}, {"stdDev", "2"}, {"min", "3"}})
-           .Test("OKolmogorovSmirnovUniform", {{"min", "3"}, {"max", "4"}, {"mean", "1"}})
-           .Test("OKolmogorovSmirnovPoisson", {{"mean", "1"}, {"stdDev", "2"}})
-           .Test("OKolmogorovSmirnovExponential", {{"mean", "1"}})
-           .Test("OWilcoxonSignedRanks", {{"userSpecifyTestValue", "true"}, {"testValue", "5"}}),
+           .Put("OKolmogorovSmirnovNormal",
+                Chosen({{"isUseSample", "false"}, {"mean", "1"}, {"stdDev", "2"}, {"min", "3"}}))
+           .Put("OKolmogorovSmirnovUniform", Chosen({{"min", "3"}, {"max", "4"}, {"mean", "1"}}))
+           .Put("OKolmogorovSmirnovPoisson", Chosen({{"mean", "1"}, {"stdDev", "2"}}))
+           .Put("OKolmogorovSmirnovExponential", Chosen({{"mean", "1"}}))
+           .Put("OWilcoxonSignedRanks",
+                Chosen({{"userSpecifyTestValue", "true"}, {"testValue", "5"}})),
        "OKolmogorovSmirnovNormal={distributionFunction=normal variableName=c1 isUseSample=false "
        "mean=1 stdDev=2 } \n"
        "OKolmogorovSmirnovUniform={distributionFunction=uniform variableName=c1 min=3 max=4 } \n"
@@ -196,31 +180,34 @@ TEST(SettingsTranslator, OneSampleTestsWarnOfFieldsThatTheyLeaveAside) {
   Check({
       {"every selected test without a field is named, also two of one name",
        OneSample({"other", "absent"})
-           .Test("OBinomial")
-           .Test("OChiSquare")
-           .Test("ORuns")
-           .Test("OKolmogorovSmirnovNormal")
-           .Test("OKolmogorovSmirnovPoisson")
-           .Test("OWilcoxonSignedRanks"),
+           .Put("OBinomial", Chosen())
+           .Put("OChiSquare", Chosen())
+           .Put("ORuns", Chosen())
+           .Put("OKolmogorovSmirnovNormal", Chosen())
+           .Put("OKolmogorovSmirnovPoisson", Chosen())
+           .Put("OWilcoxonSignedRanks", Chosen()),
        "220022: Binomial ,ChiSquare ,Runs ,KolmogorovSmirnov ,KolmogorovSmirnov "
        ",WilcoxonSignedRanks\nstatus 220001\n"},
       {"order of the three warnings, and both lists of the last",
        OneSample({"c1", "n1", "n2", "c2"})
-           .Test("OWilcoxonSignedRanks")
-           .Test("OKolmogorovSmirnovNormal", {}, "false")
-           .Test("OChiSquare"),
+           .Put("OWilcoxonSignedRanks", Chosen())
+           .Put("OKolmogorovSmirnovNormal", Chosen({}, "false"))
+           .Put("OChiSquare", Chosen()),
        "OWilcoxonSignedRanks={variableName=c1 } \nOWilcoxonSignedRanks={variableName=c2 } \n"
        "OChiSquare={variableName=n1 } \nOChiSquare={variableName=n2 } \n220021: c1 ,c2\n"
        "220023: n1 ,n2 / WilcoxonSignedRanks\n"},
       {"one name for each selected distribution",
-       OneSample({"c1", "n1"}).Test("OKolmogorovSmirnovNormal").Test("OKolmogorovSmirnovPoisson"),
+       OneSample({"c1", "n1"})
+           .Put("OKolmogorovSmirnovNormal", Chosen())
+           .Put("OKolmogorovSmirnovPoisson", Chosen()),
        "OKolmogorovSmirnovNormal={distributionFunction=normal variableName=c1 } \n"
        "OKolmogorovSmirnovPoisson={distributionFunction=poisson variableName=c1 } \n"
        "220023: n1 / KolmogorovSmirnov ,KolmogorovSmirnov\n"},
       {"only categorical fields for a continuous test: no 220023",
-       OneSample({"n1"}).Test("OWilcoxonSignedRanks"),
+       OneSample({"n1"}).Put("OWilcoxonSignedRanks", Chosen()),
        "220022: WilcoxonSignedRanks\nstatus 220001\n"},
-      {"an empty list of fields says nothing", OneSample({}).Test("OBinomial"), "status 220001\n"},
+      {"an empty list of fields says nothing", OneSample({}).Put("OBinomial", Chosen()),
+       "status 220001\n"},
   });
 }
 
@@ -228,12 +215,12 @@ TEST(SettingsTranslator, RelatedTestsTakeAllFieldsOfAKindTogether) {
   Check({
       {"an entry for each kind, ordinal first",
        Related({"n1", "o1", "n2", "o2"})
-           .Test("RMcNemar",
-                 {{"classFormation", "givenCategoryList"}, {"categoriesList", "yes|no"}})
-           .Test("RCochransQ", {{"classFormation", "givenCategoryList"},
-                                {"successCategoryList", "yes|no"},
-                                {"typeOfMultipleComparison", "stepWise"}})
-           .Test("RMarginalHomogeneity", {{"classFormation", "x"}}),
+           .Put("RMcNemar",
+                Chosen({{"classFormation", "givenCategoryList"}, {"categoriesList", "yes|no"}}))
+           .Put("RCochransQ", Chosen({{"classFormation", "givenCategoryList"},
+                                      {"successCategoryList", "yes|no"},
+                                      {"typeOfMultipleComparison", "stepWise"}}))
+           .Put("RMarginalHomogeneity", Chosen({{"classFormation", "x"}})),
        "RMcNemar={variableName=[o1|o2] classFormation=givenCategoryList categoriesList=[yes|no] "
        "} \n"
        "RMcNemar={variableName=[n1|n2] classFormation=givenCategoryList categoriesList=[yes|no] "
@@ -245,21 +232,21 @@ TEST(SettingsTranslator, RelatedTestsTakeAllFieldsOfAKindTogether) {
        "RMarginalHomogeneity={variableName=[o1|o2] } \n"},
       {"pairs of continuous fields",
        Related({"c2", "c1"})
-           .Test("RSign")
-           .Test("RWilcoxonSignedRanks")
-           .Test("RHodgesLehmannEstimatePairs")
-           .Test("RFriedmansTwoWayByRanks", {{"typeOfMultipleComparison", "none"}})
-           .Test("RKendallsCoefficient", {{"typeOfMultipleComparison", "pairWise"}}),
+           .Put("RSign", Chosen())
+           .Put("RWilcoxonSignedRanks", Chosen())
+           .Put("RHodgesLehmannEstimatePairs", Chosen())
+           .Put("RFriedmansTwoWayByRanks", Chosen({{"typeOfMultipleComparison", "none"}}))
+           .Put("RKendallsCoefficient", Chosen({{"typeOfMultipleComparison", "pairWise"}})),
        "RSign={variableName=[c2|c1] } \nRWilcoxonSignedRanks={variableName=[c2|c1] } \n"
        "RHodgesLehmannEstimatePairs={variableName=[c2|c1] } \n"
        "RFriedmansTwoWayByRanks={variableName=[c2|c1] typeOfMultipleComparison=none } \n"
        "RKendallsCoefficient={variableName=[c2|c1] typeOfMultipleComparison=pairWise } \n"},
       {"three fields: none of the pair tests, all of the others",
        Related({"c1", "c2", "c3"})
-           .Test("RSign")
-           .Test("RWilcoxonSignedRanks")
-           .Test("RHodgesLehmannEstimatePairs")
-           .Test("RKendallsCoefficient"),
+           .Put("RSign", Chosen())
+           .Put("RWilcoxonSignedRanks", Chosen())
+           .Put("RHodgesLehmannEstimatePairs", Chosen())
+           .Put("RKendallsCoefficient", Chosen()),
        "RKendallsCoefficient={variableName=[c1|c2|c3] } \n"
        "220017: Sign ,WilcoxonSignedRanks ,HodgesLehmannEstimatePairs\n"},
   });
@@ -269,17 +256,21 @@ TEST(SettingsTranslator, RelatedTestsWarnOfKindsAndCountsThatDoNotFit) {
   Check({
       {"one field of each kind: order of all warnings",
        Related({"n1", "c1", "o1"})
-           .Test("RMcNemar")
-           .Test("RMarginalHomogeneity")
-           .Test("RCochransQ")
-           .Test("RFriedmansTwoWayByRanks"),
+           .Put("RMcNemar", Chosen())
+           .Put("RMarginalHomogeneity", Chosen())
+           .Put("RCochransQ", Chosen())
+           .Put("RFriedmansTwoWayByRanks", Chosen()),
        "220014: c1\n220015: o1\n220016: n1\n220017: FriedmansTwoWayByRanks\n"
        "220018: McNemar ,MarginalHomogeneity ,CochransQ\n220019: McNemar ,CochransQ\n"
        "status 220001\n"},
       {"tests without any field of theirs",
-       Related({"n1", "n2", "n3"}).Test("RMarginalHomogeneity").Test("RSign").Test("RCochransQ"),
+       Related({"n1", "n2", "n3"})
+           .Put("RMarginalHomogeneity", Chosen())
+           .Put("RSign", Chosen())
+           .Put("RCochransQ", Chosen()),
        "RCochransQ={variableName=[n1|n2|n3] } \n220020: MarginalHomogeneity ,Sign\n"},
-      {"fields that no selected test takes", Related({"c1", "c2", "o1", "o2"}).Test("RSign"),
+      {"fields that no selected test takes",
+       Related({"c1", "c2", "o1", "o2"}).Put("RSign", Chosen()),
        "RSign={variableName=[c1|c2] } \n220015: o1 ,o2\n"},
   });
 }
@@ -288,21 +279,22 @@ TEST(SettingsTranslator, IndependentTestsMakeAnEntryForEachContinuousField) {
   Check({
       {"every test with its keys; entry names that differ from the host's keys",
        Independent({"c1"})
-           .Test("IWaldWolfowitzRuns", {{"userSpecifyGroupList", "false"}})
-           .Test("IHodgesLehmannEstimateIndependent")
-           .Test("IKMedian", {{"typeOfMultipleComparison", "none"},
-                              {"userSpecifyMedian", "true"},
-                              {"median", "4"},
-                              {"userSpecifyGroupRange", "false"}})
-           .Test("IMannWhitneyU",
-                 {{"userSpecifyGroupList", "true"}, {"group1List", "a|b"}, {"group2List", "c|d"}})
-           .Test("IMoses", {{"userSpecifyNumberOfOutliers", "true"},
-                            {"NumberOfOutliers", "2"},
-                            {"group1List", "a|b"}})
-           .Test("IKolmogorovSmirnov", {{"group2List", "c|d"}})
-           .Test("IKruskalWallis", {{"typeOfMultipleComparison", "pairWise"}})
-           .Test("IJonckheereTerpstra", {{"typeOfMultipleComparison", "stepWise"},
-                                         {"orderOfHypotheses", "orderLargestToSmallest"}}),
+           .Put("IWaldWolfowitzRuns", Chosen({{"userSpecifyGroupList", "false"}}))
+           .Put("IHodgesLehmannEstimateIndependent", Chosen())
+           .Put("IKMedian", Chosen({{"typeOfMultipleComparison", "none"},
+                                    {"userSpecifyMedian", "true"},
+                                    {"median", "4"},
+                                    {"userSpecifyGroupRange", "false"}}))
+           .Put("IMannWhitneyU", Chosen({{"userSpecifyGroupList", "true"},
+                                         {"group1List", "a|b"},
+                                         {"group2List", "c|d"}}))
+           .Put("IMoses", Chosen({{"userSpecifyNumberOfOutliers", "true"},
+                                  {"NumberOfOutliers", "2"},
+                                  {"group1List", "a|b"}}))
+           .Put("IKolmogorovSmirnov", Chosen({{"group2List", "c|d"}}))
+           .Put("IKruskalWallis", Chosen({{"typeOfMultipleComparison", "pairWise"}}))
+           .Put("IJonckheereTerpstra", Chosen({{"typeOfMultipleComparison", "stepWise"},
+                                               {"orderOfHypotheses", "orderLargestToSmallest"}})),
        "IWaldWolfowitzRuns={variableName=c1 groupVariableName=n1 userSpecifyGroupList=false } \n"
        "IHodgesLehmannEstimateGroups={variableName=c1 groupVariableName=n1 } \n"
        "IMedian={variableName=c1 groupVariableName=n1 typeOfMultipleComparison=none "
@@ -317,39 +309,36 @@ TEST(SettingsTranslator, IndependentTestsMakeAnEntryForEachContinuousField) {
        "IJonckheereTerpstra={variableName=c1 groupVariableName=n1 "
        "typeOfMultipleComparison=stepWise orderOfHypotheses=orderLargestToSmallest } \n"},
       {"fields of the wrong kind make no entry and a warning",
-       Independent({"n2", "o1"}).Test("IMannWhitneyU"), "220024: n2 ,o1\nstatus 220001\n"},
+       Independent({"n2", "o1"}).Put("IMannWhitneyU", Chosen()), "220024: n2 ,o1\nstatus 220001\n"},
       {"the parameter for unused continuous fields is the list of the others",
-       Independent({"c1", "n2"}).Test("IMannWhitneyU", {}, "false"),
+       Independent({"c1", "n2"}).Put("IMannWhitneyU", Chosen({}, "false")),
        "220024: n2\n220025: n2\nstatus 220001\n"},
       {"the group field as plain text, and none at all",
-       Host()
-           .List("independentVariables", {"c1"})
-           .Set("groupVariable", "n1")
-           .Set("isAutomaticallyIndependent", "false")
-           .Test("IMannWhitneyU"),
+       Entry("independentVariables", Names{"c1"})
+           .Put("groupVariable", "n1")
+           .Put("isAutomaticallyIndependent", "false")
+           .Put("IMannWhitneyU", Chosen()),
        "IMannWhitneyU={variableName=c1 groupVariableName=n1 } \n"},
       {"no group field leaves its key out",
-       Host()
-           .List("independentVariables", {"c1"})
-           .Set("isAutomaticallyIndependent", "false")
-           .Test("IMannWhitneyU"),
+       Entry("independentVariables", Names{"c1"})
+           .Put("isAutomaticallyIndependent", "false")
+           .Put("IMannWhitneyU", Chosen()),
        "IMannWhitneyU={variableName=c1 } \n"},
   });
 }
 
 TEST(SettingsTranslator, AutomaticEntriesAreNumberedThroughAllFamilies) {
-  Host all = Host()
-                 .List("independentVariables", {"c1"})
-                 .List("groupVariable", {"n3"})
-                 .List("relatedVariables", {"c1", "c2"});
+  TestSettings all = Entry("independentVariables", Names{"c1"})
+                         .Put("groupVariable", Names{"n3"})
+                         .Put("relatedVariables", Names{"c1", "c2"});
   // The test keys behind a set flag are not looked at; a flag ends the walk over another family's
   // test keys.
-  all.List("oneSampleVariables", {"n1", "c1"})
-      .Set("isAutomaticallyOneSample", "true")
-      .Test("OWilcoxonSignedRanks")
-      .Set("isAutomaticallyRelated", "false")
-      .Test("RSign")
-      .Set("isAutomaticallyIndependent", "true");
+  all.Put("oneSampleVariables", Names{"n1", "c1"})
+      .Put("isAutomaticallyOneSample", "true")
+      .Put("OWilcoxonSignedRanks", Chosen())
+      .Put("isAutomaticallyRelated", "false")
+      .Put("RSign", Chosen())
+      .Put("isAutomaticallyIndependent", "true");
   Check({
       {"numbers go on from family to family; a key keeps its first letter's case", all,
        "OBinomial={algorithmName=OBinomial classFormation=getFromData variableName=n1 "
