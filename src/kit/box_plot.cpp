@@ -5,18 +5,9 @@
 
 namespace {
 
-constexpr double kRelativeTolerance = 100.0 * QDPower::gMachineEpsilon;
 constexpr double kFenceSpreads = 1.5;
 
-int ComparePlainly(double a, double b) noexcept { return (a > b) - (a < b); }
-
 }  // namespace
-
-int CompareClose(double a, double b) noexcept {
-  if (a == b || a == 0.0 || b == 0.0) return ComparePlainly(a, b);
-  if (std::fabs(a - b) <= std::max(std::fabs(a), std::fabs(b)) * kRelativeTolerance) return 0;
-  return ComparePlainly(a, b);
-}
 
 void GroupBoxPlot::FinishHinges() {
   summary.FinishHinges();
@@ -35,8 +26,10 @@ void GroupBoxPlot::ClassifyValue(double x, double caseId) {
   } else if (toLower < 0) {
     lowOutliers.push_back({x, caseId});
   }
+  // Most values do not come below the smallest one: they are spared the closer comparison.
   if (toUpper <= 0 && CompareClose(x, largestNonOutlier) > 0) largestNonOutlier = x;
-  if ((toLower > 0 || toUpper == 0) && CompareClose(x, smallestNonOutlier) < 0) {
+  if (x < smallestNonOutlier && (toLower > 0 || toUpper == 0) &&
+      CompareClose(x, smallestNonOutlier) < 0) {
     smallestNonOutlier = x;
   }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <vector>
@@ -9,7 +11,13 @@
 
 /// Compares with a relative tolerance of 100 machine epsilons: -1, 0 or 1. Zero is compared
 /// plainly.
-[[nodiscard]] int CompareClose(double a, double b) noexcept;
+[[nodiscard]] inline int CompareClose(double a, double b) noexcept {
+  constexpr double kRelativeTolerance = 100.0 * QDPower::gMachineEpsilon;
+  const bool isClose =
+      a != 0.0 && b != 0.0 &&
+      std::fabs(a - b) <= std::max(std::fabs(a), std::fabs(b)) * kRelativeTolerance;
+  return isClose ? 0 : (a > b) - (a < b);
+}
 
 /// Box plot of a variable in one group (J. W. Tukey, Exploratory Data Analysis, 1977): the hinges
 /// from a walk over ascending values, then, from another one, the values beyond the fences at 1.5

@@ -12,24 +12,75 @@ void GroupSamples::AppendRequired(std::vector<std::int64_t>& positions) const {
   positions.push_back(groupVariable);
 }
 
-bool GroupSamples::Take(const Record& record, Unit& unit) {
-  unit.code = TruncateToInt32(record[groupVariable]);
-  if (unit.code < 0 || unit.code >= CategoryCount()) return false;
-  unit.value = record[testVariable];
-  unit.weight = recordWeight.Truncated(record);
+void GroupSamples::Units::AddTo(NPARRank& ranks) const {
+  if (weighOne) {
+    ranks.AddUnits(values.data(), codes.data(), count);
+    return;
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    static_cast<void>(ranks.AddValue(values[i], static_cast<double>(weights[i]), codes[i]));
+  }
+}
+
+const GroupSamples::Units& GroupSamples::Take(RecordColumns& columns) {
+  Select(columns);
   if (passesDone == 0) {
-    counts[static_cast<std::size_t>(unit.code)] += unit.weight;
-    return true;
-  }
-  const std::size_t place = PlaceOf(unit.code);
-  if (place == kNoPlace) return true;
-  if (passesDone == 1) {
-    boxPlots[place].TrackValue(unit.value, recordWeight.Plain(record), CountAt(place));
+    for (std::size_t i = 0; i < units.count; ++i) {
+      counts[static_cast<std::size_t>(units.codes[i])] += units.weights[i];
+    }
+  } else if (passesDone == 1) {
+    TrackHinges();
   } else if (passesDone == 2) {
-    boxPlots[place].ClassifyValue(unit.value,
-                                  HasCaseIds() ? record[caseIdVariable] : QDMV::gMissingValue);
+    Classify();
   }
-  return true;
+  return units;
+}
+
+void GroupSamples::Select(RecordColumns& columns) {
+  const std::size_t size = columns.Size();
+  units.weighOne = recordWeight.Index() < 0;
+  if (units.values.size() < size) {
+    units.values.resize(size);
+    units.codes.resize(size);
+    units.weights.resize(size);
+    if (!units.weighOne) units.plainWeights.resize(size);
+    if (HasCaseIds()) units.caseIds.resize(size);
+  }
+  const double* values = columns.Of(testVariable);
+  const double* groupValues = columns.Of(groupVariable);
+  const double* caseIds = HasCaseIds() ? columns.Of(caseIdVariable) : nullptr;
+  const double* plainWeights = units.weighOne ? nullptr : columns.Of(recordWeight.Index());
+  recordWeight.UseTruncated(columns, [&](auto weightAt) {
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+      const std::int32_t code = TruncateToInt32(groupValues[i]);
+      units.values[count] = values[i];
+      units.codes[count] = code;
+      units.weights[count] = weightAt(i);
+      if (plainWeights != nullptr) units.plainWeights[count] = plainWeights[i];
+      if (caseIds != nullptr) units.caseIds[count] = caseIds[i];
+      count += code >= 0 && code < CategoryCount();
+    }
+    units.count = count;
+  });
+}
+
+void GroupSamples::TrackHinges() {
+  for (std::size_t i = 0; i < units.count; ++i) {
+    const std::size_t place = PlaceOf(units.codes[i]);
+    if (place == kNoPlace) continue;
+    boxPlots[place].TrackValue(units.values[i], units.weighOne ? 1.0 : units.plainWeights[i],
+                               CountAt(place));
+  }
+}
+
+void GroupSamples::Classify() {
+  for (std::size_t i = 0; i < units.count; ++i) {
+    const std::size_t place = PlaceOf(units.codes[i]);
+    if (place == kNoPlace) continue;
+    boxPlots[place].ClassifyValue(units.values[i],
+                                  HasCaseIds() ? units.caseIds[i] : QDMV::gMissingValue);
+  }
 }
 
 void GroupSamples::EndPass() {

@@ -6,6 +6,7 @@
 
 #include "foundation/names.h"
 #include "kit/box_plot.h"
+#include "kit/rank.h"
 #include "kit/record_weight.h"
 
 /// The samples of a k-sample test: one continuous variable in the categories of another. Over three
@@ -15,11 +16,18 @@
 /// A group with data has its place among those, ascending by code.
 class GroupSamples {
  public:
-  /// A record of some group.
-  struct Unit {
-    double value;
-    std::int64_t weight;
-    std::int32_t code;
+  /// Records of some group side by side, in the order in which they came.
+  struct Units {
+    std::size_t count = 0;
+    bool weighOne = false;  ///< every record does
+    std::vector<double> values;
+    std::vector<std::int32_t> codes;
+    std::vector<std::int64_t> weights;  ///< truncated
+    std::vector<double> plainWeights;   ///< where they do not all weigh 1
+    std::vector<double> caseIds;        ///< where there are any
+
+    /// Ranks them by code.
+    void AddTo(NPARRank& ranks) const;
   };
   static constexpr std::size_t kNoPlace = static_cast<std::size_t>(-1);
 
@@ -30,8 +38,9 @@ class GroupSamples {
   /// The test variable, then the group variable.
   void AppendRequired(std::vector<std::int64_t>& positions) const;
 
-  /// Takes a record in the running pass; false for one of no category.
-  bool Take(const Record& record, Unit& unit);
+  /// Takes records in the running pass. Their units, without those of no category, are good until
+  /// the next call.
+  const Units& Take(RecordColumns& columns);
   void EndPass();
   /// Passes that have ended.
   [[nodiscard]] std::int32_t PassesDone() const noexcept { return passesDone; }
@@ -63,12 +72,16 @@ class GroupSamples {
   [[nodiscard]] const std::vector<GroupBoxPlot>& BoxPlots() const noexcept { return boxPlots; }
 
  private:
+  void Select(RecordColumns& columns);
+  void TrackHinges();
+  void Classify();
   void EndCounting();
 
   std::int32_t testVariable = -1;
   std::int32_t groupVariable = -1;
   std::int32_t caseIdVariable = -1;
   RecordWeight recordWeight;
+  Units units;
   std::int32_t passesDone = 0;
   std::vector<std::int64_t> counts;  // by code
   std::vector<std::size_t> places;   // by code

@@ -20,6 +20,13 @@ struct RankGroup {
   double minRank = -1.0;  ///< below 0: no rank yet
   double maxRank = 0.0;
   std::vector<Entry> ranks;  ///< one for each value, ascending; only where they were asked for
+
+  void Take(double rank, double weight, bool keepsIt) {
+    if (rank > maxRank) maxRank = rank;
+    if (minRank > rank || minRank < 0.0) minRank = rank;
+    rankSum += rank * weight;
+    if (keepsIt) ranks.push_back({rank, weight});
+  }
 };
 
 /// Mid-ranks of values that arrive in ascending order: AddValue for each, CloseRun once, then the
@@ -72,15 +79,33 @@ class NPARRank {
     return status;
   }
 
+  /// AddValue for each of `count` values of weight 1. A run of one unit, the rule among measured
+  /// values, takes a few instructions.
+  template <typename Key>
+  void AddUnits(const double* values, const Key* groupKeys, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+      if (run.size() == 1 && runWeight == 1 && run.front().weight == 1.0) {
+        double alone = runValue;
+        std::size_t place = run.front().group;
+        for (; i < count && !(std::abs(values[i] - alone) < kTieTolerance); ++i) {
+          ++ranksBelow;
+          groups[place].Take(static_cast<double>(ranksBelow), 1.0, keep.ranks);
+          alone = values[i];
+          place = PlaceOf(static_cast<double>(groupKeys[i]));
+        }
+        runValue = alone;
+        run.front().group = place;
+        if (i == count) return;
+      }
+      static_cast<void>(AddValue(values[i], 1.0, static_cast<double>(groupKeys[i])));
+    }
+  }
+
   /// Gives the last run its ranks; AddValue does so for all runs before it. Call it once.
   void CloseRun() {
     const double rank = static_cast<double>(runWeight + 1) * 0.5 + static_cast<double>(ranksBelow);
     for (const RunEntry& entry : run) {
-      RankGroup& group = groups[entry.group];
-      if (rank > group.maxRank) group.maxRank = rank;
-      if (group.minRank > rank || group.minRank < 0.0) group.minRank = rank;
-      group.rankSum += rank * entry.weight;
-      if (keep.ranks) group.ranks.push_back({rank, entry.weight});
+      groups[entry.group].Take(rank, entry.weight, keep.ranks);
     }
     if (runWeight >= 2) NoteTie();
   }

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "foundation/names.h"
+#include "kit/record_columns.h"
 
 /// The frequency weight of a record: a variable of it, or 1 where there is none.
 class RecordWeight {
@@ -21,6 +22,17 @@ class RecordWeight {
   /// As it stands in the record.
   [[nodiscard]] double Plain(const Record& record) const noexcept {
     return index < 0 ? 1.0 : record[index];
+  }
+  /// Calls `use(weightAt)`, where weightAt(i) is Truncated of the i-th record: records that weigh 1
+  /// get a loop of their own.
+  template <typename Use>
+  void UseTruncated(RecordColumns& columns, Use use) const {
+    if (index < 0) {
+      use([](std::size_t) { return std::int64_t{1}; });
+    } else {
+      const double* weights = columns.Of(index);
+      use([weights](std::size_t i) { return std::int64_t{TruncateToInt32(weights[i])}; });
+    }
   }
   [[nodiscard]] std::int32_t Index() const noexcept { return index; }
 

@@ -74,6 +74,55 @@ void TwoGroups::AppendRequired(std::vector<std::int64_t>& positions) const {
   positions.push_back(groupVariable);
 }
 
+void TwoGroups::Select(RecordColumns& columns, const RecordWeight& weight,
+                       TwoGroupUnits& units) const {
+  const std::size_t size = columns.Size();
+  if (units.values.size() < size) {
+    units.values.resize(size);
+    units.groups.resize(size);
+    units.weights.resize(size);
+  }
+  const double* values = columns.Of(testVariable);
+  const double* groupValues = columns.Of(groupVariable);
+  units.weighOne = weight.Index() < 0;
+  weight.UseTruncated(columns, [&](auto weightAt) {
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+      const Group group = Of(groupValues[i]);
+      units.values[count] = values[i];
+      units.groups[count] = group;
+      units.weights[count] = weightAt(i);
+      count += group != Neither;  // groups come at random: no branch
+    }
+    units.count = count;
+  });
+}
+
+void TwoGroupUnits::AddTo(NPARRank& ranks) const {
+  if (weighOne) {
+    ranks.AddUnits(values.data(), groups.data(), count);
+    return;
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    static_cast<void>(ranks.AddValue(values[i], static_cast<double>(weights[i]), groups[i]));
+  }
+}
+
+void TwoGroupHistograms::TakeRanges(const TwoGroupUnits& units) noexcept {
+  for (std::size_t i = 0; i < units.count; ++i) {
+    const TwoGroups::Group group = units.groups[i];
+    const double x = units.values[i];
+    if (x > maxValues[group]) maxValues[group] = x;
+    if (x < minValues[group]) minValues[group] = x;
+  }
+}
+
+void TwoGroupHistograms::Add(const TwoGroupUnits& units) {
+  for (std::size_t i = 0; i < units.count; ++i) {
+    histograms[units.groups[i]].AddValueOrZero(units.values[i], units.weights[i]);
+  }
+}
+
 void TwoGroupHistograms::Start() {
   for (const TwoGroups::Group group : {TwoGroups::First, TwoGroups::Second}) {
     histograms[group].SetRange(minValues[group], maxValues[group],

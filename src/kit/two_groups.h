@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/rank.h"
+#include "kit/record_weight.h"
 #include "kit/test.h"
 #include "kit/univariate.h"
 
@@ -16,6 +18,8 @@ struct TwoGroupCodes {
   std::int32_t overlap;           ///< a category in both lists
   std::int32_t unpopulated;       ///< an empty list, or one without any data
 };
+
+struct TwoGroupUnits;
 
 /// The two groups of records that a test compares: lists of category codes of the group variable,
 /// given by the user or one category each.
@@ -32,11 +36,13 @@ class TwoGroups {
   void Check(NPARTest& test, const UnivariateResults* summaries, const TwoGroupCodes& codes) const;
 
   /// Neither for a code of no group, also one outside the categories.
-  [[nodiscard]] Group Of(const Record& record) const noexcept {
-    const std::int32_t code = TruncateToInt32(record[groupVariable]);
+  [[nodiscard]] Group Of(double groupValue) const noexcept {
+    const std::int32_t code = TruncateToInt32(groupValue);
     const bool isKnown = code >= 0 && static_cast<std::size_t>(code) < groupOfCode.size();
     return isKnown ? groupOfCode[static_cast<std::size_t>(code)] : Neither;
   }
+  /// The records of either group, with their truncated weights.
+  void Select(RecordColumns& columns, const RecordWeight& weight, TwoGroupUnits& units) const;
   [[nodiscard]] std::int32_t TestVariable() const noexcept { return testVariable; }
   [[nodiscard]] std::int32_t GroupVariable() const noexcept { return groupVariable; }
   [[nodiscard]] bool AreUserSpecified() const noexcept { return areUserSpecified; }
@@ -54,20 +60,27 @@ class TwoGroups {
   std::vector<Group> groupOfCode;
 };
 
+/// Records of either group side by side, in the order in which they came.
+struct TwoGroupUnits {
+  std::size_t count = 0;
+  bool weighOne = false;  ///< every record does
+  std::vector<double> values;
+  std::vector<TwoGroups::Group> groups;
+  std::vector<std::int64_t> weights;
+
+  /// Ranks them by group.
+  void AddTo(NPARRank& ranks) const;
+};
+
 /// A histogram of the test variable for each of two groups; a first pass finds their ranges.
 class TwoGroupHistograms {
  public:
-  /// First pass: a value of the group.
-  void TakeRange(TwoGroups::Group group, double x) noexcept {
-    if (x > maxValues[group]) maxValues[group] = x;
-    if (x < minValues[group]) minValues[group] = x;
-  }
+  /// First pass.
+  void TakeRanges(const TwoGroupUnits& units) noexcept;
   /// Between the passes: makes the bins.
   void Start();
   /// Second pass.
-  void Add(TwoGroups::Group group, double x, std::int64_t weight) {
-    histograms[group].AddValueOrZero(x, weight);
-  }
+  void Add(const TwoGroupUnits& units);
   /// After it: appends the zeros.
   void Finish();
   [[nodiscard]] const std::vector<HistogramBin>& Bins(TwoGroups::Group group) const {

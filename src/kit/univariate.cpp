@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "kit/record_blocks.h"
+#include "kit/record_weight.h"
 
 namespace {
 
@@ -13,10 +14,6 @@ constexpr std::int32_t kNoSortedData = 220005;
 
 constexpr std::int32_t kFirstStatistic = static_cast<std::int32_t>(Statistic::Mean);
 constexpr std::int32_t kLastStatistic = static_cast<std::int32_t>(Statistic::All);
-
-std::int64_t WeightOf(const double* row, std::int32_t weightIndex) {
-  return weightIndex < 0 ? 1 : TruncateToInt32(row[weightIndex]);
-}
 
 }  // namespace
 
@@ -74,25 +71,21 @@ void QDContUnivariateVariable::Moments::Add(double x) {
   sumOfSquares += delta * delta * total * earlier;
 }
 
-void QDContUnivariateVariable::TakeExtremes(double x) {
-  if (minimum == QDMV::gMissingValue || minimum > x) minimum = x;
-  if (maximum == QDMV::gMissingValue || x > maximum) maximum = x;
-}
-
 template <bool kIsWeighted>
-void QDContUnivariateVariable::SummariseBlock(const RecordBlock& block) {
+void QDContUnivariateVariable::Summarise(RecordColumns& columns) {
+  const double* values = columns.Of(variableIndex);
+  const double* weights = kIsWeighted ? columns.Of(weightIndex) : nullptr;
   const bool wantsMoments = Wants(Statistic::MeanStdDev);
-  // What changes with every value is kept in registers over the block.
+  // What changes with every value is kept in registers.
   Moments running = moments;
   double lowest = minimum;
   double highest = maximum;
   std::int64_t seen = 0;
-  for (std::size_t i = 0; i < block.count; ++i) {
-    const double* row = block.rows[i];
-    const double x = row[variableIndex];
+  for (std::size_t i = 0; i < columns.Size(); ++i) {
+    const double x = values[i];
     if (x == QDMV::gMissingValue) continue;
     if constexpr (kIsWeighted) {
-      const std::int64_t weight = WeightOf(row, weightIndex);
+      const std::int64_t weight = TruncateToInt32(weights[i]);
       if (wantsMoments) running.Add(x, weight);
       seen += weight;
     } else {
@@ -108,20 +101,22 @@ void QDContUnivariateVariable::SummariseBlock(const RecordBlock& block) {
   totalWeight += seen;
 }
 
-void QDContUnivariateVariable::ProcessBlock(const RecordBlock& block) {
+void QDContUnivariateVariable::ProcessColumns(RecordColumns& columns) {
   if (pass == 1) {
-    weightIndex < 0 ? SummariseBlock<false>(block) : SummariseBlock<true>(block);
+    weightIndex < 0 ? Summarise<false>(columns) : Summarise<true>(columns);
     return;
   }
-  for (std::size_t i = 0; i < block.count; ++i) {
-    const double x = block.rows[i][variableIndex];
-    if (x != QDMV::gMissingValue) AddValueOrZero(x, WeightOf(block.rows[i], weightIndex));
-  }
+  const double* values = columns.Of(variableIndex);
+  RecordWeight(weightIndex).UseTruncated(columns, [&](auto weightAt) {
+    for (std::size_t i = 0; i < columns.Size(); ++i) {
+      if (values[i] != QDMV::gMissingValue) AddValueOrZero(values[i], weightAt(i));
+    }
+  });
 }
 
 QDStatus QDContUnivariateVariable::ProcessRecord(const Record& record) {
-  const double* row = record.Values();
-  ProcessBlock(RecordBlock{&row, 1});
+  RecordColumns one(record);
+  ProcessColumns(one);
   return QDStatus();
 }
 
@@ -151,18 +146,19 @@ QDStatus QDContUnivariateVariable::WalkSortedValues() {
   MultiPassRecordIter* sorted =
       sortedData == nullptr ? nullptr : sortedData->GetSortedIterator(variableIndex);
   if (sorted == nullptr) return QDStatus(kNoSortedData);
-  ForEachBlock(*sorted, [this](const RecordBlock& block) {
-    for (std::size_t i = 0; i < block.count; ++i) TrackRow(block.rows[i]);
+  RecordColumns columns;
+  ForEachBlock(*sorted, [&](const RecordBlock& block) {
+    columns.LookAt(block);
+    const double* values = columns.Of(variableIndex);
+    const double* weights = weightIndex < 0 ? nullptr : columns.Of(weightIndex);
+    for (std::size_t i = 0; i < columns.Size(); ++i) {
+      const double weight = weights == nullptr ? 1.0 : weights[i];
+      if (values[i] == QDMV::gMissingValue || weight == QDMV::gMissingValue) continue;
+      TrackHinges(values[i], weight, static_cast<double>(totalWeight));
+    }
   });
   FinishHinges();
   return QDStatus();
-}
-
-void QDContUnivariateVariable::TrackRow(const double* row) {
-  const double x = row[variableIndex];
-  const double weight = weightIndex < 0 ? 1.0 : row[weightIndex];
-  if (x == QDMV::gMissingValue || weight == QDMV::gMissingValue) return;
-  TrackHinges(x, weight, static_cast<double>(totalWeight));
 }
 
 void QDContUnivariateVariable::SetRange(double low, double high, std::uint64_t wantedBins) {
@@ -223,46 +219,39 @@ void QDContUnivariateVariable::AddZeroBin() {
   if (zeroCount > 0) bins.push_back(HistogramBin{zeroCount, 0.0});
 }
 
-void QDContUnivariateVariable::TrackHinges(double x, double weight, double total) {
-  TakeExtremes(x);
-  if (firstHinge.previousValue == QDMV::gMissingValue ||
-      medianTracker.previousValue == QDMV::gMissingValue ||
-      thirdHinge.previousValue == QDMV::gMissingValue) {
-    for (HingeTracker* tracker : {&firstHinge, &medianTracker, &thirdHinge}) {
-      tracker->previousValue = x;
-      tracker->cumulativeWeight += weight;
-    }
-    return;
-  }
-  // Of the hinges, from either end; the sum of weights is whole, and the fraction one half or none.
+void QDContUnivariateVariable::StartHinges(double total) {
+  hingeTotal = total;
+  nextHinge = kNoHinge;
+  // Of the outer hinges, from either end; the weight is whole, and the fraction one half or none.
   const double depth = static_cast<double>(TruncateToInt64((total + 3.0) * 0.5)) * 0.5;
-  if (quartile1 == QDMV::gMissingValue) StepTracker(x, weight, depth, quartile1, firstHinge);
-  if (median == QDMV::gMissingValue) {
-    StepTracker(x, weight, (total + 1.0) * 0.5, median, medianTracker);
-  }
-  if (quartile3 == QDMV::gMissingValue) {
-    StepTracker(x, weight, (total + 1.0) - depth, quartile3, thirdHinge);
-  }
+  hinges[0].position = depth;
+  hinges[1].position = (total + 1.0) * 0.5;
+  hinges[2].position = (total + 1.0) - depth;
 }
 
-void QDContUnivariateVariable::StepTracker(double x, double w, double p, double& result,
-                                           HingeTracker& tracker) {
-  const double c = tracker.cumulativeWeight;
-  if (c > p) {
-    result = tracker.previousValue;
-  } else if (c + w > p) {
-    const double fraction = p - c;
-    result = fraction >= 1.0 ? x : (1.0 - fraction) * tracker.previousValue + fraction * x;
-  } else {
-    tracker.cumulativeWeight = c + w;
-    tracker.previousValue = x;
+void QDContUnivariateVariable::SettleHinges(double x, double weight) {
+  nextHinge = std::numeric_limits<double>::max();
+  const double before = cumulativeWeight;
+  const bool isFirst = previousValue == QDMV::gMissingValue;
+  for (Hinge& hinge : hinges) {
+    if (hinge.value != QDMV::gMissingValue) continue;
+    const double fraction = hinge.position - before;
+    if (isFirst || !(before > hinge.position || before + weight > hinge.position)) {
+      nextHinge = std::min(nextHinge, hinge.position);
+    } else if (before > hinge.position) {
+      hinge.value = previousValue;
+    } else {
+      hinge.value = fraction >= 1.0 ? x : (1.0 - fraction) * previousValue + fraction * x;
+    }
   }
+  cumulativeWeight += weight;
+  previousValue = x;
 }
 
 void QDContUnivariateVariable::FinishHinges() {
-  if (quartile1 == QDMV::gMissingValue) quartile1 = firstHinge.previousValue;
-  if (median == QDMV::gMissingValue) median = medianTracker.previousValue;
-  if (quartile3 == QDMV::gMissingValue) quartile3 = thirdHinge.previousValue;
+  for (Hinge& hinge : hinges) {
+    if (hinge.value == QDMV::gMissingValue) hinge.value = previousValue;
+  }
 }
 
 // Categorical variables.
@@ -293,25 +282,26 @@ bool QDCateUnivariateVariable::AddStatistic(std::int32_t statistic) {
   }
 }
 
-void QDCateUnivariateVariable::ProcessBlock(const RecordBlock& block) {
-  for (std::size_t i = 0; i < block.count; ++i) {
-    const double* row = block.rows[i];
-    const double value = row[variableIndex];
-    if (value == QDMV::gMissingCategory) continue;
-    const std::int64_t weight = WeightOf(row, weightIndex);
-    const std::int32_t code = TruncateToInt32(value);
-    if (code >= 0 && code < categoryCount) {
-      frequencies[static_cast<std::size_t>(code)] += weight;
-    } else {
-      otherFrequencies[code] += weight;
+void QDCateUnivariateVariable::ProcessColumns(RecordColumns& columns) {
+  const double* values = columns.Of(variableIndex);
+  RecordWeight(weightIndex).UseTruncated(columns, [&](auto weightAt) {
+    for (std::size_t i = 0; i < columns.Size(); ++i) {
+      if (values[i] == QDMV::gMissingCategory) continue;
+      const std::int64_t weight = weightAt(i);
+      const std::int32_t code = TruncateToInt32(values[i]);
+      if (code >= 0 && code < categoryCount) {
+        frequencies[static_cast<std::size_t>(code)] += weight;
+      } else {
+        otherFrequencies[code] += weight;
+      }
+      totalWeight += weight;
     }
-    totalWeight += weight;
-  }
+  });
 }
 
 QDStatus QDCateUnivariateVariable::ProcessRecord(const Record& record) {
-  const double* row = record.Values();
-  ProcessBlock(RecordBlock{&row, 1});
+  RecordColumns one(record);
+  ProcessColumns(one);
   return QDStatus();
 }
 

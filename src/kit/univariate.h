@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <map>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/record_columns.h"
 #include "kit/sorted_data.h"
 
 /// Statistics that can be asked of a variable's summary.
@@ -57,8 +59,8 @@ class QDUnivariateVariable {
   [[nodiscard]] virtual bool NeedsPass() const = 0;
   /// -1: every record weighs 1.
   virtual void SetWeightVariable(std::int32_t index) = 0;
-  /// ProcessRecord for each row in which the variable is not missing.
-  virtual void ProcessBlock(const RecordBlock& block) = 0;
+  /// ProcessRecord for each record in which the variable is not missing.
+  virtual void ProcessColumns(RecordColumns& columns) = 0;
 
   /// Sum of the truncated weights of the records seen.
   [[nodiscard]] std::int64_t GetTotalWeight() const noexcept { return totalWeight; }
@@ -89,7 +91,7 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   QDStatus EndPass() override;
   bool NeedsPass() const override { return needsPass; }
   void SetWeightVariable(std::int32_t index) override { weightIndex = index; }
-  void ProcessBlock(const RecordBlock& block) override;
+  void ProcessColumns(RecordColumns& columns) override;
 
   /// Makes `bins` empty bins from low to high, one more where zero lies inside; the last edge is
   /// high + 1.
@@ -112,7 +114,17 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   /// One step of the walk over ascending values that finds the hinges (J. W. Tukey, Exploratory
   /// Data Analysis, 1977); `totalWeight` is the sum of the truncated weights, `weight` is not
   /// truncated.
-  void TrackHinges(double x, double weight, double totalWeight);
+  void TrackHinges(double x, double weight, double totalWeight) {
+    TakeExtremes(x);
+    if (totalWeight != hingeTotal) StartHinges(totalWeight);
+    const double reached = cumulativeWeight + weight;
+    if (cumulativeWeight <= nextHinge && reached <= nextHinge) {
+      cumulativeWeight = reached;
+      previousValue = x;
+    } else {
+      SettleHinges(x, weight);
+    }
+  }
   /// Gives hinges that the walk did not reach the last value that it saw.
   void FinishHinges();
 
@@ -120,9 +132,9 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   [[nodiscard]] double GetStdDev() const noexcept { return stdDev; }
   [[nodiscard]] double GetMinimum() const noexcept { return minimum; }
   [[nodiscard]] double GetMaximum() const noexcept { return maximum; }
-  [[nodiscard]] double GetMedian() const noexcept { return median; }
-  [[nodiscard]] double GetFirstQuartile() const noexcept { return quartile1; }
-  [[nodiscard]] double GetThirdQuartile() const noexcept { return quartile3; }
+  [[nodiscard]] double GetFirstQuartile() const noexcept { return hinges[0].value; }
+  [[nodiscard]] double GetMedian() const noexcept { return hinges[1].value; }
+  [[nodiscard]] double GetThirdQuartile() const noexcept { return hinges[2].value; }
   [[nodiscard]] const std::vector<HistogramBin>& GetBins() const noexcept { return bins; }
   [[nodiscard]] const std::vector<double>& GetBinUpperEdges() const noexcept {
     return binUpperEdges;
@@ -130,11 +142,12 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   [[nodiscard]] std::int64_t GetZeroCount() const noexcept { return zeroCount; }
 
  private:
-  struct HingeTracker {
-    double position = QDMV::gMissingValue;
-    double cumulativeWeight = 0.0;
-    double previousValue = QDMV::gMissingValue;
+  /// The value at a position among the units in ascending order, counted from 1.
+  struct Hinge {
+    double position = 0.0;
+    double value = QDMV::gMissingValue;
   };
+  static constexpr double kNoHinge = std::numeric_limits<double>::lowest();
   /// Weighted mean and sum of squares, updated value by value (D. H. D. West, Comm. ACM 22, 1979).
   struct Moments {
     double mean = 0.0;
@@ -144,19 +157,25 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
     /// The same for a weight of 1, to the last bit.
     void Add(double x);
   };
-  static void StepTracker(double x, double w, double p, double& result, HingeTracker& tracker);
   [[nodiscard]] bool Wants(Statistic statistic) const noexcept {
     return statistics.Contains(statistic);
   }
-  void TakeExtremes(double x);
+  void TakeExtremes(double x) noexcept {
+    if (minimum == QDMV::gMissingValue || minimum > x) minimum = x;
+    if (maximum == QDMV::gMissingValue || x > maximum) maximum = x;
+  }
   template <bool kIsWeighted>
-  void SummariseBlock(const RecordBlock& block);
+  void Summarise(RecordColumns& columns);
   QDStatus WalkSortedValues();
-  void TrackRow(const double* row);
+  void StartHinges(double total);
+  void SettleHinges(double x, double weight);
 
-  HingeTracker firstHinge;
-  HingeTracker medianTracker;
-  HingeTracker thirdHinge;
+  // The walk that finds the hinges.
+  double hingeTotal = QDMV::gMissingValue;  // the total weight that `hinges` were placed by
+  std::array<Hinge, 3> hinges;
+  double nextHinge = kNoHinge;  // up to this weight the walk passes none
+  double cumulativeWeight = 0.0;
+  double previousValue = QDMV::gMissingValue;
   bool needsPass = true;
   std::int32_t variableIndex;
   std::int32_t weightIndex;
@@ -164,9 +183,6 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   double stdDev = 0.0;
   double minimum = QDMV::gMissingValue;
   double maximum = QDMV::gMissingValue;
-  double median = QDMV::gMissingValue;
-  double quartile1 = QDMV::gMissingValue;
-  double quartile3 = QDMV::gMissingValue;
   std::vector<HistogramBin> bins;
   double rangeHigh = std::numeric_limits<double>::lowest();
   double rangeLow = std::numeric_limits<double>::max();
@@ -188,7 +204,7 @@ class QDCateUnivariateVariable final : public QDUnivariateVariable {
   QDStatus EndPass() override;
   bool NeedsPass() const override { return needsPass; }
   void SetWeightVariable(std::int32_t index) override { weightIndex = index; }
-  void ProcessBlock(const RecordBlock& block) override;
+  void ProcessColumns(RecordColumns& columns) override;
 
   [[nodiscard]] std::int32_t GetCategoryCount() const noexcept { return categoryCount; }
   /// Sum of weights by category code, every category included.

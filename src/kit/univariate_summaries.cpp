@@ -56,9 +56,11 @@ void QDUnivariateSummaries::SetWeightVariable(std::int32_t index) {
 }
 
 bool QDUnivariateSummaries::ReadRecords() {
-  return records != nullptr && ForEachBlock(*records, [this](const RecordBlock& block) {
+  RecordColumns columns;
+  return records != nullptr && ForEachBlock(*records, [&](const RecordBlock& block) {
+           columns.LookAt(block);
            for (auto& [variable, summary] : summaries) {
-             if (summary->NeedsPass()) summary->ProcessBlock(block);
+             if (summary->NeedsPass()) summary->ProcessColumns(columns);
            }
          });
 }

@@ -3,17 +3,31 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/record_columns.h"
 
 /// A place of the record and the value that is a missing one there.
 struct MissingMark {
   int position;
   double mark;
+  bool operator==(const MissingMark&) const = default;
 };
 
 /// Is a value missing at one of these places?
 [[nodiscard]] inline bool IsAnyMissing(const double* row, const std::vector<MissingMark>& marks) {
   for (const MissingMark& place : marks) {
     if (row[place.position] == place.mark) return true;
+  }
+  return false;
+}
+
+/// Is a value missing at one of these places in any of the records?
+[[nodiscard]] inline bool IsAnyMissing(RecordColumns& columns,
+                                       const std::vector<MissingMark>& marks) {
+  for (const MissingMark& place : marks) {
+    const double* values = columns.Of(place.position);
+    bool isFound = false;
+    for (std::size_t i = 0; i < columns.Size(); ++i) isFound |= values[i] == place.mark;
+    if (isFound) return true;
   }
   return false;
 }

@@ -27,7 +27,10 @@ bool FindMark(const IQDVariable* variable, double& mark) {
 }  // namespace
 
 void PassFeed::AddTest(NPARTest* test, const std::vector<std::int64_t>& required) {
-  members.push_back({test, required, {}, false});
+  members.push_back({.test = test,
+                     .columnTest = dynamic_cast<NPARColumnTest*>(test),
+                     .required = required,
+                     .marks = {}});
 }
 
 QDStatus PassFeed::Walk(RecordIterator& records, CancelPair& cancelPair) {
@@ -41,7 +44,8 @@ std::vector<NPARTest*> PassFeed::AliveTests() const {
   return tests;
 }
 
-void PassFeed::Prepare(int width) {
+void PassFeed::Prepare(int recordWidth) {
+  width = recordWidth;
   const auto needs = [](const Member& member, int position) {
     return std::find(member.required.begin(), member.required.end(), position) !=
            member.required.end();
@@ -57,19 +61,27 @@ void PassFeed::Prepare(int width) {
     }
     if (isNeeded) marks.push_back({position, mark});
   }
+  CompareNeeds();
+}
+
+void PassFeed::CompareNeeds() {
+  const Member* before = nullptr;
+  for (Member& member : members) {
+    member.needsSameAsBefore = before != nullptr && member.marks == before->marks;
+    before = &member;
+  }
 }
 
 QDStatus PassFeed::WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair) {
-  const int width = blocks.GetRecordWidth();
-  Prepare(width);
-  Record record = Record::View(nullptr, width);
+  Prepare(blocks.GetRecordWidth());
+  RecordColumns columns;
   RecordBlock block;
   while (!members.empty() && blocks.NextBlock(block)) {
     while (block.count > 0) {
       if (cancelPair.Check()) return QDStatus();
       const RecordBlock part{block.rows, std::min(block.count, kRowsAtOnce)};
-      const QDStatus status =
-          members.size() == 1 ? DeliverToOne(part, record) : DeliverToAll(part, record);
+      columns.LookAt(part);
+      const QDStatus status = Deliver(columns);
       if (!status.IsOK()) return status;
       block = {block.rows + part.count, block.count - part.count};
     }
@@ -78,6 +90,7 @@ QDStatus PassFeed::WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair) {
 }
 
 QDStatus PassFeed::WalkRecords(RecordIterator& records, CancelPair& cancelPair) {
+  RecordColumns columns;
   bool isFirst = true;
   while (!members.empty() && records.HasNext()) {
     if (cancelPair.Check()) break;
@@ -85,47 +98,45 @@ QDStatus PassFeed::WalkRecords(RecordIterator& records, CancelPair& cancelPair) 
     if (record == nullptr) break;
     if (isFirst) Prepare(record->Size());
     isFirst = false;
-    const QDStatus status = Deliver(*record);
+    const double* row = record->Values();
+    columns.LookAt({&row, 1});
+    const QDStatus status = Deliver(columns);
     if (!status.IsOK()) return status;
   }
   return QDStatus();
 }
 
-QDStatus PassFeed::DeliverToAll(const RecordBlock& block, Record& record) {
-  for (std::size_t i = 0; i < block.count; ++i) {
-    record.LookAt(block.rows[i]);
-    const QDStatus status = Deliver(record);
-    if (!status.IsOK()) return status;
-  }
-  return QDStatus();
-}
-
-QDStatus PassFeed::DeliverToOne(const RecordBlock& block, Record& record) {
-  NPARTest& test = *members.front().test;
-  for (std::size_t i = 0; i < block.count; ++i) {
-    if (IsAnyMissing(block.rows[i], marks)) continue;
-    record.LookAt(block.rows[i]);
-    const QDStatus answer = test.ProcessRecord(record);
-    if (answer.GetErrorCode() == kMemoryExhausted) return answer;
-    if (answer.IsError()) {
-      members.clear();
-      break;
-    }
-  }
-  return QDStatus();
-}
-
-QDStatus PassFeed::Deliver(const Record& record) {
-  const bool isAnyMissing = IsAnyMissing(record.Values(), marks);
+QDStatus PassFeed::Deliver(RecordColumns& columns) {
+  const bool isAnyMissing = IsAnyMissing(columns, marks);
   bool hasAnyFailed = false;
   for (Member& member : members) {
-    if (isAnyMissing && IsAnyMissing(record.Values(), member.marks)) continue;
-    const QDStatus answer = member.test->ProcessRecord(record);
+    if (isAnyMissing && !member.needsSameAsBefore) KeepComplete(columns.Rows(), member.marks);
+    const QDStatus answer = DeliverTo(member, isAnyMissing ? completeColumns : columns);
     if (answer.GetErrorCode() == kMemoryExhausted) return answer;
     if (answer.IsError()) member.hasFailed = hasAnyFailed = true;
   }
   if (hasAnyFailed) {
     std::erase_if(members, [](const Member& member) { return member.hasFailed; });
+    CompareNeeds();
+  }
+  return QDStatus();
+}
+
+void PassFeed::KeepComplete(const RecordBlock& block, const std::vector<MissingMark>& needed) {
+  completeRows.clear();
+  for (std::size_t i = 0; i < block.count; ++i) {
+    if (!IsAnyMissing(block.rows[i], needed)) completeRows.push_back(block.rows[i]);
+  }
+  completeColumns.LookAt({completeRows.data(), completeRows.size()});
+}
+
+QDStatus PassFeed::DeliverTo(const Member& member, RecordColumns& columns) const {
+  if (member.columnTest != nullptr) return member.columnTest->ProcessColumns(columns);
+  Record record = Record::View(nullptr, width);
+  for (std::size_t i = 0; i < columns.Size(); ++i) {
+    record.LookAt(columns.Rows().rows[i]);
+    const QDStatus answer = member.test->ProcessRecord(record);
+    if (answer.IsError()) return answer;
   }
   return QDStatus();
 }

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/column_test.h"
+#include "kit/record_columns.h"
 #include "kit/test.h"
 #include "planning/cancel_pair.h"
 #include "planning/missing.h"
@@ -30,23 +32,29 @@ class PassFeed {
  private:
   struct Member {
     NPARTest* test;
+    NPARColumnTest* columnTest;  // the same, where it takes columns
     std::vector<std::int64_t> required;
     /// Where a missing value holds this test off.
     std::vector<MissingMark> marks;
+    bool needsSameAsBefore = false;  // as the member before it
     bool hasFailed = false;
   };
 
   QDStatus WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair);
   QDStatus WalkRecords(RecordIterator& records, CancelPair& cancelPair);
-  void Prepare(int width);
-  /// A single test, as most passes have, costs no more than a call for each record.
-  QDStatus DeliverToOne(const RecordBlock& block, Record& record);
-  QDStatus DeliverToAll(const RecordBlock& block, Record& record);
-  /// A record to each test in turn.
-  QDStatus Deliver(const Record& record);
+  void Prepare(int recordWidth);
+  void CompareNeeds();
+  /// The records to each test in turn.
+  QDStatus Deliver(RecordColumns& columns);
+  QDStatus DeliverTo(const Member& member, RecordColumns& columns) const;
+  /// Fills completeColumns with the records in which nothing is missing at these places.
+  void KeepComplete(const RecordBlock& block, const std::vector<MissingMark>& needed);
 
   const QDVarList* variables;
   bool analysisMissing;
   std::vector<Member> members;
+  int width = 0;                   // of the records
   std::vector<MissingMark> marks;  // of all members
+  std::vector<const double*> completeRows;
+  RecordColumns completeColumns;
 };

@@ -16,11 +16,12 @@ QDStatus NPARHodgesLehmannTwoIndep::BeginPass() {
   return NPARTwoGroupTest::BeginPass();
 }
 
-QDStatus NPARHodgesLehmannTwoIndep::ProcessRecord(const Record& record) {
-  return TakeRecord(record, [this](TwoGroups::Group group, double x, std::int64_t w) {
-    static_cast<void>(ranks.AddValue(x, static_cast<double>(w), group));
-    if (w >= 1) values[group].Add(x, w);
-  });
+void NPARHodgesLehmannTwoIndep::Take(const TwoGroupUnits& records) {
+  records.AddTo(ranks);
+  for (std::size_t i = 0; i < records.count; ++i) {
+    if (records.weights[i] >= 1)
+      values[records.groups[i]].Add(records.values[i], records.weights[i]);
+  }
 }
 
 void NPARHodgesLehmannTwoIndep::Compute() {

@@ -28,10 +28,10 @@ class NPARHodgesLehmannTwoIndep final : public NPARTwoGroupTest {
 
   /// Also reads "confidenceLevel", a probability.
   QDStatus BeginPass() override;
-  QDStatus ProcessRecord(const Record& record) override;
   XMLElement* WriteResults() override;
 
  protected:
+  void Take(const TwoGroupUnits& records) override;
   void Compute() override;
 
  private:

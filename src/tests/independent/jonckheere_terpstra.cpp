@@ -45,7 +45,7 @@ std::vector<double> AscendingCodes(TestConstruction& construction, std::int32_t 
 }  // namespace
 
 NPARJonckTer::NPARJonckTer(QDSettings* settings)
-    : NPARTest(settings), comparison(kComparisonCodes) {}
+    : NPARColumnTest(settings), comparison(kComparisonCodes) {}
 
 void NPARJonckTer::ReadSettings() {
   std::vector<std::int32_t> order;
@@ -85,29 +85,34 @@ QDStatus NPARJonckTer::BeginPass() {
   return status;
 }
 
-QDStatus NPARJonckTer::ProcessRecord(const Record& record) {
-  GroupSamples::Unit unit{};
-  if (status.IsError() || !samples.Take(record, unit)) return status;
-  const std::size_t position = positionOfCode[static_cast<std::size_t>(unit.code)];
+QDStatus NPARJonckTer::ProcessColumns(RecordColumns& columns) {
+  if (status.IsError()) return status;
+  const GroupSamples::Units& units = samples.Take(columns);
   if (samples.PassesDone() == 0) {
-    overallCounts.Add(unit.value, unit.weight, position);
-    if (!comparison.IsPending()) return status;
-    return overallRanks.AddValue(unit.value, static_cast<double>(unit.weight), unit.code);
-  }
-  if (!comparison.IsPending() || samples.PlaceOf(unit.code) == GroupSamples::kNoPlace) {
-    return status;
-  }
-  if (comparison.WantsStepwise()) {
-    ranges.Add(unit.value, unit.weight, position);
-    return status;
-  }
-  for (std::size_t earlier = 0; earlier < position; ++earlier) {
-    pairs[PairIndex(earlier, position)].Add(unit.value, unit.weight, true);
-  }
-  for (std::size_t later = position + 1; later < orderedCodes.size(); ++later) {
-    pairs[PairIndex(position, later)].Add(unit.value, unit.weight, false);
+    for (std::size_t i = 0; i < units.count; ++i) {
+      overallCounts.Add(units.values[i], units.weights[i], PositionOf(units.codes[i]));
+    }
+    if (comparison.IsPending()) units.AddTo(overallRanks);
+  } else if (comparison.IsPending()) {
+    for (std::size_t i = 0; i < units.count; ++i) {
+      if (samples.PlaceOf(units.codes[i]) == GroupSamples::kNoPlace) continue;
+      Compare(units.values[i], units.weights[i], PositionOf(units.codes[i]));
+    }
   }
   return status;
+}
+
+void NPARJonckTer::Compare(double x, std::int64_t weight, std::size_t position) {
+  if (comparison.WantsStepwise()) {
+    ranges.Add(x, weight, position);
+    return;
+  }
+  for (std::size_t earlier = 0; earlier < position; ++earlier) {
+    pairs[PairIndex(earlier, position)].Add(x, weight, true);
+  }
+  for (std::size_t later = position + 1; later < orderedCodes.size(); ++later) {
+    pairs[PairIndex(position, later)].Add(x, weight, false);
+  }
 }
 
 bool NPARJonckTer::NeedsAnotherPass() {

@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <vector>
 
+#include "kit/column_test.h"
 #include "kit/group_samples.h"
 #include "kit/multiple_comparisons.h"
 #include "kit/range_counts.h"
 #include "kit/rank.h"
-#include "kit/test.h"
 #include "planning/planner.h"
 #include "tests/independent/jonckheere_statistic.h"
 
@@ -29,14 +29,14 @@
 /// plots. Records ascend by the test variable.
 /// Sources: T. J. Terpstra, Indagationes Mathematicae 14 (1952); A. R. Jonckheere, Biometrika 41
 /// (1954).
-class NPARJonckTer final : public NPARTest {
+class NPARJonckTer final : public NPARColumnTest {
  public:
   explicit NPARJonckTer(QDSettings* settings);
 
   void SetSharedData(UnivariateResults* data) override { sharedData = data; }
   QDStatus BeginPass() override;
   /// Passes over a record of no category.
-  QDStatus ProcessRecord(const Record& record) override;
+  QDStatus ProcessColumns(RecordColumns& columns) override;
   bool NeedsAnotherPass() override;
   /// Error 222210: fewer than two groups with data. Warnings 222211, 222212: fewer than 3 groups;
   /// 222213, 222214: not significant; 220013: a group alone.
@@ -46,6 +46,8 @@ class NPARJonckTer final : public NPARTest {
 
  private:
   void ReadSettings();
+  /// In a pass of comparisons.
+  void Compare(double x, std::int64_t weight, std::size_t position);
   void EndOverall();
   void EndPairwise();
   void EndStepwise();
@@ -53,6 +55,9 @@ class NPARJonckTer final : public NPARTest {
   [[nodiscard]] std::vector<ComparedSample> OrderedSamples();
   /// One-sided, in the direction of the overall test.
   [[nodiscard]] double OneTailedSig(double z) const;
+  [[nodiscard]] std::size_t PositionOf(std::int32_t code) const noexcept {
+    return positionOfCode[static_cast<std::size_t>(code)];
+  }
   [[nodiscard]] double SizeAt(std::size_t position) const {
     return static_cast<double>(samples.CountOf(orderedCodes[position]));
   }

@@ -49,7 +49,7 @@ RangeFigures ComputeH(const std::vector<RankedGroup>& groups, double tieSum) {
 }  // namespace
 
 NPARKruskalWOneWay::NPARKruskalWOneWay(QDSettings* settings)
-    : NPARTest(settings), comparison(kComparisonCodes, kJudgedOnPlainSig) {}
+    : NPARColumnTest(settings), comparison(kComparisonCodes, kJudgedOnPlainSig) {}
 
 QDStatus NPARKruskalWOneWay::BeginPass() {
   if (samples.PassesDone() == 0) {
@@ -68,15 +68,17 @@ QDStatus NPARKruskalWOneWay::BeginPass() {
   return status;
 }
 
-QDStatus NPARKruskalWOneWay::ProcessRecord(const Record& record) {
-  GroupSamples::Unit unit{};
-  if (status.IsError() || !samples.Take(record, unit)) return status;
+QDStatus NPARKruskalWOneWay::ProcessColumns(RecordColumns& columns) {
+  if (status.IsError()) return status;
+  const GroupSamples::Units& units = samples.Take(columns);
   if (samples.PassesDone() == 0) {
-    return overallRanks.AddValue(unit.value, static_cast<double>(unit.weight), unit.code);
-  }
-  const std::size_t place = samples.PlaceOf(unit.code);
-  if (samples.PassesDone() == 2 && comparison.IsPending() && place != GroupSamples::kNoPlace) {
-    ranges.Add(unit.value, unit.weight, positionOfPlace[place]);
+    units.AddTo(overallRanks);
+  } else if (samples.PassesDone() == 2 && comparison.IsPending()) {
+    for (std::size_t i = 0; i < units.count; ++i) {
+      const std::size_t place = samples.PlaceOf(units.codes[i]);
+      if (place == GroupSamples::kNoPlace) continue;
+      ranges.Add(units.values[i], units.weights[i], positionOfPlace[place]);
+    }
   }
   return status;
 }

@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <vector>
 
+#include "kit/column_test.h"
 #include "kit/group_samples.h"
 #include "kit/multiple_comparisons.h"
 #include "kit/range_counts.h"
 #include "kit/rank.h"
-#include "kit/test.h"
 #include "planning/planner.h"
 
 /// Kruskal-Wallis one-way analysis of variance by ranks: do k independent samples come from the
@@ -25,14 +25,14 @@
 /// Pass 0 ranks, pass 1 finds the hinges of the box plots, pass 2 their outliers and what the
 /// ranges of a step-down come to. Records ascend by the test variable. Source: W. H. Kruskal and W.
 /// A. Wallis, JASA 47 (1952).
-class NPARKruskalWOneWay final : public NPARTest {
+class NPARKruskalWOneWay final : public NPARColumnTest {
  public:
   explicit NPARKruskalWOneWay(QDSettings* settings);
 
   void SetSharedData(UnivariateResults*) override {}
   QDStatus BeginPass() override;
   /// Passes over a record of no category.
-  QDStatus ProcessRecord(const Record& record) override;
+  QDStatus ProcessColumns(RecordColumns& columns) override;
   bool NeedsAnotherPass() override;
   /// Error 222112: fewer than two groups with data. Help message 222111 with every result. Warnings
   /// 222118, 222116: fewer than 3 groups; 222119, 222117: not significant; 220013: a group alone.

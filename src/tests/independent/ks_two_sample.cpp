@@ -21,6 +21,9 @@ constexpr std::int32_t kLastOfNeitherGroup = 222011;  // warning
 constexpr std::int32_t kNotContinuous = 222012;       // the test field; parameter: its index
 constexpr std::int32_t kNotCategorical = 222013;      // the group field; parameter: its index
 
+/// Far above what rounding does to a difference, so that none that is an extreme is passed over.
+constexpr double kRoundingMargin = 1e-12;
+
 constexpr TwoGroupEntryCodes kEntryCodes{
     {kUnknownVariable, kUnknownVariable, kUnknownVariable, kNotContinuous, kNotCategorical},
     kUnreadable,
@@ -62,31 +65,61 @@ QDStatus NPARKSmirnowTwoSample::BeginPass() {
   return status;
 }
 
-QDStatus NPARKSmirnowTwoSample::ProcessRecord(const Record& record) {
-  const TwoGroups::Group group = groups.Of(record);
-  if (group == TwoGroups::Neither) return status;
-  const double x = record[groups.TestVariable()];
-  const std::int64_t w = weight.Truncated(record);
+QDStatus NPARKSmirnowTwoSample::ProcessColumns(RecordColumns& columns) {
+  groups.Select(columns, weight, units);
+  if (units.count == 0) return status;
   if (passNumber == 0) {
-    Sample& sample = samples[group];
-    sample.count += w;
-    if (sample.first == QDMV::gMissingValue) sample.first = x;
-    sample.last = x;
-    histograms.TakeRange(group, x);
+    TakeSizes();
+    histograms.TakeRanges(units);
   } else {
-    histograms.Add(group, x, w);
-    TakeDifference(group, x, w);
+    histograms.Add(units);
+    TakeDifferences();
   }
   return status;
 }
 
-void NPARKSmirnowTwoSample::TakeDifference(TwoGroups::Group group, double x, std::int64_t w) {
-  if (x != previousValue) {
-    if (previousValue != QDMV::gMissingValue) UpdateDifferences();
-    previousValue = x;
-    previousGroup = group;
+void NPARKSmirnowTwoSample::TakeSizes() {
+  for (std::size_t i = 0; i < units.count; ++i) {
+    Sample& sample = samples[units.groups[i]];
+    sample.count += units.weights[i];
+    if (sample.first == QDMV::gMissingValue) sample.first = units.values[i];
+    sample.last = units.values[i];
+    hasNegativeWeight |= units.weights[i] < 0;
   }
-  samples[group].cumulative += w;
+}
+
+void NPARKSmirnowTwoSample::TakeDifferences() {
+  std::array<std::int64_t, 2> added{0, 0};
+  for (std::size_t i = 0; i < units.count; ++i) added[units.groups[i]] += units.weights[i];
+  if (IsInside(added)) {
+    samples[0].cumulative += added[0];
+    samples[1].cumulative += added[1];
+    previousValue = units.values[units.count - 1];
+    previousGroup = units.groups[units.count - 1];
+    return;
+  }
+  for (std::size_t i = 0; i < units.count; ++i) {
+    if (units.values[i] != previousValue) {
+      if (previousValue != QDMV::gMissingValue) UpdateDifferences();
+      previousValue = units.values[i];
+      previousGroup = units.groups[i];
+    }
+    samples[units.groups[i]].cumulative += units.weights[i];
+  }
+}
+
+bool NPARKSmirnowTwoSample::IsInside(const std::array<std::int64_t, 2>& added) const {
+  if (hasNegativeWeight || samples[0].count < 1 || samples[1].count < 1) return false;
+  // Both functions ascend, so their ends bound every difference between.
+  const std::size_t larger = samples[0].count >= samples[1].count ? 0 : 1;
+  const auto share = [this](std::size_t group, std::int64_t more) {
+    return static_cast<double>(samples[group].cumulative + more) /
+           static_cast<double>(samples[group].count);
+  };
+  return share(larger, added[larger]) - share(1 - larger, 0) <=
+             positiveDifference - kRoundingMargin &&
+         share(larger, 0) - share(1 - larger, added[1 - larger]) >=
+             negativeDifference + kRoundingMargin;
 }
 
 double NPARKSmirnowTwoSample::Sample::DistributionAt(double x) const {

@@ -5,8 +5,8 @@
 #include <limits>
 #include <vector>
 
+#include "kit/column_test.h"
 #include "kit/record_weight.h"
-#include "kit/test.h"
 #include "kit/two_groups.h"
 #include "planning/planner.h"
 
@@ -22,14 +22,14 @@
 /// differences and histograms.
 ///
 /// Source: N. V. Smirnov, Ann. Math. Stat. 19 (1948).
-class NPARKSmirnowTwoSample final : public NPARTest {
+class NPARKSmirnowTwoSample final : public NPARColumnTest {
  public:
-  using NPARTest::NPARTest;
+  using NPARColumnTest::NPARColumnTest;
 
   void SetSharedData(UnivariateResults*) override {}
   /// Error 222001: a setting cannot be read.
   QDStatus BeginPass() override;
-  QDStatus ProcessRecord(const Record& record) override;
+  QDStatus ProcessColumns(RecordColumns& columns) override;
   bool NeedsAnotherPass() override;
   /// Second pass: errors 222010 (a group is empty) and 222005 (an exponential failed), warning
   /// 222011 (no record of either group came).
@@ -48,16 +48,21 @@ class NPARKSmirnowTwoSample final : public NPARTest {
     [[nodiscard]] double DistributionAt(double x) const;
   };
   void ReadSettings();
-  void TakeDifference(TwoGroups::Group group, double x, std::int64_t weight);
+  void TakeSizes();
+  void TakeDifferences();
+  /// Is every difference between these sums of weights inside the extremes so far?
+  [[nodiscard]] bool IsInside(const std::array<std::int64_t, 2>& added) const;
   void UpdateDifferences();
   void Compute();
 
   double sigLevel = 0.05;
   RecordWeight weight;
   TwoGroups groups;
+  TwoGroupUnits units;
   TwoGroupHistograms histograms;
   std::int32_t passNumber = 0;
   std::array<Sample, 2> samples;
+  bool hasNegativeWeight = false;
   double previousValue = QDMV::gMissingValue;
   TwoGroups::Group previousGroup = TwoGroups::Neither;
   double positiveDifference = std::numeric_limits<double>::lowest();

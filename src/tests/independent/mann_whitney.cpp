@@ -13,11 +13,7 @@
 NPARMannWU::NPARMannWU(QDSettings* settings)
     : NPARTwoGroupTest(settings, kCodeBase, Passes::WithHistograms) {}
 
-QDStatus NPARMannWU::ProcessRecord(const Record& record) {
-  return TakeRecord(record, [this](TwoGroups::Group group, double x, std::int64_t w) {
-    static_cast<void>(ranks.AddValue(x, static_cast<double>(w), group));
-  });
-}
+void NPARMannWU::Take(const TwoGroupUnits& records) { records.AddTo(ranks); }
 
 void NPARMannWU::Compute() {
   ranks.CloseRun();

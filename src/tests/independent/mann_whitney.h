@@ -30,10 +30,10 @@ class NPARMannWU final : public NPARTwoGroupTest {
 
   explicit NPARMannWU(QDSettings* settings);
 
-  QDStatus ProcessRecord(const Record& record) override;
   XMLElement* WriteResults() override;
 
  protected:
+  void Take(const TwoGroupUnits& records) override;
   void Compute() override;
 
  private:

@@ -96,7 +96,7 @@ double FisherSig(const Cells& cells) {
 }  // namespace
 
 NPARKSMedian::NPARKSMedian(QDSettings* settings)
-    : NPARTest(settings), comparison(kComparisonCodes) {}
+    : NPARColumnTest(settings), comparison(kComparisonCodes) {}
 
 void NPARKSMedian::ReadSettings() {
   std::int32_t categoryCount = 0;
@@ -120,15 +120,20 @@ QDStatus NPARKSMedian::BeginPass() {
   return status;
 }
 
-QDStatus NPARKSMedian::ProcessRecord(const Record& record) {
-  GroupSamples::Unit unit{};
-  if (status.IsError() || !samples.Take(record, unit) || samples.PassesDone() == 0) return status;
-  const std::size_t place = samples.PlaceOf(unit.code);
-  if (place == GroupSamples::kNoPlace) return status;
-  if (samples.PassesDone() == 1) {
-    CountCell(unit.value, unit.weight, place);
-  } else if (comparison.IsPending()) {
-    sortedGroups[place].Add(unit.value, unit.weight);
+QDStatus NPARKSMedian::ProcessColumns(RecordColumns& columns) {
+  if (status.IsError()) return status;
+  const GroupSamples::Units& units = samples.Take(columns);
+  const bool countsCells = samples.PassesDone() == 1;
+  const bool keepsSamples = samples.PassesDone() == 2 && comparison.IsPending();
+  if (!countsCells && !keepsSamples) return status;
+  for (std::size_t i = 0; i < units.count; ++i) {
+    const std::size_t place = samples.PlaceOf(units.codes[i]);
+    if (place == GroupSamples::kNoPlace) continue;
+    if (countsCells) {
+      CountCell(units.values[i], units.weights[i], place);
+    } else {
+      sortedGroups[place].Add(units.values[i], units.weights[i]);
+    }
   }
   return status;
 }

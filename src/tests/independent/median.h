@@ -6,10 +6,10 @@
 #include <span>
 #include <vector>
 
+#include "kit/column_test.h"
 #include "kit/group_samples.h"
 #include "kit/multiple_comparisons.h"
 #include "kit/sorted_sample.h"
-#include "kit/test.h"
 #include "planning/planner.h"
 
 /// Median test: do k independent samples come from populations of one median?
@@ -29,14 +29,14 @@
 /// Pass 0 counts the groups, pass 1 finds the median and the cells, pass 2 keeps the sorted groups
 /// for a comparison. Passes 1 and 2 find the box plots too. Records ascend by the test variable.
 /// Source: G. W. Brown and A. M. Mood, Proc. 2nd Berkeley Symp. (1951).
-class NPARKSMedian final : public NPARTest {
+class NPARKSMedian final : public NPARColumnTest {
  public:
   explicit NPARKSMedian(QDSettings* settings);
 
   void SetSharedData(UnivariateResults*) override {}
   QDStatus BeginPass() override;
   /// Passes over a record of no category.
-  QDStatus ProcessRecord(const Record& record) override;
+  QDStatus ProcessColumns(RecordColumns& columns) override;
   bool NeedsAnotherPass() override;
   /// Errors 220003: no weight; 222312: fewer than two groups with data; 222313: no value below, or
   /// none above the median. Help message 222311: cells with E below 5, their percentage, the

@@ -48,11 +48,7 @@ QDStatus NPARMoses::BeginPass() {
   return NPARTwoGroupTest::BeginPass();
 }
 
-QDStatus NPARMoses::ProcessRecord(const Record& record) {
-  return TakeRecord(record, [this](TwoGroups::Group group, double x, std::int64_t w) {
-    static_cast<void>(ranks.AddValue(x, static_cast<double>(w), group));
-  });
-}
+void NPARMoses::Take(const TwoGroupUnits& records) { records.AddTo(ranks); }
 
 void NPARMoses::Compute() {
   ranks.CloseRun();

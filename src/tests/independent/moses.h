@@ -27,11 +27,11 @@ class NPARMoses final : public NPARTwoGroupTest {
   explicit NPARMoses(QDSettings* settings);
 
   QDStatus BeginPass() override;
-  QDStatus ProcessRecord(const Record& record) override;
   XMLElement* WriteResults() override;
 
  protected:
   /// Error 220516: the trimming leaves no control unit.
+  void Take(const TwoGroupUnits& records) override;
   void Compute() override;
 
  private:

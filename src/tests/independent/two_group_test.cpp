@@ -7,7 +7,7 @@ constexpr std::int32_t kNoData = 220003;  // the weights of both groups sum to 0
 }  // namespace
 
 NPARTwoGroupTest::NPARTwoGroupTest(QDSettings* settings, std::int32_t codeBase, Passes passes)
-    : NPARTest(settings),
+    : NPARColumnTest(settings),
       codes{codeBase + 6, codeBase + 9, codeBase + 10, codeBase + 11},
       passCount(static_cast<std::int32_t>(passes)) {}
 
@@ -29,6 +29,18 @@ QDStatus NPARTwoGroupTest::BeginPass() {
   } else {
     histograms.Start();
   }
+  return status;
+}
+
+QDStatus NPARTwoGroupTest::ProcessColumns(RecordColumns& columns) {
+  groups.Select(columns, weight, units);
+  if (passIndex > 0) {
+    histograms.Add(units);
+    return status;
+  }
+  for (std::size_t i = 0; i < units.count; ++i) counts[units.groups[i]] += units.weights[i];
+  histograms.TakeRanges(units);
+  Take(units);
   return status;
 }
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "kit/column_test.h"
 #include "kit/record_weight.h"
-#include "kit/test.h"
 #include "kit/two_groups.h"
 #include "kit/univariate.h"
 
@@ -16,35 +16,21 @@
 /// Codes, from the test's base such as 220700: +6 no summaries, +9 default groups and not two
 /// categories, +10 a category in both lists, +11 an empty list or a group without data; 220003 no
 /// weight at all.
-class NPARTwoGroupTest : public NPARTest {
+class NPARTwoGroupTest : public NPARColumnTest {
  public:
   void SetSharedData(UnivariateResults* data) override;
   QDStatus BeginPass() override;
+  QDStatus ProcessColumns(RecordColumns& columns) final;
   bool NeedsAnotherPass() override;
   QDStatus EndPass() override;
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) final;
 
  protected:
   enum class Passes : std::int32_t { FiguresOnly = 1, WithHistograms = 2 };
   NPARTwoGroupTest(QDSettings* settings, std::int32_t codeBase, Passes passes);
 
-  /// Takes a record of either group: in pass 0 gives group, value and weight to `take`, in pass 1
-  /// fills the histogram.
-  template <typename Take>
-  QDStatus TakeRecord(const Record& record, Take&& take) {
-    const TwoGroups::Group group = groups.Of(record);
-    if (group == TwoGroups::Neither) return status;
-    const double x = record[groups.TestVariable()];
-    const std::int64_t w = weight.Truncated(record);
-    if (passIndex == 0) {
-      counts[group] += w;
-      histograms.TakeRange(group, x);
-      take(group, x, w);
-    } else {
-      histograms.Add(group, x, w);
-    }
-    return status;
-  }
+  /// Pass 0: records of either group.
+  virtual void Take(const TwoGroupUnits& records) = 0;
   /// The figures, from both groups having weight; may report errors.
   virtual void Compute() = 0;
 
@@ -52,13 +38,14 @@ class NPARTwoGroupTest : public NPARTest {
 
   double sigLevel = 0.05;
   UnivariateResults* sharedData = nullptr;
-  RecordWeight weight;
   TwoGroups groups;
   TwoGroupHistograms histograms;
   std::array<std::int64_t, 2> counts{0, 0};  // sums of weights
 
  private:
   TwoGroupCodes codes;
+  RecordWeight weight;
+  TwoGroupUnits units;
   std::int32_t passCount;
   std::int32_t passIndex = 0;
 };

@@ -14,9 +14,10 @@ constexpr std::int32_t kTiesBetweenGroups = 220616;  // warning; parameter: bloc
 NPARWaldWolfRuns::NPARWaldWolfRuns(QDSettings* settings)
     : NPARTwoGroupTest(settings, kCodeBase, Passes::WithHistograms) {}
 
-QDStatus NPARWaldWolfRuns::ProcessRecord(const Record& record) {
-  return TakeRecord(
-      record, [this](TwoGroups::Group group, double x, std::int64_t w) { runs.Add(x, group, w); });
+void NPARWaldWolfRuns::Take(const TwoGroupUnits& records) {
+  for (std::size_t i = 0; i < records.count; ++i) {
+    runs.Add(records.values[i], records.groups[i], records.weights[i]);
+  }
 }
 
 void NPARWaldWolfRuns::Compute() {

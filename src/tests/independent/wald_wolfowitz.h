@@ -30,11 +30,11 @@ class NPARWaldWolfRuns final : public NPARTwoGroupTest {
 
   explicit NPARWaldWolfRuns(QDSettings* settings);
 
-  QDStatus ProcessRecord(const Record& record) override;
   XMLElement* WriteResults() override;
 
  protected:
   /// Warning 220616 with the number of blocks of values that both groups have.
+  void Take(const TwoGroupUnits& records) override;
   void Compute() override;
 
  private:

@@ -148,27 +148,50 @@ bool NPARKSmirnowOneSample::ValidateValue(double x, std::int64_t w) {
   return false;
 }
 
-QDStatus NPARKSmirnowOneSample::ProcessRecord(const Record& record) {
-  currentWeight = weight.Truncated(record);
-  currentValue = record[variableIndex];
-  if (!ValidateValue(currentValue, currentWeight)) return status;
+QDStatus NPARKSmirnowOneSample::ProcessColumns(RecordColumns& columns) {
   if (pass == 0) {
-    totalN += currentWeight;
-    static_cast<void>(estimator->ProcessRecord(record));
+    Estimate(columns);
     return status;
   }
-  if (currentWeight < 0) hasNegativeWeight = true;
-  if (IsMissing(previousValue)) previousValue = currentValue;
-  if (previousValue == currentValue && cumulative < totalN) {
-    tieWeight += currentWeight;
-    cumulative += currentWeight;
+  const double* values = columns.Of(variableIndex);
+  weight.UseTruncated(columns, [&](auto weightAt) {
+    for (std::size_t i = 0; i < columns.Size(); ++i) {
+      if (ValidateValue(values[i], weightAt(i))) TakeValue(values[i], weightAt(i));
+    }
+  });
+  return status;
+}
+
+void NPARKSmirnowOneSample::Estimate(RecordColumns& columns) {
+  const double* values = columns.Of(variableIndex);
+  validRows.clear();
+  weight.UseTruncated(columns, [&](auto weightAt) {
+    for (std::size_t i = 0; i < columns.Size() && !status.IsError(); ++i) {
+      if (!ValidateValue(values[i], weightAt(i))) continue;
+      totalN += weightAt(i);
+      validRows.push_back(columns.Rows().rows[i]);
+    }
+  });
+  if (validRows.size() == columns.Size()) {
+    estimator->ProcessColumns(columns);
+  } else {
+    validColumns.LookAt({validRows.data(), validRows.size()});
+    estimator->ProcessColumns(validColumns);
+  }
+}
+
+void NPARKSmirnowOneSample::TakeValue(double x, std::int64_t w) {
+  if (w < 0) hasNegativeWeight = true;
+  if (IsMissing(previousValue)) previousValue = x;
+  if (previousValue == x && cumulative < totalN) {
+    tieWeight += w;
+    cumulative += w;
   } else {
     StepDifferences();
-    cumulative += currentWeight;
-    tieWeight = currentWeight;
-    previousValue = currentValue;
+    cumulative += w;
+    tieWeight = w;
+    previousValue = x;
   }
-  return status;
 }
 
 double NPARKSmirnowOneSample::EmpiricalAt(double x, std::int64_t weightUpTo) const {

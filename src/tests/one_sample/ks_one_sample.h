@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "kit/column_test.h"
 #include "kit/record_weight.h"
-#include "kit/test.h"
 #include "kit/univariate.h"
 #include "planning/planner.h"
 #include "tests/one_sample/reference_distribution.h"
@@ -29,16 +29,16 @@
 ///
 /// Source: A. N. Kolmogorov, Giornale dell'Istituto Italiano degli Attuari 4 (1933); N. V. Smirnov,
 /// Ann. Math. Stat. 19 (1948).
-class NPARKSmirnowOneSample final : public NPARTest {
+class NPARKSmirnowOneSample final : public NPARColumnTest {
  public:
-  using NPARTest::NPARTest;
+  using NPARColumnTest::NPARColumnTest;
 
   void SetSharedData(UnivariateResults*) override {}
   /// Second pass: errors 220312, 220313, 220315, 220316 (parameters that make no distribution),
   /// help message 220309 (a large Poisson mean).
   QDStatus BeginPass() override;
   /// Error 220312 with value and weight: no count, in a Poisson test.
-  QDStatus ProcessRecord(const Record& record) override;
+  QDStatus ProcessColumns(RecordColumns& columns) override;
   bool NeedsAnotherPass() override { return pass++ == 0; }
   /// First pass: errors 220003, 220310, 220313, no valid value. Second: 220305, an exponential
   /// failed.
@@ -52,6 +52,10 @@ class NPARKSmirnowOneSample final : public NPARTest {
   void CheckParameters();
   /// False for a value that takes no part.
   bool ValidateValue(double x, std::int64_t weight);
+  /// First pass: counts the valid values and gives them to the estimator.
+  void Estimate(RecordColumns& columns);
+  /// Second pass.
+  void TakeValue(double x, std::int64_t weight);
   [[nodiscard]] double EmpiricalAt(double x, std::int64_t weightUpTo) const;
   /// Takes the differences at the last distinct value.
   void StepDifferences();
@@ -71,6 +75,8 @@ class NPARKSmirnowOneSample final : public NPARTest {
   bool estimateMean = false;
   bool estimateStdDev = false;
   std::optional<QDContUnivariateVariable> estimator;
+  std::vector<const double*> validRows;
+  RecordColumns validColumns;
   std::uint64_t pass = 0;
 
   std::int64_t totalN = 0;
@@ -80,10 +86,8 @@ class NPARKSmirnowOneSample final : public NPARTest {
   double positiveDiff = std::numeric_limits<double>::lowest();
   double negativeDiff = std::numeric_limits<double>::max();
 
-  std::int64_t cumulative = 0;     // weight up to and including previousValue
-  std::int64_t tieWeight = 0;      // weight of previousValue alone
-  std::int64_t currentWeight = 1;  // of the record in hand, with its value
-  double currentValue = 0.0;
+  std::int64_t cumulative = 0;  // weight up to and including previousValue
+  std::int64_t tieWeight = 0;   // weight of previousValue alone
   double previousValue = QDMV::gMissingValue;
   double previousEmpirical = 0.0;  // before the steps that wait
   /// A distinct value and the weight up to and including it.
