@@ -17,6 +17,7 @@
 #include "kit/rank.h"
 #include "kit/univariate.h"
 #include "planning/record_iterators.h"
+#include "planning/sorted_records.h"
 #include "report/elements.h"
 
 namespace {

@@ -14,11 +14,15 @@ void GroupBoxPlot::FinishHinges() {
   const double spread = summary.GetThirdQuartile() - summary.GetFirstQuartile();
   upperFence = summary.GetThirdQuartile() + spread * kFenceSpreads;
   lowerFence = summary.GetFirstQuartile() - spread * kFenceSpreads;
+  const double margin =
+      4.0 * kCloseTolerance * std::max(std::fabs(lowerFence), std::fabs(upperFence));
+  innerLow = lowerFence + margin;
+  innerHigh = upperFence - margin;
   smallestNonOutlier = summary.GetMaximum();
   largestNonOutlier = summary.GetMinimum();
 }
 
-void GroupBoxPlot::ClassifyValue(double x, double caseId) {
+void GroupBoxPlot::ClassifyByFences(double x, double caseId) {
   const int toUpper = CompareClose(x, upperFence);
   const int toLower = CompareClose(x, lowerFence);
   if (toUpper > 0) {
@@ -26,10 +30,8 @@ void GroupBoxPlot::ClassifyValue(double x, double caseId) {
   } else if (toLower < 0) {
     lowOutliers.push_back({x, caseId});
   }
-  // Most values do not come below the smallest one: they are spared the closer comparison.
   if (toUpper <= 0 && CompareClose(x, largestNonOutlier) > 0) largestNonOutlier = x;
-  if (x < smallestNonOutlier && (toLower > 0 || toUpper == 0) &&
-      CompareClose(x, smallestNonOutlier) < 0) {
+  if ((toLower > 0 || toUpper == 0) && CompareClose(x, smallestNonOutlier) < 0) {
     smallestNonOutlier = x;
   }
 }

@@ -11,11 +11,10 @@
 
 /// Compares with a relative tolerance of 100 machine epsilons: -1, 0 or 1. Zero is compared
 /// plainly.
+inline constexpr double kCloseTolerance = 100.0 * QDPower::gMachineEpsilon;
 [[nodiscard]] inline int CompareClose(double a, double b) noexcept {
-  constexpr double kRelativeTolerance = 100.0 * QDPower::gMachineEpsilon;
-  const bool isClose =
-      a != 0.0 && b != 0.0 &&
-      std::fabs(a - b) <= std::max(std::fabs(a), std::fabs(b)) * kRelativeTolerance;
+  const bool isClose = a != 0.0 && b != 0.0 &&
+                       std::fabs(a - b) <= std::max(std::fabs(a), std::fabs(b)) * kCloseTolerance;
   return isClose ? 0 : (a > b) - (a < b);
 }
 
@@ -43,7 +42,13 @@ class GroupBoxPlot {
   /// Ends it.
   void FinishHinges();
   /// Second walk.
-  void ClassifyValue(double x, double caseId);
+  void ClassifyValue(double x, double caseId) {
+    if (x > innerLow && x < innerHigh && x >= smallestNonOutlier) {
+      if (CompareClose(x, largestNonOutlier) > 0) largestNonOutlier = x;
+    } else {
+      ClassifyByFences(x, caseId);
+    }
+  }
 
   [[nodiscard]] std::int32_t GroupCode() const noexcept { return groupCode; }
   [[nodiscard]] const QDContUnivariateVariable& Summary() const noexcept { return summary; }
@@ -54,12 +59,17 @@ class GroupBoxPlot {
   [[nodiscard]] double LargestNonOutlier() const noexcept { return largestNonOutlier; }
 
  private:
+  void ClassifyByFences(double x, double caseId);
+
   std::int32_t groupCode;
   QDContUnivariateVariable summary;
   std::vector<Outlier> highOutliers;
   std::vector<Outlier> lowOutliers;
   double lowerFence = 0.0;
   double upperFence = 0.0;
+  // Between these a value is clearly inside the fences.
+  double innerLow = 0.0;
+  double innerHigh = 0.0;
   double smallestNonOutlier = std::numeric_limits<double>::max();
   double largestNonOutlier = std::numeric_limits<double>::lowest();
 };

@@ -47,13 +47,13 @@ void GroupSamples::Select(RecordColumns& columns) {
     if (HasCaseIds()) units.caseIds.resize(size);
   }
   const double* values = columns.Of(testVariable);
-  const double* groupValues = columns.Of(groupVariable);
+  const std::int32_t* codes = columns.CodesOf(groupVariable);
   const double* caseIds = HasCaseIds() ? columns.Of(caseIdVariable) : nullptr;
   const double* plainWeights = units.weighOne ? nullptr : columns.Of(recordWeight.Index());
   recordWeight.UseTruncated(columns, [&](auto weightAt) {
     std::size_t count = 0;
     for (std::size_t i = 0; i < size; ++i) {
-      const std::int32_t code = TruncateToInt32(groupValues[i]);
+      const std::int32_t code = codes[i];
       units.values[count] = values[i];
       units.codes[count] = code;
       units.weights[count] = weightAt(i);

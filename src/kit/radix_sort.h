@@ -16,6 +16,12 @@
   return bits ^ ((0 - (bits >> 63)) | kSign);  // without a branch: signs come at random
 }
 
+/// The double of such bits, but for the sign of a zero and for what a not-a-number holds.
+[[nodiscard]] inline double ValueOfOrderedBits(std::uint64_t bits) noexcept {
+  constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
+  return std::bit_cast<double>(bits ^ (((bits >> 63) - 1) | kSign));
+}
+
 /// A key alone.
 struct PlainKey {
   std::uint64_t key;

@@ -1,18 +1,27 @@
 #pragma once
 
-#include "foundation/names.h"
+#include "kit/record_columns.h"
 
-/// Gives every record of the iterator, from the first on, to `take(const RecordBlock&)`: by whole
-/// blocks where the iterator has them, else one by one. False if there was none.
-template <typename TakeBlock>
-bool ForEachBlock(MultiPassRecordIter& records, TakeBlock take) {
+/// Gives every record of the iterator, from the first on, to `take(RecordColumns&)`: many at a time
+/// where the iterator has them so, else one by one. False if there was none.
+template <typename Take>
+bool ForEachBlock(MultiPassRecordIter& records, Take take) {
   static_cast<void>(records.Reset());  // an empty source shows by having no record
   bool any = false;
+  RecordColumns columns;
+  const auto give = [&] {
+    any = any || columns.Size() > 0;
+    take(columns);
+  };
+  if (auto* columnBlocks = dynamic_cast<IColumnBlocks*>(&records)) {
+    while (columnBlocks->NextColumns(columns)) give();
+    return any;
+  }
   if (auto* blocks = dynamic_cast<IRecordBlocks*>(&records)) {
     RecordBlock block;
     while (blocks->NextBlock(block)) {
-      any = any || block.count > 0;
-      take(block);
+      columns.LookAt(block);
+      give();
     }
     return any;
   }
@@ -20,8 +29,8 @@ bool ForEachBlock(MultiPassRecordIter& records, TakeBlock take) {
     const Record* record = records.Next();
     if (record == nullptr) break;
     const double* row = record->Values();
-    take(RecordBlock{&row, 1});
-    any = true;
+    columns.LookAt({&row, 1});
+    give();
   }
   return any;
 }

@@ -1,10 +1,23 @@
 #include "kit/record_columns.h"
 
-void RecordColumns::Gather(std::size_t variable) {
-  if (variable >= columns.size()) columns.resize(variable + 1);
-  Column& column = columns[variable];
+template <typename Value>
+Value* RecordColumns::Renew(std::vector<Column<Value>>& list, std::size_t variable) {
+  if (variable >= list.size()) list.resize(variable + 1);
+  Column<Value>& column = list[variable];
   if (column.values.size() < block.count) column.values.resize(block.count);
-  double* values = column.values.data();
-  for (std::size_t i = 0; i < block.count; ++i) values[i] = block.rows[i][variable];
   column.serial = serial;
+  return column.values.data();
+}
+
+void RecordColumns::Gather(std::size_t variable) {
+  double* values = Renew(columns, variable);
+  if (source != nullptr && source->GatherColumn(static_cast<std::int32_t>(variable), values))
+    return;
+  const double* const* rows = Rows().rows;
+  for (std::size_t i = 0; i < block.count; ++i) values[i] = rows[i][variable];
+}
+
+void RecordColumns::TruncateColumn(std::size_t variable, const double* values) {
+  std::int32_t* codes = Renew(codeColumns, variable);
+  for (std::size_t i = 0; i < block.count; ++i) codes[i] = TruncateToInt32(values[i]);
 }

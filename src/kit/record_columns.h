@@ -6,6 +6,29 @@
 
 #include "foundation/names.h"
 
+/// Gathers the columns of some records without going through their rows.
+class ColumnSource {
+ public:
+  virtual ~ColumnSource() = default;
+  /// The variable's values of the records in hand; false where they are to be taken from the rows.
+  virtual bool GatherColumn(std::int32_t variable, double* values) = 0;
+  /// The rows of the records in hand.
+  virtual const double* const* FindRows() = 0;
+};
+
+class RecordColumns;
+
+/// An iterator that hands out its records by columns, many at a time. Found by dynamic_cast, as
+/// IRecordBlocks is.
+class IColumnBlocks {
+ public:
+  virtual ~IColumnBlocks() = default;
+  /// False at the end. The columns are good until the next call.
+  virtual bool NextColumns(RecordColumns& columns) = 0;
+  /// Doubles in a record.
+  [[nodiscard]] virtual int GetRecordWidth() const = 0;
+};
+
 /// Some records by columns: the values of a variable side by side, as a loop over many records
 /// wants them. A column is gathered when it is first asked for, so that tests of the same pass
 /// share it.
@@ -21,27 +44,53 @@ class RecordColumns {
   /// Goes on to other records, whose rows must stand as long.
   void LookAt(const RecordBlock& rows) noexcept {
     block = rows;
+    source = nullptr;
+    ++serial;
+  }
+  /// Goes on to the `count` records that a source has in hand.
+  void LookAt(ColumnSource& recordSource, std::size_t count) noexcept {
+    block = {nullptr, count};
+    source = &recordSource;
     ++serial;
   }
   [[nodiscard]] std::size_t Size() const noexcept { return block.count; }
-  [[nodiscard]] const RecordBlock& Rows() const noexcept { return block; }
+  /// Throws std::bad_alloc, as what reads them does.
+  [[nodiscard]] const RecordBlock& Rows() {
+    if (block.rows == nullptr && source != nullptr) block.rows = source->FindRows();
+    return block;
+  }
   /// The variable's values, Size() of them, until the next LookAt. Throws std::bad_alloc.
   [[nodiscard]] const double* Of(std::int32_t variable) {
-    if (block.count == 1) return block.rows[0] + variable;
+    if (block.count == 1) return Rows().rows[0] + variable;
     const auto place = static_cast<std::size_t>(variable);
     if (place >= columns.size() || columns[place].serial != serial) Gather(place);
     return columns[place].values.data();
   }
+  /// The same without their fractions, as category codes. Throws std::bad_alloc.
+  [[nodiscard]] const std::int32_t* CodesOf(std::int32_t variable) {
+    const double* values = Of(variable);
+    const auto place = static_cast<std::size_t>(variable);
+    if (place >= codeColumns.size() || codeColumns[place].serial != serial) {
+      TruncateColumn(place, values);
+    }
+    return codeColumns[place].values.data();
+  }
 
  private:
+  template <typename Value>
   struct Column {
-    std::vector<double> values;
-    std::uint64_t serial = 0;  // of the records that it was gathered from
+    std::vector<Value> values;
+    std::uint64_t serial = 0;  // of the records that it was made from
   };
+  template <typename Value>
+  Value* Renew(std::vector<Column<Value>>& list, std::size_t variable);
   void Gather(std::size_t variable);
+  void TruncateColumn(std::size_t variable, const double* values);
 
   const double* onlyRow = nullptr;
   RecordBlock block;
+  ColumnSource* source = nullptr;
   std::uint64_t serial = 1;
-  std::vector<Column> columns;  // by variable
+  std::vector<Column<double>> columns;  // by variable
+  std::vector<Column<std::int32_t>> codeColumns;
 };

@@ -83,12 +83,12 @@ void TwoGroups::Select(RecordColumns& columns, const RecordWeight& weight,
     units.weights.resize(size);
   }
   const double* values = columns.Of(testVariable);
-  const double* groupValues = columns.Of(groupVariable);
+  const std::int32_t* codes = columns.CodesOf(groupVariable);
   units.weighOne = weight.Index() < 0;
   weight.UseTruncated(columns, [&](auto weightAt) {
     std::size_t count = 0;
     for (std::size_t i = 0; i < size; ++i) {
-      const Group group = Of(groupValues[i]);
+      const Group group = Of(codes[i]);
       units.values[count] = values[i];
       units.groups[count] = group;
       units.weights[count] = weightAt(i);
@@ -119,7 +119,7 @@ void TwoGroupHistograms::TakeRanges(const TwoGroupUnits& units) noexcept {
 
 void TwoGroupHistograms::Add(const TwoGroupUnits& units) {
   for (std::size_t i = 0; i < units.count; ++i) {
-    histograms[units.groups[i]].AddValueOrZero(units.values[i], units.weights[i]);
+    histograms[units.groups[i]].AddAscendingOrZero(units.values[i], units.weights[i]);
   }
 }
 

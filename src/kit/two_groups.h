@@ -36,8 +36,7 @@ class TwoGroups {
   void Check(NPARTest& test, const UnivariateResults* summaries, const TwoGroupCodes& codes) const;
 
   /// Neither for a code of no group, also one outside the categories.
-  [[nodiscard]] Group Of(double groupValue) const noexcept {
-    const std::int32_t code = TruncateToInt32(groupValue);
+  [[nodiscard]] Group Of(std::int32_t code) const noexcept {
     const bool isKnown = code >= 0 && static_cast<std::size_t>(code) < groupOfCode.size();
     return isKnown ? groupOfCode[static_cast<std::size_t>(code)] : Neither;
   }

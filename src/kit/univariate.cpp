@@ -146,9 +146,7 @@ QDStatus QDContUnivariateVariable::WalkSortedValues() {
   MultiPassRecordIter* sorted =
       sortedData == nullptr ? nullptr : sortedData->GetSortedIterator(variableIndex);
   if (sorted == nullptr) return QDStatus(kNoSortedData);
-  RecordColumns columns;
-  ForEachBlock(*sorted, [&](const RecordBlock& block) {
-    columns.LookAt(block);
+  ForEachBlock(*sorted, [this](RecordColumns& columns) {
     const double* values = columns.Of(variableIndex);
     const double* weights = weightIndex < 0 ? nullptr : columns.Of(weightIndex);
     for (std::size_t i = 0; i < columns.Size(); ++i) {
@@ -167,6 +165,7 @@ void QDContUnivariateVariable::SetRange(double low, double high, std::uint64_t w
   binCount = wantedBins;
   binUpperEdges.clear();
   bins.clear();
+  latestBin = 0;
   if (wantedBins == 0) return;
   binWidth = (high - low) / static_cast<double>(wantedBins);
   binUpperEdges.reserve(wantedBins + 1);
@@ -208,7 +207,18 @@ std::int64_t QDContUnivariateVariable::FindBin(double x) const {
 }
 
 void QDContUnivariateVariable::AddValue(double x, std::int64_t weight) {
-  const std::int64_t place = FindBin(x);
+  AddToBin(FindBin(x), x, weight);
+}
+
+void QDContUnivariateVariable::AddAscending(double x, std::int64_t weight) {
+  const auto bin = static_cast<std::size_t>(latestBin);
+  const bool isInLatest = bin > 0 && bin < binUpperEdges.size() && binUpperEdges[bin - 1] < x &&
+                          !(binUpperEdges[bin] < x);
+  if (!isInLatest) latestBin = FindBin(x);
+  AddToBin(latestBin, x, weight);
+}
+
+void QDContUnivariateVariable::AddToBin(std::int64_t place, double x, std::int64_t weight) {
   if (weight == 0 || place >= static_cast<std::int64_t>(bins.size())) return;
   HistogramBin& bin = bins[static_cast<std::size_t>(place)];
   bin.count += weight;

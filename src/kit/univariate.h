@@ -100,12 +100,22 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   [[nodiscard]] std::int64_t FindBin(double x) const;
   /// Puts a value that is not 0 into its bin.
   void AddValue(double x, std::int64_t weight);
+  /// The same for values in ascending order, which stay in a bin for long.
+  void AddAscending(double x, std::int64_t weight);
   /// As AddValue; an exact 0 is counted apart.
   void AddValueOrZero(double x, std::int64_t weight) {
     if (x == 0.0) {
       zeroCount += weight;
     } else {
       AddValue(x, weight);
+    }
+  }
+  /// As AddAscending; an exact 0 is counted apart.
+  void AddAscendingOrZero(double x, std::int64_t weight) {
+    if (x == 0.0) {
+      zeroCount += weight;
+    } else {
+      AddAscending(x, weight);
     }
   }
   /// Appends the zeros as a last entry, where there are any.
@@ -164,6 +174,7 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
     if (minimum == QDMV::gMissingValue || minimum > x) minimum = x;
     if (maximum == QDMV::gMissingValue || x > maximum) maximum = x;
   }
+  void AddToBin(std::int64_t place, double x, std::int64_t weight);
   template <bool kIsWeighted>
   void Summarise(RecordColumns& columns);
   QDStatus WalkSortedValues();
@@ -188,6 +199,7 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   double rangeLow = std::numeric_limits<double>::max();
   std::uint64_t binCount = kBinCount;
   double binWidth = 0.0;
+  std::int64_t latestBin = 0;
   std::int64_t zeroCount = 0;
   std::vector<double> binUpperEdges;
   std::int32_t pass = 1;

@@ -56,9 +56,7 @@ void QDUnivariateSummaries::SetWeightVariable(std::int32_t index) {
 }
 
 bool QDUnivariateSummaries::ReadRecords() {
-  RecordColumns columns;
-  return records != nullptr && ForEachBlock(*records, [&](const RecordBlock& block) {
-           columns.LookAt(block);
+  return records != nullptr && ForEachBlock(*records, [this](RecordColumns& columns) {
            for (auto& [variable, summary] : summaries) {
              if (summary->NeedsPass()) summary->ProcessColumns(columns);
            }

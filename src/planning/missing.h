@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "foundation/names.h"
@@ -25,9 +26,9 @@ struct MissingMark {
                                        const std::vector<MissingMark>& marks) {
   for (const MissingMark& place : marks) {
     const double* values = columns.Of(place.position);
-    bool isFound = false;
-    for (std::size_t i = 0; i < columns.Size(); ++i) isFound |= values[i] == place.mark;
-    if (isFound) return true;
+    std::int64_t found = 0;  // counted: a sum takes several values at a time, a search does not
+    for (std::size_t i = 0; i < columns.Size(); ++i) found += values[i] == place.mark ? 1 : 0;
+    if (found > 0) return true;
   }
   return false;
 }

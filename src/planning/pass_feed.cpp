@@ -34,6 +34,8 @@ void PassFeed::AddTest(NPARTest* test, const std::vector<std::int64_t>& required
 }
 
 QDStatus PassFeed::Walk(RecordIterator& records, CancelPair& cancelPair) {
+  if (auto* blocks = dynamic_cast<IColumnBlocks*>(&records))
+    return WalkColumns(*blocks, cancelPair);
   if (auto* blocks = dynamic_cast<IRecordBlocks*>(&records)) return WalkBlocks(*blocks, cancelPair);
   return WalkRecords(records, cancelPair);
 }
@@ -70,6 +72,16 @@ void PassFeed::CompareNeeds() {
     member.needsSameAsBefore = before != nullptr && member.marks == before->marks;
     before = &member;
   }
+}
+
+QDStatus PassFeed::WalkColumns(IColumnBlocks& blocks, CancelPair& cancelPair) {
+  Prepare(blocks.GetRecordWidth());
+  RecordColumns columns;
+  while (!members.empty() && !cancelPair.Check() && blocks.NextColumns(columns)) {
+    const QDStatus status = Deliver(columns);
+    if (!status.IsOK()) return status;
+  }
+  return QDStatus();
 }
 
 QDStatus PassFeed::WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair) {
@@ -110,7 +122,7 @@ QDStatus PassFeed::Deliver(RecordColumns& columns) {
   const bool isAnyMissing = IsAnyMissing(columns, marks);
   bool hasAnyFailed = false;
   for (Member& member : members) {
-    if (isAnyMissing && !member.needsSameAsBefore) KeepComplete(columns.Rows(), member.marks);
+    if (isAnyMissing && !member.needsSameAsBefore) KeepComplete(columns, member.marks);
     const QDStatus answer = DeliverTo(member, isAnyMissing ? completeColumns : columns);
     if (answer.GetErrorCode() == kMemoryExhausted) return answer;
     if (answer.IsError()) member.hasFailed = hasAnyFailed = true;
@@ -122,7 +134,8 @@ QDStatus PassFeed::Deliver(RecordColumns& columns) {
   return QDStatus();
 }
 
-void PassFeed::KeepComplete(const RecordBlock& block, const std::vector<MissingMark>& needed) {
+void PassFeed::KeepComplete(RecordColumns& columns, const std::vector<MissingMark>& needed) {
+  const RecordBlock& block = columns.Rows();
   completeRows.clear();
   for (std::size_t i = 0; i < block.count; ++i) {
     if (!IsAnyMissing(block.rows[i], needed)) completeRows.push_back(block.rows[i]);

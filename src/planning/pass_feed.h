@@ -40,6 +40,7 @@ class PassFeed {
     bool hasFailed = false;
   };
 
+  QDStatus WalkColumns(IColumnBlocks& blocks, CancelPair& cancelPair);
   QDStatus WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair);
   QDStatus WalkRecords(RecordIterator& records, CancelPair& cancelPair);
   void Prepare(int recordWidth);
@@ -48,7 +49,7 @@ class PassFeed {
   QDStatus Deliver(RecordColumns& columns);
   QDStatus DeliverTo(const Member& member, RecordColumns& columns) const;
   /// Fills completeColumns with the records in which nothing is missing at these places.
-  void KeepComplete(const RecordBlock& block, const std::vector<MissingMark>& needed);
+  void KeepComplete(RecordColumns& columns, const std::vector<MissingMark>& needed);
 
   const QDVarList* variables;
   bool analysisMissing;

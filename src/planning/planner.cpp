@@ -152,6 +152,7 @@ QDStatus NPARPlanner::RunWorkers() {
     if (cancelPair.Check()) return QDStatus(kCancelled);
     const QDStatus run = worker->RunWorker(cancelPair);
     if (run.IsError()) return run;
+    sortManager->Release(worker->GetSortVariable());  // no other worker takes this order
     if (cancelPair.Check()) return QDStatus(kCancelled);
     const QDStatus collected = worker->CollectResults();
     if (collected.IsError()) return collected;

@@ -14,6 +14,7 @@
 #include "kit/var_info.h"
 #include "planning/cancel_pair.h"
 #include "planning/record_iterators.h"
+#include "planning/sorted_records.h"
 #include "planning/test_worker.h"
 
 /// The algorithm object: keeps the records, builds the tests of the settings' entries, computes the

@@ -2,11 +2,9 @@
 
 #include <algorithm>
 #include <limits>
-#include <new>
 #include <utility>
 
 #include "kit/allocation.h"
-#include "kit/radix_sort.h"
 
 namespace {
 
@@ -14,17 +12,6 @@ constexpr std::int32_t kNoRecordKept = 220003;    // the source delivered no rec
 constexpr std::int32_t kNoSource = 220005;        // there is no source
 constexpr std::int32_t kWeightTooLarge = 220026;  // a weight above kLargestWeight, or no number
 constexpr double kLargestWeight = 2147483647.0;
-
-constexpr std::size_t kCacheLine = 64;  // bytes
-
-/// Asks the processor for the start of a row: two lines hold 16 variables, and the rest follows in
-/// address order, which the processor foresees by itself.
-void Prefetch(const double* row, int width) noexcept {
-  __builtin_prefetch(row);
-  if (static_cast<std::size_t>(width) * sizeof(double) > kCacheLine) {
-    __builtin_prefetch(row + kCacheLine / sizeof(double));
-  }
-}
 
 }  // namespace
 
@@ -54,7 +41,12 @@ QDStatus InitialDataReader::Read() {
 QDStatus InitialDataReader::ReadBlocks(IRecordBlocks& blockSource) {
   Prepare(blockSource.GetRecordWidth());
   RecordBlock block;
+  const bool keepsAll = marks.empty() && weightIndex < 0;
   while (blockSource.NextBlock(block)) {
+    if (keepsAll) {
+      KeepAll(block);
+      continue;
+    }
     for (std::size_t i = 0; i < block.count; ++i) {
       const QDStatus status = Keep(block.rows[i]);
       if (status.IsError()) return status;
@@ -98,6 +90,20 @@ QDStatus InitialDataReader::Keep(const double* row) {
   std::copy_n(row, width, Place(count));
   ++count;
   return QDStatus();
+}
+
+void InitialDataReader::KeepAll(const RecordBlock& block) {
+  for (std::size_t i = 0; i < block.count;) {
+    if (count == capacity) AddBlocks();
+    // Rows that lie side by side, as most do, are copied as one.
+    const std::int64_t room = BlockSize() - (count & (BlockSize() - 1));
+    const std::size_t end = std::min(block.count, i + static_cast<std::size_t>(room));
+    std::size_t next = i + 1;
+    while (next < end && block.rows[next] == block.rows[next - 1] + width) ++next;
+    std::copy_n(block.rows[i], (next - i) * static_cast<std::size_t>(width), Place(count));
+    count += static_cast<std::int64_t>(next - i);
+    i = next;
+  }
 }
 
 void InitialDataReader::AddBlocks() {
@@ -145,10 +151,10 @@ const Record* NParMemoIterator::Next() {
 bool NParMemoIterator::NextBlock(RecordBlock& block) {
   if (!HasNext()) return false;
   rows.clear();
-  while (HasNext() && rows.size() < kRowsAtOnce) {
-    rows.push_back(reader->Row(index));
-    MoveTo(index + 1);
-  }
+  const std::int64_t size =
+      std::min(static_cast<std::int64_t>(kRowsAtOnce), reader->Count() - index);
+  for (std::int64_t i = 0; i < size; ++i) rows.push_back(reader->Row(index + i));
+  MoveTo(index + size);
   if (!HasNext()) state = 1;
   block = {rows.data(), rows.size()};
   return true;
@@ -159,67 +165,4 @@ NParMemoIterator NParMemoIterator::Jump(std::int64_t places) const {
   further.MoveTo(index < 0 ? std::numeric_limits<std::int64_t>::max() : index + places);
   if (!further.HasNext()) further.state = 1;
   return further;
-}
-
-NPARSortedIterator::NPARSortedIterator(const InitialDataReader* reader, RecordOrder order)
-    : reader(reader), order(std::move(order)), current(Record::View(nullptr, reader->Width())) {}
-
-int NPARSortedIterator::Reset() {
-  position = 0;
-  followingRows.clear();
-  return GetState();
-}
-
-const Record* NPARSortedIterator::Next() {
-  constexpr std::size_t kAhead = 16;
-  if (!HasNext()) return nullptr;
-  if (order.size() - position > kAhead) {
-    Prefetch(reader->Row(order[position + kAhead]), reader->Width());
-  }
-  current.LookAt(reader->Row(order[position]));
-  ++position;
-  return &current;
-}
-
-bool NPARSortedIterator::NextBlock(RecordBlock& block) {
-  const auto fill = [this](std::vector<const double*>& batch, std::size_t first) {
-    batch.clear();
-    const std::size_t last = std::min(first + kRowsAtOnce, order.size());
-    for (std::size_t place = first; place < last; ++place) {
-      batch.push_back(reader->Row(order[place]));
-      Prefetch(batch.back(), reader->Width());
-    }
-  };
-  if (!HasNext()) return false;
-  if (followingRows.empty()) fill(followingRows, position);
-  std::swap(rows, followingRows);
-  position += rows.size();
-  fill(followingRows, position);
-  block = {rows.data(), rows.size()};
-  return true;
-}
-
-NPARSortManager::NPARSortManager(const InitialDataReader* reader)
-    : reader(reader), views(static_cast<std::size_t>(reader->Width())) {}
-
-bool NPARSortManager::AddSortVariable(std::int32_t variable) {
-  if (!IsInRecord(variable)) return false;
-  views[static_cast<std::size_t>(variable)].isWanted = true;
-  return true;
-}
-
-MultiPassRecordIter* NPARSortManager::GetSortedIterator(std::int32_t variable) {
-  if (!IsInRecord(variable)) return nullptr;
-  View& view = views[static_cast<std::size_t>(variable)];
-  if (!view.isWanted) return nullptr;
-  if (view.iterator == nullptr) {
-    const std::int64_t count = reader->Count();
-    if (count >= std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
-    view.iterator = std::make_unique<NPARSortedIterator>(
-        reader,
-        AscendingOrder(static_cast<std::size_t>(count), [this, variable](std::size_t number) {
-          return reader->Row(static_cast<std::int64_t>(number))[variable];
-        }));
-  }
-  return view.iterator.get();
 }

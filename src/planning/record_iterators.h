@@ -8,8 +8,6 @@
 
 #include "foundation/names.h"
 #include "kit/large_array.h"
-#include "kit/radix_sort.h"
-#include "kit/sorted_data.h"
 #include "planning/missing.h"
 
 /// Rows that an iterator hands out at a time: their addresses and first cache lines fit the fastest
@@ -45,6 +43,8 @@ class InitialDataReader {
   QDStatus ReadBlocks(IRecordBlocks& blockSource);
   void Prepare(int recordWidth);
   QDStatus Keep(const double* row);
+  /// The same for records that nothing can keep off.
+  void KeepAll(const RecordBlock& block);
   void AddBlocks();
 
   std::vector<double*> blocks;
@@ -86,50 +86,4 @@ class NParMemoIterator final : public MultiPassRecordIter, public IRecordBlocks 
   const InitialDataReader* reader = nullptr;
   std::int32_t state = 0;
   std::vector<const double*> rows;
-};
-
-/// Walks the kept records ascending by a variable, equal values in record order.
-class NPARSortedIterator final : public MultiPassRecordIter, public IRecordBlocks {
- public:
-  /// Stands at the first record of the order; the reader is not taken over.
-  NPARSortedIterator(const InitialDataReader* reader, RecordOrder order);
-
-  bool HasNext() override { return position < order.size(); }
-  const Record* Next() override;
-  int GetState() const override { return position < order.size() ? 0 : 1; }
-  int Reset() override;
-  bool NextBlock(RecordBlock& block) override;
-  int GetRecordWidth() const override { return reader->Width(); }
-
- private:
-  const InitialDataReader* reader;
-  RecordOrder order;
-  Record current;
-  std::size_t position = 0;
-  std::vector<const double*> rows;
-  std::vector<const double*> followingRows;
-};
-
-/// The sorted views of a run. A view is sorted when it is first asked for and then kept.
-class NPARSortManager final : public ISortedData {
- public:
-  /// The reader is not taken over.
-  explicit NPARSortManager(const InitialDataReader* reader);
-
-  /// False for a variable outside the record. A variable is taken once.
-  bool AddSortVariable(std::int32_t variable);
-  /// Throws std::bad_alloc where memory runs out, and for more records than an order numbers.
-  MultiPassRecordIter* GetSortedIterator(std::int32_t variable) override;
-
- private:
-  struct View {
-    bool isWanted = false;
-    std::unique_ptr<NPARSortedIterator> iterator;
-  };
-  [[nodiscard]] bool IsInRecord(std::int32_t variable) const noexcept {
-    return variable >= 0 && static_cast<std::size_t>(variable) < views.size();
-  }
-
-  const InitialDataReader* reader;
-  std::vector<View> views;
 };

@@ -8,7 +8,7 @@
 #include "kit/test.h"
 #include "kit/univariate.h"
 #include "planning/cancel_pair.h"
-#include "planning/record_iterators.h"
+#include "planning/sorted_records.h"
 
 class PassFeed;
 

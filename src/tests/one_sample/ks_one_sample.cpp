@@ -29,7 +29,7 @@ constexpr std::int32_t kEmptyUniform = 220316;         // the range has no width
 constexpr double kLowestStart = std::numeric_limits<double>::lowest();
 constexpr double kHighestStart = std::numeric_limits<double>::max();
 
-constexpr std::size_t kStepsAtOnce = 256;
+constexpr std::size_t kStepsAtOnce = 1024;
 /// Up to so many steps are taken as they are: bounding them costs as much.
 constexpr std::size_t kFewSteps = 4;
 /// Far above what rounding does to a distribution function, so that no step that decides an extreme
@@ -164,20 +164,22 @@ QDStatus NPARKSmirnowOneSample::ProcessColumns(RecordColumns& columns) {
 
 void NPARKSmirnowOneSample::Estimate(RecordColumns& columns) {
   const double* values = columns.Of(variableIndex);
-  validRows.clear();
+  validPlaces.clear();
   weight.UseTruncated(columns, [&](auto weightAt) {
     for (std::size_t i = 0; i < columns.Size() && !status.IsError(); ++i) {
       if (!ValidateValue(values[i], weightAt(i))) continue;
       totalN += weightAt(i);
-      validRows.push_back(columns.Rows().rows[i]);
+      validPlaces.push_back(i);
     }
   });
-  if (validRows.size() == columns.Size()) {
+  if (validPlaces.size() == columns.Size()) {
     estimator->ProcessColumns(columns);
-  } else {
-    validColumns.LookAt({validRows.data(), validRows.size()});
-    estimator->ProcessColumns(validColumns);
+    return;
   }
+  validRows.clear();
+  for (const std::size_t i : validPlaces) validRows.push_back(columns.Rows().rows[i]);
+  validColumns.LookAt({validRows.data(), validRows.size()});
+  estimator->ProcessColumns(validColumns);
 }
 
 void NPARKSmirnowOneSample::TakeValue(double x, std::int64_t w) {
@@ -229,8 +231,8 @@ void NPARKSmirnowOneSample::TakeSteps(std::size_t begin, std::size_t end) {
   };
   if (end - begin > kFewSteps && !hasNegativeWeight) {
     // Both functions ascend, so their ends bound every difference between.
-    const double highest = empiricalUpTo(end) - distribution.Cdf(steps[begin].x);
-    const double lowest = empiricalUpTo(begin) - distribution.Cdf(steps[end - 1].x);
+    const double highest = empiricalUpTo(end) - distribution.RoughCdf(steps[begin].x);
+    const double lowest = empiricalUpTo(begin) - distribution.RoughCdf(steps[end - 1].x);
     if (highest <= std::max(positiveDiff, 0.0) - kRoundingMargin &&
         lowest >= std::min(negativeDiff, 0.0) + kRoundingMargin) {
       return;

@@ -75,6 +75,7 @@ class NPARKSmirnowOneSample final : public NPARColumnTest {
   bool estimateMean = false;
   bool estimateStdDev = false;
   std::optional<QDContUnivariateVariable> estimator;
+  std::vector<std::size_t> validPlaces;  // among the records in hand
   std::vector<const double*> validRows;
   RecordColumns validColumns;
   std::uint64_t pass = 0;

@@ -27,6 +27,8 @@ class ReferenceDistribution {
   /// The distribution function; the missing value where an exponential fails. Within a pass, x
   /// ascends: the Poisson function continues the sum of its last call.
   [[nodiscard]] double Cdf(double x);
+  /// The same to within 1e-13, for less time and in any order; not for a Poisson distribution.
+  [[nodiscard]] double RoughCdf(double x);
   [[nodiscard]] bool IsPoisson() const noexcept { return family == Family::Poisson; }
 
  private:
