@@ -161,7 +161,7 @@ TEST_F(Planner, TestsOfOneOrderShareAWorkerAndStandBehindThoseOfTheRecordsOrder)
   ASSERT_EQ(Execute(), QDStatus());
   // The missing value of x is the smallest; a failed construction is given the records' order.
   EXPECT_THAT(log, ElementsAre("main 0", "main 1", "main 2", "main 3",                          //
-                               "x1 2", "x2 2", "x1 1", "x2 1", "x1 3", "x2 3", "x1 0", "x2 0",  //
+                               "x1 2", "x1 1", "x1 3", "x1 0", "x2 2", "x2 1", "x2 3", "x2 0",  //
                                "number 0", "number 1", "number 2", "number 3",                  //
                                "failed 0", "failed 1", "failed 2", "failed 3",                  //
                                "nowhere 0", "nowhere 1", "nowhere 2", "nowhere 3"));

@@ -5,54 +5,12 @@
 #include <limits>
 #include <new>
 
-#include "support/variables.h"
+#include "support/kept_records.h"
 
 namespace {
 
 constexpr double kMissing = QDMV::gMissingValue;
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-
-using Rows = std::vector<std::vector<double>>;
-
-/// Two variables: the running number and a value that repeats.
-Rows Numbered(int count) {
-  Rows rows;
-  for (int i = 0; i < count; ++i) rows.push_back({static_cast<double>(i), (i * 7) % 5 * 1.0});
-  return rows;
-}
-
-/// What is kept of some records.
-struct Kept {
-  Kept(QDVarList list, Rows rows, bool skipMissing = false)
-      : variables(std::move(list)), source(std::move(rows)) {
-    std::vector<std::int32_t> all;
-    for (std::int32_t i = 0; i < variables.Size(); ++i) all.push_back(i);
-    reader = std::make_unique<InitialDataReader>(InitialDataReader::kBlockSize, &source,
-                                                 skipMissing, all, &variables);
-    status = reader->Read();
-  }
-  QDVarList variables;
-  MemoryBlocks source;
-  std::unique_ptr<InitialDataReader> reader;
-  QDStatus status;
-};
-
-QDVarList TwoVariables() { return VariableListBuilder().Continuous("n").Continuous("x").Build(); }
-
-std::vector<double> Walk(RecordIterator& records, int variable) {
-  std::vector<double> values;
-  while (records.HasNext()) values.push_back((*records.Next())[variable]);
-  return values;
-}
-
-std::vector<double> WalkBlocks(IRecordBlocks& records, int variable) {
-  std::vector<double> values;
-  RecordBlock block;
-  while (records.NextBlock(block)) {
-    for (std::size_t i = 0; i < block.count; ++i) values.push_back(block.rows[i][variable]);
-  }
-  return values;
-}
 
 TEST(InitialDataReader, KeepsEveryRecordOnBothSidesOfABlockEdge) {
   for (const int count : {1, 255, 256, 257, 2047, 2048, 2049, 4097}) {
@@ -157,58 +115,6 @@ TEST(NParMemoIterator, JumpsForwardOrToTheEnd) {
   NParMemoIterator ended = memo.Jump(5);
   EXPECT_FALSE(ended.HasNext());
   EXPECT_FALSE(ended.Jump(0).HasNext());
-}
-
-TEST(NPARSortedIterator, WalksAscendingWithEqualValuesInRecordOrder) {
-  for (const int count : {1, 256, 257, 2049, 6000}) {
-    SCOPED_TRACE(count);
-    const Kept kept(TwoVariables(), Numbered(count));
-    std::vector<std::pair<double, double>> expected;
-    for (const auto& row : Numbered(count)) expected.emplace_back(row[1], row[0]);
-    std::sort(expected.begin(), expected.end());  // numbers ascend within equal values
-    std::vector<double> numbers;
-    for (const auto& pair : expected) numbers.push_back(pair.second);
-
-    NPARSortManager manager(kept.reader.get());
-    ASSERT_TRUE(manager.AddSortVariable(1));
-    MultiPassRecordIter* sorted = manager.GetSortedIterator(1);
-    EXPECT_EQ(Walk(*sorted, 0), numbers);
-    EXPECT_EQ(sorted->GetState(), 1);
-    EXPECT_EQ(sorted->Next(), nullptr);
-    EXPECT_EQ(sorted->Reset(), 0);
-    EXPECT_EQ(WalkBlocks(dynamic_cast<IRecordBlocks&>(*sorted), 0), numbers);
-    EXPECT_EQ(sorted->Reset(), 0);
-    EXPECT_EQ((*sorted->Next())[0], numbers.front());
-  }
-}
-
-TEST(NPARSortedIterator, TakesTheMissingValueAsAValueAndPutsNotANumberLast) {
-  const Kept kept(TwoVariables(), {{0, kNan}, {1, 3}, {2, kMissing}, {3, -3}, {4, -1e308}});
-  NPARSortManager manager(kept.reader.get());
-  ASSERT_TRUE(manager.AddSortVariable(1));
-  EXPECT_EQ(Walk(*manager.GetSortedIterator(1), 0), (std::vector<double>{2, 4, 3, 1, 0}));
-}
-
-TEST(NPARSortedIterator, OverNoRecordsEndsAtOnce) {
-  const Kept kept(TwoVariables(), {});
-  NPARSortedIterator sorted(kept.reader.get(), {});
-  EXPECT_EQ(sorted.Reset(), 1);
-  EXPECT_FALSE(sorted.HasNext());
-  RecordBlock block;
-  EXPECT_FALSE(sorted.NextBlock(block));
-}
-
-TEST(NPARSortManager, GivesOneViewForEachVariableThatWasAskedFor) {
-  const Kept kept(TwoVariables(), Numbered(3));
-  NPARSortManager manager(kept.reader.get());
-  EXPECT_FALSE(manager.AddSortVariable(-1));
-  EXPECT_FALSE(manager.AddSortVariable(2));
-  EXPECT_TRUE(manager.AddSortVariable(1));
-  EXPECT_TRUE(manager.AddSortVariable(1));
-  EXPECT_EQ(manager.GetSortedIterator(0), nullptr);
-  EXPECT_EQ(manager.GetSortedIterator(2), nullptr);
-  EXPECT_EQ(manager.GetSortedIterator(-1), nullptr);
-  EXPECT_EQ(manager.GetSortedIterator(1), manager.GetSortedIterator(1));
 }
 
 }  // namespace

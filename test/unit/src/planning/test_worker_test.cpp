@@ -123,7 +123,7 @@ TEST(TestWorker, CallsTestsInTheOrderOfTheContract) {
   EXPECT_EQ(bench.Run(), QDStatus());
   EXPECT_THAT(bench.log, ElementsAre("a Shared", "b Shared",                                  //
                                      "a Begin", "a Required", "b Begin", "b Required",        //
-                                     "a Record 0", "b Record 0", "a Record 1", "b Record 1",  //
+                                     "a Record 0", "a Record 1", "b Record 0", "b Record 1",  //
                                      "a End", "b End", "a More", "b More",                    //
                                      "a Begin", "a Required", "a Record 0", "a Record 1",     //
                                      "a End", "a More", "b More"));
