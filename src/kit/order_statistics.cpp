@@ -20,6 +20,7 @@
 #include "kit/order_statistics.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <limits>
@@ -47,6 +48,8 @@ struct WalshTable {
   [[nodiscard]] double Value(std::size_t row, std::size_t column) const {
     return (data.Value(column) + data.Value(row)) * 0.5;
   }
+  /// Finite values that all weigh 1.
+  [[nodiscard]] bool IsPlain() const { return data.IsPlain(); }
   /// The weight of the row's entries before a column behind its first.
   [[nodiscard]] WeightProduct WeightBefore(std::size_t row, std::size_t column) const {
     const WeightProduct w = data.Weight(row);
@@ -66,6 +69,7 @@ struct DifferenceTable {
   [[nodiscard]] double Value(std::size_t row, std::size_t column) const {
     return second.Value(column) - first.Value(Place(row));
   }
+  [[nodiscard]] bool IsPlain() const { return first.IsPlain() && second.IsPlain(); }
   [[nodiscard]] WeightProduct WeightBefore(std::size_t row, std::size_t column) const {
     return static_cast<WeightProduct>(first.Weight(Place(row))) * second.WeightBelow(column);
   }
@@ -85,6 +89,21 @@ void WalkStaircase(const Table& table, double bound, Take take) {
   }
 }
 
+/// The first number from `begin` on for which `holds`, which then holds for all up to `end`; `end`
+/// if there is none.
+template <typename Holds>
+std::size_t FirstWhere(std::size_t begin, std::size_t end, Holds holds) {
+  while (begin < end) {
+    const std::size_t middle = begin + (end - begin) / 2;
+    if (holds(middle)) {
+      end = middle;
+    } else {
+      begin = middle + 1;
+    }
+  }
+  return begin;
+}
+
 /// What lies on either side of a bound, and the values next to it.
 struct Cut {
   std::uint64_t entriesUpTo = 0;
@@ -93,8 +112,88 @@ struct Cut {
   double smallestAbove = std::numeric_limits<double>::infinity();
 };
 
+/// One of two doubles by a mask of all bits or none.
+double Choose(std::uint64_t mask, double chosen, double otherwise) noexcept {
+  return std::bit_cast<double>((std::bit_cast<std::uint64_t>(chosen) & mask) |
+                               (std::bit_cast<std::uint64_t>(otherwise) & ~mask));
+}
+
+/// A part of the way down the staircase, row by row; a step is one column back or one row on.
+template <typename Table>
+struct Stretch {
+  std::size_t row = 0;
+  std::size_t end = 0;
+  std::size_t steps = 0;
+  Cut cut;
+
+  /// Without a branch: which way it goes is as good as random.
+  void Step(const Table& table, double bound) noexcept {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    const double value = table.Value(row, end - 1);
+    const std::uint64_t isAbove = value > bound ? 1 : 0;
+    const std::uint64_t ifAbove = 0 - isAbove;  // a mask
+    cut.smallestAbove = std::min(cut.smallestAbove, Choose(ifAbove, value, kInfinity));
+    cut.largestUpTo = std::max(cut.largestUpTo, Choose(ifAbove, -kInfinity, value));
+    cut.entriesUpTo += (end - table.FirstColumn(row)) & ~ifAbove;
+    end -= isAbove;
+    row += 1 - isAbove;
+  }
+};
+
+/// CutAt of finite values that all weigh 1. Each step waits for the value of the one before, so
+/// the way is gone in several stretches at once.
+template <typename Table>
+Cut CutInStretches(const Table& table, double bound) {
+  constexpr std::size_t kStretches = 4;
+  const auto endOf = [&](std::size_t row) {  // the first column above the bound
+    return FirstWhere(table.FirstColumn(row), table.Columns(),
+                      [&](std::size_t column) { return table.Value(row, column) > bound; });
+  };
+  const std::size_t rows = FirstWhere(0, table.Rows(), [&](std::size_t row) {
+    return table.Value(row, table.FirstColumn(row)) > bound;
+  });
+  Cut cut;
+  if (rows < table.Rows()) cut.smallestAbove = table.Value(rows, table.FirstColumn(rows));
+  if (rows == 0) return cut;
+
+  std::array<Stretch<Table>, kStretches> stretches;
+  const auto stepsBefore = [&](std::size_t row) { return row + (table.Columns() - endOf(row)); };
+  const std::size_t allSteps = stepsBefore(rows - 1) + 1;
+  for (std::size_t k = 0; k < kStretches; ++k) {
+    Stretch<Table>& stretch = stretches[k];
+    stretch.row = FirstWhere(
+        0, rows, [&](std::size_t row) { return stepsBefore(row) >= allSteps / kStretches * k; });
+    if (stretch.row == rows) continue;
+    stretch.end = endOf(stretch.row);
+    if (stretch.end < table.Columns()) {
+      stretch.cut.smallestAbove = table.Value(stretch.row, stretch.end);
+    }
+  }
+  std::size_t together = allSteps;
+  for (std::size_t k = 0; k < kStretches; ++k) {
+    Stretch<Table>& stretch = stretches[k];
+    const std::size_t rowsEnd = k + 1 < kStretches ? stretches[k + 1].row : rows;
+    if (stretch.row < rowsEnd) {
+      stretch.steps = rowsEnd - stretch.row + (stretch.end - endOf(rowsEnd - 1));
+    }
+    together = std::min(together, stretch.steps);
+  }
+  for (std::size_t step = 0; step < together; ++step) {
+    for (Stretch<Table>& stretch : stretches) stretch.Step(table, bound);
+  }
+  for (Stretch<Table>& stretch : stretches) {
+    for (std::size_t step = together; step < stretch.steps; ++step) stretch.Step(table, bound);
+    cut.smallestAbove = std::min(cut.smallestAbove, stretch.cut.smallestAbove);
+    cut.largestUpTo = std::max(cut.largestUpTo, stretch.cut.largestUpTo);
+    cut.entriesUpTo += stretch.cut.entriesUpTo;
+  }
+  cut.weightUpTo = static_cast<WeightProduct>(cut.entriesUpTo);
+  return cut;
+}
+
 template <typename Table>
 Cut CutAt(const Table& table, double bound) {
+  if (table.IsPlain()) return CutInStretches(table, bound);
   Cut cut;
   WalkStaircase(table, bound, [&](std::size_t row, std::size_t end) {
     const std::size_t begin = table.FirstColumn(row);
@@ -234,6 +333,11 @@ void WeightedValues::Sort() {
   }
   values = std::move(sorted);
   weights = std::vector<std::int64_t>();
+}
+
+bool WeightedValues::IsPlain() const noexcept {
+  return static_cast<std::uint64_t>(TotalWeight()) == values.size() &&
+         std::isfinite(values.front()) && std::isfinite(values.back());
 }
 
 double OrderStatistics::Median() const {

@@ -29,6 +29,8 @@ class WeightedValues {
     return weightBelow[place];
   }
   [[nodiscard]] std::int64_t TotalWeight() const noexcept { return weightBelow.back(); }
+  /// Are the values, of which there is one at least, finite and all of weight 1?
+  [[nodiscard]] bool IsPlain() const noexcept;
 
  private:
   std::vector<double> values;
