@@ -1,16 +1,17 @@
 #!/usr/bin/env python3
-"""Whole runs of npar beside SciPy's calls for the same tests on the same data.
+"""Whole runs of npar beside SciPy's and R's calls for the same tests on the same data.
 
 npar: from records in the host's memory to the finished result document, with the histograms, summaries and box
-plots that belong to it. SciPy: the bare call on prepared arrays. The two take turns, each figure is the median over
-the rounds, in seconds of processor time (the clock tells little on a machine that others use too). Beside them stands
-the machine's floor from the same rounds: one radix sort of as many pairs of a key and a 32-bit number, and one walk
-over the records in the order that it found.
+plots that belong to it. SciPy, and R where it is installed (peers.R): the bare call on prepared arrays. They take
+turns, each figure is the median over the rounds, in seconds of processor time (the clock tells little on a machine
+that others use too). Beside them stands the machine's floor from the same rounds: one scan of the records, one radix
+sort of as many pairs of a key and a 32-bit number, and one walk over the records in the order that it found.
 """
 import argparse
+import contextlib
 import pathlib
+import shutil
 import statistics
-import subprocess
 import tempfile
 import time
 import warnings
@@ -18,6 +19,8 @@ import warnings
 import numpy as np
 import scipy
 import scipy.stats as stats
+
+from worker import Worker
 
 warnings.filterwarnings("ignore")
 
@@ -64,66 +67,61 @@ PEERS = {
     "hodges-lehmann-groups": None,
 }
 MOST_RECORDS = {"hodges-lehmann-pairs": 1000000, "hodges-lehmann-groups": 1000000}
+RSCRIPT = shutil.which("Rscript")
+MOST_RECORDS_OF_R = {"friedman": 100000}  # 10 seconds; the others a million records
 VARIANTS = {"continuous": [], "100 values": ["--coarse"], "missing": ["--missing"], "weights": ["--weights"]}
 
 
-class Runs:
-    def __init__(self, program, case, records, options):
-        self.process = subprocess.Popen([program, case, "--records", str(records), *options], stdin=subprocess.PIPE,
-                                        stdout=subprocess.PIPE, text=True)
-
-    def ask(self, order):
-        self.process.stdin.write(order + "\n")
-        self.process.stdin.flush()
-        answer = self.process.stdout.readline().split()
-        if not answer:
-            raise RuntimeError(f"{order}: no answer from {self.process.args}")
-        return [float(figure) for figure in answer]
-
-    def close(self):
-        self.process.stdin.close()
-        self.process.wait()
-
-
-def measure_memory(program, case, records, options):
+def measure_memory(command):
     """In a process of its own that does nothing but one run: peak bytes over the records' own."""
-    runs = Runs(program, case, records, options)
-    runs.ask("run")
-    peak, own = runs.ask("memory")
-    runs.close()
+    with Worker(*command) as runs:
+        runs.ask("run")
+        peak, own = runs.ask("memory")
     return peak / own
 
 
+@contextlib.contextmanager
+def prepared_peers(case, records, runs):
+    """Calls that answer their seconds of processor time, by the peer's name, on the records of `runs`."""
+    with contextlib.ExitStack() as stack:
+        folder = stack.enter_context(tempfile.TemporaryDirectory())
+        width = int(runs.ask(f"columns {folder}")[0])
+        prepare, call = PEERS[case]
+        prepared = prepare([np.fromfile(f"{folder}/column{i}") for i in range(width)])
+
+        def scipy_seconds():
+            start = time.process_time()
+            call(prepared)
+            return time.process_time() - start
+
+        peers = {"SciPy": scipy_seconds}
+        if RSCRIPT and records <= MOST_RECORDS_OF_R.get(case, 1000000):
+            r = stack.enter_context(Worker(RSCRIPT, pathlib.Path(__file__).with_name("peers.R"), case))
+            r.ask(f"columns {folder}")
+            peers["R"] = lambda: r.ask("run")[0]
+        yield peers
+
+
 def measure(program, case, records, variant, rounds):
-    options = VARIANTS[variant]
-    peer = PEERS[case] if variant in ("continuous", "100 values") else None
-    runs = Runs(program, case, records, options)
-    try:
-        call = lambda: None
-        if peer is not None:
-            with tempfile.TemporaryDirectory() as folder:
-                width = int(runs.ask(f"columns {folder}")[0])
-                columns = [np.fromfile(f"{folder}/column{i}") for i in range(width)]
-            prepared = peer[0](columns)
-            call = lambda: peer[1](prepared)
-        own, other, sort, walk = [], [], [], []
+    command = [program, case, "--records", records, *VARIANTS[variant]]
+    with contextlib.ExitStack() as stack:
+        runs = stack.enter_context(Worker(*command))
+        peers = {}
+        if PEERS[case] is not None and variant in ("continuous", "100 values"):
+            peers = stack.enter_context(prepared_peers(case, records, runs))
+        own, floors = [], []
+        others = {name: [] for name in peers}
         for _ in range(rounds):
             own.append(runs.ask("run")[0])
-            start = time.process_time()
-            call()
-            other.append(time.process_time() - start)
-            floor = runs.ask("floor")
-            sort.append(floor[1])
-            walk.append(floor[2])
-    finally:
-        runs.close()
+            for name, seconds in peers.items():
+                others[name].append(seconds())
+            floors.append(runs.ask("floor"))
     return {
         "own": statistics.median(own),
-        "other": statistics.median(other) if peer is not None else None,
-        "ratio": statistics.median(b / a for a, b in zip(own, other)) if peer is not None else None,
-        "sort": statistics.median(sort),
-        "walk": statistics.median(walk),
-        "memory": measure_memory(program, case, records, options),
+        "SciPy": statistics.median(others["SciPy"]) if peers else None,
+        "ratios": {name: statistics.median(b / a for a, b in zip(own, others[name])) for name in peers},
+        "floor": [statistics.median(seconds) for seconds in zip(*floors)],
+        "memory": measure_memory(command),
     }
 
 
@@ -152,23 +150,24 @@ def main():
         f"SciPy {scipy.__version__}, NumPy {np.__version__}; medians over {arguments.rounds} rounds, "
         "seconds of processor time.",
         "",
-        "| run | records | values | npar | SciPy | SciPy / npar | radix sort | npar in sorts | growth "
+        "| run | records | values | npar | SciPy | SciPy / npar | R / npar | scan, sort, walk | npar in sorts | growth "
         "| million records/s | peak memory |",
-        "|---|---:|---|---:|---:|---:|---:|---:|---:|---:|---:|",
+        "|---|---:|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|",
     ]
     smaller = {}
     for case, records, variant in rows_to_measure(arguments):
         figures = measure(arguments.program, case, records, variant, arguments.rounds)
-        own = figures["own"]
+        own, floor = figures["own"], figures["floor"]
         growth = ""
         if variant == "continuous":
             if case in smaller:
                 # 1 is growth in step with the records
                 growth = f"{own / smaller[case][1] / (records / smaller[case][0]):.2f}"
             smaller[case] = (records, own)
-        with_peer = (f"{figures['other']:.3g}", f"{figures['ratio']:.1f}") if figures["other"] else ("", "")
-        lines.append(f"| {case} | {records} | {variant} | {own:.3g} | {with_peer[0]} | {with_peer[1]} "
-                     f"| {figures['sort']:.3g} | {own / figures['sort']:.1f} | {growth} "
+        scipy_own = f"{figures['SciPy']:.3g}" if figures["SciPy"] else ""
+        ratios = [f"{figures['ratios'][peer]:.1f}" if peer in figures["ratios"] else "" for peer in ("SciPy", "R")]
+        lines.append(f"| {case} | {records} | {variant} | {own:.3g} | {scipy_own} | {ratios[0]} | {ratios[1]} "
+                     f"| {', '.join(f'{seconds:.3g}' for seconds in floor)} | {own / floor[1]:.1f} | {growth} "
                      f"| {records / own / 1e6:.1f} | {figures['memory']:.2f} |")
         print(lines[-1], flush=True)
         arguments.table.write_text("\n".join(lines) + "\n")
