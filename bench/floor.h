@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "host/data/dataset.h"
 
 /// What the machine needs for the work that no rank test can go without, in seconds of processor
@@ -14,3 +16,7 @@ struct Floor {
 /// On these records, sorted by their first field. Nothing of the component takes part: plain loops
 /// show what it could reach.
 [[nodiscard]] Floor MeasureFloor(const npar_host::RowStore& rows);
+
+/// The seconds that it takes to map a file of numbers into memory and to read every cell below its
+/// header with std::from_chars; nothing is checked or kept.
+[[nodiscard]] double MeasureCsvScan(const std::string& path);

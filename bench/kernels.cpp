@@ -3,10 +3,8 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -186,24 +184,6 @@ void CsvRead(benchmark::State& state) {
   CountItems(state);
 }
 BENCHMARK(CsvRead)->Unit(benchmark::kMillisecond);
-
-/// What the machine needs for the same file: std::from_chars on every cell, and nothing kept.
-void CsvFloor(benchmark::State& state) {
-  std::ifstream file(CsvPath(), std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
-  for (auto _ : state) {
-    double sum = 0.0;
-    const char* end = text.data() + text.size();
-    for (const char* position = text.data() + text.find('\n') + 1; position < end; ++position) {
-      double value = 0.0;
-      position = std::from_chars(position, end, value).ptr;
-      sum += value;
-    }
-    benchmark::DoNotOptimize(sum);
-  }
-  CountItems(state);
-}
-BENCHMARK(CsvFloor)->Unit(benchmark::kMillisecond);
 
 void XmlWrite(benchmark::State& state) {
   constexpr int kRows = 10000;

@@ -7,14 +7,20 @@
 //             of a scan of the records, a radix sort of the first field and a walk in its order
 //   document  answers with the result document of the last run, after its length in a line
 //   columns   writes the fields, each as a file of doubles, into the folder named behind it
+//   csv       writes the records as comma-separated values: digits and path stand behind it
+//   read      reads the file named behind it as `npar run` does; answers seconds as `run` does
+//   scan      what the machine needs for that; answers its seconds of processor time
 //   memory    answers the largest memory of the process so far, and that of the records, in bytes
 
 #include <CLI/CLI.hpp>
+#include <charconv>
 #include <chrono>
 #include <cstdint>
 #include <ctime>
 #include <fstream>
 #include <iostream>
+#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -22,6 +28,8 @@
 #include "bench/cases.h"
 #include "bench/floor.h"
 #include "bench/generated_data.h"
+#include "host/data/csv.h"
+#include "host/data/model.h"
 #include "host/loader/component.h"
 #include "host/loader/run_host.h"
 
@@ -30,11 +38,10 @@ namespace {
 /// Processor time beside the clock: on a machine that others use only the first one tells.
 class Stopwatch {
  public:
-  [[nodiscard]] double ProcessorSeconds() const {
-    return static_cast<double>(std::clock() - processor) / CLOCKS_PER_SEC;
-  }
-  [[nodiscard]] double Seconds() const {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - clock).count();
+  void Answer() const {
+    const double seconds = static_cast<double>(std::clock() - processor) / CLOCKS_PER_SEC;
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - clock;
+    std::cout << seconds << ' ' << elapsed.count() << std::endl;
   }
 
  private:
@@ -69,6 +76,22 @@ void WriteColumns(const npar_host::RowStore& rows, const std::string& folder) {
   }
 }
 
+void WriteCsv(const npar_host::RowStore& rows, int digits, const std::string& path) {
+  std::ofstream file(path, std::ios::binary);
+  for (std::size_t column = 0; column < rows.Width(); ++column) {
+    file << (column == 0 ? "c" : ",c") << column;
+  }
+  for (std::size_t row = 0; row < rows.Size(); ++row) {
+    for (std::size_t column = 0; column < rows.Width(); ++column) {
+      char text[32];
+      const auto written = std::to_chars(text, std::end(text), rows.Row(row)[column],
+                                         std::chars_format::general, digits);
+      file.put(column == 0 ? '\n' : ',').write(text, written.ptr - text);
+    }
+  }
+  if (!(file << '\n').flush()) throw std::runtime_error("cannot write " + path);
+}
+
 /// Of this program alone: the figure of getrusage begins with that of the program that started it.
 std::int64_t LargestMemory() {
   std::ifstream status("/proc/self/status");
@@ -82,19 +105,37 @@ void Serve(const npar_host::ComponentLibrary& library, const std::string& parame
            const GeneratedData& data) {
   std::string document;
   for (std::string line; std::getline(std::cin, line);) {
-    if (line == "run") {
+    std::istringstream words(line);
+    std::string order;
+    std::string path;
+    int digits = 0;
+    words >> order;
+    if (order == "csv") words >> digits;
+    words >> std::ws;
+    std::getline(words, path);
+    if (order == "run") {
       const Stopwatch watch;
       document = Run(library, parameters, data);
-      std::cout << watch.ProcessorSeconds() << ' ' << watch.Seconds() << std::endl;
-    } else if (line == "floor") {
+      watch.Answer();
+    } else if (order == "floor") {
       const Floor floor = MeasureFloor(data.rows);
       std::cout << floor.scan << ' ' << floor.sort << ' ' << floor.walk << std::endl;
-    } else if (line == "document") {
+    } else if (order == "document") {
       std::cout << document.size() << '\n' << document << std::flush;
-    } else if (line.starts_with("columns ")) {
-      WriteColumns(data.rows, line.substr(8));
+    } else if (order == "columns") {
+      WriteColumns(data.rows, path);
       std::cout << data.rows.Width() << std::endl;
-    } else if (line == "memory") {
+    } else if (order == "csv") {
+      WriteCsv(data.rows, digits, path);
+      std::cout << data.rows.Width() << std::endl;
+    } else if (order == "read") {
+      const Stopwatch watch;
+      npar_host::CsvReader reader(path);
+      const npar_host::ModelledData read = npar_host::LoadData(reader, {});
+      watch.Answer();
+    } else if (order == "scan") {
+      std::cout << MeasureCsvScan(path) << std::endl;
+    } else if (order == "memory") {
       std::cout << LargestMemory() << ' ' << data.rows.Size() * data.rows.Width() * sizeof(double)
                 << std::endl;
     } else {
