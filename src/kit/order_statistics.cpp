@@ -321,6 +321,10 @@ void WeightedValues::Shift(double distance) noexcept {
 }
 
 void WeightedValues::Sort() {
+  if (weights.empty()) {
+    SortPlainly();
+    return;
+  }
   const RecordOrder order =
       AscendingOrder(values.size(), [this](std::size_t place) { return values[place]; });
   std::vector<double> sorted;
@@ -329,10 +333,19 @@ void WeightedValues::Sort() {
   weightBelow.reserve(values.size() + 1);
   for (const std::uint32_t place : order) {
     sorted.push_back(values[place]);
-    weightBelow.push_back(weightBelow.back() + (weights.empty() ? 1 : weights[place]));
+    weightBelow.push_back(weightBelow.back() + weights[place]);
   }
   values = std::move(sorted);
   weights = std::vector<std::int64_t>();
+}
+
+void WeightedValues::SortPlainly() {
+  const auto isAbove = [](double a, double b) { return OrderedBits(a) > OrderedBits(b); };
+  if (std::adjacent_find(values.begin(), values.end(), isAbove) == values.end()) return;
+  const auto keys = SortedEntries<PlainKey>(
+      values.size(), [this](std::size_t place) { return PlainKey{OrderedBits(values[place])}; });
+  std::transform(keys.get(), keys.get() + values.size(), values.begin(),
+                 [](PlainKey key) { return ValueOfOrderedBits(key.key); });
 }
 
 bool WeightedValues::IsPlain() const noexcept {

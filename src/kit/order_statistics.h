@@ -22,20 +22,22 @@ class WeightedValues {
   [[nodiscard]] std::size_t Size() const noexcept { return values.size(); }
   [[nodiscard]] double Value(std::size_t place) const noexcept { return values[place]; }
   [[nodiscard]] std::int64_t Weight(std::size_t place) const noexcept {
-    return weightBelow[place + 1] - weightBelow[place];
+    return WeightBelow(place + 1) - WeightBelow(place);
   }
   /// Sum of the weights before a place.
   [[nodiscard]] std::int64_t WeightBelow(std::size_t place) const noexcept {
-    return weightBelow[place];
+    return weightBelow.empty() ? static_cast<std::int64_t>(place) : weightBelow[place];
   }
-  [[nodiscard]] std::int64_t TotalWeight() const noexcept { return weightBelow.back(); }
+  [[nodiscard]] std::int64_t TotalWeight() const noexcept { return WeightBelow(values.size()); }
   /// Are the values, of which there is one at least, finite and all of weight 1?
   [[nodiscard]] bool IsPlain() const noexcept;
 
  private:
+  void SortPlainly();
+
   std::vector<double> values;
   std::vector<std::int64_t> weights;  // until they are sorted; empty as long as every weight is 1
-  std::vector<std::int64_t> weightBelow;
+  std::vector<std::int64_t> weightBelow;  // empty where every weight is 1
 };
 
 /// The order statistics of values that are not listed: there are as many as pairs of data, and they

@@ -153,6 +153,34 @@ void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends) {
 template void SortBuckets(PlainKey* entries, const std::vector<std::uint32_t>& ends);
 template void SortBuckets(NumberedKey* entries, const std::vector<std::uint32_t>& ends);
 
+void SortKeys(PlainKey* keys, std::size_t count) {
+  constexpr std::size_t kAhead = 16;  // two lines on in the bucket
+  if (count == 0) return;
+  RadixBuckets buckets;
+  buckets.SetFirstKey(keys[0].key);
+  for (std::size_t i = 0; i < count; ++i) buckets.Survey(keys[i].key);
+  buckets.StartCounting(count);
+  for (std::size_t i = 0; i < count; ++i) buckets.Count(keys[i].key);
+  buckets.StartPlacing();
+  std::vector<std::uint32_t> ends(buckets.Ends().begin() + 1, buckets.Ends().end());
+  ends.push_back(static_cast<std::uint32_t>(count));
+  // A key goes to its place and takes the one that stood there along, until one belongs where the
+  // first came from. P. M. McIlroy, K. Bostic, M. D. McIlroy, Computing Systems 6 (1993), 5-27.
+  for (std::size_t bucket = 0; bucket < ends.size(); ++bucket) {
+    while (buckets.Ends()[bucket] < ends[bucket]) {
+      const std::size_t open = buckets.Ends()[bucket];
+      PlainKey key = keys[open];
+      for (std::size_t place = buckets.PlaceOf(key.key); place != open;
+           place = buckets.PlaceOf(key.key)) {
+        __builtin_prefetch(keys + place + kAhead, 1);
+        std::swap(key, keys[place]);
+      }
+      keys[open] = key;
+    }
+  }
+  SortBuckets(keys, ends);
+}
+
 RecordOrder::RecordOrder(LargeArray<NumberedKey> entries, std::size_t count) noexcept
     : count(count) {
   NumberedKey* memory = entries.release();

@@ -105,6 +105,10 @@ template <typename Entry, typename EntryAt>
   return entries;
 }
 
+/// Sorts at most 2^32 - 1 keys where they stand, in little more than their own memory. Throws
+/// std::bad_alloc before it moves the first one.
+void SortKeys(PlainKey* keys, std::size_t count);
+
 /// Numbers of records, 4 bytes each, in some order.
 class RecordOrder {
  public:

@@ -3,7 +3,6 @@
 #include <bit>
 #include <cmath>
 
-#include "kit/radix_sort.h"
 #include "kit/rank.h"
 
 namespace {
@@ -17,30 +16,30 @@ void SignedRanks::Reserve(std::size_t count) { differences.reserve(count); }
 
 void SignedRanks::Add(double difference, double weight) {
   if (weight != 1.0 && weights.empty()) weights.assign(differences.size(), 1.0);
-  differences.push_back(difference);
+  const auto size = std::bit_cast<std::uint64_t>(std::abs(difference));
+  differences.push_back({size << 1 | (difference < 0.0 ? 1U : 0U)});
   areAllFinite = areAllFinite && std::isfinite(difference);
   if (weight != 1.0 || !weights.empty()) weights.push_back(weight);
 }
 
 void SignedRanks::Rank() {
   NPARRank ranks;
-  const auto add = [&ranks](double size, double weight, bool isNegative) {
-    static_cast<void>(ranks.AddValue(size, weight, isNegative ? kNegative : kPositive));
+  const auto sizeOf = [](PlainKey difference) {
+    return std::bit_cast<double>(difference.key >> 1);
+  };
+  const auto add = [&](PlainKey difference, double weight) {
+    const bool isNegative = (difference.key & 1) != 0;
+    static_cast<void>(
+        ranks.AddValue(sizeOf(difference), weight, isNegative ? kNegative : kPositive));
   };
   if (weights.empty() && areAllFinite) {
-    // Equal sizes share their rank in any order, so a size and its sign are all that is sorted: the
-    // sign takes the bit that the size does not need.
-    const auto keys = SortedEntries<PlainKey>(differences.size(), [this](std::size_t i) {
-      const auto size = std::bit_cast<std::uint64_t>(std::abs(differences[i]));
-      return PlainKey{size << 1 | (differences[i] < 0.0 ? 1U : 0U)};
-    });
-    for (std::size_t i = 0; i < differences.size(); ++i) {
-      add(std::bit_cast<double>(keys[i].key >> 1), 1.0, (keys[i].key & 1) != 0);
-    }
+    // Equal sizes share their rank in any order.
+    SortKeys(differences.data(), differences.size());
+    for (const PlainKey difference : differences) add(difference, 1.0);
   } else {
-    const auto sizeAt = [this](std::size_t i) { return std::abs(differences[i]); };
+    const auto sizeAt = [&](std::size_t i) { return sizeOf(differences[i]); };
     for (const std::uint32_t i : AscendingOrder(differences.size(), sizeAt)) {
-      add(sizeAt(i), weights.empty() ? 1.0 : weights[i], differences[i] < 0.0);
+      add(differences[i], weights.empty() ? 1.0 : weights[i]);
     }
   }
   ranks.CloseRun();

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "kit/radix_sort.h"
+
 /// Ranks of differences by their size, with the sums of the ranks by sign.
 ///
 /// The rank of a difference is the mid-rank of its size among all that were added; sizes within
@@ -23,7 +25,9 @@ class SignedRanks {
   [[nodiscard]] double TieSum() const noexcept { return tieSum; }
 
  private:
-  std::vector<double> differences;
+  /// Sizes with the sign in the bit that a size does not need, the lowest after all are moved up by
+  /// one: so they are sorted where they stand.
+  std::vector<PlainKey> differences;
   std::vector<double> weights;  // empty as long as every weight is 1
   bool areAllFinite = true;     // infinite sizes never tie
   double positiveRankSum = 0.0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <set>
 #include <utility>
 
 #include "kit/allocation.h"
@@ -131,7 +132,16 @@ QDStatus NPARPlanner::RunTests() {
   const QDStatus summarised = univariates->Run();
   // A summary that failed shows in the tests that read it; only a lack of memory ends the run.
   if (summarised.GetErrorCode() == kMemoryExhausted) return summarised;
+  ReleaseOrdersOfSummaries();
   return RunWorkers();
+}
+
+void NPARPlanner::ReleaseOrdersOfSummaries() {
+  std::set<std::int32_t> needed;
+  for (const auto& worker : sortedWorkers) needed.insert(worker->GetSortVariable());
+  for (std::int32_t variable = 0; variable < variables->Size(); ++variable) {
+    if (!needed.contains(variable)) sortManager->Release(variable);
+  }
 }
 
 QDStatus NPARPlanner::RunWorkers() {

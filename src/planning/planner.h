@@ -76,6 +76,8 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   QDStatus PrepareRun(RecordIterator& records);
   QDStatus BuildTests();
   QDStatus RunTests();
+  /// Of orders that only a summary walked.
+  void ReleaseOrdersOfSummaries();
   QDStatus RunWorkers();
 
   const QDSettings* settings;

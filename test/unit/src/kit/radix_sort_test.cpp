@@ -54,6 +54,23 @@ const Source kSources[] = {
      }},
 };
 
+TEST(RadixSort, SortsKeysWhereTheyStand) {
+  std::mt19937_64 random(20240301);
+  for (const Source& source : kSources) {
+    for (const std::size_t size : {0U, 1U, 2U, 255U, 5000U, 200000U}) {
+      SCOPED_TRACE(std::string(source.catches) + ", " + std::to_string(size));
+      std::vector<PlainKey> keys(size);
+      for (PlainKey& key : keys) key = {OrderedBits(source.draw(random))};
+      std::vector<PlainKey> expected = keys;
+      std::sort(expected.begin(), expected.end(),
+                [](PlainKey a, PlainKey b) { return a.key < b.key; });
+      SortKeys(keys.data(), size);
+      EXPECT_TRUE(std::equal(keys.begin(), keys.end(), expected.begin(), expected.end(),
+                             [](PlainKey a, PlainKey b) { return a.key == b.key; }));
+    }
+  }
+}
+
 TEST(RadixSort, AgreesWithAStableSortByComparison) {
   std::mt19937_64 random(20240229);
   for (const Source& source : kSources) {
