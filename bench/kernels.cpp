@@ -1,18 +1,23 @@
-// The pieces that a run's time is made of, each alone, on a million generated values.
+// The pieces that a run's time is made of, each alone, on a million generated values; sorting and
+// ranking on ten million, beside the machine's plain radix sort of as many pairs.
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <fstream>
 #include <string>
 #include <vector>
 
+#include "bench/floor.h"
 #include "bench/generated_data.h"
 #include "host/data/csv.h"
 #include "kit/order_statistics.h"
 #include "kit/radix_sort.h"
 #include "kit/rank.h"
+#include "kit/record_columns.h"
+#include "kit/record_ranks.h"
 #include "kit/univariate.h"
 #include "planning/record_iterators.h"
 #include "planning/sorted_records.h"
@@ -21,16 +26,17 @@
 namespace {
 
 constexpr std::size_t kCount = 1000000;
+constexpr std::size_t kSortCount = 10000000;
 
-std::vector<double> Values(bool isCoarse) {
-  const GeneratedData data = Generate({.records = kCount, .isCoarse = isCoarse});
-  std::vector<double> values(kCount);
-  for (std::size_t i = 0; i < kCount; ++i) values[i] = data.rows.Row(i)[0];
+std::vector<double> Column(const npar_host::RowStore& rows, std::size_t column) {
+  std::vector<double> values(rows.Size());
+  for (std::size_t i = 0; i < values.size(); ++i) values[i] = rows.Row(i)[column];
   return values;
 }
 
-std::vector<double> SortedValues(bool isCoarse) {
-  std::vector<double> values = Values(isCoarse);
+std::vector<double> Values() { return Column(Generate({.records = kCount}).rows, 0); }
+
+std::vector<double> Sorted(std::vector<double> values) {
   std::sort(values.begin(), values.end());
   return values;
 }
@@ -61,32 +67,95 @@ void CountItems(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kCount));
 }
 
-void RadixSort(benchmark::State& state) {
-  const std::vector<double> values = Values(state.range(0) != 0);
+/// A kernel and the plain radix sort of the rows' first field in turn. The counter "sorts" is the
+/// kernel's processor time over that of the sort.
+template <class Kernel>
+void CompareWithSort(benchmark::State& state, const npar_host::RowStore& rows,
+                     const Kernel& kernel) {
+  std::clock_t spent = 0;
+  double sorting = 0.0;
   for (auto _ : state) {
+    const std::clock_t start = std::clock();
+    kernel();
+    spent += std::clock() - start;
+    state.PauseTiming();
+    sorting += MeasureFloor(rows).sort;
+    state.ResumeTiming();
+  }
+  state.counters["sorts"] = static_cast<double>(spent) / CLOCKS_PER_SEC / sorting;
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(rows.Size()));
+}
+
+GeneratedData DataToSort(const benchmark::State& state) {
+  return Generate({.records = kSortCount, .groups = 2, .isCoarse = state.range(0) != 0});
+}
+
+void OnDataToSort(benchmark::internal::Benchmark* kernel) {
+  kernel->ArgName("coarse")->Arg(0)->Arg(1)->Iterations(5)->Unit(benchmark::kMillisecond);
+}
+
+void RadixSort(benchmark::State& state) {
+  const GeneratedData data = DataToSort(state);
+  const std::vector<double> values = Column(data.rows, 0);
+  CompareWithSort(state, data.rows, [&values] {
     const RecordOrder order =
         AscendingOrder(values.size(), [&values](std::size_t place) { return values[place]; });
     benchmark::DoNotOptimize(order.begin());
-  }
-  CountItems(state);
+  });
 }
-BENCHMARK(RadixSort)->ArgName("coarse")->Arg(0)->Arg(1);
+BENCHMARK(RadixSort)->Apply(OnDataToSort);
 
+/// Records of weight 1, as the tests of two and more groups rank them.
 void Ranking(benchmark::State& state) {
-  const std::vector<double> values = SortedValues(state.range(0) != 0);
-  for (auto _ : state) {
+  const GeneratedData data = DataToSort(state);
+  const std::vector<double> values = Sorted(Column(data.rows, 0));
+  const std::vector<double> groups = Column(data.rows, 1);
+  CompareWithSort(state, data.rows, [&values, &groups] {
+    NPARRank ranks;
+    ranks.AddUnits(values.data(), groups.data(), values.size());
+    ranks.CloseRun();
+    benchmark::DoNotOptimize(ranks.TieSum());
+  });
+}
+BENCHMARK(Ranking)->Apply(OnDataToSort);
+
+/// One at a time: records with weights, and the sizes of differences.
+void RankingOneByOne(benchmark::State& state) {
+  const GeneratedData data = DataToSort(state);
+  const std::vector<double> values = Sorted(Column(data.rows, 0));
+  const std::vector<double> groups = Column(data.rows, 1);
+  CompareWithSort(state, data.rows, [&values, &groups] {
     NPARRank ranks;
     for (std::size_t i = 0; i < values.size(); ++i) {
-      static_cast<void>(ranks.AddValue(values[i], 1.0, static_cast<double>(i * 7 % 2)));
+      static_cast<void>(ranks.AddValue(values[i], 1.0, groups[i]));
     }
     ranks.CloseRun();
     benchmark::DoNotOptimize(ranks.TieSum());
-  }
-  CountItems(state);
+  });
 }
-BENCHMARK(Ranking)->ArgName("coarse")->Arg(0)->Arg(1);
+BENCHMARK(RankingOneByOne)->Apply(OnDataToSort);
 
+/// Five values among themselves, as Friedman's test ranks a record.
+void RankingWithinRecords(benchmark::State& state) {
+  constexpr std::size_t kFields = 5;
+  const GeneratedData data = DataToSort(state);
+  const std::vector<double> values = Column(data.rows, 0);
+  CompareWithSort(state, data.rows, [&values] {
+    RecordRanks ranks(kFields);
+    double ties = 0.0;
+    for (std::size_t first = 0; first < values.size(); first += kFields) {
+      for (std::size_t i = 0; i < kFields; ++i) ranks.Put(i, values[first + i]);
+      ranks.Rank(kFields);
+      ties += ranks.TieTerm();
+    }
+    benchmark::DoNotOptimize(ties);
+  });
+}
+BENCHMARK(RankingWithinRecords)->Apply(OnDataToSort);
+
+/// The values and codes of all records in the order of a field, from the rows and by columns.
 void SortedWalk(benchmark::State& state) {
+  const bool goesByColumns = state.range(0) != 0;
   const GeneratedData data = Generate({.records = kCount, .groups = 2});
   QDVarList variables;
   Source source(data.rows);
@@ -98,14 +167,21 @@ void SortedWalk(benchmark::State& state) {
   for (auto _ : state) {
     static_cast<void>(sorted->Reset());
     double sum = 0.0;
-    for (RecordBlock block; sorted->NextBlock(block);) {
-      for (std::size_t i = 0; i < block.count; ++i) sum += block.rows[i][0];
+    RecordColumns columns;
+    while (goesByColumns && sorted->NextColumns(columns)) {
+      const double* values = columns.Of(0);
+      const std::int32_t* codes = columns.CodesOf(1);
+      for (std::size_t i = 0; i < columns.Size(); ++i) sum += values[i] * codes[i];
+    }
+    RecordBlock block;
+    while (!goesByColumns && sorted->NextBlock(block)) {
+      for (std::size_t i = 0; i < block.count; ++i) sum += block.rows[i][0] * block.rows[i][1];
     }
     benchmark::DoNotOptimize(sum);
   }
   CountItems(state);
 }
-BENCHMARK(SortedWalk);
+BENCHMARK(SortedWalk)->ArgName("columns")->Arg(0)->Arg(1);
 
 void MissingScan(benchmark::State& state) {
   const GeneratedData data = Generate({.records = kCount, .fields = 2, .hasMissing = true});
@@ -121,7 +197,7 @@ void MissingScan(benchmark::State& state) {
 BENCHMARK(MissingScan);
 
 void Histogram(benchmark::State& state) {
-  const std::vector<double> values = Values(false);
+  const std::vector<double> values = Values();
   for (auto _ : state) {
     QDContUnivariateVariable histogram;
     histogram.SetRange(-3.5, 3.5, QDContUnivariateVariable::kBinCount);
@@ -133,7 +209,7 @@ void Histogram(benchmark::State& state) {
 BENCHMARK(Histogram);
 
 void Hinges(benchmark::State& state) {
-  const std::vector<double> values = SortedValues(false);
+  const std::vector<double> values = Sorted(Values());
   for (auto _ : state) {
     QDContUnivariateVariable summary;
     for (const double value : values) summary.TrackHinges(value, 1.0, static_cast<double>(kCount));
@@ -146,18 +222,31 @@ BENCHMARK(Hinges);
 
 void WalshMedian(benchmark::State& state) {
   WeightedValues values;
-  for (const double value : Values(false)) values.Add(value, 1);
+  for (const double value : Values()) values.Add(value, 1);
   values.Sort();
   for (auto _ : state) benchmark::DoNotOptimize(WalshAverages(values).Median());
   CountItems(state);
 }
 BENCHMARK(WalshMedian)->Unit(benchmark::kMillisecond);
 
+void GroupDifferencesMedian(benchmark::State& state) {
+  const GeneratedData data = Generate({.records = kCount, .groups = 2});
+  WeightedValues samples[2];
+  for (std::size_t i = 0; i < kCount; ++i) {
+    const double* row = data.rows.Row(i);
+    samples[row[1] == 0.0 ? 0 : 1].Add(row[0], 1);
+  }
+  for (WeightedValues& sample : samples) sample.Sort();
+  for (auto _ : state) benchmark::DoNotOptimize(GroupDifferences(samples[0], samples[1]).Median());
+  CountItems(state);
+}
+BENCHMARK(GroupDifferencesMedian)->Unit(benchmark::kMillisecond);
+
 /// A file of two columns of numbers, for the life of the program.
 class CsvFile {
  public:
   CsvFile() {
-    const std::vector<double> values = Values(false);
+    const std::vector<double> values = Values();
     std::ofstream file(path);
     file.precision(17);
     file << "a,b\n";
