@@ -13,20 +13,29 @@ void GroupSamples::AppendRequired(std::vector<std::int64_t>& positions) const {
 }
 
 void GroupSamples::Units::AddTo(NPARRank& ranks) const {
-  if (weighOne) {
-    ranks.AddUnits(values.data(), codes.data(), count);
+  if (weights == nullptr) {
+    ranks.AddUnits(values, codes, count);
     return;
   }
   for (std::size_t i = 0; i < count; ++i) {
-    static_cast<void>(ranks.AddValue(values[i], static_cast<double>(weights[i]), codes[i]));
+    static_cast<void>(ranks.AddValue(values[i], weights[i], codes[i]));
   }
 }
 
 const GroupSamples::Units& GroupSamples::Take(RecordColumns& columns) {
-  Select(columns);
+  const std::int32_t* codes = columns.TruncatedOf(groupVariable);
+  std::size_t known = 0;
+  for (std::size_t i = 0; i < columns.Size(); ++i) {
+    known += codes[i] >= 0 && codes[i] < CategoryCount() ? 1 : 0;
+  }
+  if (known == columns.Size()) {
+    Select(columns);
+  } else {
+    KeepCategories(columns);
+  }
   if (passesDone == 0) {
     for (std::size_t i = 0; i < units.count; ++i) {
-      counts[static_cast<std::size_t>(units.codes[i])] += units.weights[i];
+      counts[static_cast<std::size_t>(units.codes[i])] += units.Weight(i);
     }
   } else if (passesDone == 1) {
     TrackHinges();
@@ -37,39 +46,32 @@ const GroupSamples::Units& GroupSamples::Take(RecordColumns& columns) {
 }
 
 void GroupSamples::Select(RecordColumns& columns) {
-  const std::size_t size = columns.Size();
-  units.weighOne = recordWeight.Index() < 0;
-  if (units.values.size() < size) {
-    units.values.resize(size);
-    units.codes.resize(size);
-    units.weights.resize(size);
-    if (!units.weighOne) units.plainWeights.resize(size);
-    if (HasCaseIds()) units.caseIds.resize(size);
+  units.count = columns.Size();
+  if (units.count == 0) return;
+  units.values = columns.Of(testVariable);
+  units.codes = columns.TruncatedOf(groupVariable);
+  if (HasCaseIds()) units.caseIds = columns.Of(caseIdVariable);
+  if (recordWeight.Index() < 0) return;
+  units.weights = columns.TruncatedOf(recordWeight.Index());
+  units.plainWeights = columns.Of(recordWeight.Index());
+}
+
+void GroupSamples::KeepCategories(RecordColumns& columns) {
+  const std::int32_t* codes = columns.TruncatedOf(groupVariable);
+  keptRows.clear();
+  for (std::size_t i = 0; i < columns.Size(); ++i) {
+    if (codes[i] >= 0 && codes[i] < CategoryCount()) keptRows.push_back(columns.Rows().rows[i]);
   }
-  const double* values = columns.Of(testVariable);
-  const std::int32_t* codes = columns.CodesOf(groupVariable);
-  const double* caseIds = HasCaseIds() ? columns.Of(caseIdVariable) : nullptr;
-  const double* plainWeights = units.weighOne ? nullptr : columns.Of(recordWeight.Index());
-  recordWeight.UseTruncated(columns, [&](auto weightAt) {
-    std::size_t count = 0;
-    for (std::size_t i = 0; i < size; ++i) {
-      const std::int32_t code = codes[i];
-      units.values[count] = values[i];
-      units.codes[count] = code;
-      units.weights[count] = weightAt(i);
-      if (plainWeights != nullptr) units.plainWeights[count] = plainWeights[i];
-      if (caseIds != nullptr) units.caseIds[count] = caseIds[i];
-      count += code >= 0 && code < CategoryCount();
-    }
-    units.count = count;
-  });
+  keptColumns.LookAt({keptRows.data(), keptRows.size()});
+  Select(keptColumns);
 }
 
 void GroupSamples::TrackHinges() {
   for (std::size_t i = 0; i < units.count; ++i) {
     const std::size_t place = PlaceOf(units.codes[i]);
     if (place == kNoPlace) continue;
-    boxPlots[place].TrackValue(units.values[i], units.weighOne ? 1.0 : units.plainWeights[i],
+    boxPlots[place].TrackValue(units.values[i],
+                               units.plainWeights == nullptr ? 1.0 : units.plainWeights[i],
                                CountAt(place));
   }
 }
@@ -78,8 +80,8 @@ void GroupSamples::Classify() {
   for (std::size_t i = 0; i < units.count; ++i) {
     const std::size_t place = PlaceOf(units.codes[i]);
     if (place == kNoPlace) continue;
-    boxPlots[place].ClassifyValue(units.values[i],
-                                  HasCaseIds() ? units.caseIds[i] : QDMV::gMissingValue);
+    boxPlots[place].ClassifyValue(
+        units.values[i], units.caseIds == nullptr ? QDMV::gMissingValue : units.caseIds[i]);
   }
 }
 

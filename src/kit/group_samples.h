@@ -19,12 +19,15 @@ class GroupSamples {
   /// Records of some group side by side, in the order in which they came.
   struct Units {
     std::size_t count = 0;
-    bool weighOne = false;  ///< every record does
-    std::vector<double> values;
-    std::vector<std::int32_t> codes;
-    std::vector<std::int64_t> weights;  ///< truncated
-    std::vector<double> plainWeights;   ///< where they do not all weigh 1
-    std::vector<double> caseIds;        ///< where there are any
+    const double* values = nullptr;
+    const std::int32_t* codes = nullptr;
+    const std::int32_t* weights = nullptr;  ///< truncated; null where every record weighs 1
+    const double* plainWeights = nullptr;   ///< likewise
+    const double* caseIds = nullptr;        ///< null where there are none
+
+    [[nodiscard]] std::int64_t Weight(std::size_t i) const noexcept {
+      return weights == nullptr ? 1 : weights[i];
+    }
 
     /// Ranks them by code.
     void AddTo(NPARRank& ranks) const;
@@ -73,6 +76,8 @@ class GroupSamples {
 
  private:
   void Select(RecordColumns& columns);
+  /// Leaves records of no category out of the units.
+  void KeepCategories(RecordColumns& columns);
   void TrackHinges();
   void Classify();
   void EndCounting();
@@ -82,6 +87,8 @@ class GroupSamples {
   std::int32_t caseIdVariable = -1;
   RecordWeight recordWeight;
   Units units;
+  std::vector<const double*> keptRows;
+  RecordColumns keptColumns;
   std::int32_t passesDone = 0;
   std::vector<std::int64_t> counts;  // by code
   std::vector<std::size_t> places;   // by code

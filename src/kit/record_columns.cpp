@@ -17,7 +17,7 @@ void RecordColumns::Gather(std::size_t variable) {
   for (std::size_t i = 0; i < block.count; ++i) values[i] = rows[i][variable];
 }
 
-void RecordColumns::TruncateColumn(std::size_t variable, const double* values) {
-  std::int32_t* codes = Renew(codeColumns, variable);
-  for (std::size_t i = 0; i < block.count; ++i) codes[i] = TruncateToInt32(values[i]);
+void RecordColumns::Truncate(std::size_t variable, const double* values) {
+  std::int32_t* wholes = Renew(truncated, variable);
+  for (std::size_t i = 0; i < block.count; ++i) wholes[i] = TruncateToInt32(values[i]);
 }

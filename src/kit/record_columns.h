@@ -66,14 +66,14 @@ class RecordColumns {
     if (place >= columns.size() || columns[place].serial != serial) Gather(place);
     return columns[place].values.data();
   }
-  /// The same without their fractions, as category codes. Throws std::bad_alloc.
-  [[nodiscard]] const std::int32_t* CodesOf(std::int32_t variable) {
+  /// The same without their fractions, as category codes and counts take them.
+  [[nodiscard]] const std::int32_t* TruncatedOf(std::int32_t variable) {
     const double* values = Of(variable);
     const auto place = static_cast<std::size_t>(variable);
-    if (place >= codeColumns.size() || codeColumns[place].serial != serial) {
-      TruncateColumn(place, values);
+    if (place >= truncated.size() || truncated[place].serial != serial) {
+      Truncate(place, values);
     }
-    return codeColumns[place].values.data();
+    return truncated[place].values.data();
   }
 
  private:
@@ -85,12 +85,12 @@ class RecordColumns {
   template <typename Value>
   Value* Renew(std::vector<Column<Value>>& list, std::size_t variable);
   void Gather(std::size_t variable);
-  void TruncateColumn(std::size_t variable, const double* values);
+  void Truncate(std::size_t variable, const double* values);
 
   const double* onlyRow = nullptr;
   RecordBlock block;
   ColumnSource* source = nullptr;
   std::uint64_t serial = 1;
   std::vector<Column<double>> columns;  // by variable
-  std::vector<Column<std::int32_t>> codeColumns;
+  std::vector<Column<std::int32_t>> truncated;
 };

@@ -30,8 +30,8 @@ class RecordWeight {
     if (index < 0) {
       use([](std::size_t) { return std::int64_t{1}; });
     } else {
-      const double* weights = columns.Of(index);
-      use([weights](std::size_t i) { return std::int64_t{TruncateToInt32(weights[i])}; });
+      const std::int32_t* weights = columns.TruncatedOf(index);
+      use([weights](std::size_t i) { return std::int64_t{weights[i]}; });
     }
   }
   [[nodiscard]] std::int32_t Index() const noexcept { return index; }

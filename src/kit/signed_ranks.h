@@ -25,8 +25,8 @@ class SignedRanks {
   [[nodiscard]] double TieSum() const noexcept { return tieSum; }
 
  private:
-  /// Sizes with the sign in the bit that a size does not need, the lowest after all are moved up by
-  /// one: so they are sorted where they stand.
+  /// The bits of each size, moved up by one, with the sign as the lowest: so they are sorted where
+  /// they stand.
   std::vector<PlainKey> differences;
   std::vector<double> weights;  // empty as long as every weight is 1
   bool areAllFinite = true;     // infinite sizes never tie

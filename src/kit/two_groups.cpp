@@ -83,7 +83,7 @@ void TwoGroups::Select(RecordColumns& columns, const RecordWeight& weight,
     units.weights.resize(size);
   }
   const double* values = columns.Of(testVariable);
-  const std::int32_t* codes = columns.CodesOf(groupVariable);
+  const std::int32_t* codes = columns.TruncatedOf(groupVariable);
   units.weighOne = weight.Index() < 0;
   weight.UseTruncated(columns, [&](auto weightAt) {
     std::size_t count = 0;

@@ -90,13 +90,13 @@ QDStatus NPARJonckTer::ProcessColumns(RecordColumns& columns) {
   const GroupSamples::Units& units = samples.Take(columns);
   if (samples.PassesDone() == 0) {
     for (std::size_t i = 0; i < units.count; ++i) {
-      overallCounts.Add(units.values[i], units.weights[i], PositionOf(units.codes[i]));
+      overallCounts.Add(units.values[i], units.Weight(i), PositionOf(units.codes[i]));
     }
     if (comparison.IsPending()) units.AddTo(overallRanks);
   } else if (comparison.IsPending()) {
     for (std::size_t i = 0; i < units.count; ++i) {
       if (samples.PlaceOf(units.codes[i]) == GroupSamples::kNoPlace) continue;
-      Compare(units.values[i], units.weights[i], PositionOf(units.codes[i]));
+      Compare(units.values[i], units.Weight(i), PositionOf(units.codes[i]));
     }
   }
   return status;

@@ -77,7 +77,7 @@ QDStatus NPARKruskalWOneWay::ProcessColumns(RecordColumns& columns) {
     for (std::size_t i = 0; i < units.count; ++i) {
       const std::size_t place = samples.PlaceOf(units.codes[i]);
       if (place == GroupSamples::kNoPlace) continue;
-      ranges.Add(units.values[i], units.weights[i], positionOfPlace[place]);
+      ranges.Add(units.values[i], units.Weight(i), positionOfPlace[place]);
     }
   }
   return status;

@@ -130,9 +130,9 @@ QDStatus NPARKSMedian::ProcessColumns(RecordColumns& columns) {
     const std::size_t place = samples.PlaceOf(units.codes[i]);
     if (place == GroupSamples::kNoPlace) continue;
     if (countsCells) {
-      CountCell(units.values[i], units.weights[i], place);
+      CountCell(units.values[i], units.Weight(i), place);
     } else {
-      sortedGroups[place].Add(units.values[i], units.weights[i]);
+      sortedGroups[place].Add(units.values[i], units.Weight(i));
     }
   }
   return status;
