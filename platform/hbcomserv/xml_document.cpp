@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <charconv>
+#include <new>
 #include <pugixml.hpp>
 
 #include "foundation/host_helpers.h"
@@ -104,6 +105,17 @@ Problem FindUnsupported(std::string_view text) {
   return {};
 }
 
+/// The library's answer to a lack of memory is false, or no node.
+void CheckMemory(bool isThere) {
+  if (!isThere) throw std::bad_alloc();
+}
+
+pugi::xml_node AddElementTo(pugi::xml_node parent, const char* name) {
+  pugi::xml_node element = parent.append_child(pugi::node_element);
+  CheckMemory(element.set_name(name));
+  return element;
+}
+
 class DepthCheck final : public pugi::xml_tree_walker {
  public:
   bool for_each(pugi::xml_node& node) override {
@@ -148,15 +160,16 @@ void XMLDocument::Tree::Read() {
 }
 
 XMLElement XMLElement::addElement(const char* name) {
-  return XMLElement(Node(node).append_child(name).internal_object());
+  return XMLElement(AddElementTo(Node(node), name).internal_object());
 }
 
 void XMLElement::addAttribute(const char* name, const std::string& value) {
-  Node(node).append_attribute(name).set_value(value.c_str());
+  pugi::xml_attribute attribute = Node(node).append_attribute(name);
+  CheckMemory(attribute.set_name(name) && attribute.set_value(value.c_str()));
 }
 
 void XMLElement::addAttribute(const char* name, std::int32_t value) {
-  Node(node).append_attribute(name).set_value(value);
+  addAttribute(name, std::to_string(value));
 }
 
 std::string_view XMLElement::name() const { return Node(node).name(); }
@@ -254,7 +267,7 @@ XMLElement XMLDocument::root() const {
 
 XMLElement XMLDocument::addElement(const char* name) {
   if (XMLElement top = root()) return top.addElement(name);
-  return XMLElement(tree->document.append_child(name).internal_object());
+  return XMLElement(AddElementTo(tree->document, name).internal_object());
 }
 
 void XMLDocument::doc2string(std::string& text) const {

@@ -12,8 +12,16 @@ namespace {
 
 thread_local long allocationsLeft = -1;  // negative: none shall fail
 
+bool IsToFail() { return allocationsLeft >= 0 && allocationsLeft-- == 0; }
+
+}  // namespace
+
+#ifdef __SANITIZE_ADDRESS__
+// The sanitizer needs malloc for itself: only what is made with new fails.
+namespace {
+
 void* Allocate(std::size_t size) {
-  if (allocationsLeft >= 0 && allocationsLeft-- == 0) throw std::bad_alloc();
+  if (IsToFail()) throw std::bad_alloc();
   if (void* place = std::malloc(size == 0 ? 1 : size)) return place;
   throw std::bad_alloc();
 }
@@ -26,6 +34,16 @@ void operator delete(void* place) noexcept { std::free(place); }
 void operator delete[](void* place) noexcept { std::free(place); }
 void operator delete(void* place, std::size_t) noexcept { std::free(place); }
 void operator delete[](void* place, std::size_t) noexcept { std::free(place); }
+#else
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+void* malloc(std::size_t size) { return IsToFail() ? nullptr : __libc_malloc(size); }
+void* aligned_alloc(std::size_t alignment, std::size_t size) {
+  return IsToFail() ? nullptr : __libc_memalign(alignment, size);
+}
+}
+#endif
 
 namespace {
 

@@ -1,5 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <new>
+#include <pugixml.hpp>
+
 #include "foundation/host_helpers.h"
 #include "support/recording_host.h"
 
@@ -122,6 +125,21 @@ TEST(XMLDocument, HostThatGivesNoTextLeavesItEmptyAndGetsItsDocumentBack) {
   host.xmlTable.size = offsetof(HBXMLTable, release);  // a host that keeps its documents
   EXPECT_TRUE(XMLDocument(host.Document("<a/>")).isWellFormed());
   EXPECT_EQ(host.OpenDocuments(), 1);
+}
+
+TEST(XMLDocument, WhatDoesNotFitIntoMemoryIsNotLeftOutInSilence) {
+  XMLDocument document;
+  XMLElement root = document.addElement("a");
+  const pugi::allocation_function allocate = pugi::get_memory_allocation_function();
+  const pugi::deallocation_function release = pugi::get_memory_deallocation_function();
+  pugi::set_memory_management_functions([](std::size_t) -> void* { return nullptr; }, release);
+  const auto fill = [&root](auto add) {
+    for (int i = 0; i < 100000; ++i) add(root);
+  };
+  EXPECT_THROW(fill([](auto& element) { element.addElement("b"); }), std::bad_alloc);
+  EXPECT_THROW(fill([](auto& element) { element.addAttribute("c", 1); }), std::bad_alloc);
+  EXPECT_THROW(root.addAttribute("d", std::string(100000, 'd')), std::bad_alloc);
+  pugi::set_memory_management_functions(allocate, release);
 }
 
 }  // namespace
