@@ -100,7 +100,7 @@ TEST(Limits, SumsOfWeightsPass31Bits) {
   AllTestsHost host;
   for (std::vector<double>& record : host.records) record[8] = 2147483647.0;
   const std::string total = std::to_string(host.records.size() * 2147483647);
-  EXPECT_THAT(ValidResult(host), HasSubstr("name=\"TotalN\" value=\"" + total + "\""));
+  EXPECT_THAT(ValidResult(host), testing::HasSubstr("name=\"TotalN\" value=\"" + total + "\""));
 }
 
 TEST(Limits, FewRecordsGetAValidDocument) {
