@@ -170,7 +170,7 @@ void SortedWalk(benchmark::State& state) {
     RecordColumns columns;
     while (goesByColumns && sorted->NextColumns(columns)) {
       const double* values = columns.Of(0);
-      const std::int32_t* codes = columns.CodesOf(1);
+      const std::int32_t* codes = columns.TruncatedOf(1);
       for (std::size_t i = 0; i < columns.Size(); ++i) sum += values[i] * codes[i];
     }
     RecordBlock block;
