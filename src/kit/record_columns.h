@@ -45,14 +45,19 @@ class RecordColumns {
   void LookAt(const RecordBlock& rows) noexcept {
     block = rows;
     source = nullptr;
-    ++serial;
+    StartAnew();
   }
   /// Goes on to the `count` records that a source has in hand.
   void LookAt(ColumnSource& recordSource, std::size_t count) noexcept {
     block = {nullptr, count};
     source = &recordSource;
-    ++serial;
+    StartAnew();
   }
+  /// The number of the records in hand among those of the walk, from 1; what is left of them after
+  /// some were filtered out bears the same. 0: there is no walk that counts. By it, what several
+  /// tests keep together knows records that it has taken already.
+  [[nodiscard]] std::uint64_t Number() const noexcept { return number; }
+  void SetNumber(std::uint64_t numberInWalk) noexcept { number = numberInWalk; }
   [[nodiscard]] std::size_t Size() const noexcept { return block.count; }
   /// Throws std::bad_alloc, as what reads them does.
   [[nodiscard]] const RecordBlock& Rows() {
@@ -84,12 +89,17 @@ class RecordColumns {
   };
   template <typename Value>
   Value* Renew(std::vector<Column<Value>>& list, std::size_t variable);
+  void StartAnew() noexcept {
+    number = 0;
+    ++serial;
+  }
   void Gather(std::size_t variable);
   void Truncate(std::size_t variable, const double* values);
 
   const double* onlyRow = nullptr;
   RecordBlock block;
   ColumnSource* source = nullptr;
+  std::uint64_t number = 0;
   std::uint64_t serial = 1;
   std::vector<Column<double>> columns;  // by variable
   std::vector<Column<std::int32_t>> truncated;

@@ -119,6 +119,7 @@ QDStatus PassFeed::WalkRecords(RecordIterator& records, CancelPair& cancelPair) 
 }
 
 QDStatus PassFeed::Deliver(RecordColumns& columns) {
+  columns.SetNumber(++deliveries);
   const bool isAnyMissing = IsAnyMissing(columns, marks);
   bool hasAnyFailed = false;
   for (Member& member : members) {
@@ -141,6 +142,7 @@ void PassFeed::KeepComplete(RecordColumns& columns, const std::vector<MissingMar
     if (!IsAnyMissing(block.rows[i], needed)) completeRows.push_back(block.rows[i]);
   }
   completeColumns.LookAt({completeRows.data(), completeRows.size()});
+  completeColumns.SetNumber(columns.Number());
 }
 
 QDStatus PassFeed::DeliverTo(const Member& member, RecordColumns& columns) const {

@@ -56,6 +56,7 @@ class PassFeed {
   std::vector<Member> members;
   int width = 0;                   // of the records
   std::vector<MissingMark> marks;  // of all members
+  std::uint64_t deliveries = 0;
   std::vector<const double*> completeRows;
   RecordColumns completeColumns;
 };

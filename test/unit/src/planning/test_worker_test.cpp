@@ -8,6 +8,7 @@
 #include <new>
 #include <numeric>
 
+#include "kit/column_test.h"
 #include "planning/progress.h"
 #include "support/variables.h"
 
@@ -211,6 +212,43 @@ TEST(TestWorker, TestsOfOnePassAreHeldOffEachByItsOwnVariables) {
   EXPECT_EQ(bench.Calls("high Record").size(), 130U);
   EXPECT_EQ(bench.Calls("edge Record").size(), 129U);
   EXPECT_EQ(bench.Calls("all Record").size(), 1U);
+}
+
+/// Notes the number under which records come, and the first of them.
+class NumberTest final : public NPARColumnTest {
+ public:
+  NumberTest(std::int64_t required, Log& log)
+      : NPARColumnTest(nullptr), required(required), log(log) {}
+
+  void SetSharedData(UnivariateResults*) override {}
+  QDStatus BeginPass() override { return QDStatus(); }
+  QDStatus ProcessColumns(RecordColumns& columns) override {
+    log.push_back(std::to_string(columns.Number()) + ": " +
+                  std::to_string(static_cast<int>(columns.Of(0)[0])));
+    return QDStatus();
+  }
+  bool NeedsAnotherPass() override { return false; }
+  QDStatus EndPass() override { return QDStatus(); }
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override {
+    positions = {required};
+  }
+  XMLElement* WriteResults() override { return nullptr; }
+
+ private:
+  std::int64_t required;
+  Log& log;
+};
+
+TEST(TestWorker, WhatIsLeftOfRecordsBearsTheirNumber) {
+  Rows rows = Count(260);  // more than are handed out at a time
+  for (std::vector<double>& row : rows) row.push_back(1.0);
+  rows[0][1] = rows[256][1] = kMissing;
+  Bench bench(rows, VariableListBuilder().Continuous("x").Continuous("y").Build());
+  for (const std::int64_t required : {0, 1, 0}) {
+    bench.worker.AddTest(std::make_unique<NumberTest>(required, bench.log));
+  }
+  EXPECT_EQ(bench.Run(), QDStatus());
+  EXPECT_THAT(bench.log, ElementsAre("1: 0", "1: 1", "1: 0", "2: 256", "2: 257", "2: 256"));
 }
 
 TEST(TestWorker, AnErrorTakesItsTestOutOfThePassAndNoOther) {
