@@ -18,6 +18,12 @@ inline constexpr double kCloseTolerance = 100.0 * QDPower::gMachineEpsilon;
   return isClose ? 0 : (a > b) - (a < b);
 }
 
+/// Does CompareClose find every number up to `a` below `b`, whatever the rounding?
+[[nodiscard]] inline bool IsClearlyBelow(double a, double b) noexcept {
+  return a != 0.0 && b != 0.0 &&
+         b - a > 2.0 * kCloseTolerance * std::max(std::fabs(a), std::fabs(b));
+}
+
 /// Box plot of a variable in one group (J. W. Tukey, Exploratory Data Analysis, 1977): the hinges
 /// from a walk over ascending values, then, from another one, the values beyond the fences at 1.5
 /// hinge spreads and the last values inside them.
@@ -39,6 +45,11 @@ class GroupBoxPlot {
   void TrackValue(double x, double weight, double totalWeight) {
     summary.TrackHinges(x, weight, totalWeight);
   }
+  /// The same for `count` units of weight 1 at once, of values from `lowest` up, the last of them
+  /// `last`. False, and nothing done, where they may reach a hinge.
+  bool TrackUnits(double count, double lowest, double last, double totalWeight) noexcept {
+    return summary.TrackUnits(count, lowest, last, totalWeight);
+  }
   /// Ends it.
   void FinishHinges();
   /// Second walk.
@@ -48,6 +59,17 @@ class GroupBoxPlot {
     } else {
       ClassifyByFences(x, caseId);
     }
+  }
+
+  /// The same for ascending values at once: none is below `lowest`, `last` is the last and none of
+  /// the others above `before`. False, and nothing done, unless all are clearly inside the fences.
+  bool ClassifyInside(double lowest, double before, double last) noexcept {
+    if (!(lowest > innerLow && lowest >= smallestNonOutlier && last < innerHigh)) return false;
+    if (last == largestNonOutlier) return true;
+    // Clear of the value before it, the last one is clear of any that stands so far.
+    if (!(largestNonOutlier <= before && IsClearlyBelow(before, last))) return false;
+    largestNonOutlier = last;
+    return true;
   }
 
   [[nodiscard]] std::int32_t GroupCode() const noexcept { return groupCode; }

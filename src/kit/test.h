@@ -8,6 +8,7 @@
 #include "foundation/names.h"
 #include "kit/message.h"
 
+class SharedTallies;
 class UnivariateResults;
 
 /// One hypothesis test (or interval estimate) on one field or set of fields.
@@ -30,6 +31,9 @@ class NPARTest {
 
   /// The run's summaries; not taken over, good until the run's results are written.
   virtual void SetSharedData(UnivariateResults* sharedData) = 0;
+  /// What the tests of the worker count together; not taken over. A test that gets none counts
+  /// alone.
+  void SetSharedTallies(SharedTallies* tallies) noexcept { sharedTallies = tallies; }
   /// Starts a pass; in the first one the test reads its settings and sets passesLeft.
   virtual QDStatus BeginPass() = 0;
   virtual QDStatus ProcessRecord(const Record& record) = 0;
@@ -60,6 +64,7 @@ class NPARTest {
   QDStatus status;
   std::vector<NPARMessage> messages;
   std::int32_t passesLeft = 0;
+  SharedTallies* sharedTallies = nullptr;
 
  private:
   std::string_view entryName;

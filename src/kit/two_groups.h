@@ -2,12 +2,9 @@
 
 #include <array>
 #include <cstdint>
-#include <limits>
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/rank.h"
-#include "kit/record_weight.h"
 #include "kit/test.h"
 #include "kit/univariate.h"
 
@@ -18,8 +15,6 @@ struct TwoGroupCodes {
   std::int32_t overlap;           ///< a category in both lists
   std::int32_t unpopulated;       ///< an empty list, or one without any data
 };
-
-struct TwoGroupUnits;
 
 /// The two groups of records that a test compares: lists of category codes of the group variable,
 /// given by the user or one category each.
@@ -35,13 +30,8 @@ class TwoGroups {
   /// that one of its categories has some.
   void Check(NPARTest& test, const UnivariateResults* summaries, const TwoGroupCodes& codes) const;
 
-  /// Neither for a code of no group, also one outside the categories.
-  [[nodiscard]] Group Of(std::int32_t code) const noexcept {
-    const bool isKnown = code >= 0 && static_cast<std::size_t>(code) < groupOfCode.size();
-    return isKnown ? groupOfCode[static_cast<std::size_t>(code)] : Neither;
-  }
-  /// The records of either group, with their truncated weights.
-  void Select(RecordColumns& columns, const RecordWeight& weight, TwoGroupUnits& units) const;
+  /// By code, as far as there are codes of a group; a code beyond belongs to neither.
+  [[nodiscard]] const std::vector<Group>& GroupOfCode() const noexcept { return groupOfCode; }
   [[nodiscard]] std::int32_t TestVariable() const noexcept { return testVariable; }
   [[nodiscard]] std::int32_t GroupVariable() const noexcept { return groupVariable; }
   [[nodiscard]] bool AreUserSpecified() const noexcept { return areUserSpecified; }
@@ -57,39 +47,4 @@ class TwoGroups {
   bool areUserSpecified = false;
   std::array<std::vector<double>, 2> lists;
   std::vector<Group> groupOfCode;
-};
-
-/// Records of either group side by side, in the order in which they came.
-struct TwoGroupUnits {
-  std::size_t count = 0;
-  bool weighOne = false;  ///< every record does
-  std::vector<double> values;
-  std::vector<TwoGroups::Group> groups;
-  std::vector<std::int64_t> weights;
-
-  /// Ranks them by group.
-  void AddTo(NPARRank& ranks) const;
-};
-
-/// A histogram of the test variable for each of two groups; a first pass finds their ranges.
-class TwoGroupHistograms {
- public:
-  /// First pass.
-  void TakeRanges(const TwoGroupUnits& units) noexcept;
-  /// Between the passes: makes the bins.
-  void Start();
-  /// Second pass.
-  void Add(const TwoGroupUnits& units);
-  /// After it: appends the zeros.
-  void Finish();
-  [[nodiscard]] const std::vector<HistogramBin>& Bins(TwoGroups::Group group) const {
-    return histograms[group].GetBins();
-  }
-
- private:
-  std::array<double, 2> minValues{std::numeric_limits<double>::max(),
-                                  std::numeric_limits<double>::max()};
-  std::array<double, 2> maxValues{std::numeric_limits<double>::lowest(),
-                                  std::numeric_limits<double>::lowest()};
-  std::array<QDContUnivariateVariable, 2> histograms;
 };

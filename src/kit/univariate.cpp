@@ -225,6 +225,13 @@ void QDContUnivariateVariable::AddToBin(std::int64_t place, double x, std::int64
   bin.binMean += (x - bin.binMean) * static_cast<double>(weight) / static_cast<double>(bin.count);
 }
 
+HistogramBin* QDContUnivariateVariable::FindBinOfAll(double low, double high) {
+  const auto bin = static_cast<std::size_t>(FindBin(low));
+  const bool holdsAll = bin > 0 && bin + 1 < binUpperEdges.size() && binUpperEdges[bin - 1] < low &&
+                        !(binUpperEdges[bin] < high);
+  return holdsAll ? &bins[bin] : nullptr;
+}
+
 void QDContUnivariateVariable::AddZeroBin() {
   if (zeroCount > 0) bins.push_back(HistogramBin{zeroCount, 0.0});
 }
@@ -256,6 +263,21 @@ void QDContUnivariateVariable::SettleHinges(double x, double weight) {
   }
   cumulativeWeight += weight;
   previousValue = x;
+}
+
+bool QDContUnivariateVariable::TrackUnits(double count, double lowest, double last,
+                                          double totalWeight) noexcept {
+  const double reached = cumulativeWeight + count;
+  if (totalWeight != hingeTotal || !(reached <= nextHinge)) return false;
+  // The walk knows the least value already, and the greatest may be the last; of zeros the first
+  // stays, with its sign.
+  const bool isRegular = minimum != QDMV::gMissingValue && minimum <= lowest &&
+                         maximum != QDMV::gMissingValue && maximum <= last && last != 0.0;
+  if (!isRegular) return false;
+  cumulativeWeight = reached;
+  previousValue = last;
+  maximum = last;
+  return true;
 }
 
 void QDContUnivariateVariable::FinishHinges() {

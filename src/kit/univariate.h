@@ -44,6 +44,12 @@ class StatisticSet {
 struct HistogramBin {
   std::int64_t count = 0;
   double binMean = 0.0;
+
+  /// Takes a value of weight 1.
+  void AddUnit(double x) noexcept {
+    ++count;
+    binMean += (x - binMean) / static_cast<double>(count);
+  }
 };
 
 /// Summary of one variable.
@@ -118,6 +124,9 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
       AddAscending(x, weight);
     }
   }
+  /// The bin that every value from `low` to `high` falls into, for adding them to it; null where
+  /// there may be several.
+  [[nodiscard]] HistogramBin* FindBinOfAll(double low, double high);
   /// Appends the zeros as a last entry, where there are any.
   void AddZeroBin();
 
@@ -135,6 +144,9 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
       SettleHinges(x, weight);
     }
   }
+  /// The same for `count` units of weight 1 at once, of values from `lowest` up, the last of them
+  /// `last`. False, and nothing done, where they may reach a hinge.
+  bool TrackUnits(double count, double lowest, double last, double totalWeight) noexcept;
   /// Gives hinges that the walk did not reach the last value that it saw.
   void FinishHinges();
 

@@ -33,6 +33,7 @@ QDStatus NPARTestWorker::RunPasses(CancelPair& cancelPair) {
   std::vector<NPARTest*> active;
   for (const auto& test : tests) {
     test->SetSharedData(sharedData.get());
+    test->SetSharedTallies(&sharedTallies);
     active.push_back(test.get());
   }
   while (!active.empty() && !cancelPair.Check()) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/shared_tallies.h"
 #include "kit/test.h"
 #include "kit/univariate.h"
 #include "planning/cancel_pair.h"
@@ -59,6 +60,7 @@ class NPARTestWorker final {
   void TellPass(const PassFeed& feed) const;
   void ReportPassProgress();
 
+  SharedTallies sharedTallies;
   std::vector<std::unique_ptr<NPARTest>> tests;
   MultiPassRecordIter* records = nullptr;
   std::vector<std::unique_ptr<XMLElement>> results;

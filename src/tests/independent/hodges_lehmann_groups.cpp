@@ -19,8 +19,9 @@ QDStatus NPARHodgesLehmannTwoIndep::BeginPass() {
 void NPARHodgesLehmannTwoIndep::Take(const TwoGroupUnits& records) {
   records.AddTo(ranks);
   for (std::size_t i = 0; i < records.count; ++i) {
-    if (records.weights[i] >= 1)
-      values[records.groups[i]].Add(records.values[i], records.weights[i]);
+    if (records.Weight(i) >= 1) {
+      values[records.groups[i]].Add(records.values[i], records.Weight(i));
+    }
   }
 }
 

@@ -68,7 +68,7 @@ void NPARJonckTer::ReadSettings() {
   if (isOn("pairWise")) comparison.Want(ComparisonKind::Pairwise);
   if (isOn("stepWise")) comparison.Want(ComparisonKind::Stepwise);
 
-  samples.SetCategoryCount(static_cast<std::int32_t>(order.size()));
+  samples.Start(static_cast<std::int32_t>(order.size()), sharedTallies);
   positionOfCode.resize(order.size());
   for (std::size_t position = 0; position < order.size(); ++position) {
     positionOfCode[static_cast<std::size_t>(order[position])] = position;

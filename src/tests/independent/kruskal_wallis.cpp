@@ -61,7 +61,7 @@ QDStatus NPARKruskalWOneWay::BeginPass() {
     static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
     static_cast<void>(settings->GetSettingValByName("numberOfCategories", categoryCount));
     static_cast<void>(settings->GetSettingValByName("typeOfMultipleComparison", word));
-    samples.SetCategoryCount(categoryCount);
+    samples.Start(categoryCount, sharedTallies);
     comparison.Want(ComparisonFromWord(word));
   }
   if (status.IsOK() && samples.PassesDone() == 2 && comparison.WantsStepwise()) OrderGroups();

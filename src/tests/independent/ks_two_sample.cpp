@@ -5,6 +5,7 @@
 #include <string>
 
 #include "kit/kolmogorov_smirnov.h"
+#include "kit/record_weight.h"
 #include "planning/two_group_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"
@@ -49,7 +50,6 @@ bool AreReadable(const QDSettings& settings, bool withLists) {
 }  // namespace
 
 void NPARKSmirnowTwoSample::ReadSettings() {
-  weight = RecordWeight(*settings);
   groups.Read(*settings);
   static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
   if (!AreReadable(*settings, groups.AreUserSpecified())) {
@@ -61,39 +61,23 @@ QDStatus NPARKSmirnowTwoSample::BeginPass() {
   if (passNumber == 0) ReadSettings();
   if (status.IsError()) return status;
   passesLeft = 2 - passNumber;
-  if (passNumber == 1) histograms.Start();
+  if (passNumber == 0) {
+    tally = SharedTallies::Find<TwoGroupTally>(sharedTallies,
+                                               {groups, RecordWeight(*settings).Index()});
+  }
   return status;
 }
 
 QDStatus NPARKSmirnowTwoSample::ProcessColumns(RecordColumns& columns) {
-  groups.Select(columns, weight, units);
-  if (units.count == 0) return status;
-  if (passNumber == 0) {
-    TakeSizes();
-    histograms.TakeRanges(units);
-  } else {
-    histograms.Add(units);
-    TakeDifferences();
-  }
+  const TwoGroupUnits& units = tally->Take(columns);
+  if (units.count > 0 && passNumber == 1) TakeDifferences(units);
   return status;
 }
 
-void NPARKSmirnowTwoSample::TakeSizes() {
-  for (std::size_t i = 0; i < units.count; ++i) {
-    Sample& sample = samples[units.groups[i]];
-    sample.count += units.weights[i];
-    if (sample.first == QDMV::gMissingValue) sample.first = units.values[i];
-    sample.last = units.values[i];
-    hasNegativeWeight |= units.weights[i] < 0;
-  }
-}
-
-void NPARKSmirnowTwoSample::TakeDifferences() {
-  std::array<std::int64_t, 2> added{0, 0};
-  for (std::size_t i = 0; i < units.count; ++i) added[units.groups[i]] += units.weights[i];
-  if (IsInside(added)) {
-    samples[0].cumulative += added[0];
-    samples[1].cumulative += added[1];
+void NPARKSmirnowTwoSample::TakeDifferences(const TwoGroupUnits& units) {
+  if (IsInside(units.sums)) {
+    samples[0].cumulative += units.sums[0];
+    samples[1].cumulative += units.sums[1];
     previousValue = units.values[units.count - 1];
     previousGroup = units.groups[units.count - 1];
     return;
@@ -104,12 +88,12 @@ void NPARKSmirnowTwoSample::TakeDifferences() {
       previousValue = units.values[i];
       previousGroup = units.groups[i];
     }
-    samples[units.groups[i]].cumulative += units.weights[i];
+    samples[units.groups[i]].cumulative += units.Weight(i);
   }
 }
 
 bool NPARKSmirnowTwoSample::IsInside(const std::array<std::int64_t, 2>& added) const {
-  if (hasNegativeWeight || samples[0].count < 1 || samples[1].count < 1) return false;
+  if (tally->HasNegativeWeight() || samples[0].count < 1 || samples[1].count < 1) return false;
   // Both functions ascend, so their ends bound every difference between.
   const std::size_t larger = samples[0].count >= samples[1].count ? 0 : 1;
   const auto share = [this](std::size_t group, std::int64_t more) {
@@ -143,11 +127,14 @@ void NPARKSmirnowTwoSample::UpdateDifferences() {
 bool NPARKSmirnowTwoSample::NeedsAnotherPass() { return !status.IsError() && passNumber++ == 0; }
 
 QDStatus NPARKSmirnowTwoSample::EndPass() {
-  if (status.IsError() || passNumber == 0) return status;
-  Compute();
   if (status.IsError()) return status;
-  histograms.Finish();
-  passesLeft = 0;
+  tally->EndPass(passNumber);
+  if (passNumber == 0) {
+    samples = {Sample{tally->Samples()[0]}, Sample{tally->Samples()[1]}};
+    return status;
+  }
+  Compute();
+  if (status.IsOK()) passesLeft = 0;
   return status;
 }
 
@@ -184,7 +171,8 @@ XMLElement* NPARKSmirnowTwoSample::WriteResults() {
   AddAttributeRow(*differences, "Negative", negativeDifference);
   AddAttributeRow(*statistics, "TestStatistic", z);
   AddAttributeRow(*statistics, "AsymptoticSig2Tailed", asymptoticSig);
-  AddTwoGroupTables(*algorithm, groups, histograms, {samples[0].count, {}}, {samples[1].count, {}});
+  AddTwoGroupTables(*algorithm, groups, tally->Histograms(), {samples[0].count, {}},
+                    {samples[1].count, {}});
   return algorithm.release();
 }
 

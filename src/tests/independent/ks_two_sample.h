@@ -3,10 +3,11 @@
 #include <array>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <vector>
 
 #include "kit/column_test.h"
-#include "kit/record_weight.h"
+#include "kit/two_group_tally.h"
 #include "kit/two_groups.h"
 #include "planning/planner.h"
 
@@ -39,30 +40,23 @@ class NPARKSmirnowTwoSample final : public NPARColumnTest {
 
  private:
   /// What is known of one group.
-  struct Sample {
-    std::int64_t count = 0;  // sum of weights
-    double first = QDMV::gMissingValue;
-    double last = QDMV::gMissingValue;
+  struct Sample : TwoGroupTally::Sample {
     std::int64_t cumulative = 0;  // weight up to and including previousValue
 
     [[nodiscard]] double DistributionAt(double x) const;
   };
   void ReadSettings();
-  void TakeSizes();
-  void TakeDifferences();
+  void TakeDifferences(const TwoGroupUnits& units);
   /// Is every difference between these sums of weights inside the extremes so far?
   [[nodiscard]] bool IsInside(const std::array<std::int64_t, 2>& added) const;
   void UpdateDifferences();
   void Compute();
 
   double sigLevel = 0.05;
-  RecordWeight weight;
   TwoGroups groups;
-  TwoGroupUnits units;
-  TwoGroupHistograms histograms;
+  std::shared_ptr<TwoGroupTally> tally;
   std::int32_t passNumber = 0;
   std::array<Sample, 2> samples;
-  bool hasNegativeWeight = false;
   double previousValue = QDMV::gMissingValue;
   TwoGroups::Group previousGroup = TwoGroups::Neither;
   double positiveDifference = std::numeric_limits<double>::lowest();

@@ -42,7 +42,7 @@ XMLElement* NPARMannWU::WriteResults() {
   WriteMessages(*algorithm, messages);
   if (status.IsError()) return algorithm.release();
 
-  AddTwoGroupTables(*algorithm, groups, histograms, {counts[0], meanRanks[0]},
+  AddTwoGroupTables(*algorithm, groups, tally->Histograms(), {counts[0], meanRanks[0]},
                     {counts[1], meanRanks[1]});
   XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
   AddAttributeRow(*statistics, "TotalN", TotalCount());

@@ -108,7 +108,7 @@ void NPARKSMedian::ReadSettings() {
   static_cast<void>(settings->GetSettingValByName("typeOfMultipleComparison", word));
   static_cast<void>(settings->GetSettingValByName("userSpecifyMedian", isGiven));
   if (isGiven && settings->GetSettingValByName("median", value)) givenMedian = value;
-  samples.SetCategoryCount(categoryCount);
+  samples.Start(categoryCount, sharedTallies);
   comparison.Want(ComparisonFromWord(word));
   passesLeft = kPasses;
 }
@@ -126,6 +126,7 @@ QDStatus NPARKSMedian::ProcessColumns(RecordColumns& columns) {
   const bool countsCells = samples.PassesDone() == 1;
   const bool keepsSamples = samples.PassesDone() == 2 && comparison.IsPending();
   if (!countsCells && !keepsSamples) return status;
+  if (countsCells && CountCells(units)) return status;
   for (std::size_t i = 0; i < units.count; ++i) {
     const std::size_t place = samples.PlaceOf(units.codes[i]);
     if (place == GroupSamples::kNoPlace) continue;
@@ -136,6 +137,24 @@ QDStatus NPARKSMedian::ProcessColumns(RecordColumns& columns) {
     }
   }
   return status;
+}
+
+bool NPARKSMedian::CountCells(const GroupSamples::Units& units) {
+  if (units.count == 0 || (median && units.values[0] > *median)) return true;
+  if (units.weights != nullptr || units.shares == nullptr) return false;
+  const double last = units.values[units.count - 1];
+  if (median) {
+    if (!(last <= *median)) return false;
+  } else {
+    const std::int64_t after = cumulative + static_cast<std::int64_t>(units.count);
+    if (after > samples.TotalWeight() / 2) return false;
+    cumulative = after;
+    lowerMiddle = last;
+  }
+  for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
+    lowerCounts[place] += units.shares[static_cast<std::size_t>(samples.Codes()[place])].count;
+  }
+  return true;
 }
 
 void NPARKSMedian::CountCell(double x, std::int64_t weight, std::size_t place) {

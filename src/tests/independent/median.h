@@ -49,6 +49,8 @@ class NPARKSMedian final : public NPARColumnTest {
  private:
   void ReadSettings();
   void CheckGroups();
+  /// Counts records that are all on one side of the median; false, and nothing done, for others.
+  bool CountCells(const GroupSamples::Units& units);
   /// Counts a record in its cell and finds the median on the way.
   void CountCell(double x, std::int64_t weight, std::size_t place);
   void EndOverall();

@@ -81,7 +81,7 @@ XMLElement* NPARMoses::WriteResults() {
   WriteMessages(*algorithm, messages);
   if (status.IsError()) return algorithm.release();
 
-  AddTwoGroupTables(*algorithm, groups, histograms, {counts[0], meanRanks[0]},
+  AddTwoGroupTables(*algorithm, groups, tally->Histograms(), {counts[0], meanRanks[0]},
                     {counts[1], meanRanks[1]});
   XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
   AddAttributeRow(*statistics, "TotalN", TotalCount());

@@ -1,5 +1,7 @@
 #include "tests/independent/two_group_test.h"
 
+#include "kit/record_weight.h"
+
 namespace {
 
 constexpr std::int32_t kNoData = 220003;  // the weights of both groups sum to 0
@@ -20,27 +22,20 @@ QDStatus NPARTwoGroupTest::BeginPass() {
   if (status.IsError()) return status;
   if (passIndex == 0) {
     groups.Read(*settings);
-    weight = RecordWeight(*settings);
     static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
   }
   passesLeft = passCount - passIndex;
   if (passIndex == 0) {
     groups.Check(*this, sharedData, codes);
-  } else {
-    histograms.Start();
+    tally = SharedTallies::Find<TwoGroupTally>(sharedTallies,
+                                               {groups, RecordWeight(*settings).Index()});
   }
   return status;
 }
 
 QDStatus NPARTwoGroupTest::ProcessColumns(RecordColumns& columns) {
-  groups.Select(columns, weight, units);
-  if (passIndex > 0) {
-    histograms.Add(units);
-    return status;
-  }
-  for (std::size_t i = 0; i < units.count; ++i) counts[units.groups[i]] += units.weights[i];
-  histograms.TakeRanges(units);
-  Take(units);
+  const TwoGroupUnits& units = tally->Take(columns);
+  if (passIndex == 0) Take(units);
   return status;
 }
 
@@ -50,7 +45,9 @@ bool NPARTwoGroupTest::NeedsAnotherPass() {
 
 QDStatus NPARTwoGroupTest::EndPass() {
   if (status.IsError()) return status;
+  tally->EndPass(passIndex);
   if (passIndex == 0) {
+    counts = {tally->Samples()[TwoGroups::First].count, tally->Samples()[TwoGroups::Second].count};
     if (TotalCount() == 0) {
       ReportStatus(QDStatus(kNoData), MessageKind::Error);
     } else if (counts[0] < 1 || counts[1] < 1) {
@@ -59,8 +56,6 @@ QDStatus NPARTwoGroupTest::EndPass() {
       Compute();
     }
     if (status.IsError()) return status;
-  } else {
-    histograms.Finish();
   }
   ++passIndex;
   passesLeft = passCount - passIndex;

@@ -2,10 +2,11 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "kit/column_test.h"
-#include "kit/record_weight.h"
+#include "kit/two_group_tally.h"
 #include "kit/two_groups.h"
 #include "kit/univariate.h"
 
@@ -39,13 +40,11 @@ class NPARTwoGroupTest : public NPARColumnTest {
   double sigLevel = 0.05;
   UnivariateResults* sharedData = nullptr;
   TwoGroups groups;
-  TwoGroupHistograms histograms;
+  std::shared_ptr<TwoGroupTally> tally;
   std::array<std::int64_t, 2> counts{0, 0};  // sums of weights
 
  private:
   TwoGroupCodes codes;
-  RecordWeight weight;
-  TwoGroupUnits units;
   std::int32_t passCount;
   std::int32_t passIndex = 0;
 };

@@ -16,7 +16,7 @@ NPARWaldWolfRuns::NPARWaldWolfRuns(QDSettings* settings)
 
 void NPARWaldWolfRuns::Take(const TwoGroupUnits& records) {
   for (std::size_t i = 0; i < records.count; ++i) {
-    runs.Add(records.values[i], records.groups[i], records.weights[i]);
+    runs.Add(records.values[i], records.groups[i], records.Weight(i));
   }
 }
 
@@ -59,7 +59,7 @@ XMLElement* NPARWaldWolfRuns::WriteResults() {
   WriteMessages(*algorithm, messages);
   if (status.IsError()) return algorithm.release();
 
-  AddTwoGroupTables(*algorithm, groups, histograms, {counts[0], {}}, {counts[1], {}});
+  AddTwoGroupTables(*algorithm, groups, tally->Histograms(), {counts[0], {}}, {counts[1], {}});
   XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
   AddAttributeRow(*statistics, "TotalN", TotalCount());
   AddAttributeRow(*statistics, "InterGroupTies", runs.InterGroupTies());

@@ -148,12 +148,31 @@ bool NPARKSmirnowOneSample::ValidateValue(double x, std::int64_t w) {
   return false;
 }
 
+bool NPARKSmirnowOneSample::AreValid(const double* values, std::size_t count) const noexcept {
+  if (count == 0) return true;
+  const double first = values[0];
+  const double last = values[count - 1];
+  if (!(first <= last)) return false;  // one is not a number
+  switch (distribution.family) {
+    case Family::Uniform:
+      return !IsGivenUniform() || (first >= minimum && last <= maximum);
+    case Family::Normal:
+      return true;
+    case Family::Exponential:
+      return first >= 0.0;
+    case Family::Poisson:
+      break;
+  }
+  return false;
+}
+
 QDStatus NPARKSmirnowOneSample::ProcessColumns(RecordColumns& columns) {
   if (pass == 0) {
     Estimate(columns);
     return status;
   }
   const double* values = columns.Of(variableIndex);
+  if (weight.Index() < 0 && TakeInside(values, columns.Size())) return status;
   weight.UseTruncated(columns, [&](auto weightAt) {
     for (std::size_t i = 0; i < columns.Size(); ++i) {
       if (ValidateValue(values[i], weightAt(i))) TakeValue(values[i], weightAt(i));
@@ -164,6 +183,13 @@ QDStatus NPARKSmirnowOneSample::ProcessColumns(RecordColumns& columns) {
 
 void NPARKSmirnowOneSample::Estimate(RecordColumns& columns) {
   const double* values = columns.Of(variableIndex);
+  if (AreValid(values, columns.Size())) {
+    weight.UseTruncated(columns, [&](auto weightAt) {
+      for (std::size_t i = 0; i < columns.Size(); ++i) totalN += weightAt(i);
+    });
+    estimator->ProcessColumns(columns);
+    return;
+  }
   validPlaces.clear();
   weight.UseTruncated(columns, [&](auto weightAt) {
     for (std::size_t i = 0; i < columns.Size() && !status.IsError(); ++i) {
@@ -180,6 +206,30 @@ void NPARKSmirnowOneSample::Estimate(RecordColumns& columns) {
   for (const std::size_t i : validPlaces) validRows.push_back(columns.Rows().rows[i]);
   validColumns.LookAt({validRows.data(), validRows.size()});
   estimator->ProcessColumns(validColumns);
+}
+
+bool NPARKSmirnowOneSample::TakeInside(const double* values, std::size_t count) {
+  if (count == 0 || IsMissing(previousValue) || !AreValid(values, count)) return false;
+  const double last = values[count - 1];
+  if (!(previousValue <= values[0] && previousValue < last)) return false;
+  TakeSteps();
+  // The step of the value before, which waits for its last tie, is bounded with them.
+  const double cdfBefore =
+      boundedValue == previousValue ? boundedCdf : distribution.RoughCdf(previousValue);
+  boundedValue = last;
+  boundedCdf = distribution.RoughCdf(last);
+  const std::int64_t weightUpTo = cumulative + static_cast<std::int64_t>(count);
+  if (!CannotBeExtreme(previousEmpirical - boundedCdf, EmpiricalAt(last, weightUpTo) - cdfBefore)) {
+    return false;
+  }
+  std::size_t place = count - 1;  // of the first value of the last tie
+  while (place > 0 && values[place - 1] == last) --place;
+  previousEmpirical = EmpiricalAt(place > 0 ? values[place - 1] : previousValue,
+                                  cumulative + static_cast<std::int64_t>(place));
+  previousValue = values[place];
+  tieWeight = static_cast<std::int64_t>(count - place);
+  cumulative = weightUpTo;
+  return true;
 }
 
 void NPARKSmirnowOneSample::TakeValue(double x, std::int64_t w) {
@@ -233,10 +283,7 @@ void NPARKSmirnowOneSample::TakeSteps(std::size_t begin, std::size_t end) {
     // Both functions ascend, so their ends bound every difference between.
     const double highest = empiricalUpTo(end) - distribution.RoughCdf(steps[begin].x);
     const double lowest = empiricalUpTo(begin) - distribution.RoughCdf(steps[end - 1].x);
-    if (highest <= std::max(positiveDiff, 0.0) - kRoundingMargin &&
-        lowest >= std::min(negativeDiff, 0.0) + kRoundingMargin) {
-      return;
-    }
+    if (CannotBeExtreme(lowest, highest)) return;
     const std::size_t middle = begin + (end - begin) / 2;
     TakeSteps(begin, middle);
     TakeSteps(middle, end);
@@ -247,6 +294,11 @@ void NPARKSmirnowOneSample::TakeSteps(std::size_t begin, std::size_t end) {
     TakeDifference(empiricalUpTo(i) - theoretical);
     TakeDifference(empiricalUpTo(i + 1) - theoretical);
   }
+}
+
+bool NPARKSmirnowOneSample::CannotBeExtreme(double lowest, double highest) const noexcept {
+  return highest <= std::max(positiveDiff, 0.0) - kRoundingMargin &&
+         lowest >= std::min(negativeDiff, 0.0) + kRoundingMargin;
 }
 
 void NPARKSmirnowOneSample::TakeDifference(double difference) {

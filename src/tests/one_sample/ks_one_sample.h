@@ -50,11 +50,15 @@ class NPARKSmirnowOneSample final : public NPARColumnTest {
   void ReadSettings();
   void AskForEstimates();
   void CheckParameters();
+  /// Does each of these ascending values take part, as their ends tell?
+  [[nodiscard]] bool AreValid(const double* values, std::size_t count) const noexcept;
   /// False for a value that takes no part.
   bool ValidateValue(double x, std::int64_t weight);
   /// First pass: counts the valid values and gives them to the estimator.
   void Estimate(RecordColumns& columns);
-  /// Second pass.
+  /// Second pass: takes values of weight 1 none of which can be an extreme; false, and none taken,
+  /// for others.
+  bool TakeInside(const double* values, std::size_t count);
   void TakeValue(double x, std::int64_t weight);
   [[nodiscard]] double EmpiricalAt(double x, std::int64_t weightUpTo) const;
   /// Takes the differences at the last distinct value.
@@ -62,6 +66,8 @@ class NPARKSmirnowOneSample final : public NPARColumnTest {
   /// Takes the differences of the steps that wait, but for those that cannot be an extreme.
   void TakeSteps();
   void TakeSteps(std::size_t begin, std::size_t end);
+  /// Are all differences between these inside the extremes so far?
+  [[nodiscard]] bool CannotBeExtreme(double lowest, double highest) const noexcept;
   void TakeDifference(double difference);
   [[nodiscard]] bool IsGivenUniform() const noexcept;
 
@@ -91,6 +97,8 @@ class NPARKSmirnowOneSample final : public NPARColumnTest {
   std::int64_t tieWeight = 0;   // weight of previousValue alone
   double previousValue = QDMV::gMissingValue;
   double previousEmpirical = 0.0;  // before the steps that wait
+  double boundedValue = QDMV::gMissingValue;
+  double boundedCdf = 0.0;  // rough, at boundedValue
   /// A distinct value and the weight up to and including it.
   struct Step {
     double x;

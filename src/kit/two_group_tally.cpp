@@ -1,0 +1,178 @@
+#include "kit/two_group_tally.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::array kBothGroups{TwoGroups::First, TwoGroups::Second};
+
+}  // namespace
+
+void TwoGroupUnits::AddTo(NPARRank& ranks) const {
+  if (weights == nullptr) {
+    ranks.AddUnits(values, groups, count);
+    return;
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    static_cast<void>(ranks.AddValue(values[i], weights[i], groups[i]));
+  }
+}
+
+void TwoGroupHistograms::Start() {
+  for (const TwoGroups::Group group : kBothGroups) {
+    histograms[group].SetRange(minValues[group], maxValues[group],
+                               QDContUnivariateVariable::kBinCount);
+  }
+}
+
+void TwoGroupHistograms::Add(const TwoGroupUnits& units) {
+  if (AddToTwoBins(units)) return;
+  for (std::size_t i = 0; i < units.count; ++i) {
+    histograms[units.groups[i]].AddAscendingOrZero(units.values[i], units.Weight(i));
+  }
+}
+
+bool TwoGroupHistograms::AddToTwoBins(const TwoGroupUnits& units) {
+  if (units.weights != nullptr || !units.AscendWithoutZero()) return false;
+  const double lowest = units.values[0];
+  const double highest = units.values[units.count - 1];
+  HistogramBin* first = histograms[TwoGroups::First].FindBinOfAll(lowest, highest);
+  HistogramBin* second = histograms[TwoGroups::Second].FindBinOfAll(lowest, highest);
+  if (first == nullptr || second == nullptr) return false;
+
+  for (std::vector<double>& values : valuesOfGroup) {
+    if (values.size() < units.count) values.resize(units.count);
+  }
+  double* const x = valuesOfGroup[TwoGroups::First].data();
+  double* const y = valuesOfGroup[TwoGroups::Second].data();
+  std::size_t xCount = 0;
+  std::size_t yCount = 0;
+  for (std::size_t i = 0; i < units.count; ++i) {  // groups come at random: no branch
+    x[xCount] = y[yCount] = units.values[i];
+    xCount += units.groups[i] == TwoGroups::First ? 1 : 0;
+    yCount += units.groups[i] == TwoGroups::Second ? 1 : 0;
+  }
+  // Each mean waits for the division before; side by side, the two groups wait together.
+  HistogramBin a = *first;
+  HistogramBin b = *second;
+  const std::size_t shared = std::min(xCount, yCount);
+  for (std::size_t i = 0; i < shared; ++i) {
+    a.AddUnit(x[i]);
+    b.AddUnit(y[i]);
+  }
+  for (std::size_t i = shared; i < xCount; ++i) a.AddUnit(x[i]);
+  for (std::size_t i = shared; i < yCount; ++i) b.AddUnit(y[i]);
+  *first = a;
+  *second = b;
+  return true;
+}
+
+void TwoGroupHistograms::Finish() {
+  for (QDContUnivariateVariable& histogram : histograms) histogram.AddZeroBin();
+}
+
+const TwoGroupUnits& TwoGroupTally::Take(RecordColumns& columns) {
+  if (!progress.Reaches(columns)) {
+    // Another test's records may have come through the same columns since.
+    if (areAllOfGroups) Select(columns);
+    return units;
+  }
+  FindGroups(columns);
+  areAllOfGroups = std::count(groups.begin(), groups.end(), TwoGroups::Neither) == 0;
+  if (areAllOfGroups) {
+    Select(columns);
+  } else {
+    KeepGroups(columns);
+  }
+  SumWeights();
+  if (progress.PassesDone() == 0) {
+    TakeSizes();
+  } else if (progress.PassesDone() == 1) {
+    histograms.Add(units);
+  }
+  return units;
+}
+
+void TwoGroupTally::FindGroups(RecordColumns& columns) {
+  const std::int32_t* codes = columns.TruncatedOf(key.groupVariable);
+  groups.resize(columns.Size());
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    const auto code = static_cast<std::uint32_t>(codes[i]);  // a negative one is beyond all
+    groups[i] = code < key.groupOfCode.size() ? key.groupOfCode[code] : TwoGroups::Neither;
+  }
+}
+
+void TwoGroupTally::Select(RecordColumns& columns) {
+  units.count = columns.Size();
+  if (units.count == 0) return;
+  units.values = columns.Of(key.testVariable);
+  units.groups = groups.data();
+  if (key.weightVariable >= 0) units.weights = columns.TruncatedOf(key.weightVariable);
+}
+
+void TwoGroupTally::KeepGroups(RecordColumns& columns) {
+  Select(columns);
+  if (keptValues.size() < units.count) {
+    keptValues.resize(units.count);
+    keptWeights.resize(units.count);
+  }
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < units.count; ++i) {
+    keptValues[kept] = units.values[i];
+    if (units.weights != nullptr) keptWeights[kept] = units.weights[i];
+    const TwoGroups::Group group = groups[i];
+    groups[kept] = group;
+    kept += group != TwoGroups::Neither ? 1 : 0;  // groups come at random: no branch
+  }
+  units.count = kept;
+  units.values = keptValues.data();
+  if (units.weights != nullptr) units.weights = keptWeights.data();
+}
+
+void TwoGroupTally::SumWeights() {
+  units.sums = {0, 0};
+  if (units.weights == nullptr) {
+    units.sums[TwoGroups::First] =
+        std::count(units.groups, units.groups + units.count, TwoGroups::First);
+    units.sums[TwoGroups::Second] =
+        static_cast<std::int64_t>(units.count) - units.sums[TwoGroups::First];
+    return;
+  }
+  for (std::size_t i = 0; i < units.count; ++i) units.sums[units.groups[i]] += units.weights[i];
+}
+
+void TwoGroupTally::TakeSizes() {
+  const auto take = [this](std::size_t i) {
+    Sample& sample = samples[units.groups[i]];
+    if (sample.first == QDMV::gMissingValue) sample.first = units.values[i];
+    sample.last = units.values[i];
+    histograms.TakeRange(units.groups[i], units.values[i]);
+  };
+  const auto* begin = units.groups;
+  const auto* end = begin + units.count;
+  if (units.AscendWithoutZero()) {
+    for (const TwoGroups::Group group : kBothGroups) {
+      const auto* first = std::find(begin, end, group);
+      if (first == end) continue;
+      const auto* last = end;
+      while (*--last != group) {
+      }
+      take(static_cast<std::size_t>(first - begin));
+      take(static_cast<std::size_t>(last - begin));
+    }
+  } else {
+    for (std::size_t i = 0; i < units.count; ++i) take(i);
+  }
+  for (const TwoGroups::Group group : kBothGroups) samples[group].count += units.sums[group];
+  if (units.weights != nullptr) {
+    hasNegativeWeight =
+        hasNegativeWeight || std::any_of(units.weights, units.weights + units.count,
+                                         [](std::int32_t weight) { return weight < 0; });
+  }
+}
+
+void TwoGroupTally::EndPass(std::int32_t pass) {
+  if (!progress.Ends(pass)) return;
+  if (pass == 0) histograms.Start();
+  if (pass == 1) histograms.Finish();
+}
