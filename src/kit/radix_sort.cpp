@@ -105,10 +105,10 @@ void SortInPlace(Entry* entries, Entry* spare, std::size_t count, std::uint64_t 
 
 }  // namespace
 
-void RadixBuckets::StartCounting(std::size_t entryCount) {
+void RadixBuckets::StartCounting(std::size_t entryCount, std::uint64_t differing) {
   count = entryCount;
   const int cellBits = count <= kFewEntries ? 0 : kCellBits;
-  shift = std::clamp(static_cast<int>(std::bit_width(varying)) - cellBits, 0, 63);
+  shift = std::clamp(static_cast<int>(std::bit_width(differing)) - cellBits, 0, 63);
   cells.assign(std::size_t{1} << cellBits, 0);
 }
 
@@ -156,10 +156,10 @@ template void SortBuckets(NumberedKey* entries, const std::vector<std::uint32_t>
 void SortKeys(PlainKey* keys, std::size_t count) {
   constexpr std::size_t kAhead = 16;  // two lines on in the bucket
   if (count == 0) return;
+  std::uint64_t differing = 0;
+  for (std::size_t i = 0; i < count; ++i) differing |= keys[i].key ^ keys[0].key;
   RadixBuckets buckets;
-  buckets.SetFirstKey(keys[0].key);
-  for (std::size_t i = 0; i < count; ++i) buckets.Survey(keys[i].key);
-  buckets.StartCounting(count);
+  buckets.StartCounting(count, differing);
   for (std::size_t i = 0; i < count; ++i) buckets.Count(keys[i].key);
   buckets.StartPlacing();
   std::vector<std::uint32_t> ends(buckets.Ends().begin() + 1, buckets.Ends().end());

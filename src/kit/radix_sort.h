@@ -48,16 +48,14 @@ struct NumberedKey {
 /// each a small part of the entries wherever these bits tell them apart.
 class RadixBuckets {
  public:
+  /// `differing`: bits in which keys may differ, the highest one that they do among them. Throws
+  /// std::bad_alloc.
+  void StartCounting(std::size_t count, std::uint64_t differing);
   /// First look at a key.
-  void Survey(std::uint64_t key) noexcept { varying |= key ^ firstKey; }
-  void SetFirstKey(std::uint64_t key) noexcept { firstKey = key; }
-  /// Throws std::bad_alloc.
-  void StartCounting(std::size_t count);
-  /// Second look.
   void Count(std::uint64_t key) noexcept { ++cells[CellOf(key)]; }
   /// Throws std::bad_alloc.
   void StartPlacing();
-  /// Third look: where the entry goes.
+  /// Second look: where the entry goes.
   [[nodiscard]] std::size_t PlaceOf(std::uint64_t key) noexcept {
     return ends[cells[CellOf(key)]]++;
   }
@@ -69,8 +67,6 @@ class RadixBuckets {
     return key >> shift & (cells.size() - 1);
   }
 
-  std::uint64_t firstKey = 0;
-  std::uint64_t varying = 0;  // bits in which some key differs from the first
   int shift = 0;
   std::size_t count = 0;
   std::vector<std::uint32_t> cells;  // the count by upper bits, then the bucket
@@ -83,26 +79,55 @@ void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends);
 extern template void SortBuckets(PlainKey* entries, const std::vector<std::uint32_t>& ends);
 extern template void SortBuckets(NumberedKey* entries, const std::vector<std::uint32_t>& ends);
 
-/// `count` entries, at most 2^32 - 1, ascending by their keys, equal ones in the order of their
-/// places. `entryAt(place)` is asked three times for each place, in ascending order, so that
-/// nothing but the result is stored where the keys are told apart well; at worst a second array of
-/// its size is. Throws std::bad_alloc.
+/// Entries, at most 2^32 - 1, ascending by their keys, equal ones in the order in which they come.
+/// `entries` has Count() of them, DifferingBits() as RadixBuckets takes them, ForEachKey(take) and
+/// ForEachEntry(take), which are gone through once, so that nothing but the result is stored where
+/// the keys are told apart well; at worst a second array of its size is. Throws std::bad_alloc.
+template <typename Entry, typename Entries>
+[[nodiscard]] LargeArray<Entry> SortEntries(const Entries& entries) {
+  LargeArray<Entry> sorted = MakeLargeArray<Entry>(entries.Count());
+  if (entries.Count() == 0) return sorted;
+  RadixBuckets buckets;
+  buckets.StartCounting(entries.Count(), entries.DifferingBits());
+  entries.ForEachKey([&buckets](std::uint64_t key) { buckets.Count(key); });
+  buckets.StartPlacing();
+  Entry* places = sorted.get();
+  entries.ForEachEntry(
+      [&buckets, places](const Entry& entry) { places[buckets.PlaceOf(entry.Key())] = entry; });
+  SortBuckets(places, buckets.Ends());
+  return sorted;
+}
+
+/// Entries for SortEntries that a function of their place gives.
+template <typename EntryAt>
+class EntriesByPlace {
+ public:
+  EntriesByPlace(std::size_t count, EntryAt& entryAt) noexcept : count(count), entryAt(entryAt) {}
+  [[nodiscard]] std::size_t Count() const noexcept { return count; }
+  [[nodiscard]] std::uint64_t DifferingBits() const {
+    const std::uint64_t first = entryAt(0).Key();
+    std::uint64_t bits = 0;
+    ForEachKey([&bits, first](std::uint64_t key) { bits |= key ^ first; });
+    return bits;
+  }
+  template <typename Take>
+  void ForEachKey(Take take) const {
+    for (std::size_t place = 0; place < count; ++place) take(entryAt(place).Key());
+  }
+  template <typename Take>
+  void ForEachEntry(Take take) const {
+    for (std::size_t place = 0; place < count; ++place) take(entryAt(place));
+  }
+
+ private:
+  std::size_t count;
+  EntryAt& entryAt;
+};
+
+/// `count` entries, where `entryAt(place)` is asked three times for each place, in ascending order.
 template <typename Entry, typename EntryAt>
 [[nodiscard]] LargeArray<Entry> SortedEntries(std::size_t count, EntryAt entryAt) {
-  LargeArray<Entry> entries = MakeLargeArray<Entry>(count);
-  if (count == 0) return entries;
-  RadixBuckets buckets;
-  buckets.SetFirstKey(entryAt(0).Key());
-  for (std::size_t place = 0; place < count; ++place) buckets.Survey(entryAt(place).Key());
-  buckets.StartCounting(count);
-  for (std::size_t place = 0; place < count; ++place) buckets.Count(entryAt(place).Key());
-  buckets.StartPlacing();
-  for (std::size_t place = 0; place < count; ++place) {
-    const Entry entry = entryAt(place);
-    entries[buckets.PlaceOf(entry.Key())] = entry;
-  }
-  SortBuckets(entries.get(), buckets.Ends());
-  return entries;
+  return SortEntries<Entry>(EntriesByPlace<EntryAt>(count, entryAt));
 }
 
 /// Sorts at most 2^32 - 1 keys where they stand, in little more than their own memory. Throws

@@ -1,23 +1,36 @@
 #include "kit/record_columns.h"
 
 template <typename Value>
-Value* RecordColumns::Renew(std::vector<Column<Value>>& list, std::size_t variable) {
+RecordColumns::Column<Value>& RecordColumns::Renew(std::vector<Column<Value>>& list,
+                                                   std::size_t variable) const {
   if (variable >= list.size()) list.resize(variable + 1);
-  Column<Value>& column = list[variable];
-  if (column.values.size() < block.count) column.values.resize(block.count);
-  column.serial = serial;
-  return column.values.data();
+  list[variable].serial = serial;
+  return list[variable];
 }
 
-void RecordColumns::Gather(std::size_t variable) {
-  double* values = Renew(columns, variable);
-  if (source != nullptr && source->GatherColumn(static_cast<std::int32_t>(variable), values))
+template <typename Value>
+Value* RecordColumns::MakeRoom(Column<Value>& column) const {
+  if (column.own.size() < block.count) column.own.resize(block.count);
+  column.values = column.own.data();
+  return column.own.data();
+}
+
+void RecordColumns::Find(std::size_t variable) {
+  Column<double>& column = Renew(columns, variable);
+  const auto index = static_cast<std::int32_t>(variable);
+  if (source != nullptr) {
+    column.values = source->FindColumn(index);
+    if (column.values == nullptr) source->GatherColumn(index, MakeRoom(column));
     return;
-  const double* const* rows = Rows().rows;
-  for (std::size_t i = 0; i < block.count; ++i) values[i] = rows[i][variable];
+  }
+  double* values = MakeRoom(column);
+  for (std::size_t i = 0; i < block.count; ++i) values[i] = block.rows[i][variable];
 }
 
-void RecordColumns::Truncate(std::size_t variable, const double* values) {
-  std::int32_t* wholes = Renew(truncated, variable);
+void RecordColumns::FindTruncated(std::size_t variable) {
+  const auto index = static_cast<std::int32_t>(variable);
+  std::int32_t* wholes = MakeRoom(Renew(truncated, variable));
+  if (source != nullptr && source->GatherTruncated(index, wholes)) return;
+  const double* values = Of(index);
   for (std::size_t i = 0; i < block.count; ++i) wholes[i] = TruncateToInt32(values[i]);
 }

@@ -6,13 +6,20 @@
 
 #include "foundation/names.h"
 
-/// Gathers the columns of some records without going through their rows.
+/// Records that a walk hands out at a time: some of their columns fit the fastest cache.
+inline constexpr std::size_t kRecordsAtOnce = 256;
+
+/// Finds the columns of the records in hand without going through rows.
 class ColumnSource {
  public:
   virtual ~ColumnSource() = default;
-  /// The variable's values of the records in hand; false where they are to be taken from the rows.
-  virtual bool GatherColumn(std::int32_t variable, double* values) = 0;
-  /// The rows of the records in hand.
+  /// The variable's values where they stand side by side, good until the next records; else null,
+  /// and GatherColumn is to be asked.
+  [[nodiscard]] virtual const double* FindColumn(std::int32_t variable) = 0;
+  virtual void GatherColumn(std::int32_t variable, double* values) = 0;
+  /// The same values without their fractions; false where GatherColumn tells them as quickly.
+  virtual bool GatherTruncated(std::int32_t variable, std::int32_t* values) = 0;
+  /// The rows of the records in hand, good until the next ones.
   virtual const double* const* FindRows() = 0;
 };
 
@@ -27,11 +34,13 @@ class IColumnBlocks {
   virtual bool NextColumns(RecordColumns& columns) = 0;
   /// Doubles in a record.
   [[nodiscard]] virtual int GetRecordWidth() const = 0;
+  /// Does any record hold this mark of a missing value at that place?
+  [[nodiscard]] virtual bool HoldsMark(std::int32_t variable, double mark) const = 0;
 };
 
 /// Some records by columns: the values of a variable side by side, as a loop over many records
-/// wants them. A column is gathered when it is first asked for, so that tests of the same pass
-/// share it.
+/// wants them. A column is found when it is first asked for, so that tests of the same pass share
+/// it.
 class RecordColumns {
  public:
   RecordColumns() = default;
@@ -68,33 +77,33 @@ class RecordColumns {
   [[nodiscard]] const double* Of(std::int32_t variable) {
     if (block.count == 1) return Rows().rows[0] + variable;
     const auto place = static_cast<std::size_t>(variable);
-    if (place >= columns.size() || columns[place].serial != serial) Gather(place);
-    return columns[place].values.data();
+    if (place >= columns.size() || columns[place].serial != serial) Find(place);
+    return columns[place].values;
   }
   /// The same without their fractions, as category codes and counts take them.
   [[nodiscard]] const std::int32_t* TruncatedOf(std::int32_t variable) {
-    const double* values = Of(variable);
     const auto place = static_cast<std::size_t>(variable);
-    if (place >= truncated.size() || truncated[place].serial != serial) {
-      Truncate(place, values);
-    }
-    return truncated[place].values.data();
+    if (place >= truncated.size() || truncated[place].serial != serial) FindTruncated(place);
+    return truncated[place].values;
   }
 
  private:
   template <typename Value>
   struct Column {
-    std::vector<Value> values;
-    std::uint64_t serial = 0;  // of the records that it was made from
+    const Value* values = nullptr;
+    std::uint64_t serial = 0;  // of the records that they belong to
+    std::vector<Value> own;    // where they are gathered into
   };
   template <typename Value>
-  Value* Renew(std::vector<Column<Value>>& list, std::size_t variable);
+  Column<Value>& Renew(std::vector<Column<Value>>& list, std::size_t variable) const;
+  template <typename Value>
+  Value* MakeRoom(Column<Value>& column) const;
+  void Find(std::size_t variable);
+  void FindTruncated(std::size_t variable);
   void StartAnew() noexcept {
     number = 0;
     ++serial;
   }
-  void Gather(std::size_t variable);
-  void Truncate(std::size_t variable, const double* values);
 
   const double* onlyRow = nullptr;
   RecordBlock block;

@@ -13,7 +13,7 @@ QDStatus AddGroupTest(TestConstruction& construction, TestConstruction::TestAndG
     construction.Put("caseIdVariableIndex", planner.GetCaseIdIndex());
   }
   if (construction.IsOK()) {
-    planner.RegisterStatistic(variables.group, Statistic::Frequencies);
+    planner.RegisterGroupVariable(variables.group);
     planner.RegisterSortedVariable(variables.variable);
     construction.Put("numberOfCategories", construction.CategoriesOf(variables.group)->Size());
   }

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "kit/allocation.h"
-#include "planning/record_iterators.h"
 
 namespace {
 
@@ -46,7 +45,7 @@ std::vector<NPARTest*> PassFeed::AliveTests() const {
   return tests;
 }
 
-void PassFeed::Prepare(int recordWidth) {
+void PassFeed::Prepare(int recordWidth, const IColumnBlocks* columnSource) {
   width = recordWidth;
   const auto needs = [](const Member& member, int position) {
     return std::find(member.required.begin(), member.required.end(), position) !=
@@ -55,6 +54,7 @@ void PassFeed::Prepare(int recordWidth) {
   for (int position = 0; position < width; ++position) {
     double mark = 0.0;
     if (!FindMark(variables->GetVarAt(position), mark)) continue;
+    if (columnSource != nullptr && !columnSource->HoldsMark(position, mark)) continue;
     bool isNeeded = false;
     for (Member& member : members) {
       if (analysisMissing && !member.required.empty() && !needs(member, position)) continue;
@@ -75,7 +75,7 @@ void PassFeed::CompareNeeds() {
 }
 
 QDStatus PassFeed::WalkColumns(IColumnBlocks& blocks, CancelPair& cancelPair) {
-  Prepare(blocks.GetRecordWidth());
+  Prepare(blocks.GetRecordWidth(), &blocks);
   RecordColumns columns;
   while (!members.empty() && !cancelPair.Check() && blocks.NextColumns(columns)) {
     const QDStatus status = Deliver(columns);
@@ -91,7 +91,7 @@ QDStatus PassFeed::WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair) {
   while (!members.empty() && blocks.NextBlock(block)) {
     while (block.count > 0) {
       if (cancelPair.Check()) return QDStatus();
-      const RecordBlock part{block.rows, std::min(block.count, kRowsAtOnce)};
+      const RecordBlock part{block.rows, std::min(block.count, kRecordsAtOnce)};
       columns.LookAt(part);
       const QDStatus status = Deliver(columns);
       if (!status.IsOK()) return status;
@@ -122,9 +122,10 @@ QDStatus PassFeed::Deliver(RecordColumns& columns) {
   columns.SetNumber(++deliveries);
   const bool isAnyMissing = IsAnyMissing(columns, marks);
   bool hasAnyFailed = false;
+  RecordColumns* complete = &columns;
   for (Member& member : members) {
-    if (isAnyMissing && !member.needsSameAsBefore) KeepComplete(columns, member.marks);
-    const QDStatus answer = DeliverTo(member, isAnyMissing ? completeColumns : columns);
+    if (isAnyMissing && !member.needsSameAsBefore) complete = &KeepComplete(columns, member.marks);
+    const QDStatus answer = DeliverTo(member, *complete);
     if (answer.GetErrorCode() == kMemoryExhausted) return answer;
     if (answer.IsError()) member.hasFailed = hasAnyFailed = true;
   }
@@ -135,14 +136,16 @@ QDStatus PassFeed::Deliver(RecordColumns& columns) {
   return QDStatus();
 }
 
-void PassFeed::KeepComplete(RecordColumns& columns, const std::vector<MissingMark>& needed) {
-  const RecordBlock& block = columns.Rows();
-  completeRows.clear();
-  for (std::size_t i = 0; i < block.count; ++i) {
-    if (!IsAnyMissing(block.rows[i], needed)) completeRows.push_back(block.rows[i]);
+RecordColumns& PassFeed::KeepComplete(RecordColumns& columns,
+                                      const std::vector<MissingMark>& needed) {
+  isIncomplete.assign(columns.Size(), 0);
+  for (const MissingMark& place : needed) {
+    const double* values = columns.Of(place.position);
+    for (std::size_t i = 0; i < columns.Size(); ++i) {
+      isIncomplete[i] |= static_cast<std::uint8_t>(values[i] == place.mark);
+    }
   }
-  completeColumns.LookAt({completeRows.data(), completeRows.size()});
-  completeColumns.SetNumber(columns.Number());
+  return completeRecords.Select(columns, isIncomplete);
 }
 
 QDStatus PassFeed::DeliverTo(const Member& member, RecordColumns& columns) const {

@@ -7,6 +7,7 @@
 #include "foundation/names.h"
 #include "kit/column_test.h"
 #include "kit/record_columns.h"
+#include "kit/selected_records.h"
 #include "kit/test.h"
 #include "planning/cancel_pair.h"
 #include "planning/missing.h"
@@ -43,13 +44,13 @@ class PassFeed {
   QDStatus WalkColumns(IColumnBlocks& blocks, CancelPair& cancelPair);
   QDStatus WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair);
   QDStatus WalkRecords(RecordIterator& records, CancelPair& cancelPair);
-  void Prepare(int recordWidth);
+  void Prepare(int recordWidth, const IColumnBlocks* columnSource = nullptr);
   void CompareNeeds();
   /// The records to each test in turn.
   QDStatus Deliver(RecordColumns& columns);
   QDStatus DeliverTo(const Member& member, RecordColumns& columns) const;
-  /// Fills completeColumns with the records in which nothing is missing at these places.
-  void KeepComplete(RecordColumns& columns, const std::vector<MissingMark>& needed);
+  /// The records in which nothing is missing at these places.
+  RecordColumns& KeepComplete(RecordColumns& columns, const std::vector<MissingMark>& needed);
 
   const QDVarList* variables;
   bool analysisMissing;
@@ -57,6 +58,6 @@ class PassFeed {
   int width = 0;                   // of the records
   std::vector<MissingMark> marks;  // of all members
   std::uint64_t deliveries = 0;
-  std::vector<const double*> completeRows;
-  RecordColumns completeColumns;
+  std::vector<std::uint8_t> isIncomplete;  // by record in hand
+  SelectedRecords completeRecords;
 };

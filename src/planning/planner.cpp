@@ -213,6 +213,11 @@ void NPARPlanner::RegisterSortedVariable(std::int32_t variable) {
   }
 }
 
+void NPARPlanner::RegisterGroupVariable(std::int32_t variable) {
+  sortManager->AddCompanion(variable);
+  RegisterStatistic(variable, Statistic::Frequencies);
+}
+
 void NPARPlanner::AddTest(std::unique_ptr<NPARTest> test) {
   test->SetEntryName(entryInHand);
   mainWorker->AddTest(std::move(test));

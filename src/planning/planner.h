@@ -63,6 +63,8 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   /// Asks for the records in the order of a variable, and for what the document shows of a
   /// continuous one.
   void RegisterSortedVariable(std::int32_t variable);
+  /// Asks for the frequencies of a variable whose categories are the groups of a sorted test.
+  void RegisterGroupVariable(std::int32_t variable);
   /// Adds a test that reads the records in the host's order. Takes the test over.
   void AddTest(std::unique_ptr<NPARTest> test);
   /// Adds a test that reads the records ascending by a variable; a test whose construction failed

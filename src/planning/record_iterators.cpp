@@ -1,6 +1,7 @@
 #include "planning/record_iterators.h"
 
 #include <algorithm>
+#include <bit>
 #include <limits>
 #include <utility>
 
@@ -18,8 +19,8 @@ constexpr double kLargestWeight = 2147483647.0;
 InitialDataReader::InitialDataReader(std::int32_t blockSize, RecordIterator* source,
                                      bool skipMissing, std::vector<std::int32_t> variableList,
                                      const QDVarList* variables)
-    : blockShift(
-          static_cast<int>(std::bit_width(static_cast<std::uint32_t>(std::max(blockSize, 1) - 1)))),
+    : records(static_cast<int>(
+          std::bit_width(static_cast<std::uint32_t>(std::max(blockSize, 1) - 1)))),
       source(source),
       skipMissing(skipMissing),
       variableList(std::move(variableList)),
@@ -33,7 +34,7 @@ QDStatus InitialDataReader::Read() {
     }
     auto* blockSource = dynamic_cast<IRecordBlocks*>(source);
     const QDStatus status = blockSource != nullptr ? ReadBlocks(*blockSource) : ReadRecords();
-    if (status.IsOK() && count == 0) return QDStatus(kNoRecordKept);
+    if (status.IsOK() && Count() == 0) return QDStatus(kNoRecordKept);
     return status;
   });
 }
@@ -41,41 +42,41 @@ QDStatus InitialDataReader::Read() {
 QDStatus InitialDataReader::ReadBlocks(IRecordBlocks& blockSource) {
   Prepare(blockSource.GetRecordWidth());
   RecordBlock block;
-  const bool keepsAll = marks.empty() && weightIndex < 0;
   while (blockSource.NextBlock(block)) {
-    if (keepsAll) {
-      KeepAll(block);
-      continue;
-    }
-    for (std::size_t i = 0; i < block.count; ++i) {
-      const QDStatus status = Keep(block.rows[i]);
-      if (status.IsError()) return status;
-    }
-  }
-  return QDStatus();
-}
-
-QDStatus InitialDataReader::ReadRecords() {
-  bool isFirst = true;
-  while (source->HasNext()) {
-    const Record* record = source->Next();
-    if (record == nullptr) break;
-    if (isFirst) Prepare(record->Size());
-    isFirst = false;
-    const QDStatus status = Keep(record->Values());
+    const QDStatus status = Keep(block);
     if (status.IsError()) return status;
   }
   return QDStatus();
 }
 
+QDStatus InitialDataReader::ReadRecords() {
+  // A record is good until the next one, so some are copied before they are kept together.
+  RowBuffer copies;
+  const double* const* rows = nullptr;
+  std::size_t copied = 0;
+  while (source->HasNext()) {
+    const Record* record = source->Next();
+    if (record == nullptr) break;
+    if (rows == nullptr) {
+      Prepare(record->Size());
+      rows = copies.Prepare(kRecordsAtOnce, records.Width());
+    }
+    std::copy_n(record->Values(), records.Width(), copies.Row(copied));
+    if (++copied < kRecordsAtOnce) continue;
+    const QDStatus status = Keep({rows, std::exchange(copied, 0)});
+    if (status.IsError()) return status;
+  }
+  return Keep({rows, copied});
+}
+
 void InitialDataReader::Prepare(int recordWidth) {
-  width = recordWidth;
+  records.SetWidth(recordWidth);
   weightIndex = variables->GetFreqWeightVariable();
-  if (weightIndex >= width) weightIndex = -1;
+  if (weightIndex >= recordWidth) weightIndex = -1;
   if (!skipMissing) return;
   for (const std::int32_t index : variableList) {
     const IQDVariable* variable = variables->GetVarAt(index);
-    if (variable == nullptr || index >= width) continue;
+    if (variable == nullptr || index >= recordWidth) continue;
     // Kind Other goes with the categories here, though a pass over the records takes it with the
     // continuous variables: hosts rely on it.
     const bool isContinuous = variable->GetType() == VariableKind::Continuous;
@@ -83,41 +84,23 @@ void InitialDataReader::Prepare(int recordWidth) {
   }
 }
 
-QDStatus InitialDataReader::Keep(const double* row) {
-  if (weightIndex >= 0 && !(row[weightIndex] <= kLargestWeight)) return QDStatus(kWeightTooLarge);
-  if (IsAnyMissing(row, marks)) return QDStatus();
-  if (count == capacity) AddBlocks();
-  std::copy_n(row, width, Place(count));
-  ++count;
-  return QDStatus();
-}
-
-void InitialDataReader::KeepAll(const RecordBlock& block) {
-  for (std::size_t i = 0; i < block.count;) {
-    if (count == capacity) AddBlocks();
-    // Rows that lie side by side, as most do, are copied as one.
-    const std::int64_t room = BlockSize() - (count & (BlockSize() - 1));
-    const std::size_t end = std::min(block.count, i + static_cast<std::size_t>(room));
-    std::size_t next = i + 1;
-    while (next < end && block.rows[next] == block.rows[next - 1] + width) ++next;
-    std::copy_n(block.rows[i], (next - i) * static_cast<std::size_t>(width), Place(count));
-    count += static_cast<std::int64_t>(next - i);
-    i = next;
+QDStatus InitialDataReader::Keep(const RecordBlock& block) {
+  if (marks.empty() && weightIndex < 0) {
+    records.Append(block);
+    return QDStatus();
   }
-}
-
-void InitialDataReader::AddBlocks() {
-  constexpr std::size_t kLargestPiece = std::size_t{4} << 20;  // doubles
-  const std::size_t blockDoubles =
-      static_cast<std::size_t>(BlockSize()) * static_cast<std::size_t>(width);
-  const std::size_t mostBlocks = kLargestPiece / std::max<std::size_t>(blockDoubles, 1);
-  const std::size_t added =
-      std::clamp<std::size_t>(blocks.size(), 1, std::max<std::size_t>(mostBlocks, 1));
-  pieces.push_back(MakeLargeArray<double>(added * blockDoubles));
-  for (std::size_t i = 0; i < added; ++i) {
-    blocks.push_back(pieces.back().get() + i * blockDoubles);
+  QDStatus status;
+  keptRows.clear();
+  for (std::size_t i = 0; i < block.count; ++i) {
+    const double* row = block.rows[i];
+    if (weightIndex >= 0 && !(row[weightIndex] <= kLargestWeight)) {
+      status = QDStatus(kWeightTooLarge);
+      break;
+    }
+    if (!IsAnyMissing(row, marks)) keptRows.push_back(row);
   }
-  capacity += static_cast<std::int64_t>(added) * BlockSize();
+  records.Append({keptRows.data(), keptRows.size()});
+  return status;
 }
 
 NParMemoIterator::NParMemoIterator(const InitialDataReader* reader) : reader(reader) {
@@ -137,27 +120,66 @@ void NParMemoIterator::MoveTo(std::int64_t place) {
 
 bool NParMemoIterator::HasNext() { return index >= 0; }
 
-int NParMemoIterator::GetRecordWidth() const { return reader == nullptr ? 0 : reader->Width(); }
+int NParMemoIterator::GetRecordWidth() const {
+  return reader == nullptr ? 0 : reader->Records().Width();
+}
+
+bool NParMemoIterator::HoldsMark(std::int32_t variable, double mark) const {
+  return reader->Records().Column(variable).Holds(mark);
+}
 
 const Record* NParMemoIterator::Next() {
-  if (!HasNext()) return nullptr;
-  if (current.Size() != reader->Width()) current = Record::View(nullptr, reader->Width());
-  current.LookAt(reader->Row(index));
-  MoveTo(index + 1);
-  if (!HasNext()) state = 1;
+  if (!Advance(1)) return nullptr;
+  if (current.Size() != GetRecordWidth()) current = Record::View(nullptr, GetRecordWidth());
+  current.LookAt(FindRows()[0]);
   return &current;
 }
 
-bool NParMemoIterator::NextBlock(RecordBlock& block) {
+bool NParMemoIterator::Advance(std::size_t count) {
   if (!HasNext()) return false;
-  rows.clear();
-  const std::int64_t size =
-      std::min(static_cast<std::int64_t>(kRowsAtOnce), reader->Count() - index);
-  for (std::int64_t i = 0; i < size; ++i) rows.push_back(reader->Row(index + i));
-  MoveTo(index + size);
+  const KeptRecords& records = reader->Records();
+  first = static_cast<std::size_t>(index);
+  const std::size_t blockEnd = (first | (records.BlockSize() - 1)) + 1;
+  size = std::min({count, blockEnd - first, records.Count() - first});
+  MoveTo(index + static_cast<std::int64_t>(size));
   if (!HasNext()) state = 1;
-  block = {rows.data(), rows.size()};
   return true;
+}
+
+bool NParMemoIterator::NextBlock(RecordBlock& block) {
+  if (!Advance(kRecordsAtOnce)) return false;
+  block = {FindRows(), size};
+  return true;
+}
+
+bool NParMemoIterator::NextColumns(RecordColumns& columns) {
+  if (!Advance(kRecordsAtOnce)) return false;
+  columns.LookAt(*this, size);
+  return true;
+}
+
+const double* NParMemoIterator::FindColumn(std::int32_t variable) {
+  const KeptColumn& column = reader->Records().Column(variable);
+  return column.IsNarrow() ? nullptr : column.Doubles(first);
+}
+
+void NParMemoIterator::GatherColumn(std::int32_t variable, double* values) {
+  const std::uint8_t* bytes = reader->Records().Column(variable).Bytes(first);
+  for (std::size_t i = 0; i < size; ++i) values[i] = KeptColumn::ValueOf(bytes[i]);
+}
+
+bool NParMemoIterator::GatherTruncated(std::int32_t variable, std::int32_t* values) {
+  const KeptColumn& column = reader->Records().Column(variable);
+  if (!column.IsNarrow()) return false;
+  const std::uint8_t* bytes = column.Bytes(first);
+  for (std::size_t i = 0; i < size; ++i) values[i] = KeptColumn::CodeOf(bytes[i]);
+  return true;
+}
+
+const double* const* NParMemoIterator::FindRows() {
+  const double* const* found = rows.Prepare(size, GetRecordWidth());
+  for (std::size_t i = 0; i < size; ++i) reader->Records().CopyRow(first + i, rows.Row(i));
+  return found;
 }
 
 NParMemoIterator NParMemoIterator::Jump(std::int64_t places) const {

@@ -1,82 +1,115 @@
 #include "planning/sorted_records.h"
 
 #include <algorithm>
+#include <bit>
 #include <limits>
 #include <new>
 #include <utility>
 
 namespace {
 
-constexpr std::size_t kCacheLine = 64;  // bytes
+/// What a view sorts: the values of a column, each with the number of its record and its tags.
+class EntriesToSort {
+ public:
+  EntriesToSort(const KeptRecords& records, const SortedRecords& order) noexcept
+      : records(records), order(order), column(records.Column(order.variable)) {}
 
-/// Asks the processor for the start of a row: two lines hold 16 variables, and the rest follows in
-/// address order, which the processor foresees by itself.
-void Prefetch(const double* row, int width) noexcept {
-  __builtin_prefetch(row);
-  if (static_cast<std::size_t>(width) * sizeof(double) > kCacheLine) {
-    __builtin_prefetch(row + kCacheLine / sizeof(double));
+  [[nodiscard]] std::size_t Count() const noexcept { return order.count; }
+  [[nodiscard]] std::uint64_t DifferingBits() const noexcept { return column.DifferingBits(); }
+  template <typename Take>
+  void ForEachKey(Take take) const {
+    ForEachBlock([&](std::size_t first, std::size_t size) {
+      if (column.IsNarrow()) {
+        const std::uint8_t* bytes = column.Bytes(first);
+        for (std::size_t i = 0; i < size; ++i) take(OrderedBits(KeptColumn::ValueOf(bytes[i])));
+      } else {
+        const double* values = column.Doubles(first);
+        for (std::size_t i = 0; i < size; ++i) take(OrderedBits(values[i]));
+      }
+    });
   }
-}
+  template <typename Take>
+  void ForEachEntry(Take take) const {
+    std::vector<std::uint32_t> numbers(records.BlockSize());
+    ForEachBlock([&](std::size_t first, std::size_t size) {
+      NumberRecords(first, size, numbers.data());
+      const std::uint32_t* number = numbers.data();
+      const auto takeNext = [&](double value) {
+        take(NumberedKey(OrderedBits(value), *number++));
+      };
+      if (column.IsNarrow()) {
+        const std::uint8_t* bytes = column.Bytes(first);
+        for (std::size_t i = 0; i < size; ++i) takeNext(KeptColumn::ValueOf(bytes[i]));
+      } else {
+        const double* values = column.Doubles(first);
+        for (std::size_t i = 0; i < size; ++i) takeNext(values[i]);
+      }
+    });
+  }
+
+ private:
+  template <typename Use>
+  void ForEachBlock(Use use) const {
+    for (std::size_t first = 0; first < order.count; first += records.BlockSize()) {
+      use(first, std::min(records.BlockSize(), order.count - first));
+    }
+  }
+  void NumberRecords(std::size_t first, std::size_t size, std::uint32_t* numbers) const {
+    for (std::size_t i = 0; i < size; ++i) numbers[i] = static_cast<std::uint32_t>(first + i);
+    for (const SortedRecords::Tag& tag : order.tags) {
+      const std::uint8_t* bytes = records.Column(tag.variable).Bytes(first);
+      static_assert(KeptColumn::kMissingByte == 255);  // all bits of any tag
+      for (std::size_t i = 0; i < size; ++i) numbers[i] |= (bytes[i] & tag.mask) << tag.shift;
+    }
+  }
+
+  const KeptRecords& records;
+  const SortedRecords& order;
+  const KeptColumn& column;
+};
 
 }  // namespace
 
-NPARSortedIterator::NPARSortedIterator(const InitialDataReader* reader,
-                                       NarrowColumns* narrowColumns, SortedRecords order)
-    : reader(reader),
-      narrowColumns(narrowColumns),
+NPARSortedIterator::NPARSortedIterator(const KeptRecords* records, SortedRecords order)
+    : records(records),
       order(std::move(order)),
-      current(Record::View(nullptr, reader->Width())) {}
+      current(Record::View(nullptr, records->Width())) {}
 
 int NPARSortedIterator::Reset() {
   position = 0;
-  followingRows.clear();
   return GetState();
 }
 
-const Record* NPARSortedIterator::Next() {
-  constexpr std::size_t kAhead = 16;
-  if (!HasNext()) return nullptr;
-  if (order.count - position > kAhead) {
-    Prefetch(reader->Row(order.entries[position + kAhead].number), reader->Width());
-  }
-  current.LookAt(reader->Row(order.entries[position].number));
-  ++position;
-  return &current;
-}
-
-bool NPARSortedIterator::Advance() {
+bool NPARSortedIterator::Advance(std::size_t count) {
   first = position;
-  position = std::min(first + kRowsAtOnce, order.count);
+  position = std::min(first + count, order.count);
   return first < position;
 }
 
+const Record* NPARSortedIterator::Next() {
+  if (!Advance(1)) return nullptr;
+  current.LookAt(FindRows()[0]);
+  return &current;
+}
+
 bool NPARSortedIterator::NextBlock(RecordBlock& block) {
-  if (!Advance()) return false;
+  if (!Advance(kRecordsAtOnce)) return false;
   block = {FindRows(), position - first};
   return true;
 }
 
 bool NPARSortedIterator::NextColumns(RecordColumns& columns) {
-  if (!Advance()) return false;
+  if (!Advance(kRecordsAtOnce)) return false;
   columns.LookAt(*this, position - first);
   return true;
 }
 
 const double* const* NPARSortedIterator::FindRows() {
-  if (followingRows.empty() || followingFirst != first) FetchRows(followingRows, first);
-  std::swap(rows, followingRows);
-  followingFirst = position;
-  FetchRows(followingRows, followingFirst);
-  return rows.data();
-}
-
-void NPARSortedIterator::FetchRows(std::vector<const double*>& rowList, std::size_t begin) const {
-  rowList.clear();
-  const std::size_t end = std::min(begin + kRowsAtOnce, order.count);
-  for (std::size_t place = begin; place < end; ++place) {
-    rowList.push_back(reader->Row(order.entries[place].number));
-    Prefetch(rowList.back(), reader->Width());
+  const double* const* found = rows.Prepare(position - first, records->Width());
+  for (std::size_t place = first; place < position; ++place) {
+    records->CopyRow(order.NumberAt(place), rows.Row(place - first));
   }
+  return found;
 }
 
 bool NPARSortedIterator::DoKeysTellValues() const noexcept {
@@ -88,24 +121,52 @@ bool NPARSortedIterator::DoKeysTellValues() const noexcept {
          highest <= OrderedBits(std::numeric_limits<double>::infinity());
 }
 
-bool NPARSortedIterator::GatherColumn(std::int32_t variable, double* values) {
+const SortedRecords::Tag* NPARSortedIterator::FindTag(std::int32_t variable) const noexcept {
+  const auto found =
+      std::find_if(order.tags.begin(), order.tags.end(),
+                   [variable](const SortedRecords::Tag& tag) { return tag.variable == variable; });
+  return found == order.tags.end() ? nullptr : &*found;
+}
+
+void NPARSortedIterator::PrefetchFollowing(const KeptColumn& column) const noexcept {
+  const std::size_t end = std::min(order.count, position + kRecordsAtOnce);
+  for (std::size_t place = position; place < end; ++place) column.Prefetch(order.NumberAt(place));
+}
+
+void NPARSortedIterator::GatherColumn(std::int32_t variable, double* values) {
   const NumberedKey* entries = order.entries.get() + first;
   const std::size_t count = position - first;
-  if (variable == order.variable) {
-    if (!DoKeysTellValues()) return false;
+  if (variable == order.variable && DoKeysTellValues()) {
     for (std::size_t i = 0; i < count; ++i) values[i] = ValueOfOrderedBits(entries[i].Key());
+    return;
+  }
+  if (const SortedRecords::Tag* tag = FindTag(variable)) {
+    for (std::size_t i = 0; i < count; ++i) values[i] = tag->CodeIn(entries[i].number);
+    return;
+  }
+  const KeptColumn& column = records->Column(variable);
+  for (std::size_t i = 0; i < count; ++i) values[i] = column.ValueAt(order.NumberAt(first + i));
+  PrefetchFollowing(column);
+}
+
+bool NPARSortedIterator::GatherTruncated(std::int32_t variable, std::int32_t* values) {
+  const NumberedKey* entries = order.entries.get() + first;
+  const std::size_t count = position - first;
+  if (const SortedRecords::Tag* tag = FindTag(variable)) {
+    for (std::size_t i = 0; i < count; ++i) values[i] = tag->CodeIn(entries[i].number);
     return true;
   }
-  const NarrowColumn* column = narrowColumns->Find(variable);
-  if (column == nullptr) return false;
-  for (std::size_t i = 0; i < count; ++i) values[i] = column->ValueAt(entries[i].number);
-  const std::size_t following = std::min(order.count - position, kRowsAtOnce);
-  for (std::size_t i = 0; i < following; ++i) column->Prefetch(entries[count + i].number);
+  const KeptColumn& column = records->Column(variable);
+  if (variable == order.variable || !column.IsNarrow()) return false;
+  for (std::size_t i = 0; i < count; ++i) {
+    values[i] = KeptColumn::CodeOf(*column.Bytes(order.NumberAt(first + i)));
+  }
+  PrefetchFollowing(column);
   return true;
 }
 
 NPARSortManager::NPARSortManager(const InitialDataReader* reader)
-    : reader(reader), narrowColumns(reader), views(static_cast<std::size_t>(reader->Width())) {}
+    : records(&reader->Records()), views(static_cast<std::size_t>(records->Width())) {}
 
 bool NPARSortManager::AddSortVariable(std::int32_t variable) {
   if (!IsInRecord(variable)) return false;
@@ -113,24 +174,45 @@ bool NPARSortManager::AddSortVariable(std::int32_t variable) {
   return true;
 }
 
+void NPARSortManager::AddCompanion(std::int32_t variable) {
+  if (!IsInRecord(variable)) return;
+  if (std::find(companions.begin(), companions.end(), variable) == companions.end()) {
+    companions.push_back(variable);
+  }
+}
+
 MultiPassRecordIter* NPARSortManager::GetSortedIterator(std::int32_t variable) {
   if (!IsInRecord(variable)) return nullptr;
   View& view = views[static_cast<std::size_t>(variable)];
   if (!view.isWanted) return nullptr;
   if (view.iterator == nullptr) {
-    if (reader->Count() >= std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
-    const auto count = static_cast<std::size_t>(reader->Count());
-    SortedRecords order{variable,
-                        SortedEntries<NumberedKey>(
-                            count,
-                            [this, variable](std::size_t number) {
-                              const double* row = reader->Row(static_cast<std::int64_t>(number));
-                              return NumberedKey(OrderedBits(row[variable]), number);
-                            }),
-                        count};
-    view.iterator = std::make_unique<NPARSortedIterator>(reader, &narrowColumns, std::move(order));
+    view.iterator = std::make_unique<NPARSortedIterator>(records, Sort(variable));
   }
   return view.iterator.get();
+}
+
+SortedRecords NPARSortManager::Sort(std::int32_t variable) const {
+  if (records->Count() >= std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+  SortedRecords order;
+  order.variable = variable;
+  order.count = records->Count();
+  PlanTags(order);
+  order.entries = SortEntries<NumberedKey>(EntriesToSort(*records, order));
+  return order;
+}
+
+void NPARSortManager::PlanTags(SortedRecords& order) const {
+  constexpr int kBits = std::numeric_limits<std::uint32_t>::digits;
+  int used = static_cast<int>(std::bit_width(order.count));
+  order.numberMask = static_cast<std::uint32_t>((std::uint64_t{1} << used) - 1);
+  for (const std::int32_t companion : companions) {
+    const KeptColumn& column = records->Column(companion);
+    if (companion == order.variable || !column.IsNarrow()) continue;
+    const int bits = std::max(static_cast<int>(std::bit_width(column.CodeCount())), 1);
+    if (used + bits > kBits) continue;
+    order.tags.push_back({companion, used, (std::uint32_t{1} << bits) - 1});
+    used += bits;
+  }
 }
 
 void NPARSortManager::Release(std::int32_t variable) noexcept {

@@ -10,29 +10,46 @@
 #include "kit/radix_sort.h"
 #include "kit/record_columns.h"
 #include "kit/sorted_data.h"
-#include "planning/narrow_columns.h"
+#include "planning/kept_records.h"
 #include "planning/record_iterators.h"
 
 /// The kept records ascending by a variable, equal values in record order: 12 bytes a record.
+///
+/// Bits that no record number needs carry codes of narrow variables along, so that a walk finds
+/// them where it is instead of all over the memory.
 struct SortedRecords {
+  /// Where the code of a variable stands in the upper bits of NumberedKey::number; the missing
+  /// category is all of its bits.
+  struct Tag {
+    std::int32_t variable;
+    int shift;
+    std::uint32_t mask;
+    [[nodiscard]] std::int32_t CodeIn(std::uint32_t number) const noexcept {
+      const std::uint32_t code = number >> shift & mask;
+      return code == mask ? kMissingCode : static_cast<std::int32_t>(code);
+    }
+  };
+  static constexpr auto kMissingCode = static_cast<std::int32_t>(QDMV::gMissingCategory);
+
   std::int32_t variable = -1;
-  LargeArray<NumberedKey> entries;  // OrderedBits of the value, number of the record
+  LargeArray<NumberedKey> entries;  // OrderedBits of the value, number of the record below its tags
   std::size_t count = 0;
+  std::uint32_t numberMask = ~std::uint32_t{0};
+  std::vector<Tag> tags;
+
+  [[nodiscard]] std::size_t NumberAt(std::size_t place) const noexcept {
+    return entries[place].number & numberMask;
+  }
 };
 
 /// Walks the kept records in such an order.
-///
-/// By columns it does without the rows, which lie all over the memory, as long as it can: the
-/// values that the records are sorted by come from the order itself, whole numbers from narrow
-/// columns.
 class NPARSortedIterator final : public MultiPassRecordIter,
                                  public IRecordBlocks,
                                  public IColumnBlocks,
                                  private ColumnSource {
  public:
-  /// Stands at the first record; reader and narrow columns are not taken over.
-  NPARSortedIterator(const InitialDataReader* reader, NarrowColumns* narrowColumns,
-                     SortedRecords order);
+  /// Stands at the first record; the records are not taken over.
+  NPARSortedIterator(const KeptRecords* records, SortedRecords order);
 
   bool HasNext() override { return position < order.count; }
   const Record* Next() override;
@@ -40,24 +57,28 @@ class NPARSortedIterator final : public MultiPassRecordIter,
   int Reset() override;
   bool NextBlock(RecordBlock& block) override;
   bool NextColumns(RecordColumns& columns) override;
-  int GetRecordWidth() const override { return reader->Width(); }
+  int GetRecordWidth() const override { return records->Width(); }
+  bool HoldsMark(std::int32_t variable, double mark) const override {
+    return records->Column(variable).Holds(mark);
+  }
 
  private:
-  bool GatherColumn(std::int32_t variable, double* values) override;
+  const double* FindColumn(std::int32_t /*variable*/) override { return nullptr; }
+  void GatherColumn(std::int32_t variable, double* values) override;
+  bool GatherTruncated(std::int32_t variable, std::int32_t* values) override;
   const double* const* FindRows() override;
-  bool Advance();
+  /// Takes up to `count` records in hand; false at the end.
+  bool Advance(std::size_t count);
   [[nodiscard]] bool DoKeysTellValues() const noexcept;
-  void FetchRows(std::vector<const double*>& rowList, std::size_t begin) const;
+  [[nodiscard]] const SortedRecords::Tag* FindTag(std::int32_t variable) const noexcept;
+  void PrefetchFollowing(const KeptColumn& column) const noexcept;
 
-  const InitialDataReader* reader;
-  NarrowColumns* narrowColumns;
+  const KeptRecords* records;
   SortedRecords order;
   Record current;
   std::size_t position = 0;  // of the record that comes next
   std::size_t first = 0;     // of the records in hand, up to `position`
-  std::vector<const double*> rows;
-  std::vector<const double*> followingRows;  // asked for while those before are worked on
-  std::size_t followingFirst = 0;
+  RowBuffer rows;
 };
 
 /// The sorted views of a run. A view is sorted when it is first asked for and then kept.
@@ -68,6 +89,8 @@ class NPARSortManager final : public ISortedData {
 
   /// False for a variable outside the record. A variable is taken once.
   bool AddSortVariable(std::int32_t variable);
+  /// Before the first view: a variable that sorted walks will read beside the one of their order.
+  void AddCompanion(std::int32_t variable);
   /// Throws std::bad_alloc where memory runs out, and for more records than an order numbers.
   MultiPassRecordIter* GetSortedIterator(std::int32_t variable) override;
   /// Gives back the memory of a view; asked for again, it is sorted again.
@@ -82,7 +105,10 @@ class NPARSortManager final : public ISortedData {
     return variable >= 0 && static_cast<std::size_t>(variable) < views.size();
   }
 
-  const InitialDataReader* reader;
-  NarrowColumns narrowColumns;
+  [[nodiscard]] SortedRecords Sort(std::int32_t variable) const;
+  void PlanTags(SortedRecords& order) const;
+
+  const KeptRecords* records;
+  std::vector<std::int32_t> companions;
   std::vector<View> views;
 };

@@ -32,7 +32,7 @@ template <typename Test>
 QDStatus AddTwoGroupTest(TestConstruction& construction, TestConstruction::TestAndGroup variables) {
   NPARPlanner& planner = construction.Planner();
   if (construction.IsOK()) {
-    planner.RegisterStatistic(variables.group, Statistic::Frequencies);
+    planner.RegisterGroupVariable(variables.group);
     planner.RegisterSortedVariable(variables.variable);
   }
   planner.AddSortedTest(construction.Make<Test>(), variables.variable, construction.GetStatus());

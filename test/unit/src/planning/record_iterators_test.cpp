@@ -39,7 +39,9 @@ TEST(InitialDataReader, RaisesABlockSizeThatIsNoPowerOfTwo) {
     MemoryRecords source(Numbered(9));
     InitialDataReader reader(blockSize, &source, false, {}, &variables);
     ASSERT_EQ(reader.Read(), QDStatus());
-    for (int i = 0; i < 9; ++i) EXPECT_EQ(reader.Row(i)[0], i) << blockSize;
+    for (std::size_t i = 0; i < 9; ++i) {
+      EXPECT_EQ(reader.Records().Column(0).ValueAt(i), static_cast<double>(i)) << blockSize;
+    }
   }
 }
 

@@ -46,8 +46,7 @@ TEST(NPARSortedIterator, TakesTheMissingValueAsAValueAndPutsNotANumberLast) {
 
 TEST(NPARSortedIterator, OverNoRecordsEndsAtOnce) {
   const Kept kept(TwoVariables(), {});
-  NarrowColumns narrowColumns(kept.reader.get());
-  NPARSortedIterator sorted(kept.reader.get(), &narrowColumns, {});
+  NPARSortedIterator sorted(&kept.reader->Records(), {});
   EXPECT_EQ(sorted.Reset(), 1);
   EXPECT_FALSE(sorted.HasNext());
   RecordBlock block;
