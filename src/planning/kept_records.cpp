@@ -1,33 +1,41 @@
 #include "planning/kept_records.h"
 
 #include <bit>
+#include <limits>
 
 #include "kit/record_columns.h"
 
 
+// The loops over a column work on bits, without a branch or a comparison: so the processor takes
+// several values at a time.
+
 namespace {
 
-/// A byte for a value, and what of its bits the byte does not tell: 0 where it fits.
-struct NarrowValue {
-  std::uint8_t byte;
-  std::uint64_t lost;
-};
+constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
 
-/// Without a branch, so that several values go at a time.
-NarrowValue Narrow(double value) noexcept {
-  // Above 2^52 the last bits of a double are whole numbers.
-  constexpr double kWholes = 6755399441055744.0;  // 1.5 * 2^52
-  const std::uint64_t wholes = std::bit_cast<std::uint64_t>(value + kWholes);
-  const auto byte = static_cast<std::uint8_t>(wholes);
-  // Bit for bit: a negative zero does not fit.
-  const std::uint64_t differing = std::bit_cast<std::uint64_t>(static_cast<double>(byte)) ^
-                                  std::bit_cast<std::uint64_t>(value);
-  // The missing category is -1, whose last bits are all set, and which 255 must not be mixed with.
-  static_assert(QDMV::gMissingCategory == -1.0);
-  const bool isMissing = value == QDMV::gMissingCategory;
-  const std::uint64_t lost =
-      differing | static_cast<std::uint64_t>(byte == KeptColumn::kMissingByte ? 1 : 0);
-  return {byte, isMissing ? 0 : lost};
+/// The upper bit is set where some bit is.
+std::uint64_t IsAnySet(std::uint64_t bits) noexcept { return bits | (0 - bits); }
+
+/// The whole number nearest to a value from 0 to 254, or the byte of the missing category: its last
+/// eight bits, of a value that does not fit some others.
+std::uint64_t NearestByte(double value) noexcept {
+  // Above 2^52 the last bits of a double are whole numbers, those of -1 all set.
+  constexpr double kWholes = 0x1.8p52;
+  static_assert(QDMV::gMissingCategory == -1.0 && KeptColumn::kMissingByte == 255);
+  return std::bit_cast<std::uint64_t>(value + kWholes) & 255;
+}
+
+/// Bits of a value that its nearest byte does not tell: none where it fits.
+std::uint64_t LostBits(double value) noexcept {
+  const std::uint64_t byte = NearestByte(value);
+  const auto bits = std::bit_cast<std::uint64_t>(value);
+  const double told =
+      std::bit_cast<double>(byte | std::bit_cast<std::uint64_t>(0x1p52)) - 0x1p52;
+  // Bit for bit: a negative zero does not fit, and 255 is not the missing category.
+  const std::uint64_t lost = (std::bit_cast<std::uint64_t>(told) ^ bits) |
+                             ((~IsAnySet(byte ^ KeptColumn::kMissingByte) & kSign) >> 63);
+  const auto missing = std::bit_cast<std::uint64_t>(QDMV::gMissingCategory);
+  return lost & (0 - (IsAnySet(bits ^ missing) >> 63));
 }
 
 }  // namespace
@@ -50,39 +58,48 @@ void KeptColumn::Append(std::size_t kept, const double* values, std::size_t coun
 }
 
 void KeptColumn::Survey(std::size_t kept, const double* values, std::size_t count) noexcept {
+  constexpr auto kMissingValue = std::bit_cast<std::uint64_t>(QDMV::gMissingValue);
+  constexpr auto kMissingCategory = std::bit_cast<std::uint64_t>(QDMV::gMissingCategory);
+  constexpr auto kInfinity =
+      std::bit_cast<std::uint64_t>(std::numeric_limits<double>::infinity());
   if (kept == 0 && count > 0) firstBits = std::bit_cast<std::uint64_t>(values[0] + 0.0);
-  std::uint64_t bits = 0;
-  // Counted: a sum takes several values at a time, a search does not.
-  std::int64_t missingValues = 0;
-  std::int64_t missingCategories = 0;
-  std::int64_t notNumbers = 0;
+  const std::uint64_t first = firstBits;
+  std::uint64_t different = 0;
+  std::uint64_t otherThanValue = ~std::uint64_t{0};
+  std::uint64_t otherThanCategory = ~std::uint64_t{0};
+  std::uint64_t aboveInfinity = 0;
   for (std::size_t i = 0; i < count; ++i) {
-    bits |= std::bit_cast<std::uint64_t>(values[i] + 0.0) ^ firstBits;
-    missingValues += values[i] == QDMV::gMissingValue ? 1 : 0;
-    missingCategories += values[i] == QDMV::gMissingCategory ? 1 : 0;
-    notNumbers += values[i] != values[i] ? 1 : 0;
+    const auto bits = std::bit_cast<std::uint64_t>(values[i]);
+    different |= std::bit_cast<std::uint64_t>(values[i] + 0.0) ^ first;
+    otherThanValue &= IsAnySet(bits ^ kMissingValue);
+    otherThanCategory &= IsAnySet(bits ^ kMissingCategory);
+    aboveInfinity |= kInfinity - (bits & ~kSign);
   }
-  differing |= bits;
-  holdsMissingValue = holdsMissingValue || missingValues > 0;
-  holdsMissingCategory = holdsMissingCategory || missingCategories > 0;
-  holdsNotANumber = holdsNotANumber || notNumbers > 0;
+  differing |= different;
+  holdsMissingValue = holdsMissingValue || (otherThanValue & kSign) == 0;
+  holdsMissingCategory = holdsMissingCategory || (otherThanCategory & kSign) == 0;
+  holdsNotANumber = holdsNotANumber || (aboveInfinity & kSign) != 0;
 }
 
 bool KeptColumn::AppendNarrow(std::size_t kept, const double* values, std::size_t count) {
   std::uint64_t lost = 0;
-  for (std::size_t i = 0; i < count; ++i) lost |= Narrow(values[i]).lost;
+  for (std::size_t i = 0; i < count; ++i) lost |= LostBits(values[i]);
   if (lost != 0) return false;
   bytes.Reserve(kept + count);
-  for (std::size_t i = 0; i < count;) {
-    const std::size_t room = bytes.BlockSize() - ((kept + i) & (bytes.BlockSize() - 1));
-    const std::size_t part = std::min(count - i, room);
-    std::uint8_t* place = bytes.Place(kept + i);
-    for (std::size_t j = 0; j < part; ++j) {
-      place[j] = Narrow(values[i + j]).byte;
-      static_assert(kMissingByte == 255);  // and one more is 0
-      codeCount = std::max(codeCount, static_cast<std::uint8_t>(place[j] + 1));
+  while (count > 0) {
+    const std::size_t room = bytes.BlockSize() - (kept & (bytes.BlockSize() - 1));
+    const std::size_t part = std::min(count, room);
+    std::uint8_t* place = bytes.Place(kept);
+    std::uint8_t codes = codeCount;
+    for (std::size_t i = 0; i < part; ++i) {
+      const auto byte = static_cast<std::uint8_t>(NearestByte(values[i]));
+      place[i] = byte;
+      codes = std::max(codes, static_cast<std::uint8_t>(byte + 1));  // of the missing category 0
     }
-    i += part;
+    codeCount = codes;
+    kept += part;
+    values += part;
+    count -= part;
   }
   return true;
 }
