@@ -71,39 +71,69 @@ void QDContUnivariateVariable::Moments::Add(double x) {
   sumOfSquares += delta * delta * total * earlier;
 }
 
-template <bool kIsWeighted>
-void QDContUnivariateVariable::Summarise(RecordColumns& columns) {
-  const double* values = columns.Of(variableIndex);
-  const double* weights = kIsWeighted ? columns.Of(weightIndex) : nullptr;
-  const bool wantsMoments = Wants(Statistic::MeanStdDev);
+template <bool kIsWeighted, std::size_t kCount>
+void QDContUnivariateVariable::Summarise(QDContUnivariateVariable* const* variables,
+                                         RecordColumns& columns) {
   // What changes with every value is kept in registers.
-  Moments running = moments;
-  double lowest = minimum;
-  double highest = maximum;
-  std::int64_t seen = 0;
-  for (std::size_t i = 0; i < columns.Size(); ++i) {
-    const double x = values[i];
-    if (x == QDMV::gMissingValue) continue;
-    if constexpr (kIsWeighted) {
-      const std::int64_t weight = TruncateToInt32(weights[i]);
-      if (wantsMoments) running.Add(x, weight);
-      seen += weight;
-    } else {
-      if (wantsMoments) running.Add(x);
-      ++seen;
-    }
-    if (lowest == QDMV::gMissingValue || lowest > x) lowest = x;
-    if (highest == QDMV::gMissingValue || x > highest) highest = x;
+  std::array<const double*, kCount> values;
+  std::array<Moments, kCount> moments;
+  std::array<double, kCount> lowest;
+  std::array<double, kCount> highest;
+  std::array<std::int64_t, kCount> seen{};
+  for (std::size_t k = 0; k < kCount; ++k) {
+    values[k] = columns.Of(variables[k]->variableIndex);
+    moments[k] = variables[k]->moments;
+    lowest[k] = variables[k]->minimum;
+    highest[k] = variables[k]->maximum;
   }
-  if (Wants(Statistic::Minimum)) minimum = lowest;
-  if (Wants(Statistic::Maximum)) maximum = highest;
-  moments = running;
-  totalWeight += seen;
+  const double* weights = kIsWeighted ? columns.Of(variables[0]->weightIndex) : nullptr;
+  for (std::size_t i = 0; i < columns.Size(); ++i) {
+    for (std::size_t k = 0; k < kCount; ++k) {
+      const double x = values[k][i];
+      if (x == QDMV::gMissingValue) continue;
+      if constexpr (kIsWeighted) {
+        const std::int64_t weight = TruncateToInt32(weights[i]);
+        moments[k].Add(x, weight);
+        seen[k] += weight;
+      } else {
+        moments[k].Add(x);
+        ++seen[k];
+      }
+      if (lowest[k] == QDMV::gMissingValue || lowest[k] > x) lowest[k] = x;
+      if (highest[k] == QDMV::gMissingValue || x > highest[k]) highest[k] = x;
+    }
+  }
+  for (std::size_t k = 0; k < kCount; ++k) {
+    QDContUnivariateVariable& variable = *variables[k];
+    if (variable.Wants(Statistic::Minimum)) variable.minimum = lowest[k];
+    if (variable.Wants(Statistic::Maximum)) variable.maximum = highest[k];
+    if (variable.Wants(Statistic::MeanStdDev)) variable.moments = moments[k];
+    variable.totalWeight += seen[k];
+  }
+}
+
+void QDContUnivariateVariable::SummariseTogether(
+    std::span<QDContUnivariateVariable* const> variables, RecordColumns& columns) {
+  constexpr std::size_t kMost = 4;  // so many fit the registers
+  while (!variables.empty()) {
+    const std::size_t count = std::min(variables.size(), kMost);
+    const bool isWeighted = variables.front()->weightIndex >= 0;
+    const auto summarise = [&]<std::size_t kCount> {
+      isWeighted ? Summarise<true, kCount>(variables.data(), columns)
+                 : Summarise<false, kCount>(variables.data(), columns);
+    };
+    if (count == 1) summarise.template operator()<1>();
+    if (count == 2) summarise.template operator()<2>();
+    if (count == 3) summarise.template operator()<3>();
+    if (count == kMost) summarise.template operator()<kMost>();
+    variables = variables.subspan(count);
+  }
 }
 
 void QDContUnivariateVariable::ProcessColumns(RecordColumns& columns) {
   if (pass == 1) {
-    weightIndex < 0 ? Summarise<false>(columns) : Summarise<true>(columns);
+    QDContUnivariateVariable* self = this;
+    SummariseTogether({&self, 1}, columns);
     return;
   }
   const double* values = columns.Of(variableIndex);

@@ -5,6 +5,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "foundation/names.h"
@@ -98,6 +99,11 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   bool NeedsPass() const override { return needsPass; }
   void SetWeightVariable(std::int32_t index) override { weightIndex = index; }
   void ProcessColumns(RecordColumns& columns) override;
+  /// ProcessColumns of each, all in their first pass and with the same weights. An update of a mean
+  /// waits for a division before the next can begin: those of several variables wait together.
+  static void SummariseTogether(std::span<QDContUnivariateVariable* const> variables,
+                                RecordColumns& columns);
+  [[nodiscard]] bool IsInFirstPass() const noexcept { return needsPass && pass == 1; }
 
   /// Makes `bins` empty bins from low to high, one more where zero lies inside; the last edge is
   /// high + 1.
@@ -187,8 +193,8 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
     if (maximum == QDMV::gMissingValue || x > maximum) maximum = x;
   }
   void AddToBin(std::int64_t place, double x, std::int64_t weight);
-  template <bool kIsWeighted>
-  void Summarise(RecordColumns& columns);
+  template <bool kIsWeighted, std::size_t kCount>
+  static void Summarise(QDContUnivariateVariable* const* variables, RecordColumns& columns);
   QDStatus WalkSortedValues();
   void StartHinges(double total);
   void SettleHinges(double x, double weight);

@@ -56,10 +56,20 @@ void QDUnivariateSummaries::SetWeightVariable(std::int32_t index) {
 }
 
 bool QDUnivariateSummaries::ReadRecords() {
-  return records != nullptr && ForEachBlock(*records, [this](RecordColumns& columns) {
-           for (auto& [variable, summary] : summaries) {
-             if (summary->NeedsPass()) summary->ProcessColumns(columns);
-           }
+  std::vector<QDContUnivariateVariable*> together;
+  std::vector<QDUnivariateVariable*> others;
+  for (auto& [variable, summary] : summaries) {
+    if (!summary->NeedsPass()) continue;
+    auto* continuous = dynamic_cast<QDContUnivariateVariable*>(summary.get());
+    if (continuous != nullptr && continuous->IsInFirstPass()) {
+      together.push_back(continuous);
+    } else {
+      others.push_back(summary.get());
+    }
+  }
+  return records != nullptr && ForEachBlock(*records, [&](RecordColumns& columns) {
+           QDContUnivariateVariable::SummariseTogether(together, columns);
+           for (QDUnivariateVariable* summary : others) summary->ProcessColumns(columns);
          });
 }
 
