@@ -5,7 +5,6 @@
 
 #include "kit/record_columns.h"
 
-
 // The loops over a column work on bits, without a branch or a comparison: so the processor takes
 // several values at a time.
 
@@ -29,8 +28,7 @@ std::uint64_t NearestByte(double value) noexcept {
 std::uint64_t LostBits(double value) noexcept {
   const std::uint64_t byte = NearestByte(value);
   const auto bits = std::bit_cast<std::uint64_t>(value);
-  const double told =
-      std::bit_cast<double>(byte | std::bit_cast<std::uint64_t>(0x1p52)) - 0x1p52;
+  const double told = std::bit_cast<double>(byte | std::bit_cast<std::uint64_t>(0x1p52)) - 0x1p52;
   // Bit for bit: a negative zero does not fit, and 255 is not the missing category.
   const std::uint64_t lost = (std::bit_cast<std::uint64_t>(told) ^ bits) |
                              ((~IsAnySet(byte ^ KeptColumn::kMissingByte) & kSign) >> 63);
@@ -60,8 +58,7 @@ void KeptColumn::Append(std::size_t kept, const double* values, std::size_t coun
 void KeptColumn::Survey(std::size_t kept, const double* values, std::size_t count) noexcept {
   constexpr auto kMissingValue = std::bit_cast<std::uint64_t>(QDMV::gMissingValue);
   constexpr auto kMissingCategory = std::bit_cast<std::uint64_t>(QDMV::gMissingCategory);
-  constexpr auto kInfinity =
-      std::bit_cast<std::uint64_t>(std::numeric_limits<double>::infinity());
+  constexpr auto kInfinity = std::bit_cast<std::uint64_t>(std::numeric_limits<double>::infinity());
   if (kept == 0 && count > 0) firstBits = std::bit_cast<std::uint64_t>(values[0] + 0.0);
   const std::uint64_t first = firstBits;
   std::uint64_t different = 0;

@@ -19,8 +19,8 @@ constexpr double kLargestWeight = 2147483647.0;
 InitialDataReader::InitialDataReader(std::int32_t blockSize, RecordIterator* source,
                                      bool skipMissing, std::vector<std::int32_t> variableList,
                                      const QDVarList* variables)
-    : records(static_cast<int>(
-          std::bit_width(static_cast<std::uint32_t>(std::max(blockSize, 1) - 1)))),
+    : records(
+          static_cast<int>(std::bit_width(static_cast<std::uint32_t>(std::max(blockSize, 1) - 1)))),
       source(source),
       skipMissing(skipMissing),
       variableList(std::move(variableList)),

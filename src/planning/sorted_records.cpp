@@ -34,9 +34,7 @@ class EntriesToSort {
     ForEachBlock([&](std::size_t first, std::size_t size) {
       NumberRecords(first, size, numbers.data());
       const std::uint32_t* number = numbers.data();
-      const auto takeNext = [&](double value) {
-        take(NumberedKey(OrderedBits(value), *number++));
-      };
+      const auto takeNext = [&](double value) { take(NumberedKey(OrderedBits(value), *number++)); };
       if (column.IsNarrow()) {
         const std::uint8_t* bytes = column.Bytes(first);
         for (std::size_t i = 0; i < size; ++i) takeNext(KeptColumn::ValueOf(bytes[i]));
@@ -71,9 +69,7 @@ class EntriesToSort {
 }  // namespace
 
 NPARSortedIterator::NPARSortedIterator(const KeptRecords* records, SortedRecords order)
-    : records(records),
-      order(std::move(order)),
-      current(Record::View(nullptr, records->Width())) {}
+    : records(records), order(std::move(order)), current(Record::View(nullptr, records->Width())) {}
 
 int NPARSortedIterator::Reset() {
   position = 0;
