@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <limits>
 
 #include "support/kept_records.h"
@@ -53,46 +54,70 @@ TEST(NPARSortedIterator, OverNoRecordsEndsAtOnce) {
   EXPECT_FALSE(sorted.NextBlock(block));
 }
 
-/// More records than are left to their rows: what the records are sorted by, codes of one byte,
-/// codes that are not, and some of everything that a copy could lose.
+/// What the records are sorted by, codes that fit a byte and codes that do not, some of everything
+/// that a copy could lose, and the number of the record.
 Rows ManyKinds() {
   const double special[] = {-0.0, 0.0, kNan, kMissing, -kInfinity, kInfinity, 5e-324};
   Rows rows;
   for (int i = 0; i < 40000; ++i) {
     const double x = i % 1000 < 7 ? special[i % 1000] : (i * 7919) % 30011 - 15000.0;
     const double narrow = i % 11 == 0 ? QDMV::gMissingCategory : i % 255;
+    const double wide = i == 30000 ? 255.0 : i % 200;
     const double zeros = i == 20000 ? -0.0 : 0.0;
-    rows.push_back({x, narrow, i % 256 * 1.0, zeros, i % 2 * 0.5});
+    rows.push_back({x, narrow, wide, zeros, i % 2 * 0.5, i % 3 - 1.0, i * 1.0});
   }
   return rows;
 }
 
-TEST(NPARSortedIterator, GivesColumnsBitForBitAsTheRowsHoldThem) {
-  const Kept kept(VariableListBuilder()
-                      .Continuous("x")
-                      .Continuous("narrow")
-                      .Continuous("wide")
-                      .Continuous("zeros")
-                      .Continuous("halves")
-                      .Build(),
-                  ManyKinds());
-  NPARSortManager manager(kept.reader.get());
-  ASSERT_TRUE(manager.AddSortVariable(0));
-  auto& sorted = dynamic_cast<NPARSortedIterator&>(*manager.GetSortedIterator(0));
-  RecordColumns columns;
-  std::size_t seen = 0;
-  for (; sorted.NextColumns(columns); seen += columns.Size()) {
-    std::vector<const double*> gathered;
-    for (int variable = 0; variable < 5; ++variable) gathered.push_back(columns.Of(variable));
-    for (std::size_t i = 0; i < columns.Size(); ++i) {
-      for (std::size_t variable = 0; variable < 5; ++variable) {
-        ASSERT_EQ(std::bit_cast<std::uint64_t>(gathered[variable][i]),
-                  std::bit_cast<std::uint64_t>(columns.Rows().rows[i][variable]))
-            << "variable " << variable << ", place " << seen + i;
+TEST(NPARSortedIterator, GivesColumnsBitForBitAsTheRecordsCame) {
+  VariableListBuilder variables;
+  for (const char* name : {"x", "narrow", "wide", "zeros", "halves", "missing", "number"}) {
+    variables.Continuous(name);
+  }
+  const Rows source = ManyKinds();
+  const Kept kept(variables.Build(), source);
+  // With record numbers that take codes along: of both narrow variables, of one, of none.
+  for (const std::vector<std::int32_t>& companions :
+       {std::vector<std::int32_t>{5, 1, 2, 0, 5}, {1, 5}, {}}) {
+    for (const std::int32_t sortVariable : {0, 1, 5}) {
+      SCOPED_TRACE(testing::Message() << companions.size() << " companions, by " << sortVariable);
+      NPARSortManager manager(kept.reader.get());
+      ASSERT_TRUE(manager.AddSortVariable(sortVariable));
+      for (const std::int32_t companion : companions) manager.AddCompanion(companion);
+      auto& sorted = dynamic_cast<NPARSortedIterator&>(*manager.GetSortedIterator(sortVariable));
+      RecordColumns columns;
+      std::size_t differences = 0;
+      std::size_t seen = 0;
+      for (; sorted.NextColumns(columns); seen += columns.Size()) {
+        for (std::size_t i = 0; i < columns.Size(); ++i) {
+          const auto number = static_cast<std::size_t>(columns.Of(6)[i]);
+          for (std::int32_t variable = 0; variable < 7; ++variable) {
+            const double value = source[number][static_cast<std::size_t>(variable)];
+            const double row = columns.Rows().rows[i][variable];
+            for (const double found : {columns.Of(variable)[i], row}) {
+              differences +=
+                  std::bit_cast<std::uint64_t>(found) != std::bit_cast<std::uint64_t>(value);
+            }
+            differences += columns.TruncatedOf(variable)[i] != TruncateToInt32(value);
+          }
+        }
       }
+      EXPECT_EQ(differences, 0U);
+      EXPECT_EQ(seen, source.size());
     }
   }
-  EXPECT_EQ(seen, 40000U);
+}
+
+TEST(NPARSortedIterator, OrdersNegativesWithANegativeZeroAmongThem) {
+  Rows rows;
+  for (int i = 0; i < 40000; ++i) rows.push_back({i * 1.0, i == 777 ? -0.0 : -1.0 - i % 9973});
+  const Kept kept(TwoVariables(), rows);
+  NPARSortManager manager(kept.reader.get());
+  ASSERT_TRUE(manager.AddSortVariable(1));
+  const std::vector<double> values = Walk(*manager.GetSortedIterator(1), 1);
+  EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
+  EXPECT_TRUE(std::signbit(values.back()));
+  EXPECT_EQ(values.back(), 0.0);
 }
 
 TEST(NPARSortManager, GivesOneViewForEachVariableThatWasAskedFor) {
