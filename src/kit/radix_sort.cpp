@@ -6,10 +6,10 @@
 #include <utility>
 
 // A radix sort in two steps. The entries go once through memory into buckets by their upper bits:
-// the counts of 65536 cells are joined to buckets of about a thousandth of the entries. Then each
-// bucket, which a cache holds, is sorted from the lowest digit up: each pass keeps the order of the
-// pass before inside a digit, so that after the highest digit the entries stand by all digits,
-// equal ones as they came.
+// the counts of up to a million cells, enough to tell values apart that share sign and exponent,
+// are joined to some thousand buckets. Then each bucket, which a cache holds, is sorted from the
+// lowest digit up: each pass keeps the order of the pass before inside a digit, so that after the
+// highest digit the entries stand by all digits, equal ones as they came.
 //
 // In a bucket only so many bits below the highest one in which keys differ are sorted this way as
 // tell its entries apart when they are spread evenly; what follows them is settled inside short
@@ -21,14 +21,15 @@
 
 namespace {
 
-constexpr int kCellBits = 16;
+constexpr int kMostCellBits = 20;
+constexpr int kCellShare = 2;  // the entries are at least twice as many as the cells
 constexpr std::size_t kFewEntries = std::size_t{1} << 14;  // one bucket: a cache holds them
-constexpr std::size_t kMostBuckets = 1024;
+constexpr std::size_t kMostBuckets = 4096;
 
 constexpr int kDigitBits = 8;
 constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
 constexpr int kMostDigits = 4;
-constexpr int kSpareBits = 3;          // so that few entries share the bits that are sorted
+constexpr int kSpareBits = 2;          // so that few entries share the bits that are sorted
 constexpr std::size_t kShortRun = 32;  // up to here comparing is quicker than counting
 
 std::size_t DigitOf(std::uint64_t bits, int digit) noexcept {
@@ -107,7 +108,10 @@ void SortInPlace(Entry* entries, Entry* spare, std::size_t count, std::uint64_t 
 
 void RadixBuckets::StartCounting(std::size_t entryCount, std::uint64_t differing) {
   count = entryCount;
-  const int cellBits = count <= kFewEntries ? 0 : kCellBits;
+  const int cellBits =
+      count <= kFewEntries
+          ? 0
+          : std::min(static_cast<int>(std::bit_width(count)) - kCellShare, kMostCellBits);
   shift = std::clamp(static_cast<int>(std::bit_width(differing)) - cellBits, 0, 63);
   cells.assign(std::size_t{1} << cellBits, 0);
 }
@@ -128,23 +132,20 @@ void RadixBuckets::StartPlacing() {
 
 template <typename Entry>
 void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends) {
-  std::size_t largest = 0;
-  std::vector<std::uint64_t> varying;
-  varying.reserve(ends.size());
+  LargeArray<Entry> spare;
+  std::size_t spareSize = 0;
   std::size_t begin = 0;
   for (const std::size_t end : ends) {
     std::uint64_t differing = 0;
     for (std::size_t i = begin; i < end; ++i) differing |= entries[i].Key() ^ entries[begin].Key();
-    if (differing != 0) largest = std::max(largest, end - begin);
-    varying.push_back(differing);
-    begin = end;
-  }
-  const LargeArray<Entry> spare = MakeLargeArray<Entry>(largest);
-  begin = 0;
-  for (std::size_t bucket = 0; bucket < ends.size(); ++bucket) {
-    const std::size_t end = ends[bucket];
-    if (varying[bucket] != 0) {
-      SortInPlace(entries + begin, spare.get(), end - begin, varying[bucket]);
+    const std::size_t size = end - begin;
+    if (differing != 0) {
+      if (size > spareSize) {
+        spare.reset();
+        spareSize = std::max(size, std::min(2 * spareSize, kFewEntries));
+        spare = MakeLargeArray<Entry>(spareSize);
+      }
+      SortInPlace(entries + begin, spare.get(), size, differing);
     }
     begin = end;
   }
