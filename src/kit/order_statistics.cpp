@@ -26,8 +26,6 @@
 #include <limits>
 #include <utility>
 
-#include "kit/radix_sort.h"
-
 namespace {
 
 /// The largest double whose ordered bits are not above these.
@@ -55,6 +53,10 @@ struct WalshTable {
     const WeightProduct w = data.Weight(row);
     return w * (w + 1) / 2 + w * (data.WeightBelow(column) - data.WeightBelow(row + 1));
   }
+  [[nodiscard]] std::int64_t WeightOf(std::size_t row, std::size_t column) const {
+    const std::int64_t w = data.Weight(row);
+    return row == column ? w * (w + 1) / 2 : w * data.Weight(column);
+  }
 };
 
 /// Row i: the differences from the i-th largest value of the first group.
@@ -72,6 +74,9 @@ struct DifferenceTable {
   [[nodiscard]] bool IsPlain() const { return first.IsPlain() && second.IsPlain(); }
   [[nodiscard]] WeightProduct WeightBefore(std::size_t row, std::size_t column) const {
     return static_cast<WeightProduct>(first.Weight(Place(row))) * second.WeightBelow(column);
+  }
+  [[nodiscard]] std::int64_t WeightOf(std::size_t row, std::size_t column) const {
+    return first.Weight(Place(row)) * second.Weight(column);
   }
 };
 
@@ -220,23 +225,43 @@ struct Bracket {
   [[nodiscard]] std::uint64_t Entries() const { return entriesUpToHigh - entriesUpToLow; }
 };
 
+/// Calls `take(row, column, bits)` for each entry in the bracket.
+template <typename Table, typename Take>
+void WalkBracket(const Table& table, const Bracket& bracket, Take take) {
+  WalkStaircase(table, FromOrderedBits(bracket.high), [&](std::size_t row, std::size_t end) {
+    for (std::size_t column = end; column > table.FirstColumn(row); --column) {
+      const std::uint64_t bits = OrderedBits(table.Value(row, column - 1));
+      if (bits <= bracket.low) return;
+      take(row, column - 1, bits);
+    }
+  });
+}
+
+/// Lists what lies in the bracket, where every entry weighs 1.
+template <typename Table>
+double SelectListedUnit(const Table& table, const Bracket& bracket, WeightProduct rank) {
+  std::vector<std::uint64_t> entries;
+  entries.reserve(bracket.Entries());
+  WalkBracket(table, bracket,
+              [&](std::size_t, std::size_t, std::uint64_t bits) { entries.push_back(bits); });
+  const auto wanted =
+      entries.begin() + static_cast<std::ptrdiff_t>(rank - bracket.weightUpToLow - 1);
+  std::nth_element(entries.begin(), wanted, entries.end());
+  return FromOrderedBits(*wanted);
+}
+
 /// Lists and sorts what lies in the bracket.
 template <typename Table>
 double SelectListed(const Table& table, const Bracket& bracket, WeightProduct rank) {
+  if (table.IsPlain()) return SelectListedUnit(table, bracket, rank);
   struct Entry {
     std::uint64_t bits;
-    WeightProduct weight;
+    std::int64_t weight;  // a product of two weights
   };
   std::vector<Entry> entries;
   entries.reserve(bracket.Entries());
-  WalkStaircase(table, FromOrderedBits(bracket.high), [&](std::size_t row, std::size_t end) {
-    const std::size_t begin = table.FirstColumn(row);
-    for (std::size_t column = end; column > begin; --column) {
-      const std::uint64_t bits = OrderedBits(table.Value(row, column - 1));
-      if (bits <= bracket.low) return;
-      const WeightProduct before = column - 1 > begin ? table.WeightBefore(row, column - 1) : 0;
-      entries.push_back({bits, table.WeightBefore(row, column) - before});
-    }
+  WalkBracket(table, bracket, [&](std::size_t row, std::size_t column, std::uint64_t bits) {
+    entries.push_back({bits, table.WeightOf(row, column)});
   });
   std::sort(entries.begin(), entries.end(),
             [](const Entry& a, const Entry& b) { return a.bits < b.bits; });
@@ -310,47 +335,48 @@ WeightProduct ToWeightProduct(double value) {
   return static_cast<WeightProduct>(std::min(value, kLimit));
 }
 
-void WeightedValues::Add(double value, std::int64_t weight) {
-  if (weight != 1 && weights.empty()) weights.assign(values.size(), 1);
-  values.push_back(value);
-  if (weight != 1 || !weights.empty()) weights.push_back(weight);
-}
-
 void WeightedValues::Shift(double distance) noexcept {
-  for (double& value : values) value += distance;
+  for (PlainKey& value : values) {
+    value.key = std::bit_cast<std::uint64_t>(std::bit_cast<double>(value.key) + distance);
+  }
 }
 
 void WeightedValues::Sort() {
-  if (weights.empty()) {
+  if (weights.IsEmpty()) {
     SortPlainly();
     return;
   }
-  const RecordOrder order =
-      AscendingOrder(values.size(), [this](std::size_t place) { return values[place]; });
-  std::vector<double> sorted;
-  sorted.reserve(values.size());
-  weightBelow.assign(1, 0);
-  weightBelow.reserve(values.size() + 1);
-  for (const std::uint32_t place : order) {
-    sorted.push_back(values[place]);
-    weightBelow.push_back(weightBelow.back() + weights[place]);
+  // Each weight goes with its key, in the place of a record's number.
+  const LargeArray<NumberedKey> entries = SortedEntries<NumberedKey>(
+      Size(),
+      [this](std::size_t place) { return NumberedKey(OrderedBits(Value(place)), weights[place]); });
+  weights = {};
+  std::int64_t below = 0;
+  weightBelow.Assign(Size() + 1, below);
+  for (std::size_t place = 0; place < Size(); ++place) {
+    const double value = ValueOfOrderedBits(entries[place].Key());
+    values.begin()[place].key = std::bit_cast<std::uint64_t>(value);
+    below += entries[place].number;
+    weightBelow.begin()[place + 1] = below;
   }
-  values = std::move(sorted);
-  weights = std::vector<std::int64_t>();
 }
 
 void WeightedValues::SortPlainly() {
-  const auto isAbove = [](double a, double b) { return OrderedBits(a) > OrderedBits(b); };
-  if (std::adjacent_find(values.begin(), values.end(), isAbove) == values.end()) return;
-  const auto keys = SortedEntries<PlainKey>(
-      values.size(), [this](std::size_t place) { return PlainKey{OrderedBits(values[place])}; });
-  std::transform(keys.get(), keys.get() + values.size(), values.begin(),
-                 [](PlainKey key) { return ValueOfOrderedBits(key.key); });
+  const auto bitsOf = [](PlainKey value) { return OrderedBits(std::bit_cast<double>(value.key)); };
+  if (std::is_sorted(values.begin(), values.end(),
+                     [&](PlainKey a, PlainKey b) { return bitsOf(a) < bitsOf(b); })) {
+    return;
+  }
+  for (PlainKey& value : values) value.key = bitsOf(value);
+  SortKeys(values.begin(), Size());
+  for (PlainKey& value : values) {
+    value.key = std::bit_cast<std::uint64_t>(ValueOfOrderedBits(value.key));
+  }
 }
 
 bool WeightedValues::IsPlain() const noexcept {
-  return static_cast<std::uint64_t>(TotalWeight()) == values.size() &&
-         std::isfinite(values.front()) && std::isfinite(values.back());
+  return static_cast<std::uint64_t>(TotalWeight()) == Size() && std::isfinite(Value(0)) &&
+         std::isfinite(Value(Size() - 1));
 }
 
 double OrderStatistics::Median() const {

@@ -12,14 +12,12 @@ constexpr double kPositive = 1.0;
 
 }  // namespace
 
-void SignedRanks::Reserve(std::size_t count) { differences.reserve(count); }
-
 void SignedRanks::Add(double difference, double weight) {
-  if (weight != 1.0 && weights.empty()) weights.assign(differences.size(), 1.0);
+  if (weight != 1.0 && weights.IsEmpty()) weights.Assign(differences.Size(), 1.0);
   const auto size = std::bit_cast<std::uint64_t>(std::abs(difference));
-  differences.push_back({size << 1 | (difference < 0.0 ? 1U : 0U)});
+  differences.Add({size << 1 | (difference < 0.0 ? 1U : 0U)});
   areAllFinite = areAllFinite && std::isfinite(difference);
-  if (weight != 1.0 || !weights.empty()) weights.push_back(weight);
+  if (weight != 1.0 || !weights.IsEmpty()) weights.Add(weight);
 }
 
 void SignedRanks::Rank() {
@@ -32,17 +30,19 @@ void SignedRanks::Rank() {
     static_cast<void>(
         ranks.AddValue(sizeOf(difference), weight, isNegative ? kNegative : kPositive));
   };
-  if (weights.empty() && areAllFinite) {
+  if (weights.IsEmpty() && areAllFinite) {
     // Equal sizes share their rank in any order.
-    SortKeys(differences.data(), differences.size());
+    SortKeys(differences.begin(), differences.Size());
     for (const PlainKey difference : differences) add(difference, 1.0);
   } else {
     const auto sizeAt = [&](std::size_t i) { return sizeOf(differences[i]); };
-    for (const std::uint32_t i : AscendingOrder(differences.size(), sizeAt)) {
-      add(differences[i], weights.empty() ? 1.0 : weights[i]);
+    for (const std::uint32_t i : AscendingOrder(differences.Size(), sizeAt)) {
+      add(differences[i], weights.IsEmpty() ? 1.0 : weights[i]);
     }
   }
   ranks.CloseRun();
+  differences = {};
+  weights = {};
   positiveRankSum = ranks.GroupEntry(kPositive).rankSum;
   negativeRankSum = ranks.GroupEntry(kNegative).rankSum;
   tieSum = ranks.TieSum();

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <vector>
-
+#include "kit/growing_array.h"
 #include "kit/radix_sort.h"
 
 /// Ranks of differences by their size, with the sums of the ranks by sign.
@@ -13,10 +10,9 @@
 /// its fraction) and multiplies the rank in the sums. A difference of 0 counts as positive.
 class SignedRanks {
  public:
-  void Reserve(std::size_t count);
   /// Throws std::bad_alloc.
   void Add(double difference, double weight);
-  /// Ranks all that was added. Throws std::bad_alloc.
+  /// Ranks all that was added and keeps the sums alone. Throws std::bad_alloc.
   void Rank();
 
   [[nodiscard]] double PositiveRankSum() const noexcept { return positiveRankSum; }
@@ -27,9 +23,9 @@ class SignedRanks {
  private:
   /// The bits of each size, moved up by one, with the sign as the lowest: so they are sorted where
   /// they stand.
-  std::vector<PlainKey> differences;
-  std::vector<double> weights;  // empty as long as every weight is 1
-  bool areAllFinite = true;     // infinite sizes never tie
+  GrowingArray<PlainKey> differences;
+  GrowingArray<double> weights;  // empty as long as every weight is 1
+  bool areAllFinite = true;      // infinite sizes never tie
   double positiveRankSum = 0.0;
   double negativeRankSum = 0.0;
   double tieSum = 0.0;

@@ -37,6 +37,7 @@ void NPARHodgesLehmannTwoIndep::Compute() {
                        MannWhitneyStandardError(n1, n2, ranks.TieSum());
   lower = differences.Select(ToWeightProduct(std::floor(expected - reach)) + 1);
   upper = differences.Select(ToWeightProduct(std::ceil(expected + reach)));
+  values = {};
 }
 
 XMLElement* NPARHodgesLehmannTwoIndep::WriteResults() {

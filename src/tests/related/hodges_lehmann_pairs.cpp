@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "kit/signed_ranks.h"
+#include "kit/rank.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"
@@ -16,6 +16,25 @@ constexpr ContinuousFieldsCodes kFieldCodes{.noVariableName = 222410,
                                             .unknownVariable = 222403,
                                             .wrongCount = kNotTwo,
                                             .notContinuous = 222404};
+
+/// Sum of t^3 - t over the runs of tied sizes |d|. In ascending order they are the negative values,
+/// the last one first, merged with the others.
+double TieSumOfSizes(const WeightedValues& values) {
+  NPARRank ranks;
+  std::size_t above = 0;
+  while (above < values.Size() && values.Value(above) < 0.0) ++above;
+  std::size_t below = above;
+  for (std::size_t left = values.Size(); left > 0; --left) {
+    // Not-a-numbers are the last of the others, and of all.
+    const bool isAboveNext =
+        below == 0 || (above < values.Size() && values.Value(above) <= -values.Value(below - 1));
+    const std::size_t place = isAboveNext ? above++ : --below;
+    static_cast<void>(ranks.AddValue(std::abs(values.Value(place)),
+                                     static_cast<double>(values.Weight(place)), 0.0));
+  }
+  ranks.CloseRun();
+  return ranks.TieSum();
+}
 
 }  // namespace
 
@@ -47,15 +66,9 @@ QDStatus NPARHodgesLehmannPairs::EndPass() {
 }
 
 NPARHodgesLehmannPairs::RankMoments NPARHodgesLehmannPairs::ComputeRankMoments() const {
-  SignedRanks ranks;
-  ranks.Reserve(values.Size());
-  for (std::size_t i = 0; i < values.Size(); ++i) {
-    ranks.Add(values.Value(i), static_cast<double>(values.Weight(i)));
-  }
-  ranks.Rank();
   const auto n = static_cast<double>(differences.TotalN());
   return {(n + 1.0) * n * 0.25,
-          std::sqrt((n + 1.0) * n * (2.0 * n + 1.0) / 24.0 - ranks.TieSum() / 48.0)};
+          std::sqrt((n + 1.0) * n * (2.0 * n + 1.0) / 24.0 - TieSumOfSizes(values) / 48.0)};
 }
 
 void NPARHodgesLehmannPairs::Compute() {

@@ -67,7 +67,6 @@ void NPARWilcoxonPairs::Compute() {
   standardError = std::sqrt((2.0 * n + 1.0) * product / 24.0 - ranks.TieSum() / 48.0);
   standardTestStatistic = (positiveRankSum - product * 0.25) / standardError;
   asymptoticSig = QDDistFun::SfStdNorm(std::abs(standardTestStatistic)) * 2.0;
-  ranks = SignedRanks();  // the next pass needs no list
 }
 
 void NPARWilcoxonPairs::GetRequiredVariables(std::vector<std::int64_t>& positions) {

@@ -123,7 +123,6 @@ TEST(Rank, SumsOfWeightsGoBeyondThirtyTwoBits) {
 // first less second visit, signed-rank sum 40 of 45.
 TEST(SignedRanks, SplitTheRanksOfSizesBySign) {
   SignedRanks ranks;
-  ranks.Reserve(9);
   for (const double d : {0.952, -0.147, 1.022, 0.43, 0.62, 0.59, 0.49, -0.08, 0.01}) {
     ranks.Add(d, 1.0);
   }
