@@ -11,22 +11,9 @@
 
 /// What the ranks of one group came to.
 struct RankGroup {
-  struct Entry {
-    double rank;
-    double weight;
-  };
+  double rankSum = 0.0;  ///< sum of rank times weight
 
-  double rankSum = 0.0;   ///< sum of rank times weight
-  double minRank = -1.0;  ///< below 0: no rank yet
-  double maxRank = 0.0;
-  std::vector<Entry> ranks;  ///< one for each value, ascending; only where they were asked for
-
-  void Take(double rank, double weight, bool keepsIt) {
-    if (rank > maxRank) maxRank = rank;
-    if (minRank > rank || minRank < 0.0) minRank = rank;
-    rankSum += rank * weight;
-    if (keepsIt) ranks.push_back({rank, weight});
-  }
+  void Take(double rank, double weight) noexcept { rankSum += rank * weight; }
 };
 
 /// Mid-ranks of values that arrive in ascending order: AddValue for each, CloseRun once, then the
@@ -42,9 +29,13 @@ class NPARRank {
   /// Values nearer than this to the first of a run are in it.
   static constexpr double kTieTolerance = 1e-14;
 
+  /// What all units of a run of that weight share, with so many units below it.
+  [[nodiscard]] static double MidRank(std::int64_t below, std::int64_t weight) noexcept {
+    return static_cast<double>(weight + 1) * 0.5 + static_cast<double>(below);
+  }
+
   /// What is kept beyond the sums.
   struct Keep {
-    bool ranks = false;       ///< RankGroup::ranks
     bool tiedValues = false;  ///< GetTiedValues
   };
 
@@ -89,7 +80,7 @@ class NPARRank {
         std::size_t place = run.front().group;
         for (; i < count && !(std::abs(values[i] - alone) < kTieTolerance); ++i) {
           ++ranksBelow;
-          groups[place].Take(static_cast<double>(ranksBelow), 1.0, keep.ranks);
+          groups[place].Take(static_cast<double>(ranksBelow), 1.0);
           alone = values[i];
           place = PlaceOf(static_cast<double>(groupKeys[i]));
         }
@@ -103,10 +94,8 @@ class NPARRank {
 
   /// Gives the last run its ranks; AddValue does so for all runs before it. Call it once.
   void CloseRun() {
-    const double rank = static_cast<double>(runWeight + 1) * 0.5 + static_cast<double>(ranksBelow);
-    for (const RunEntry& entry : run) {
-      groups[entry.group].Take(rank, entry.weight, keep.ranks);
-    }
+    const double rank = MidRank(ranksBelow, runWeight);
+    for (const RunEntry& entry : run) groups[entry.group].Take(rank, entry.weight);
     if (runWeight >= 2) NoteTie();
   }
 

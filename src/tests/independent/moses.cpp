@@ -17,16 +17,6 @@ namespace {
 
 constexpr std::int32_t kBadOutliers = 220516;  // absent, negative, or no control unit is left
 
-/// The rank of the k-th unit, counted from 1, of a group's ascending ranks.
-double RankOfUnit(const std::vector<RankGroup::Entry>& ranks, std::int64_t k) {
-  std::int64_t units = 0;
-  for (const RankGroup::Entry& entry : ranks) {
-    units += TruncateToInt64(entry.weight);
-    if (units >= k) return entry.rank;
-  }
-  return ranks.back().rank;
-}
-
 }  // namespace
 
 double MosesSpanTail(std::int64_t control, std::int64_t experimental, std::int64_t trimmed,
@@ -37,6 +27,43 @@ double MosesSpanTail(std::int64_t control, std::int64_t experimental, std::int64
   return QDDistFun::CDFHyper(between, between + static_cast<double>(kept - 1),
                              static_cast<double>(experimental),
                              static_cast<double>(control + experimental), error);
+}
+
+void ControlRanks::Add(const TwoGroupUnits& records) noexcept {
+  for (std::size_t i = PassOver(records); i < records.count; ++i) {
+    const double value = records.values[i];
+    if (!(std::abs(value - runValue) < NPARRank::kTieTolerance)) {
+      CloseRun();
+      ranksBelow += runWeight;
+      runWeight = 0;
+      runValue = value;
+    }
+    runWeight += records.Weight(i);
+    if (records.groups[i] == TwoGroups::First) controls += records.Weight(i);
+    while (found < kCount && controls >= units[found]) ++found;
+  }
+}
+
+std::size_t ControlRanks::PassOver(const TwoGroupUnits& records) noexcept {
+  const bool isAnyHere =
+      ranked < found ||
+      (found < kCount && controls + records.sums[TwoGroups::First] >= units[found]);
+  if (isAnyHere || records.weights != nullptr) return 0;
+  // A gap of the tolerance parts two runs wherever the lower one starts.
+  std::size_t start = records.count;
+  do {
+    if (start < 2) return 0;
+    --start;
+  } while (!(records.values[start] - records.values[start - 1] >= NPARRank::kTieTolerance));
+  controls += std::count(records.groups, records.groups + start, TwoGroups::First);
+  ranksBelow += runWeight + static_cast<std::int64_t>(start);
+  runWeight = 0;
+  runValue = records.values[start];
+  return start;
+}
+
+void ControlRanks::CloseRun() noexcept {
+  for (; ranked < found; ++ranked) ranks[ranked] = NPARRank::MidRank(ranksBelow, runWeight);
 }
 
 NPARMoses::NPARMoses(QDSettings* settings)
@@ -61,17 +88,21 @@ void NPARMoses::Compute() {
     ReportStatus(QDStatus(kBadOutliers), MessageKind::Error);
     return;
   }
-  observed = SpanOf(0);
-  trimmed = SpanOf(outliers);
+  ends = ControlRanks({1, outliers + 1, control - outliers, control});
 }
 
-NPARMoses::Span NPARMoses::SpanOf(std::int64_t trimmedUnits) {
-  const std::int64_t control = counts[TwoGroups::First];
-  const std::vector<RankGroup::Entry>& controls = ranks.GroupEntry(TwoGroups::First).ranks;
-  const double first = RankOfUnit(controls, trimmedUnits + 1);
-  const double last = RankOfUnit(controls, control - trimmedUnits);
+void NPARMoses::TakeAgain(const TwoGroupUnits& records) { ends.Add(records); }
+
+void NPARMoses::ComputeAgain() {
+  ends.CloseRun();
+  observed = SpanOf(0, ends.Of(0), ends.Of(3));
+  trimmed = SpanOf(outliers, ends.Of(1), ends.Of(2));
+}
+
+NPARMoses::Span NPARMoses::SpanOf(std::int64_t trimmedUnits, double first, double last) const {
   const std::int64_t length = TruncateToInt64(std::floor(last - first + 1.0 + 0.5));
-  return {length, MosesSpanTail(control, counts[TwoGroups::Second], trimmedUnits, length)};
+  return {length,
+          MosesSpanTail(counts[TwoGroups::First], counts[TwoGroups::Second], trimmedUnits, length)};
 }
 
 XMLElement* NPARMoses::WriteResults() {

@@ -1,12 +1,43 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 
 #include "kit/rank.h"
 #include "planning/planner.h"
 #include "tests/independent/two_group_test.h"
+
+/// The mid-ranks of some control units, found in one walk over all units in ascending order, so
+/// that no others need to be kept.
+class ControlRanks {
+ public:
+  static constexpr std::size_t kCount = 4;
+
+  ControlRanks() = default;
+  /// Which units, counted from 1, in ascending order; from 1 to the sum of the controls' weights.
+  explicit ControlRanks(const std::array<std::int64_t, kCount>& units) noexcept : units(units) {}
+  void Add(const TwoGroupUnits& records) noexcept;
+  /// Call it once, after the last units.
+  void CloseRun() noexcept;
+  [[nodiscard]] double Of(std::size_t place) const noexcept { return ranks[place]; }
+
+ private:
+  /// Passes over the first of the records, where none of the units is wanted, up to the start of a
+  /// run; how many.
+  std::size_t PassOver(const TwoGroupUnits& records) noexcept;
+
+  std::array<std::int64_t, kCount> units{};
+  std::array<double, kCount> ranks{};
+  std::size_t found = 0;   // units that stood in a run up to the open one
+  std::size_t ranked = 0;  // those of them whose run is closed
+  std::int64_t controls = 0;
+  std::int64_t ranksBelow = 0;
+  std::int64_t runWeight = 0;
+  double runValue = std::numeric_limits<double>::quiet_NaN();  // no value ties with it
+};
 
 /// Moses test of extreme reactions: does the experimental group, group 2, react toward both
 /// extremes, so that the control group, group 1, spans few ranks?
@@ -33,15 +64,18 @@ class NPARMoses final : public NPARTwoGroupTest {
   /// Error 220516: the trimming leaves no control unit.
   void Take(const TwoGroupUnits& records) override;
   void Compute() override;
+  void TakeAgain(const TwoGroupUnits& records) override;
+  void ComputeAgain() override;
 
  private:
   struct Span {
     std::int64_t length = 0;
     double sig = 0.0;
   };
-  [[nodiscard]] Span SpanOf(std::int64_t trimmed);
+  [[nodiscard]] Span SpanOf(std::int64_t trimmedUnits, double first, double last) const;
 
-  NPARRank ranks{{.ranks = true}};
+  NPARRank ranks;
+  ControlRanks ends;  // of the whole span and, inside it, of the trimmed one
   std::array<double, 2> meanRanks{0.0, 0.0};
   std::optional<std::int32_t> givenOutliers;
   std::int64_t outliers = 0;

@@ -35,7 +35,11 @@ QDStatus NPARTwoGroupTest::BeginPass() {
 
 QDStatus NPARTwoGroupTest::ProcessColumns(RecordColumns& columns) {
   const TwoGroupUnits& units = tally->Take(columns);
-  if (passIndex == 0) Take(units);
+  if (passIndex == 0) {
+    Take(units);
+  } else {
+    TakeAgain(units);
+  }
   return status;
 }
 
@@ -56,6 +60,8 @@ QDStatus NPARTwoGroupTest::EndPass() {
       Compute();
     }
     if (status.IsError()) return status;
+  } else {
+    ComputeAgain();
   }
   ++passIndex;
   passesLeft = passCount - passIndex;

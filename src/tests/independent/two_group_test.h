@@ -11,7 +11,7 @@
 #include "kit/univariate.h"
 
 /// What the tests of two groups share: their settings, groups, sums of weights and passes. Records
-/// arrive ascending by the test variable. Pass 0 yields every figure; where the test shows
+/// arrive ascending by the test variable. Pass 0 yields the figures; where the test shows
 /// histograms, pass 1 fills them, since their bins need the range of each group.
 ///
 /// Codes, from the test's base such as 220700: +6 no summaries, +9 default groups and not two
@@ -34,6 +34,9 @@ class NPARTwoGroupTest : public NPARColumnTest {
   virtual void Take(const TwoGroupUnits& records) = 0;
   /// The figures, from both groups having weight; may report errors.
   virtual void Compute() = 0;
+  /// Pass 1: the same records again, for figures that need the sums of weights first.
+  virtual void TakeAgain(const TwoGroupUnits& /*records*/) {}
+  virtual void ComputeAgain() {}
 
   [[nodiscard]] std::int64_t TotalCount() const noexcept { return counts[0] + counts[1]; }
 
