@@ -1,49 +1,9 @@
 #include <gmock/gmock.h>
 
-#include <cstdlib>
-#include <new>
-
+#include "end_to_end/allocations.h"
 #include "support/all_tests_host.h"
 #include "support/loaded_component.h"
 #include "support/schema.h"
-
-// Every allocation of this program, and of the libraries that it loads, comes through here.
-namespace {
-
-thread_local long allocationsLeft = -1;  // negative: none shall fail
-
-bool IsToFail() { return allocationsLeft >= 0 && allocationsLeft-- == 0; }
-
-}  // namespace
-
-#ifdef __SANITIZE_ADDRESS__
-// The sanitizer needs malloc for itself: only what is made with new fails.
-namespace {
-
-void* Allocate(std::size_t size) {
-  if (IsToFail()) throw std::bad_alloc();
-  if (void* place = std::malloc(size == 0 ? 1 : size)) return place;
-  throw std::bad_alloc();
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) { return Allocate(size); }
-void* operator new[](std::size_t size) { return Allocate(size); }
-void operator delete(void* place) noexcept { std::free(place); }
-void operator delete[](void* place) noexcept { std::free(place); }
-void operator delete(void* place, std::size_t) noexcept { std::free(place); }
-void operator delete[](void* place, std::size_t) noexcept { std::free(place); }
-#else
-extern "C" {
-void* __libc_malloc(std::size_t size);
-void* __libc_memalign(std::size_t alignment, std::size_t size);
-void* malloc(std::size_t size) { return IsToFail() ? nullptr : __libc_malloc(size); }
-void* aligned_alloc(std::size_t alignment, std::size_t size) {
-  return IsToFail() ? nullptr : __libc_memalign(alignment, size);
-}
-}
-#endif
 
 namespace {
 
