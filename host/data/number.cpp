@@ -48,32 +48,8 @@ namespace {
 
 __extension__ using Wide = unsigned __int128;
 
-/// 5^k with its highest bit set, and what multiplication with it turns division into.
-struct PowerOfFive {
-  std::uint64_t divisor = 0;  // 5^k * 2^shift
-  int shift = 0;
-  std::uint64_t inverseHigh = 0;  // 2^191 / divisor, rounded down, in two words
-  std::uint64_t inverseLow = 0;
-};
-
-constexpr auto kPowersOfFive = [] {
-  std::array<PowerOfFive, kLastPowerOfFive + 1> powers{};
-  std::uint64_t five = 1;
-  for (std::size_t i = 1; i < powers.size(); ++i) {
-    five *= 5;
-    PowerOfFive& power = powers[i];
-    power.shift = std::countl_zero(five);
-    power.divisor = five << power.shift;
-    const Wide dividend = static_cast<Wide>(1) << 127;
-    const Wide remainder = dividend % power.divisor;
-    power.inverseHigh = static_cast<std::uint64_t>(dividend / power.divisor);
-    power.inverseLow = static_cast<std::uint64_t>((remainder << 64) / power.divisor);
-  }
-  return powers;
-}();
-
-/// m * 2^63 / divisor for an m with its highest bit set: between 2^62 and 2^64. A remainder sets
-/// the lowest bit, which lies so far below the 53 bits of a double that it decides ties and no
+/// m * 2^63 / (5^k * 2^shift) for an m with its highest bit set: between 2^62 and 2^64. A remainder
+/// sets the lowest bit, which lies so far below the 53 bits of a double that it decides ties and no
 /// more.
 std::uint64_t Quotient(std::uint64_t m, const PowerOfFive& five) {
   const Wide low = static_cast<Wide>(m) * five.inverseLow;
@@ -89,13 +65,30 @@ std::uint64_t Quotient(std::uint64_t m, const PowerOfFive& five) {
 
 }  // namespace
 
-double DivideByPowerOfTen(std::uint64_t mantissa, int power) {
-  const PowerOfFive& five = kPowersOfFive[static_cast<std::size_t>(power)];
+constinit const std::array<PowerOfFive, kLastPowerOfFive + 1> kPowersOfFive = [] {
+  std::array<PowerOfFive, kLastPowerOfFive + 1> powers{};
+  std::uint64_t five = 1;
+  for (std::size_t i = 1; i < powers.size(); ++i) {
+    five *= 5;
+    PowerOfFive& power = powers[i];
+    const int shift = std::countl_zero(five);
+    const std::uint64_t divisor = five << shift;
+    const Wide dividend = static_cast<Wide>(1) << 127;
+    const Wide remainder = dividend % divisor;
+    power.inverseHigh = static_cast<std::uint64_t>(dividend / divisor);
+    power.inverseLow = static_cast<std::uint64_t>((remainder << 64) / divisor);
+    power.exponent = static_cast<std::uint64_t>(shift - static_cast<int>(i) - 62) << 52;
+  }
+  return powers;
+}();
+
+double DivideExactly(std::uint64_t mantissa, std::size_t power) {
+  if (mantissa == 0) return 0.0;
+  const PowerOfFive& five = kPowersOfFive[power];
   const int shift = std::countl_zero(mantissa);
-  const std::uint64_t quotient = Quotient(mantissa << shift, five);
-  const int scale = five.shift - shift - power - 63;  // -190 at least: a normal double
-  return static_cast<double>(quotient) *
-         std::bit_cast<double>(static_cast<std::uint64_t>(1023 + scale) << 52);
+  const auto quotient = static_cast<double>(Quotient(mantissa << shift, five));
+  const auto exponent = five.exponent + (static_cast<std::uint64_t>(-1 - shift) << 52);
+  return std::bit_cast<double>(std::bit_cast<std::uint64_t>(quotient) + exponent);
 }
 
 }  // namespace number_detail

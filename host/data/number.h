@@ -1,11 +1,17 @@
 #pragma once
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace npar_host {
 
@@ -25,96 +31,183 @@ inline constexpr std::array<double, 23> kPowersOfTen = {
     1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 inline constexpr std::array<std::uint64_t, 9> kIntegerPowers = {
     1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
-inline constexpr int kLastPowerOfFive = 27;  // 5^27 is the last below 2^64
-inline constexpr int kMostDigits = 19;       // 10^19 is below 2^64
+inline constexpr int kLastPowerOfFive = 27;                // 5^27 is the last below 2^64
+inline constexpr std::size_t kMostDigits = 24;             // that eight-digit steps take
+inline constexpr std::size_t kMostSignificantDigits = 19;  // 10^19 is below 2^64
 inline constexpr std::uint64_t kLastExactInteger = std::uint64_t{1} << 53;
 
 inline bool IsDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 
-/// How many of the eight bytes, the first in the lowest place, are digits before the first that is
-/// none. Each byte is judged by itself: 0x76 takes 10 and more, and no less, over 0x7F.
-inline int LeadingDigits(std::uint64_t bytes) {
-  const std::uint64_t values = bytes ^ 0x3030303030303030U;
-  const std::uint64_t others =
-      (((values & 0x7F7F7F7F7F7F7F7FU) + 0x7676767676767676U) | values) & 0x8080808080808080U;
-  return std::countr_zero(others) / 8;
+inline std::uint64_t LoadEight(const char* text) {
+  std::uint64_t bytes;
+  std::memcpy(&bytes, text, sizeof bytes);
+  return bytes;
 }
 
-/// The number that the first `count` of the eight bytes spell, 1 to 8 digits: behind zeros they are
+/// A bit for each of the first 32 bytes that is no digit, the first lowest. Each byte is judged by
+/// itself: 0x76 takes 10 and more, and no less, over 0x7F; a multiplication gathers the eight bits.
+inline std::uint32_t NonDigitsByWords(const char* text) {
+  std::uint32_t all = 0;
+  for (int place = 0; place < 32; place += 8) {
+    const std::uint64_t values = LoadEight(text + place) ^ 0x3030303030303030U;
+    const std::uint64_t others =
+        (((values & 0x7F7F7F7F7F7F7F7FU) + 0x7676767676767676U) | values) & 0x8080808080808080U;
+    all |= static_cast<std::uint32_t>((others >> 7) * 0x0102040810204080U >> 56) << place;
+  }
+  return all;
+}
+
+/// NonDigitsByWords where a processor compares 16 bytes at once: files of short numbers are read in
+/// about 0.85 of the time.
+inline std::uint32_t NonDigits(const char* text) {
+#ifdef __SSE2__
+  const auto digits = [](const char* half) {
+    __m128i values = _mm_loadu_si128(reinterpret_cast<const __m128i*>(half));
+    values = _mm_sub_epi8(values, _mm_set1_epi8('0'));
+    const __m128i areDigits = _mm_cmpeq_epi8(_mm_min_epu8(values, _mm_set1_epi8(9)), values);
+    return static_cast<std::uint32_t>(_mm_movemask_epi8(areDigits));
+  };
+  return ~(digits(text) | digits(text + 16) << 16);
+#else
+  return NonDigitsByWords(text);
+#endif
+}
+
+/// The first `count` bytes of `first`, up to 8, and behind them those of `second` in their places.
+inline std::uint64_t Join(std::uint64_t first, std::uint64_t second, std::size_t count) {
+  const std::uint64_t later = ~std::uint64_t{0} << 4 * count << 4 * count;
+  return ((first ^ second) & later) ^ first;
+}
+
+/// The number that the first `count` of eight bytes spell, 1 to 8 digits: behind zeros they are
 /// eight digits, neighbours of which are joined to pairs, pairs to fours, fours to eight.
-inline std::uint64_t DigitsValue(std::uint64_t bytes, int count) {
+inline std::uint64_t DigitsValue(std::uint64_t bytes, std::size_t count) {
   bytes = (bytes ^ 0x3030303030303030U) << (64 - 8 * count);
-  bytes = bytes * 10 + (bytes >> 8);
-  return (((bytes & 0x000000FF000000FFU) * 0x000F424000000064U) +
-          (((bytes >> 16) & 0x000000FF000000FFU) * 0x0000271000000001U)) >>
-         32;
+  bytes = bytes * (10 << 8 | 1) >> 8 & 0x00FF00FF00FF00FFU;
+  bytes = bytes * (100 << 16 | 1) >> 16 & 0x0000FFFF0000FFFFU;
+  return bytes * (std::uint64_t{10000} << 32 | 1) >> 32;
 }
 
-/// mantissa / 10^power, rounded to nearest, for a mantissa above 0 and 1 <= power <= 27.
-double DivideByPowerOfTen(std::uint64_t mantissa, int power);
+/// What turns division by 10^k into multiplication: 5^k * 2^shift has its highest bit set.
+struct PowerOfFive {
+  std::uint64_t inverseHigh = 0;  // 2^191 / (5^k * 2^shift), rounded down, in two words
+  std::uint64_t inverseLow = 0;
+  std::uint64_t exponent = 0;  // shift - k - 62, where a double has its exponent
+};
+extern const std::array<PowerOfFive, kLastPowerOfFive + 1> kPowersOfFive;
+
+/// mantissa / 10^power, rounded to nearest, for 1 <= power <= 27.
+double DivideExactly(std::uint64_t mantissa, std::size_t power);
+
+/// As DivideExactly, by one multiplication where that is enough.
+///
+/// With its highest bit set the mantissa m has a quotient of at least 2^62, so that its bits behind
+/// a double's are ten or eleven. The product with the high word of the inverse is less than two
+/// below it: that cannot change to which double it is nearest, but where the lowest nine bits say
+/// that the quotient may be a double or lie halfway between two.
+inline double DivideByPowerOfTen(std::uint64_t mantissa, std::size_t power) {
+  __extension__ using Wide = unsigned __int128;
+  const PowerOfFive& five = kPowersOfFive[power];
+  const auto shift = static_cast<unsigned>(std::countl_zero(mantissa | 1));
+  const auto quotient =
+      static_cast<std::uint64_t>(static_cast<Wide>(mantissa << shift) * five.inverseHigh >> 64);
+  const bool isClose = ((quotient + 2) & 0x1FF) <= 3;
+  if (isClose) [[unlikely]]
+    return DivideExactly(mantissa, power);
+  const auto half = static_cast<double>(static_cast<std::int64_t>(quotient >> 1));
+  // Its exponent is changed in place: -190 at least, a normal double.
+  return std::bit_cast<double>(std::bit_cast<std::uint64_t>(half) + five.exponent -
+                               (std::uint64_t{shift} << 52));
+}
 
 }  // namespace number_detail
 
-/// Reads a plain decimal number from the beginning of a text that goes on for 8 readable bytes
-/// after it. Returns where it ends, or null for what takes more care (ParseNumber): no number, a
-/// word, more than 19 digits, a wide exponent.
+/// Reads a plain decimal number from the beginning of a text that goes on for 32 readable bytes.
+/// Returns where it ends, or null for what takes more care (ParseNumber): no number, a plus sign, a
+/// word, more than 24 digits or 19 behind leading zeros, a wide exponent.
 ///
-/// With up to 19 digits the mantissa w is an exact 64-bit integer. w * 10^k and w / 10^k are
+/// Sign, point and length change from one number to the next: no branch depends on them but in
+/// steps of eight digits. The mantissa w is an exact 64-bit integer. w * 10^k and w / 10^k are
 /// rounded once, and so correctly, if w <= 2^53 and k <= 22, since both operands are then exact
 /// (Clinger 1990, How to read floating point numbers accurately); other quotients with k <= 27 are
 /// formed in integers.
-inline const char* ParsePlainNumber(const char* text, double& number) {
+[[gnu::always_inline]] inline const char* ParsePlainNumber(const char* text, double& number) {
   using namespace number_detail;
   static_assert(std::endian::native == std::endian::little);
-  const char* p = text;
-  const bool isNegative = *p == '-';
-  if (isNegative || *p == '+') ++p;
-
-  std::uint64_t mantissa = 0;
-  const char* first = p;
-  while (IsDigit(*p)) mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p++ - '0');
-  std::ptrdiff_t digits = p - first;
-  int exponent = 0;
-  if (*p == '.') {
-    first = ++p;
-    for (int count = 8; count == 8;) {
-      std::uint64_t bytes;
-      std::memcpy(&bytes, p, sizeof bytes);
-      count = LeadingDigits(bytes);
-      if (count == 0) break;
-      mantissa =
-          mantissa * kIntegerPowers[static_cast<std::size_t>(count)] + DigitsValue(bytes, count);
-      p += count;
-    }
-    digits += p - first;
-    exponent = -static_cast<int>(p - first > kMostDigits ? kMostDigits : p - first);
+  // By arithmetic: what a comparison leaves in a part of a register would wait for the rest of it,
+  // and so perhaps for the number before.
+  const std::uint64_t isNegative =
+      ((std::uint64_t{static_cast<unsigned char>(*text)} ^ '-') - 1) >> 63;
+  std::uint64_t others = NonDigits(text) ^ isNegative;
+  if (others == 0) return nullptr;
+  const char* first = text + isNegative;
+  const char* end = text + std::countr_zero(others);
+  auto digits = static_cast<std::size_t>(end - first);
+  std::size_t integers = 0;  // digits before a point
+  std::size_t fraction = 0;  // and behind it
+  const char* rest = first;  // where those would begin if all stood behind it
+  if (*end == '.') [[likely]] {
+    others &= others - 1;
+    const char* point = std::exchange(end, text + std::countr_zero(others));
+    integers = digits;
+    fraction = static_cast<std::size_t>(end - point - 1);
+    digits += fraction;
+    rest = first + 1;
   }
   if (digits == 0 || digits > kMostDigits) return nullptr;
 
-  if (*p == 'e' || *p == 'E') {
-    ++p;
-    const bool isSmall = *p == '-';
-    if (isSmall || *p == '+') ++p;
-    if (!IsDigit(*p)) return nullptr;
-    int scale = *p++ - '0';
-    if (IsDigit(*p)) scale = scale * 10 + (*p++ - '0');
-    if (IsDigit(*p)) return nullptr;
+  std::uint64_t head = LoadEight(first);
+  std::uint64_t next = LoadEight(rest + 8);
+  if (integers <= 8) [[likely]] {
+    head = Join(head, LoadEight(rest), integers);
+  } else if (integers <= 16) {
+    next = Join(LoadEight(first + 8), next, integers - 8);
+  } else {
+    return nullptr;
+  }
+  std::uint64_t mantissa;
+  if (digits <= 8) {
+    mantissa = DigitsValue(head, digits);
+  } else {
+    mantissa = DigitsValue(head, 8);
+    if (digits <= 16) {
+      mantissa = mantissa * kIntegerPowers[digits - 8] + DigitsValue(next, digits - 8);
+    } else {
+      const bool isTooLong = digits > kMostSignificantDigits &&
+                             mantissa >= kIntegerPowers[8 + kMostSignificantDigits - digits];
+      if (isTooLong) return nullptr;
+      mantissa = mantissa * kIntegerPowers[8] + DigitsValue(next, 8);
+      mantissa =
+          mantissa * kIntegerPowers[digits - 16] + DigitsValue(LoadEight(rest + 16), digits - 16);
+    }
+  }
+
+  int exponent = -static_cast<int>(fraction);
+  if (*end == 'e' || *end == 'E') {
+    ++end;
+    const bool isSmall = *end == '-';
+    if (isSmall || *end == '+') ++end;
+    if (!IsDigit(*end)) return nullptr;
+    int scale = *end++ - '0';
+    if (IsDigit(*end)) scale = scale * 10 + (*end++ - '0');
+    if (IsDigit(*end)) return nullptr;
     exponent += isSmall ? -scale : scale;
   }
 
-  double value = static_cast<double>(mantissa);  // rounded once where it is above 2^53
-  if (exponent != 0 && mantissa != 0) {
-    if (mantissa <= kLastExactInteger && exponent >= -22 && exponent <= 22) {
-      value = exponent < 0 ? value / kPowersOfTen[static_cast<std::size_t>(-exponent)]
-                           : value * kPowersOfTen[static_cast<std::size_t>(exponent)];
-    } else if (exponent < 0 && exponent >= -kLastPowerOfFive) {
-      value = DivideByPowerOfTen(mantissa, -exponent);
-    } else {
-      return nullptr;
-    }
+  double value = 0.0;
+  if (digits > 8 && exponent < 0 && exponent >= -kLastPowerOfFive) {
+    value = DivideByPowerOfTen(mantissa, static_cast<std::size_t>(-exponent));
+  } else if (mantissa <= kLastExactInteger && exponent >= -22 && exponent <= 22) {
+    value = static_cast<double>(static_cast<std::int64_t>(mantissa));
+    value = exponent < 0 ? value / kPowersOfTen[static_cast<std::size_t>(-exponent)]
+                         : value * kPowersOfTen[static_cast<std::size_t>(exponent)];
+  } else if (exponent == 0) {
+    value = static_cast<double>(mantissa);  // rounded once
+  } else {
+    return nullptr;
   }
-  number = isNegative ? -value : value;
-  return p;
+  number = std::bit_cast<double>(std::bit_cast<std::uint64_t>(value) | isNegative << 63);
+  return end;
 }
 
 }  // namespace npar_host

@@ -21,7 +21,7 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// The number by the fast road, or by the careful one where that gives up, as the CSV reader does.
 bool Parse(const std::string& text, double& number) {
-  const std::string padded = text + std::string(16, '\0');
+  const std::string padded = text + std::string(40, '\0');
   const char* next = ParsePlainNumber(padded.c_str(), number);
   if (next == padded.c_str() + text.size()) return true;
   return ParseNumber(text, number);
@@ -51,6 +51,11 @@ TEST(NumberTest, HardCasesAreRoundedAsStrtodRoundsThem) {
       // 19 digits; more than 19.
       "18014398509481985.00 18014398509481986.001 9999999999999999999 0.9999999999999999999",
       "99999999999999999999 123456789012345678e-27 1234567890123456789e-28 9007199254740993e-22",
+      // The point behind 8, 9, 16 and 17 digits; 24 digits of which 19, and 20, are not leading
+      // zeros.
+      "12345678.12345678901 123456789.1234567891 1234567890123456.789 12345678901234567.89",
+      "0.00001234567890123456789 0.00012345678901234567891 0.000001234567890123456789 "
+      "000009999999999999999999",
       // Just below 1 + 2^-53, on it and just above.
       "1.000000000000000111 1.0000000000000001110223024625156540423631668090820312",
       "1.00000000000000011102230246251565404236316680908203126",
@@ -95,6 +100,49 @@ TEST(NumberTest, AHalfwayQuotientGoesToTheEvenNeighbour) {
   EXPECT_EQ(number, 9007199254740992.0);
   ASSERT_TRUE(Parse("9007199254740993.5", number));
   EXPECT_EQ(number, 9007199254740994.0);
+}
+
+TEST(NumberTest, DecimalsHalfwayBetweenDoublesAndNextToThemAreRounded) {
+  std::mt19937_64 random(7);
+  for (int i = 0; i < 30000; ++i) {
+    const int halvings = 1 + i % 3;  // of an odd integer of 54 bits: 19 digits at most
+    const std::uint64_t odd = std::uint64_t{1} << 53 | random() >> 11 | 1;
+    const std::uint64_t rest = odd & ((1U << halvings) - 1);
+    std::string text = std::to_string(odd >> halvings) + '.';
+    text += std::to_string(1000 + (rest * 1000 >> halvings)).substr(1, halvings);
+    ASSERT_TRUE(AgreesWithStrtod(text));
+    ASSERT_TRUE(AgreesWithStrtod(text + "01"));
+    text.back() = '4';
+    ASSERT_TRUE(AgreesWithStrtod(text + "9"));
+  }
+}
+
+TEST(NumberTest, PlainNumbersTakeTheFastRoadToTheirEnd) {
+  for (const std::string text :
+       {"0", "-7", ".5", "-.25", "1.", "00012.5", "-0.044662970314123397", "1e22", "2.5E-3",
+        "0.00012345678901234567", "1.234567890123456789e-01", "1700000000.123456", "123456789012",
+        "9999999999999999999"}) {
+    for (const char behind : {',', '\n', 'x', '-', '\0'}) {
+      const std::string padded = text + behind + std::string(40, '7');
+      double number = 0.0;
+      EXPECT_EQ(ParsePlainNumber(padded.c_str(), number), padded.c_str() + text.size()) << text;
+    }
+  }
+}
+
+TEST(NumberTest, BothSearchesFindTheSameNonDigits) {
+  std::mt19937_64 random(11);
+  for (int i = 0; i < 10000; ++i) {
+    char bytes[32];
+    std::uint32_t others = 0;
+    for (std::size_t place = 0; place < sizeof bytes; ++place) {
+      const std::uint64_t bits = random();
+      bytes[place] = static_cast<char>(bits % 4 == 0 ? bits >> 8 : '0' + (bits >> 8) % 10);
+      if (!npar_host::number_detail::IsDigit(bytes[place])) others |= 1U << place;
+    }
+    ASSERT_EQ(npar_host::number_detail::NonDigits(bytes), others);
+    ASSERT_EQ(npar_host::number_detail::NonDigitsByWords(bytes), others);
+  }
 }
 
 TEST(NumberTest, SignsAndWordsAreRead) {
