@@ -345,19 +345,21 @@ bool QDCateUnivariateVariable::AddStatistic(std::int32_t statistic) {
 }
 
 void QDCateUnivariateVariable::ProcessColumns(RecordColumns& columns) {
-  const double* values = columns.Of(variableIndex);
+  const std::int32_t* codes = columns.TruncatedOf(variableIndex);
   RecordWeight(weightIndex).UseTruncated(columns, [&](auto weightAt) {
+    std::int64_t seen = 0;
     for (std::size_t i = 0; i < columns.Size(); ++i) {
-      if (values[i] == QDMV::gMissingCategory) continue;
       const std::int64_t weight = weightAt(i);
-      const std::int32_t code = TruncateToInt32(values[i]);
-      if (code >= 0 && code < categoryCount) {
-        frequencies[static_cast<std::size_t>(code)] += weight;
+      if (codes[i] >= 0 && codes[i] < categoryCount) {
+        frequencies[static_cast<std::size_t>(codes[i])] += weight;
+      } else if (columns.Of(variableIndex)[i] != QDMV::gMissingCategory) {
+        otherFrequencies[codes[i]] += weight;
       } else {
-        otherFrequencies[code] += weight;
+        continue;
       }
-      totalWeight += weight;
+      seen += weight;
     }
+    totalWeight += seen;
   });
 }
 

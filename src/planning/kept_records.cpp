@@ -38,19 +38,31 @@ std::uint64_t LostBits(double value) noexcept {
 
 }  // namespace
 
-void KeptColumn::Append(std::size_t kept, const double* values, std::size_t count) {
-  Survey(kept, values, count);
+void KeptColumn::Append(std::size_t kept, const double* const* rows, std::size_t place,
+                        std::size_t count) {
   if (isNarrow) {
-    if (AppendNarrow(kept, values, count)) return;
+    double values[kRecordsAtOnce];
+    for (std::size_t i = 0; i < count; ++i) values[i] = rows[i][place];
+    if (AppendNarrow(kept, values, count)) {
+      Survey(kept, values, count);
+      return;
+    }
     Widen(kept);
   }
+  AppendWide(kept, rows, place, count);
+}
+
+void KeptColumn::AppendWide(std::size_t kept, const double* const* rows, std::size_t place,
+                            std::size_t count) {
   doubles.Reserve(kept + count);
   while (count > 0) {
     const std::size_t room = doubles.BlockSize() - (kept & (doubles.BlockSize() - 1));
     const std::size_t part = std::min(count, room);
-    std::copy_n(values, part, doubles.Place(kept));
+    double* to = doubles.Place(kept);
+    for (std::size_t i = 0; i < part; ++i) to[i] = rows[i][place];
+    Survey(kept, to, part);
     kept += part;
-    values += part;
+    rows += part;
     count -= part;
   }
 }
@@ -122,13 +134,10 @@ const double* const* RowBuffer::Prepare(std::size_t count, int width) {
 }
 
 void KeptRecords::Append(const RecordBlock& block) {
-  double values[kRecordsAtOnce];
   for (std::size_t first = 0; first < block.count; first += kRecordsAtOnce) {
     const std::size_t part = std::min(block.count - first, kRecordsAtOnce);
-    const double* const* rows = block.rows + first;
     for (std::size_t variable = 0; variable < columns.size(); ++variable) {
-      for (std::size_t i = 0; i < part; ++i) values[i] = rows[i][variable];
-      columns[variable].Append(count, values, part);
+      columns[variable].Append(count, block.rows + first, variable, part);
     }
     count += part;
   }

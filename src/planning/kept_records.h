@@ -49,8 +49,9 @@ class KeptColumn {
 
   explicit KeptColumn(int blockShift) noexcept : bytes(blockShift), doubles(blockShift) {}
 
-  /// Puts values behind the `kept` ones that there are. Throws std::bad_alloc.
-  void Append(std::size_t kept, const double* values, std::size_t count);
+  /// Puts the values at a place of some rows, at most kRecordsAtOnce, behind the `kept` ones that
+  /// there are. Throws std::bad_alloc.
+  void Append(std::size_t kept, const double* const* rows, std::size_t place, std::size_t count);
 
   [[nodiscard]] bool IsNarrow() const noexcept { return isNarrow; }
   /// Only of a narrow one. The bytes up to the end of the block stand behind it.
@@ -97,6 +98,8 @@ class KeptColumn {
   void Survey(std::size_t kept, const double* values, std::size_t count) noexcept;
   /// False, and nothing appended, where a value does not fit.
   [[nodiscard]] bool AppendNarrow(std::size_t kept, const double* values, std::size_t count);
+  void AppendWide(std::size_t kept, const double* const* rows, std::size_t place,
+                  std::size_t count);
   void Widen(std::size_t kept);
 
   bool isNarrow = true;
