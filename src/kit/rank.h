@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -74,8 +75,9 @@ class NPARRank {
   /// values, takes a few instructions.
   template <typename Key>
   void AddUnits(const double* values, const Key* groupKeys, std::size_t count) {
+    if (AddApart(values, groupKeys, count)) return;
     for (std::size_t i = 0; i < count; ++i) {
-      if (run.size() == 1 && runWeight == 1 && run.front().weight == 1.0) {
+      if (IsRunOfOneUnit()) {
         double alone = runValue;
         std::size_t place = run.front().group;
         for (; i < count && !(std::abs(values[i] - alone) < kTieTolerance); ++i) {
@@ -113,10 +115,55 @@ class NPARRank {
   static constexpr double kSmallKeys = 65536.0;
   static constexpr std::size_t kNoPlace = ~std::size_t{0};
 
+  /// Keys below this number, and values up to this one, are summed at a time.
+  static constexpr std::size_t kKeysAtOnce = 32;
+  static constexpr std::size_t kValuesAtOnce = 65536;
+  /// Halves up to this sum add up without rounding, in any order.
+  static constexpr double kMostExactSum = 0x1p51;
+
   struct RunEntry {
     double weight;
     std::size_t group;
   };
+  /// What the units of a group have of the places of some, counted from 0.
+  struct PlaceSum {
+    std::uint64_t count = 0;
+    std::uint64_t sum = 0;
+  };
+  using PlaceSums = std::array<PlaceSum, kKeysAtOnce>;  // by key
+
+  [[nodiscard]] bool IsRunOfOneUnit() const noexcept {
+    return run.size() == 1 && runWeight == 1 && run.front().weight == 1.0;
+  }
+  /// AddUnits where no two of the values tie: their ranks are the whole numbers that follow, and a
+  /// group sums its own as such. False, and nothing done, where that is not so, where they are few,
+  /// or where the sums might round.
+  template <typename Key>
+  [[nodiscard]] bool AddApart(const double* values, const Key* groupKeys, std::size_t count) {
+    if (count < kKeysAtOnce || count > kValuesAtOnce || !IsRunOfOneUnit()) {
+      return false;
+    }
+    std::size_t unfit = std::abs(values[0] - runValue) < kTieTolerance ? 1 : 0;
+    for (std::size_t i = 1; i < count; ++i) {
+      unfit += std::abs(values[i] - values[i - 1]) < kTieTolerance ? 1 : 0;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      unfit += static_cast<std::uint32_t>(groupKeys[i]) >= kKeysAtOnce ? 1 : 0;
+    }
+    if (unfit > 0) return false;
+    PlaceSums sums{};
+    for (std::size_t i = 0; i + 1 < count; ++i) {  // the last one is a run that stays open
+      PlaceSum& places = sums[static_cast<std::size_t>(groupKeys[i])];
+      ++places.count;
+      places.sum += i;
+    }
+    if (!TakeApart(sums)) return false;
+    groups[run.front().group].Take(static_cast<double>(ranksBelow + 1), 1.0);
+    ranksBelow += static_cast<std::int64_t>(count);
+    runValue = values[count - 1];
+    run.front().group = PlaceOf(static_cast<double>(groupKeys[count - 1]));
+    return true;
+  }
 
   [[nodiscard]] std::size_t PlaceOf(double groupKey) {
     if (groupKey >= 0.0 && groupKey < kSmallKeys) {
@@ -129,6 +176,9 @@ class NPARRank {
     return FindPlace(groupKey);
   }
   [[nodiscard]] std::size_t FindPlace(double groupKey);
+  /// Gives units their ranks, which follow that of the open run; false, and nothing done, where a
+  /// sum might round.
+  [[nodiscard]] bool TakeApart(const PlaceSums& sums);
   void NoteTie();
 
   Keep keep;

@@ -26,45 +26,9 @@ void TwoGroupHistograms::Start() {
 }
 
 void TwoGroupHistograms::Add(const TwoGroupUnits& units) {
-  if (AddToTwoBins(units)) return;
   for (std::size_t i = 0; i < units.count; ++i) {
     histograms[units.groups[i]].AddAscendingOrZero(units.values[i], units.Weight(i));
   }
-}
-
-bool TwoGroupHistograms::AddToTwoBins(const TwoGroupUnits& units) {
-  if (units.weights != nullptr || !units.AscendWithoutZero()) return false;
-  const double lowest = units.values[0];
-  const double highest = units.values[units.count - 1];
-  HistogramBin* first = histograms[TwoGroups::First].FindBinOfAll(lowest, highest);
-  HistogramBin* second = histograms[TwoGroups::Second].FindBinOfAll(lowest, highest);
-  if (first == nullptr || second == nullptr) return false;
-
-  for (std::vector<double>& values : valuesOfGroup) {
-    if (values.size() < units.count) values.resize(units.count);
-  }
-  double* const x = valuesOfGroup[TwoGroups::First].data();
-  double* const y = valuesOfGroup[TwoGroups::Second].data();
-  std::size_t xCount = 0;
-  std::size_t yCount = 0;
-  for (std::size_t i = 0; i < units.count; ++i) {  // groups come at random: no branch
-    x[xCount] = y[yCount] = units.values[i];
-    xCount += units.groups[i] == TwoGroups::First ? 1 : 0;
-    yCount += units.groups[i] == TwoGroups::Second ? 1 : 0;
-  }
-  // Each mean waits for the division before; side by side, the two groups wait together.
-  HistogramBin a = *first;
-  HistogramBin b = *second;
-  const std::size_t shared = std::min(xCount, yCount);
-  for (std::size_t i = 0; i < shared; ++i) {
-    a.AddUnit(x[i]);
-    b.AddUnit(y[i]);
-  }
-  for (std::size_t i = shared; i < xCount; ++i) a.AddUnit(x[i]);
-  for (std::size_t i = shared; i < yCount; ++i) b.AddUnit(y[i]);
-  *first = a;
-  *second = b;
-  return true;
 }
 
 void TwoGroupHistograms::Finish() {

@@ -51,16 +51,11 @@ class TwoGroupHistograms {
   }
 
  private:
-  /// The same for units of which all that are of one group fall into one bin; false, and nothing
-  /// done, for others.
-  bool AddToTwoBins(const TwoGroupUnits& units);
-
   std::array<double, 2> minValues{std::numeric_limits<double>::max(),
                                   std::numeric_limits<double>::max()};
   std::array<double, 2> maxValues{std::numeric_limits<double>::lowest(),
                                   std::numeric_limits<double>::lowest()};
   std::array<QDContUnivariateVariable, 2> histograms;
-  std::array<std::vector<double>, 2> valuesOfGroup;  // room for the units in hand
 };
 
 /// What two groups come to among the records ascending by the test variable: sizes and ranges in a

@@ -255,13 +255,6 @@ void QDContUnivariateVariable::AddToBin(std::int64_t place, double x, std::int64
   bin.binMean += (x - bin.binMean) * static_cast<double>(weight) / static_cast<double>(bin.count);
 }
 
-HistogramBin* QDContUnivariateVariable::FindBinOfAll(double low, double high) {
-  const auto bin = static_cast<std::size_t>(FindBin(low));
-  const bool holdsAll = bin > 0 && bin + 1 < binUpperEdges.size() && binUpperEdges[bin - 1] < low &&
-                        !(binUpperEdges[bin] < high);
-  return holdsAll ? &bins[bin] : nullptr;
-}
-
 void QDContUnivariateVariable::AddZeroBin() {
   if (zeroCount > 0) bins.push_back(HistogramBin{zeroCount, 0.0});
 }

@@ -45,12 +45,6 @@ class StatisticSet {
 struct HistogramBin {
   std::int64_t count = 0;
   double binMean = 0.0;
-
-  /// Takes a value of weight 1.
-  void AddUnit(double x) noexcept {
-    ++count;
-    binMean += (x - binMean) / static_cast<double>(count);
-  }
 };
 
 /// Summary of one variable.
@@ -130,9 +124,6 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
       AddAscending(x, weight);
     }
   }
-  /// The bin that every value from `low` to `high` falls into, for adding them to it; null where
-  /// there may be several.
-  [[nodiscard]] HistogramBin* FindBinOfAll(double low, double high);
   /// Appends the zeros as a last entry, where there are any.
   void AddZeroBin();
 

@@ -111,6 +111,47 @@ TEST(Rank, SumsOfWeightsGoBeyondThirtyTwoBits) {
   EXPECT_EQ(ranks.GroupEntry(3.0).rankSum, 2147483647.0 * (2.0 * 2147483647.0 + 1073741824.0));
 }
 
+TEST(Rank, UnitsAtOnceComeToWhatTheyDoOneByOne) {
+  std::vector<double> apart;
+  std::vector<std::int32_t> keys;
+  for (int i = 0; i < 300; ++i) {
+    apart.push_back(10.0 + i * 0.5);
+    keys.push_back(i * i % 7 % 3);
+  }
+  std::vector<double> tied = apart;
+  tied[100] = tied[99];
+  const struct {
+    const char* catches;
+    std::vector<Entry> before;
+    const std::vector<double>& values;
+  } cases[] = {
+      {"the first of their groups", {}, apart},
+      {"one tie", {}, tied},
+      {"a tie with the value before", {{10, 1, 0}}, apart},
+      {"sums that end with a fraction", {{1, 1.0 / 3.0, 1}, {2, 1, 1}}, apart},
+      {"sums that round", {{1, 1, 1}, {2, 2147483647.0, 1}, {3, 2147483647.0, 2}}, apart},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.catches);
+    NPARRank atOnce;
+    for (const Entry& entry : row.before) {
+      ASSERT_THAT(atOnce.AddValue(entry.value, entry.weight, entry.group), IsOk());
+    }
+    NPARRank oneByOne = atOnce;
+    for (std::size_t i = 0; i < apart.size(); i += 100) {
+      atOnce.AddUnits(row.values.data() + i, keys.data() + i, 100);
+    }
+    for (std::size_t i = 0; i < apart.size(); ++i) {
+      ASSERT_THAT(oneByOne.AddValue(row.values[i], 1.0, keys[i]), IsOk());
+    }
+    for (NPARRank* ranks : {&atOnce, &oneByOne}) ranks->CloseRun();
+    for (const int key : {0, 1, 2}) {
+      EXPECT_EQ(atOnce.GroupEntry(key).rankSum, oneByOne.GroupEntry(key).rankSum);
+    }
+    EXPECT_EQ(atOnce.TieSum(), oneByOne.TieSum());
+  }
+}
+
 // Hollander and Wolfe (1999), Nonparametric Statistical Methods, table 3.1: the depression scores,
 // first less second visit, signed-rank sum 40 of 45.
 TEST(SignedRanks, SplitTheRanksOfSizesBySign) {

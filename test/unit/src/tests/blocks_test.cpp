@@ -126,6 +126,8 @@ const Shape kShapes[] = {
     {"ties, small groups and none", Grid, Skewed},
     {"close values", Close, Even},
     {"zeros of both signs", SignedZero, Even},
+    {"nothing but zeros", [](std::mt19937& random) { return std::copysign(0.0, Normal(random)); },
+     Even},
     {"infinities", Outer, Skewed},
 };
 
@@ -137,7 +139,7 @@ TEST(Blocks, SayWhatTheirRecordsSay) {
     rows = SortedBy(0, rows);
     for (const Kind& kind : kKinds) {
       const std::string byRecord = ResultOf(kind, rows, 1, true);
-      for (const std::size_t blockSize : {3U, 40U, 256U, 1500U}) {
+      for (const std::size_t blockSize : {3U, 40U, 256U, 375U, 751U, 1500U}) {
         SCOPED_TRACE(std::string(kind.name) + ", " + shape.catches + ", " +
                      std::to_string(blockSize));
         EXPECT_EQ(ResultOf(kind, rows, blockSize, false), byRecord);
