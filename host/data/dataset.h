@@ -25,9 +25,7 @@ class RowStore {
 
   /// A further row, its values undefined.
   double* Append() {
-    if ((size & (rowsOfBlock - 1)) == 0) {
-      blocks.push_back(std::make_unique_for_overwrite<double[]>(rowsOfBlock * width));
-    }
+    if ((size & (rowsOfBlock - 1)) == 0) AddBlock();
     return Row(size++);
   }
 
@@ -58,6 +56,8 @@ class RowStore {
 
  private:
   static constexpr std::size_t kBlockDoubles = std::size_t{1} << 17;
+
+  void AddBlock();
 
   std::size_t width;
   std::size_t rowsOfBlock;  // a power of two
