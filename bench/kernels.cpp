@@ -13,11 +13,11 @@
 #include "bench/floor.h"
 #include "bench/generated_data.h"
 #include "host/data/csv.h"
+#include "kit/column_ranks.h"
 #include "kit/order_statistics.h"
 #include "kit/radix_sort.h"
 #include "kit/rank.h"
 #include "kit/record_columns.h"
-#include "kit/record_ranks.h"
 #include "kit/univariate.h"
 #include "planning/record_iterators.h"
 #include "planning/sorted_records.h"
@@ -135,20 +135,22 @@ void RankingOneByOne(benchmark::State& state) {
 }
 BENCHMARK(RankingOneByOne)->Apply(OnDataToSort);
 
-/// Five values among themselves, as Friedman's test ranks a record.
+/// Five values among themselves, as Friedman's test ranks its records.
 void RankingWithinRecords(benchmark::State& state) {
   constexpr std::size_t kFields = 5;
   const GeneratedData data = DataToSort(state);
   const std::vector<double> values = Column(data.rows, 0);
   CompareWithSort(state, data.rows, [&values] {
-    RecordRanks ranks(kFields);
-    double ties = 0.0;
-    for (std::size_t first = 0; first < values.size(); first += kFields) {
-      for (std::size_t i = 0; i < kFields; ++i) ranks.Put(i, values[first + i]);
-      ranks.Rank(kFields);
-      ties += ranks.TieTerm();
+    const std::size_t records = values.size() / kFields;
+    std::vector<const double*> columns;
+    for (std::size_t i = 0; i < kFields; ++i) columns.push_back(values.data() + i * records);
+    ColumnRanks ranks(kFields);
+    std::int64_t sum = 0;
+    for (std::size_t first = 0; first < records; first += ranks.RecordsAtOnce()) {
+      ranks.Rank(columns, first, std::min(ranks.RecordsAtOnce(), records - first));
+      sum += ranks.StepsOf(0)[0];
     }
-    benchmark::DoNotOptimize(ties);
+    benchmark::DoNotOptimize(sum);
   });
 }
 BENCHMARK(RankingWithinRecords)->Apply(OnDataToSort);

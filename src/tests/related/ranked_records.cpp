@@ -19,7 +19,7 @@ constexpr StepwisePolicy kPolicy{.judgesOnAdjusted = true, .keepsShrunkSingles =
 }  // namespace
 
 NPARRankedRecords::NPARRankedRecords(QDSettings* settings, const Profile& profile)
-    : NPARTest(settings), profile(profile), comparison(profile.comparisonCodes, kPolicy) {}
+    : NPARColumnTest(settings), profile(profile), comparison(profile.comparisonCodes, kPolicy) {}
 
 void NPARRankedRecords::ReadSettings() {
   static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
@@ -40,7 +40,7 @@ QDStatus NPARRankedRecords::BeginPass() {
       return status;
     }
     rankSums.assign(k, 0.0);
-    ranks = RecordRanks(k);
+    ranks = ColumnRanks(k);
     rankCounts = RankCounts(k);
     passesLeft = comparison.WantsStepwise() ? static_cast<std::int32_t>(k) : 1;
     return status;
@@ -63,39 +63,50 @@ void NPARRankedRecords::StartStepDown() {
   stage = Stage::StepDown;
 }
 
-QDStatus NPARRankedRecords::ProcessRecord(const Record& record) {
+QDStatus NPARRankedRecords::ProcessColumns(RecordColumns& columns) {
   if (status.IsError()) return status;
-  const std::int64_t counted = weight.Truncated(record);
-  const auto w = static_cast<double>(counted);
-  if (stage != Stage::Overall) {
-    ProcessRanges(record, w);
-    return status;
-  }
-  const std::size_t k = variables.size();
-  for (std::size_t i = 0; i < k; ++i) ranks.Put(i, record[variables[i]]);
-  ranks.Rank(k);
-  for (std::size_t i = 0; i < k; ++i) {
-    const double rank = ranks.RankOf(i);
-    rankSums[i] += w * rank;
-    rankCounts.Add(i, rank, counted);
-  }
-  tieSum += ranks.TieTerm() * w;
-  totalN += counted;
+  weight.UseTruncated(columns, [&](auto weightAt) {
+    for (std::size_t first = 0; first < columns.Size(); first += ranks.RecordsAtOnce()) {
+      const std::size_t count = std::min(ranks.RecordsAtOnce(), columns.Size() - first);
+      const auto weightOf = [&](std::size_t i) { return weightAt(first + i); };
+      if (stage == Stage::Overall) {
+        RankFields(columns, first, count, weightOf);
+      } else {
+        RankRanges(columns, first, count, weightOf);
+      }
+    }
+  });
   return status;
 }
 
-void NPARRankedRecords::ProcessRanges(const Record& record, double w) {
+template <typename WeightOf>
+void NPARRankedRecords::RankFields(RecordColumns& columns, std::size_t first, std::size_t count,
+                                   WeightOf weightOf) {
+  fields.clear();
+  for (const std::int32_t variable : variables) fields.push_back(columns.Of(variable));
+  ranks.Rank(fields, first, count);
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    rankCounts.Add(i, ranks.StepsOf(i), count, weightOf);
+  }
+  for (std::size_t i = 0; i < count; ++i) totalN += weightOf(i);
+}
+
+template <typename WeightOf>
+void NPARRankedRecords::RankRanges(RecordColumns& columns, std::size_t first, std::size_t count,
+                                   WeightOf weightOf) {
   const std::vector<ComparedSample>& samples = comparison.GetSamples();
   const std::vector<SampleRange>& ranges = comparison.GetWorkList();
   for (std::size_t i = 0; i < ranges.size(); ++i) {
-    const SampleRange& range = ranges[i];
-    for (std::size_t place = range.first; place <= range.last; ++place) {
-      ranks.Put(place - range.first, record[samples[place].index]);
+    fields.clear();
+    for (std::size_t place = ranges[i].first; place <= ranges[i].last; ++place) {
+      fields.push_back(columns.Of(samples[place].index));
     }
-    ranks.Rank(range.Size());
-    std::vector<double>& sums = rangeRankSums[i];
-    for (std::size_t place = 0; place < sums.size(); ++place) {
-      sums[place] += w * ranks.RankOf(place);
+    ranks.Rank(fields, first, count);
+    for (std::size_t field = 0; field < fields.size(); ++field) {
+      const std::int32_t* steps = ranks.StepsOf(field);
+      std::int64_t twice = 0;
+      for (std::size_t j = 0; j < count; ++j) twice += weightOf(j) * (steps[j] + 2);
+      rangeRankSums[i][field] += static_cast<double>(twice) * 0.5;
     }
   }
 }
@@ -118,7 +129,8 @@ QDStatus NPARRankedRecords::EndPass() {
 }
 
 void NPARRankedRecords::EndOverall() {
-  overall = ComputeFigures(rankSums, tieSum);
+  for (std::size_t i = 0; i < variables.size(); ++i) rankSums[i] = rankCounts.RankSum(i);
+  overall = ComputeFigures(rankSums, rankCounts.TieSum());
   const bool goesOn = comparison.PassGate(*this, sigLevel, overall.sig, variables.size());
   if (goesOn && comparison.WantsPairwise()) ComparePairs();
   if (goesOn && comparison.WantsStepwise()) stage = Stage::StepDownAhead;

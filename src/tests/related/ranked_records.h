@@ -1,13 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
+#include "kit/column_ranks.h"
+#include "kit/column_test.h"
 #include "kit/multiple_comparisons.h"
 #include "kit/rank_counts.h"
-#include "kit/record_ranks.h"
 #include "kit/record_weight.h"
-#include "kit/test.h"
 #include "planning/planner.h"
 #include "tests/related/continuous_fields.h"
 
@@ -25,13 +26,13 @@
 ///
 /// Source: M. Friedman, JASA 32 (1937), 675-701; ties as in M. Hollander and D. A. Wolfe,
 /// Nonparametric Statistical Methods, 2nd ed., 1999, section 7.1.
-class NPARRankedRecords : public NPARTest {
+class NPARRankedRecords : public NPARColumnTest {
  public:
   void SetSharedData(UnivariateResults*) override {}  // reads no shared summaries
   /// Reads "variableIndex" (the k positions), "weightVariableIndex" (absent: each record weighs 1),
   /// "sigLevel" and "typeOfMultipleComparison". An error: fewer than two positions.
   QDStatus BeginPass() override;
-  QDStatus ProcessRecord(const Record& record) override;
+  QDStatus ProcessColumns(RecordColumns& columns) override;
   bool NeedsAnotherPass() override;
   /// Error 220003: the weights sum to 0.
   QDStatus EndPass() override;
@@ -65,7 +66,12 @@ class NPARRankedRecords : public NPARTest {
   enum class Stage { Overall, StepDownAhead, StepDown };
   void ReadSettings();
   void StartStepDown();
-  void ProcessRanges(const Record& record, double w);
+  /// `count` records from `first` on; weightOf(i) is the weight of the i-th of them.
+  template <typename WeightOf>
+  void RankFields(RecordColumns& columns, std::size_t first, std::size_t count, WeightOf weightOf);
+  /// The same for each range of a step.
+  template <typename WeightOf>
+  void RankRanges(RecordColumns& columns, std::size_t first, std::size_t count, WeightOf weightOf);
   void EndOverall();
   void ComparePairs();
   [[nodiscard]] std::vector<ComparedSample> MeanRanks() const;
@@ -78,11 +84,11 @@ class NPARRankedRecords : public NPARTest {
   std::vector<std::int32_t> variables;
   MultipleComparison comparison;
   Stage stage = Stage::Overall;
-  RecordRanks ranks;
+  ColumnRanks ranks;
+  std::vector<const double*> fields;  // the columns that are ranked among each other
   std::int64_t totalN = 0;
-  std::vector<double> rankSums;  // R by place
-  double tieSum = 0.0;           // sum of w (t^3 - t)
   RankCounts rankCounts;
+  std::vector<double> rankSums;  // R by place
   RangeFigures overall;
   std::vector<std::vector<double>> rangeRankSums;  // by place in the work list
 };
