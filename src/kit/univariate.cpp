@@ -138,9 +138,7 @@ void QDContUnivariateVariable::ProcessColumns(RecordColumns& columns) {
   }
   const double* values = columns.Of(variableIndex);
   RecordWeight(weightIndex).UseTruncated(columns, [&](auto weightAt) {
-    for (std::size_t i = 0; i < columns.Size(); ++i) {
-      if (values[i] != QDMV::gMissingValue) AddValueOrZero(values[i], weightAt(i));
-    }
+    AddValues<true>(values, columns.Size(), weightAt);
   });
 }
 
@@ -197,7 +195,8 @@ void QDContUnivariateVariable::SetRange(double low, double high, std::uint64_t w
   bins.clear();
   latestBin = 0;
   if (wantedBins == 0) return;
-  binWidth = (high - low) / static_cast<double>(wantedBins);
+  const double binWidth = (high - low) / static_cast<double>(wantedBins);
+  binsPerUnit = 1.0 / binWidth;
   binUpperEdges.reserve(wantedBins + 1);
   double previous = low;
   std::uint64_t multiple = 1;
@@ -219,21 +218,43 @@ void QDContUnivariateVariable::SetRange(double low, double high, std::uint64_t w
 }
 
 std::int64_t QDContUnivariateVariable::FindBin(double x) const {
-  const std::int64_t last = static_cast<std::int64_t>(binUpperEdges.size()) - 1;
-  if (last < 1) return 0;
-  // All edges but the two at zero are rangeLow + (i + 1) * binWidth up to rounding, so the division
+  const std::int64_t last = LastBin();
+  // All edges but the two at zero are rangeLow + (i + 1) bin widths up to rounding, so the guess
   // lands beside the bin and the comparisons settle it. Not a number lands in bin 0.
-  const double guess = (x - rangeLow) / binWidth;
-  std::int64_t bin = 0;
-  if (guess >= static_cast<double>(last)) {
-    bin = last;
-  } else if (guess > 0.0) {
-    bin = static_cast<std::int64_t>(guess);
+  return SeekBin(x, GuessBin(x, static_cast<double>(last)), last);
+}
+
+template <bool kSkipsMissing, typename WeightAt>
+void QDContUnivariateVariable::AddValues(const double* values, std::size_t count,
+                                         WeightAt weightAt) {
+  const std::int64_t last = LastBin();
+  const auto lastGuess = static_cast<double>(last);
+  const std::span<HistogramBin> filled = bins;
+  std::int32_t guesses[kRecordsAtOnce];
+  for (std::size_t first = 0; first < count; first += kRecordsAtOnce) {
+    const std::size_t part = std::min(count - first, kRecordsAtOnce);
+    // Apart from the rest, so that the processor takes several at a time.
+    for (std::size_t i = 0; i < part; ++i) guesses[i] = GuessBin(values[first + i], lastGuess);
+    for (std::size_t i = 0; i < part; ++i) {
+      const double x = values[first + i];
+      if (kSkipsMissing && x == QDMV::gMissingValue) continue;
+      if (x == 0.0) {
+        zeroCount += weightAt(first + i);
+      } else {
+        const auto place = static_cast<std::size_t>(SeekBin(x, guesses[i], last));
+        if (place < filled.size()) filled[place].Add(x, weightAt(first + i));
+      }
+    }
   }
-  const double* edges = binUpperEdges.data();
-  while (bin > 0 && !(edges[bin - 1] < x)) --bin;
-  while (bin < last && edges[bin] < x) ++bin;
-  return bin;
+}
+
+void QDContUnivariateVariable::AddColumn(const double* values, std::size_t count,
+                                         const std::int32_t* weights) {
+  if (weights == nullptr) {
+    AddValues<false>(values, count, [](std::size_t) { return std::int64_t{1}; });
+  } else {
+    AddValues<false>(values, count, [weights](std::size_t i) { return std::int64_t{weights[i]}; });
+  }
 }
 
 void QDContUnivariateVariable::AddValue(double x, std::int64_t weight) {
@@ -249,10 +270,8 @@ void QDContUnivariateVariable::AddAscending(double x, std::int64_t weight) {
 }
 
 void QDContUnivariateVariable::AddToBin(std::int64_t place, double x, std::int64_t weight) {
-  if (weight == 0 || place >= static_cast<std::int64_t>(bins.size())) return;
-  HistogramBin& bin = bins[static_cast<std::size_t>(place)];
-  bin.count += weight;
-  bin.binMean += (x - bin.binMean) * static_cast<double>(weight) / static_cast<double>(bin.count);
+  const auto index = static_cast<std::size_t>(place);
+  if (index < bins.size()) bins[index].Add(x, weight);
 }
 
 void QDContUnivariateVariable::AddZeroBin() {

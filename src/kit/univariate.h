@@ -45,6 +45,12 @@ class StatisticSet {
 struct HistogramBin {
   std::int64_t count = 0;
   double binMean = 0.0;
+
+  void Add(double x, std::int64_t weight) noexcept {
+    if (weight == 0) return;
+    count += weight;
+    binMean += (x - binMean) * static_cast<double>(weight) / static_cast<double>(count);
+  }
 };
 
 /// Summary of one variable.
@@ -116,6 +122,8 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
       AddValue(x, weight);
     }
   }
+  /// AddValueOrZero for each of `count` values; weights null: each weighs 1.
+  void AddColumn(const double* values, std::size_t count, const std::int32_t* weights);
   /// As AddAscending; an exact 0 is counted apart.
   void AddAscendingOrZero(double x, std::int64_t weight) {
     if (x == 0.0) {
@@ -183,6 +191,25 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
     if (minimum == QDMV::gMissingValue || minimum > x) minimum = x;
     if (maximum == QDMV::gMissingValue || x > maximum) maximum = x;
   }
+  [[nodiscard]] std::int64_t LastBin() const noexcept {
+    return binUpperEdges.empty() ? 0 : static_cast<std::int64_t>(binUpperEdges.size()) - 1;
+  }
+  /// Where to begin the search for a value's bin, from 0 to `last`.
+  [[nodiscard]] std::int32_t GuessBin(double x, double last) const noexcept {
+    const double guess = (x - rangeLow) * binsPerUnit;
+    const double fromFirst = guess > 0.0 ? guess : 0.0;  // not a number: the first
+    return static_cast<std::int32_t>(fromFirst < last ? fromFirst : last);
+  }
+  /// The bin of a value, sought from `bin` on.
+  [[nodiscard]] std::int64_t SeekBin(double x, std::int64_t bin, std::int64_t last) const noexcept {
+    const double* edges = binUpperEdges.data();
+    while (bin > 0 && !(edges[bin - 1] < x)) --bin;
+    while (bin < last && edges[bin] < x) ++bin;
+    return bin;
+  }
+  /// AddColumn, where the values are given apart from those that are missing.
+  template <bool kSkipsMissing, typename WeightAt>
+  void AddValues(const double* values, std::size_t count, WeightAt weightAt);
   void AddToBin(std::int64_t place, double x, std::int64_t weight);
   template <bool kIsWeighted, std::size_t kCount>
   static void Summarise(QDContUnivariateVariable* const* variables, RecordColumns& columns);
@@ -207,7 +234,7 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   double rangeHigh = std::numeric_limits<double>::lowest();
   double rangeLow = std::numeric_limits<double>::max();
   std::uint64_t binCount = kBinCount;
-  double binWidth = 0.0;
+  double binsPerUnit = 0.0;  // the reciprocal of their width
   std::int64_t latestBin = 0;
   std::int64_t zeroCount = 0;
   std::vector<double> binUpperEdges;

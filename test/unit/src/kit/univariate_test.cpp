@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -179,6 +180,35 @@ TEST(Histogram, BinsHoldSumsOfWeightsAndWeightedMeansAndZerosComeLast) {
   EXPECT_EQ(histogram.GetZeroCount(), 5);
   EXPECT_THAT(Filled(histogram.GetBins()), ElementsAre(Pair(4, -3.25), Pair(2, 4.0), Pair(5, 0.0)));
   EXPECT_EQ(histogram.GetBins().back().count, 5);
+}
+
+TEST(Histogram, TakesAColumnAsItsValues) {
+  constexpr std::size_t kCount = 700;  // more than are taken at a time
+  std::vector<double> values(kCount, std::numeric_limits<double>::quiet_NaN());
+  std::vector<std::int32_t> weights;
+  for (std::size_t i = 0; i < kCount; ++i) {
+    if (i % 90 != 0) values[i] = static_cast<double>(i % 81) * 0.1 - 4.0;  // 0 too, and both ends
+    weights.push_back(static_cast<std::int32_t>(i % 3));
+  }
+  for (const bool isWeighted : {false, true}) {
+    for (const std::uint64_t bins : {0U, 4U}) {
+      QDContUnivariateVariable byColumn;
+      QDContUnivariateVariable byValue;
+      if (bins > 0) byColumn.SetRange(-4.0, 4.0, bins);
+      if (bins > 0) byValue.SetRange(-4.0, 4.0, bins);
+      byColumn.AddColumn(values.data(), kCount, isWeighted ? weights.data() : nullptr);
+      for (std::size_t i = 0; i < kCount; ++i) {
+        byValue.AddValueOrZero(values[i], isWeighted ? weights[i] : 1);
+      }
+      EXPECT_EQ(byColumn.GetZeroCount(), byValue.GetZeroCount());
+      ASSERT_EQ(byColumn.GetBins().size(), byValue.GetBins().size());
+      for (std::size_t bin = 0; bin < byValue.GetBins().size(); ++bin) {
+        EXPECT_EQ(byColumn.GetBins()[bin].count, byValue.GetBins()[bin].count);
+        EXPECT_EQ(std::bit_cast<std::uint64_t>(byColumn.GetBins()[bin].binMean),
+                  std::bit_cast<std::uint64_t>(byValue.GetBins()[bin].binMean));
+      }
+    }
+  }
 }
 
 struct HingeCase {
