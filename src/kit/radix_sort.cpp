@@ -156,6 +156,7 @@ template void SortBuckets(NumberedKey* entries, const std::vector<std::uint32_t>
 
 void SortKeys(PlainKey* keys, std::size_t count) {
   constexpr std::size_t kAhead = 16;  // two lines on in the bucket
+  constexpr std::size_t kAtOnce = 8;
   if (count == 0) return;
   std::uint64_t differing = 0;
   for (std::size_t i = 0; i < count; ++i) differing |= keys[i].key ^ keys[0].key;
@@ -167,16 +168,23 @@ void SortKeys(PlainKey* keys, std::size_t count) {
   ends.push_back(static_cast<std::uint32_t>(count));
   // A key goes to its place and takes the one that stood there along, until one belongs where the
   // first came from. P. M. McIlroy, K. Bostic, M. D. McIlroy, Computing Systems 6 (1993), 5-27.
+  // Some keys are on their way at once, so that the next one's place is sought while one waits for
+  // the memory; each ends where one of them came from.
   for (std::size_t bucket = 0; bucket < ends.size(); ++bucket) {
     while (buckets.Ends()[bucket] < ends[bucket]) {
       const std::size_t open = buckets.Ends()[bucket];
-      PlainKey key = keys[open];
-      for (std::size_t place = buckets.PlaceOf(key.key); place != open;
-           place = buckets.PlaceOf(key.key)) {
-        __builtin_prefetch(keys + place + kAhead, 1);
-        std::swap(key, keys[place]);
+      const std::size_t openEnd = std::min<std::size_t>(open + kAtOnce, ends[bucket]);
+      std::array<PlainKey, kAtOnce> moving;
+      std::size_t left = openEnd - open;
+      std::copy_n(keys + open, left, moving.begin());
+      while (left > 0) {
+        for (std::size_t i = 0; i < left; ++i) {
+          const std::size_t place = buckets.PlaceOf(moving[i].key);
+          __builtin_prefetch(keys + place + kAhead, 1);
+          std::swap(moving[i], keys[place]);
+          if (place >= open && place < openEnd) moving[i] = moving[--left];
+        }
       }
-      keys[open] = key;
     }
   }
   SortBuckets(keys, ends);
