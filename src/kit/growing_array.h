@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <new>
@@ -28,6 +29,14 @@ class GrowingArray {
     if (count == capacity) Grow(capacity == 0 ? kFirst : 2 * capacity);
     values[count++] = value;
   }
+  /// Room for `further` values behind the last one, which become the list's with TakeOver. Throws
+  /// std::bad_alloc and is as it was.
+  [[nodiscard]] Value* MakeRoom(std::size_t further) {
+    if (further > capacity - count) Grow(std::max(count + further, 2 * capacity));
+    return end();
+  }
+  /// The first so many values that were written into the room.
+  void TakeOver(std::size_t written) noexcept { count += written; }
   /// Throws std::bad_alloc.
   void Assign(std::size_t size, Value value) {
     if (size > capacity) Grow(size);

@@ -8,3 +8,11 @@ bool PairedDifferences::ReadPair(const QDSettings& settings) {
   second = indices[1];
   return true;
 }
+
+const double* PairedDifferences::Of(RecordColumns& columns) {
+  const double* from = columns.Of(first);
+  const double* to = columns.Of(second);
+  if (inHand.size() < columns.Size()) inHand.resize(columns.Size());
+  for (std::size_t i = 0; i < columns.Size(); ++i) inHand[i] = to[i] - from[i];
+  return inHand.data();
+}

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/record_columns.h"
 #include "kit/univariate.h"
 
 /// The differences d = second - first of a pair of variables: how many lie on either side of zero,
@@ -20,6 +22,32 @@ class PairedDifferences {
     return record[second] - record[first];
   }
 
+  /// Those of the records in hand, good until the next call. Throws std::bad_alloc.
+  [[nodiscard]] const double* Of(RecordColumns& columns);
+
+  /// The differences, of which the i-th weighs weightAt(i).
+  template <typename WeightAt>
+  void Count(const double* differences, std::size_t count, WeightAt weightAt) noexcept {
+    std::int64_t above = 0;
+    std::int64_t below = 0;
+    std::int64_t all = 0;
+    double largest = maximum;
+    double smallest = minimum;
+    for (std::size_t i = 0; i < count; ++i) {
+      const double d = differences[i];
+      const std::int64_t w = weightAt(i);
+      above += d > 0.0 ? w : 0;
+      below += d < 0.0 ? w : 0;
+      all += w;
+      largest = d > largest ? d : largest;
+      smallest = d < smallest ? d : smallest;
+    }
+    positiveCount += above;
+    negativeCount += below;
+    tieCount += all - above - below;
+    maximum = largest;
+    minimum = smallest;
+  }
   void Count(double difference, std::int64_t weight) noexcept {
     if (difference > 0.0) {
       positiveCount += weight;
@@ -47,6 +75,10 @@ class PairedDifferences {
   void AddToHistogram(double difference, std::int64_t weight) {
     histogram.AddValueOrZero(difference, weight);
   }
+  /// `weights` as QDContUnivariateVariable::AddColumn has them.
+  void AddToHistogram(const double* differences, std::size_t count, const std::int32_t* weights) {
+    histogram.AddColumn(differences, count, weights);
+  }
   void EndHistogram() { histogram.AddZeroBin(); }
   [[nodiscard]] const std::vector<HistogramBin>& Bins() const noexcept {
     return histogram.GetBins();
@@ -61,4 +93,5 @@ class PairedDifferences {
   double minimum = std::numeric_limits<double>::max();
   double maximum = std::numeric_limits<double>::lowest();
   QDContUnivariateVariable histogram;
+  std::vector<double> inHand;
 };

@@ -34,6 +34,10 @@ class RecordWeight {
       use([weights](std::size_t i) { return std::int64_t{weights[i]}; });
     }
   }
+  /// Truncated of each record; null where every record weighs 1.
+  [[nodiscard]] const std::int32_t* TruncatedOf(RecordColumns& columns) const {
+    return index < 0 ? nullptr : columns.TruncatedOf(index);
+  }
   [[nodiscard]] std::int32_t Index() const noexcept { return index; }
 
  private:

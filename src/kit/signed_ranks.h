@@ -1,5 +1,8 @@
 #pragma once
 
+#include <bit>
+#include <cstddef>
+
 #include "kit/growing_array.h"
 #include "kit/radix_sort.h"
 
@@ -7,11 +10,15 @@
 ///
 /// The rank of a difference is the mid-rank of its size among all that were added; sizes within
 /// 1e-14 of the first of a run tie. A weight counts as that many differences for the ranks (without
-/// its fraction) and multiplies the rank in the sums. A difference of 0 counts as positive.
+/// its fraction) and multiplies the rank in the sums. A difference of 0 counts as positive. The
+/// sums of differences that all weigh 1 are exact before they become doubles.
 class SignedRanks {
  public:
   /// Throws std::bad_alloc.
   void Add(double difference, double weight);
+  /// Adds those of `count` differences that are above or below 0, all of weight 1. Throws
+  /// std::bad_alloc.
+  void AddUnits(const double* units, std::size_t count);
   /// Ranks all that was added and keeps the sums alone. Throws std::bad_alloc.
   void Rank();
 
@@ -21,6 +28,12 @@ class SignedRanks {
   [[nodiscard]] double TieSum() const noexcept { return tieSum; }
 
  private:
+  [[nodiscard]] static double SizeOf(PlainKey difference) noexcept {
+    return std::bit_cast<double>(difference.key >> 1);
+  }
+  void RankUnits();
+  void RankWeighted();
+
   /// The bits of each size, moved up by one, with the sign as the lowest: so they are sorted where
   /// they stand.
   GrowingArray<PlainKey> differences;

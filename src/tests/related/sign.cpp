@@ -42,13 +42,13 @@ void NPARSign::ReadSettings() {
   }
 }
 
-QDStatus NPARSign::ProcessRecord(const Record& record) {
-  const double d = differences.Of(record);
-  const std::int64_t w = weight.Truncated(record);
+QDStatus NPARSign::ProcessColumns(RecordColumns& columns) {
+  const double* d = differences.Of(columns);
   if (passIndex == 0) {
-    differences.Count(d, w);
+    weight.UseTruncated(columns,
+                        [&](auto weightAt) { differences.Count(d, columns.Size(), weightAt); });
   } else {
-    differences.AddToHistogram(d, w);
+    differences.AddToHistogram(d, columns.Size(), weight.TruncatedOf(columns));
   }
   return status;
 }

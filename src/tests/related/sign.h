@@ -4,9 +4,9 @@
 #include <optional>
 #include <vector>
 
+#include "kit/column_test.h"
 #include "kit/paired_differences.h"
 #include "kit/record_weight.h"
-#include "kit/test.h"
 #include "planning/planner.h"
 
 /// Sign test: is the median of the paired differences d = second - first zero?
@@ -19,18 +19,18 @@
 /// Pass 0 yields every figure; pass 1 only the histogram of d, whose range pass 0 found.
 ///
 /// Source: W. J. Dixon and A. M. Mood, The statistical sign test, JASA 41 (1946), 557-566.
-class NPARSign final : public NPARTest {
+class NPARSign final : public NPARColumnTest {
  public:
   /// The largest n with an exact p.
   static constexpr std::int64_t kExactLimit = 25;
 
-  using NPARTest::NPARTest;
+  using NPARColumnTest::NPARColumnTest;
 
   void SetSharedData(UnivariateResults*) override {}  // reads no shared summaries
   /// Reads "variableIndex" (two positions in the record), "weightVariableIndex" (absent: each
   /// record weighs 1) and "sigLevel". Error 220918: not two different positions.
   QDStatus BeginPass() override;
-  QDStatus ProcessRecord(const Record& record) override;
+  QDStatus ProcessColumns(RecordColumns& columns) override;
   bool NeedsAnotherPass() override { return !status.IsError() && passIndex == 1; }
   /// Error 220003: the weights sum to 0. Help message 220916: the exact p is given.
   QDStatus EndPass() override;

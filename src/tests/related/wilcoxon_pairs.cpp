@@ -31,15 +31,22 @@ QDStatus NPARWilcoxonPairs::BeginPass() {
   return status;
 }
 
-QDStatus NPARWilcoxonPairs::ProcessRecord(const Record& record) {
-  const double d = differences.Of(record);
-  const std::int64_t w = weight.Truncated(record);
+QDStatus NPARWilcoxonPairs::ProcessColumns(RecordColumns& columns) {
+  const double* d = differences.Of(columns);
+  const std::int32_t* weights = weight.TruncatedOf(columns);
   if (passIndex > 0) {
-    differences.AddToHistogram(d, w);
+    differences.AddToHistogram(d, columns.Size(), weights);
     return status;
   }
-  differences.Count(d, w);
-  if (d > 0.0 || d < 0.0) ranks.Add(d, static_cast<double>(w));
+  weight.UseTruncated(columns,
+                      [&](auto weightAt) { differences.Count(d, columns.Size(), weightAt); });
+  if (weights == nullptr) {
+    ranks.AddUnits(d, columns.Size());
+  } else {
+    for (std::size_t i = 0; i < columns.Size(); ++i) {
+      if (d[i] > 0.0 || d[i] < 0.0) ranks.Add(d[i], static_cast<double>(weights[i]));
+    }
+  }
   return status;
 }
 

@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "kit/column_test.h"
 #include "kit/paired_differences.h"
 #include "kit/record_weight.h"
 #include "kit/signed_ranks.h"
-#include "kit/test.h"
 #include "planning/planner.h"
 
 /// Wilcoxon matched-pairs signed-rank test: are the differences d = second - first symmetric about
@@ -21,15 +21,15 @@
 ///
 /// Source: F. Wilcoxon, Biometrics Bulletin 1 (1945), 80-83; ties as in M. Hollander and D. A.
 /// Wolfe, Nonparametric Statistical Methods, 2nd ed., 1999, section 3.1.
-class NPARWilcoxonPairs final : public NPARTest {
+class NPARWilcoxonPairs final : public NPARColumnTest {
  public:
-  using NPARTest::NPARTest;
+  using NPARColumnTest::NPARColumnTest;
 
   void SetSharedData(UnivariateResults*) override {}  // reads no shared summaries
   /// Reads "variableIndex" (two positions in the record), "weightVariableIndex" (absent: each
   /// record weighs 1) and "sigLevel". Error 221009: not two positions.
   QDStatus BeginPass() override;
-  QDStatus ProcessRecord(const Record& record) override;
+  QDStatus ProcessColumns(RecordColumns& columns) override;
   bool NeedsAnotherPass() override { return passIndex == 1; }
   /// Error 220003: the weights sum to 0.
   QDStatus EndPass() override;

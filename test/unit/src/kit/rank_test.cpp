@@ -3,6 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+#include <vector>
+
 #include "kit/signed_ranks.h"
 #include "support/matchers.h"
 
@@ -174,6 +178,31 @@ TEST(SignedRanks, AWeightThatComesLateLeavesTheEarlierOnesAtOne) {
   EXPECT_EQ(ranks.PositiveRankSum(), 4.5);
   EXPECT_EQ(ranks.NegativeRankSum(), 3 * 2.0 + 4.5);
   EXPECT_EQ(ranks.TieSum(), 24.0 + 6.0);
+}
+
+// Sizes 1 1 2 3 3 3 and twice infinity: infinite ones never tie.
+TEST(SignedRanks, OfUnitsLeaveOutZerosAndWhatIsNoNumber) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  const std::vector<double> units{3.0,         -1.0, 0.0,           -3.0, std::nan(""),
+                                  1.0 + 1e-15, 2.0,  -std::nan(""), 3.0,  -0.0};
+  for (const bool hasInfinite : {false, true}) {
+    SignedRanks ranks;
+    ranks.AddUnits(units.data(), units.size());
+    if (hasInfinite) ranks.AddUnits(std::vector<double>(2, -kInfinity).data(), 2);
+    ranks.Rank();
+    EXPECT_EQ(ranks.PositiveRankSum(), 1.5 + 3 + 5 + 5);
+    EXPECT_EQ(ranks.NegativeRankSum(), 1.5 + 5 + (hasInfinite ? 7 + 8 : 0));
+    EXPECT_EQ(ranks.TieSum(), 6.0 + 24.0);
+  }
+}
+
+TEST(SignedRanks, UnitsMayFollowAWeight) {
+  SignedRanks ranks;
+  ranks.Add(-1.0, 3.0);
+  ranks.AddUnits(std::vector<double>{2.0, 0.0}.data(), 2);
+  ranks.Rank();
+  EXPECT_EQ(ranks.PositiveRankSum(), 4.0);
+  EXPECT_EQ(ranks.NegativeRankSum(), 3 * 2.0);
 }
 
 }  // namespace
