@@ -1,16 +1,11 @@
 #include "kit/signed_ranks.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 
+#include "foundation/names.h"
 #include "kit/rank.h"
-
-namespace {
-
-constexpr double kNegative = 0.0;
-constexpr double kPositive = 1.0;
-
-}  // namespace
 
 void SignedRanks::Add(double difference, double weight) {
   if (weight != 1.0 && weights.IsEmpty()) weights.Assign(differences.Size(), 1.0);
@@ -76,16 +71,54 @@ void SignedRanks::RankUnits() {
   positiveRankSum = static_cast<double>(twiceAll - twiceNegative) * 0.5;
 }
 
-void SignedRanks::RankWeighted() {
-  NPARRank ranks;
-  const auto sizeAt = [this](std::size_t i) { return SizeOf(differences[i]); };
-  for (const std::uint32_t i : AscendingOrder(differences.Size(), sizeAt)) {
-    const bool isNegative = (differences[i].key & 1) != 0;
-    static_cast<void>(ranks.AddValue(sizeAt(i), weights.IsEmpty() ? 1.0 : weights[i],
-                                     isNegative ? kNegative : kPositive));
+template <typename EntryAt>
+void SignedRanks::RankRuns(EntryAt entryAt) {
+  const std::size_t count = differences.Size();
+  std::int64_t ranksBelow = 0;
+  std::size_t end = 0;
+  for (std::size_t begin = 0; begin < count; begin = end) {
+    const double first = entryAt(begin).size;
+    std::int64_t tied = 0;
+    end = begin;
+    do {
+      tied += TruncateToInt32(entryAt(end).weight);
+      ++end;
+    } while (end < count && std::abs(entryAt(end).size - first) < NPARRank::kTieTolerance);
+    const double rank = static_cast<double>(tied + 1) * 0.5 + static_cast<double>(ranksBelow);
+    for (std::size_t i = begin; i < end; ++i) {
+      const Entry entry = entryAt(i);
+      const double part = rank * entry.weight;
+      positiveRankSum += entry.isNegative ? 0.0 : part;
+      negativeRankSum += entry.isNegative ? part : 0.0;
+    }
+    const auto t = static_cast<double>(tied);
+    if (tied >= 2) tieSum += t * t * t - t;
+    ranksBelow += tied;
   }
-  ranks.CloseRun();
-  positiveRankSum = ranks.GroupEntry(kPositive).rankSum;
-  negativeRankSum = ranks.GroupEntry(kNegative).rankSum;
-  tieSum = ranks.TieSum();
+}
+
+void SignedRanks::RankWeighted() {
+  constexpr double kLargest = 2147483647.0;  // leaves a bit for the sign
+  const auto isBeside = [](double w) { return w >= 0.0 && w <= kLargest && w == std::floor(w); };
+  const auto entryOf = [this](std::size_t i) {
+    return Entry{SizeOf(differences[i]), weights.IsEmpty() ? 1.0 : weights[i],
+                 (differences[i].key & 1) != 0};
+  };
+  if (std::all_of(weights.begin(), weights.end(), isBeside)) {
+    // Weight and sign go with the size, in the place of a record's number.
+    const auto sorted = SortedEntries<NumberedKey>(differences.Size(), [&](std::size_t i) {
+      const Entry entry = entryOf(i);
+      const auto weight = static_cast<std::uint32_t>(entry.weight);
+      return NumberedKey(OrderedBits(entry.size), weight << 1 | (entry.isNegative ? 1U : 0U));
+    });
+    RankRuns([&sorted](std::size_t i) {
+      const NumberedKey& key = sorted[i];
+      return Entry{ValueOfOrderedBits(key.Key()), static_cast<double>(key.number >> 1),
+                   (key.number & 1) != 0};
+    });
+  } else {
+    const RecordOrder order =
+        AscendingOrder(differences.Size(), [&](std::size_t i) { return entryOf(i).size; });
+    RankRuns([&](std::size_t place) { return entryOf(order[place]); });
+  }
 }

@@ -31,8 +31,17 @@ class SignedRanks {
   [[nodiscard]] static double SizeOf(PlainKey difference) noexcept {
     return std::bit_cast<double>(difference.key >> 1);
   }
+  struct Entry {
+    double size;
+    double weight;
+    bool isNegative;
+  };
+
   void RankUnits();
   void RankWeighted();
+  /// The entries by size, equal ones as they came.
+  template <typename EntryAt>
+  void RankRuns(EntryAt entryAt);
 
   /// The bits of each size, moved up by one, with the sign as the lowest: so they are sorted where
   /// they stand.

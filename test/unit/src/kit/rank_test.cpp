@@ -3,8 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <random>
+#include <utility>
 #include <vector>
 
 #include "kit/signed_ranks.h"
@@ -203,6 +206,36 @@ TEST(SignedRanks, UnitsMayFollowAWeight) {
   ranks.Rank();
   EXPECT_EQ(ranks.PositiveRankSum(), 4.0);
   EXPECT_EQ(ranks.NegativeRankSum(), 3 * 2.0);
+}
+
+// By hand: NPARRank, one entry after the other in a stable order.
+TEST(SignedRanks, OfWholeAndOtherWeightsAreThoseOfNPARRank) {
+  std::mt19937 random(7);
+  const std::vector<double> wholes{0.0, 1.0, 2.0, 5.0, 2147483647.0};
+  const std::vector<double> others{0.5, 1.0, -2.0, 2147483648.0, 3.75};
+  const std::vector<double> drawn{0.3,          1.0,  1.0 + 1e-15, 2.0, 7.0,
+                                  std::nan(""), 1e99, 3.0,         4.0, 1e308 * 10};
+  for (const std::vector<double>& weights : {wholes, others}) {
+    SignedRanks ranks;
+    std::vector<std::pair<double, double>> entries;
+    for (int i = 0; i < 300; ++i) {
+      entries.emplace_back(drawn[random() % drawn.size()] * (random() % 2 == 0 ? 1.0 : -1.0),
+                           weights[random() % weights.size()]);
+      ranks.Add(entries.back().first, entries.back().second);
+    }
+    ranks.Rank();
+    std::stable_sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
+      return OrderedBits(std::abs(a.first)) < OrderedBits(std::abs(b.first));
+    });
+    NPARRank expected;
+    for (const auto& [d, weight] : entries) {
+      static_cast<void>(expected.AddValue(std::abs(d), weight, d < 0.0 ? 0.0 : 1.0));
+    }
+    expected.CloseRun();
+    EXPECT_EQ(ranks.PositiveRankSum(), expected.GroupEntry(1.0).rankSum);
+    EXPECT_EQ(ranks.NegativeRankSum(), expected.GroupEntry(0.0).rankSum);
+    EXPECT_EQ(ranks.TieSum(), expected.TieSum());
+  }
 }
 
 }  // namespace
