@@ -37,7 +37,9 @@ void SignedRanks::AddUnits(const double* units, std::size_t count) {
 }
 
 void SignedRanks::Rank() {
-  if (weights.IsEmpty() && areAllFinite) {
+  // Up to here sums of ranks add up without rounding, in any order.
+  constexpr std::size_t kMostExact = 94906265;  // n (n + 1) < 2^53
+  if (weights.IsEmpty() && areAllFinite && differences.Size() <= kMostExact) {
     RankUnits();
   } else {
     RankWeighted();
@@ -49,8 +51,7 @@ void SignedRanks::Rank() {
 void SignedRanks::RankUnits() {
   // Equal sizes share their rank in any order.
   SortKeys(differences.begin(), differences.Size());
-  // Sums of twice the ranks, of both signs and of the negative ones: whole numbers that fit, with
-  // less than 2^32 differences.
+  // Sums of twice the ranks, of both signs and of the negative ones.
   const std::uint64_t count = differences.Size();
   const std::uint64_t twiceAll = count * (count + 1);
   std::uint64_t twiceNegative = 0;

@@ -10,8 +10,7 @@
 ///
 /// The rank of a difference is the mid-rank of its size among all that were added; sizes within
 /// 1e-14 of the first of a run tie. A weight counts as that many differences for the ranks (without
-/// its fraction) and multiplies the rank in the sums. A difference of 0 counts as positive. The
-/// sums of differences that all weigh 1 are exact before they become doubles.
+/// its fraction) and multiplies the rank in the sums. A difference of 0 counts as positive.
 class SignedRanks {
  public:
   /// Throws std::bad_alloc.
