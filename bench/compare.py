@@ -30,12 +30,18 @@ def groups_of(columns):
     return [values[codes == code] for code in range(int(codes.max()) + 1)]
 
 
-def wilcoxon(x, y):
-    # method="asymptotic" where this SciPy has it
-    try:
-        return stats.wilcoxon(x, y, method="asymptotic")
-    except TypeError:
-        return stats.wilcoxon(x, y, mode="approx")
+def wilcoxon_options():
+    """SciPy's versions call the normal approximation by different names."""
+    for options in ({"method": "asymptotic"}, {"method": "approx"}, {"mode": "approx"}):
+        try:
+            stats.wilcoxon(np.arange(1.0, 30.0), **options)
+            return options
+        except (TypeError, ValueError):
+            continue
+    raise SystemExit("this SciPy's wilcoxon knows no normal approximation by name")
+
+
+WILCOXON_OPTIONS = wilcoxon_options()
 
 
 def ks_normal(values):
@@ -55,7 +61,7 @@ PEERS = {
     "mann-whitney": (groups_of, lambda g: stats.mannwhitneyu(*g, method="asymptotic")),
     "kruskal-wallis": (groups_of, lambda g: stats.kruskal(*g)),
     "median": (groups_of, lambda g: stats.median_test(*g)),
-    "wilcoxon-pairs": (lambda c: c, lambda c: wilcoxon(c[1], c[0])),
+    "wilcoxon-pairs": (lambda c: c, lambda c: stats.wilcoxon(c[1], c[0], **WILCOXON_OPTIONS)),
     "ks-two-sample": (groups_of, lambda g: stats.ks_2samp(*g, mode="asymp")),
     "ks-normal": (lambda c: c[0], ks_normal),
     "friedman": (lambda c: c, lambda c: stats.friedmanchisquare(*c)),
