@@ -130,8 +130,8 @@ bool TakesFile(const std::string& option) {
   return std::ranges::find(kFileOptions, option) != std::end(kFileOptions);
 }
 
-// One specification of zsh's _arguments: "*" for an option that may be repeated, what it does, and
-// how its value is completed.
+// What zsh's _arguments takes for an option: "*" for an option that may be repeated, what it does,
+// and how its value is completed.
 std::string ZshOption(const CLI::Option& option, const std::string& name) {
   const bool isRepeated = option.get_items_expected_max() > 1;
   std::string text =

@@ -63,14 +63,11 @@ void GroupTally::Select(RecordColumns& columns) {
 
 void GroupTally::KeepCategories(RecordColumns& columns) {
   const std::int32_t* recordCodes = columns.TruncatedOf(key.groupVariable);
-  keptRows.clear();
+  isLeftOut.assign(columns.Size(), 0);
   for (std::size_t i = 0; i < columns.Size(); ++i) {
-    if (recordCodes[i] >= 0 && recordCodes[i] < key.categoryCount) {
-      keptRows.push_back(columns.Rows().rows[i]);
-    }
+    isLeftOut[i] = recordCodes[i] >= 0 && recordCodes[i] < key.categoryCount ? 0 : 1;
   }
-  keptColumns.LookAt({keptRows.data(), keptRows.size()});
-  Select(keptColumns);
+  Select(keptRecords.Select(columns, isLeftOut));
 }
 
 void GroupTally::Count() {

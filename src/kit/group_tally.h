@@ -7,6 +7,7 @@
 #include "foundation/names.h"
 #include "kit/box_plot.h"
 #include "kit/rank.h"
+#include "kit/selected_records.h"
 #include "kit/shared_tallies.h"
 
 /// Counts the categories of one variable among the records ascending by another, then finds the
@@ -92,9 +93,9 @@ class GroupTally {
   Key key;
   TallyProgress progress;
   Units units;
-  bool areAllKnown = true;  // the units are the records themselves
-  std::vector<const double*> keptRows;
-  RecordColumns keptColumns;
+  bool areAllKnown = true;              // the units are the records themselves
+  std::vector<std::uint8_t> isLeftOut;  // by record in hand: it is of no category
+  SelectedRecords keptRecords;
   std::vector<std::int64_t> counts;  // by code
   std::vector<std::size_t> places;   // by code
   std::vector<std::int32_t> codes;

@@ -131,7 +131,7 @@ template <typename Entry, typename EntryAt>
 }
 
 /// Sorts at most 2^32 - 1 keys where they stand, in little more than their own memory. Throws
-/// std::bad_alloc before it moves the first one.
+/// std::bad_alloc, and leaves the keys in some order.
 void SortKeys(PlainKey* keys, std::size_t count);
 
 /// Numbers of records, 4 bytes each, in some order.

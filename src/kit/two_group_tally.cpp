@@ -75,22 +75,15 @@ void TwoGroupTally::Select(RecordColumns& columns) {
 }
 
 void TwoGroupTally::KeepGroups(RecordColumns& columns) {
-  Select(columns);
-  if (keptValues.size() < units.count) {
-    keptValues.resize(units.count);
-    keptWeights.resize(units.count);
-  }
+  isLeftOut.assign(columns.Size(), 0);
   std::size_t kept = 0;
-  for (std::size_t i = 0; i < units.count; ++i) {
-    keptValues[kept] = units.values[i];
-    if (units.weights != nullptr) keptWeights[kept] = units.weights[i];
+  for (std::size_t i = 0; i < columns.Size(); ++i) {
     const TwoGroups::Group group = groups[i];
+    isLeftOut[i] = group == TwoGroups::Neither ? 1 : 0;
     groups[kept] = group;
     kept += group != TwoGroups::Neither ? 1 : 0;  // groups come at random: no branch
   }
-  units.count = kept;
-  units.values = keptValues.data();
-  if (units.weights != nullptr) units.weights = keptWeights.data();
+  Select(keptRecords.Select(columns, isLeftOut));
 }
 
 void TwoGroupTally::SumWeights() {

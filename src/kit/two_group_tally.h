@@ -8,6 +8,7 @@
 
 #include "foundation/names.h"
 #include "kit/rank.h"
+#include "kit/selected_records.h"
 #include "kit/shared_tallies.h"
 #include "kit/two_groups.h"
 #include "kit/univariate.h"
@@ -112,8 +113,8 @@ class TwoGroupTally {
   TwoGroupUnits units;
   bool areAllOfGroups = true;  // the units are the records themselves
   std::vector<TwoGroups::Group> groups;
-  std::vector<double> keptValues;
-  std::vector<std::int32_t> keptWeights;
+  std::vector<std::uint8_t> isLeftOut;  // by record in hand: it is of neither group
+  SelectedRecords keptRecords;
   std::array<Sample, 2> samples;
   bool hasNegativeWeight = false;
   TwoGroupHistograms histograms;
