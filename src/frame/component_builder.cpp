@@ -9,7 +9,7 @@
 #include "frame/progress_listener.h"
 #include "frame/requirements.h"
 #include "frame/settings_translator.h"
-#include "kit/allocation.h"
+#include "kit/contract/allocation.h"
 #include "report/result_writer.h"
 
 namespace {

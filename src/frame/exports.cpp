@@ -6,7 +6,7 @@
 #include "foundation/host_helpers.h"
 #include "frame/component_builder.h"
 #include "frame/component_factory.h"
-#include "kit/allocation.h"
+#include "kit/contract/allocation.h"
 
 namespace {
 

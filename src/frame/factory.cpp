@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "kit/allocation.h"
+#include "kit/contract/allocation.h"
 #include "planning/planner.h"
 #include "planning/warning.h"
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/large_array.h"
+#include "kit/order/large_array.h"
 
 /// Values in blocks of a power of two, which never move.
 template <typename Value>

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "kit/allocation.h"
+#include "kit/contract/allocation.h"
 
 namespace {
 

@@ -5,12 +5,12 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/column_test.h"
-#include "kit/record_columns.h"
-#include "kit/selected_records.h"
-#include "kit/test.h"
+#include "kit/contract/column_test.h"
+#include "kit/contract/test.h"
+#include "kit/records/missing.h"
+#include "kit/records/record_columns.h"
+#include "kit/records/selected_records.h"
 #include "planning/cancel_pair.h"
-#include "planning/missing.h"
 
 /// Hands the records of one pass to those tests of it that can use them.
 ///

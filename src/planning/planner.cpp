@@ -5,7 +5,7 @@
 #include <set>
 #include <utility>
 
-#include "kit/allocation.h"
+#include "kit/contract/allocation.h"
 #include "planning/test_table.h"
 #include "planning/warning.h"
 #include "report/result_writer.h"

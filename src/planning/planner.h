@@ -9,9 +9,9 @@
 
 #include "foundation/algorithm.h"
 #include "foundation/names.h"
-#include "kit/test.h"
-#include "kit/univariate.h"
-#include "kit/var_info.h"
+#include "kit/contract/test.h"
+#include "kit/contract/var_info.h"
+#include "kit/summaries/univariate.h"
 #include "planning/cancel_pair.h"
 #include "planning/record_iterators.h"
 #include "planning/sorted_records.h"

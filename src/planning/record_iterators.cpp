@@ -5,7 +5,7 @@
 #include <limits>
 #include <utility>
 
-#include "kit/allocation.h"
+#include "kit/contract/allocation.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/record_columns.h"
+#include "kit/records/missing.h"
+#include "kit/records/record_columns.h"
 #include "planning/kept_records.h"
-#include "planning/missing.h"
 
 /// Reads every record of a source once and keeps it. All records of a source have the width of the
 /// first.

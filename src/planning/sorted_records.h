@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/large_array.h"
-#include "kit/radix_sort.h"
-#include "kit/record_columns.h"
-#include "kit/sorted_data.h"
+#include "kit/order/large_array.h"
+#include "kit/order/radix_sort.h"
+#include "kit/records/record_columns.h"
+#include "kit/records/sorted_data.h"
 #include "planning/kept_records.h"
 #include "planning/record_iterators.h"
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/test.h"
+#include "kit/contract/test.h"
 #include "planning/planner.h"
 
 /// The shape that all construct functions share: fresh settings with what every test reads, the

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "kit/allocation.h"
+#include "kit/contract/allocation.h"
 #include "planning/pass_feed.h"
 #include "planning/progress.h"
 

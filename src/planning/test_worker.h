@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/shared_tallies.h"
-#include "kit/test.h"
-#include "kit/univariate.h"
+#include "kit/contract/test.h"
+#include "kit/groups/shared_tallies.h"
+#include "kit/summaries/univariate.h"
 #include "planning/cancel_pair.h"
 #include "planning/sorted_records.h"
 

@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/box_plot.h"
-#include "kit/group_samples.h"
+#include "kit/groups/group_samples.h"
+#include "kit/summaries/box_plot.h"
 
 /// Appends "Box" and "Outliers" of one group. `hasCaseIds`: the run has a case identifier, so the
 /// outliers are named by it.

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "foundation/names.h"
-#include "kit/multiple_comparisons.h"
+#include "kit/comparisons/multiple_comparisons.h"
 
 /// Appends the table "PairwiseResult" or "StepwiseResult" of a comparison that has run; nothing
 /// otherwise, nor for no pair. `pairwiseValues`, unless empty, stands in the place of the samples'

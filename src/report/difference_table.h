@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundation/names.h"
-#include "kit/paired_differences.h"
+#include "kit/groups/paired_differences.h"
 
 /// "ContinuousDistribution" of paired differences: the counts on either side of zero and the
 /// histogram.

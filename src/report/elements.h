@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/univariate.h"
+#include "kit/summaries/univariate.h"
 
 // The element forms that all tests share. Functions that add to a parent return the new element,
 // which belongs to its parent.

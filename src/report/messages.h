@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/message.h"
+#include "kit/contract/message.h"
 
 /// Appends the table "WarningMessages", a "Message" each, to a test's element; nothing without
 /// messages.

@@ -3,7 +3,7 @@
 #include <ostream>
 #include <utility>
 
-#include "kit/allocation.h"
+#include "kit/contract/allocation.h"
 #include "report/elements.h"
 
 namespace {

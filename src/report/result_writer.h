@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/univariate.h"
-#include "kit/var_info.h"
+#include "kit/contract/var_info.h"
+#include "kit/summaries/univariate.h"
 
 /// What the document learns of the host.
 struct NPARRunInfo {

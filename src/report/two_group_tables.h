@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "foundation/names.h"
-#include "kit/two_group_tally.h"
+#include "kit/groups/two_group_tally.h"
 
 /// What a two-group test shows of one of its groups.
 struct TwoGroupFigures {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "kit/test.h"
+#include "kit/contract/test.h"
 #include "support/algorithm_element.h"
 
 /// Records as tests write them down.

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "kit/mann_whitney_moments.h"
+#include "kit/statistics/mann_whitney_moments.h"
 #include "planning/two_group_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"

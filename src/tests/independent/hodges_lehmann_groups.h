@@ -3,8 +3,8 @@
 #include <array>
 #include <cstdint>
 
-#include "kit/order_statistics.h"
-#include "kit/rank.h"
+#include "kit/order/order_statistics.h"
+#include "kit/ranks/rank.h"
 #include "planning/planner.h"
 #include "tests/independent/two_group_test.h"
 

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "kit/range_counts.h"
-#include "kit/rank.h"
-#include "kit/tied_run.h"
+#include "kit/comparisons/range_counts.h"
+#include "kit/ranks/rank.h"
+#include "kit/ranks/tied_run.h"
 
 /// What the data of ordered groups come to in the Jonckheere-Terpstra test.
 struct JonckheereSums {

@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <vector>
 
-#include "kit/column_test.h"
-#include "kit/group_samples.h"
-#include "kit/multiple_comparisons.h"
-#include "kit/range_counts.h"
-#include "kit/rank.h"
+#include "kit/comparisons/multiple_comparisons.h"
+#include "kit/comparisons/range_counts.h"
+#include "kit/contract/column_test.h"
+#include "kit/groups/group_samples.h"
+#include "kit/ranks/rank.h"
 #include "planning/planner.h"
 #include "tests/independent/jonckheere_statistic.h"
 

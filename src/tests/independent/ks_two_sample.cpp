@@ -4,8 +4,8 @@
 #include <cmath>
 #include <string>
 
-#include "kit/kolmogorov_smirnov.h"
-#include "kit/record_weight.h"
+#include "kit/records/record_weight.h"
+#include "kit/statistics/kolmogorov_smirnov.h"
 #include "planning/two_group_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"

@@ -6,9 +6,9 @@
 #include <memory>
 #include <vector>
 
-#include "kit/column_test.h"
-#include "kit/two_group_tally.h"
-#include "kit/two_groups.h"
+#include "kit/contract/column_test.h"
+#include "kit/groups/two_group_tally.h"
+#include "kit/groups/two_groups.h"
 #include "planning/planner.h"
 
 /// Two-sample Kolmogorov-Smirnov test: does a continuous field have the same distribution in two

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "kit/mann_whitney_exact.h"
-#include "kit/mann_whitney_moments.h"
+#include "kit/statistics/mann_whitney_exact.h"
+#include "kit/statistics/mann_whitney_moments.h"
 #include "planning/two_group_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"

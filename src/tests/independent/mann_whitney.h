@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "kit/rank.h"
+#include "kit/ranks/rank.h"
 #include "planning/planner.h"
 #include "tests/independent/two_group_test.h"
 

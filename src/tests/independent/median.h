@@ -6,10 +6,10 @@
 #include <span>
 #include <vector>
 
-#include "kit/column_test.h"
-#include "kit/group_samples.h"
-#include "kit/multiple_comparisons.h"
-#include "kit/sorted_sample.h"
+#include "kit/comparisons/multiple_comparisons.h"
+#include "kit/contract/column_test.h"
+#include "kit/groups/group_samples.h"
+#include "kit/order/sorted_sample.h"
 #include "planning/planner.h"
 
 /// Median test: do k independent samples come from populations of one median?

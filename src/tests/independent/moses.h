@@ -6,7 +6,7 @@
 #include <limits>
 #include <optional>
 
-#include "kit/rank.h"
+#include "kit/ranks/rank.h"
 #include "planning/planner.h"
 #include "tests/independent/two_group_test.h"
 

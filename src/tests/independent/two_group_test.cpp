@@ -1,6 +1,6 @@
 #include "tests/independent/two_group_test.h"
 
-#include "kit/record_weight.h"
+#include "kit/records/record_weight.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 #include <memory>
 #include <vector>
 
-#include "kit/column_test.h"
-#include "kit/two_group_tally.h"
-#include "kit/two_groups.h"
-#include "kit/univariate.h"
+#include "kit/contract/column_test.h"
+#include "kit/groups/two_group_tally.h"
+#include "kit/groups/two_groups.h"
+#include "kit/summaries/univariate.h"
 
 /// What the tests of two groups share: their settings, groups, sums of weights and passes. Records
 /// arrive ascending by the test variable. Pass 0 yields the figures; where the test shows

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "kit/merged_runs.h"
-#include "kit/runs_approximation.h"
+#include "kit/ranks/merged_runs.h"
+#include "kit/statistics/runs_approximation.h"
 #include "planning/planner.h"
 #include "tests/independent/two_group_test.h"
 

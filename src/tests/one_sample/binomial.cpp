@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "kit/binomial_tails.h"
+#include "kit/statistics/binomial_tails.h"
 #include "report/elements.h"
 #include "report/messages.h"
 #include "tests/one_sample/two_class_condition.h"

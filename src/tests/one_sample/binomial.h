@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "kit/test.h"
-#include "kit/two_classes.h"
+#include "kit/contract/test.h"
+#include "kit/groups/two_classes.h"
 #include "planning/planner.h"
 
 /// Binomial test: does the share of the first of two classes agree with a probability p?

@@ -4,7 +4,7 @@
 #include <limits>
 #include <map>
 
-#include "kit/category_selection.h"
+#include "kit/groups/category_selection.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "kit/test.h"
+#include "kit/contract/test.h"
 #include "planning/planner.h"
 
 /// One-sample chi-square test: do the category frequencies of one field fit given proportions?

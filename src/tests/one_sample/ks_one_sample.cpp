@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-#include "kit/kolmogorov_smirnov.h"
+#include "kit/statistics/kolmogorov_smirnov.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "kit/column_test.h"
-#include "kit/record_weight.h"
-#include "kit/univariate.h"
+#include "kit/contract/column_test.h"
+#include "kit/records/record_weight.h"
+#include "kit/summaries/univariate.h"
 #include "planning/planner.h"
 #include "tests/one_sample/reference_distribution.h"
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "kit/category_selection.h"
-#include "kit/runs_approximation.h"
+#include "kit/groups/category_selection.h"
+#include "kit/statistics/runs_approximation.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"

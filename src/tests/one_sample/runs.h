@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "kit/record_weight.h"
-#include "kit/test.h"
+#include "kit/contract/test.h"
+#include "kit/records/record_weight.h"
 #include "planning/planner.h"
 
 /// One-sample runs test: is the sequence of a field's values, split into two groups, random?

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "kit/two_classes.h"
+#include "kit/groups/two_classes.h"
 #include "report/elements.h"
 
 /// Condition keys of a test on two classes, by how the classes were formed.

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "kit/category_selection.h"
+#include "kit/groups/category_selection.h"
 
 TwoClassEntry ReadTwoClasses(TestConstruction& construction, const TwoClassCodes& codes) {
   NPARPlanner& planner = construction.Planner();

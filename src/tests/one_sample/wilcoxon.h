@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
-#include "kit/record_weight.h"
-#include "kit/signed_ranks.h"
-#include "kit/test.h"
-#include "kit/univariate.h"
+#include "kit/contract/test.h"
+#include "kit/ranks/signed_ranks.h"
+#include "kit/records/record_weight.h"
+#include "kit/summaries/univariate.h"
 #include "planning/planner.h"
 
 /// Wilcoxon signed-rank test of one sample: is the median of a continuous field a given value, by

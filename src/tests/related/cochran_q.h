@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
-#include "kit/multiple_comparisons.h"
-#include "kit/record_weight.h"
-#include "kit/success_categories.h"
-#include "kit/test.h"
-#include "kit/wide_integer.h"
+#include "kit/comparisons/multiple_comparisons.h"
+#include "kit/contract/test.h"
+#include "kit/groups/success_categories.h"
+#include "kit/order/wide_integer.h"
+#include "kit/records/record_weight.h"
 #include "planning/planner.h"
 
 /// Cochran's Q test: do k related binary fields have the same share of successes?

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "kit/rank.h"
+#include "kit/ranks/rank.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"

@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <vector>
 
-#include "kit/order_statistics.h"
-#include "kit/paired_differences.h"
-#include "kit/record_weight.h"
-#include "kit/test.h"
+#include "kit/contract/test.h"
+#include "kit/groups/paired_differences.h"
+#include "kit/order/order_statistics.h"
+#include "kit/records/record_weight.h"
 #include "planning/planner.h"
 
 /// Hodges-Lehmann estimate of the median of the paired differences d = second - first, with its

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "kit/category_union.h"
-#include "kit/record_weight.h"
-#include "kit/test.h"
+#include "kit/contract/test.h"
+#include "kit/groups/category_union.h"
+#include "kit/records/record_weight.h"
 #include "planning/planner.h"
 
 /// Marginal homogeneity test: do two related ordered categorical fields have the same distribution?

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "kit/category_selection.h"
+#include "kit/groups/category_selection.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"

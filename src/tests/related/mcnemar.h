@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "kit/record_weight.h"
-#include "kit/success_categories.h"
-#include "kit/test.h"
+#include "kit/contract/test.h"
+#include "kit/groups/success_categories.h"
+#include "kit/records/record_weight.h"
 #include "planning/planner.h"
 
 /// McNemar test: do two related binary fields have the same share of successes?

@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <vector>
 
-#include "kit/column_ranks.h"
-#include "kit/column_test.h"
-#include "kit/multiple_comparisons.h"
-#include "kit/rank_counts.h"
-#include "kit/record_weight.h"
+#include "kit/comparisons/multiple_comparisons.h"
+#include "kit/contract/column_test.h"
+#include "kit/ranks/column_ranks.h"
+#include "kit/ranks/rank_counts.h"
+#include "kit/records/record_weight.h"
 #include "planning/planner.h"
 #include "tests/related/continuous_fields.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "kit/binomial_tails.h"
+#include "kit/statistics/binomial_tails.h"
 #include "planning/test_construction.h"
 #include "report/difference_table.h"
 #include "report/elements.h"

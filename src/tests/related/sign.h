@@ -4,9 +4,9 @@
 #include <optional>
 #include <vector>
 
-#include "kit/column_test.h"
-#include "kit/paired_differences.h"
-#include "kit/record_weight.h"
+#include "kit/contract/column_test.h"
+#include "kit/groups/paired_differences.h"
+#include "kit/records/record_weight.h"
 #include "planning/planner.h"
 
 /// Sign test: is the median of the paired differences d = second - first zero?

@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <vector>
 
-#include "kit/column_test.h"
-#include "kit/paired_differences.h"
-#include "kit/record_weight.h"
-#include "kit/signed_ranks.h"
+#include "kit/contract/column_test.h"
+#include "kit/groups/paired_differences.h"
+#include "kit/ranks/signed_ranks.h"
+#include "kit/records/record_weight.h"
 #include "planning/planner.h"
 
 /// Wilcoxon matched-pairs signed-rank test: are the differences d = second - first symmetric about

@@ -8,7 +8,7 @@
 #include <new>
 #include <numeric>
 
-#include "kit/column_test.h"
+#include "kit/contract/column_test.h"
 #include "planning/progress.h"
 #include "support/variables.h"
 

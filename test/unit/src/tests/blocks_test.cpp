@@ -6,8 +6,8 @@
 #include <memory>
 #include <random>
 
-#include "kit/column_test.h"
-#include "kit/univariate.h"
+#include "kit/contract/column_test.h"
+#include "kit/summaries/univariate.h"
 #include "support/run_all_passes.h"
 #include "support/test_settings.h"
 #include "tests/independent/jonckheere_terpstra.h"

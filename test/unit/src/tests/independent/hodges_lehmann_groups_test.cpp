@@ -3,7 +3,7 @@
 #include <cmath>
 #include <random>
 
-#include "kit/mann_whitney_moments.h"
+#include "kit/statistics/mann_whitney_moments.h"
 #include "support/group_run.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include "support/entry_run.h"
 #include "tests/related/friedman.h"
-#include "tests/related/kendalls_w.h"
+#include "tests/related/kendall_w.h"
 
 namespace {
 

@@ -1,0 +1,139 @@
+#include "kit/comparisons/multiple_comparisons.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "kit/contract/allocation.h"
+
+namespace {
+
+constexpr std::int32_t kSampleStandsAlone = 220013;  // a sample is in no subset with another one
+
+constexpr std::size_t kFewestSamples = 3;
+
+}  // namespace
+
+ComparisonKind ComparisonFromWord(std::string_view typeOfMultipleComparison) {
+  if (typeOfMultipleComparison == "pairWise") return ComparisonKind::Pairwise;
+  if (typeOfMultipleComparison == "stepWise") return ComparisonKind::Stepwise;
+  return ComparisonKind::None;
+}
+
+PairFigures NormalPair(double difference, double standardError) {
+  const double z = difference / standardError;
+  return {difference, standardError, z, QDDistFun::SfStdNorm(std::fabs(z)) * 2.0};
+}
+
+bool MultipleComparison::PassGate(NPARTest& test, double level, double overallSig,
+                                  std::size_t sampleCount) {
+  if (wanted == ComparisonKind::None) return false;
+  const bool isSignificant = level > overallSig;
+  if (isSignificant && WantsPairwise() && sampleCount > kMostSamplesInPairs) {
+    test.ReportStatus(QDStatus(kNoMemory), MessageKind::Error);
+    wanted = ComparisonKind::None;
+    return false;
+  }
+  if (isSignificant && sampleCount >= kFewestSamples) return true;
+  const std::int32_t pairwise = isSignificant ? codes.tooFewPairwise : codes.notSignificantPairwise;
+  const std::int32_t stepwise = isSignificant ? codes.tooFewStepwise : codes.notSignificantStepwise;
+  test.ReportStatus(QDStatus(WantsPairwise() ? pairwise : stepwise), MessageKind::Warning);
+  wanted = ComparisonKind::None;
+  return false;
+}
+
+void MultipleComparison::AddPair(std::int32_t i, std::int32_t j, std::size_t adjustedFor,
+                                 const PairFigures& figures) {
+  const auto k = static_cast<double>(adjustedFor);
+  const double adjusted = k * figures.sig * (k - 1.0) * 0.5;
+  pairs.push_back({i, j, figures, adjusted > 1.0 ? 1.0 : adjusted});
+}
+
+void MultipleComparison::StartStepwise(std::vector<ComparedSample> orderedSamples, double level) {
+  samples = std::move(orderedSamples);
+  sigLevel = level;
+  const std::size_t count = samples.size();
+  workList.clear();
+  subsets.clear();
+  coveredUpTo.assign(count, 0);
+  for (std::size_t first = 0; first + 1 < count; ++first) workList.push_back({first, count - 1});
+  // (0, k-1) is the overall test, which was significant.
+  workList.front().last = count - 2;
+}
+
+void MultipleComparison::AddSubset(const SampleRange& range, const RangeFigures& figures,
+                                   double adjSig) {
+  subsets.push_back({range, figures, adjSig});
+  for (std::size_t place = range.first;
+       place < coveredUpTo.size() && coveredUpTo[place] <= range.last; ++place) {
+    coveredUpTo[place] = range.last + 1;
+  }
+}
+
+double MultipleComparison::AdjustedSig(double sig, std::size_t rangeSize) const {
+  const std::size_t count = samples.size();
+  if (rangeSize + 1 >= count) return sig;
+  return 1.0 - std::pow(1.0 - sig, static_cast<double>(count) / static_cast<double>(rangeSize));
+}
+
+void MultipleComparison::EndStepwisePass(NPARTest& test,
+                                         const std::function<RangeFigures(std::size_t)>& compute) {
+  std::vector<SampleRange> left;
+  for (std::size_t place = 0; place < workList.size(); ++place) {
+    SampleRange range = workList[place];
+    if (IsCovered(range)) continue;
+    const RangeFigures figures = compute(place);
+    const double adjSig = AdjustedSig(figures.sig, range.Size());
+    if (!(sigLevel > (policy.judgesOnAdjusted ? adjSig : figures.sig))) {
+      AddSubset(range, figures, adjSig);
+      continue;
+    }
+    --range.last;
+    if (range.Size() > 1) {
+      left.push_back(range);
+    } else if (policy.keepsShrunkSingles && !IsCovered(range)) {
+      AddSubset(range, {}, QDMV::gMissingValue);
+    }
+  }
+  workList = std::move(left);
+  if (workList.empty()) FinishStepwise(test);
+}
+
+void MultipleComparison::FinishStepwise(NPARTest& test) {
+  AddUncoveredSingles();
+  if (policy.keepsShrunkSingles) CleanSubsets();
+  WarnOfSingles(test);
+  done = true;
+}
+
+void MultipleComparison::AddUncoveredSingles() {
+  for (std::size_t place = 0; place < samples.size(); ++place) {
+    const SampleRange single{place, place};
+    if (!IsCovered(single)) AddSubset(single, {}, QDMV::gMissingValue);
+  }
+}
+
+void MultipleComparison::CleanSubsets() {
+  std::vector<HomogeneousSubset> kept;
+  for (const HomogeneousSubset& subset : subsets) {
+    const auto containers = std::count_if(
+        subsets.begin(), subsets.end(),
+        [&subset](const HomogeneousSubset& other) { return other.range.Covers(subset.range); });
+    if (containers == 1) kept.push_back(subset);  // it contains itself
+  }
+  std::stable_sort(kept.begin(), kept.end(),
+                   [](const HomogeneousSubset& a, const HomogeneousSubset& b) {
+                     return a.range.first < b.range.first;
+                   });
+  subsets = std::move(kept);
+}
+
+void MultipleComparison::WarnOfSingles(NPARTest& test) const {
+  for (const HomogeneousSubset& subset : subsets) {
+    if (subset.range.Size() != 1) continue;
+    std::string group = std::to_string(subset.range.first);
+    if (policy.keepsShrunkSingles) group += ';' + std::to_string(subset.range.last);
+    test.AddMessage(
+        {QDStatus(kSampleStandsAlone), MessageKind::Warning, {}, {{"group", std::move(group)}}});
+  }
+}

@@ -1,0 +1,167 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "foundation/names.h"
+#include "kit/contract/test.h"
+
+/// What a test of k samples goes on with after a significant result.
+enum class ComparisonKind { None, Pairwise, Stepwise };
+
+/// The kind named "pairWise" or "stepWise"; None for any other word.
+[[nodiscard]] ComparisonKind ComparisonFromWord(std::string_view typeOfMultipleComparison);
+
+/// A sample: its variable's index or its group's code, and the measure that orders it.
+struct ComparedSample {
+  std::int32_t index = 0;
+  double measure = 0.0;
+};
+
+/// What a test computes for a pair of samples. The missing value stands for a figure that the test
+/// does not have.
+struct PairFigures {
+  double testStatistic;
+  double standardError;
+  double standardTestStatistic;
+  double sig;
+};
+/// z = difference / standardError, judged two-sided.
+[[nodiscard]] PairFigures NormalPair(double difference, double standardError);
+
+/// A pair of samples by their places in the list of samples, sample1 < sample2.
+struct PairwiseComparison {
+  std::int32_t sample1;
+  std::int32_t sample2;
+  PairFigures figures;
+  double adjSig;  ///< Bonferroni: min(1, k (k - 1) / 2 sig)
+};
+
+/// Neighbouring samples by their places in the ordered list, both ends included.
+struct SampleRange {
+  std::size_t first;
+  std::size_t last;
+  [[nodiscard]] std::size_t Size() const noexcept { return last - first + 1; }
+  [[nodiscard]] bool Covers(const SampleRange& other) const noexcept {
+    return first <= other.first && other.last <= last;
+  }
+};
+struct RangeFigures {
+  double testStatistic = QDMV::gMissingValue;
+  double sig = QDMV::gMissingValue;
+};
+/// Samples that the step-down does not tell apart; a single sample has no figures.
+struct HomogeneousSubset {
+  SampleRange range;
+  RangeFigures figures;
+  double adjSig = QDMV::gMissingValue;
+};
+
+/// Warnings of a comparison that falls away.
+struct ComparisonCodes {
+  std::int32_t tooFewPairwise;
+  std::int32_t tooFewStepwise;
+  std::int32_t notSignificantPairwise;
+  std::int32_t notSignificantStepwise;
+};
+
+/// Where the step-downs of the tests part.
+struct StepwisePolicy {
+  /// A range is told apart when sigLevel is above its adjusted significance, or its plain one.
+  bool judgesOnAdjusted = true;
+  /// A range that shrank to one sample is a subset of its own, and in the end the subsets are
+  /// cleaned of those inside others and put in order; otherwise such a range is dropped, and its
+  /// sample is found at the finish, should no subset hold it.
+  bool keepsShrunkSingles = false;
+};
+
+/// Multiple comparisons of k samples after a significant overall test: which of them differ?
+///
+/// Pairwise, every pair is compared at once. Stepwise, the samples stand in an order, and ranges of
+/// neighbours are tested: (0, k-2), (1, k-1), (2, k-1), ..., (k-2, k-1) at first. A range whose
+/// samples differ loses its last one and is tested again after the next pass; one whose samples do
+/// not is a homogeneous subset. All ranges share a pass; what a test collects for a range starts
+/// anew in each pass, since every range that stays has shrunk.
+///
+/// The significance of a range of m samples is adjusted as 1 - (1 - sig)^(k/m), or left as it is
+/// for m >= k - 1: T. A. Ryan, Psychological Bulletin 57 (1960); I. Einot and K. R. Gabriel, JASA
+/// 70 (1975); G. Campbell and J. H. Skillings, JASA 80 (1985).
+class MultipleComparison {
+ public:
+  explicit MultipleComparison(const ComparisonCodes& codes, StepwisePolicy policy = {})
+      : codes(codes), policy(policy) {}
+
+  void Want(ComparisonKind kind) noexcept { wanted = kind; }
+  [[nodiscard]] bool WantsPairwise() const noexcept { return wanted == ComparisonKind::Pairwise; }
+  [[nodiscard]] bool WantsStepwise() const noexcept { return wanted == ComparisonKind::Stepwise; }
+  /// True once the wanted comparison has run.
+  [[nodiscard]] bool IsDone() const noexcept { return done; }
+  /// True while a wanted comparison has not run.
+  [[nodiscard]] bool IsPending() const noexcept { return wanted != ComparisonKind::None && !done; }
+
+  /// Pairs of more samples than these would fill many gigabytes as a table.
+  static constexpr std::size_t kMostSamplesInPairs = 4096;
+
+  /// Decides after the overall test. A wanted comparison is given up with its warning where the
+  /// test is not significant or there are fewer than 3 samples, with error 220002 where the pairs
+  /// are too many; true: it goes on.
+  bool PassGate(NPARTest& test, double sigLevel, double overallSig, std::size_t sampleCount);
+
+  /// Compares all pairs of samples. `compare(i, j)` gives the figures of two places, i < j;
+  /// `adjustedFor` is the k of the adjustment.
+  template <typename Compare>
+  void RunPairwise(std::vector<ComparedSample> list, std::size_t adjustedFor, Compare&& compare) {
+    samples = std::move(list);
+    const auto count = static_cast<std::int32_t>(samples.size());
+    pairs.reserve(samples.size() * (samples.size() - 1) / 2);
+    for (std::int32_t i = 0; i < count; ++i) {
+      for (std::int32_t j = i + 1; j < count; ++j) AddPair(i, j, adjustedFor, compare(i, j));
+    }
+    done = true;
+  }
+
+  /// Starts the step-down of at least 3 samples in their order.
+  void StartStepwise(std::vector<ComparedSample> orderedSamples, double sigLevel);
+  /// The ranges that the pass to come tests.
+  [[nodiscard]] const std::vector<SampleRange>& GetWorkList() const noexcept { return workList; }
+  /// Judges the work list after a pass; `compute` gives the figures of the range at a place of it.
+  /// A range that a subset covers could only lead to others so covered and is dropped uncomputed.
+  /// With no range left the step-down is done, and the test is warned (220013) of each sample that
+  /// stands alone.
+  void EndStepwisePass(NPARTest& test, const std::function<RangeFigures(std::size_t)>& compute);
+
+  /// In the test's order, or in that of the step-down.
+  [[nodiscard]] const std::vector<ComparedSample>& GetSamples() const noexcept { return samples; }
+  [[nodiscard]] const std::vector<PairwiseComparison>& GetPairs() const noexcept { return pairs; }
+  [[nodiscard]] const std::vector<HomogeneousSubset>& GetSubsets() const noexcept {
+    return subsets;
+  }
+
+ private:
+  void AddPair(std::int32_t i, std::int32_t j, std::size_t adjustedFor, const PairFigures& figures);
+  void AddSubset(const SampleRange& range, const RangeFigures& figures, double adjSig);
+  [[nodiscard]] bool IsCovered(const SampleRange& range) const noexcept {
+    return coveredUpTo[range.first] > range.last;
+  }
+  [[nodiscard]] double AdjustedSig(double sig, std::size_t rangeSize) const;
+  void FinishStepwise(NPARTest& test);
+  void AddUncoveredSingles();
+  void CleanSubsets();
+  void WarnOfSingles(NPARTest& test) const;
+
+  ComparisonCodes codes;
+  StepwisePolicy policy;
+  ComparisonKind wanted = ComparisonKind::None;
+  bool done = false;
+  double sigLevel = 0.05;
+  std::vector<ComparedSample> samples;
+  std::vector<PairwiseComparison> pairs;
+  std::vector<SampleRange> workList;
+  std::vector<HomogeneousSubset> subsets;
+  /// By place: one past the last sample of the subsets that start there or before; 0 for none.
+  std::vector<std::size_t> coveredUpTo;
+};

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "kit/comparisons/multiple_comparisons.h"
+#include "kit/ranks/tied_run.h"
+
+/// Sums over the runs of tied values, t being the weight of a run.
+struct TieSums {
+  double pairs = 0.0;    ///< sum of t (t - 1)
+  double triples = 0.0;  ///< sum of t^2 (t - 1)
+
+  void Add(double t, double sign = 1.0) noexcept {
+    pairs += sign * t * (t - 1.0);
+    triples += sign * t * t * (t - 1.0);
+  }
+  /// Sum of t^3 - t.
+  [[nodiscard]] double Cubic() const noexcept { return pairs + triples; }
+};
+
+/// What the ranks within every range of neighbouring groups come to, from one walk over the values
+/// of all groups in ascending order.
+///
+/// The rank of a value within a range is the number of values below it in the range's groups, equal
+/// ones counted a half, and a half more. So one table of counts between pairs of groups gives the
+/// rank sums within all ranges, in memory of the square of the number of groups; a value costs time
+/// in proportion to that number. Values tie as they do among all groups.
+class RangeCounts {
+ public:
+  explicit RangeCounts(std::size_t groupCount);
+
+  void Add(double x, std::int64_t weight, std::size_t place) {
+    if (run.IsEndedBy(x)) CloseRun();
+    run.Add(x, weight, place);
+  }
+  /// Once, after the last value; then come the readers.
+  void Finish();
+
+  /// Rank sums of the groups of the range.
+  [[nodiscard]] std::vector<double> RankSums(const SampleRange& range) const;
+  /// Pairs of values in the order of their groups, equal ones counted a half.
+  [[nodiscard]] double OrderedPairs(const SampleRange& range) const noexcept;
+  /// Ranges that end at the same place are best asked for one after the other.
+  [[nodiscard]] TieSums Ties(const SampleRange& range);
+
+ private:
+  struct RunEntry {
+    std::size_t place;
+    double weight;
+    bool isLastOfRun;
+  };
+  static constexpr std::size_t kNoPlace = static_cast<std::size_t>(-1);
+
+  void CloseRun();
+
+  std::size_t groupCount;
+  TiedRun run;
+  std::vector<double> below;          // weight of each group below the run; in the end, its size
+  std::vector<double> above;          // row a, column b: pairs with the value of a above that of b;
+                                      // in the end, row b, column a: those with a group before b
+  std::vector<double> orderedBefore;  // by place: pairs with a value of an earlier group below
+  std::vector<RunEntry> tiedRuns;     // by descending place within a run
+  std::size_t tiesEnd = kNoPlace;     // the last place of `tiesFrom`
+  std::vector<TieSums> tiesFrom;      // by the first place of the range
+};

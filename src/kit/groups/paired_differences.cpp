@@ -1,0 +1,18 @@
+#include "kit/groups/paired_differences.h"
+
+bool PairedDifferences::ReadPair(const QDSettings& settings) {
+  std::vector<std::int32_t> indices;
+  static_cast<void>(settings.GetSettingValByName("variableIndex", indices));
+  if (indices.size() != 2) return false;
+  first = indices[0];
+  second = indices[1];
+  return true;
+}
+
+const double* PairedDifferences::Of(RecordColumns& columns) {
+  const double* from = columns.Of(first);
+  const double* to = columns.Of(second);
+  if (inHand.size() < columns.Size()) inHand.resize(columns.Size());
+  for (std::size_t i = 0; i < columns.Size(); ++i) inHand[i] = to[i] - from[i];
+  return inHand.data();
+}

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "foundation/names.h"
+#include "kit/records/record_columns.h"
+#include "kit/summaries/univariate.h"
+
+/// The differences d = second - first of a pair of variables: how many lie on either side of zero,
+/// their range, and their histogram, which takes a pass of its own once the range is known.
+class PairedDifferences {
+ public:
+  /// Reads "variableIndex"; false, and no pair, unless it holds exactly two positions.
+  bool ReadPair(const QDSettings& settings);
+  /// Positions in the record; -1 without a pair.
+  [[nodiscard]] std::int32_t First() const noexcept { return first; }
+  [[nodiscard]] std::int32_t Second() const noexcept { return second; }
+  [[nodiscard]] double Of(const Record& record) const noexcept {
+    return record[second] - record[first];
+  }
+
+  /// Those of the records in hand, good until the next call. Throws std::bad_alloc.
+  [[nodiscard]] const double* Of(RecordColumns& columns);
+
+  /// The differences, of which the i-th weighs weightAt(i).
+  template <typename WeightAt>
+  void Count(const double* differences, std::size_t count, WeightAt weightAt) noexcept {
+    std::int64_t above = 0;
+    std::int64_t below = 0;
+    std::int64_t all = 0;
+    double largest = maximum;
+    double smallest = minimum;
+    for (std::size_t i = 0; i < count; ++i) {
+      const double d = differences[i];
+      const std::int64_t w = weightAt(i);
+      above += d > 0.0 ? w : 0;
+      below += d < 0.0 ? w : 0;
+      all += w;
+      largest = d > largest ? d : largest;
+      smallest = d < smallest ? d : smallest;
+    }
+    positiveCount += above;
+    negativeCount += below;
+    tieCount += all - above - below;
+    maximum = largest;
+    minimum = smallest;
+  }
+  void Count(double difference, std::int64_t weight) noexcept {
+    if (difference > 0.0) {
+      positiveCount += weight;
+    } else if (difference < 0.0) {
+      negativeCount += weight;
+    } else {
+      tieCount += weight;
+    }
+    if (difference > maximum) maximum = difference;
+    if (difference < minimum) minimum = difference;
+  }
+  /// Sums of weights.
+  [[nodiscard]] std::int64_t PositiveCount() const noexcept { return positiveCount; }
+  [[nodiscard]] std::int64_t NegativeCount() const noexcept { return negativeCount; }
+  [[nodiscard]] std::int64_t TieCount() const noexcept { return tieCount; }
+  [[nodiscard]] std::int64_t TotalN() const noexcept {
+    return positiveCount + negativeCount + tieCount;
+  }
+  [[nodiscard]] double Minimum() const noexcept { return minimum; }
+
+  /// After all were counted: bins over their range.
+  void StartHistogram() {
+    histogram.SetRange(minimum, maximum, QDContUnivariateVariable::kBinCount);
+  }
+  void AddToHistogram(double difference, std::int64_t weight) {
+    histogram.AddValueOrZero(difference, weight);
+  }
+  /// `weights` as QDContUnivariateVariable::AddColumn has them.
+  void AddToHistogram(const double* differences, std::size_t count, const std::int32_t* weights) {
+    histogram.AddColumn(differences, count, weights);
+  }
+  void EndHistogram() { histogram.AddZeroBin(); }
+  [[nodiscard]] const std::vector<HistogramBin>& Bins() const noexcept {
+    return histogram.GetBins();
+  }
+
+ private:
+  std::int32_t first = -1;
+  std::int32_t second = -1;
+  std::int64_t positiveCount = 0;
+  std::int64_t negativeCount = 0;
+  std::int64_t tieCount = 0;
+  double minimum = std::numeric_limits<double>::max();
+  double maximum = std::numeric_limits<double>::lowest();
+  QDContUnivariateVariable histogram;
+  std::vector<double> inHand;
+};

@@ -1,0 +1,75 @@
+#include "kit/groups/two_groups.h"
+
+#include <algorithm>
+#include <map>
+#include <unordered_set>
+
+namespace {
+
+bool IsAnyIn(const std::vector<double>& codes, const std::vector<double>& others) {
+  const std::unordered_set<double> known(others.begin(), others.end());
+  return std::any_of(codes.begin(), codes.end(),
+                     [&known](double code) { return known.contains(code); });
+}
+
+bool HasData(const std::vector<double>& codes,
+             const std::map<std::int32_t, std::int64_t>& frequencies) {
+  return std::any_of(codes.begin(), codes.end(), [&frequencies](double code) {
+    const auto found = frequencies.find(TruncateToInt32(code));
+    return found != frequencies.end() && found->second >= 1;
+  });
+}
+
+}  // namespace
+
+void TwoGroups::Read(const QDSettings& settings) {
+  static_cast<void>(settings.GetSettingValByName("variableIndex", testVariable));
+  static_cast<void>(settings.GetSettingValByName("groupVariableIndex", groupVariable));
+  static_cast<void>(settings.GetSettingValByName("userSpecifyGroupList", areUserSpecified));
+  if (areUserSpecified) {
+    static_cast<void>(settings.GetSettingValByName("group1List", lists[First]));
+    static_cast<void>(settings.GetSettingValByName("group2List", lists[Second]));
+  } else {
+    double first = -1.0;
+    double second = -1.0;
+    static_cast<void>(settings.GetSettingValByName("groupVariableValue1", first));
+    static_cast<void>(settings.GetSettingValByName("groupVariableValue2", second));
+    lists = {std::vector<double>{first}, std::vector<double>{second}};
+  }
+  BuildGroupOfCode();
+}
+
+void TwoGroups::BuildGroupOfCode() {
+  groupOfCode.clear();
+  for (const Group group : {Second, First}) {  // the first group wins a code in both lists
+    for (const double value : lists[group]) {
+      const std::int32_t code = TruncateToInt32(value);
+      if (code < 0 || static_cast<double>(code) != value) continue;
+      const auto place = static_cast<std::size_t>(code);
+      if (place >= groupOfCode.size()) groupOfCode.resize(place + 1, Neither);
+      groupOfCode[place] = group;
+    }
+  }
+}
+
+void TwoGroups::Check(NPARTest& test, const UnivariateResults* summaries,
+                      const TwoGroupCodes& codes) const {
+  const auto finding = [&]() -> std::int32_t {
+    if (summaries == nullptr) return codes.noSummaries;
+    if (!areUserSpecified) {
+      return summaries->GetCategoryCount(groupVariable) == 2 ? 0 : codes.notTwoCategories;
+    }
+    if (lists[First].empty() || lists[Second].empty()) return codes.unpopulated;
+    if (IsAnyIn(lists[Second], lists[First])) return codes.overlap;
+    std::map<std::int32_t, std::int64_t> frequencies;
+    static_cast<void>(summaries->GetFrequencies(groupVariable, frequencies));
+    const bool haveData = HasData(lists[First], frequencies) && HasData(lists[Second], frequencies);
+    return haveData ? 0 : codes.unpopulated;
+  }();
+  if (finding != 0) test.ReportStatus(QDStatus(finding), MessageKind::Error);
+}
+
+void TwoGroups::AppendRequired(std::vector<std::int64_t>& positions) const {
+  positions.push_back(testVariable);
+  positions.push_back(groupVariable);
+}

@@ -1,0 +1,200 @@
+#include "kit/order/radix_sort.h"
+
+#include <algorithm>
+#include <array>
+#include <numeric>
+#include <utility>
+
+// A radix sort in two steps. The entries go once through memory into buckets by their upper bits:
+// the counts of up to a million cells, enough to tell values apart that share sign and exponent,
+// are joined to some thousand buckets. Then each bucket, which a cache holds, is sorted from the
+// lowest digit up: each pass keeps the order of the pass before inside a digit, so that after the
+// highest digit the entries stand by all digits, equal ones as they came.
+//
+// In a bucket only so many bits below the highest one in which keys differ are sorted this way as
+// tell its entries apart when they are spread evenly; what follows them is settled inside short
+// runs of equal upper bits. A long run, as of values that lie close together while a missing value
+// stretches the range, is sorted by the same procedure on its own bits. A digit that is the same in
+// every key costs nothing, and whole numbers, whose low bits are 0, have no second step.
+//
+// Reference: D. E. Knuth, The Art of Computer Programming 3, 5.2.5.
+
+namespace {
+
+constexpr int kMostCellBits = 20;
+constexpr int kCellShare = 2;  // the entries are at least twice as many as the cells
+constexpr std::size_t kFewEntries = std::size_t{1} << 14;  // one bucket: a cache holds them
+constexpr std::size_t kMostBuckets = 4096;
+
+constexpr int kDigitBits = 8;
+constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
+constexpr int kMostDigits = 4;
+constexpr int kSpareBits = 2;          // so that few entries share the bits that are sorted
+constexpr std::size_t kShortRun = 32;  // up to here comparing is quicker than counting
+
+std::size_t DigitOf(std::uint64_t bits, int digit) noexcept {
+  return bits >> (digit * kDigitBits) & (kDigitValues - 1);
+}
+
+int DigitsFor(std::size_t count) noexcept {
+  const int bits = static_cast<int>(std::bit_width(count)) + kSpareBits;
+  return std::min((bits + kDigitBits - 1) / kDigitBits, kMostDigits);
+}
+
+template <typename Entry>
+void InsertionSort(Entry* entries, std::size_t count) {
+  for (std::size_t i = 1; i < count; ++i) {
+    const Entry entry = entries[i];
+    std::size_t place = i;
+    for (; place > 0 && entries[place - 1].Key() > entry.Key(); --place) {
+      entries[place] = entries[place - 1];
+    }
+    entries[place] = entry;
+  }
+}
+
+template <typename Entry>
+void SortInPlace(Entry* entries, Entry* spare, std::size_t count, std::uint64_t varying);
+
+/// Sorts each run of entries whose keys agree from bit `shift` up.
+template <typename Entry>
+void FinishRuns(Entry* entries, Entry* spare, std::size_t count, int shift) {
+  std::size_t end = 0;
+  for (std::size_t begin = 0; begin < count; begin = end) {
+    const std::uint64_t key = entries[begin].Key();
+    std::uint64_t differing = 0;
+    for (end = begin + 1; end < count; ++end) {
+      const std::uint64_t difference = entries[end].Key() ^ key;
+      if (difference >> shift != 0) break;
+      differing |= difference;
+    }
+    if (differing != 0) SortInPlace(entries + begin, spare + begin, end - begin, differing);
+  }
+}
+
+/// Sorts entries whose keys differ in the given bits.
+template <typename Entry>
+void SortInPlace(Entry* entries, Entry* spare, std::size_t count, std::uint64_t varying) {
+  if (count <= kShortRun) {
+    InsertionSort(entries, count);
+    return;
+  }
+  const int digits = DigitsFor(count);
+  const int shift = std::max(0, static_cast<int>(std::bit_width(varying)) - digits * kDigitBits);
+  std::array<std::array<std::uint32_t, kDigitValues>, kMostDigits> places{};
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::uint64_t bits = entries[i].Key() >> shift;
+    for (int digit = 0; digit < digits; ++digit) {
+      ++places[static_cast<std::size_t>(digit)][DigitOf(bits, digit)];
+    }
+  }
+  Entry* from = entries;
+  Entry* to = spare;
+  for (int digit = 0; digit < digits; ++digit) {
+    if (DigitOf(varying >> shift, digit) == 0) continue;
+    auto& place = places[static_cast<std::size_t>(digit)];
+    std::exclusive_scan(place.begin(), place.end(), place.begin(), 0U);
+    for (std::size_t i = 0; i < count; ++i) {
+      const Entry entry = from[i];
+      to[place[DigitOf(entry.Key() >> shift, digit)]++] = entry;
+    }
+    std::swap(from, to);
+  }
+  if (from != entries) std::copy_n(from, count, entries);
+  if ((varying & ((std::uint64_t{1} << shift) - 1)) != 0) FinishRuns(entries, spare, count, shift);
+}
+
+}  // namespace
+
+void RadixBuckets::StartCounting(std::size_t entryCount, std::uint64_t differing) {
+  count = entryCount;
+  const int cellBits =
+      count <= kFewEntries
+          ? 0
+          : std::min(static_cast<int>(std::bit_width(count)) - kCellShare, kMostCellBits);
+  shift = std::clamp(static_cast<int>(std::bit_width(differing)) - cellBits, 0, 63);
+  cells.assign(std::size_t{1} << cellBits, 0);
+}
+
+void RadixBuckets::StartPlacing() {
+  const std::size_t bucketSize = std::max(count / kMostBuckets, kFewEntries / 4);
+  std::size_t start = 0;
+  std::size_t next = 0;
+  for (std::uint32_t& cell : cells) {
+    if (ends.empty() || next - start >= bucketSize || next - start + cell > 2 * bucketSize) {
+      start = next;
+      ends.push_back(static_cast<std::uint32_t>(start));
+    }
+    next += cell;
+    cell = static_cast<std::uint32_t>(ends.size() - 1);
+  }
+}
+
+template <typename Entry>
+void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends) {
+  LargeArray<Entry> spare;
+  std::size_t spareSize = 0;
+  std::size_t begin = 0;
+  for (const std::size_t end : ends) {
+    std::uint64_t differing = 0;
+    for (std::size_t i = begin; i < end; ++i) differing |= entries[i].Key() ^ entries[begin].Key();
+    const std::size_t size = end - begin;
+    if (differing != 0) {
+      if (size > spareSize) {
+        spare.reset();
+        spareSize = std::max(size, std::min(2 * spareSize, kFewEntries));
+        spare = MakeLargeArray<Entry>(spareSize);
+      }
+      SortInPlace(entries + begin, spare.get(), size, differing);
+    }
+    begin = end;
+  }
+}
+
+template void SortBuckets(PlainKey* entries, const std::vector<std::uint32_t>& ends);
+template void SortBuckets(NumberedKey* entries, const std::vector<std::uint32_t>& ends);
+
+void SortKeys(PlainKey* keys, std::size_t count) {
+  constexpr std::size_t kAhead = 16;  // two lines on in the bucket
+  constexpr std::size_t kAtOnce = 8;
+  if (count == 0) return;
+  std::uint64_t differing = 0;
+  for (std::size_t i = 0; i < count; ++i) differing |= keys[i].key ^ keys[0].key;
+  RadixBuckets buckets;
+  buckets.StartCounting(count, differing);
+  for (std::size_t i = 0; i < count; ++i) buckets.Count(keys[i].key);
+  buckets.StartPlacing();
+  std::vector<std::uint32_t> ends(buckets.Ends().begin() + 1, buckets.Ends().end());
+  ends.push_back(static_cast<std::uint32_t>(count));
+  // A key goes to its place and takes the one that stood there along, until one belongs where the
+  // first came from. P. M. McIlroy, K. Bostic, M. D. McIlroy, Computing Systems 6 (1993), 5-27.
+  // Some keys are on their way at once, so that the next one's place is sought while one waits for
+  // the memory; each ends where one of them came from.
+  for (std::size_t bucket = 0; bucket < ends.size(); ++bucket) {
+    while (buckets.Ends()[bucket] < ends[bucket]) {
+      const std::size_t open = buckets.Ends()[bucket];
+      const std::size_t openEnd = std::min<std::size_t>(open + kAtOnce, ends[bucket]);
+      std::array<PlainKey, kAtOnce> moving;
+      std::size_t left = openEnd - open;
+      std::copy_n(keys + open, left, moving.begin());
+      while (left > 0) {
+        for (std::size_t i = 0; i < left; ++i) {
+          const std::size_t place = buckets.PlaceOf(moving[i].key);
+          __builtin_prefetch(keys + place + kAhead, 1);
+          std::swap(moving[i], keys[place]);
+          if (place >= open && place < openEnd) moving[i] = moving[--left];
+        }
+      }
+    }
+  }
+  SortBuckets(keys, ends);
+}
+
+RecordOrder::RecordOrder(LargeArray<NumberedKey> entries, std::size_t count) noexcept
+    : count(count) {
+  NumberedKey* memory = entries.release();
+  auto* packed = reinterpret_cast<std::uint32_t*>(memory);
+  for (std::size_t i = 0; i < count; ++i) packed[i] = memory[i].number;
+  void* shrunk = std::realloc(packed, (count + 1) * sizeof(std::uint32_t));
+  numbers.reset(shrunk == nullptr ? packed : static_cast<std::uint32_t*>(shrunk));
+}

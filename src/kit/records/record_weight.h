@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+
+#include "foundation/names.h"
+#include "kit/records/record_columns.h"
+
+/// The frequency weight of a record: a variable of it, or 1 where there is none.
+class RecordWeight {
+ public:
+  RecordWeight() = default;
+  explicit RecordWeight(std::int32_t weightIndex) noexcept : index(weightIndex) {}
+  /// Reads "weightVariableIndex" of a test's settings; absent: every record weighs 1.
+  explicit RecordWeight(const QDSettings& settings) {
+    static_cast<void>(settings.GetSettingValByName("weightVariableIndex", index));
+  }
+
+  /// Without its fraction, as counts take it.
+  [[nodiscard]] std::int64_t Truncated(const Record& record) const noexcept {
+    return index < 0 ? 1 : TruncateToInt32(record[index]);
+  }
+  /// As it stands in the record.
+  [[nodiscard]] double Plain(const Record& record) const noexcept {
+    return index < 0 ? 1.0 : record[index];
+  }
+  /// Calls `use(weightAt)`, where weightAt(i) is Truncated of the i-th record: records that weigh 1
+  /// get a loop of their own.
+  template <typename Use>
+  void UseTruncated(RecordColumns& columns, Use use) const {
+    if (index < 0) {
+      use([](std::size_t) { return std::int64_t{1}; });
+    } else {
+      const std::int32_t* weights = columns.TruncatedOf(index);
+      use([weights](std::size_t i) { return std::int64_t{weights[i]}; });
+    }
+  }
+  /// Truncated of each record; null where every record weighs 1.
+  [[nodiscard]] const std::int32_t* TruncatedOf(RecordColumns& columns) const {
+    return index < 0 ? nullptr : columns.TruncatedOf(index);
+  }
+  [[nodiscard]] std::int32_t Index() const noexcept { return index; }
+
+ private:
+  std::int32_t index = -1;
+};

@@ -1,0 +1,37 @@
+#include "kit/summaries/box_plot.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double kFenceSpreads = 1.5;
+
+}  // namespace
+
+void GroupBoxPlot::FinishHinges() {
+  summary.FinishHinges();
+  const double spread = summary.GetThirdQuartile() - summary.GetFirstQuartile();
+  upperFence = summary.GetThirdQuartile() + spread * kFenceSpreads;
+  lowerFence = summary.GetFirstQuartile() - spread * kFenceSpreads;
+  const double margin =
+      4.0 * kCloseTolerance * std::max(std::fabs(lowerFence), std::fabs(upperFence));
+  innerLow = lowerFence + margin;
+  innerHigh = upperFence - margin;
+  smallestNonOutlier = summary.GetMaximum();
+  largestNonOutlier = summary.GetMinimum();
+}
+
+void GroupBoxPlot::ClassifyByFences(double x, double caseId) {
+  const int toUpper = CompareClose(x, upperFence);
+  const int toLower = CompareClose(x, lowerFence);
+  if (toUpper > 0) {
+    highOutliers.push_back({x, caseId});
+  } else if (toLower < 0) {
+    lowOutliers.push_back({x, caseId});
+  }
+  if (toUpper <= 0 && CompareClose(x, largestNonOutlier) > 0) largestNonOutlier = x;
+  if ((toLower > 0 || toUpper == 0) && CompareClose(x, smallestNonOutlier) < 0) {
+    smallestNonOutlier = x;
+  }
+}

@@ -1,0 +1,31 @@
+#include "tests/related/kendall_w.h"
+
+#include "planning/test_construction.h"
+#include "report/elements.h"
+
+const NPARRankedRecords::Profile NPARKendallsW::kProfile{
+    .name = "RKendallsCoefficient",
+    .conditionKey = "R_KendallsCoefficient_1",
+    .fieldCodes = {.noVariableName = 221911,
+                   .unknownVariable = 221903,
+                   .wrongCount = 221909,
+                   .notContinuous = 221904},
+    .noComparison = 221901,
+    .comparisonCodes = {.tooFewPairwise = 221915,
+                        .tooFewStepwise = 221916,
+                        .notSignificantPairwise = 221913,
+                        .notSignificantStepwise = 221914}};
+
+NPARKendallsW::NPARKendallsW(QDSettings* settings) : NPARRankedRecords(settings, kProfile) {}
+
+void NPARKendallsW::WriteOwnFigures(XMLElement& statistics) const {
+  AddAttributeRow(statistics, "KendallsW", ChiSquare() / (DegreesOfFreedom() * Records()));
+}
+
+QDStatus ConstructKendallsWTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
+  TestConstruction construction(planner, entry);
+  NPARKendallsW::ReadEntry(construction, NPARKendallsW::kProfile);
+  status = construction.GetStatus();
+  planner.AddTest(construction.Make<NPARKendallsW>());
+  return status;
+}

@@ -1,0 +1,144 @@
+#include "kit/ranks/merged_runs.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "kit/statistics/runs_approximation.h"
+
+namespace {
+
+int RunsIn(const std::string& units) {
+  int runs = 0;
+  for (std::size_t i = 0; i < units.size(); ++i) runs += i == 0 || units[i] != units[i - 1];
+  return runs;
+}
+
+/// Fewest and most runs over every order of the units inside each block.
+struct Extremes {
+  int fewest = 1000;
+  int most = 0;
+};
+void TryOrders(const std::vector<std::string>& blocks, std::size_t block, const std::string& units,
+               Extremes& found) {
+  if (block == blocks.size()) {
+    found.fewest = std::min(found.fewest, RunsIn(units));
+    found.most = std::max(found.most, RunsIn(units));
+    return;
+  }
+  std::string order = blocks[block];
+  std::sort(order.begin(), order.end());
+  do {
+    TryOrders(blocks, block + 1, units + order, found);
+  } while (std::next_permutation(order.begin(), order.end()));
+}
+
+MergedRuns RunsOfBlocks(const std::vector<std::string>& blocks) {
+  MergedRuns runs;
+  for (std::size_t i = 0; i < blocks.size(); ++i) {
+    for (const char unit : blocks[i]) {
+      runs.Add(static_cast<double>(i), unit == 'a' ? 0 : 1, 1);
+    }
+  }
+  runs.Finish();
+  return runs;
+}
+
+TEST(MergedRunsTest, ExtremesAreThoseOfAllOrdersOfTheTies) {
+  std::mt19937 random(20240611);
+  for (int round = 0; round < 400; ++round) {
+    std::vector<std::string> blocks(1 + random() % 4);
+    int ties = 0;
+    for (std::string& block : blocks) {
+      block = std::string(random() % 4, 'a') + std::string(random() % 3, 'b');
+      if (block.empty()) block = "b";
+      ties += block.front() != block.back();
+    }
+    Extremes found;
+    TryOrders(blocks, 0, "", found);
+    const MergedRuns runs = RunsOfBlocks(blocks);
+    const std::string text = ::testing::PrintToString(blocks);
+    EXPECT_EQ(runs.Minimum(), found.fewest) << text;
+    EXPECT_EQ(runs.Maximum(), found.most) << text;
+    EXPECT_EQ(runs.InterGroupTies(), ties) << text;
+  }
+}
+
+TEST(MergedRunsTest, ValuesWithinTheToleranceOfTheFirstOfABlockAreTied) {
+  MergedRuns runs;
+  runs.Add(1.0, 0, 1);
+  runs.Add(1.0 + 6e-15, 1, 1);
+  runs.Add(1.0 + 12e-15, 0, 1);  // within the tolerance of the value before, not of the first
+  runs.Finish();
+  EXPECT_EQ(runs.InterGroupTies(), 1);
+  EXPECT_EQ(runs.Minimum(), 2);
+  EXPECT_EQ(runs.Maximum(), 3);
+}
+
+TEST(MergedRunsTest, ARecordIsAsManyUnitsAsItWeighs) {
+  MergedRuns runs;
+  runs.Add(1.0, 0, 3);
+  runs.Add(1.0, 1, 5);
+  runs.Add(2.0, 0, 0);  // no unit: it parts no run
+  runs.Add(3.0, 1, std::int64_t{1} << 40);
+  runs.Finish();
+  EXPECT_EQ(runs.Minimum(), 2);
+  EXPECT_EQ(runs.Maximum(), 7);
+  EXPECT_EQ(runs.InterGroupTies(), 1);
+}
+
+TEST(MergedRunsTest, NoUnitsMakeNoRuns) {
+  MergedRuns runs;
+  runs.Add(1.0, 0, 0);
+  runs.Finish();
+  EXPECT_EQ(runs.Minimum(), 0);
+  EXPECT_EQ(runs.Maximum(), 0);
+}
+
+TEST(RunsLowerTailTest, IsTheShareOfAllOrders) {
+  for (std::size_t n1 = 1; n1 <= 5; ++n1) {
+    for (std::size_t n2 = 1; n2 <= 5; ++n2) {
+      std::vector<double> counts(n1 + n2 + 1, 0.0);
+      std::string order = std::string(n1, 'a') + std::string(n2, 'b');
+      double all = 0.0;
+      do {
+        ++counts[static_cast<std::size_t>(RunsIn(order))];
+        ++all;
+      } while (std::next_permutation(order.begin(), order.end()));
+      double upTo = 0.0;
+      for (std::size_t r = 0; r < counts.size(); ++r) {
+        upTo += counts[r];
+        EXPECT_NEAR(RunsLowerTail(static_cast<std::int64_t>(n1), static_cast<std::int64_t>(n2),
+                                  static_cast<std::int64_t>(r)),
+                    upTo / all, 1e-15)
+            << n1 << ' ' << n2 << ' ' << r;
+      }
+    }
+  }
+}
+
+// F. S. Swed, C. Eisenhart, Ann. Math. Stat. 14 (1943), table I, m = n = 10 and m = 5, n = 8.
+TEST(RunsLowerTailTest, IsThatPublished) {
+  EXPECT_NEAR(RunsLowerTail(10, 10, 6), 0.019, 0.0005);
+  EXPECT_NEAR(RunsLowerTail(10, 10, 7), 0.051, 0.0005);
+  EXPECT_NEAR(RunsLowerTail(5, 8, 4), 0.054, 0.0005);
+  EXPECT_NEAR(RunsLowerTail(15, 15, 30), 1.0, 1e-15);
+}
+
+TEST(RunsApproximationTest, TheCorrectionStopsAtTheMeanAndAtFifty) {
+  EXPECT_EQ(RunsApproximation(1, 1).Standardize(2), 0.0);
+  const RunsApproximation corrected(24, 25);
+  EXPECT_DOUBLE_EQ(corrected.Standardize(20), (20.5 - corrected.mean) / corrected.standardError);
+  EXPECT_DOUBLE_EQ(corrected.Standardize(30), (29.5 - corrected.mean) / corrected.standardError);
+  EXPECT_EQ(corrected.Standardize(25), 0.0);
+  const RunsApproximation plain(25, 25);
+  EXPECT_DOUBLE_EQ(plain.Standardize(30), 4.0 / plain.standardError);
+  EXPECT_DOUBLE_EQ(RunsApproximation(49, 1).standardError,
+                   std::sqrt(0.0384));  // 48 * 98 / (2500 * 49)
+}
+
+}  // namespace

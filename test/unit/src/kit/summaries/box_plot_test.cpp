@@ -1,0 +1,102 @@
+#include "kit/summaries/box_plot.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Units = std::vector<std::pair<double, double>>;  // value, weight
+
+GroupBoxPlot PlotOf(const Units& units) {
+  GroupBoxPlot plot(3);
+  double total = 0.0;
+  for (const auto& unit : units) total += static_cast<double>(TruncateToInt32(unit.second));
+  for (const auto& [x, weight] : units) plot.TrackValue(x, weight, total);
+  plot.FinishHinges();
+  double caseId = 100.0;
+  for (const auto& unit : units) plot.ClassifyValue(unit.first, caseId++);
+  return plot;
+}
+
+Units Plain(const std::vector<double>& values) {
+  Units units;
+  for (const double value : values) units.emplace_back(value, 1.0);
+  return units;
+}
+
+std::vector<double> ValuesOf(const std::vector<GroupBoxPlot::Outlier>& outliers) {
+  std::vector<double> values;
+  for (const auto& outlier : outliers) values.push_back(outlier.value);
+  return values;
+}
+
+struct CloseCase {
+  const char* catches;
+  double a, b;
+  int result;
+};
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+const CloseCase kCloseCases[] = {
+    {"equal", 2.0, 2.0, 0},
+    {"within 100 epsilons", 1.0, 1.0 + 99 * QDPower::gMachineEpsilon, 0},
+    {"beyond them", 1.0, 1.0 + 103 * QDPower::gMachineEpsilon, -1},
+    {"the larger magnitude counts", -1e20, -1e20 - 1e6, 0},
+    {"zero knows no tolerance", 1e-300, 0.0, 1},
+    {"zero on the left", 0.0, 1e-300, -1},
+    {"equal infinities", kInfinity, kInfinity, 0},
+    {"greater", 3.0, 2.0, 1},
+};
+
+TEST(BoxPlotTest, ValuesCompareWithARelativeTolerance) {
+  for (const CloseCase& row : kCloseCases) {
+    SCOPED_TRACE(row.catches);
+    EXPECT_EQ(CompareClose(row.a, row.b), row.result);
+    EXPECT_EQ(CompareClose(row.b, row.a), -row.result);
+  }
+}
+
+TEST(BoxPlotTest, HingesFencesAndOutliersAreTukeys) {
+  // R 4.2.2: boxplot.stats(c(1, 10, 11, 12, 13, 14, 15, 16, 30))$stats and $out
+  const GroupBoxPlot plot = PlotOf(Plain({1, 10, 11, 12, 13, 14, 15, 16, 30}));
+  EXPECT_EQ(plot.SmallestNonOutlier(), 10.0);
+  EXPECT_EQ(plot.Summary().GetFirstQuartile(), 11.0);
+  EXPECT_EQ(plot.Summary().GetMedian(), 13.0);
+  EXPECT_EQ(plot.Summary().GetThirdQuartile(), 15.0);
+  EXPECT_EQ(plot.LargestNonOutlier(), 16.0);
+  EXPECT_EQ(ValuesOf(plot.LowOutliers()), std::vector<double>{1});
+  EXPECT_EQ(ValuesOf(plot.HighOutliers()), std::vector<double>{30});
+  EXPECT_EQ(plot.HighOutliers()[0].caseId, 108.0);
+}
+
+TEST(BoxPlotTest, AWeightStandsForThatManyValues) {
+  const GroupBoxPlot weighted = PlotOf({{1, 3}, {2, 1}, {7, 2}, {8, 3}});
+  const GroupBoxPlot listed = PlotOf(Plain({1, 1, 1, 2, 7, 7, 8, 8, 8}));
+  EXPECT_EQ(weighted.Summary().GetFirstQuartile(), listed.Summary().GetFirstQuartile());
+  EXPECT_EQ(weighted.Summary().GetMedian(), listed.Summary().GetMedian());
+  EXPECT_EQ(weighted.Summary().GetThirdQuartile(), listed.Summary().GetThirdQuartile());
+}
+
+TEST(BoxPlotTest, AValueOnTheLowerFenceIsNoOutlierAndNotTheSmallestInside) {
+  // Hinges 4 and 8: fences -2 and 14.
+  const GroupBoxPlot plot = PlotOf(Plain({-2, 4, 4, 6, 8, 8, 14}));
+  ASSERT_EQ(plot.Summary().GetFirstQuartile(), 4.0);
+  ASSERT_EQ(plot.Summary().GetThirdQuartile(), 8.0);
+  EXPECT_TRUE(plot.LowOutliers().empty());
+  EXPECT_TRUE(plot.HighOutliers().empty());
+  EXPECT_EQ(plot.SmallestNonOutlier(), 4.0);
+  EXPECT_EQ(plot.LargestNonOutlier(), 14.0);
+}
+
+TEST(BoxPlotTest, OneValueIsAllOfItsBox) {
+  const GroupBoxPlot plot = PlotOf(Plain({5}));
+  EXPECT_EQ(plot.SmallestNonOutlier(), 5.0);
+  EXPECT_EQ(plot.Summary().GetMedian(), 5.0);
+  EXPECT_EQ(plot.LargestNonOutlier(), 5.0);
+}
+
+}  // namespace
