@@ -17,7 +17,7 @@
 #include "kit/order/radix_sort.h"
 #include "kit/ranks/column_ranks.h"
 #include "kit/ranks/rank.h"
-#include "kit/records/record_columns.h"
+#include "kit/records/record_batch.h"
 #include "kit/summaries/univariate.h"
 #include "planning/record_iterators.h"
 #include "planning/sorted_records.h"
@@ -169,7 +169,7 @@ void SortedWalk(benchmark::State& state) {
   for (auto _ : state) {
     static_cast<void>(sorted->Reset());
     double sum = 0.0;
-    RecordColumns columns;
+    RecordBatch columns;
     while (goesByColumns && sorted->NextColumns(columns)) {
       const double* values = columns.Of(0);
       const std::int32_t* codes = columns.TruncatedOf(1);

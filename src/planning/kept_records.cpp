@@ -3,7 +3,7 @@
 #include <bit>
 #include <limits>
 
-#include "kit/records/record_columns.h"
+#include "kit/records/record_batch.h"
 
 // The loops over a column work on bits, without a branch or a comparison: so the processor takes
 // several values at a time.

@@ -76,9 +76,9 @@ void PassFeed::CompareNeeds() {
 
 QDStatus PassFeed::WalkColumns(IColumnBlocks& blocks, CancelPair& cancelPair) {
   Prepare(blocks.GetRecordWidth(), &blocks);
-  RecordColumns columns;
-  while (!members.empty() && !cancelPair.Check() && blocks.NextColumns(columns)) {
-    const QDStatus status = Deliver(columns);
+  RecordBatch batch;
+  while (!members.empty() && !cancelPair.Check() && blocks.NextColumns(batch)) {
+    const QDStatus status = Deliver(batch);
     if (!status.IsOK()) return status;
   }
   return QDStatus();
@@ -86,14 +86,14 @@ QDStatus PassFeed::WalkColumns(IColumnBlocks& blocks, CancelPair& cancelPair) {
 
 QDStatus PassFeed::WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair) {
   Prepare(blocks.GetRecordWidth());
-  RecordColumns columns;
+  RecordBatch batch;
   RecordBlock block;
   while (!members.empty() && blocks.NextBlock(block)) {
     while (block.count > 0) {
       if (cancelPair.Check()) return QDStatus();
       const RecordBlock part{block.rows, std::min(block.count, kRecordsAtOnce)};
-      columns.LookAt(part);
-      const QDStatus status = Deliver(columns);
+      batch.LookAt(part);
+      const QDStatus status = Deliver(batch);
       if (!status.IsOK()) return status;
       block = {block.rows + part.count, block.count - part.count};
     }
@@ -102,7 +102,7 @@ QDStatus PassFeed::WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair) {
 }
 
 QDStatus PassFeed::WalkRecords(RecordIterator& records, CancelPair& cancelPair) {
-  RecordColumns columns;
+  RecordBatch batch;
   bool isFirst = true;
   while (!members.empty() && records.HasNext()) {
     if (cancelPair.Check()) break;
@@ -111,20 +111,20 @@ QDStatus PassFeed::WalkRecords(RecordIterator& records, CancelPair& cancelPair) 
     if (isFirst) Prepare(record->Size());
     isFirst = false;
     const double* row = record->Values();
-    columns.LookAt({&row, 1});
-    const QDStatus status = Deliver(columns);
+    batch.LookAt({&row, 1});
+    const QDStatus status = Deliver(batch);
     if (!status.IsOK()) return status;
   }
   return QDStatus();
 }
 
-QDStatus PassFeed::Deliver(RecordColumns& columns) {
-  columns.SetNumber(++deliveries);
-  const bool isAnyMissing = IsAnyMissing(columns, marks);
+QDStatus PassFeed::Deliver(RecordBatch& batch) {
+  batch.SetNumber(++deliveries);
+  const bool isAnyMissing = IsAnyMissing(batch, marks);
   bool hasAnyFailed = false;
-  RecordColumns* complete = &columns;
+  RecordBatch* complete = &batch;
   for (Member& member : members) {
-    if (isAnyMissing && !member.needsSameAsBefore) complete = &KeepComplete(columns, member.marks);
+    if (isAnyMissing && !member.needsSameAsBefore) complete = &KeepComplete(batch, member.marks);
     const QDStatus answer = DeliverTo(member, *complete);
     if (answer.GetErrorCode() == kMemoryExhausted) return answer;
     if (answer.IsError()) member.hasFailed = hasAnyFailed = true;
@@ -136,23 +136,22 @@ QDStatus PassFeed::Deliver(RecordColumns& columns) {
   return QDStatus();
 }
 
-RecordColumns& PassFeed::KeepComplete(RecordColumns& columns,
-                                      const std::vector<MissingMark>& needed) {
-  isIncomplete.assign(columns.Size(), 0);
+RecordBatch& PassFeed::KeepComplete(RecordBatch& batch, const std::vector<MissingMark>& needed) {
+  isIncomplete.assign(batch.Size(), 0);
   for (const MissingMark& place : needed) {
-    const double* values = columns.Of(place.position);
-    for (std::size_t i = 0; i < columns.Size(); ++i) {
+    const double* values = batch.Of(place.position);
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
       isIncomplete[i] |= static_cast<std::uint8_t>(values[i] == place.mark);
     }
   }
-  return completeRecords.Select(columns, isIncomplete);
+  return completeRecords.Select(batch, isIncomplete);
 }
 
-QDStatus PassFeed::DeliverTo(const Member& member, RecordColumns& columns) const {
-  if (member.columnTest != nullptr) return member.columnTest->ProcessColumns(columns);
+QDStatus PassFeed::DeliverTo(const Member& member, RecordBatch& batch) const {
+  if (member.columnTest != nullptr) return member.columnTest->ProcessBatch(batch);
   Record record = Record::View(nullptr, width);
-  for (std::size_t i = 0; i < columns.Size(); ++i) {
-    record.LookAt(columns.Rows().rows[i]);
+  for (std::size_t i = 0; i < batch.Size(); ++i) {
+    record.LookAt(batch.Rows().rows[i]);
     const QDStatus answer = member.test->ProcessRecord(record);
     if (answer.IsError()) return answer;
   }

@@ -8,7 +8,7 @@
 #include "kit/contract/column_test.h"
 #include "kit/contract/test.h"
 #include "kit/records/missing.h"
-#include "kit/records/record_columns.h"
+#include "kit/records/record_batch.h"
 #include "kit/records/selected_records.h"
 #include "planning/cancel_pair.h"
 
@@ -33,7 +33,7 @@ class PassFeed {
  private:
   struct Member {
     NPARTest* test;
-    NPARColumnTest* columnTest;  // the same, where it takes columns
+    NPARColumnTest* columnTest;  // the same, where it takes batches
     std::vector<std::int64_t> required;
     /// Where a missing value holds this test off.
     std::vector<MissingMark> marks;
@@ -47,10 +47,10 @@ class PassFeed {
   void Prepare(int recordWidth, const IColumnBlocks* columnSource = nullptr);
   void CompareNeeds();
   /// The records to each test in turn.
-  QDStatus Deliver(RecordColumns& columns);
-  QDStatus DeliverTo(const Member& member, RecordColumns& columns) const;
+  QDStatus Deliver(RecordBatch& batch);
+  QDStatus DeliverTo(const Member& member, RecordBatch& batch) const;
   /// The records in which nothing is missing at these places.
-  RecordColumns& KeepComplete(RecordColumns& columns, const std::vector<MissingMark>& needed);
+  RecordBatch& KeepComplete(RecordBatch& batch, const std::vector<MissingMark>& needed);
 
   const QDVarList* variables;
   bool analysisMissing;

@@ -152,9 +152,9 @@ bool NParMemoIterator::NextBlock(RecordBlock& block) {
   return true;
 }
 
-bool NParMemoIterator::NextColumns(RecordColumns& columns) {
+bool NParMemoIterator::NextColumns(RecordBatch& batch) {
   if (!Advance(kRecordsAtOnce)) return false;
-  columns.LookAt(*this, size);
+  batch.LookAt(*this, size);
   return true;
 }
 

@@ -6,7 +6,7 @@
 
 #include "foundation/names.h"
 #include "kit/records/missing.h"
-#include "kit/records/record_columns.h"
+#include "kit/records/record_batch.h"
 #include "planning/kept_records.h"
 
 /// Reads every record of a source once and keeps it. All records of a source have the width of the
@@ -59,7 +59,7 @@ class NParMemoIterator final : public MultiPassRecordIter,
   int GetState() const override { return state; }
   int Reset() override;
   bool NextBlock(RecordBlock& block) override;
-  bool NextColumns(RecordColumns& columns) override;
+  bool NextColumns(RecordBatch& batch) override;
   int GetRecordWidth() const override;
   bool HoldsMark(std::int32_t variable, double mark) const override;
   /// An iterator that stands `places` further on, or at the end.

@@ -94,9 +94,9 @@ bool NPARSortedIterator::NextBlock(RecordBlock& block) {
   return true;
 }
 
-bool NPARSortedIterator::NextColumns(RecordColumns& columns) {
+bool NPARSortedIterator::NextColumns(RecordBatch& batch) {
   if (!Advance(kRecordsAtOnce)) return false;
-  columns.LookAt(*this, position - first);
+  batch.LookAt(*this, position - first);
   return true;
 }
 

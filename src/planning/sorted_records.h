@@ -8,7 +8,7 @@
 #include "foundation/names.h"
 #include "kit/order/large_array.h"
 #include "kit/order/radix_sort.h"
-#include "kit/records/record_columns.h"
+#include "kit/records/record_batch.h"
 #include "kit/records/sorted_data.h"
 #include "planning/kept_records.h"
 #include "planning/record_iterators.h"
@@ -56,7 +56,7 @@ class NPARSortedIterator final : public MultiPassRecordIter,
   int GetState() const override { return position < order.count ? 0 : 1; }
   int Reset() override;
   bool NextBlock(RecordBlock& block) override;
-  bool NextColumns(RecordColumns& columns) override;
+  bool NextColumns(RecordBatch& batch) override;
   int GetRecordWidth() const override { return records->Width(); }
   bool HoldsMark(std::int32_t variable, double mark) const override {
     return records->Column(variable).Holds(mark);

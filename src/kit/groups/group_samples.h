@@ -32,7 +32,7 @@ class GroupSamples {
 
   // As of the tally, once started.
 
-  const Units& Take(RecordColumns& columns) { return tally->Take(columns); }
+  const Units& Take(RecordBatch& batch) { return tally->Take(batch); }
   void EndPass() { tally->EndPass(passesDone++); }
   [[nodiscard]] std::int64_t CountOf(std::int32_t code) const noexcept {
     return tally->CountOf(code);

@@ -22,22 +22,22 @@ void GroupTally::Units::AddTo(NPARRank& ranks) const {
   }
 }
 
-const GroupTally::Units& GroupTally::Take(RecordColumns& columns) {
-  if (!progress.Reaches(columns)) {
-    // Another test's records may have come through the same columns since.
-    if (areAllKnown) Select(columns);
+const GroupTally::Units& GroupTally::Take(RecordBatch& batch) {
+  if (!progress.Reaches(batch)) {
+    // Another test's records may have come through the same batch since.
+    if (areAllKnown) Select(batch);
     return units;
   }
-  const std::int32_t* recordCodes = columns.TruncatedOf(key.groupVariable);
+  const std::int32_t* recordCodes = batch.TruncatedOf(key.groupVariable);
   std::size_t known = 0;
-  for (std::size_t i = 0; i < columns.Size(); ++i) {
+  for (std::size_t i = 0; i < batch.Size(); ++i) {
     known += recordCodes[i] >= 0 && recordCodes[i] < key.categoryCount ? 1 : 0;
   }
-  areAllKnown = known == columns.Size();
+  areAllKnown = known == batch.Size();
   if (areAllKnown) {
-    Select(columns);
+    Select(batch);
   } else {
-    KeepCategories(columns);
+    KeepCategories(batch);
   }
   units.shares = nullptr;
   if (progress.PassesDone() == 0) {
@@ -50,24 +50,24 @@ const GroupTally::Units& GroupTally::Take(RecordColumns& columns) {
   return units;
 }
 
-void GroupTally::Select(RecordColumns& columns) {
-  units.count = columns.Size();
+void GroupTally::Select(RecordBatch& batch) {
+  units.count = batch.Size();
   if (units.count == 0) return;
-  units.values = columns.Of(key.testVariable);
-  units.codes = columns.TruncatedOf(key.groupVariable);
-  if (key.caseIdVariable >= 0) units.caseIds = columns.Of(key.caseIdVariable);
+  units.values = batch.Of(key.testVariable);
+  units.codes = batch.TruncatedOf(key.groupVariable);
+  if (key.caseIdVariable >= 0) units.caseIds = batch.Of(key.caseIdVariable);
   if (key.weightVariable < 0) return;
-  units.weights = columns.TruncatedOf(key.weightVariable);
-  units.plainWeights = columns.Of(key.weightVariable);
+  units.weights = batch.TruncatedOf(key.weightVariable);
+  units.plainWeights = batch.Of(key.weightVariable);
 }
 
-void GroupTally::KeepCategories(RecordColumns& columns) {
-  const std::int32_t* recordCodes = columns.TruncatedOf(key.groupVariable);
-  isLeftOut.assign(columns.Size(), 0);
-  for (std::size_t i = 0; i < columns.Size(); ++i) {
+void GroupTally::KeepCategories(RecordBatch& batch) {
+  const std::int32_t* recordCodes = batch.TruncatedOf(key.groupVariable);
+  isLeftOut.assign(batch.Size(), 0);
+  for (std::size_t i = 0; i < batch.Size(); ++i) {
     isLeftOut[i] = recordCodes[i] >= 0 && recordCodes[i] < key.categoryCount ? 0 : 1;
   }
-  Select(keptRecords.Select(columns, isLeftOut));
+  Select(keptRecords.Select(batch, isLeftOut));
 }
 
 void GroupTally::Count() {

@@ -54,7 +54,7 @@ class GroupTally {
 
   /// Takes records in the running pass. Their units, without those of no category, are good until
   /// the next call and until a test takes other records.
-  const Units& Take(RecordColumns& columns);
+  const Units& Take(RecordBatch& batch);
   /// Ends a pass, counted from 0.
   void EndPass(std::int32_t pass);
 
@@ -76,9 +76,9 @@ class GroupTally {
   [[nodiscard]] const std::vector<GroupBoxPlot>& BoxPlots() const noexcept { return boxPlots; }
 
  private:
-  void Select(RecordColumns& columns);
+  void Select(RecordBatch& batch);
   /// Leaves records of no category out of the units.
-  void KeepCategories(RecordColumns& columns);
+  void KeepCategories(RecordBatch& batch);
   void Count();
   void TrackHinges();
   void Classify();

@@ -9,10 +9,10 @@ bool PairedDifferences::ReadPair(const QDSettings& settings) {
   return true;
 }
 
-const double* PairedDifferences::Of(RecordColumns& columns) {
-  const double* from = columns.Of(first);
-  const double* to = columns.Of(second);
-  if (inHand.size() < columns.Size()) inHand.resize(columns.Size());
-  for (std::size_t i = 0; i < columns.Size(); ++i) inHand[i] = to[i] - from[i];
+const double* PairedDifferences::Of(RecordBatch& batch) {
+  const double* from = batch.Of(first);
+  const double* to = batch.Of(second);
+  if (inHand.size() < batch.Size()) inHand.resize(batch.Size());
+  for (std::size_t i = 0; i < batch.Size(); ++i) inHand[i] = to[i] - from[i];
   return inHand.data();
 }

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/records/record_columns.h"
+#include "kit/records/record_batch.h"
 #include "kit/summaries/univariate.h"
 
 /// The differences d = second - first of a pair of variables: how many lie on either side of zero,
@@ -23,7 +23,7 @@ class PairedDifferences {
   }
 
   /// Those of the records in hand, good until the next call. Throws std::bad_alloc.
-  [[nodiscard]] const double* Of(RecordColumns& columns);
+  [[nodiscard]] const double* Of(RecordBatch& batch);
 
   /// The differences, of which the i-th weighs weightAt(i).
   template <typename WeightAt>

@@ -6,7 +6,7 @@
 #include <tuple>
 #include <vector>
 
-#include "kit/records/record_columns.h"
+#include "kit/records/record_batch.h"
 
 class GroupTally;
 class TwoGroupTally;
@@ -37,9 +37,9 @@ class SharedTallies {
 class TallyProgress {
  public:
   /// False for records that a test of this pass brought before.
-  bool Reaches(const RecordColumns& columns) noexcept {
-    if (columns.Number() != 0 && columns.Number() == latestNumber) return false;
-    latestNumber = columns.Number();
+  bool Reaches(const RecordBatch& batch) noexcept {
+    if (batch.Number() != 0 && batch.Number() == latestNumber) return false;
+    latestNumber = batch.Number();
     return true;
   }
   /// Is this the first of the tests to end that pass, counted from 0?

@@ -35,18 +35,18 @@ void TwoGroupHistograms::Finish() {
   for (QDContUnivariateVariable& histogram : histograms) histogram.AddZeroBin();
 }
 
-const TwoGroupUnits& TwoGroupTally::Take(RecordColumns& columns) {
-  if (!progress.Reaches(columns)) {
-    // Another test's records may have come through the same columns since.
-    if (areAllOfGroups) Select(columns);
+const TwoGroupUnits& TwoGroupTally::Take(RecordBatch& batch) {
+  if (!progress.Reaches(batch)) {
+    // Another test's records may have come through the same batch since.
+    if (areAllOfGroups) Select(batch);
     return units;
   }
-  FindGroups(columns);
+  FindGroups(batch);
   areAllOfGroups = std::count(groups.begin(), groups.end(), TwoGroups::Neither) == 0;
   if (areAllOfGroups) {
-    Select(columns);
+    Select(batch);
   } else {
-    KeepGroups(columns);
+    KeepGroups(batch);
   }
   SumWeights();
   if (progress.PassesDone() == 0) {
@@ -57,33 +57,33 @@ const TwoGroupUnits& TwoGroupTally::Take(RecordColumns& columns) {
   return units;
 }
 
-void TwoGroupTally::FindGroups(RecordColumns& columns) {
-  const std::int32_t* codes = columns.TruncatedOf(key.groupVariable);
-  groups.resize(columns.Size());
+void TwoGroupTally::FindGroups(RecordBatch& batch) {
+  const std::int32_t* codes = batch.TruncatedOf(key.groupVariable);
+  groups.resize(batch.Size());
   for (std::size_t i = 0; i < groups.size(); ++i) {
     const auto code = static_cast<std::uint32_t>(codes[i]);  // a negative one is beyond all
     groups[i] = code < key.groupOfCode.size() ? key.groupOfCode[code] : TwoGroups::Neither;
   }
 }
 
-void TwoGroupTally::Select(RecordColumns& columns) {
-  units.count = columns.Size();
+void TwoGroupTally::Select(RecordBatch& batch) {
+  units.count = batch.Size();
   if (units.count == 0) return;
-  units.values = columns.Of(key.testVariable);
+  units.values = batch.Of(key.testVariable);
   units.groups = groups.data();
-  if (key.weightVariable >= 0) units.weights = columns.TruncatedOf(key.weightVariable);
+  if (key.weightVariable >= 0) units.weights = batch.TruncatedOf(key.weightVariable);
 }
 
-void TwoGroupTally::KeepGroups(RecordColumns& columns) {
-  isLeftOut.assign(columns.Size(), 0);
+void TwoGroupTally::KeepGroups(RecordBatch& batch) {
+  isLeftOut.assign(batch.Size(), 0);
   std::size_t kept = 0;
-  for (std::size_t i = 0; i < columns.Size(); ++i) {
+  for (std::size_t i = 0; i < batch.Size(); ++i) {
     const TwoGroups::Group group = groups[i];
     isLeftOut[i] = group == TwoGroups::Neither ? 1 : 0;
     groups[kept] = group;
     kept += group != TwoGroups::Neither ? 1 : 0;  // groups come at random: no branch
   }
-  Select(keptRecords.Select(columns, isLeftOut));
+  Select(keptRecords.Select(batch, isLeftOut));
 }
 
 void TwoGroupTally::SumWeights() {

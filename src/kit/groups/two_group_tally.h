@@ -89,7 +89,7 @@ class TwoGroupTally {
 
   /// Takes records in the running pass. The units of either group are good until the next call and
   /// until a test takes other records.
-  const TwoGroupUnits& Take(RecordColumns& columns);
+  const TwoGroupUnits& Take(RecordBatch& batch);
   /// Ends a pass, counted from 0.
   void EndPass(std::int32_t pass);
 
@@ -100,11 +100,11 @@ class TwoGroupTally {
   [[nodiscard]] const TwoGroupHistograms& Histograms() const noexcept { return histograms; }
 
  private:
-  void FindGroups(RecordColumns& columns);
-  /// Takes the units from the columns as they stand.
-  void Select(RecordColumns& columns);
+  void FindGroups(RecordBatch& batch);
+  /// Takes the units from the batch as they stand.
+  void Select(RecordBatch& batch);
   /// Leaves records of neither group out of the units.
-  void KeepGroups(RecordColumns& columns);
+  void KeepGroups(RecordBatch& batch);
   void SumWeights();
   void TakeSizes();
 

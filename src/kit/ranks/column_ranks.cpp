@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "kit/ranks/rank.h"
-#include "kit/records/record_columns.h"
+#include "kit/records/record_batch.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "kit/records/record_columns.h"
+#include "kit/records/record_batch.h"
 
-/// Gives every record of the iterator, from the first on, to `take(RecordColumns&)`: many at a time
+/// Gives every record of the iterator, from the first on, to `take(RecordBatch&)`: many at a time
 /// where the iterator has them so, else one by one. False if there was none.
 template <typename Take>
 bool ForEachBlock(MultiPassRecordIter& records, Take take) {
   static_cast<void>(records.Reset());  // an empty source shows by having no record
   bool any = false;
-  RecordColumns columns;
+  RecordBatch columns;
   const auto give = [&] {
     any = any || columns.Size() > 0;
     take(columns);

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "foundation/names.h"
-#include "kit/records/record_columns.h"
+#include "kit/records/record_batch.h"
 
 /// The frequency weight of a record: a variable of it, or 1 where there is none.
 class RecordWeight {
@@ -26,17 +26,17 @@ class RecordWeight {
   /// Calls `use(weightAt)`, where weightAt(i) is Truncated of the i-th record: records that weigh 1
   /// get a loop of their own.
   template <typename Use>
-  void UseTruncated(RecordColumns& columns, Use use) const {
+  void UseTruncated(RecordBatch& batch, Use use) const {
     if (index < 0) {
       use([](std::size_t) { return std::int64_t{1}; });
     } else {
-      const std::int32_t* weights = columns.TruncatedOf(index);
+      const std::int32_t* weights = batch.TruncatedOf(index);
       use([weights](std::size_t i) { return std::int64_t{weights[i]}; });
     }
   }
   /// Truncated of each record; null where every record weighs 1.
-  [[nodiscard]] const std::int32_t* TruncatedOf(RecordColumns& columns) const {
-    return index < 0 ? nullptr : columns.TruncatedOf(index);
+  [[nodiscard]] const std::int32_t* TruncatedOf(RecordBatch& batch) const {
+    return index < 0 ? nullptr : batch.TruncatedOf(index);
   }
   [[nodiscard]] std::int32_t Index() const noexcept { return index; }
 

@@ -1,7 +1,7 @@
 #include "kit/records/selected_records.h"
 
-RecordColumns& SelectedRecords::Select(RecordColumns& records,
-                                       const std::vector<std::uint8_t>& leftOut) {
+RecordBatch& SelectedRecords::Select(RecordBatch& records,
+                                     const std::vector<std::uint8_t>& leftOut) {
   all = &records;
   if (places.size() < records.Size()) places.resize(records.Size());
   std::size_t count = 0;

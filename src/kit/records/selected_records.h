@@ -4,14 +4,14 @@
 #include <cstdint>
 #include <vector>
 
-#include "kit/records/record_columns.h"
+#include "kit/records/record_batch.h"
 
 /// Some of the records in hand, by columns as all of them are.
 class SelectedRecords final : private ColumnSource {
  public:
   /// Those whose byte in `leftOut` is 0. Good until either the records or the selection change;
   /// nothing is taken over. Throws std::bad_alloc.
-  RecordColumns& Select(RecordColumns& records, const std::vector<std::uint8_t>& leftOut);
+  RecordBatch& Select(RecordBatch& records, const std::vector<std::uint8_t>& leftOut);
 
  private:
   const double* FindColumn(std::int32_t variable) override;
@@ -19,8 +19,8 @@ class SelectedRecords final : private ColumnSource {
   bool GatherTruncated(std::int32_t variable, std::int32_t* values) override;
   const double* const* FindRows() override;
 
-  RecordColumns* all = nullptr;
+  RecordBatch* all = nullptr;
   std::vector<std::size_t> places;  // among all
   std::vector<const double*> rows;
-  RecordColumns columns;
+  RecordBatch columns;
 };

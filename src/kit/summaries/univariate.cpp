@@ -73,7 +73,7 @@ void QDContUnivariateVariable::Moments::Add(double x) {
 
 template <bool kIsWeighted, std::size_t kCount>
 void QDContUnivariateVariable::Summarise(QDContUnivariateVariable* const* variables,
-                                         RecordColumns& columns) {
+                                         RecordBatch& batch) {
   // What changes with every value is kept in registers.
   std::array<const double*, kCount> values;
   std::array<Moments, kCount> moments;
@@ -81,13 +81,13 @@ void QDContUnivariateVariable::Summarise(QDContUnivariateVariable* const* variab
   std::array<double, kCount> highest;
   std::array<std::int64_t, kCount> seen{};
   for (std::size_t k = 0; k < kCount; ++k) {
-    values[k] = columns.Of(variables[k]->variableIndex);
+    values[k] = batch.Of(variables[k]->variableIndex);
     moments[k] = variables[k]->moments;
     lowest[k] = variables[k]->minimum;
     highest[k] = variables[k]->maximum;
   }
-  const double* weights = kIsWeighted ? columns.Of(variables[0]->weightIndex) : nullptr;
-  for (std::size_t i = 0; i < columns.Size(); ++i) {
+  const double* weights = kIsWeighted ? batch.Of(variables[0]->weightIndex) : nullptr;
+  for (std::size_t i = 0; i < batch.Size(); ++i) {
     for (std::size_t k = 0; k < kCount; ++k) {
       const double x = values[k][i];
       if (x == QDMV::gMissingValue) continue;
@@ -113,14 +113,14 @@ void QDContUnivariateVariable::Summarise(QDContUnivariateVariable* const* variab
 }
 
 void QDContUnivariateVariable::SummariseTogether(
-    std::span<QDContUnivariateVariable* const> variables, RecordColumns& columns) {
+    std::span<QDContUnivariateVariable* const> variables, RecordBatch& batch) {
   constexpr std::size_t kMost = 4;  // so many fit the registers
   while (!variables.empty()) {
     const std::size_t count = std::min(variables.size(), kMost);
     const bool isWeighted = variables.front()->weightIndex >= 0;
     const auto summarise = [&]<std::size_t kCount> {
-      isWeighted ? Summarise<true, kCount>(variables.data(), columns)
-                 : Summarise<false, kCount>(variables.data(), columns);
+      isWeighted ? Summarise<true, kCount>(variables.data(), batch)
+                 : Summarise<false, kCount>(variables.data(), batch);
     };
     if (count == 1) summarise.template operator()<1>();
     if (count == 2) summarise.template operator()<2>();
@@ -130,21 +130,21 @@ void QDContUnivariateVariable::SummariseTogether(
   }
 }
 
-void QDContUnivariateVariable::ProcessColumns(RecordColumns& columns) {
+void QDContUnivariateVariable::ProcessBatch(RecordBatch& batch) {
   if (pass == 1) {
     QDContUnivariateVariable* self = this;
-    SummariseTogether({&self, 1}, columns);
+    SummariseTogether({&self, 1}, batch);
     return;
   }
-  const double* values = columns.Of(variableIndex);
-  RecordWeight(weightIndex).UseTruncated(columns, [&](auto weightAt) {
-    AddValues<true>(values, columns.Size(), weightAt);
+  const double* values = batch.Of(variableIndex);
+  RecordWeight(weightIndex).UseTruncated(batch, [&](auto weightAt) {
+    AddValues<true>(values, batch.Size(), weightAt);
   });
 }
 
 QDStatus QDContUnivariateVariable::ProcessRecord(const Record& record) {
-  RecordColumns one(record);
-  ProcessColumns(one);
+  RecordBatch one(record);
+  ProcessBatch(one);
   return QDStatus();
 }
 
@@ -174,10 +174,10 @@ QDStatus QDContUnivariateVariable::WalkSortedValues() {
   MultiPassRecordIter* sorted =
       sortedData == nullptr ? nullptr : sortedData->GetSortedIterator(variableIndex);
   if (sorted == nullptr) return QDStatus(kNoSortedData);
-  ForEachBlock(*sorted, [this](RecordColumns& columns) {
-    const double* values = columns.Of(variableIndex);
-    const double* weights = weightIndex < 0 ? nullptr : columns.Of(weightIndex);
-    for (std::size_t i = 0; i < columns.Size(); ++i) {
+  ForEachBlock(*sorted, [this](RecordBatch& batch) {
+    const double* values = batch.Of(variableIndex);
+    const double* weights = weightIndex < 0 ? nullptr : batch.Of(weightIndex);
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
       const double weight = weights == nullptr ? 1.0 : weights[i];
       if (values[i] == QDMV::gMissingValue || weight == QDMV::gMissingValue) continue;
       TrackHinges(values[i], weight, static_cast<double>(totalWeight));
@@ -356,15 +356,15 @@ bool QDCateUnivariateVariable::AddStatistic(std::int32_t statistic) {
   }
 }
 
-void QDCateUnivariateVariable::ProcessColumns(RecordColumns& columns) {
-  const std::int32_t* codes = columns.TruncatedOf(variableIndex);
-  RecordWeight(weightIndex).UseTruncated(columns, [&](auto weightAt) {
+void QDCateUnivariateVariable::ProcessBatch(RecordBatch& batch) {
+  const std::int32_t* codes = batch.TruncatedOf(variableIndex);
+  RecordWeight(weightIndex).UseTruncated(batch, [&](auto weightAt) {
     std::int64_t seen = 0;
-    for (std::size_t i = 0; i < columns.Size(); ++i) {
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
       const std::int64_t weight = weightAt(i);
       if (codes[i] >= 0 && codes[i] < categoryCount) {
         frequencies[static_cast<std::size_t>(codes[i])] += weight;
-      } else if (columns.Of(variableIndex)[i] != QDMV::gMissingCategory) {
+      } else if (batch.Of(variableIndex)[i] != QDMV::gMissingCategory) {
         otherFrequencies[codes[i]] += weight;
       } else {
         continue;
@@ -376,8 +376,8 @@ void QDCateUnivariateVariable::ProcessColumns(RecordColumns& columns) {
 }
 
 QDStatus QDCateUnivariateVariable::ProcessRecord(const Record& record) {
-  RecordColumns one(record);
-  ProcessColumns(one);
+  RecordBatch one(record);
+  ProcessBatch(one);
   return QDStatus();
 }
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/records/record_columns.h"
+#include "kit/records/record_batch.h"
 #include "kit/records/sorted_data.h"
 
 /// Statistics that can be asked of a variable's summary.
@@ -67,7 +67,7 @@ class QDUnivariateVariable {
   /// -1: every record weighs 1.
   virtual void SetWeightVariable(std::int32_t index) = 0;
   /// ProcessRecord for each record in which the variable is not missing.
-  virtual void ProcessColumns(RecordColumns& columns) = 0;
+  virtual void ProcessBatch(RecordBatch& batch) = 0;
 
   /// Sum of the truncated weights of the records seen.
   [[nodiscard]] std::int64_t GetTotalWeight() const noexcept { return totalWeight; }
@@ -98,11 +98,11 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   QDStatus EndPass() override;
   bool NeedsPass() const override { return needsPass; }
   void SetWeightVariable(std::int32_t index) override { weightIndex = index; }
-  void ProcessColumns(RecordColumns& columns) override;
-  /// ProcessColumns of each, all in their first pass and with the same weights. An update of a mean
+  void ProcessBatch(RecordBatch& batch) override;
+  /// ProcessBatch of each, all in their first pass and with the same weights. An update of a mean
   /// waits for a division before the next can begin: those of several variables wait together.
   static void SummariseTogether(std::span<QDContUnivariateVariable* const> variables,
-                                RecordColumns& columns);
+                                RecordBatch& batch);
   [[nodiscard]] bool IsInFirstPass() const noexcept { return needsPass && pass == 1; }
 
   /// Makes `bins` empty bins from low to high, one more where zero lies inside; the last edge is
@@ -212,7 +212,7 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   void AddValues(const double* values, std::size_t count, WeightAt weightAt);
   void AddToBin(std::int64_t place, double x, std::int64_t weight);
   template <bool kIsWeighted, std::size_t kCount>
-  static void Summarise(QDContUnivariateVariable* const* variables, RecordColumns& columns);
+  static void Summarise(QDContUnivariateVariable* const* variables, RecordBatch& batch);
   QDStatus WalkSortedValues();
   void StartHinges(double total);
   void SettleHinges(double x, double weight);
@@ -252,7 +252,7 @@ class QDCateUnivariateVariable final : public QDUnivariateVariable {
   QDStatus EndPass() override;
   bool NeedsPass() const override { return needsPass; }
   void SetWeightVariable(std::int32_t index) override { weightIndex = index; }
-  void ProcessColumns(RecordColumns& columns) override;
+  void ProcessBatch(RecordBatch& batch) override;
 
   [[nodiscard]] std::int32_t GetCategoryCount() const noexcept { return categoryCount; }
   /// Sum of weights by category code, every category included.

@@ -67,9 +67,9 @@ bool QDUnivariateSummaries::ReadRecords() {
       others.push_back(summary.get());
     }
   }
-  return records != nullptr && ForEachBlock(*records, [&](RecordColumns& columns) {
-           QDContUnivariateVariable::SummariseTogether(together, columns);
-           for (QDUnivariateVariable* summary : others) summary->ProcessColumns(columns);
+  return records != nullptr && ForEachBlock(*records, [&](RecordBatch& batch) {
+           QDContUnivariateVariable::SummariseTogether(together, batch);
+           for (QDUnivariateVariable* summary : others) summary->ProcessBatch(batch);
          });
 }
 

@@ -85,9 +85,9 @@ QDStatus NPARJonckTer::BeginPass() {
   return status;
 }
 
-QDStatus NPARJonckTer::ProcessColumns(RecordColumns& columns) {
+QDStatus NPARJonckTer::ProcessBatch(RecordBatch& batch) {
   if (status.IsError()) return status;
-  const GroupSamples::Units& units = samples.Take(columns);
+  const GroupSamples::Units& units = samples.Take(batch);
   if (samples.PassesDone() == 0) {
     for (std::size_t i = 0; i < units.count; ++i) {
       overallCounts.Add(units.values[i], units.Weight(i), PositionOf(units.codes[i]));

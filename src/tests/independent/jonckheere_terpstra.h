@@ -36,7 +36,7 @@ class NPARJonckTer final : public NPARColumnTest {
   void SetSharedData(UnivariateResults* data) override { sharedData = data; }
   QDStatus BeginPass() override;
   /// Passes over a record of no category.
-  QDStatus ProcessColumns(RecordColumns& columns) override;
+  QDStatus ProcessBatch(RecordBatch& batch) override;
   bool NeedsAnotherPass() override;
   /// Error 222210: fewer than two groups with data. Warnings 222211, 222212: fewer than 3 groups;
   /// 222213, 222214: not significant; 220013: a group alone.

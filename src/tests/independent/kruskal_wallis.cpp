@@ -68,9 +68,9 @@ QDStatus NPARKruskalWOneWay::BeginPass() {
   return status;
 }
 
-QDStatus NPARKruskalWOneWay::ProcessColumns(RecordColumns& columns) {
+QDStatus NPARKruskalWOneWay::ProcessBatch(RecordBatch& batch) {
   if (status.IsError()) return status;
-  const GroupSamples::Units& units = samples.Take(columns);
+  const GroupSamples::Units& units = samples.Take(batch);
   if (samples.PassesDone() == 0) {
     units.AddTo(overallRanks);
   } else if (samples.PassesDone() == 2 && comparison.IsPending()) {

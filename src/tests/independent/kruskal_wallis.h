@@ -32,7 +32,7 @@ class NPARKruskalWOneWay final : public NPARColumnTest {
   void SetSharedData(UnivariateResults*) override {}
   QDStatus BeginPass() override;
   /// Passes over a record of no category.
-  QDStatus ProcessColumns(RecordColumns& columns) override;
+  QDStatus ProcessBatch(RecordBatch& batch) override;
   bool NeedsAnotherPass() override;
   /// Error 222112: fewer than two groups with data. Help message 222111 with every result. Warnings
   /// 222118, 222116: fewer than 3 groups; 222119, 222117: not significant; 220013: a group alone.

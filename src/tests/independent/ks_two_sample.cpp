@@ -68,8 +68,8 @@ QDStatus NPARKSmirnowTwoSample::BeginPass() {
   return status;
 }
 
-QDStatus NPARKSmirnowTwoSample::ProcessColumns(RecordColumns& columns) {
-  const TwoGroupUnits& units = tally->Take(columns);
+QDStatus NPARKSmirnowTwoSample::ProcessBatch(RecordBatch& batch) {
+  const TwoGroupUnits& units = tally->Take(batch);
   if (units.count > 0 && passNumber == 1) TakeDifferences(units);
   return status;
 }

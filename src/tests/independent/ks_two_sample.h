@@ -30,7 +30,7 @@ class NPARKSmirnowTwoSample final : public NPARColumnTest {
   void SetSharedData(UnivariateResults*) override {}
   /// Error 222001: a setting cannot be read.
   QDStatus BeginPass() override;
-  QDStatus ProcessColumns(RecordColumns& columns) override;
+  QDStatus ProcessBatch(RecordBatch& batch) override;
   bool NeedsAnotherPass() override;
   /// Second pass: errors 222010 (a group is empty) and 222005 (an exponential failed), warning
   /// 222011 (no record of either group came).

@@ -120,9 +120,9 @@ QDStatus NPARKSMedian::BeginPass() {
   return status;
 }
 
-QDStatus NPARKSMedian::ProcessColumns(RecordColumns& columns) {
+QDStatus NPARKSMedian::ProcessBatch(RecordBatch& batch) {
   if (status.IsError()) return status;
-  const GroupSamples::Units& units = samples.Take(columns);
+  const GroupSamples::Units& units = samples.Take(batch);
   const bool countsCells = samples.PassesDone() == 1;
   const bool keepsSamples = samples.PassesDone() == 2 && comparison.IsPending();
   if (!countsCells && !keepsSamples) return status;

@@ -36,7 +36,7 @@ class NPARKSMedian final : public NPARColumnTest {
   void SetSharedData(UnivariateResults*) override {}
   QDStatus BeginPass() override;
   /// Passes over a record of no category.
-  QDStatus ProcessColumns(RecordColumns& columns) override;
+  QDStatus ProcessBatch(RecordBatch& batch) override;
   bool NeedsAnotherPass() override;
   /// Errors 220003: no weight; 222312: fewer than two groups with data; 222313: no value below, or
   /// none above the median. Help message 222311: cells with E below 5, their percentage, the

@@ -33,8 +33,8 @@ QDStatus NPARTwoGroupTest::BeginPass() {
   return status;
 }
 
-QDStatus NPARTwoGroupTest::ProcessColumns(RecordColumns& columns) {
-  const TwoGroupUnits& units = tally->Take(columns);
+QDStatus NPARTwoGroupTest::ProcessBatch(RecordBatch& batch) {
+  const TwoGroupUnits& units = tally->Take(batch);
   if (passIndex == 0) {
     Take(units);
   } else {

@@ -21,7 +21,7 @@ class NPARTwoGroupTest : public NPARColumnTest {
  public:
   void SetSharedData(UnivariateResults* data) override;
   QDStatus BeginPass() override;
-  QDStatus ProcessColumns(RecordColumns& columns) final;
+  QDStatus ProcessBatch(RecordBatch& batch) final;
   bool NeedsAnotherPass() override;
   QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) final;

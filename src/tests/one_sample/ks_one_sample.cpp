@@ -166,46 +166,46 @@ bool NPARKSmirnowOneSample::AreValid(const double* values, std::size_t count) co
   return false;
 }
 
-QDStatus NPARKSmirnowOneSample::ProcessColumns(RecordColumns& columns) {
+QDStatus NPARKSmirnowOneSample::ProcessBatch(RecordBatch& batch) {
   if (pass == 0) {
-    Estimate(columns);
+    Estimate(batch);
     return status;
   }
-  const double* values = columns.Of(variableIndex);
-  if (weight.Index() < 0 && TakeInside(values, columns.Size())) return status;
-  weight.UseTruncated(columns, [&](auto weightAt) {
-    for (std::size_t i = 0; i < columns.Size(); ++i) {
+  const double* values = batch.Of(variableIndex);
+  if (weight.Index() < 0 && TakeInside(values, batch.Size())) return status;
+  weight.UseTruncated(batch, [&](auto weightAt) {
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
       if (ValidateValue(values[i], weightAt(i))) TakeValue(values[i], weightAt(i));
     }
   });
   return status;
 }
 
-void NPARKSmirnowOneSample::Estimate(RecordColumns& columns) {
-  const double* values = columns.Of(variableIndex);
-  if (AreValid(values, columns.Size())) {
-    weight.UseTruncated(columns, [&](auto weightAt) {
-      for (std::size_t i = 0; i < columns.Size(); ++i) totalN += weightAt(i);
+void NPARKSmirnowOneSample::Estimate(RecordBatch& batch) {
+  const double* values = batch.Of(variableIndex);
+  if (AreValid(values, batch.Size())) {
+    weight.UseTruncated(batch, [&](auto weightAt) {
+      for (std::size_t i = 0; i < batch.Size(); ++i) totalN += weightAt(i);
     });
-    estimator->ProcessColumns(columns);
+    estimator->ProcessBatch(batch);
     return;
   }
   validPlaces.clear();
-  weight.UseTruncated(columns, [&](auto weightAt) {
-    for (std::size_t i = 0; i < columns.Size() && !status.IsError(); ++i) {
+  weight.UseTruncated(batch, [&](auto weightAt) {
+    for (std::size_t i = 0; i < batch.Size() && !status.IsError(); ++i) {
       if (!ValidateValue(values[i], weightAt(i))) continue;
       totalN += weightAt(i);
       validPlaces.push_back(i);
     }
   });
-  if (validPlaces.size() == columns.Size()) {
-    estimator->ProcessColumns(columns);
+  if (validPlaces.size() == batch.Size()) {
+    estimator->ProcessBatch(batch);
     return;
   }
   validRows.clear();
-  for (const std::size_t i : validPlaces) validRows.push_back(columns.Rows().rows[i]);
+  for (const std::size_t i : validPlaces) validRows.push_back(batch.Rows().rows[i]);
   validColumns.LookAt({validRows.data(), validRows.size()});
-  estimator->ProcessColumns(validColumns);
+  estimator->ProcessBatch(validColumns);
 }
 
 bool NPARKSmirnowOneSample::TakeInside(const double* values, std::size_t count) {

@@ -38,7 +38,7 @@ class NPARKSmirnowOneSample final : public NPARColumnTest {
   /// help message 220309 (a large Poisson mean).
   QDStatus BeginPass() override;
   /// Error 220312 with value and weight: no count, in a Poisson test.
-  QDStatus ProcessColumns(RecordColumns& columns) override;
+  QDStatus ProcessBatch(RecordBatch& batch) override;
   bool NeedsAnotherPass() override { return pass++ == 0; }
   /// First pass: errors 220003, 220310, 220313, no valid value. Second: 220305, an exponential
   /// failed.
@@ -55,7 +55,7 @@ class NPARKSmirnowOneSample final : public NPARColumnTest {
   /// False for a value that takes no part.
   bool ValidateValue(double x, std::int64_t weight);
   /// First pass: counts the valid values and gives them to the estimator.
-  void Estimate(RecordColumns& columns);
+  void Estimate(RecordBatch& batch);
   /// Second pass: takes values of weight 1 none of which can be an extreme; false, and none taken,
   /// for others.
   bool TakeInside(const double* values, std::size_t count);
@@ -83,7 +83,7 @@ class NPARKSmirnowOneSample final : public NPARColumnTest {
   std::optional<QDContUnivariateVariable> estimator;
   std::vector<std::size_t> validPlaces;  // among the records in hand
   std::vector<const double*> validRows;
-  RecordColumns validColumns;
+  RecordBatch validColumns;
   std::uint64_t pass = 0;
 
   std::int64_t totalN = 0;

@@ -63,16 +63,16 @@ void NPARRankedRecords::StartStepDown() {
   stage = Stage::StepDown;
 }
 
-QDStatus NPARRankedRecords::ProcessColumns(RecordColumns& columns) {
+QDStatus NPARRankedRecords::ProcessBatch(RecordBatch& batch) {
   if (status.IsError()) return status;
-  weight.UseTruncated(columns, [&](auto weightAt) {
-    for (std::size_t first = 0; first < columns.Size(); first += ranks.RecordsAtOnce()) {
-      const std::size_t count = std::min(ranks.RecordsAtOnce(), columns.Size() - first);
+  weight.UseTruncated(batch, [&](auto weightAt) {
+    for (std::size_t first = 0; first < batch.Size(); first += ranks.RecordsAtOnce()) {
+      const std::size_t count = std::min(ranks.RecordsAtOnce(), batch.Size() - first);
       const auto weightOf = [&](std::size_t i) { return weightAt(first + i); };
       if (stage == Stage::Overall) {
-        RankFields(columns, first, count, weightOf);
+        RankFields(batch, first, count, weightOf);
       } else {
-        RankRanges(columns, first, count, weightOf);
+        RankRanges(batch, first, count, weightOf);
       }
     }
   });
@@ -80,10 +80,10 @@ QDStatus NPARRankedRecords::ProcessColumns(RecordColumns& columns) {
 }
 
 template <typename WeightOf>
-void NPARRankedRecords::RankFields(RecordColumns& columns, std::size_t first, std::size_t count,
+void NPARRankedRecords::RankFields(RecordBatch& batch, std::size_t first, std::size_t count,
                                    WeightOf weightOf) {
   fields.clear();
-  for (const std::int32_t variable : variables) fields.push_back(columns.Of(variable));
+  for (const std::int32_t variable : variables) fields.push_back(batch.Of(variable));
   ranks.Rank(fields, first, count);
   for (std::size_t i = 0; i < fields.size(); ++i) {
     rankCounts.Add(i, ranks.StepsOf(i), count, weightOf);
@@ -92,14 +92,14 @@ void NPARRankedRecords::RankFields(RecordColumns& columns, std::size_t first, st
 }
 
 template <typename WeightOf>
-void NPARRankedRecords::RankRanges(RecordColumns& columns, std::size_t first, std::size_t count,
+void NPARRankedRecords::RankRanges(RecordBatch& batch, std::size_t first, std::size_t count,
                                    WeightOf weightOf) {
   const std::vector<ComparedSample>& samples = comparison.GetSamples();
   const std::vector<SampleRange>& ranges = comparison.GetWorkList();
   for (std::size_t i = 0; i < ranges.size(); ++i) {
     fields.clear();
     for (std::size_t place = ranges[i].first; place <= ranges[i].last; ++place) {
-      fields.push_back(columns.Of(samples[place].index));
+      fields.push_back(batch.Of(samples[place].index));
     }
     ranks.Rank(fields, first, count);
     for (std::size_t field = 0; field < fields.size(); ++field) {

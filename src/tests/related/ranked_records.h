@@ -32,7 +32,7 @@ class NPARRankedRecords : public NPARColumnTest {
   /// Reads "variableIndex" (the k positions), "weightVariableIndex" (absent: each record weighs 1),
   /// "sigLevel" and "typeOfMultipleComparison". An error: fewer than two positions.
   QDStatus BeginPass() override;
-  QDStatus ProcessColumns(RecordColumns& columns) override;
+  QDStatus ProcessBatch(RecordBatch& batch) override;
   bool NeedsAnotherPass() override;
   /// Error 220003: the weights sum to 0.
   QDStatus EndPass() override;
@@ -68,10 +68,10 @@ class NPARRankedRecords : public NPARColumnTest {
   void StartStepDown();
   /// `count` records from `first` on; weightOf(i) is the weight of the i-th of them.
   template <typename WeightOf>
-  void RankFields(RecordColumns& columns, std::size_t first, std::size_t count, WeightOf weightOf);
+  void RankFields(RecordBatch& batch, std::size_t first, std::size_t count, WeightOf weightOf);
   /// The same for each range of a step.
   template <typename WeightOf>
-  void RankRanges(RecordColumns& columns, std::size_t first, std::size_t count, WeightOf weightOf);
+  void RankRanges(RecordBatch& batch, std::size_t first, std::size_t count, WeightOf weightOf);
   void EndOverall();
   void ComparePairs();
   [[nodiscard]] std::vector<ComparedSample> MeanRanks() const;

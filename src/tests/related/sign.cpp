@@ -42,13 +42,13 @@ void NPARSign::ReadSettings() {
   }
 }
 
-QDStatus NPARSign::ProcessColumns(RecordColumns& columns) {
-  const double* d = differences.Of(columns);
+QDStatus NPARSign::ProcessBatch(RecordBatch& batch) {
+  const double* d = differences.Of(batch);
   if (passIndex == 0) {
-    weight.UseTruncated(columns,
-                        [&](auto weightAt) { differences.Count(d, columns.Size(), weightAt); });
+    weight.UseTruncated(batch,
+                        [&](auto weightAt) { differences.Count(d, batch.Size(), weightAt); });
   } else {
-    differences.AddToHistogram(d, columns.Size(), weight.TruncatedOf(columns));
+    differences.AddToHistogram(d, batch.Size(), weight.TruncatedOf(batch));
   }
   return status;
 }

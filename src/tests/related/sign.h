@@ -30,7 +30,7 @@ class NPARSign final : public NPARColumnTest {
   /// Reads "variableIndex" (two positions in the record), "weightVariableIndex" (absent: each
   /// record weighs 1) and "sigLevel". Error 220918: not two different positions.
   QDStatus BeginPass() override;
-  QDStatus ProcessColumns(RecordColumns& columns) override;
+  QDStatus ProcessBatch(RecordBatch& batch) override;
   bool NeedsAnotherPass() override { return !status.IsError() && passIndex == 1; }
   /// Error 220003: the weights sum to 0. Help message 220916: the exact p is given.
   QDStatus EndPass() override;

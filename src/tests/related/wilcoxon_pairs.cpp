@@ -31,19 +31,18 @@ QDStatus NPARWilcoxonPairs::BeginPass() {
   return status;
 }
 
-QDStatus NPARWilcoxonPairs::ProcessColumns(RecordColumns& columns) {
-  const double* d = differences.Of(columns);
-  const std::int32_t* weights = weight.TruncatedOf(columns);
+QDStatus NPARWilcoxonPairs::ProcessBatch(RecordBatch& batch) {
+  const double* d = differences.Of(batch);
+  const std::int32_t* weights = weight.TruncatedOf(batch);
   if (passIndex > 0) {
-    differences.AddToHistogram(d, columns.Size(), weights);
+    differences.AddToHistogram(d, batch.Size(), weights);
     return status;
   }
-  weight.UseTruncated(columns,
-                      [&](auto weightAt) { differences.Count(d, columns.Size(), weightAt); });
+  weight.UseTruncated(batch, [&](auto weightAt) { differences.Count(d, batch.Size(), weightAt); });
   if (weights == nullptr) {
-    ranks.AddUnits(d, columns.Size());
+    ranks.AddUnits(d, batch.Size());
   } else {
-    for (std::size_t i = 0; i < columns.Size(); ++i) {
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
       if (d[i] > 0.0 || d[i] < 0.0) ranks.Add(d[i], static_cast<double>(weights[i]));
     }
   }

@@ -29,7 +29,7 @@ class NPARWilcoxonPairs final : public NPARColumnTest {
   /// Reads "variableIndex" (two positions in the record), "weightVariableIndex" (absent: each
   /// record weighs 1) and "sigLevel". Error 221009: not two positions.
   QDStatus BeginPass() override;
-  QDStatus ProcessColumns(RecordColumns& columns) override;
+  QDStatus ProcessBatch(RecordBatch& batch) override;
   bool NeedsAnotherPass() override { return passIndex == 1; }
   /// Error 220003: the weights sum to 0.
   QDStatus EndPass() override;

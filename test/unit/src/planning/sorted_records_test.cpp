@@ -85,7 +85,7 @@ TEST(NPARSortedIterator, GivesColumnsBitForBitAsTheRecordsCame) {
       ASSERT_TRUE(manager.AddSortVariable(sortVariable));
       for (const std::int32_t companion : companions) manager.AddCompanion(companion);
       auto& sorted = dynamic_cast<NPARSortedIterator&>(*manager.GetSortedIterator(sortVariable));
-      RecordColumns columns;
+      RecordBatch columns;
       std::size_t differences = 0;
       std::size_t seen = 0;
       for (; sorted.NextColumns(columns); seen += columns.Size()) {

@@ -222,9 +222,9 @@ class NumberTest final : public NPARColumnTest {
 
   void SetSharedData(UnivariateResults*) override {}
   QDStatus BeginPass() override { return QDStatus(); }
-  QDStatus ProcessColumns(RecordColumns& columns) override {
-    log.push_back(std::to_string(columns.Number()) + ": " +
-                  std::to_string(static_cast<int>(columns.Of(0)[0])));
+  QDStatus ProcessBatch(RecordBatch& batch) override {
+    log.push_back(std::to_string(batch.Number()) + ": " +
+                  std::to_string(static_cast<int>(batch.Of(0)[0])));
     return QDStatus();
   }
   bool NeedsAnotherPass() override { return false; }

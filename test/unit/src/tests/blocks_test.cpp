@@ -71,12 +71,12 @@ std::string ResultOf(const Kind& kind, const Rows& rows, std::size_t blockSize, 
   test->SetSharedData(&summaries);
   std::vector<const double*> places;
   for (const std::vector<double>& row : rows) places.push_back(row.data());
-  RecordColumns columns;
+  RecordBatch columns;
   do {
     static_cast<void>(test->BeginPass());
     for (std::size_t i = 0; i < places.size(); i += blockSize) {
       columns.LookAt({places.data() + i, std::min(blockSize, places.size() - i)});
-      static_cast<void>(test->ProcessColumns(columns));
+      static_cast<void>(test->ProcessBatch(columns));
     }
     static_cast<void>(test->EndPass());
   } while (test->NeedsAnotherPass());

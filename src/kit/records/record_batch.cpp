@@ -1,21 +1,21 @@
-#include "kit/records/record_columns.h"
+#include "kit/records/record_batch.h"
 
 template <typename Value>
-RecordColumns::Column<Value>& RecordColumns::Renew(std::vector<Column<Value>>& list,
-                                                   std::size_t variable) const {
+RecordBatch::Column<Value>& RecordBatch::Renew(std::vector<Column<Value>>& list,
+                                               std::size_t variable) const {
   if (variable >= list.size()) list.resize(variable + 1);
   list[variable].serial = serial;
   return list[variable];
 }
 
 template <typename Value>
-Value* RecordColumns::MakeRoom(Column<Value>& column) const {
+Value* RecordBatch::MakeRoom(Column<Value>& column) const {
   if (column.own.size() < block.count) column.own.resize(block.count);
   column.values = column.own.data();
   return column.own.data();
 }
 
-void RecordColumns::Find(std::size_t variable) {
+void RecordBatch::Find(std::size_t variable) {
   Column<double>& column = Renew(columns, variable);
   const auto index = static_cast<std::int32_t>(variable);
   if (source != nullptr) {
@@ -27,7 +27,7 @@ void RecordColumns::Find(std::size_t variable) {
   for (std::size_t i = 0; i < block.count; ++i) values[i] = block.rows[i][variable];
 }
 
-void RecordColumns::FindTruncated(std::size_t variable) {
+void RecordBatch::FindTruncated(std::size_t variable) {
   const auto index = static_cast<std::int32_t>(variable);
   std::int32_t* wholes = MakeRoom(Renew(truncated, variable));
   if (source != nullptr && source->GatherTruncated(index, wholes)) return;

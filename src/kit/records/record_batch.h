@@ -23,7 +23,7 @@ class ColumnSource {
   virtual const double* const* FindRows() = 0;
 };
 
-class RecordColumns;
+class RecordBatch;
 
 /// An iterator that hands out its records by columns, many at a time. Found by dynamic_cast, as
 /// IRecordBlocks is.
@@ -31,7 +31,7 @@ class IColumnBlocks {
  public:
   virtual ~IColumnBlocks() = default;
   /// False at the end. The columns are good until the next call.
-  virtual bool NextColumns(RecordColumns& columns) = 0;
+  virtual bool NextColumns(RecordBatch& columns) = 0;
   /// Doubles in a record.
   [[nodiscard]] virtual int GetRecordWidth() const = 0;
   /// Does any record hold this mark of a missing value at that place?
@@ -41,14 +41,14 @@ class IColumnBlocks {
 /// Some records by columns: the values of a variable side by side, as a loop over many records
 /// wants them. A column is found when it is first asked for, so that tests of the same pass share
 /// it.
-class RecordColumns {
+class RecordBatch {
  public:
-  RecordColumns() = default;
+  RecordBatch() = default;
   /// One record, which must outlive this.
-  explicit RecordColumns(const Record& record) noexcept
+  explicit RecordBatch(const Record& record) noexcept
       : onlyRow(record.Values()), block{&onlyRow, 1} {}
-  RecordColumns(const RecordColumns&) = delete;
-  RecordColumns& operator=(const RecordColumns&) = delete;
+  RecordBatch(const RecordBatch&) = delete;
+  RecordBatch& operator=(const RecordBatch&) = delete;
 
   /// Goes on to other records, whose rows must stand as long.
   void LookAt(const RecordBlock& rows) noexcept {
