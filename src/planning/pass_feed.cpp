@@ -26,10 +26,7 @@ bool FindMark(const IQDVariable* variable, double& mark) {
 }  // namespace
 
 void PassFeed::AddTest(NPARTest* test, const std::vector<std::int64_t>& required) {
-  members.push_back({.test = test,
-                     .columnTest = dynamic_cast<NPARColumnTest*>(test),
-                     .required = required,
-                     .marks = {}});
+  members.push_back({.test = test, .required = required, .marks = {}});
 }
 
 QDStatus PassFeed::Walk(RecordIterator& records, CancelPair& cancelPair) {
@@ -148,12 +145,5 @@ RecordBatch& PassFeed::KeepComplete(RecordBatch& batch, const std::vector<Missin
 }
 
 QDStatus PassFeed::DeliverTo(const Member& member, RecordBatch& batch) const {
-  if (member.columnTest != nullptr) return member.columnTest->ProcessBatch(batch);
-  Record record = Record::View(nullptr, width);
-  for (std::size_t i = 0; i < batch.Size(); ++i) {
-    record.LookAt(batch.Rows().rows[i]);
-    const QDStatus answer = member.test->ProcessRecord(record);
-    if (answer.IsError()) return answer;
-  }
-  return QDStatus();
+  return member.test->ProcessBatch(batch);
 }

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/contract/column_test.h"
 #include "kit/contract/test.h"
 #include "kit/records/missing.h"
 #include "kit/records/record_batch.h"
@@ -33,7 +32,6 @@ class PassFeed {
  private:
   struct Member {
     NPARTest* test;
-    NPARColumnTest* columnTest;  // the same, where it takes batches
     std::vector<std::int64_t> required;
     /// Where a missing value holds this test off.
     std::vector<MissingMark> marks;

@@ -82,6 +82,15 @@ void AddAttributeRow(XMLElement& parent, std::string_view name, double value) {
   AddAttributeRow(parent, name, NumberText(value));
 }
 
+XMLElement* AddFigures(XMLElement& parent, std::string_view table,
+                       std::initializer_list<FigureRow> rows) {
+  XMLElement* element = AddStructuredTable(parent, table);
+  for (const FigureRow& row : rows) {
+    if (row.text) AddAttributeRow(*element, row.name, *row.text);
+  }
+  return element;
+}
+
 XMLElement* AddSimpleTable(XMLElement& parent, std::string_view name, std::string_view rowNames,
                            std::string_view columnNames) {
   XMLElement* table = AddNamedElement(parent, "SimpleTable", name);

@@ -2,9 +2,12 @@
 
 #include <concepts>
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "foundation/names.h"
@@ -54,6 +57,24 @@ template <std::integral Integer>
 void AddAttributeRow(XMLElement& parent, std::string_view name, Integer value) {
   AddAttributeRow(parent, name, std::string_view(IntegerText(static_cast<std::int64_t>(value))));
 }
+/// One figure of a table: its name and its value. An absent value has no row.
+struct FigureRow {
+  FigureRow(std::string_view name, std::string text) : name(name), text(std::move(text)) {}
+  FigureRow(std::string_view name, double value) : FigureRow(name, NumberText(value)) {}
+  template <std::integral Integer>
+  FigureRow(std::string_view name, Integer value)
+      : FigureRow(name, IntegerText(static_cast<std::int64_t>(value))) {}
+  FigureRow(std::string_view name, const std::optional<double>& value) : name(name) {
+    if (value) text = NumberText(*value);
+  }
+
+  std::string_view name;
+  std::optional<std::string> text;
+};
+/// "StructuredTable" with a name and an "Attribute" for each figure.
+XMLElement* AddFigures(XMLElement& parent, std::string_view table,
+                       std::initializer_list<FigureRow> rows);
+
 /// The texts as rows "%0", "%1", ...
 void AddParameterRows(XMLElement& parent, const std::vector<std::string>& parameters);
 

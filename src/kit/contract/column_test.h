@@ -1,18 +1,28 @@
 #pragma once
 
 #include "kit/contract/test.h"
-#include "kit/records/record_batch.h"
 
-/// A test that takes many records at a time, by batch. It defines no ProcessRecord of its own:
-/// a single record comes as a batch of one.
+/// A test that drives its passes by itself and takes batches.
 class NPARColumnTest : public NPARTest {
  public:
   using NPARTest::NPARTest;
-
-  /// As ProcessRecord for each of the records in turn, up to the first that answers an error.
-  virtual QDStatus ProcessBatch(RecordBatch& batch) = 0;
+  QDStatus ProcessBatch(RecordBatch& batch) override = 0;
   QDStatus ProcessRecord(const Record& record) final {
     RecordBatch one(record);
     return ProcessBatch(one);
+  }
+};
+
+/// A test that drives its passes by itself and takes one record at a time.
+class NPARRecordTest : public NPARTest {
+ public:
+  using NPARTest::NPARTest;
+  QDStatus ProcessRecord(const Record& record) override = 0;
+  QDStatus ProcessBatch(RecordBatch& batch) final {
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
+      const QDStatus answer = ProcessRecord(Record::View(batch.Rows().rows[i], 1));
+      if (answer.IsError()) return answer;
+    }
+    return status;
   }
 };

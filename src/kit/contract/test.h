@@ -2,25 +2,39 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "foundation/names.h"
 #include "kit/contract/message.h"
+#include "kit/contract/settings_reader.h"
+#include "kit/records/record_batch.h"
+#include "kit/records/record_weight.h"
 
 class SharedTallies;
 class UnivariateResults;
 
 /// One hypothesis test (or interval estimate) on one field or set of fields.
 ///
-/// A worker drives it: SetSharedData once; then for each pass BeginPass, GetRequiredVariables,
-/// ProcessRecord for every record in which no required variable is missing, EndPass; after each
-/// pass NeedsAnotherPass; at the end WriteResults. The first error stops the test and stays: a test
-/// that failed, also in its construction, is driven on, does nothing and writes its messages.
+/// A worker drives it: SetSharedData once; then for each pass BeginPass, GetRequiredVariables, the
+/// records in which no required variable is missing, EndPass; after each pass NeedsAnotherPass; at
+/// the end WriteResults. The first error stops the test and stays: a test that failed, also in its
+/// construction, is driven on, does nothing and writes its messages.
 ///
-/// Operations return a copy of the test's status. An error stays the test's own matter; only the
-/// code 220012 (no memory) ends the run. A test may throw std::bad_alloc: the worker turns it into
-/// 220012.
+/// What a test does stands in its stages, which the base runs in order and only as long as there is
+/// no error:
+///   Prepare      reads the settings and says how many passes it takes, by default one
+///   Take         records of the first pass
+///   Compute      ends the first pass
+///   StartPass    before every further pass
+///   TakeAgain    records of a further pass
+///   Finish       ends it
+/// Prepare alone is run also for a test that is born failed, so that its condition can name what
+/// the settings hold; it stops where only a sound test goes on (HasFailed).
+///
+/// An error stays the test's own matter; only the code 220012 (no memory) ends the run. A stage may
+/// throw std::bad_alloc: the worker turns it into 220012.
 class NPARTest {
  public:
   /// Takes the settings over; they may be null.
@@ -30,42 +44,75 @@ class NPARTest {
   virtual ~NPARTest() = default;
 
   /// The run's summaries; not taken over, good until the run's results are written.
-  virtual void SetSharedData(UnivariateResults* sharedData) = 0;
+  virtual void SetSharedData(UnivariateResults* data) {
+    if (data != nullptr) sharedData = data;
+  }
   /// What the tests of the worker count together; not taken over. A test that gets none counts
   /// alone.
   void SetSharedTallies(SharedTallies* tallies) noexcept { sharedTallies = tallies; }
-  /// Starts a pass; in the first one the test reads its settings and sets passesLeft.
-  virtual QDStatus BeginPass() = 0;
-  virtual QDStatus ProcessRecord(const Record& record) = 0;
+  virtual QDStatus BeginPass();
+  /// Takes records, one after the other.
+  virtual QDStatus ProcessBatch(RecordBatch& batch);
+  /// Takes a batch of one.
+  virtual QDStatus ProcessRecord(const Record& record);
   /// Asked once after each pass.
-  virtual bool NeedsAnotherPass() = 0;
-  /// Computes.
-  virtual QDStatus EndPass() = 0;
-  /// Variables that must not be missing in a record for it to reach ProcessRecord.
+  virtual bool NeedsAnotherPass() { return passesLeft > 0; }
+  virtual QDStatus EndPass();
+  /// Variables that must not be missing in a record for it to reach the test.
   virtual void GetRequiredVariables(std::vector<std::int64_t>& positions) = 0;
   /// The "Algorithm" element; the caller owns it.
   virtual XMLElement* WriteResults() = 0;
-
   /// Passes that the test still expects, the running one included; feeds the progress.
-  [[nodiscard]] virtual std::int32_t GetPassesLeft() const { return passesLeft; }
+  [[nodiscard]] std::int32_t GetPassesLeft() const noexcept { return passesLeft; }
   /// The entry that the test was made of, "RSign"; tells a person which test is in hand. The text
   /// outlives the test.
   [[nodiscard]] std::string_view GetEntryName() const noexcept { return entryName; }
   void SetEntryName(std::string_view name) noexcept { entryName = name; }
-  virtual void AddMessages(const std::vector<NPARMessage>& list);
+
+  void AddMessages(const std::vector<NPARMessage>& list);
   /// Keeps a message that it does not hold yet. An error sets the status and ends the passes; once
   /// the test has failed, further errors are not kept: the first one stands alone.
-  virtual void AddMessage(const NPARMessage& message);
+  void AddMessage(const NPARMessage& message);
   /// Keeps a message without parameters.
-  virtual void ReportStatus(QDStatus newStatus, MessageKind kind);
+  void ReportStatus(QDStatus newStatus, MessageKind kind);
+
+  // What the document tells of every test.
+
+  [[nodiscard]] bool HasFailed() const noexcept { return status.IsError(); }
+  [[nodiscard]] const std::vector<NPARMessage>& GetMessages() const noexcept { return messages; }
+  [[nodiscard]] double GetSigLevel() const noexcept { return sigLevel; }
+
+ protected:
+  virtual void Prepare(const SettingsReader& /*settings*/) {}
+  virtual void Take(RecordBatch& /*batch*/) {}
+  virtual void Compute() {}
+  virtual void StartPass() {}
+  virtual void TakeAgain(RecordBatch& /*batch*/) {}
+  virtual void Finish() {}
+
+  /// How many passes are still to come, the one that is about to start included: in Prepare all of
+  /// them, in Compute and Finish those after the one that ends.
+  void ExpectPasses(std::int32_t count) noexcept { passesLeft = count; }
+  /// The running pass, from 0.
+  [[nodiscard]] std::int32_t Pass() const noexcept { return pass; }
+
+  void Fail(std::int32_t code, std::vector<std::string> parameters = {});
+  void Warn(std::int32_t code, std::vector<std::string> parameters = {});
+  void Help(std::int32_t code, std::vector<std::string> parameters = {});
+
+  UnivariateResults* sharedData = nullptr;
+  SharedTallies* sharedTallies = nullptr;
+  // Read before Prepare.
+  double sigLevel = 0.05;
+  RecordWeight weight;
 
  protected:
   std::unique_ptr<QDSettings> settings;
   QDStatus status;
   std::vector<NPARMessage> messages;
   std::int32_t passesLeft = 0;
-  SharedTallies* sharedTallies = nullptr;
 
  private:
+  std::int32_t pass = 0;
   std::string_view entryName;
 };

@@ -1,8 +1,7 @@
 #include "kit/groups/paired_differences.h"
 
-bool PairedDifferences::ReadPair(const QDSettings& settings) {
-  std::vector<std::int32_t> indices;
-  static_cast<void>(settings.GetSettingValByName("variableIndex", indices));
+bool PairedDifferences::ReadPair(const SettingsReader& settings) {
+  const auto indices = settings.List<std::int32_t>("variableIndex");
   if (indices.size() != 2) return false;
   first = indices[0];
   second = indices[1];

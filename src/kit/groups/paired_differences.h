@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/contract/settings_reader.h"
 #include "kit/records/record_batch.h"
 #include "kit/summaries/univariate.h"
 
@@ -14,7 +15,7 @@
 class PairedDifferences {
  public:
   /// Reads "variableIndex"; false, and no pair, unless it holds exactly two positions.
-  bool ReadPair(const QDSettings& settings);
+  bool ReadPair(const SettingsReader& settings);
   /// Positions in the record; -1 without a pair.
   [[nodiscard]] std::int32_t First() const noexcept { return first; }
   [[nodiscard]] std::int32_t Second() const noexcept { return second; }

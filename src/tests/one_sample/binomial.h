@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "kit/contract/test.h"
+#include "kit/contract/column_test.h"
 #include "kit/groups/two_classes.h"
 #include "planning/planner.h"
 
@@ -17,9 +17,9 @@
 ///
 /// Source: S. Siegel, N. J. Castellan, Nonparametric Statistics for the Behavioral Sciences, 2nd
 /// ed. (1988), 4.1.
-class NPARBinomial final : public NPARTest {
+class NPARBinomial final : public NPARRecordTest {
  public:
-  using NPARTest::NPARTest;
+  using NPARRecordTest::NPARRecordTest;
 
   /// The largest n with an exact value.
   static constexpr std::int64_t kExactLimit = 25;

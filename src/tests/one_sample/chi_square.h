@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "kit/contract/test.h"
+#include "kit/contract/column_test.h"
 #include "planning/planner.h"
 
 /// One-sample chi-square test: do the category frequencies of one field fit given proportions?
@@ -16,9 +16,9 @@
 /// is no category of the field stands with O = 0.
 ///
 /// Source: K. Pearson, Philosophical Magazine 50 (1900).
-class NPARChiSquare final : public NPARTest {
+class NPARChiSquare final : public NPARRecordTest {
  public:
-  using NPARTest::NPARTest;
+  using NPARRecordTest::NPARRecordTest;
 
   void SetSharedData(UnivariateResults* data) override { sharedData = data; }
   /// Error 220201: a needed setting is absent; 220212: as many expected values as categories are

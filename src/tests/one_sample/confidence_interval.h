@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "kit/contract/test.h"
+#include "kit/contract/column_test.h"
 #include "kit/groups/two_classes.h"
 #include "kit/statistics/proportion_interval.h"
 #include "planning/planner.h"
@@ -11,9 +11,9 @@
 /// Confidence interval for the proportion of the first of two classes, by up to three methods that
 /// the entry chooses: Clopper-Pearson, Jeffreys, profile likelihood (kit/proportion_interval.h).
 /// Splits the records as the binomial test does and makes no decision. One pass.
-class NPAREstimateCI final : public NPARTest {
+class NPAREstimateCI final : public NPARRecordTest {
  public:
-  using NPARTest::NPARTest;
+  using NPARRecordTest::NPARRecordTest;
 
   void SetSharedData(UnivariateResults* data) override;
   /// Errors 221306, 221309, 221310 of the classes.

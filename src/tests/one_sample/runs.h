@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "kit/contract/test.h"
+#include "kit/contract/column_test.h"
 #include "kit/records/record_weight.h"
 #include "planning/planner.h"
 
@@ -22,9 +22,9 @@
 ///
 /// Source: A. Wald, J. Wolfowitz, Ann. Math. Stat. 11 (1940); correction as in J. V. Bradley,
 /// Distribution-Free Statistical Tests (1968).
-class NPARRuns final : public NPARTest {
+class NPARRuns final : public NPARRecordTest {
  public:
-  using NPARTest::NPARTest;
+  using NPARRecordTest::NPARRecordTest;
 
   void SetSharedData(UnivariateResults* data) override { sharedData = data; }
   /// Error 220110: no cut point.

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "kit/contract/test.h"
+#include "kit/contract/column_test.h"
 #include "kit/ranks/signed_ranks.h"
 #include "kit/records/record_weight.h"
 #include "kit/summaries/univariate.h"
@@ -18,9 +18,9 @@
 /// No continuity correction, no exact value. One pass.
 ///
 /// Source: F. Wilcoxon, Biometrics Bulletin 1 (1945).
-class NPARWilcoxonSR final : public NPARTest {
+class NPARWilcoxonSR final : public NPARRecordTest {
  public:
-  using NPARTest::NPARTest;
+  using NPARRecordTest::NPARRecordTest;
 
   void SetSharedData(UnivariateResults* data) override;
   /// Error 220801: a test value is to be given and is not.

@@ -29,7 +29,7 @@ constexpr std::int32_t kUnfitVariable = 221216;    // not categorical, or of ano
 }  // namespace
 
 NPARCochransQ::NPARCochransQ(QDSettings* settings, const QDVarList* variables)
-    : NPARTest(settings), categories(variables, kSplitCodes), comparison(kComparisonCodes) {}
+    : NPARRecordTest(settings), categories(variables, kSplitCodes), comparison(kComparisonCodes) {}
 
 void NPARCochransQ::ReadSettings() {
   static_cast<void>(settings->GetSettingValByName("variableIndex", tested));

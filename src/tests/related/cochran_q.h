@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "kit/comparisons/multiple_comparisons.h"
-#include "kit/contract/test.h"
+#include "kit/contract/column_test.h"
 #include "kit/groups/success_categories.h"
 #include "kit/order/wide_integer.h"
 #include "kit/records/record_weight.h"
@@ -24,7 +24,7 @@
 ///
 /// Source: W. G. Cochran, Biometrika 37 (1950); L. A. Marascuilo, M. McSweeney, Psychological
 /// Bulletin 67 (1967), for the pairs.
-class NPARCochransQ final : public NPARTest {
+class NPARCochransQ final : public NPARRecordTest {
  public:
   /// Takes the settings over, not the variables.
   NPARCochransQ(QDSettings* settings, const QDVarList* variables);

@@ -42,7 +42,8 @@ QDStatus NPARHodgesLehmannPairs::BeginPass() {
   if (!status.IsError()) passesLeft = 1;
   static_cast<void>(settings->GetSettingValByName("confidenceLevel", confidenceLevel));
   weight = RecordWeight(*settings);
-  if (!differences.ReadPair(*settings)) ReportStatus(QDStatus(kNotTwo), MessageKind::Error);
+  if (!differences.ReadPair(SettingsReader(settings.get())))
+    ReportStatus(QDStatus(kNotTwo), MessageKind::Error);
   return status;
 }
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "kit/contract/test.h"
+#include "kit/contract/column_test.h"
 #include "kit/groups/paired_differences.h"
 #include "kit/order/order_statistics.h"
 #include "kit/records/record_weight.h"
@@ -24,9 +24,9 @@
 /// Source: J. L. Hodges and E. L. Lehmann, Ann. Math. Stat. 34 (1963), 598-611; J. W. Tukey (1949)
 /// for the interval, as in M. Hollander and D. A. Wolfe, Nonparametric Statistical Methods, 2nd
 /// ed., 1999, sections 3.2 and 3.3.
-class NPARHodgesLehmannPairs final : public NPARTest {
+class NPARHodgesLehmannPairs final : public NPARRecordTest {
  public:
-  using NPARTest::NPARTest;
+  using NPARRecordTest::NPARRecordTest;
 
   void SetSharedData(UnivariateResults*) override {}  // reads no shared summaries
   /// Reads "variableIndex" (two positions in the record), "weightVariableIndex" (absent: each

@@ -22,7 +22,7 @@ constexpr std::size_t kMostCells = std::size_t{1} << 27;
 }  // namespace
 
 NPARMargHomo::NPARMargHomo(QDSettings* settings, CategoryUnion categories)
-    : NPARTest(settings), categories(std::move(categories)) {}
+    : NPARRecordTest(settings), categories(std::move(categories)) {}
 
 QDStatus NPARMargHomo::BeginPass() {
   weight = RecordWeight(*settings);

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "kit/contract/test.h"
+#include "kit/contract/column_test.h"
 #include "kit/groups/category_union.h"
 #include "kit/records/record_weight.h"
 #include "planning/planner.h"
@@ -19,7 +19,7 @@
 /// No continuity correction, no exact value. One pass.
 ///
 /// Source: A. Agresti, Categorical Data Analysis (1990), 10.3; A. Stuart, Biometrika 42 (1955).
-class NPARMargHomo final : public NPARTest {
+class NPARMargHomo final : public NPARRecordTest {
  public:
   /// Takes the settings over. The union must be that of the fields in the settings.
   NPARMargHomo(QDSettings* settings, CategoryUnion categories);

@@ -24,7 +24,7 @@ constexpr std::int32_t kExactGiven = 221612;          // help: the exact value i
 }  // namespace
 
 NPARMcNemar::NPARMcNemar(QDSettings* settings, const QDVarList* variables)
-    : NPARTest(settings), categories(variables, kSplitCodes) {}
+    : NPARRecordTest(settings), categories(variables, kSplitCodes) {}
 
 void NPARMcNemar::ReadSettings() {
   weight = RecordWeight(*settings);

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "kit/contract/test.h"
+#include "kit/contract/column_test.h"
 #include "kit/groups/success_categories.h"
 #include "kit/records/record_weight.h"
 #include "planning/planner.h"
@@ -21,7 +21,7 @@
 ///
 /// Source: Q. McNemar, Psychometrika 12 (1947); correction of A. L. Edwards, Psychometrika 13
 /// (1948).
-class NPARMcNemar final : public NPARTest {
+class NPARMcNemar final : public NPARRecordTest {
  public:
   /// The largest n with an exact value.
   static constexpr std::int64_t kExactLimit = 25;

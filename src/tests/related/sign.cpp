@@ -5,9 +5,9 @@
 
 #include "kit/statistics/binomial_tails.h"
 #include "planning/test_construction.h"
+#include "report/algorithm_element.h"
 #include "report/difference_table.h"
 #include "report/elements.h"
-#include "report/messages.h"
 
 namespace {
 
@@ -21,63 +21,35 @@ constexpr std::int32_t kNoPair = 220918;            // not two different variabl
 
 }  // namespace
 
-QDStatus NPARSign::BeginPass() {
-  if (passIndex == 0) {
-    ReadSettings();
-  } else if (!status.IsError()) {
-    passesLeft = 1;
-    differences.StartHistogram();
-  }
-  return status;
-}
-
-void NPARSign::ReadSettings() {
-  if (!status.IsError()) passesLeft = 2;
-  const bool isPair = differences.ReadPair(*settings);
-  weight = RecordWeight(*settings);
-  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
-  if (!isPair || differences.First() < 0 || differences.Second() < 0 ||
+void NPARSign::Prepare(const SettingsReader& settings) {
+  ExpectPasses(2);
+  if (!differences.ReadPair(settings) || std::min(differences.First(), differences.Second()) < 0 ||
       differences.First() == differences.Second()) {
-    ReportStatus(QDStatus(kNoPair), MessageKind::Error);
+    Fail(kNoPair);
   }
 }
 
-QDStatus NPARSign::ProcessBatch(RecordBatch& batch) {
+void NPARSign::GetRequiredVariables(std::vector<std::int64_t>& positions) {
+  positions.insert(positions.end(), {differences.First(), differences.Second()});
+}
+
+void NPARSign::Take(RecordBatch& batch) {
   const double* d = differences.Of(batch);
-  if (passIndex == 0) {
-    weight.UseTruncated(batch,
-                        [&](auto weightAt) { differences.Count(d, batch.Size(), weightAt); });
-  } else {
-    differences.AddToHistogram(d, batch.Size(), weight.TruncatedOf(batch));
-  }
-  return status;
-}
-
-QDStatus NPARSign::EndPass() {
-  if (status.IsError()) return status;
-  if (passIndex == 0) {
-    if (differences.TotalN() == 0) {
-      ReportStatus(QDStatus(kNoData), MessageKind::Error);
-      return status;
-    }
-    passesLeft = 1;
-    Compute();
-  } else {
-    passesLeft = 0;
-    differences.EndHistogram();
-  }
-  ++passIndex;
-  return status;
+  weight.UseTruncated(batch, [&](auto weightAt) { differences.Count(d, batch.Size(), weightAt); });
 }
 
 void NPARSign::Compute() {
+  if (differences.TotalN() == 0) {
+    Fail(kNoData);
+    return;
+  }
   const std::int64_t n = differences.PositiveCount() + differences.NegativeCount();
   if (n == 0) {
     asymptoticSig = 1.0;
     return;
   }
-  if (n >= 1 && n <= kExactLimit) {
-    ReportStatus(QDStatus(kExactGiven), MessageKind::Help);
+  if (n <= kExactLimit) {
+    Help(kExactGiven);
     const auto tails = TailsOfCount(differences.PositiveCount(), n, 0.5);
     if (tails) exactSig = std::min(1.0, 2.0 * std::min(tails->lower, tails->upper));
   }
@@ -92,29 +64,32 @@ void NPARSign::Compute() {
   asymptoticSig = 2.0 * QDDistFun::SfStdNorm(std::abs(standardTestStatistic));
 }
 
-void NPARSign::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions.push_back(differences.First());
-  positions.push_back(differences.Second());
+void NPARSign::StartPass() { differences.StartHistogram(); }
+
+void NPARSign::TakeAgain(RecordBatch& batch) {
+  differences.AddToHistogram(differences.Of(batch), batch.Size(), weight.TruncatedOf(batch));
 }
 
-XMLElement* NPARSign::WriteResults() {
-  auto algorithm =
-      CreateAlgorithm("RSign", "hypothesis_test", "Related_Samples",
-                      DecisionWord(status, sigLevel, exactSig.value_or(asymptoticSig)));
-  AddCondition(*algorithm, "R_Sign_2",
-               {IndexText(differences.First()), IndexText(differences.Second())});
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
+void NPARSign::Finish() { differences.EndHistogram(); }
 
-  AddDifferenceTable(*algorithm, differences);
-  XMLElement* result = AddStructuredTable(*algorithm, "StatisticsResult");
-  AddAttributeRow(*result, "TotalN", differences.TotalN());
-  AddAttributeRow(*result, "TestStatistic", differences.PositiveCount());
-  AddAttributeRow(*result, "StandardError", standardError);
-  AddAttributeRow(*result, "StandardTestStatistic", standardTestStatistic);
-  AddAttributeRow(*result, "AsymptoticSig2Tailed", asymptoticSig);
-  if (exactSig) AddAttributeRow(*result, "ExactSig2Tailed", *exactSig);
-  return algorithm.release();
+XMLElement* NPARSign::WriteResults() {
+  return WriteAlgorithm(
+      *this,
+      {.name = "RSign",
+       .classification = "Related_Samples",
+       .decidingSig = exactSig.value_or(asymptoticSig),
+       .condition = {"R_Sign_2",
+                     {IndexText(differences.First()), IndexText(differences.Second())}}},
+      [this](XMLElement& algorithm) {
+        AddDifferenceTable(algorithm, differences);
+        AddFigures(algorithm, "StatisticsResult",
+                   {{"TotalN", differences.TotalN()},
+                    {"TestStatistic", differences.PositiveCount()},
+                    {"StandardError", standardError},
+                    {"StandardTestStatistic", standardTestStatistic},
+                    {"AsymptoticSig2Tailed", asymptoticSig},
+                    {"ExactSig2Tailed", exactSig}});
+      });
 }
 
 QDStatus ConstructSignTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {

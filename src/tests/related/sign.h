@@ -4,9 +4,8 @@
 #include <optional>
 #include <vector>
 
-#include "kit/contract/column_test.h"
+#include "kit/contract/test.h"
 #include "kit/groups/paired_differences.h"
-#include "kit/records/record_weight.h"
 #include "planning/planner.h"
 
 /// Sign test: is the median of the paired differences d = second - first zero?
@@ -19,36 +18,32 @@
 /// Pass 0 yields every figure; pass 1 only the histogram of d, whose range pass 0 found.
 ///
 /// Source: W. J. Dixon and A. M. Mood, The statistical sign test, JASA 41 (1946), 557-566.
-class NPARSign final : public NPARColumnTest {
+class NPARSign final : public NPARTest {
  public:
   /// The largest n with an exact p.
   static constexpr std::int64_t kExactLimit = 25;
 
-  using NPARColumnTest::NPARColumnTest;
+  using NPARTest::NPARTest;
 
-  void SetSharedData(UnivariateResults*) override {}  // reads no shared summaries
-  /// Reads "variableIndex" (two positions in the record), "weightVariableIndex" (absent: each
-  /// record weighs 1) and "sigLevel". Error 220918: not two different positions.
-  QDStatus BeginPass() override;
-  QDStatus ProcessBatch(RecordBatch& batch) override;
-  bool NeedsAnotherPass() override { return !status.IsError() && passIndex == 1; }
-  /// Error 220003: the weights sum to 0. Help message 220916: the exact p is given.
-  QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
- private:
-  void ReadSettings();
-  void Compute();
+ protected:
+  /// Error 220918: "variableIndex" does not hold two different positions.
+  void Prepare(const SettingsReader& settings) override;
+  void Take(RecordBatch& batch) override;
+  /// Error 220003: the weights sum to 0. Help message 220916: the exact p is given.
+  void Compute() override;
+  void StartPass() override;
+  void TakeAgain(RecordBatch& batch) override;
+  void Finish() override;
 
-  RecordWeight weight;
-  double sigLevel = 0.05;
+ private:
   PairedDifferences differences;
   double standardError = 0.0;
   double standardTestStatistic = 0.0;  // z
   double asymptoticSig = 0.0;
   std::optional<double> exactSig;
-  int passIndex = 0;  // passes finished
 };
 
 /// Makes the test of an entry "RSign". Errors 220903, 220912, 220915, 220917, 220918.

@@ -24,7 +24,8 @@ QDStatus NPARWilcoxonPairs::BeginPass() {
     if (!status.IsError()) passesLeft = 2;
     static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
     weight = RecordWeight(*settings);
-    if (!differences.ReadPair(*settings)) ReportStatus(QDStatus(kNotTwo), MessageKind::Error);
+    if (!differences.ReadPair(SettingsReader(settings.get())))
+      ReportStatus(QDStatus(kNotTwo), MessageKind::Error);
   } else if (!status.IsError()) {
     differences.StartHistogram();
   }

@@ -1,3 +1,4 @@
+#include "kit/contract/column_test.h"
 #include "planning/planner.h"
 
 #include <gmock/gmock.h>
@@ -21,9 +22,10 @@ using Log = std::vector<std::string>;
 using Rows = std::vector<std::vector<double>>;
 
 /// A test that writes down what it is given.
-class PlainTest final : public NPARTest {
+class PlainTest final : public NPARRecordTest {
  public:
-  PlainTest(std::string name, Log& log) : NPARTest(nullptr), name(std::move(name)), log(log) {}
+  PlainTest(std::string name, Log& log)
+      : NPARRecordTest(nullptr), name(std::move(name)), log(log) {}
   void SetSharedData(UnivariateResults* data) override { shared = data; }
   QDStatus BeginPass() override { return status; }
   QDStatus ProcessRecord(const Record& record) override {

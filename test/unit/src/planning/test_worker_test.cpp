@@ -23,10 +23,10 @@ using Log = std::vector<std::string>;
 using Rows = std::vector<std::vector<double>>;
 
 /// A test that writes down each call and answers as it is told.
-class ScriptedTest final : public NPARTest {
+class ScriptedTest final : public NPARRecordTest {
  public:
   ScriptedTest(std::string name, Log& log, int passes = 1)
-      : NPARTest(nullptr), name(std::move(name)), log(log), passesWanted(passes) {}
+      : NPARRecordTest(nullptr), name(std::move(name)), log(log), passesWanted(passes) {}
 
   void SetSharedData(UnivariateResults*) override { Note("Shared"); }
   QDStatus BeginPass() override {

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/names.h"
+#include "kit/contract/test.h"
+
+/// Key and parameters of a "Condition".
+struct Condition {
+  std::string key;
+  std::vector<std::string> parameters;
+};
+
+/// What an "Algorithm" element begins with.
+struct AlgorithmHead {
+  std::string_view name;            ///< "RSign"
+  std::string_view classification;  ///< "Related_Samples"
+  /// The significance that decides; an interval estimate has none.
+  std::optional<double> decidingSig;
+  Condition condition;
+  /// Given texts that are no category of the field.
+  std::vector<std::string> unknownTexts = {};
+};
+
+/// The element of a test up to its messages. Its decision is "unknown" for a test that failed, else
+/// "reject" where the test's level is above the deciding significance, else "retain".
+[[nodiscard]] std::unique_ptr<XMLElement> StartAlgorithm(const NPARTest& test,
+                                                         const AlgorithmHead& head);
+
+/// The element of a test, which the caller owns: what StartAlgorithm gives and, unless the test has
+/// failed, what `writeFigures(element)` adds.
+template <typename WriteFigures>
+[[nodiscard]] XMLElement* WriteAlgorithm(const NPARTest& test, const AlgorithmHead& head,
+                                         WriteFigures writeFigures) {
+  std::unique_ptr<XMLElement> algorithm = StartAlgorithm(test, head);
+  if (!test.HasFailed()) writeFigures(*algorithm);
+  return algorithm.release();
+}
