@@ -7,7 +7,8 @@
 /// Makes a k-sample test, asks for what it reads of its variables and gives it to the planner,
 /// which drives it over the records ascending by the test variable.
 template <typename Test>
-QDStatus AddGroupTest(TestConstruction& construction, TestConstruction::TestAndGroup variables) {
+std::unique_ptr<NPARTest> AddGroupTest(TestConstruction& construction,
+                                       TestConstruction::TestAndGroup variables) {
   NPARPlanner& planner = construction.Planner();
   if (planner.GetCaseIdIndex() >= 0) {
     construction.Put("caseIdVariableIndex", planner.GetCaseIdIndex());
@@ -17,6 +18,6 @@ QDStatus AddGroupTest(TestConstruction& construction, TestConstruction::TestAndG
     planner.RegisterSortedVariable(variables.variable);
     construction.Put("numberOfCategories", construction.CategoriesOf(variables.group)->Size());
   }
-  planner.AddSortedTest(construction.Make<Test>(), variables.variable, construction.GetStatus());
-  return construction.GetStatus();
+  construction.SortBy(variables.variable);
+  return construction.Make<Test>();
 }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "kit/contract/allocation.h"
+#include "planning/test_construction.h"
 #include "planning/test_table.h"
 #include "planning/warning.h"
 #include "report/result_writer.h"
@@ -120,9 +121,14 @@ QDStatus NPARPlanner::BuildTests() {
     const TestTableRow* row = FindRow(setting->GetName());
     if (row == nullptr) continue;
     entryInHand = row->entryName;
-    QDStatus constructionStatus;
-    // The test carries its problem by itself, and the others go on.
-    static_cast<void>(row->construct(*this, constructionStatus, *value->GetListValue()));
+    TestConstruction construction(*this, *value->GetListValue());
+    // A test carries its problem by itself, and the others go on.
+    std::unique_ptr<NPARTest> test = row->construct(construction);
+    if (construction.SortVariable()) {
+      AddSortedTest(std::move(test), *construction.SortVariable(), construction.GetStatus());
+    } else {
+      AddTest(std::move(test));
+    }
   }
   if (univariates->RanOutOfMemory()) return QDStatus(kNoMemory);
   return isAnyEntry ? QDStatus() : QDStatus(kNoEntry);

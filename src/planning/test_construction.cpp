@@ -1,12 +1,9 @@
 #include "planning/test_construction.h"
 
-TestConstruction::TestConstruction(NPARPlanner& planner, const QDSettings& entry, Level level)
+TestConstruction::TestConstruction(NPARPlanner& planner, const QDSettings& entry)
     : planner(planner), entry(entry), settings(std::make_unique<QDSettings>()) {
-  if (level == Level::Significance) {
-    Put("sigLevel", planner.GetSigLevel());
-  } else {
-    Put("confidenceLevel", planner.GetConfidenceLevel());
-  }
+  Put("sigLevel", planner.GetSigLevel());
+  Put("confidenceLevel", planner.GetConfidenceLevel());
   if (planner.HasWeight()) Put("weightVariableIndex", planner.GetWeightIndex());
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -18,22 +19,16 @@
 /// A problem is one message: its status and the parameters of all that was found unfit, in order.
 /// A function reads as its own checks:
 ///
-///   TestConstruction construction(planner, entry);
 ///   const std::int32_t variable = construction.LookUpVariable("variableName", kNoName, kUnknown);
 ///   construction.RequireContinuous(variable, kNotContinuous);
 ///   construction.Put("variableIndex", variable);
-///   if (construction.IsOK()) planner.RegisterSortedVariable(variable);
-///   status = construction.GetStatus();
-///   planner.AddTest(construction.Make<NPARExample>());
-///   return status;
+///   if (construction.IsOK()) construction.Planner().RegisterSortedVariable(variable);
+///   return construction.Make<NPARExample>();
 class TestConstruction {
  public:
-  /// Puts "sigLevel" (or, for interval estimates, "confidenceLevel") and, with a weight variable,
-  /// "weightVariableIndex" into the fresh settings.
-  enum class Level { Significance, Confidence };
-  /// Planner and entry must outlive the construction.
-  TestConstruction(NPARPlanner& planner, const QDSettings& entry,
-                   Level level = Level::Significance);
+  /// Puts "sigLevel", "confidenceLevel" and, with a weight variable, "weightVariableIndex" into the
+  /// fresh settings. Planner and entry must outlive the construction.
+  TestConstruction(NPARPlanner& planner, const QDSettings& entry);
 
   [[nodiscard]] bool IsOK() const noexcept { return status.IsOK(); }
   [[nodiscard]] QDStatus GetStatus() const noexcept { return status; }
@@ -117,6 +112,10 @@ class TestConstruction {
   /// Puts the entry's value as it stands; false, and nothing put, where the key is absent.
   bool Copy(const std::string& key);
 
+  /// The test is to take the records ascending by that variable, not in their own order.
+  void SortBy(std::int32_t variable) noexcept { sortVariable = variable; }
+  [[nodiscard]] std::optional<std::int32_t> SortVariable() const noexcept { return sortVariable; }
+
   /// Makes the test on the fresh settings and gives it the problem, if there is one. Once.
   template <typename Test, typename... Arguments>
   [[nodiscard]] std::unique_ptr<Test> Make(Arguments&&... arguments) {
@@ -135,4 +134,5 @@ class TestConstruction {
   std::unique_ptr<QDSettings> settings;
   QDStatus status;
   std::vector<std::string> parameters;
+  std::optional<std::int32_t> sortVariable;
 };

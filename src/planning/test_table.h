@@ -1,15 +1,16 @@
 #pragma once
 
+#include <memory>
 #include <span>
 #include <string_view>
 
 #include "foundation/names.h"
 
-class NPARPlanner;
+class NPARTest;
+class TestConstruction;
 
-/// Makes the test of one entry and hands it to the planner. A problem of the entry makes a test
-/// that is born failed; `status` tells it and is returned.
-using ConstructTest = QDStatus (*)(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+/// Makes the test of one entry. A problem of the entry makes a test that is born failed.
+using ConstructTest = std::unique_ptr<NPARTest> (*)(TestConstruction& construction);
 
 struct TestTableRow {
   std::string_view entryName;

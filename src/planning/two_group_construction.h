@@ -29,12 +29,13 @@ TestConstruction::TestAndGroup ResolveTwoGroups(TestConstruction& construction,
 /// Makes the test, asks for what it reads of its variables and gives it to the planner, which
 /// drives it over the records ascending by the test variable.
 template <typename Test>
-QDStatus AddTwoGroupTest(TestConstruction& construction, TestConstruction::TestAndGroup variables) {
+std::unique_ptr<NPARTest> AddTwoGroupTest(TestConstruction& construction,
+                                          TestConstruction::TestAndGroup variables) {
   NPARPlanner& planner = construction.Planner();
   if (construction.IsOK()) {
     planner.RegisterGroupVariable(variables.group);
     planner.RegisterSortedVariable(variables.variable);
   }
-  planner.AddSortedTest(construction.Make<Test>(), variables.variable, construction.GetStatus());
-  return construction.GetStatus();
+  construction.SortBy(variables.variable);
+  return construction.Make<Test>();
 }

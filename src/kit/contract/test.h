@@ -13,6 +13,7 @@
 #include "kit/records/record_weight.h"
 
 class SharedTallies;
+class TestConstruction;  // what the planner gives to the function that makes a test
 class UnivariateResults;
 
 /// One hypothesis test (or interval estimate) on one field or set of fields.

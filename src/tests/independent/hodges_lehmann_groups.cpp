@@ -55,11 +55,8 @@ XMLElement* NPARHodgesLehmannTwoIndep::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructHodgesLehmannGroupsTest(NPARPlanner& planner, QDStatus& status,
-                                          const QDSettings& entry) {
-  TestConstruction construction(planner, entry, TestConstruction::Level::Confidence);
+std::unique_ptr<NPARTest> ConstructHodgesLehmannGroupsTest(TestConstruction& construction) {
   const auto variables =
       ResolveTwoGroups(construction, TwoGroupEntryCodesFrom(NPARHodgesLehmannTwoIndep::kCodeBase));
-  status = AddTwoGroupTest<NPARHodgesLehmannTwoIndep>(construction, variables);
-  return status;
+  return AddTwoGroupTest<NPARHodgesLehmannTwoIndep>(construction, variables);
 }

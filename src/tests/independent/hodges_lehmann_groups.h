@@ -5,7 +5,6 @@
 
 #include "kit/order/order_statistics.h"
 #include "kit/ranks/rank.h"
-#include "planning/planner.h"
 #include "tests/independent/two_group_test.h"
 
 /// Hodges-Lehmann estimate of the shift from group 1 to group 2, with its distribution-free
@@ -45,5 +44,4 @@ class NPARHodgesLehmannTwoIndep final : public NPARTwoGroupTest {
 
 /// Makes the estimate of an entry "IHodgesLehmannEstimateGroups". Errors 222501, 222503, 222512 to
 /// 222515.
-QDStatus ConstructHodgesLehmannGroupsTest(NPARPlanner& planner, QDStatus& status,
-                                          const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructHodgesLehmannGroupsTest(TestConstruction& construction);

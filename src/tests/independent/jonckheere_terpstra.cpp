@@ -231,8 +231,7 @@ XMLElement* NPARJonckTer::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructJonckheereTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructJonckheereTest(TestConstruction& construction) {
   const auto variables = construction.LookUpTestAndGroup(
       {kNoVariable, kNoGroup, kUnknownVariable, kNotContinuous, kNotCategorical});
   if (construction.IsOK()) {
@@ -245,6 +244,5 @@ QDStatus ConstructJonckheereTest(NPARPlanner& planner, QDStatus& status, const Q
     construction.Put("pairWise", word == "pairWise");
     construction.Put("stepWise", word == "stepWise");
   }
-  status = AddGroupTest<NPARJonckTer>(construction, variables);
-  return status;
+  return AddGroupTest<NPARJonckTer>(construction, variables);
 }

@@ -8,7 +8,6 @@
 #include "kit/contract/column_test.h"
 #include "kit/groups/group_samples.h"
 #include "kit/ranks/rank.h"
-#include "planning/planner.h"
 #include "tests/independent/jonckheere_statistic.h"
 
 /// Jonckheere-Terpstra test for ordered alternatives: does a field rise or fall along the ordered
@@ -81,4 +80,4 @@ class NPARJonckTer final : public NPARColumnTest {
 };
 
 /// Makes the test of an entry "IJonckheereTerpstra". Errors 222215, 222216, 222203, 222218, 222217.
-QDStatus ConstructJonckheereTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructJonckheereTest(TestConstruction& construction);

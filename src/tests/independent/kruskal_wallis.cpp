@@ -193,9 +193,7 @@ XMLElement* NPARKruskalWOneWay::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructKruskalWallisTest(NPARPlanner& planner, QDStatus& status,
-                                    const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructKruskalWallisTest(TestConstruction& construction) {
   const auto variables = construction.LookUpTestAndGroup(
       {kNoVariable, kNoVariable, kNoVariable, kNotContinuous, kNotCategorical, false});
   construction.PutTestAndGroup(variables);
@@ -203,6 +201,5 @@ QDStatus ConstructKruskalWallisTest(NPARPlanner& planner, QDStatus& status,
   if (construction.IsOK() && construction.CategoriesOf(variables.group)->Size() < 2) {
     construction.Fail(kTooFewCategories);
   }
-  status = AddGroupTest<NPARKruskalWOneWay>(construction, variables);
-  return status;
+  return AddGroupTest<NPARKruskalWOneWay>(construction, variables);
 }

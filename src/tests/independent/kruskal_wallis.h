@@ -8,7 +8,6 @@
 #include "kit/contract/column_test.h"
 #include "kit/groups/group_samples.h"
 #include "kit/ranks/rank.h"
-#include "planning/planner.h"
 
 /// Kruskal-Wallis one-way analysis of variance by ranks: do k independent samples come from the
 /// same population?
@@ -60,5 +59,4 @@ class NPARKruskalWOneWay final : public NPARColumnTest {
 };
 
 /// Makes the test of an entry "IKruskalWallis". Errors 222103, 222109, 222110, 222101, 222115.
-QDStatus ConstructKruskalWallisTest(NPARPlanner& planner, QDStatus& status,
-                                    const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructKruskalWallisTest(TestConstruction& construction);

@@ -176,9 +176,7 @@ XMLElement* NPARKSmirnowTwoSample::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructKSTwoSampleTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructKSTwoSampleTest(TestConstruction& construction) {
   const auto variables = ResolveTwoGroups(construction, kEntryCodes);
-  status = AddTwoGroupTest<NPARKSmirnowTwoSample>(construction, variables);
-  return status;
+  return AddTwoGroupTest<NPARKSmirnowTwoSample>(construction, variables);
 }

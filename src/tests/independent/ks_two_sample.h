@@ -9,7 +9,6 @@
 #include "kit/contract/column_test.h"
 #include "kit/groups/two_group_tally.h"
 #include "kit/groups/two_groups.h"
-#include "planning/planner.h"
 
 /// Two-sample Kolmogorov-Smirnov test: does a continuous field have the same distribution in two
 /// groups?
@@ -67,4 +66,4 @@ class NPARKSmirnowTwoSample final : public NPARColumnTest {
 };
 
 /// Makes the test of an entry "IKolmogorovSmirnov". Errors 222001, 222003, 222009, 222012, 222013.
-QDStatus ConstructKSTwoSampleTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructKSTwoSampleTest(TestConstruction& construction);

@@ -56,10 +56,8 @@ XMLElement* NPARMannWU::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructMannWhitneyTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructMannWhitneyTest(TestConstruction& construction) {
   const auto variables =
       ResolveTwoGroups(construction, TwoGroupEntryCodesFrom(NPARMannWU::kCodeBase));
-  status = AddTwoGroupTest<NPARMannWU>(construction, variables);
-  return status;
+  return AddTwoGroupTest<NPARMannWU>(construction, variables);
 }

@@ -4,7 +4,6 @@
 #include <optional>
 
 #include "kit/ranks/rank.h"
-#include "planning/planner.h"
 #include "tests/independent/two_group_test.h"
 
 /// Mann-Whitney U test: does a continuous field tend to larger values in one of two groups?
@@ -48,4 +47,4 @@ class NPARMannWU final : public NPARTwoGroupTest {
 };
 
 /// Makes the test of an entry "IMannWhitneyU". Errors 220701, 220703, 220712 to 220715.
-QDStatus ConstructMannWhitneyTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructMannWhitneyTest(TestConstruction& construction);

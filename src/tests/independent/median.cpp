@@ -308,8 +308,7 @@ XMLElement* NPARKSMedian::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructMedianTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructMedianTest(TestConstruction& construction) {
   const auto variables = construction.LookUpTestAndGroup(
       {kNoVariable, kNoVariable, kNoVariable, kNotContinuous, kNotCategorical, false});
   construction.PutTestAndGroup(variables);
@@ -324,6 +323,5 @@ QDStatus ConstructMedianTest(NPARPlanner& planner, QDStatus& status, const QDSet
     construction.Put("userSpecifyMedian", true);
     construction.Put("median", given);
   }
-  status = AddGroupTest<NPARKSMedian>(construction, variables);
-  return status;
+  return AddGroupTest<NPARKSMedian>(construction, variables);
 }

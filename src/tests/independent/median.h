@@ -10,7 +10,6 @@
 #include "kit/contract/column_test.h"
 #include "kit/groups/group_samples.h"
 #include "kit/order/sorted_sample.h"
-#include "planning/planner.h"
 
 /// Median test: do k independent samples come from populations of one median?
 ///
@@ -75,4 +74,4 @@ class NPARKSMedian final : public NPARColumnTest {
 };
 
 /// Makes the test of an entry "IMedian". Errors 222303, 222309, 222310, 222315, 222302.
-QDStatus ConstructMedianTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructMedianTest(TestConstruction& construction);

@@ -124,8 +124,7 @@ XMLElement* NPARMoses::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructMosesTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructMosesTest(TestConstruction& construction) {
   const auto variables =
       ResolveTwoGroups(construction, TwoGroupEntryCodesFrom(NPARMoses::kCodeBase));
   if (construction.ReadFlag("userSpecifyNumberOfOutliers")) {
@@ -134,6 +133,5 @@ QDStatus ConstructMosesTest(NPARPlanner& planner, QDStatus& status, const QDSett
     if (outliers < 0) construction.Fail(kBadOutliers);
     construction.Put("NumberOfOutliers", outliers);
   }
-  status = AddTwoGroupTest<NPARMoses>(construction, variables);
-  return status;
+  return AddTwoGroupTest<NPARMoses>(construction, variables);
 }

@@ -7,7 +7,6 @@
 #include <optional>
 
 #include "kit/ranks/rank.h"
-#include "planning/planner.h"
 #include "tests/independent/two_group_test.h"
 
 /// The mid-ranks of some control units, found in one walk over all units in ascending order, so
@@ -91,4 +90,4 @@ class NPARMoses final : public NPARTwoGroupTest {
 
 /// Makes the test of an entry "IMoses". Errors 220501, 220503, 220512 to 220515, and 220516: the
 /// number of outliers is to be given and is absent or negative.
-QDStatus ConstructMosesTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructMosesTest(TestConstruction& construction);

@@ -68,11 +68,8 @@ XMLElement* NPARWaldWolfRuns::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructWaldWolfowitzTest(NPARPlanner& planner, QDStatus& status,
-                                    const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructWaldWolfowitzTest(TestConstruction& construction) {
   const auto variables =
       ResolveTwoGroups(construction, TwoGroupEntryCodesFrom(NPARWaldWolfRuns::kCodeBase));
-  status = AddTwoGroupTest<NPARWaldWolfRuns>(construction, variables);
-  return status;
+  return AddTwoGroupTest<NPARWaldWolfRuns>(construction, variables);
 }

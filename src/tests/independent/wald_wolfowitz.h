@@ -5,7 +5,6 @@
 
 #include "kit/ranks/merged_runs.h"
 #include "kit/statistics/runs_approximation.h"
-#include "planning/planner.h"
 #include "tests/independent/two_group_test.h"
 
 /// Wald-Wolfowitz runs test: do two groups come from one population? Few runs in the merged
@@ -55,5 +54,4 @@ class NPARWaldWolfRuns final : public NPARTwoGroupTest {
 };
 
 /// Makes the test of an entry "IWaldWolfowitzRuns". Errors 220601, 220603, 220612 to 220615.
-QDStatus ConstructWaldWolfowitzTest(NPARPlanner& planner, QDStatus& status,
-                                    const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructWaldWolfowitzTest(TestConstruction& construction);

@@ -127,15 +127,12 @@ XMLElement* NPARBinomial::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructBinomialTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructBinomialTest(TestConstruction& construction) {
   const TwoClassEntry classes = ReadTwoClasses(construction, kConstructionCodes);
   double probability = 0.0;
   if (construction.IsOK() && construction.Read("testProbability", probability)) {
     construction.Put("testProbability", probability);
   }
   CheckTwoClasses(construction, kConstructionCodes, classes);
-  planner.AddTest(construction.Make<NPARBinomial>());
-  status = construction.GetStatus();
-  return status;
+  return construction.Make<NPARBinomial>();
 }

@@ -5,7 +5,6 @@
 
 #include "kit/contract/column_test.h"
 #include "kit/groups/two_classes.h"
-#include "planning/planner.h"
 
 /// Binomial test: does the share of the first of two classes agree with a probability p?
 ///
@@ -52,4 +51,4 @@ class NPARBinomial final : public NPARRecordTest {
 };
 
 /// Makes the test of an entry "OBinomial". Errors 221303, 221304, 221312 to 221316.
-QDStatus ConstructBinomialTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructBinomialTest(TestConstruction& construction);

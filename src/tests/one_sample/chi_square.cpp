@@ -212,10 +212,7 @@ XMLElement* NPARChiSquare::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructChiSquareTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructChiSquareTest(TestConstruction& construction) {
   ReadEntry(construction);
-  planner.AddTest(construction.Make<NPARChiSquare>());
-  status = construction.GetStatus();
-  return status;
+  return construction.Make<NPARChiSquare>();
 }

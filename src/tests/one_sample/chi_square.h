@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "kit/contract/column_test.h"
-#include "planning/planner.h"
 
 /// One-sample chi-square test: do the category frequencies of one field fit given proportions?
 ///
@@ -53,4 +52,4 @@ class NPARChiSquare final : public NPARRecordTest {
 };
 
 /// Makes the test of an entry "OChiSquare". Errors 220201, 220203, 220204, 220209, 220212.
-QDStatus ConstructChiSquareTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructChiSquareTest(TestConstruction& construction);

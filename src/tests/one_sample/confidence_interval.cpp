@@ -95,12 +95,9 @@ XMLElement* NPAREstimateCI::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructEstimateCITest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry, TestConstruction::Level::Confidence);
+std::unique_ptr<NPARTest> ConstructEstimateCITest(TestConstruction& construction) {
   CheckTwoClasses(construction, kConstructionCodes,
                   ReadTwoClasses(construction, kConstructionCodes));
   for (const char* key : kMethodKeys) construction.Copy(key);
-  planner.AddTest(construction.Make<NPAREstimateCI>());
-  status = construction.GetStatus();
-  return status;
+  return construction.Make<NPAREstimateCI>();
 }

@@ -6,7 +6,6 @@
 #include "kit/contract/column_test.h"
 #include "kit/groups/two_classes.h"
 #include "kit/statistics/proportion_interval.h"
-#include "planning/planner.h"
 
 /// Confidence interval for the proportion of the first of two classes, by up to three methods that
 /// the entry chooses: Clopper-Pearson, Jeffreys, profile likelihood (kit/proportion_interval.h).
@@ -37,4 +36,4 @@ class NPAREstimateCI final : public NPARRecordTest {
 
 /// Makes the test of an entry "OEstimateConfidenceInterval". Errors 221503, 221504, 221511 to
 /// 221515.
-QDStatus ConstructEstimateCITest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructEstimateCITest(TestConstruction& construction);

@@ -379,9 +379,8 @@ XMLElement* NPARKSmirnowOneSample::WriteResults() {
 
 namespace {
 
-QDStatus ConstructKSOneSampleTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry,
-                                  const char* distributionName) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructKSOneSampleTest(TestConstruction& construction,
+                                                   const char* distributionName) {
   construction.Put("distributionFunction", distributionName);
   const std::int32_t index =
       construction.LookUpVariable("variableName", kNoSuchVariable, kNoSuchVariable);
@@ -398,31 +397,29 @@ QDStatus ConstructKSOneSampleTest(NPARPlanner& planner, QDStatus& status, const 
   if (construction.IsOK()) {
     if (construction.KindOf(index) == VariableKind::Continuous) {
       construction.Put("measureLevel", 1.0);
-      planner.RegisterSortedVariable(index);
+      construction.Planner().RegisterSortedVariable(index);
     } else {
       construction.Fail(kNotContinuous);
     }
   }
-  status = construction.GetStatus();
-  planner.AddSortedTest(construction.Make<NPARKSmirnowOneSample>(), index, status);
-  return status;
+  construction.SortBy(index);
+  return construction.Make<NPARKSmirnowOneSample>();
 }
 
 }  // namespace
 
-QDStatus ConstructKSNormalTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  return ConstructKSOneSampleTest(planner, status, entry, "normal");
+std::unique_ptr<NPARTest> ConstructKSNormalTest(TestConstruction& construction) {
+  return ConstructKSOneSampleTest(construction, "normal");
 }
 
-QDStatus ConstructKSUniformTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  return ConstructKSOneSampleTest(planner, status, entry, "uniform");
+std::unique_ptr<NPARTest> ConstructKSUniformTest(TestConstruction& construction) {
+  return ConstructKSOneSampleTest(construction, "uniform");
 }
 
-QDStatus ConstructKSPoissonTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  return ConstructKSOneSampleTest(planner, status, entry, "poisson");
+std::unique_ptr<NPARTest> ConstructKSPoissonTest(TestConstruction& construction) {
+  return ConstructKSOneSampleTest(construction, "poisson");
 }
 
-QDStatus ConstructKSExponentialTest(NPARPlanner& planner, QDStatus& status,
-                                    const QDSettings& entry) {
-  return ConstructKSOneSampleTest(planner, status, entry, "exponential");
+std::unique_ptr<NPARTest> ConstructKSExponentialTest(TestConstruction& construction) {
+  return ConstructKSOneSampleTest(construction, "exponential");
 }

@@ -10,7 +10,6 @@
 #include "kit/contract/column_test.h"
 #include "kit/records/record_weight.h"
 #include "kit/summaries/univariate.h"
-#include "planning/planner.h"
 #include "tests/one_sample/reference_distribution.h"
 
 /// One-sample Kolmogorov-Smirnov test: does a continuous field follow a normal, uniform, Poisson or
@@ -113,8 +112,7 @@ class NPARKSmirnowOneSample final : public NPARColumnTest {
 
 /// Make the tests of the entries "OKolmogorovSmirnovNormal", "...Uniform", "...Poisson" and
 /// "...Exponential". Errors 220303, 220304.
-QDStatus ConstructKSNormalTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
-QDStatus ConstructKSUniformTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
-QDStatus ConstructKSPoissonTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
-QDStatus ConstructKSExponentialTest(NPARPlanner& planner, QDStatus& status,
-                                    const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructKSNormalTest(TestConstruction& construction);
+std::unique_ptr<NPARTest> ConstructKSUniformTest(TestConstruction& construction);
+std::unique_ptr<NPARTest> ConstructKSPoissonTest(TestConstruction& construction);
+std::unique_ptr<NPARTest> ConstructKSExponentialTest(TestConstruction& construction);

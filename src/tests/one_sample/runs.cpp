@@ -194,10 +194,7 @@ XMLElement* NPARRuns::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructRunsTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructRunsTest(TestConstruction& construction) {
   ReadEntry(construction);
-  planner.AddTest(construction.Make<NPARRuns>());
-  status = construction.GetStatus();
-  return status;
+  return construction.Make<NPARRuns>();
 }

@@ -6,7 +6,6 @@
 
 #include "kit/contract/column_test.h"
 #include "kit/records/record_weight.h"
-#include "planning/planner.h"
 
 /// One-sample runs test: is the sequence of a field's values, split into two groups, random?
 ///
@@ -60,4 +59,4 @@ class NPARRuns final : public NPARRecordTest {
 };
 
 /// Makes the test of an entry "ORuns". Errors 220101, 220103, 220109, 220110, 220111.
-QDStatus ConstructRunsTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructRunsTest(TestConstruction& construction);

@@ -113,9 +113,8 @@ XMLElement* NPARWilcoxonSR::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructWilcoxonOneSampleTest(NPARPlanner& planner, QDStatus& status,
-                                        const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructWilcoxonOneSampleTest(TestConstruction& construction) {
+  NPARPlanner& planner = construction.Planner();
   const std::int32_t index =
       construction.LookUpVariable("variableName", kNoVariableName, kUnknownVariable);
   construction.RequireContinuous(index, kNotContinuous);
@@ -129,7 +128,5 @@ QDStatus ConstructWilcoxonOneSampleTest(NPARPlanner& planner, QDStatus& status,
     planner.RegisterSortedVariable(index);
     planner.RegisterStatistic(index, Statistic::Median);
   }
-  planner.AddTest(construction.Make<NPARWilcoxonSR>());
-  status = construction.GetStatus();
-  return status;
+  return construction.Make<NPARWilcoxonSR>();
 }

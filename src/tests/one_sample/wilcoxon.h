@@ -6,7 +6,6 @@
 #include "kit/ranks/signed_ranks.h"
 #include "kit/records/record_weight.h"
 #include "kit/summaries/univariate.h"
-#include "planning/planner.h"
 
 /// Wilcoxon signed-rank test of one sample: is the median of a continuous field a given value, by
 /// default the sample's own median?
@@ -52,5 +51,4 @@ class NPARWilcoxonSR final : public NPARRecordTest {
 };
 
 /// Makes the test of an entry "OWilcoxonSignedRanks". Errors 220801, 220803, 220812, 220815.
-QDStatus ConstructWilcoxonOneSampleTest(NPARPlanner& planner, QDStatus& status,
-                                        const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructWilcoxonOneSampleTest(TestConstruction& construction);

@@ -232,8 +232,8 @@ XMLElement* NPARCochransQ::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructCochransQTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructCochransQTest(TestConstruction& construction) {
+  NPARPlanner& planner = construction.Planner();
   VariableKind kind = VariableKind::None;
   const std::vector<std::int32_t> tested =
       construction.LookUpList(kNoVariableName, kUnknownVariable, [&](std::int32_t index) {
@@ -268,7 +268,5 @@ QDStatus ConstructCochransQTest(NPARPlanner& planner, QDStatus& status, const QD
       planner.RegisterStatistic(index, Statistic::Frequencies);
     }
   }
-  planner.AddTest(construction.Make<NPARCochransQ>(&planner.GetVariables()));
-  status = construction.GetStatus();
-  return status;
+  return construction.Make<NPARCochransQ>(&construction.Planner().GetVariables());
 }

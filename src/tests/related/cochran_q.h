@@ -9,7 +9,6 @@
 #include "kit/groups/success_categories.h"
 #include "kit/order/wide_integer.h"
 #include "kit/records/record_weight.h"
-#include "planning/planner.h"
 
 /// Cochran's Q test: do k related binary fields have the same share of successes?
 ///
@@ -72,4 +71,4 @@ class NPARCochransQ final : public NPARRecordTest {
 };
 
 /// Makes the test of an entry "RCochransQ". Errors 221203, 221210, 221214, 221215, 221216.
-QDStatus ConstructCochransQTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructCochransQTest(TestConstruction& construction);

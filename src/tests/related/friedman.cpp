@@ -17,10 +17,7 @@ const NPARRankedRecords::Profile NPARFriedman::kProfile{
 
 NPARFriedman::NPARFriedman(QDSettings* settings) : NPARRankedRecords(settings, kProfile) {}
 
-QDStatus ConstructFriedmanTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructFriedmanTest(TestConstruction& construction) {
   NPARFriedman::ReadEntry(construction, NPARFriedman::kProfile);
-  status = construction.GetStatus();
-  planner.AddTest(construction.Make<NPARFriedman>());
-  return status;
+  return construction.Make<NPARFriedman>();
 }

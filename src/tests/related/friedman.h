@@ -11,10 +11,9 @@ class NPARFriedman final : public NPARRankedRecords {
 
  private:
   static const Profile kProfile;
-  friend QDStatus ConstructFriedmanTest(NPARPlanner& planner, QDStatus& status,
-                                        const QDSettings& entry);
+  friend std::unique_ptr<NPARTest> ConstructFriedmanTest(TestConstruction& construction);
 };
 
 /// Makes the test of an entry "RFriedmansTwoWayByRanks". Errors 221801, 221803, 221804, 221809,
 /// 221811.
-QDStatus ConstructFriedmanTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructFriedmanTest(TestConstruction& construction);

@@ -106,11 +106,7 @@ XMLElement* NPARHodgesLehmannPairs::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructHodgesLehmannPairsTest(NPARPlanner& planner, QDStatus& status,
-                                         const QDSettings& entry) {
-  TestConstruction construction(planner, entry, TestConstruction::Level::Confidence);
+std::unique_ptr<NPARTest> ConstructHodgesLehmannPairsTest(TestConstruction& construction) {
   LookUpContinuousFields(construction, kFieldCodes, FieldCount::Two);
-  status = construction.GetStatus();
-  planner.AddTest(construction.Make<NPARHodgesLehmannPairs>());
-  return status;
+  return construction.Make<NPARHodgesLehmannPairs>();
 }

@@ -7,7 +7,6 @@
 #include "kit/groups/paired_differences.h"
 #include "kit/order/order_statistics.h"
 #include "kit/records/record_weight.h"
-#include "planning/planner.h"
 
 /// Hodges-Lehmann estimate of the median of the paired differences d = second - first, with its
 /// distribution-free interval.
@@ -60,5 +59,4 @@ class NPARHodgesLehmannPairs final : public NPARRecordTest {
 
 /// Makes the estimate of an entry "RHodgesLehmannEstimatePairs". Errors 222403, 222404, 222409,
 /// 222410.
-QDStatus ConstructHodgesLehmannPairsTest(NPARPlanner& planner, QDStatus& status,
-                                         const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructHodgesLehmannPairsTest(TestConstruction& construction);

@@ -22,10 +22,7 @@ void NPARKendallsW::WriteOwnFigures(XMLElement& statistics) const {
   AddAttributeRow(statistics, "KendallsW", ChiSquare() / (DegreesOfFreedom() * Records()));
 }
 
-QDStatus ConstructKendallsWTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructKendallsWTest(TestConstruction& construction) {
   NPARKendallsW::ReadEntry(construction, NPARKendallsW::kProfile);
-  status = construction.GetStatus();
-  planner.AddTest(construction.Make<NPARKendallsW>());
-  return status;
+  return construction.Make<NPARKendallsW>();
 }

@@ -17,10 +17,9 @@ class NPARKendallsW final : public NPARRankedRecords {
   void WriteOwnFigures(XMLElement& statistics) const override;
 
   static const Profile kProfile;
-  friend QDStatus ConstructKendallsWTest(NPARPlanner& planner, QDStatus& status,
-                                         const QDSettings& entry);
+  friend std::unique_ptr<NPARTest> ConstructKendallsWTest(TestConstruction& construction);
 };
 
 /// Makes the test of an entry "RKendallsCoefficient". Errors 221901, 221903, 221904, 221909,
 /// 221911.
-QDStatus ConstructKendallsWTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructKendallsWTest(TestConstruction& construction);

@@ -113,9 +113,8 @@ XMLElement* NPARMargHomo::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructMarginalHomogeneityTest(NPARPlanner& planner, QDStatus& status,
-                                          const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructMarginalHomogeneityTest(TestConstruction& construction) {
+  NPARPlanner& planner = construction.Planner();
   const CategoryPair pair = ReadCategoryPair(construction, kPairCodes);
   CategoryUnion categories;
   if (construction.IsOK()) {
@@ -129,7 +128,5 @@ QDStatus ConstructMarginalHomogeneityTest(NPARPlanner& planner, QDStatus& status
     planner.RegisterStatistic(pair.first, Statistic::Frequencies);
     planner.RegisterStatistic(pair.second, Statistic::Frequencies);
   }
-  planner.AddTest(construction.Make<NPARMargHomo>(std::move(categories)));
-  status = construction.GetStatus();
-  return status;
+  return construction.Make<NPARMargHomo>(std::move(categories));
 }

@@ -7,7 +7,6 @@
 #include "kit/contract/column_test.h"
 #include "kit/groups/category_union.h"
 #include "kit/records/record_weight.h"
-#include "planning/planner.h"
 
 /// Marginal homogeneity test: do two related ordered categorical fields have the same distribution?
 ///
@@ -55,5 +54,4 @@ class NPARMargHomo final : public NPARRecordTest {
 };
 
 /// Makes the test of an entry "RMarginalHomogeneity". Errors 221703, 221709, 221710, 221711.
-QDStatus ConstructMarginalHomogeneityTest(NPARPlanner& planner, QDStatus& status,
-                                          const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructMarginalHomogeneityTest(TestConstruction& construction);

@@ -177,8 +177,8 @@ void ReadGivenValues(TestConstruction& construction, const CategoryPair& pair) {
 
 }  // namespace
 
-QDStatus ConstructMcNemarTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructMcNemarTest(TestConstruction& construction) {
+  NPARPlanner& planner = construction.Planner();
   const CategoryPair pair = ReadCategoryPair(construction, kPairCodes);
   if (construction.IsOK() && construction.KindOf(pair.first) != construction.KindOf(pair.second)) {
     construction.Fail(kPairCodes.unfitVariable);
@@ -190,7 +190,5 @@ QDStatus ConstructMcNemarTest(NPARPlanner& planner, QDStatus& status, const QDSe
     if (isGiven) ReadGivenValues(construction, pair);
     construction.Put("userSpecifyGroupList", isGiven);
   }
-  planner.AddTest(construction.Make<NPARMcNemar>(&planner.GetVariables()));
-  status = construction.GetStatus();
-  return status;
+  return construction.Make<NPARMcNemar>(&construction.Planner().GetVariables());
 }

@@ -9,7 +9,6 @@
 #include "kit/contract/column_test.h"
 #include "kit/groups/success_categories.h"
 #include "kit/records/record_weight.h"
-#include "planning/planner.h"
 
 /// McNemar test: do two related binary fields have the same share of successes?
 ///
@@ -66,4 +65,4 @@ class NPARMcNemar final : public NPARRecordTest {
 };
 
 /// Makes the test of an entry "RMcNemar". Errors 221603, 221611, 221613, 221614.
-QDStatus ConstructMcNemarTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructMcNemarTest(TestConstruction& construction);

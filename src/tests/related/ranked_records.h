@@ -9,7 +9,6 @@
 #include "kit/ranks/column_ranks.h"
 #include "kit/ranks/rank_counts.h"
 #include "kit/records/record_weight.h"
-#include "planning/planner.h"
 #include "tests/related/continuous_fields.h"
 
 /// The two-way analysis of variance by ranks, which Friedman's test and Kendall's coefficient

@@ -92,8 +92,8 @@ XMLElement* NPARSign::WriteResults() {
       });
 }
 
-QDStatus ConstructSignTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructSignTest(TestConstruction& construction) {
+  NPARPlanner& planner = construction.Planner();
   const std::vector<std::int32_t> variables = construction.LookUpList(
       kNoVariableName, kUnknownVariable,
       [&](std::int32_t index) { construction.RequireContinuous(index, kNotContinuous); });
@@ -105,7 +105,5 @@ QDStatus ConstructSignTest(NPARPlanner& planner, QDStatus& status, const QDSetti
     planner.RegisterSortedVariable(0);
     planner.RegisterSortedVariable(1);
   }
-  status = construction.GetStatus();
-  planner.AddTest(construction.Make<NPARSign>());
-  return status;
+  return construction.Make<NPARSign>();
 }

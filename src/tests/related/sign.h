@@ -6,7 +6,6 @@
 
 #include "kit/contract/test.h"
 #include "kit/groups/paired_differences.h"
-#include "planning/planner.h"
 
 /// Sign test: is the median of the paired differences d = second - first zero?
 ///
@@ -47,4 +46,4 @@ class NPARSign final : public NPARTest {
 };
 
 /// Makes the test of an entry "RSign". Errors 220903, 220912, 220915, 220917, 220918.
-QDStatus ConstructSignTest(NPARPlanner& planner, QDStatus& status, const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructSignTest(TestConstruction& construction);

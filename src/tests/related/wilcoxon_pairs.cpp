@@ -98,11 +98,7 @@ XMLElement* NPARWilcoxonPairs::WriteResults() {
   return algorithm.release();
 }
 
-QDStatus ConstructWilcoxonPairsTest(NPARPlanner& planner, QDStatus& status,
-                                    const QDSettings& entry) {
-  TestConstruction construction(planner, entry);
+std::unique_ptr<NPARTest> ConstructWilcoxonPairsTest(TestConstruction& construction) {
   LookUpContinuousFields(construction, kFieldCodes, FieldCount::Two);
-  status = construction.GetStatus();
-  planner.AddTest(construction.Make<NPARWilcoxonPairs>());
-  return status;
+  return construction.Make<NPARWilcoxonPairs>();
 }

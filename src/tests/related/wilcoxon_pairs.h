@@ -7,7 +7,6 @@
 #include "kit/groups/paired_differences.h"
 #include "kit/ranks/signed_ranks.h"
 #include "kit/records/record_weight.h"
-#include "planning/planner.h"
 
 /// Wilcoxon matched-pairs signed-rank test: are the differences d = second - first symmetric about
 /// zero?
@@ -51,5 +50,4 @@ class NPARWilcoxonPairs final : public NPARColumnTest {
 };
 
 /// Makes the test of an entry "RWilcoxonSignedRanks". Errors 221003, 221004, 221009, 221010.
-QDStatus ConstructWilcoxonPairsTest(NPARPlanner& planner, QDStatus& status,
-                                    const QDSettings& entry);
+std::unique_ptr<NPARTest> ConstructWilcoxonPairsTest(TestConstruction& construction);
