@@ -4,6 +4,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
+#include <string_view>
+#include <utility>
 
 #include "catalogue/card.h"
 #include "catalogue/cards/binomial.h"

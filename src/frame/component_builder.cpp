@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <sstream>
 
+#include "catalogue/platform.h"
+#include "catalogue/run.h"
 #include "frame/factory.h"
 #include "frame/progress_listener.h"
 #include "frame/requirements.h"
@@ -13,12 +15,6 @@
 #include "report/result_writer.h"
 
 namespace {
-
-constexpr std::int32_t kWeightAnalysed = 220008;  // the frequency weight is a field of a test
-constexpr std::int32_t kNoGroupField = 220009;    // independent samples without a group field
-constexpr std::int32_t kNoField = 220010;         // no field is selected
-constexpr std::int32_t kNoVariables = 240004;     // the data model yields no variable list
-constexpr std::int32_t kNoRecords = 240037;       // the run read no record
 
 constexpr std::uint32_t kFirstInput = 1;
 constexpr const char* kContainerKey = "StatXML";
@@ -56,8 +52,8 @@ std::uint32_t NPARComponentBuilder::Configure(std::int32_t* err) {
   }
   MakeInputAdapter(false);
   if (!inputAdapter->BuildVarlist(err)) {
-    *err = kNoVariables;
-    return Fail(kNoVariables, NPAR_FAILED, err);
+    *err = catalogue::platform::kNoVariables;
+    return Fail(catalogue::platform::kNoVariables, NPAR_FAILED, err);
   }
   HbHelperV1::XMLDocument document;
   const std::uint32_t result =
@@ -93,9 +89,12 @@ std::uint32_t NPARComponentBuilder::CollectRequestedFields(const QDSettings& set
                                                            std::vector<std::string>& fields,
                                                            std::int32_t* err) {
   std::vector<std::string> independent;
-  for (const char* key : {"oneSampleVariables", "relatedVariables", "independentVariables"}) {
+  for (const catalogue::Setting* setting :
+       {&catalogue::run::kOneSampleVariables, &catalogue::run::kRelatedVariables,
+        &catalogue::run::kIndependentVariables}) {
     std::vector<std::string> names;
-    static_cast<void>(settings.GetSettingValByName(key, names));  // a list left out is empty
+    static_cast<void>(
+        settings.GetSettingValByName(setting->key, names));  // a list left out is empty
     for (const std::string& name : names) {
       if (std::find(fields.begin(), fields.end(), name) == fields.end()) fields.push_back(name);
     }
@@ -104,24 +103,24 @@ std::uint32_t NPARComponentBuilder::CollectRequestedFields(const QDSettings& set
   std::int32_t problem = 0;
   if (!independent.empty()) {
     std::vector<std::string> group;
-    static_cast<void>(settings.GetSettingValByName("groupVariable", group));
+    static_cast<void>(settings.GetSettingValByName(catalogue::run::kGroupVariable.key, group));
     if (group.empty()) {
-      problem = kNoGroupField;
+      problem = catalogue::run::kNoGroupField;
     } else {
       fields.push_back(group.front());  // also where it is an analysed field already
     }
   }
-  if (problem == 0 && fields.empty()) problem = kNoField;
+  if (problem == 0 && fields.empty()) problem = catalogue::run::kNoField;
   if (problem == 0) {
     fieldNames = fields;
     const bool areKnown = std::all_of(fields.begin(), fields.end(), [&](const std::string& name) {
       return variables.FindVariable(name) >= 0;
     });
-    if (!areKnown) problem = kUnknownField;
+    if (!areKnown) problem = catalogue::run::kUnknownField;
   }
   const std::uint32_t result = problem == 0 ? HB_OK : Fail(problem, NPAR_NOT_CONFIGURED, err);
   caseIdField.clear();
-  static_cast<void>(settings.GetSettingValByName("caseIDField", caseIdField));
+  static_cast<void>(settings.GetSettingValByName(catalogue::run::kCaseIdField.key, caseIdField));
   return result;
 }
 
@@ -131,7 +130,7 @@ std::uint32_t NPARComponentBuilder::CheckWeightNotAnalysed(const QDVarList& vari
   const IQDVariable* weight = variables.GetVarAt(variables.GetFreqWeightVariable());
   const bool isAnalysed = weight != nullptr && std::find(fields.begin(), fields.end(),
                                                          weight->GetName()) != fields.end();
-  return isAnalysed ? Fail(kWeightAnalysed, NPAR_NOT_CONFIGURED, err) : HB_OK;
+  return isAnalysed ? Fail(catalogue::run::kWeightAnalysed, NPAR_NOT_CONFIGURED, err) : HB_OK;
 }
 
 std::uint32_t NPARComponentBuilder::BeginExecution(HBIterator* iterator, HBProgress* progress,
@@ -159,8 +158,8 @@ std::uint32_t NPARComponentBuilder::RunExecution(std::int32_t* err) {
 
 std::uint32_t NPARComponentBuilder::PrepareAlgorithm(NPARFactory& factory, std::int32_t* err) {
   if (!inputAdapter->BuildVarlist(err)) {
-    *err = kNoVariables;
-    return Fail(kNoVariables, NPAR_FAILED, err);
+    *err = catalogue::platform::kNoVariables;
+    return Fail(catalogue::platform::kNoVariables, NPAR_FAILED, err);
   }
   if (const std::uint32_t result = TranslateSettings(err); result != HB_OK) return result;
   algorithm.reset();
@@ -206,8 +205,8 @@ std::uint32_t NPARComponentBuilder::ExecuteAlgorithm(QDHB_700::QDPeerIterator& r
                   NPAR_FAILED);
   }
   if (records.GetDeliveredCount() == 0) {
-    *err = kNoRecords;
-    return Fail(kNoRecords, NPAR_FAILED, err);
+    *err = catalogue::platform::kNoRecord;
+    return Fail(catalogue::platform::kNoRecord, NPAR_FAILED, err);
   }
   return Check(status, err);
 }

@@ -1,5 +1,7 @@
 #include "frame/requirements.h"
 
+#include "catalogue/run.h"
+
 using HbHelperV1::XMLAttributes;
 using HbHelperV1::XMLDocument;
 using HbHelperV1::XMLElements;
@@ -52,9 +54,9 @@ std::string WeightName(const QDVarList& variables) {
   return weight == nullptr ? std::string() : weight->GetName();
 }
 
-bool HasText(const QDSettings& settings, const char* key, const char* text) {
+bool HasText(const QDSettings& settings, const catalogue::WordKey& setting, const char* text) {
   std::string value;
-  return settings.GetSettingValByName(key, value) && value == text;
+  return settings.GetSettingValByName(setting.key, value) && value == text;
 }
 
 /// The way a field's values are wanted; null for a field that does not exist.
@@ -83,7 +85,7 @@ void AddMissingOperation(XMLDocument& document, const QDSettings& settings,
   Element parameters = AddOperation(document, kMissingOperation, XMLEntities::MissingID,
                                     XMLEntities::MissingModuleID);
   const std::string weight = WeightName(variables);
-  if (HasText(settings, "userMissing", "exclude")) {
+  if (HasText(settings, catalogue::run::kUserMissing, "exclude")) {
     std::vector<std::string> names = requested.fields;
     if (!requested.caseIdField.empty()) names.push_back(requested.caseIdField);
     AddListParameter(parameters, XMLEntities::ExcludeUMissField, names);
@@ -94,7 +96,7 @@ void AddMissingOperation(XMLDocument& document, const QDSettings& settings,
     AddAttribute(adjustment, XMLEntities::Field_Name, weight);
     AddAttribute(adjustment, XMLEntities::FreqWeightAdj, XMLEntities::Round);
   }
-  const bool isListwise = HasText(settings, "missingTreatment", "listwise");
+  const bool isListwise = HasText(settings, catalogue::run::kMissingTreatment, "listwise");
   std::vector<std::string> deleted = isListwise ? requested.fields : std::vector<std::string>();
   if (!weight.empty()) deleted.push_back(weight);
   if (!requested.caseIdField.empty()) deleted.push_back(requested.caseIdField);
@@ -110,7 +112,7 @@ QDStatus AddEncodingOperation(XMLDocument& document, const QDVarList& variables,
   Element list = AddParameter(parameters, XMLEntities::RequiredFields, XMLElements::ListValue);
   for (const std::string& field : requested.fields) {
     const char* encoding = GetFieldEncoding(variables, field);
-    if (encoding == nullptr) return QDStatus(kUnknownField);
+    if (encoding == nullptr) return QDStatus(catalogue::run::kUnknownField);
     AddEncoding(list, field, encoding);
   }
   const std::string weight = WeightName(variables);

@@ -12,9 +12,6 @@ struct RequestedFields {
   const std::string& caseIdField;          // empty for none
 };
 
-/// A field that the parameters name is not in the data model.
-inline constexpr std::int32_t kUnknownField = 220011;
-
 /// The records' treatment before a run: user-missing values of the fields made missing (where
 /// "userMissing" is "exclude"), weights rounded, records with a missing value left out: in all
 /// fields with "missingTreatment" "listwise", in weight and case identifier else.

@@ -1,28 +1,32 @@
 #include "frame/settings_translator.h"
 
+#include <algorithm>
 #include <memory>
 #include <string_view>
 #include <utility>
 
+#include "catalogue/catalogue.h"
 #include "frame/auto_select.h"
 #include "frame/field_kinds.h"
 
+namespace run = catalogue::run;
+
 struct NPARSettingsTranslator::Family {
-  char prefix;  // of its test keys
-  std::string_view flag;
-  std::string_view name;
+  catalogue::Family family;
+  const catalogue::FlagKey* flag;
   Names NPARSettingsTranslator::*fields;
-  void (NPARSettingsTranslator::*makeEntries)(const TestKey&, const QDSettings&);
+  void (NPARSettingsTranslator::*makeEntries)(const catalogue::Card&, const QDSettings&);
   void (NPARSettingsTranslator::*collectWarnings)();
 };
 
 const NPARSettingsTranslator::Family NPARSettingsTranslator::kFamilies[] = {
-    {'O', "isAutomaticallyOneSample", "One_Sample", &NPARSettingsTranslator::oneSampleFields,
-     &NPARSettingsTranslator::MakeOneSampleEntries,
+    {catalogue::Family::OneSample, &run::kIsAutomaticallyOneSample,
+     &NPARSettingsTranslator::oneSampleFields, &NPARSettingsTranslator::MakeOneSampleEntries,
      &NPARSettingsTranslator::CollectOneSampleWarnings},
-    {'R', "isAutomaticallyRelated", "Related_Samples", &NPARSettingsTranslator::relatedFields,
-     &NPARSettingsTranslator::MakeRelatedEntries, &NPARSettingsTranslator::CollectRelatedWarnings},
-    {'I', "isAutomaticallyIndependent", "Independent_Samples",
+    {catalogue::Family::Related, &run::kIsAutomaticallyRelated,
+     &NPARSettingsTranslator::relatedFields, &NPARSettingsTranslator::MakeRelatedEntries,
+     &NPARSettingsTranslator::CollectRelatedWarnings},
+    {catalogue::Family::Independent, &run::kIsAutomaticallyIndependent,
      &NPARSettingsTranslator::independentFields, &NPARSettingsTranslator::MakeIndependentEntries,
      &NPARSettingsTranslator::CollectIndependentWarnings},
 };
@@ -38,26 +42,27 @@ std::string JoinNames(const std::vector<std::string>& names) {
   return text;
 }
 
-bool IsTrue(const QDSettings& settings, std::string_view name) {
-  bool value = false;
-  return settings.GetSettingValByName(name, value) && value;
+bool IsTrue(const QDSettings& settings, const catalogue::FlagKey& flag) {
+  bool value = flag.fallback;
+  return settings.GetSettingValByName(flag.key, value) && value;
 }
 
 /// Two keys count only together with what another says, or as what they are meant to be.
-bool IsWanted(const QDSettings& chosen, std::string_view key) {
-  if (key == "custom") {
+bool IsWanted(const QDSettings& chosen, const catalogue::Setting& setting) {
+  if (&setting == &catalogue::chi_square::kCustom) {
     std::string formation;
-    chosen.GetSettingValByName("classFormation", formation);
+    chosen.GetSettingValByName(catalogue::chi_square::kFormation.key, formation);
     return formation == "givenExpectedValue" || formation == "custom";
   }
   double number = 0.0;
-  return key != "givenCutPoint" || chosen.GetSettingValByName(key, number);
+  return &setting != &catalogue::settings::kGivenCutPoint ||
+         chosen.GetSettingValByName(setting.key, number);
 }
 
-void CopyKeys(const QDSettings& chosen, const TestForm::Keys& keys, QDSettings& entry) {
-  for (const std::string_view key : keys) {
-    const QDSetting* const setting = key.empty() ? nullptr : chosen.FindSetting(key);
-    if (setting != nullptr && IsWanted(chosen, key)) entry.AddNewSetting(*setting);
+void CopySettings(const QDSettings& chosen, catalogue::Settings settings, QDSettings& entry) {
+  for (const catalogue::Setting* const each : settings) {
+    const QDSetting* const setting = chosen.FindSetting(each->key);
+    if (setting != nullptr && IsWanted(chosen, *each)) entry.AddNewSetting(*setting);
   }
 }
 
@@ -77,13 +82,13 @@ QDStatus NPARSettingsTranslator::Run() {
   CopyRunKeys();
   for (std::size_t index = 0; index < source.Size(); ++index) {
     for (const Family& family : kFamilies) {
-      if (source.GetSettingAt(index)->GetName() == family.flag) {
+      if (family.flag->key == source.GetSettingAt(index)->GetName()) {
         TranslateFamily(family, index);
         break;
       }
     }
   }
-  return testCounter == -1 ? QDStatus(kNoTestEntry) : QDStatus();
+  return testCounter == -1 ? QDStatus(run::kNoTest) : QDStatus();
 }
 
 void NPARSettingsTranslator::CopyRunKeys() {
@@ -93,26 +98,26 @@ void NPARSettingsTranslator::CopyRunKeys() {
     const IQDSettingValue& value = *setting.GetValue();
     std::string text;
     double number = 0.0;
-    if (name == "missingTreatment") {
+    if (run::kMissingTreatment.key == name) {
       if (value.Get(text)) target.AddNewSetting(name, text, "");
-    } else if (name == "sigLevel") {
+    } else if (run::kSigLevel.key == name) {
       if (value.Get(number)) target.AddNewSetting(name, number, "");
-    } else if (name == "confidenceLevel") {
+    } else if (run::kConfidenceLevel.key == name) {
       if (value.Get(number)) target.AddNewSetting(name, number / 100.0, "");  // from percent
-    } else if (name == "oneSampleVariables") {
+    } else if (run::kOneSampleVariables.key == name) {
       oneSampleFields = ReadNames(setting);
-    } else if (name == "relatedVariables") {
+    } else if (run::kRelatedVariables.key == name) {
       relatedFields = ReadNames(setting);
-    } else if (name == "independentVariables") {
+    } else if (run::kIndependentVariables.key == name) {
       independentFields = ReadNames(setting);
-    } else if (name == "groupVariable") {
+    } else if (run::kGroupVariable.key == name) {
       const Names names = ReadNames(setting);
       if (!names.empty()) {
         groupField = names.front();
       } else {
         value.Get(groupField);
       }
-    } else if (name == "caseIDField") {
+    } else if (run::kCaseIdField.key == name) {
       target.AddNewSetting(setting, "caseIDVariableName");
     }
   }
@@ -128,10 +133,10 @@ void NPARSettingsTranslator::CopyRunKeys() {
   independentCategorical = std::move(split.categorical);
 }
 
-const TestKey* NPARSettingsTranslator::FindTestKey(const Family& family, const std::string& name) {
-  if (!name.starts_with(family.prefix)) return nullptr;
-  for (const TestKey& test : TestKeys()) {
-    if (test.key == name) return &test;
+const catalogue::Card* NPARSettingsTranslator::FindTest(const Family& family,
+                                                        const std::string& name) {
+  for (const catalogue::Card* const card : catalogue::kCards) {
+    if (card->family == family.family && card->askedBy.empty() && card->key == name) return card;
   }
   return nullptr;
 }
@@ -147,11 +152,11 @@ void NPARSettingsTranslator::TranslateFamily(const Family& family, std::size_t& 
   }
   while (index + 1 < source.Size()) {
     const QDSetting& setting = *source.GetSettingAt(index + 1);
-    const TestKey* const test = FindTestKey(family, setting.GetName());
+    const catalogue::Card* const test = FindTest(family, setting.GetName());
     if (test == nullptr) break;
     ++index;
     const QDSettings* const chosen = setting.GetValue()->GetListValue();
-    if (chosen != nullptr && IsTrue(*chosen, "isSelected")) {
+    if (chosen != nullptr && IsTrue(*chosen, catalogue::settings::kIsSelected)) {
       (this->*family.makeEntries)(*test, *chosen);
     }
   }
@@ -162,8 +167,8 @@ void NPARSettingsTranslator::TranslateFamily(const Family& family, std::size_t& 
 void NPARSettingsTranslator::MakeAutomaticEntries(const Family& family) {
   std::vector<std::unique_ptr<QDSettings>> entries;
   Names unusedFields;
-  gAutoSelect.Select(entries, unusedFields, family.name, variables, this->*family.fields,
-                     groupField);
+  gAutoSelect.Select(entries, unusedFields, catalogue::Classification(family.family), variables,
+                     this->*family.fields, groupField);
   for (const std::unique_ptr<QDSettings>& entry : entries) {
     std::string name;
     entry->GetSettingValByName("algorithmName", name);
@@ -172,37 +177,38 @@ void NPARSettingsTranslator::MakeAutomaticEntries(const Family& family) {
   }
 }
 
-QDSettings NPARSettingsTranslator::StartEntry(const TestForm& form) {
+QDSettings NPARSettingsTranslator::StartEntry(const catalogue::Card& test) {
   QDSettings entry;
-  entry.AddNewSetting("AlgorithmName", std::string(form.entryName), "");
+  entry.AddNewSetting("AlgorithmName", test.entry.c_str(), "");
   entry.AddNewSetting("testIndex", ++testCounter, "");
-  if (!form.distribution.empty()) {
-    entry.AddNewSetting("distributionFunction", std::string(form.distribution), "");
+  if (!test.distribution.empty()) {
+    entry.AddNewSetting("distributionFunction", test.distribution.c_str(), "");
   }
   return entry;
 }
 
-void NPARSettingsTranslator::MakeOneSampleEntry(const TestKey& test, const QDSettings& chosen,
-                                                const std::string& field, bool isCategorical) {
-  const auto make = [&](const TestForm& form) {
-    QDSettings entry = StartEntry(form);
+void NPARSettingsTranslator::MakeOneSampleEntry(const catalogue::Card& test,
+                                                const QDSettings& chosen, const std::string& field,
+                                                bool isCategorical) {
+  const auto make = [&](const catalogue::Card& made) {
+    QDSettings entry = StartEntry(made);
     entry.AddNewSetting("variableName", field, "");
-    CopyKeys(chosen, form.keys, entry);
-    CopyKeys(chosen, isCategorical ? form.categoricalKeys : form.continuousKeys, entry);
-    target.AddNewSetting(std::string(form.entryName), entry, "");
+    CopySettings(chosen, made.settings, entry);
+    CopySettings(chosen, isCategorical ? made.categoricalSettings : made.continuousSettings, entry);
+    target.AddNewSetting(made.entry.c_str(), entry, "");
   };
-  make(test.form);
-  if (test.key != "OBinomial") return;
-  for (const std::string_view method : IntervalForm().keys) {
-    if (!IsTrue(chosen, method)) continue;
-    make(IntervalForm());
-    break;
+  make(test);
+  for (const catalogue::Card* const other : catalogue::kCards) {
+    if (!(other->key == test.key)) continue;
+    const auto isWanted = [&](const catalogue::FlagKey* flag) { return IsTrue(chosen, *flag); };
+    if (std::any_of(other->askedBy.begin(), other->askedBy.end(), isWanted)) make(*other);
   }
 }
 
-void NPARSettingsTranslator::MakeOneSampleEntries(const TestKey& test, const QDSettings& chosen) {
-  const bool takesCategorical = (test.kinds & TestKey::kCategorical) != 0;
-  const bool takesContinuous = (test.kinds & TestKey::kContinuous) != 0;
+void NPARSettingsTranslator::MakeOneSampleEntries(const catalogue::Card& test,
+                                                  const QDSettings& chosen) {
+  const bool takesCategorical = (test.fields.measures & catalogue::kCategorical) != 0;
+  const bool takesContinuous = (test.fields.measures & catalogue::kContinuous) != 0;
   bool made = false;
   if (takesCategorical) {
     for (const std::string& field : oneSampleCategorical) {
@@ -216,7 +222,7 @@ void NPARSettingsTranslator::MakeOneSampleEntries(const TestKey& test, const QDS
       made = true;
     }
   }
-  const std::string displayName(test.displayName);
+  const std::string displayName(test.warningName);
   if (!made) {
     testsWithoutFields.push_back(displayName);
   } else if (!takesCategorical && !oneSampleCategorical.empty()) {
@@ -227,82 +233,84 @@ void NPARSettingsTranslator::MakeOneSampleEntries(const TestKey& test, const QDS
   }
 }
 
-void NPARSettingsTranslator::MakeRelatedEntries(const TestKey& test, const QDSettings& chosen) {
-  constexpr std::size_t kLeastFields = 2;
-  const std::string displayName(test.displayName);
+void NPARSettingsTranslator::MakeRelatedEntries(const catalogue::Card& test,
+                                                const QDSettings& chosen) {
+  const std::string displayName(test.warningName);
   bool hasFields = false;
-  const auto make = [&](TestKey::Kinds kind, RelatedFields& fields) {
-    if ((test.kinds & kind) == 0 || fields.names.empty()) return;
+  const auto make = [&](catalogue::Measures measure, RelatedFields& fields) {
+    if ((test.fields.measures & measure) == 0 || fields.names.empty()) return;
     hasFields = true;
-    if (fields.names.size() < kLeastFields || fields.names.size() > test.mostFields) {
+    if (fields.names.size() < test.fields.fewest || fields.names.size() > test.fields.most) {
       fields.mismatch.push_back(displayName);
       return;
     }
     fields.used = true;
-    QDSettings entry = StartEntry(test.form);
+    QDSettings entry = StartEntry(test);
     entry.AddNewSetting("variableName", fields.names, "");
-    CopyKeys(chosen, test.form.keys, entry);
-    target.AddNewSetting(std::string(test.form.entryName), entry, "");
+    CopySettings(chosen, test.settings, entry);
+    target.AddNewSetting(test.entry.c_str(), entry, "");
   };
-  make(TestKey::kContinuous, relatedContinuous);
-  make(TestKey::kOrdinal, relatedOrdinal);
-  make(TestKey::kNominal, relatedNominal);
+  make(catalogue::kContinuous, relatedContinuous);
+  make(catalogue::kOrdinal, relatedOrdinal);
+  make(catalogue::kNominal, relatedNominal);
   if (!hasFields) relatedTestsWithoutFields.push_back(displayName);
 }
 
-void NPARSettingsTranslator::MakeIndependentEntries(const TestKey& test, const QDSettings& chosen) {
+void NPARSettingsTranslator::MakeIndependentEntries(const catalogue::Card& test,
+                                                    const QDSettings& chosen) {
   for (const std::string& field : independentContinuous) {
     independentContinuousUsed = true;
-    QDSettings entry = StartEntry(test.form);
+    QDSettings entry = StartEntry(test);
     entry.AddNewSetting("variableName", field, "");
     if (!groupField.empty()) entry.AddNewSetting("groupVariableName", groupField, "");
-    CopyKeys(chosen, test.form.keys, entry);
-    target.AddNewSetting(std::string(test.form.entryName), entry, "");
+    CopySettings(chosen, test.settings, entry);
+    target.AddNewSetting(test.entry.c_str(), entry, "");
   }
 }
 
 void NPARSettingsTranslator::CollectOneSampleWarnings() {
   if (chiSquareSkippedContinuous && !oneSampleContinuous.empty()) {
-    Warn(kChiSquareSkipsContinuous, {JoinNames(oneSampleContinuous)});
+    Warn(run::kChiSquareSkipsContinuous, {JoinNames(oneSampleContinuous)});
   }
   if (!testsWithoutFields.empty()) {
-    Warn(kOneSampleWithoutFields, {JoinNames(testsWithoutFields)});
+    Warn(run::kOneSampleWithoutFields, {JoinNames(testsWithoutFields)});
   }
   if (!oneSampleCategorical.empty() && !testsSkippingCategorical.empty()) {
-    Warn(kTestsSkipCategorical,
+    Warn(run::kTestsSkipCategorical,
          {JoinNames(oneSampleCategorical), JoinNames(testsSkippingCategorical)});
   }
 }
 
 void NPARSettingsTranslator::CollectRelatedWarnings() {
   if (!relatedTestsWithoutFields.empty()) {
-    Warn(kRelatedWithoutFields, {JoinNames(relatedTestsWithoutFields)});
+    Warn(run::kRelatedWithoutFields, {JoinNames(relatedTestsWithoutFields)});
   }
-  const auto warnUnused = [&](const RelatedFields& fields, TranslationCode code) {
+  const auto warnUnused = [&](const RelatedFields& fields, const catalogue::Code& code) {
     if (!fields.names.empty() && !fields.used) Warn(code, {JoinNames(fields.names)});
   };
-  warnUnused(relatedContinuous, kRelatedContinuousUnused);
-  warnUnused(relatedOrdinal, kRelatedOrdinalUnused);
-  warnUnused(relatedNominal, kRelatedNominalUnused);
-  const auto warnMismatch = [&](const RelatedFields& fields, TranslationCode code) {
+  warnUnused(relatedContinuous, run::kRelatedContinuousUnused);
+  warnUnused(relatedOrdinal, run::kRelatedOrdinalUnused);
+  warnUnused(relatedNominal, run::kRelatedNominalUnused);
+  const auto warnMismatch = [&](const RelatedFields& fields, const catalogue::Code& code) {
     if (!fields.mismatch.empty()) Warn(code, {JoinNames(fields.mismatch)});
   };
-  warnMismatch(relatedContinuous, kRelatedContinuousMismatch);
-  warnMismatch(relatedOrdinal, kRelatedOrdinalMismatch);
-  warnMismatch(relatedNominal, kRelatedNominalMismatch);
+  warnMismatch(relatedContinuous, run::kRelatedContinuousMismatch);
+  warnMismatch(relatedOrdinal, run::kRelatedOrdinalMismatch);
+  warnMismatch(relatedNominal, run::kRelatedNominalMismatch);
 }
 
 void NPARSettingsTranslator::CollectIndependentWarnings() {
   if (!independentCategorical.empty()) {
-    Warn(kIndependentCategorical, {JoinNames(independentCategorical)});
+    Warn(run::kIndependentCategorical, {JoinNames(independentCategorical)});
   }
   if (!independentContinuous.empty() && !independentContinuousUsed) {
     // The parameter is the list of categorical fields: hosts read it so.
-    Warn(kIndependentContinuousUnused, {JoinNames(independentCategorical)});
+    Warn(run::kIndependentContinuousUnused, {JoinNames(independentCategorical)});
   }
 }
 
-void NPARSettingsTranslator::Warn(TranslationCode code, std::vector<std::string> parameters) {
+void NPARSettingsTranslator::Warn(const catalogue::Code& code,
+                                  std::vector<std::string> parameters) {
   warningCodes.emplace_back(code, true);
   warningParameters.push_back(std::move(parameters));
 }

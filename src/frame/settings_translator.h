@@ -5,26 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "catalogue/card.h"
 #include "foundation/names.h"
-#include "frame/test_keys.h"
-
-/// Codes of the translation; all but the first are warnings.
-enum TranslationCode : std::int32_t {
-  kNoTestEntry = 220001,              ///< no test was selected for any field
-  kRelatedContinuousUnused = 220014,  ///< continuous related fields, and no test took them
-  kRelatedOrdinalUnused = 220015,     ///< the same for ordinal fields
-  kRelatedNominalUnused = 220016,     ///< the same for nominal fields
-  kRelatedContinuousMismatch =
-      220017,                          ///< tests for which the number of continuous fields is wrong
-  kRelatedOrdinalMismatch = 220018,    ///< the same for ordinal fields
-  kRelatedNominalMismatch = 220019,    ///< the same for nominal fields
-  kRelatedWithoutFields = 220020,      ///< related tests without any field of a fitting kind
-  kChiSquareSkipsContinuous = 220021,  ///< continuous fields that the chi-square test leaves aside
-  kOneSampleWithoutFields = 220022,    ///< one-sample tests without any field of a fitting kind
-  kTestsSkipCategorical = 220023,      ///< categorical fields, and the tests that leave them aside
-  kIndependentCategorical = 220024,    ///< categorical test fields, which no independent test takes
-  kIndependentContinuousUnused = 220025  ///< continuous test fields, and no test took them
-};
 
 /// Flattens the host's parameters: run-wide keys as they are, and for each test to run one nested
 /// setting, named by the test, with the test's number and what its construct function reads.
@@ -57,21 +39,21 @@ class NPARSettingsTranslator final {
 
   struct Family;
   static const Family kFamilies[];
-  static const TestKey* FindTestKey(const Family& family, const std::string& name);
+  static const catalogue::Card* FindTest(const Family& family, const std::string& name);
 
   void CopyRunKeys();
   void TranslateFamily(const Family& family, std::size_t& index);
   void MakeAutomaticEntries(const Family& family);
-  void MakeOneSampleEntries(const TestKey& test, const QDSettings& chosen);
-  void MakeOneSampleEntry(const TestKey& test, const QDSettings& chosen, const std::string& field,
-                          bool isCategorical);
-  void MakeRelatedEntries(const TestKey& test, const QDSettings& chosen);
-  void MakeIndependentEntries(const TestKey& test, const QDSettings& chosen);
-  QDSettings StartEntry(const TestForm& form);
+  void MakeOneSampleEntries(const catalogue::Card& test, const QDSettings& chosen);
+  void MakeOneSampleEntry(const catalogue::Card& test, const QDSettings& chosen,
+                          const std::string& field, bool isCategorical);
+  void MakeRelatedEntries(const catalogue::Card& test, const QDSettings& chosen);
+  void MakeIndependentEntries(const catalogue::Card& test, const QDSettings& chosen);
+  QDSettings StartEntry(const catalogue::Card& test);
   void CollectOneSampleWarnings();
   void CollectRelatedWarnings();
   void CollectIndependentWarnings();
-  void Warn(TranslationCode code, std::vector<std::string> parameters);
+  void Warn(const catalogue::Code& code, std::vector<std::string> parameters);
 
   const QDSettings& source;
   const QDVarList& variables;

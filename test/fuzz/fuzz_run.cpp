@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/test_keys.h"
+#include "catalogue/catalogue.h"
 #include "fuzz/component_run.h"
 
 // A run that the bytes choose: fields of every kind, weights, missing and odd values, tests with
@@ -135,15 +135,16 @@ std::string SettingValue(Choices& choices) {
 
 std::string TestParameters(Choices& choices, char family) {
   std::string text;
-  for (const TestKey& test : TestKeys()) {
-    if (test.key.front() != family || !choices.Flip()) continue;
-    text += "<Parameter name='" + std::string(test.key) +
+  for (const catalogue::Card* test : catalogue::kCards) {
+    if (KeyLetter(test->family) != family || !test->askedBy.empty() || !choices.Flip()) continue;
+    text += "<Parameter name='" + test->key +
             "'><StructuredValue><Attribute name='isSelected' value='true'/>";
-    for (const TestForm::Keys& keys : {test.form.keys, test.form.categoricalKeys,
-                                       test.form.continuousKeys, IntervalForm().keys}) {
-      for (const std::string_view key : keys) {
-        if (key.empty() || !choices.Flip()) continue;
-        text += "<Attribute name='" + std::string(key) + "'" + SettingValue(choices);
+    for (const catalogue::Settings& settings :
+         {test->settings, test->categoricalSettings, test->continuousSettings,
+          catalogue::confidence_interval::kCard.settings}) {
+      for (const catalogue::Setting* setting : settings) {
+        if (!choices.Flip()) continue;
+        text += "<Attribute name='" + setting->key + "'" + SettingValue(choices);
       }
     }
     text += "</StructuredValue></Parameter>";
