@@ -1,13 +1,15 @@
 #include "planning/planner.h"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 #include <numeric>
 #include <set>
 #include <utility>
 
+#include "catalogue/catalogue.h"
 #include "kit/contract/allocation.h"
 #include "planning/test_construction.h"
-#include "planning/test_table.h"
 #include "planning/warning.h"
 #include "report/result_writer.h"
 
@@ -22,12 +24,24 @@ constexpr std::int32_t kUnfitVariable = 220004;  // a variable of a kind that no
 constexpr double kTestsStart = 0.25;
 constexpr double kTestsSpan = 0.65;
 
+struct TableRow {
+  std::string_view entryName;
+  std::unique_ptr<NPARTest> (*construct)(TestConstruction&);
+};
+
+template <std::size_t... index>
+constexpr auto MakeTable(std::index_sequence<index...>) {
+  return std::array{
+      TableRow{catalogue::kCards[index]->entry, ConstructTest<*catalogue::kCards[index]>}...};
+}
+
 /// By the name of an entry; null for a name that is none.
-const TestTableRow* FindRow(std::string_view entryName) {
-  for (const TestTableRow& row : TestTable()) {
-    if (row.entryName == entryName) return &row;
-  }
-  return nullptr;
+const TableRow* FindRow(std::string_view entryName) {
+  static constexpr auto kRows = MakeTable(std::make_index_sequence<std::size(catalogue::kCards)>());
+  const auto row = std::find_if(kRows.begin(), kRows.end(), [entryName](const TableRow& row) {
+    return row.entryName == entryName;
+  });
+  return row == kRows.end() ? nullptr : &*row;
 }
 
 }  // namespace
@@ -118,7 +132,7 @@ QDStatus NPARPlanner::BuildTests() {
     const IQDSettingValue* value = setting->GetValue();
     if (value == nullptr || value->GetKind() != SettingKind::Settings) continue;
     isAnyEntry = true;
-    const TestTableRow* row = FindRow(setting->GetName());
+    const TableRow* row = FindRow(setting->GetName());
     if (row == nullptr) continue;
     entryInHand = row->entryName;
     TestConstruction construction(*this, *value->GetListValue());

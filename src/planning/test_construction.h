@@ -9,9 +9,15 @@
 #include <utility>
 #include <vector>
 
+#include "catalogue/card.h"
 #include "foundation/names.h"
 #include "kit/contract/test.h"
 #include "planning/planner.h"
+
+/// Makes the test of an entry. Each unit of src/tests defines it for its card; a card of the
+/// catalogue's list without a unit does not link.
+template <const catalogue::Card& card>
+std::unique_ptr<NPARTest> ConstructTest(TestConstruction& construction);
 
 /// The shape that all construct functions share: fresh settings with what every test reads, the
 /// checks of the entry, and a test that is made in any case, born failed where a check failed.

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "catalogue/card.h"
 #include "foundation/names.h"
 #include "kit/contract/test.h"
 
@@ -17,10 +16,9 @@ struct Condition {
 
 /// What an "Algorithm" element begins with.
 struct AlgorithmHead {
-  std::string_view name;            ///< "RSign"
-  std::string_view classification;  ///< "Related_Samples"
-  /// The significance that decides; an interval estimate has none.
-  std::optional<double> decidingSig;
+  const catalogue::Card& card;
+  /// The significance that decides; not read for an estimate.
+  double decidingSig;
   Condition condition;
   /// Given texts that are no category of the field.
   std::vector<std::string> unknownTexts = {};

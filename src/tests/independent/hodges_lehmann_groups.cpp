@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "catalogue/cards/hodges_lehmann_groups.h"
 #include "kit/statistics/mann_whitney_moments.h"
 #include "planning/two_group_construction.h"
 #include "report/elements.h"
@@ -55,7 +56,9 @@ XMLElement* NPARHodgesLehmannTwoIndep::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructHodgesLehmannGroupsTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::hodges_lehmann_groups::kCard>(
+    TestConstruction& construction) {
   const auto variables =
       ResolveTwoGroups(construction, TwoGroupEntryCodesFrom(NPARHodgesLehmannTwoIndep::kCodeBase));
   return AddTwoGroupTest<NPARHodgesLehmannTwoIndep>(construction, variables);

@@ -41,7 +41,3 @@ class NPARHodgesLehmannTwoIndep final : public NPARTwoGroupTest {
   double lower = 0.0;
   double upper = 0.0;
 };
-
-/// Makes the estimate of an entry "IHodgesLehmannEstimateGroups". Errors 222501, 222503, 222512 to
-/// 222515.
-std::unique_ptr<NPARTest> ConstructHodgesLehmannGroupsTest(TestConstruction& construction);

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "catalogue/cards/jonckheere_terpstra.h"
 #include "planning/group_construction.h"
 #include "report/box_plot_table.h"
 #include "report/comparison_tables.h"
@@ -231,7 +232,9 @@ XMLElement* NPARJonckTer::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructJonckheereTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::jonckheere_terpstra::kCard>(
+    TestConstruction& construction) {
   const auto variables = construction.LookUpTestAndGroup(
       {kNoVariable, kNoGroup, kUnknownVariable, kNotContinuous, kNotCategorical});
   if (construction.IsOK()) {

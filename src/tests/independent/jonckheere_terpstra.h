@@ -78,6 +78,3 @@ class NPARJonckTer final : public NPARColumnTest {
   std::vector<JonckheerePair> pairs;       // all pairs of the groups with data
   RangeCounts ranges{0};                   // all ranges of them
 };
-
-/// Makes the test of an entry "IJonckheereTerpstra". Errors 222215, 222216, 222203, 222218, 222217.
-std::unique_ptr<NPARTest> ConstructJonckheereTest(TestConstruction& construction);

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "catalogue/cards/kruskal_wallis.h"
 #include "planning/group_construction.h"
 #include "report/box_plot_table.h"
 #include "report/comparison_tables.h"
@@ -193,7 +194,9 @@ XMLElement* NPARKruskalWOneWay::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructKruskalWallisTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::kruskal_wallis::kCard>(
+    TestConstruction& construction) {
   const auto variables = construction.LookUpTestAndGroup(
       {kNoVariable, kNoVariable, kNoVariable, kNotContinuous, kNotCategorical, false});
   construction.PutTestAndGroup(variables);

@@ -57,6 +57,3 @@ class NPARKruskalWOneWay final : public NPARColumnTest {
   std::vector<std::size_t> positionOfPlace;  // and back
   RangeCounts ranges{0};                     // of the groups in that order
 };
-
-/// Makes the test of an entry "IKruskalWallis". Errors 222103, 222109, 222110, 222101, 222115.
-std::unique_ptr<NPARTest> ConstructKruskalWallisTest(TestConstruction& construction);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include "catalogue/cards/ks_two_sample.h"
 #include "kit/records/record_weight.h"
 #include "kit/statistics/kolmogorov_smirnov.h"
 #include "planning/two_group_construction.h"
@@ -176,7 +177,9 @@ XMLElement* NPARKSmirnowTwoSample::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructKSTwoSampleTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::ks_two_sample::kCard>(
+    TestConstruction& construction) {
   const auto variables = ResolveTwoGroups(construction, kEntryCodes);
   return AddTwoGroupTest<NPARKSmirnowTwoSample>(construction, variables);
 }

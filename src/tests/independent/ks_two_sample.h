@@ -64,6 +64,3 @@ class NPARKSmirnowTwoSample final : public NPARColumnTest {
   double z = 0.0;
   double asymptoticSig = 0.0;
 };
-
-/// Makes the test of an entry "IKolmogorovSmirnov". Errors 222001, 222003, 222009, 222012, 222013.
-std::unique_ptr<NPARTest> ConstructKSTwoSampleTest(TestConstruction& construction);

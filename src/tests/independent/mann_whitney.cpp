@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "catalogue/cards/mann_whitney.h"
 #include "kit/statistics/mann_whitney_exact.h"
 #include "kit/statistics/mann_whitney_moments.h"
 #include "planning/two_group_construction.h"
@@ -56,7 +57,9 @@ XMLElement* NPARMannWU::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructMannWhitneyTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::mann_whitney::kCard>(
+    TestConstruction& construction) {
   const auto variables =
       ResolveTwoGroups(construction, TwoGroupEntryCodesFrom(NPARMannWU::kCodeBase));
   return AddTwoGroupTest<NPARMannWU>(construction, variables);

@@ -45,6 +45,3 @@ class NPARMannWU final : public NPARTwoGroupTest {
   double asymptoticSig = 0.0;
   std::optional<double> exactSig;
 };
-
-/// Makes the test of an entry "IMannWhitneyU". Errors 220701, 220703, 220712 to 220715.
-std::unique_ptr<NPARTest> ConstructMannWhitneyTest(TestConstruction& construction);

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "catalogue/cards/median.h"
 #include "planning/group_construction.h"
 #include "report/box_plot_table.h"
 #include "report/comparison_tables.h"
@@ -308,7 +309,8 @@ XMLElement* NPARKSMedian::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructMedianTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::median::kCard>(TestConstruction& construction) {
   const auto variables = construction.LookUpTestAndGroup(
       {kNoVariable, kNoVariable, kNoVariable, kNotContinuous, kNotCategorical, false});
   construction.PutTestAndGroup(variables);

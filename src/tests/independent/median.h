@@ -72,6 +72,3 @@ class NPARKSMedian final : public NPARColumnTest {
   MultipleComparison comparison;
   std::vector<SortedSample> sortedGroups;  // by place
 };
-
-/// Makes the test of an entry "IMedian". Errors 222303, 222309, 222310, 222315, 222302.
-std::unique_ptr<NPARTest> ConstructMedianTest(TestConstruction& construction);

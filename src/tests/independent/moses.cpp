@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "catalogue/cards/moses.h"
 #include "planning/two_group_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"
@@ -124,7 +125,8 @@ XMLElement* NPARMoses::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructMosesTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::moses::kCard>(TestConstruction& construction) {
   const auto variables =
       ResolveTwoGroups(construction, TwoGroupEntryCodesFrom(NPARMoses::kCodeBase));
   if (construction.ReadFlag("userSpecifyNumberOfOutliers")) {

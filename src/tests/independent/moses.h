@@ -87,7 +87,3 @@ class NPARMoses final : public NPARTwoGroupTest {
 /// 2 `trimmed`.
 [[nodiscard]] double MosesSpanTail(std::int64_t control, std::int64_t experimental,
                                    std::int64_t trimmed, std::int64_t span);
-
-/// Makes the test of an entry "IMoses". Errors 220501, 220503, 220512 to 220515, and 220516: the
-/// number of outliers is to be given and is absent or negative.
-std::unique_ptr<NPARTest> ConstructMosesTest(TestConstruction& construction);

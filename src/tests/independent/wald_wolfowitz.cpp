@@ -1,5 +1,6 @@
 #include "tests/independent/wald_wolfowitz.h"
 
+#include "catalogue/cards/wald_wolfowitz.h"
 #include "planning/two_group_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"
@@ -68,7 +69,9 @@ XMLElement* NPARWaldWolfRuns::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructWaldWolfowitzTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::wald_wolfowitz::kCard>(
+    TestConstruction& construction) {
   const auto variables =
       ResolveTwoGroups(construction, TwoGroupEntryCodesFrom(NPARWaldWolfRuns::kCodeBase));
   return AddTwoGroupTest<NPARWaldWolfRuns>(construction, variables);

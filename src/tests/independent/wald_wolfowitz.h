@@ -52,6 +52,3 @@ class NPARWaldWolfRuns final : public NPARTwoGroupTest {
   Figures minimum;
   Figures maximum;
 };
-
-/// Makes the test of an entry "IWaldWolfowitzRuns". Errors 220601, 220603, 220612 to 220615.
-std::unique_ptr<NPARTest> ConstructWaldWolfowitzTest(TestConstruction& construction);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "catalogue/cards/binomial.h"
 #include "kit/statistics/binomial_tails.h"
 #include "report/elements.h"
 #include "report/messages.h"
@@ -127,7 +128,9 @@ XMLElement* NPARBinomial::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructBinomialTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::binomial::kCard>(
+    TestConstruction& construction) {
   const TwoClassEntry classes = ReadTwoClasses(construction, kConstructionCodes);
   double probability = 0.0;
   if (construction.IsOK() && construction.Read("testProbability", probability)) {

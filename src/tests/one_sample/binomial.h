@@ -49,6 +49,3 @@ class NPARBinomial final : public NPARRecordTest {
   double asymptoticSig = 0.0;
   std::optional<double> exactSig;
 };
-
-/// Makes the test of an entry "OBinomial". Errors 221303, 221304, 221312 to 221316.
-std::unique_ptr<NPARTest> ConstructBinomialTest(TestConstruction& construction);

@@ -4,6 +4,7 @@
 #include <limits>
 #include <map>
 
+#include "catalogue/cards/chi_square.h"
 #include "kit/groups/category_selection.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
@@ -212,7 +213,9 @@ XMLElement* NPARChiSquare::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructChiSquareTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::chi_square::kCard>(
+    TestConstruction& construction) {
   ReadEntry(construction);
   return construction.Make<NPARChiSquare>();
 }

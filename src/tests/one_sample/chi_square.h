@@ -50,6 +50,3 @@ class NPARChiSquare final : public NPARRecordTest {
   double chiSquare = 0.0;
   double sig = 0.0;
 };
-
-/// Makes the test of an entry "OChiSquare". Errors 220201, 220203, 220204, 220209, 220212.
-std::unique_ptr<NPARTest> ConstructChiSquareTest(TestConstruction& construction);

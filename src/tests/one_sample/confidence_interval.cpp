@@ -1,5 +1,6 @@
 #include "tests/one_sample/confidence_interval.h"
 
+#include "catalogue/cards/confidence_interval.h"
 #include "report/elements.h"
 #include "report/messages.h"
 #include "tests/one_sample/two_class_condition.h"
@@ -95,7 +96,9 @@ XMLElement* NPAREstimateCI::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructEstimateCITest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::confidence_interval::kCard>(
+    TestConstruction& construction) {
   CheckTwoClasses(construction, kConstructionCodes,
                   ReadTwoClasses(construction, kConstructionCodes));
   for (const char* key : kMethodKeys) construction.Copy(key);

@@ -33,7 +33,3 @@ class NPAREstimateCI final : public NPARRecordTest {
   std::optional<ProportionInterval> jeffreys;
   std::optional<ProportionInterval> profileLikelihood;
 };
-
-/// Makes the test of an entry "OEstimateConfidenceInterval". Errors 221503, 221504, 221511 to
-/// 221515.
-std::unique_ptr<NPARTest> ConstructEstimateCITest(TestConstruction& construction);

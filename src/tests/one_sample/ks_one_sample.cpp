@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "catalogue/cards/ks_one_sample.h"
 #include "kit/statistics/kolmogorov_smirnov.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
@@ -408,18 +409,26 @@ std::unique_ptr<NPARTest> ConstructKSOneSampleTest(TestConstruction& constructio
 
 }  // namespace
 
-std::unique_ptr<NPARTest> ConstructKSNormalTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::ks_one_sample::kNormal>(
+    TestConstruction& construction) {
   return ConstructKSOneSampleTest(construction, "normal");
 }
 
-std::unique_ptr<NPARTest> ConstructKSUniformTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::ks_one_sample::kUniform>(
+    TestConstruction& construction) {
   return ConstructKSOneSampleTest(construction, "uniform");
 }
 
-std::unique_ptr<NPARTest> ConstructKSPoissonTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::ks_one_sample::kPoisson>(
+    TestConstruction& construction) {
   return ConstructKSOneSampleTest(construction, "poisson");
 }
 
-std::unique_ptr<NPARTest> ConstructKSExponentialTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::ks_one_sample::kExponential>(
+    TestConstruction& construction) {
   return ConstructKSOneSampleTest(construction, "exponential");
 }

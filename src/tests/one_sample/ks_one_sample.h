@@ -109,10 +109,3 @@ class NPARKSmirnowOneSample final : public NPARColumnTest {
   double testStatistic = 0.0;
   double sig = 0.0;
 };
-
-/// Make the tests of the entries "OKolmogorovSmirnovNormal", "...Uniform", "...Poisson" and
-/// "...Exponential". Errors 220303, 220304.
-std::unique_ptr<NPARTest> ConstructKSNormalTest(TestConstruction& construction);
-std::unique_ptr<NPARTest> ConstructKSUniformTest(TestConstruction& construction);
-std::unique_ptr<NPARTest> ConstructKSPoissonTest(TestConstruction& construction);
-std::unique_ptr<NPARTest> ConstructKSExponentialTest(TestConstruction& construction);

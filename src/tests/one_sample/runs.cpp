@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "catalogue/cards/runs.h"
 #include "kit/groups/category_selection.h"
 #include "kit/statistics/runs_approximation.h"
 #include "planning/test_construction.h"
@@ -194,7 +195,8 @@ XMLElement* NPARRuns::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructRunsTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::runs::kCard>(TestConstruction& construction) {
   ReadEntry(construction);
   return construction.Make<NPARRuns>();
 }

@@ -57,6 +57,3 @@ class NPARRuns final : public NPARRecordTest {
   double standardTestStatistic = 0.0;
   double sig = 0.0;
 };
-
-/// Makes the test of an entry "ORuns". Errors 220101, 220103, 220109, 220110, 220111.
-std::unique_ptr<NPARTest> ConstructRunsTest(TestConstruction& construction);

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <vector>
 
+#include "catalogue/cards/wilcoxon.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"
@@ -113,7 +114,9 @@ XMLElement* NPARWilcoxonSR::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructWilcoxonOneSampleTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::wilcoxon::kCard>(
+    TestConstruction& construction) {
   NPARPlanner& planner = construction.Planner();
   const std::int32_t index =
       construction.LookUpVariable("variableName", kNoVariableName, kUnknownVariable);

@@ -49,6 +49,3 @@ class NPARWilcoxonSR final : public NPARRecordTest {
   double standardTestStatistic = 0.0;
   double sig2Tailed = 0.0;
 };
-
-/// Makes the test of an entry "OWilcoxonSignedRanks". Errors 220801, 220803, 220812, 220815.
-std::unique_ptr<NPARTest> ConstructWilcoxonOneSampleTest(TestConstruction& construction);

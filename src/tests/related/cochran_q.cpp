@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "catalogue/cards/cochran_q.h"
 #include "planning/test_construction.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
@@ -232,7 +233,9 @@ XMLElement* NPARCochransQ::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructCochransQTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::cochran_q::kCard>(
+    TestConstruction& construction) {
   NPARPlanner& planner = construction.Planner();
   VariableKind kind = VariableKind::None;
   const std::vector<std::int32_t> tested =

@@ -69,6 +69,3 @@ class NPARCochransQ final : public NPARRecordTest {
   RangeFigures overall;
   std::vector<WideInteger> rangeSumRSquared;  // by place in the work list
 };
-
-/// Makes the test of an entry "RCochransQ". Errors 221203, 221210, 221214, 221215, 221216.
-std::unique_ptr<NPARTest> ConstructCochransQTest(TestConstruction& construction);

@@ -1,5 +1,6 @@
 #include "tests/related/friedman.h"
 
+#include "catalogue/cards/friedman.h"
 #include "planning/test_construction.h"
 
 const NPARRankedRecords::Profile NPARFriedman::kProfile{
@@ -17,7 +18,9 @@ const NPARRankedRecords::Profile NPARFriedman::kProfile{
 
 NPARFriedman::NPARFriedman(QDSettings* settings) : NPARRankedRecords(settings, kProfile) {}
 
-std::unique_ptr<NPARTest> ConstructFriedmanTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::friedman::kCard>(
+    TestConstruction& construction) {
   NPARFriedman::ReadEntry(construction, NPARFriedman::kProfile);
   return construction.Make<NPARFriedman>();
 }

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "catalogue/cards/hodges_lehmann_pairs.h"
 #include "kit/ranks/rank.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
@@ -106,7 +107,9 @@ XMLElement* NPARHodgesLehmannPairs::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructHodgesLehmannPairsTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::hodges_lehmann_pairs::kCard>(
+    TestConstruction& construction) {
   LookUpContinuousFields(construction, kFieldCodes, FieldCount::Two);
   return construction.Make<NPARHodgesLehmannPairs>();
 }

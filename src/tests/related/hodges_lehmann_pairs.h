@@ -56,7 +56,3 @@ class NPARHodgesLehmannPairs final : public NPARRecordTest {
   double lower = 0.0;
   double upper = 0.0;
 };
-
-/// Makes the estimate of an entry "RHodgesLehmannEstimatePairs". Errors 222403, 222404, 222409,
-/// 222410.
-std::unique_ptr<NPARTest> ConstructHodgesLehmannPairsTest(TestConstruction& construction);

@@ -1,5 +1,6 @@
 #include "tests/related/kendall_w.h"
 
+#include "catalogue/cards/kendall_w.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
 
@@ -22,7 +23,9 @@ void NPARKendallsW::WriteOwnFigures(XMLElement& statistics) const {
   AddAttributeRow(statistics, "KendallsW", ChiSquare() / (DegreesOfFreedom() * Records()));
 }
 
-std::unique_ptr<NPARTest> ConstructKendallsWTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::kendall_w::kCard>(
+    TestConstruction& construction) {
   NPARKendallsW::ReadEntry(construction, NPARKendallsW::kProfile);
   return construction.Make<NPARKendallsW>();
 }

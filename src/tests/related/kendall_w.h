@@ -12,14 +12,8 @@ class NPARKendallsW final : public NPARRankedRecords {
  public:
   /// Takes the settings over.
   explicit NPARKendallsW(QDSettings* settings);
+  static const Profile kProfile;
 
  private:
   void WriteOwnFigures(XMLElement& statistics) const override;
-
-  static const Profile kProfile;
-  friend std::unique_ptr<NPARTest> ConstructKendallsWTest(TestConstruction& construction);
 };
-
-/// Makes the test of an entry "RKendallsCoefficient". Errors 221901, 221903, 221904, 221909,
-/// 221911.
-std::unique_ptr<NPARTest> ConstructKendallsWTest(TestConstruction& construction);

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <utility>
 
+#include "catalogue/cards/marginal_homogeneity.h"
 #include "report/elements.h"
 #include "report/messages.h"
 #include "tests/related/category_pair.h"
@@ -113,7 +114,9 @@ XMLElement* NPARMargHomo::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructMarginalHomogeneityTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::marginal_homogeneity::kCard>(
+    TestConstruction& construction) {
   NPARPlanner& planner = construction.Planner();
   const CategoryPair pair = ReadCategoryPair(construction, kPairCodes);
   CategoryUnion categories;

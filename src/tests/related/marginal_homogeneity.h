@@ -52,6 +52,3 @@ class NPARMargHomo final : public NPARRecordTest {
   double standardTestStatistic = 0.0;
   double asymptoticSig = 0.0;
 };
-
-/// Makes the test of an entry "RMarginalHomogeneity". Errors 221703, 221709, 221710, 221711.
-std::unique_ptr<NPARTest> ConstructMarginalHomogeneityTest(TestConstruction& construction);

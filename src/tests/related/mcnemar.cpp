@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "catalogue/cards/mcnemar.h"
 #include "kit/groups/category_selection.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
@@ -177,7 +178,8 @@ void ReadGivenValues(TestConstruction& construction, const CategoryPair& pair) {
 
 }  // namespace
 
-std::unique_ptr<NPARTest> ConstructMcNemarTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::mcnemar::kCard>(TestConstruction& construction) {
   NPARPlanner& planner = construction.Planner();
   const CategoryPair pair = ReadCategoryPair(construction, kPairCodes);
   if (construction.IsOK() && construction.KindOf(pair.first) != construction.KindOf(pair.second)) {

@@ -63,6 +63,3 @@ class NPARMcNemar final : public NPARRecordTest {
   double asymptoticSig = 0.0;
   std::optional<double> exactSig;
 };
-
-/// Makes the test of an entry "RMcNemar". Errors 221603, 221611, 221613, 221614.
-std::unique_ptr<NPARTest> ConstructMcNemarTest(TestConstruction& construction);

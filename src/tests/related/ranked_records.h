@@ -38,7 +38,6 @@ class NPARRankedRecords : public NPARColumnTest {
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
- protected:
   /// What parts the two tests. The texts live as long as the program.
   struct Profile {
     const char* name;
@@ -48,12 +47,13 @@ class NPARRankedRecords : public NPARColumnTest {
     ComparisonCodes comparisonCodes;
   };
 
+  /// Reads the entry into the settings of a test.
+  static void ReadEntry(TestConstruction& construction, const Profile& profile);
+
+ protected:
   NPARRankedRecords(QDSettings* settings, const Profile& profile);
   /// Figures of the test's own, which stand behind "TotalN".
   virtual void WriteOwnFigures(XMLElement& /*statistics*/) const {}
-
-  /// Reads the entry into the settings of a test.
-  static void ReadEntry(TestConstruction& construction, const Profile& profile);
 
   [[nodiscard]] double ChiSquare() const noexcept { return overall.testStatistic; }
   [[nodiscard]] double DegreesOfFreedom() const noexcept {

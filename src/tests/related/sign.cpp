@@ -3,29 +3,21 @@
 #include <algorithm>
 #include <cmath>
 
+#include "catalogue/cards/sign.h"
+#include "catalogue/run.h"
 #include "kit/statistics/binomial_tails.h"
 #include "planning/test_construction.h"
 #include "report/algorithm_element.h"
 #include "report/difference_table.h"
 #include "report/elements.h"
 
-namespace {
-
-constexpr std::int32_t kNoData = 220003;            // the weights sum to 0
-constexpr std::int32_t kUnknownVariable = 220903;   // parameter: the name
-constexpr std::int32_t kNoVariableName = 220912;    // no variables are named
-constexpr std::int32_t kNotContinuous = 220915;     // parameter: the variable's index
-constexpr std::int32_t kExactGiven = 220916;        // help: the exact p is given
-constexpr std::int32_t kTooManyVariables = 220917;  // more than two
-constexpr std::int32_t kNoPair = 220918;            // not two different variables
-
-}  // namespace
+namespace card = catalogue::sign;
 
 void NPARSign::Prepare(const SettingsReader& settings) {
   ExpectPasses(2);
   if (!differences.ReadPair(settings) || std::min(differences.First(), differences.Second()) < 0 ||
       differences.First() == differences.Second()) {
-    Fail(kNoPair);
+    Fail(card::kNoPair);
   }
 }
 
@@ -40,7 +32,7 @@ void NPARSign::Take(RecordBatch& batch) {
 
 void NPARSign::Compute() {
   if (differences.TotalN() == 0) {
-    Fail(kNoData);
+    Fail(catalogue::run::kNoData);
     return;
   }
   const std::int64_t n = differences.PositiveCount() + differences.NegativeCount();
@@ -49,7 +41,7 @@ void NPARSign::Compute() {
     return;
   }
   if (n <= kExactLimit) {
-    Help(kExactGiven);
+    Help(card::kExactGiven);
     const auto tails = TailsOfCount(differences.PositiveCount(), n, 0.5);
     if (tails) exactSig = std::min(1.0, 2.0 * std::min(tails->lower, tails->upper));
   }
@@ -75,8 +67,7 @@ void NPARSign::Finish() { differences.EndHistogram(); }
 XMLElement* NPARSign::WriteResults() {
   return WriteAlgorithm(
       *this,
-      {.name = "RSign",
-       .classification = "Related_Samples",
+      {.card = card::kCard,
        .decidingSig = exactSig.value_or(asymptoticSig),
        .condition = {"R_Sign_2",
                      {IndexText(differences.First()), IndexText(differences.Second())}}},
@@ -92,13 +83,14 @@ XMLElement* NPARSign::WriteResults() {
       });
 }
 
-std::unique_ptr<NPARTest> ConstructSignTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
   NPARPlanner& planner = construction.Planner();
   const std::vector<std::int32_t> variables = construction.LookUpList(
-      kNoVariableName, kUnknownVariable,
-      [&](std::int32_t index) { construction.RequireContinuous(index, kNotContinuous); });
-  if (variables.size() > 2) construction.Fail(kTooManyVariables);
-  if (variables.size() < 2) construction.Fail(kNoPair);
+      card::kNoVariableName, card::kUnknownVariable,
+      [&](std::int32_t index) { construction.RequireContinuous(index, card::kNotContinuous); });
+  if (variables.size() > 2) construction.Fail(card::kTooManyVariables);
+  if (variables.size() < 2) construction.Fail(card::kNoPair);
   construction.Put("variableIndex", variables);
   if (construction.IsOK()) {
     // Hosts expect the summaries of the list's first two variables, whichever pair is tested.

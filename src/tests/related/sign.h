@@ -44,6 +44,3 @@ class NPARSign final : public NPARTest {
   double asymptoticSig = 0.0;
   std::optional<double> exactSig;
 };
-
-/// Makes the test of an entry "RSign". Errors 220903, 220912, 220915, 220917, 220918.
-std::unique_ptr<NPARTest> ConstructSignTest(TestConstruction& construction);

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "catalogue/cards/wilcoxon_pairs.h"
 #include "planning/test_construction.h"
 #include "report/difference_table.h"
 #include "report/elements.h"
@@ -98,7 +99,9 @@ XMLElement* NPARWilcoxonPairs::WriteResults() {
   return algorithm.release();
 }
 
-std::unique_ptr<NPARTest> ConstructWilcoxonPairsTest(TestConstruction& construction) {
+template <>
+std::unique_ptr<NPARTest> ConstructTest<catalogue::wilcoxon_pairs::kCard>(
+    TestConstruction& construction) {
   LookUpContinuousFields(construction, kFieldCodes, FieldCount::Two);
   return construction.Make<NPARWilcoxonPairs>();
 }

@@ -48,6 +48,3 @@ class NPARWilcoxonPairs final : public NPARColumnTest {
   double asymptoticSig = 0.0;
   int passIndex = 0;  // passes finished
 };
-
-/// Makes the test of an entry "RWilcoxonSignedRanks". Errors 221003, 221004, 221009, 221010.
-std::unique_ptr<NPARTest> ConstructWilcoxonPairsTest(TestConstruction& construction);

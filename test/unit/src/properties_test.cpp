@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "catalogue/catalogue.h"
 #include "frame/settings_translator.h"
-#include "planning/test_table.h"
 #include "support/algorithm_element.h"
 #include "support/run_all_passes.h"
 #include "support/test_settings.h"
@@ -177,11 +177,11 @@ AlgorithmElement Run(const Rows& rows, const std::string& name, const TestSettin
 }
 
 TEST(PropertyTable, NamesEveryTest) {
-  for (const TestTableRow& row : TestTable()) {
-    const auto isIt = [&](const Tested& entry) { return entry.name == row.entryName; };
+  for (const catalogue::Card* card : catalogue::kCards) {
+    const auto isIt = [&](const Tested& entry) { return card->entry == entry.name; };
     EXPECT_TRUE(std::any_of(std::begin(kEntries), std::end(kEntries), isIt) ||
                 std::any_of(std::begin(kOrderedEntries), std::end(kOrderedEntries), isIt))
-        << row.entryName;
+        << card->name;
   }
 }
 
