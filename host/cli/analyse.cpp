@@ -4,15 +4,15 @@
 #include <filesystem>
 #include <memory>
 
-#include "host/cli/analysis_documents.h"
 #include "host/cli/command_line.h"
 #include "host/cli/commands.h"
 #include "host/cli/execution.h"
 #include "host/cli/output.h"
 #include "host/cli/report_request.h"
-#include "host/cli/word_list.h"
 #include "host/render/result_model.h"
 #include "host/render/text_layout.h"
+#include "host/request/analysis_documents.h"
+#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {

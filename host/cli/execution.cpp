@@ -9,13 +9,13 @@
 #include "host/cli/interrupt.h"
 #include "host/cli/output.h"
 #include "host/cli/progress_bar.h"
-#include "host/cli/word_list.h"
 #include "host/data/csv.h"
 #include "host/data/input_error.h"
 #include "host/data/text_source.h"
 #include "host/loader/analysis_run.h"
 #include "host/messages/messages.h"
 #include "host/render/text.h"
+#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {

@@ -3,8 +3,8 @@
 
 #include "host/cli/commands.h"
 #include "host/cli/output.h"
-#include "host/cli/word_list.h"
 #include "host/messages/messages.h"
+#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {

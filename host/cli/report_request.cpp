@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "host/cli/terminal.h"
-#include "host/cli/word_list.h"
 #include "host/data/input_error.h"
+#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {

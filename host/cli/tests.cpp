@@ -4,9 +4,9 @@
 #include "host/cli/commands.h"
 #include "host/cli/output.h"
 #include "host/cli/test_registry.h"
-#include "host/cli/word_list.h"
 #include "host/data/input_error.h"
 #include "host/data/near_miss.h"
+#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {

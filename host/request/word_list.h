@@ -7,7 +7,7 @@
 
 namespace npar_host {
 
-/// The command line is wrong; the text says what and what to do.
+/// What was asked for is wrong; the text says what and what to do.
 class UsageError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -1,11 +1,11 @@
-#include "host/cli/test_request.h"
+#include "host/request/test_request.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sstream>
 
-#include "host/cli/word_list.h"
+#include "host/request/word_list.h"
 #include "support/parameters_text.h"
 
 namespace npar_host {

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/cli/test_request.h"
+#include "host/request/test_request.h"
 
 namespace npar_host {
 
@@ -15,7 +15,7 @@ struct FieldMeasure {
   std::vector<std::string> categories;
 };
 
-/// What `npar analyse` was asked for.
+/// An analysis as it is asked for.
 struct AnalysisRequest {
   std::vector<std::string> oneSampleFields;
   std::vector<std::string> relatedFields;

@@ -10,7 +10,7 @@
 
 namespace npar_host {
 
-/// A test as asked for on the command line: NAME[:key=value,..]. A backslash before a separator
+/// A test as it is asked for: NAME[:key=value,..]. A backslash before a separator
 /// takes it as a plain character.
 class TestRequest {
  public:

@@ -1,4 +1,4 @@
-#include "host/cli/word_list.h"
+#include "host/request/word_list.h"
 
 #include <cstddef>
 

@@ -1,4 +1,4 @@
-#include "host/cli/test_request.h"
+#include "host/request/test_request.h"
 
 #include <algorithm>
 #include <charconv>
@@ -6,10 +6,10 @@
 #include <set>
 #include <system_error>
 
-#include "host/cli/word_list.h"
 #include "host/data/input_error.h"
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
+#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {

@@ -1,9 +1,9 @@
-#include "host/cli/analysis_documents.h"
+#include "host/request/analysis_documents.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "host/cli/word_list.h"
+#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {

@@ -1,13 +1,13 @@
-#include "host/cli/analysis_documents.h"
+#include "host/request/analysis_documents.h"
 
 #include <algorithm>
 #include <set>
 #include <sstream>
 
-#include "host/cli/word_list.h"
 #include "host/data/input_error.h"
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
+#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {
