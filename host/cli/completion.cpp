@@ -37,7 +37,7 @@ std::string TestWords() { return Joined(TestNames(), " "); }
 
 /// What follows an option, or stands behind a command, where that is one of a few words.
 struct Choice {
-  std::vector<std::string> places;
+  std::vector<std::string> contexts;
   std::string words;
 };
 
@@ -52,9 +52,9 @@ std::vector<Choice> CommandChoices() {
   return {{{"tests"}, TestWords()}, {{"completion"}, "bash zsh"}};
 }
 
-const Choice* FindChoice(const std::vector<Choice>& choices, const std::string& place) {
+const Choice* FindChoice(const std::vector<Choice>& choices, const std::string& context) {
   for (const Choice& choice : choices) {
-    if (std::ranges::find(choice.places, place) != choice.places.end()) return &choice;
+    if (std::ranges::find(choice.contexts, context) != choice.contexts.end()) return &choice;
   }
   return nullptr;
 }
@@ -71,7 +71,7 @@ std::vector<std::string> LongNames(const CLI::App& command) {
 std::string BashCases(const std::vector<Choice>& choices) {
   std::string text;
   for (const Choice& choice : choices) {
-    text += "    " + Joined(choice.places, "|") + ") words=\"" + choice.words + "\" ;;\n";
+    text += "    " + Joined(choice.contexts, "|") + ") words=\"" + choice.words + "\" ;;\n";
   }
   return text;
 }

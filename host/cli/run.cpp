@@ -26,7 +26,7 @@ struct RunOptions {
 };
 
 std::string PlaceOf(const NamedText& document, std::ptrdiff_t offset) {
-  return PlaceInText(document.name, document.text, static_cast<std::size_t>(offset));
+  return LocationInText(document.name, document.text, static_cast<std::size_t>(offset));
 }
 
 // The component would refuse it too, but does not know the file's name.

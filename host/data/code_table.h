@@ -21,8 +21,8 @@ class CodeTable {
   [[nodiscard]] std::uint32_t Find(std::uint64_t hash, const IsSame& isSame) const {
     const std::size_t mask = slots.size() - 1;
     const auto mark = static_cast<std::uint32_t>(hash >> 32);
-    for (std::size_t place = mark & mask;; place = (place + 1) & mask) {
-      const Slot& slot = slots[place];
+    for (std::size_t index = mark & mask;; index = (index + 1) & mask) {
+      const Slot& slot = slots[index];
       if (slot.code == kNone) return kNone;
       if (slot.mark == mark && isSame(slot.code)) return slot.code;
     }
@@ -42,9 +42,9 @@ class CodeTable {
 
   void Put(Slot slot) {
     const std::size_t mask = slots.size() - 1;
-    std::size_t place = slot.mark & mask;
-    while (slots[place].code != kNone) place = (place + 1) & mask;
-    slots[place] = slot;
+    std::size_t index = slot.mark & mask;
+    while (slots[index].code != kNone) index = (index + 1) & mask;
+    slots[index] = slot;
   }
 
   void Grow() {

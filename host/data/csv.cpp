@@ -185,7 +185,7 @@ Dataset CsvReader::Read(const std::vector<CellReading>& readings) {
     state.reading = readings[i];
     state.name = &names[i];
     if (state.reading == CellReading::Skip) continue;
-    state.place = data.columns.size();
+    state.indexInRow = data.columns.size();
     state.column = &data.columns.emplace_back();
     state.column->name = names[i];
     state.column->isText = state.reading == CellReading::Text;
@@ -210,7 +210,7 @@ const char* CsvReader::ReadRecord(const char* position, double* row, std::size_t
   for (std::size_t i = 0;; ++i) {
     State& state = states[i];
     if (state.reading == CellReading::Number || state.reading == CellReading::Detect) {
-      const char* next = ParsePlainNumber(position, row[state.place]);
+      const char* next = ParsePlainNumber(position, row[state.indexInRow]);
       const bool isWhole = next != nullptr && *next == (i == last ? lineEnd : options.separator);
       if (isWhole && !(hasNumberToken && IsMissing({position, next}))) {
         position = next + 1;
@@ -227,7 +227,7 @@ const char* CsvReader::ReadCell(State& state, const char* position, double* row,
                                 std::size_t record) {
   const Cell cell = NextCell(position);
   if (state.reading == CellReading::Skip) return cell.next;
-  double& value = row[state.place];
+  double& value = row[state.indexInRow];
   if (state.reading == CellReading::Text) {
     value = IsMissing(cell.text) ? kMissingCode : CodeOf(state, cell.text, position);
     return cell.next;
@@ -287,7 +287,8 @@ void CsvReader::ReadLateTexts(Dataset& data) {
       State& state = states[i];
       const Cell cell = NextCell(position);
       if (record < state.textFrom) {
-        row[state.place] = IsMissing(cell.text) ? kMissingCode : CodeOf(state, cell.text, position);
+        row[state.indexInRow] =
+            IsMissing(cell.text) ? kMissingCode : CodeOf(state, cell.text, position);
       }
       position = PassSeparator(cell.next, i, position);
     }
@@ -297,7 +298,7 @@ void CsvReader::ReadLateTexts(Dataset& data) {
 void CsvReader::Fail(const char* position, const std::string& message) const {
   const std::string_view text = source.Text();
   const auto offset = static_cast<std::size_t>(position - text.data());
-  throw InputError(PlaceInText(source.Name(), text, offset) + ": " + message);
+  throw InputError(LocationInText(source.Name(), text, offset) + ": " + message);
 }
 
 void CsvReader::FailCell(const State& state, std::string_view text, const char* position) const {

@@ -29,7 +29,7 @@ struct CsvOptions {
 class CsvReader {
  public:
   /// Opens the file ("-" is standard input) and reads the header line. A column without a name is
-  /// called by its place, "column1". InputError for a file without header or records, and for two
+  /// called by its number, "column1". InputError for a file without header or records, and for two
   /// columns of one name.
   explicit CsvReader(const std::string& path, CsvOptions options = {});
 
@@ -48,7 +48,7 @@ class CsvReader {
   };
   struct State {
     CellReading reading = CellReading::Detect;
-    std::size_t place = 0;     // in a row
+    std::size_t indexInRow = 0;
     std::size_t textFrom = 0;  // records before it stand as numbers, in a column of texts
     Column* column = nullptr;
     const std::string* name = nullptr;

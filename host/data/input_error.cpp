@@ -11,7 +11,7 @@ bool IsContinuationByte(char byte) { return (static_cast<unsigned char>(byte) & 
 
 }  // namespace
 
-std::string PlaceInText(std::string_view name, std::string_view text, std::size_t offset) {
+std::string LocationInText(std::string_view name, std::string_view text, std::size_t offset) {
   const std::string_view before = text.substr(0, std::min(offset, text.size()));
   std::size_t line = 1;
   std::size_t lineStart = 0;

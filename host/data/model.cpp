@@ -76,12 +76,12 @@ CellReading ReadingOf(const FieldSpec& spec) {
 }
 
 [[noreturn]] void FailValue(const ValueSpec& value, const std::string& message) {
-  throw InputError(value.place + ": value " + Quoted(value.value) + " " + message);
+  throw InputError(value.location + ": value " + Quoted(value.value) + " " + message);
 }
 
-/// The categories of a field whose cells are places in a pool, and the code of each: the values
-/// listed, then the others in ascending order. `cellOf` finds the place of a listed value,
-/// `categoryOf` describes the category of a place; a listed one keeps its own label.
+/// The categories of a field whose cells are indices into a pool, and the code of each: the values
+/// listed, then the others in ascending order. `cellOf` finds the index of a listed value,
+/// `categoryOf` describes the category of an index; a listed one keeps its own label.
 template <class Pool, class CellOf, class CategoryOf>
 void ListCategories(Field& field, const FieldSpec& spec, Pool& pool, const CellOf& cellOf,
                     const CategoryOf& categoryOf) {
@@ -186,7 +186,7 @@ std::vector<const FieldSpec*> MatchSpecs(const std::vector<std::string>& names,
   for (const FieldSpec& spec : specs) {
     const auto found = columnOfName.find(spec.name);
     if (found == columnOfName.end()) {
-      throw InputError(spec.place + ": the data has no field " + Quoted(spec.name) +
+      throw InputError(spec.location + ": the data has no field " + Quoted(spec.name) +
                        NearMiss(spec.name, names) + "; take a name of the header line");
     }
     specOfColumn[found->second] = &spec;

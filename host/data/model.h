@@ -15,12 +15,12 @@ enum class Measure { Infer, Continuous, Ordinal, Nominal, Other };
 enum class Storage { Infer, Real, Integer, String, Date, Time, Timestamp };
 enum class Role { Input, FrequencyWeight, CaseId, None };
 
-/// A value that a data model lists. `place` says where, for messages.
+/// A value that a data model lists. `location` says where, for messages.
 struct ValueSpec {
   std::string value;
   std::string label;
   bool isUserMissing = false;
-  std::string place;
+  std::string location;
 };
 
 /// A field as a data model, or the command line, describes it.
@@ -31,7 +31,7 @@ struct FieldSpec {
   Storage storage = Storage::Infer;
   Role role = Role::Input;
   std::vector<ValueSpec> values;
-  std::string place;  ///< where it is described, for messages
+  std::string location;  ///< where it is described, for messages
 };
 
 /// A category of a field. Numeric fields have both figures, texts only the text.

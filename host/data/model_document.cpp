@@ -78,7 +78,7 @@ class ModelReader {
   FieldSpec ReadField(const pugi::xml_node& node) const {
     CheckAttributes(node, {"name", "label", "measure", "storage", "role"});
     FieldSpec spec;
-    spec.place = Place(node);
+    spec.location = Location(node);
     spec.name = Required(node, "name");
     spec.label = node.attribute("label").value();
     ReadWord(node, "measure", kMeasures, spec.measure);
@@ -94,7 +94,7 @@ class ModelReader {
       CheckElement(child, "Value");
       CheckAttributes(child, {"value", "label", "missing"});
       ValueSpec value;
-      value.place = Place(child);
+      value.location = Location(child);
       value.value = Required(child, "value");
       value.label = child.attribute("label").value();
       ReadWord(child, "missing", kMissings, value.isUserMissing);
@@ -164,7 +164,7 @@ class ModelReader {
     if (node.first_child()) Fail(node.first_child(), "a value has no content; remove it");
   }
 
-  std::string Place(const pugi::xml_node& node) const {
+  std::string Location(const pugi::xml_node& node) const {
     // The offset of an element is that of its name, one behind its beginning; that of a text may
     // be that of blanks in front.
     auto offset = static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0));
@@ -173,14 +173,14 @@ class ModelReader {
     } else {
       offset = std::min(text.find_first_not_of(" \t\r\n", offset), text.size());
     }
-    return PlaceInText(name, text, offset);
+    return LocationInText(name, text, offset);
   }
 
   [[noreturn]] void Fail(const pugi::xml_node& node, const std::string& message) const {
-    throw InputError(Place(node) + ": " + message);
+    throw InputError(Location(node) + ": " + message);
   }
   [[noreturn]] void Fail(std::size_t offset, const std::string& message) const {
-    throw InputError(PlaceInText(name, text, offset) + ": " + message);
+    throw InputError(LocationInText(name, text, offset) + ": " + message);
   }
 
   std::string_view text;

@@ -48,11 +48,11 @@ inline std::uint64_t LoadEight(const char* text) {
 /// itself: 0x76 takes 10 and more, and no less, over 0x7F; a multiplication gathers the eight bits.
 inline std::uint32_t NonDigitsByWords(const char* text) {
   std::uint32_t all = 0;
-  for (int place = 0; place < 32; place += 8) {
-    const std::uint64_t values = LoadEight(text + place) ^ 0x3030303030303030U;
+  for (int first = 0; first < 32; first += 8) {
+    const std::uint64_t values = LoadEight(text + first) ^ 0x3030303030303030U;
     const std::uint64_t others =
         (((values & 0x7F7F7F7F7F7F7F7FU) + 0x7676767676767676U) | values) & 0x8080808080808080U;
-    all |= static_cast<std::uint32_t>((others >> 7) * 0x0102040810204080U >> 56) << place;
+    all |= static_cast<std::uint32_t>((others >> 7) * 0x0102040810204080U >> 56) << first;
   }
   return all;
 }
@@ -73,7 +73,8 @@ inline std::uint32_t NonDigits(const char* text) {
 #endif
 }
 
-/// The first `count` bytes of `first`, up to 8, and behind them those of `second` in their places.
+/// The first `count` bytes of `first`, up to 8, and behind them those of `second`, each at its own
+/// index.
 inline std::uint64_t Join(std::uint64_t first, std::uint64_t second, std::size_t count) {
   const std::uint64_t later = ~std::uint64_t{0} << 4 * count << 4 * count;
   return ((first ^ second) & later) ^ first;

@@ -57,8 +57,8 @@ Json Figures(const std::vector<ResultStatistic>& figures) {
   for (const ResultStatistic& figure : figures) {
     // A cross table's own entries are codes, which its titles tell in words.
     if (figure.group == "CategoryFieldsComparison") continue;
-    Json& place = figure.group.empty() ? object : object[Key(figure.group)];
-    AddFigure(place, Key(figure.name), figure.text);
+    Json& target = figure.group.empty() ? object : object[Key(figure.group)];
+    AddFigure(target, Key(figure.name), figure.text);
   }
   return object;
 }
@@ -128,7 +128,7 @@ class TestObject {
   }
 
  private:
-  // The group field of independent samples has a place of its own.
+  // The group field of independent samples has an entry of its own.
   [[nodiscard]] Json FieldNames() const {
     Json names = Json::array();
     const std::size_t positions = test.classification == "Related_Samples" ? 2 : 1;

@@ -285,7 +285,7 @@ ResultDocument ReadResultDocument(std::string_view text, std::string_view name) 
   pugi::xml_document xml;
   const auto parsed = xml.load_buffer(text.data(), text.size());
   if (!parsed) {
-    throw InputError(PlaceInText(name, text, static_cast<std::size_t>(parsed.offset)) +
+    throw InputError(LocationInText(name, text, static_cast<std::size_t>(parsed.offset)) +
                      ": this is no XML: " + parsed.description());
   }
   const pugi::xml_node root = xml.child("StatXML");

@@ -57,8 +57,8 @@ std::string HistogramLine(const std::vector<ResultBin>& bins, const PlotRange& r
   std::string line;
   for (const double count : counts) {
     const double level = most > 0.0 ? std::ceil(kHighestLevel * (count / most)) : 0.0;
-    const auto place = static_cast<std::size_t>(std::clamp(level, 0.0, kHighestLevel));
-    line += ascii ? kAsciiLevels[place] : kUnicodeLevels[place];
+    const auto step = static_cast<std::size_t>(std::clamp(level, 0.0, kHighestLevel));
+    line += ascii ? kAsciiLevels[step] : kUnicodeLevels[step];
   }
   return line;
 }
@@ -83,21 +83,21 @@ void IncludeBoxPlot(const ResultBoxPlot& plot, PlotRange& range) {
 std::string BoxPlotLine(const ResultBoxPlot& plot, const PlotRange& range, std::size_t cells,
                         bool ascii) {
   if (plot.fiveNumbers.size() != 5 || range.isEmpty) return {};
-  std::array<std::size_t, 5> places{};
-  for (std::size_t i = 0; i < places.size(); ++i) {
+  std::array<std::size_t, 5> cellOf{};
+  for (std::size_t i = 0; i < cellOf.size(); ++i) {
     const auto value = FigureNumber(plot.fiveNumbers[i]);
     if (!value || !std::isfinite(*value)) return {};
-    places[i] = range.CellOf(*value, cells);
+    cellOf[i] = range.CellOf(*value, cells);
   }
   std::vector<const char*> line(cells, " ");
   const auto fill = [&line](std::size_t first, std::size_t last, const char* mark) {
     for (std::size_t i = first; i <= last && i < line.size(); ++i) line[i] = mark;
   };
-  fill(places[0], places[4], ascii ? "-" : "\u2500");
-  fill(places[0], places[0], ascii ? "|" : "\u251c");
-  fill(places[4], places[4], ascii ? "|" : "\u2524");
-  fill(places[1], places[3], ascii ? "=" : "\u2592");
-  fill(places[2], places[2], ascii ? "#" : "\u2588");
+  fill(cellOf[0], cellOf[4], ascii ? "-" : "\u2500");
+  fill(cellOf[0], cellOf[0], ascii ? "|" : "\u251c");
+  fill(cellOf[4], cellOf[4], ascii ? "|" : "\u2524");
+  fill(cellOf[1], cellOf[3], ascii ? "=" : "\u2592");
+  fill(cellOf[2], cellOf[2], ascii ? "#" : "\u2588");
   for (const ResultOutlier& outlier : plot.outliers) {
     const auto value = FigureNumber(outlier.value);
     if (value && std::isfinite(*value)) line[range.CellOf(*value, cells)] = "o";

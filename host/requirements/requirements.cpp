@@ -29,7 +29,7 @@ void AddTo(std::int64_t& sum, std::int64_t count) {
 /// What happens to the cells of one field.
 struct FieldPlan {
   double missing = kMissingNumber;   // what a missing cell is delivered as
-  std::vector<double> valueOfCell;   // what is delivered, where cells are places of categories
+  std::vector<double> valueOfCell;   // what is delivered, where cells are indices of categories
   std::vector<double> missingCells;  // user-missing cells of other fields
   bool isNumbered = false;           // the record number is delivered
 

@@ -94,8 +94,8 @@ class RequirementsReader {
     Fail(node.offset_debug(), message);
   }
   [[noreturn]] void Fail(std::ptrdiff_t offset, const std::string& message) const {
-    const auto place = static_cast<std::size_t>(offset < 0 ? 0 : offset);
-    throw InputError(PlaceInText("execution requirements", text, place) + ": " + message +
+    const auto position = static_cast<std::size_t>(offset < 0 ? 0 : offset);
+    throw InputError(LocationInText("execution requirements", text, position) + ": " + message +
                      "; use a component that this host can serve");
   }
 

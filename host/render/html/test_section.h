@@ -6,7 +6,7 @@
 
 namespace npar_host {
 
-/// The id of the section of the test at that place in the document.
+/// The id of the section of the test at that position in the document.
 [[nodiscard]] std::string TestSectionId(std::size_t index);
 /// A test's part of the page: hypothesis, decision, plots, tables and messages.
 [[nodiscard]] std::string TestSection(const ResultDocument& document, std::size_t index);

@@ -89,7 +89,7 @@ TEST(ModelTest, CodesOfCellsFollowTheCategories) {
   const ModelledData loaded = Load("f,g\nlow,3\nhigh,1\nmid,3\n",
                                    "<Field name='f' measure='ordinal'><Value value='mid'/></Field>"
                                    "<Field name='g' measure='nominal'/>");
-  // Cells are places of first appearance: low 0, high 1, mid 2, and 3 0, 1 1.
+  // Cells are numbered by first appearance: low 0, high 1, mid 2, and 3 0, 1 1.
   EXPECT_EQ(loaded.model.fields[0].codeOfCell, (std::vector<std::int32_t>{2, 1, 0}));
   EXPECT_EQ(loaded.model.fields[1].codeOfCell, (std::vector<std::int32_t>{1, 0}));
   EXPECT_EQ(loaded.data.rows.Row(2)[0], 2.0);
