@@ -155,44 +155,41 @@ void RankingWithinRecords(benchmark::State& state) {
 }
 BENCHMARK(RankingWithinRecords)->Apply(OnDataToSort);
 
-/// The values and codes of all records in the order of a field, from the rows and by columns.
+/// The values and codes of all records in the order of a field.
 void SortedWalk(benchmark::State& state) {
-  const bool goesByColumns = state.range(0) != 0;
   const GeneratedData data = Generate({.records = kCount, .groups = 2});
   QDVarList variables;
   Source source(data.rows);
-  InitialDataReader reader(InitialDataReader::kBlockSize, &source, false, {}, &variables);
+  IteratorBatches batches(source);
+  InitialDataReader reader(&batches, false, {}, &variables);
   if (!reader.Read().IsOK()) state.SkipWithError("the records cannot be read");
   NPARSortManager manager(&reader);
   static_cast<void>(manager.AddSortVariable(0));
-  auto* sorted = dynamic_cast<NPARSortedIterator*>(manager.GetSortedIterator(0));
+  BatchSource* sorted = manager.GetSortedIterator(0);
   for (auto _ : state) {
-    static_cast<void>(sorted->Reset());
     double sum = 0.0;
-    RecordBatch columns;
-    while (goesByColumns && sorted->NextColumns(columns)) {
-      const double* values = columns.Of(0);
-      const std::int32_t* codes = columns.TruncatedOf(1);
-      for (std::size_t i = 0; i < columns.Size(); ++i) sum += values[i] * codes[i];
-    }
-    RecordBlock block;
-    while (!goesByColumns && sorted->NextBlock(block)) {
-      for (std::size_t i = 0; i < block.count; ++i) sum += block.rows[i][0] * block.rows[i][1];
-    }
+    ForEachBatch(*sorted, [&sum](RecordBatch& batch) {
+      const double* values = batch.Of(0);
+      const std::int32_t* codes = batch.TruncatedOf(1);
+      for (std::size_t i = 0; i < batch.Size(); ++i) sum += values[i] * codes[i];
+    });
     benchmark::DoNotOptimize(sum);
   }
   CountItems(state);
 }
-BENCHMARK(SortedWalk)->ArgName("columns")->Arg(0)->Arg(1);
+BENCHMARK(SortedWalk);
 
 void MissingScan(benchmark::State& state) {
   const GeneratedData data = Generate({.records = kCount, .fields = 2, .hasMissing = true});
   const std::vector<MissingMark> marks{{0, QDMV::gMissingValue}, {1, QDMV::gMissingValue}};
+  Source source(data.rows);
+  IteratorBatches batches(source);
+  CompleteRecords complete;
   for (auto _ : state) {
-    std::size_t complete = 0;
-    for (std::size_t i = 0; i < kCount; ++i)
-      complete += IsAnyMissing(data.rows.Row(i), marks) ? 0 : 1;
-    benchmark::DoNotOptimize(complete);
+    std::size_t count = 0;
+    ForEachBatch(batches,
+                 [&](RecordBatch& batch) { count += complete.Select(batch, marks).Size(); });
+    benchmark::DoNotOptimize(count);
   }
   CountItems(state);
 }

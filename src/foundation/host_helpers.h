@@ -169,7 +169,6 @@ class QD_EXPORT DataHelper {
   /// rules of its table is HB_FAILED with kBrokenIterator in *err.
   std::uint32_t ReadBlock(double* buffer, std::size_t capacity, std::size_t fieldCount,
                           std::size_t* recordCount, std::int32_t* err);
-  [[nodiscard]] bool HasIterator() const noexcept { return iterator != nullptr; }
 
  private:
   std::uint32_t ReadRecords(double* buffer, std::size_t capacity, std::size_t fieldCount,

@@ -238,9 +238,6 @@ class QD_EXPORT QDPeer {
   [[nodiscard]] std::string* GetProblemText() noexcept { return &problem; }
   std::uint32_t GetHostInformation(QDPeerHostInfo& info, std::int32_t* err);
   void SetProgressHandle(HBProgress* handle) noexcept { progress = handle; }
-  void ClearRecordCounter() noexcept { recordCounter = 0; }
-  /// Output records that the host has taken.
-  [[nodiscard]] std::int64_t GetRecordCounter() const noexcept { return recordCounter; }
 
  private:
   struct Message {
@@ -258,7 +255,6 @@ class QD_EXPORT QDPeer {
   std::string requirements;
   std::string problem;
   std::vector<Message> messages;
-  std::int64_t recordCounter = 0;
 };
 
 }  // namespace QDHB_700

@@ -139,7 +139,6 @@ std::uint32_t NPARComponentBuilder::BeginExecution(HBIterator* iterator, HBProgr
   ClearMsgs();
   GetCancelSource()->Set(false);
   SetDataHelper(std::make_unique<HbHelperV1::DataHelper>(iterator, true).release());
-  ClearRecordCounter();
   SetProgressHandle(progress);
   progressListener->SetProgressHandle(progress);
   return RunExecution(err);

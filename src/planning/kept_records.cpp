@@ -1,9 +1,8 @@
 #include "planning/kept_records.h"
 
+#include <algorithm>
 #include <bit>
 #include <limits>
-
-#include "kit/records/record_batch.h"
 
 // The loops over a column work on bits, without a branch or a comparison: so the processor takes
 // several values at a time.
@@ -38,31 +37,21 @@ std::uint64_t LostBits(double value) noexcept {
 
 }  // namespace
 
-void KeptColumn::Append(std::size_t kept, const double* const* rows, std::size_t place,
-                        std::size_t count) {
-  if (isNarrow) {
-    double values[kRecordsAtOnce];
-    for (std::size_t i = 0; i < count; ++i) values[i] = rows[i][place];
-    if (AppendNarrow(kept, values, count)) {
-      Survey(kept, values, count);
-      return;
-    }
-    Widen(kept);
-  }
-  AppendWide(kept, rows, place, count);
+void KeptColumn::Append(std::size_t kept, const double* values, std::size_t count) {
+  Survey(kept, values, count);
+  if (isNarrow && AppendNarrow(kept, values, count)) return;
+  if (isNarrow) Widen(kept);
+  AppendWide(kept, values, count);
 }
 
-void KeptColumn::AppendWide(std::size_t kept, const double* const* rows, std::size_t place,
-                            std::size_t count) {
+void KeptColumn::AppendWide(std::size_t kept, const double* values, std::size_t count) {
   doubles.Reserve(kept + count);
   while (count > 0) {
     const std::size_t room = doubles.BlockSize() - (kept & (doubles.BlockSize() - 1));
     const std::size_t part = std::min(count, room);
-    double* to = doubles.Place(kept);
-    for (std::size_t i = 0; i < part; ++i) to[i] = rows[i][place];
-    Survey(kept, to, part);
+    std::copy_n(values, part, doubles.Place(kept));
     kept += part;
-    rows += part;
+    values += part;
     count -= part;
   }
 }
@@ -125,20 +114,29 @@ void KeptColumn::Widen(std::size_t kept) {
   isNarrow = false;
 }
 
-const double* const* RowBuffer::Prepare(std::size_t count, int width) {
-  rowWidth = static_cast<std::size_t>(width);
-  if (values.size() < count * rowWidth) values.resize(count * rowWidth);
-  rows.clear();
-  for (std::size_t i = 0; i < count; ++i) rows.push_back(Row(i));
-  return rows.data();
+void KeptRecords::Append(RecordBatch& batch) {
+  for (std::int32_t variable = 0; variable < Width(); ++variable) {
+    columns[static_cast<std::size_t>(variable)].Append(count, batch.Of(variable), batch.Size());
+  }
+  count += batch.Size();
 }
 
-void KeptRecords::Append(const RecordBlock& block) {
-  for (std::size_t first = 0; first < block.count; first += kRecordsAtOnce) {
-    const std::size_t part = std::min(block.count - first, kRecordsAtOnce);
-    for (std::size_t variable = 0; variable < columns.size(); ++variable) {
-      columns[variable].Append(count, block.rows + first, variable, part);
-    }
-    count += part;
-  }
+KeptWalk::KeptWalk(const KeptRecords& records) : records(records), current(records.Width()) {}
+
+bool KeptWalk::Advance(std::size_t count) {
+  first = next;
+  next = std::min(first + count, records.Count());
+  StartAnew(InHand());
+  return first < next;
+}
+
+const Record* KeptWalk::Next() {
+  if (!Advance(1)) return nullptr;
+  for (int variable = 0; variable < Width(); ++variable) current[variable] = Of(variable)[0];
+  return &current;
+}
+
+int KeptWalk::Reset() {
+  next = 0;
+  return GetState();
 }

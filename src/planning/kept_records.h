@@ -7,6 +7,7 @@
 
 #include "foundation/names.h"
 #include "kit/order/large_array.h"
+#include "kit/records/batch_source.h"
 
 /// Values in blocks of a power of two, which never move.
 template <typename Value>
@@ -49,9 +50,8 @@ class KeptColumn {
 
   explicit KeptColumn(int blockShift) noexcept : bytes(blockShift), doubles(blockShift) {}
 
-  /// Puts the values at a place of some rows, at most kRecordsAtOnce, behind the `kept` ones that
-  /// there are. Throws std::bad_alloc.
-  void Append(std::size_t kept, const double* const* rows, std::size_t place, std::size_t count);
+  /// Puts some values behind the `kept` ones that there are. Throws std::bad_alloc.
+  void Append(std::size_t kept, const double* values, std::size_t count);
 
   [[nodiscard]] bool IsNarrow() const noexcept { return isNarrow; }
   /// Only of a narrow one. The bytes up to the end of the block stand behind it.
@@ -98,8 +98,7 @@ class KeptColumn {
   void Survey(std::size_t kept, const double* values, std::size_t count) noexcept;
   /// False, and nothing appended, where a value does not fit.
   [[nodiscard]] bool AppendNarrow(std::size_t kept, const double* values, std::size_t count);
-  void AppendWide(std::size_t kept, const double* const* rows, std::size_t place,
-                  std::size_t count);
+  void AppendWide(std::size_t kept, const double* values, std::size_t count);
   void Widen(std::size_t kept);
 
   bool isNarrow = true;
@@ -113,33 +112,20 @@ class KeptColumn {
   std::uint64_t differing = 0;  // from the first
 };
 
-/// Rows that are made of columns.
-class RowBuffer {
- public:
-  /// Room for some rows of a width, whose addresses are `count` ones at the result until the next
-  /// call. Throws std::bad_alloc.
-  const double* const* Prepare(std::size_t count, int width);
-  [[nodiscard]] double* Row(std::size_t i) noexcept { return values.data() + i * rowWidth; }
-
- private:
-  std::size_t rowWidth = 0;
-  std::vector<double> values;
-  std::vector<const double*> rows;
-};
-
 /// The records of a run, variable by variable. A pass reads the few variables that its tests ask
 /// for and nothing between them.
 class KeptRecords {
  public:
-  /// Records of a block stand side by side: 2 to the power of `blockShift` of them.
-  explicit KeptRecords(int blockShift) noexcept : blockShift(blockShift) {}
+  /// Records of a block stand side by side.
+  static constexpr int kBlockShift = 11;
+  static constexpr std::size_t kBlockSize = std::size_t{1} << kBlockShift;
 
   /// Before the first record.
   void SetWidth(int width) {
-    for (int variable = 0; variable < width; ++variable) columns.emplace_back(blockShift);
+    for (int variable = 0; variable < width; ++variable) columns.emplace_back(kBlockShift);
   }
   /// Throws std::bad_alloc.
-  void Append(const RecordBlock& rows);
+  void Append(RecordBatch& batch);
 
   [[nodiscard]] std::size_t Count() const noexcept { return count; }
   /// Doubles in a record.
@@ -147,13 +133,43 @@ class KeptRecords {
   [[nodiscard]] const KeptColumn& Column(std::int32_t variable) const noexcept {
     return columns[static_cast<std::size_t>(variable)];
   }
-  [[nodiscard]] std::size_t BlockSize() const noexcept { return std::size_t{1} << blockShift; }
-  void CopyRow(std::size_t number, double* row) const noexcept {
-    for (const KeptColumn& column : columns) *row++ = column.ValueAt(number);
-  }
 
  private:
-  int blockShift;
   std::size_t count = 0;
   std::vector<KeptColumn> columns;
+};
+
+/// A walk over all kept records in some order: by batches, and one by one as iterators go. The two
+/// are not mixed between one Reset and the next.
+class KeptWalk : public MultiPassRecordIter, public BatchSource, private RecordBatch {
+ public:
+  /// Stands at the first record; the records are not taken over.
+  explicit KeptWalk(const KeptRecords& records);
+
+  bool HasNext() final { return next < records.Count(); }
+  const Record* Next() final;
+  int GetState() const final { return next < records.Count() ? 0 : 1; }
+  int Reset() final;
+  RecordBatch* NextBatch() final { return Advance(kRecordsAtOnce) ? this : nullptr; }
+  [[nodiscard]] int Width() const final { return records.Width(); }
+  [[nodiscard]] bool MayHold(const MissingMark& mark) const final {
+    return records.Column(mark.variable).Holds(mark.value);
+  }
+
+ protected:
+  [[nodiscard]] const KeptColumn& Column(std::int32_t variable) const noexcept {
+    return records.Column(variable);
+  }
+  /// The records in hand, numbered in the order of the walk, and those that come next.
+  [[nodiscard]] std::size_t First() const noexcept { return first; }
+  [[nodiscard]] std::size_t InHand() const noexcept { return next - first; }
+
+ private:
+  /// Takes up to `count` records in hand; false at the end.
+  bool Advance(std::size_t count);
+
+  const KeptRecords& records;
+  Record current;
+  std::size_t first = 0;
+  std::size_t next = 0;
 };

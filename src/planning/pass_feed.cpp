@@ -1,39 +1,41 @@
 #include "planning/pass_feed.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "kit/contract/allocation.h"
 
 namespace {
 
-/// The value that is a missing one of a kind of variable; false for a kind that has none.
-bool FindMark(const IQDVariable* variable, double& mark) {
-  switch (variable == nullptr ? VariableKind::None : variable->GetType()) {
-    case VariableKind::Continuous:
-    case VariableKind::Other:
-      mark = QDMV::gMissingValue;
-      return true;
-    case VariableKind::NumericCategory:
-    case VariableKind::StringCategory:
-      mark = QDMV::gMissingCategory;
-      return true;
-    case VariableKind::None:
-      break;
-  }
-  return false;
+template <typename Item>
+bool Contains(const std::vector<Item>& list, Item item) {
+  return std::find(list.begin(), list.end(), item) != list.end();
+}
+
+void AddOnce(std::vector<Tally*>& tallies, Tally* tally) {
+  if (tally != nullptr && !Contains(tallies, tally)) tallies.push_back(tally);
 }
 
 }  // namespace
 
-void PassFeed::AddTest(NPARTest* test, const std::vector<std::int64_t>& required) {
-  members.push_back({.test = test, .required = required, .marks = {}});
+void PassFeed::AddTest(NPARTest* test, std::vector<std::int64_t> required) {
+  members.push_back({.test = test, .required = std::move(required), .marks = {}});
 }
 
-QDStatus PassFeed::Walk(RecordIterator& records, CancelPair& cancelPair) {
-  if (auto* blocks = dynamic_cast<IColumnBlocks*>(&records))
-    return WalkColumns(*blocks, cancelPair);
-  if (auto* blocks = dynamic_cast<IRecordBlocks*>(&records)) return WalkBlocks(*blocks, cancelPair);
-  return WalkRecords(records, cancelPair);
+QDStatus PassFeed::Walk(BatchSource& records, CancelPair& cancelPair) {
+  bool isFirst = true;
+  while (!members.empty() && !cancelPair.Check()) {
+    RecordBatch* batch = records.NextBatch();
+    if (batch == nullptr) break;
+    if (std::exchange(isFirst, false)) {
+      FindMarks(records);
+      FormAudiences();
+    }
+    const QDStatus status = Deliver(*batch);
+    if (!status.IsOK()) return status;
+  }
+  return QDStatus();
 }
 
 std::vector<NPARTest*> PassFeed::AliveTests() const {
@@ -42,108 +44,52 @@ std::vector<NPARTest*> PassFeed::AliveTests() const {
   return tests;
 }
 
-void PassFeed::Prepare(int recordWidth, const IColumnBlocks* columnSource) {
-  width = recordWidth;
-  const auto needs = [](const Member& member, int position) {
-    return std::find(member.required.begin(), member.required.end(), position) !=
-           member.required.end();
-  };
-  for (int position = 0; position < width; ++position) {
-    double mark = 0.0;
-    if (!FindMark(variables->GetVarAt(position), mark)) continue;
-    if (columnSource != nullptr && !columnSource->HoldsMark(position, mark)) continue;
-    bool isNeeded = false;
+std::vector<Tally*> PassFeed::AliveTallies() const {
+  std::vector<Tally*> tallies;
+  for (const Member& member : members) AddOnce(tallies, member.test->GetTally());
+  return tallies;
+}
+
+void PassFeed::FindMarks(const BatchSource& records) {
+  for (std::int32_t position = 0; position < records.Width(); ++position) {
+    const IQDVariable* variable = variables->GetVarAt(position);
+    if (variable == nullptr) continue;
+    const std::optional<double> missing = MissingValueOf(variable->GetType());
+    if (!missing || !records.MayHold({position, *missing})) continue;
     for (Member& member : members) {
-      if (analysisMissing && !member.required.empty() && !needs(member, position)) continue;
-      member.marks.push_back({position, mark});
-      isNeeded = true;
+      const bool isNeeded = !analysisMissing || member.required.empty() ||
+                            Contains(member.required, std::int64_t{position});
+      if (isNeeded) member.marks.push_back({position, *missing});
     }
-    if (isNeeded) marks.push_back({position, mark});
   }
-  CompareNeeds();
 }
 
-void PassFeed::CompareNeeds() {
-  const Member* before = nullptr;
+void PassFeed::FormAudiences() {
+  audiences.clear();
   for (Member& member : members) {
-    member.needsSameAsBefore = before != nullptr && member.marks == before->marks;
-    before = &member;
+    auto audience = std::find_if(
+        audiences.begin(), audiences.end(),
+        [&member](const Audience& other) { return other.members[0]->marks == member.marks; });
+    if (audience == audiences.end()) audience = audiences.emplace(audiences.end());
+    audience->members.push_back(&member);
+    AddOnce(audience->tallies, member.test->GetTally());
   }
-}
-
-QDStatus PassFeed::WalkColumns(IColumnBlocks& blocks, CancelPair& cancelPair) {
-  Prepare(blocks.GetRecordWidth(), &blocks);
-  RecordBatch batch;
-  while (!members.empty() && !cancelPair.Check() && blocks.NextColumns(batch)) {
-    const QDStatus status = Deliver(batch);
-    if (!status.IsOK()) return status;
-  }
-  return QDStatus();
-}
-
-QDStatus PassFeed::WalkBlocks(IRecordBlocks& blocks, CancelPair& cancelPair) {
-  Prepare(blocks.GetRecordWidth());
-  RecordBatch batch;
-  RecordBlock block;
-  while (!members.empty() && blocks.NextBlock(block)) {
-    while (block.count > 0) {
-      if (cancelPair.Check()) return QDStatus();
-      const RecordBlock part{block.rows, std::min(block.count, kRecordsAtOnce)};
-      batch.LookAt(part);
-      const QDStatus status = Deliver(batch);
-      if (!status.IsOK()) return status;
-      block = {block.rows + part.count, block.count - part.count};
-    }
-  }
-  return QDStatus();
-}
-
-QDStatus PassFeed::WalkRecords(RecordIterator& records, CancelPair& cancelPair) {
-  RecordBatch batch;
-  bool isFirst = true;
-  while (!members.empty() && records.HasNext()) {
-    if (cancelPair.Check()) break;
-    const Record* record = records.Next();
-    if (record == nullptr) break;
-    if (isFirst) Prepare(record->Size());
-    isFirst = false;
-    const double* row = record->Values();
-    batch.LookAt({&row, 1});
-    const QDStatus status = Deliver(batch);
-    if (!status.IsOK()) return status;
-  }
-  return QDStatus();
 }
 
 QDStatus PassFeed::Deliver(RecordBatch& batch) {
-  batch.SetNumber(++deliveries);
-  const bool isAnyMissing = IsAnyMissing(batch, marks);
   bool hasAnyFailed = false;
-  RecordBatch* complete = &batch;
-  for (Member& member : members) {
-    if (isAnyMissing && !member.needsSameAsBefore) complete = &KeepComplete(batch, member.marks);
-    const QDStatus answer = DeliverTo(member, *complete);
-    if (answer.GetErrorCode() == kMemoryExhausted) return answer;
-    if (answer.IsError()) member.hasFailed = hasAnyFailed = true;
+  for (Audience& audience : audiences) {
+    RecordBatch& complete = audience.complete.Select(batch, audience.members[0]->marks);
+    for (Tally* tally : audience.tallies) tally->Take(complete);
+    for (Member* member : audience.members) {
+      const QDStatus answer = member->test->ProcessBatch(complete);
+      if (answer.GetErrorCode() == kMemoryExhausted) return answer;
+      if (answer.IsError()) member->hasFailed = hasAnyFailed = true;
+    }
   }
   if (hasAnyFailed) {
     std::erase_if(members, [](const Member& member) { return member.hasFailed; });
-    CompareNeeds();
+    FormAudiences();
   }
   return QDStatus();
-}
-
-RecordBatch& PassFeed::KeepComplete(RecordBatch& batch, const std::vector<MissingMark>& needed) {
-  isIncomplete.assign(batch.Size(), 0);
-  for (const MissingMark& place : needed) {
-    const double* values = batch.Of(place.position);
-    for (std::size_t i = 0; i < batch.Size(); ++i) {
-      isIncomplete[i] |= static_cast<std::uint8_t>(values[i] == place.mark);
-    }
-  }
-  return completeRecords.Select(batch, isIncomplete);
-}
-
-QDStatus PassFeed::DeliverTo(const Member& member, RecordBatch& batch) const {
-  return member.test->ProcessBatch(batch);
 }

@@ -95,8 +95,9 @@ QDStatus NPARPlanner::Execute(RecordIterator& records, std::int32_t /*reserved*/
   executed = !status.IsError();
   if (univariates != nullptr) univariates->SetSortedData(nullptr);
   sortManager.reset();
-  memoIterator = NParMemoIterator();
+  memoIterator.reset();
   dataReader.reset();
+  hostRecords.reset();
   return status;
 }
 
@@ -104,15 +105,15 @@ QDStatus NPARPlanner::PrepareRun(RecordIterator& records) {
   ReadRunSettings();
   std::vector<std::int32_t> allVariables(static_cast<std::size_t>(variables->Size()));
   std::iota(allVariables.begin(), allVariables.end(), 0);
-  dataReader =
-      std::make_unique<InitialDataReader>(InitialDataReader::kBlockSize, &records, !analysisMissing,
-                                          std::move(allVariables), variables);
+  hostRecords = std::make_unique<IteratorBatches>(records);
+  dataReader = std::make_unique<InitialDataReader>(hostRecords.get(), !analysisMissing,
+                                                   std::move(allVariables), variables);
   const QDStatus read = dataReader->Read();
   if (read.IsError()) return read;
 
-  memoIterator = NParMemoIterator(dataReader.get());
+  memoIterator = std::make_unique<NParMemoIterator>(dataReader->Records());
   sortManager = std::make_unique<NPARSortManager>(dataReader.get());
-  univariates = std::make_unique<QDUnivariateSummaries>(&memoIterator, variables);
+  univariates = std::make_unique<QDUnivariateSummaries>(memoIterator.get(), variables);
   univariates->SetSortedData(sortManager.get());
   weightIndex = variables->GetFreqWeightVariable();
   if (HasWeight()) univariates->SetWeightVariable(weightIndex);
@@ -120,8 +121,11 @@ QDStatus NPARPlanner::PrepareRun(RecordIterator& records) {
   mainWorker = std::make_unique<NPARTestWorker>(variables, analysisMissing);
   // The host's records, as they come; a source that can be read only once is represented by what
   // was kept of it.
-  auto* multiPass = dynamic_cast<MultiPassRecordIter*>(&records);
-  mainWorker->SetRecords(multiPass != nullptr ? multiPass : &memoIterator);
+  if (hostRecords->CanStartOver()) {
+    mainWorker->SetRecords(hostRecords.get());
+  } else {
+    mainWorker->SetRecords(memoIterator.get());
+  }
   return QDStatus();
 }
 
@@ -255,7 +259,7 @@ void NPARPlanner::AddSortedTest(std::unique_ptr<NPARTest> test, std::int32_t sor
     return;
   }
   auto worker = std::make_unique<NPARTestWorker>(variables, analysisMissing);
-  worker->SetRecords(&memoIterator);
+  worker->SetRecords(memoIterator.get());
   if (isFit) worker->SetSortVariable(sortVariable, sortManager.get());
   worker->AddTest(std::move(test));
   sortedWorkers.push_back(std::move(worker));

@@ -87,7 +87,8 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   ProgressListener* progressListener = nullptr;
   const QDVarList* variables;
   std::unique_ptr<QDUnivariateSummaries> univariates;
-  NParMemoIterator memoIterator;
+  std::unique_ptr<IteratorBatches> hostRecords;
+  std::unique_ptr<NParMemoIterator> memoIterator;
   std::unique_ptr<NPARSortManager> sortManager;
   bool executed = false;
   bool written = false;

@@ -30,7 +30,7 @@ class EntriesToSort {
   }
   template <typename Take>
   void ForEachEntry(Take take) const {
-    std::vector<std::uint32_t> numbers(records.BlockSize());
+    std::vector<std::uint32_t> numbers(KeptRecords::kBlockSize);
     ForEachBlock([&](std::size_t first, std::size_t size) {
       NumberRecords(first, size, numbers.data());
       const std::uint32_t* number = numbers.data();
@@ -48,8 +48,8 @@ class EntriesToSort {
  private:
   template <typename Use>
   void ForEachBlock(Use use) const {
-    for (std::size_t first = 0; first < order.count; first += records.BlockSize()) {
-      use(first, std::min(records.BlockSize(), order.count - first));
+    for (std::size_t first = 0; first < order.count; first += KeptRecords::kBlockSize) {
+      use(first, std::min(KeptRecords::kBlockSize, order.count - first));
     }
   }
   void NumberRecords(std::size_t first, std::size_t size, std::uint32_t* numbers) const {
@@ -68,51 +68,14 @@ class EntriesToSort {
 
 }  // namespace
 
-NPARSortedIterator::NPARSortedIterator(const KeptRecords* records, SortedRecords order)
-    : records(records), order(std::move(order)), current(Record::View(nullptr, records->Width())) {}
-
-int NPARSortedIterator::Reset() {
-  position = 0;
-  return GetState();
-}
-
-bool NPARSortedIterator::Advance(std::size_t count) {
-  first = position;
-  position = std::min(first + count, order.count);
-  return first < position;
-}
-
-const Record* NPARSortedIterator::Next() {
-  if (!Advance(1)) return nullptr;
-  current.LookAt(FindRows()[0]);
-  return &current;
-}
-
-bool NPARSortedIterator::NextBlock(RecordBlock& block) {
-  if (!Advance(kRecordsAtOnce)) return false;
-  block = {FindRows(), position - first};
-  return true;
-}
-
-bool NPARSortedIterator::NextColumns(RecordBatch& batch) {
-  if (!Advance(kRecordsAtOnce)) return false;
-  batch.LookAt(*this, position - first);
-  return true;
-}
-
-const double* const* NPARSortedIterator::FindRows() {
-  const double* const* found = rows.Prepare(position - first, records->Width());
-  for (std::size_t place = first; place < position; ++place) {
-    records->CopyRow(order.NumberAt(place), rows.Row(place - first));
-  }
-  return found;
-}
+NPARSortedIterator::NPARSortedIterator(const KeptRecords& records, SortedRecords order)
+    : KeptWalk(records), order(std::move(order)) {}
 
 bool NPARSortedIterator::DoKeysTellValues() const noexcept {
   // Not for zeros, whose sign is lost, and for what is no number.
   const std::uint64_t zero = OrderedBits(0.0);
-  const std::uint64_t lowest = order.entries[first].Key();
-  const std::uint64_t highest = order.entries[position - 1].Key();
+  const std::uint64_t lowest = order.entries[First()].Key();
+  const std::uint64_t highest = order.entries[First() + InHand() - 1].Key();
   return (highest < zero || lowest > zero) &&
          highest <= OrderedBits(std::numeric_limits<double>::infinity());
 }
@@ -125,13 +88,14 @@ const SortedRecords::Tag* NPARSortedIterator::FindTag(std::int32_t variable) con
 }
 
 void NPARSortedIterator::PrefetchFollowing(const KeptColumn& column) const noexcept {
-  const std::size_t end = std::min(order.count, position + kRecordsAtOnce);
-  for (std::size_t place = position; place < end; ++place) column.Prefetch(order.NumberAt(place));
+  const std::size_t next = First() + InHand();
+  const std::size_t end = std::min(order.count, next + kRecordsAtOnce);
+  for (std::size_t place = next; place < end; ++place) column.Prefetch(order.NumberAt(place));
 }
 
 void NPARSortedIterator::GatherColumn(std::int32_t variable, double* values) {
-  const NumberedKey* entries = order.entries.get() + first;
-  const std::size_t count = position - first;
+  const NumberedKey* entries = order.entries.get() + First();
+  const std::size_t count = InHand();
   if (variable == order.variable && DoKeysTellValues()) {
     for (std::size_t i = 0; i < count; ++i) values[i] = ValueOfOrderedBits(entries[i].Key());
     return;
@@ -140,22 +104,22 @@ void NPARSortedIterator::GatherColumn(std::int32_t variable, double* values) {
     for (std::size_t i = 0; i < count; ++i) values[i] = tag->CodeIn(entries[i].number);
     return;
   }
-  const KeptColumn& column = records->Column(variable);
-  for (std::size_t i = 0; i < count; ++i) values[i] = column.ValueAt(order.NumberAt(first + i));
+  const KeptColumn& column = Column(variable);
+  for (std::size_t i = 0; i < count; ++i) values[i] = column.ValueAt(order.NumberAt(First() + i));
   PrefetchFollowing(column);
 }
 
 bool NPARSortedIterator::GatherTruncated(std::int32_t variable, std::int32_t* values) {
-  const NumberedKey* entries = order.entries.get() + first;
-  const std::size_t count = position - first;
+  const NumberedKey* entries = order.entries.get() + First();
+  const std::size_t count = InHand();
   if (const SortedRecords::Tag* tag = FindTag(variable)) {
     for (std::size_t i = 0; i < count; ++i) values[i] = tag->CodeIn(entries[i].number);
     return true;
   }
-  const KeptColumn& column = records->Column(variable);
+  const KeptColumn& column = Column(variable);
   if (variable == order.variable || !column.IsNarrow()) return false;
   for (std::size_t i = 0; i < count; ++i) {
-    values[i] = KeptColumn::CodeOf(*column.Bytes(order.NumberAt(first + i)));
+    values[i] = KeptColumn::CodeOf(*column.Bytes(order.NumberAt(First() + i)));
   }
   PrefetchFollowing(column);
   return true;
@@ -177,12 +141,12 @@ void NPARSortManager::AddCompanion(std::int32_t variable) {
   }
 }
 
-MultiPassRecordIter* NPARSortManager::GetSortedIterator(std::int32_t variable) {
+BatchSource* NPARSortManager::GetSortedIterator(std::int32_t variable) {
   if (!IsInRecord(variable)) return nullptr;
   View& view = views[static_cast<std::size_t>(variable)];
   if (!view.isWanted) return nullptr;
   if (view.iterator == nullptr) {
-    view.iterator = std::make_unique<NPARSortedIterator>(records, Sort(variable));
+    view.iterator = std::make_unique<NPARSortedIterator>(*records, Sort(variable));
   }
   return view.iterator.get();
 }

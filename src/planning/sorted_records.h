@@ -8,7 +8,6 @@
 #include "foundation/names.h"
 #include "kit/order/large_array.h"
 #include "kit/order/radix_sort.h"
-#include "kit/records/record_batch.h"
 #include "kit/records/sorted_data.h"
 #include "planning/kept_records.h"
 #include "planning/record_iterators.h"
@@ -43,42 +42,19 @@ struct SortedRecords {
 };
 
 /// Walks the kept records in such an order.
-class NPARSortedIterator final : public MultiPassRecordIter,
-                                 public IRecordBlocks,
-                                 public IColumnBlocks,
-                                 private ColumnSource {
+class NPARSortedIterator final : public KeptWalk {
  public:
-  /// Stands at the first record; the records are not taken over.
-  NPARSortedIterator(const KeptRecords* records, SortedRecords order);
-
-  bool HasNext() override { return position < order.count; }
-  const Record* Next() override;
-  int GetState() const override { return position < order.count ? 0 : 1; }
-  int Reset() override;
-  bool NextBlock(RecordBlock& block) override;
-  bool NextColumns(RecordBatch& batch) override;
-  int GetRecordWidth() const override { return records->Width(); }
-  bool HoldsMark(std::int32_t variable, double mark) const override {
-    return records->Column(variable).Holds(mark);
-  }
+  /// The records are not taken over.
+  NPARSortedIterator(const KeptRecords& records, SortedRecords order);
 
  private:
-  const double* FindColumn(std::int32_t /*variable*/) override { return nullptr; }
   void GatherColumn(std::int32_t variable, double* values) override;
   bool GatherTruncated(std::int32_t variable, std::int32_t* values) override;
-  const double* const* FindRows() override;
-  /// Takes up to `count` records in hand; false at the end.
-  bool Advance(std::size_t count);
   [[nodiscard]] bool DoKeysTellValues() const noexcept;
   [[nodiscard]] const SortedRecords::Tag* FindTag(std::int32_t variable) const noexcept;
   void PrefetchFollowing(const KeptColumn& column) const noexcept;
 
-  const KeptRecords* records;
   SortedRecords order;
-  Record current;
-  std::size_t position = 0;  // of the record that comes next
-  std::size_t first = 0;     // of the records in hand, up to `position`
-  RowBuffer rows;
 };
 
 /// The sorted views of a run. A view is sorted when it is first asked for and then kept.
@@ -92,7 +68,7 @@ class NPARSortManager final : public ISortedData {
   /// Before the first view: a variable that sorted walks will read beside the one of their order.
   void AddCompanion(std::int32_t variable);
   /// Throws std::bad_alloc where memory runs out, and for more records than an order numbers.
-  MultiPassRecordIter* GetSortedIterator(std::int32_t variable) override;
+  BatchSource* GetSortedIterator(std::int32_t variable) override;
   /// Gives back the memory of a view; asked for again, it is sorted again.
   void Release(std::int32_t variable) noexcept;
 

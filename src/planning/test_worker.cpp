@@ -49,9 +49,8 @@ QDStatus NPARTestWorker::RunPasses(CancelPair& cancelPair) {
 }
 
 QDStatus NPARTestWorker::RunPass(const std::vector<NPARTest*>& list, CancelPair& cancelPair) {
-  MultiPassRecordIter* source =
-      sortVariable < 0 ? records : sortManager->GetSortedIterator(sortVariable);
-  if (source != nullptr) static_cast<void>(source->Reset());  // asked of the iterator itself
+  BatchSource* source = sortVariable < 0 ? records : sortManager->GetSortedIterator(sortVariable);
+  if (source != nullptr) static_cast<void>(source->Reset());  // it shows by having no record
 
   PassFeed feed(variables, analysisMissing);
   const QDStatus begun = BeginPass(list, feed);
@@ -84,13 +83,14 @@ QDStatus NPARTestWorker::BeginPass(const std::vector<NPARTest*>& list, PassFeed&
     if (begin.GetErrorCode() == kMemoryExhausted) return begin;
     std::vector<std::int64_t> required;
     test->GetRequiredVariables(required);
-    if (!begin.IsError()) feed.AddTest(test, required);
+    if (!begin.IsError()) feed.AddTest(test, std::move(required));
     passesLeft = std::max(passesLeft, test->GetPassesLeft());
   }
   return QDStatus();
 }
 
 QDStatus NPARTestWorker::EndPass(const PassFeed& feed) {
+  for (Tally* tally : feed.AliveTallies()) tally->EndPass();
   for (NPARTest* test : feed.AliveTests()) {
     const QDStatus answer = test->EndPass();
     if (answer.GetErrorCode() == kMemoryExhausted) return answer;

@@ -37,7 +37,7 @@ class NPARTestWorker final {
   QDStatus CollectResults();
 
   /// The source for tests that take records in its order; not taken over.
-  void SetRecords(MultiPassRecordIter* source) noexcept { records = source; }
+  void SetRecords(BatchSource* source) noexcept { records = source; }
   /// Tests take the records ascending by that variable instead. The manager is not taken over.
   void SetSortVariable(std::int32_t variable, NPARSortManager* manager) noexcept {
     sortVariable = variable;
@@ -62,7 +62,7 @@ class NPARTestWorker final {
 
   SharedTallies sharedTallies;
   std::vector<std::unique_ptr<NPARTest>> tests;
-  MultiPassRecordIter* records = nullptr;
+  BatchSource* records = nullptr;
   std::vector<std::unique_ptr<XMLElement>> results;
   std::unique_ptr<UnivariateResults> sharedData;
   std::int32_t sortVariable = -1;

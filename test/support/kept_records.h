@@ -23,12 +23,12 @@ struct Kept {
       : variables(std::move(list)), source(std::move(rows)) {
     std::vector<std::int32_t> all;
     for (std::int32_t i = 0; i < variables.Size(); ++i) all.push_back(i);
-    reader = std::make_unique<InitialDataReader>(InitialDataReader::kBlockSize, &source,
-                                                 skipMissing, all, &variables);
+    reader = std::make_unique<InitialDataReader>(&batches, skipMissing, all, &variables);
     status = reader->Read();
   }
   QDVarList variables;
   MemoryBlocks source;
+  IteratorBatches batches{source};
   std::unique_ptr<InitialDataReader> reader;
   QDStatus status;
 };
@@ -37,17 +37,18 @@ inline QDVarList TwoVariables() {
   return VariableListBuilder().Continuous("n").Continuous("x").Build();
 }
 
+/// A variable of all records, one by one.
 inline std::vector<double> Walk(RecordIterator& records, int variable) {
   std::vector<double> values;
   while (records.HasNext()) values.push_back((*records.Next())[variable]);
   return values;
 }
 
-inline std::vector<double> WalkBlocks(IRecordBlocks& records, int variable) {
+/// The same by batches.
+inline std::vector<double> WalkBatches(BatchSource& records, int variable) {
   std::vector<double> values;
-  RecordBlock block;
-  while (records.NextBlock(block)) {
-    for (std::size_t i = 0; i < block.count; ++i) values.push_back(block.rows[i][variable]);
-  }
+  ForEachBatch(records, [&](RecordBatch& batch) {
+    values.insert(values.end(), batch.Of(variable), batch.Of(variable) + batch.Size());
+  });
   return values;
 }

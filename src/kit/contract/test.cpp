@@ -28,7 +28,7 @@ QDStatus NPARTest::ProcessBatch(RecordBatch& batch) {
 }
 
 QDStatus NPARTest::ProcessRecord(const Record& record) {
-  RecordBatch one(record);
+  RowBatch one(record);
   return ProcessBatch(one);
 }
 

@@ -13,6 +13,7 @@
 #include "kit/records/record_weight.h"
 
 class SharedTallies;
+class Tally;
 class TestConstruction;  // what the planner gives to the function that makes a test
 class UnivariateResults;
 
@@ -51,6 +52,9 @@ class NPARTest {
   /// What the tests of the worker count together; not taken over. A test that gets none counts
   /// alone.
   void SetSharedTallies(SharedTallies* tallies) noexcept { sharedTallies = tallies; }
+  /// What the test reads of them, which the worker drives; null for none. Known once the first pass
+  /// has begun.
+  [[nodiscard]] virtual Tally* GetTally() const noexcept { return nullptr; }
   virtual QDStatus BeginPass();
   /// Takes records, one after the other.
   virtual QDStatus ProcessBatch(RecordBatch& batch);

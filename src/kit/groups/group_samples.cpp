@@ -11,7 +11,7 @@ void GroupSamples::Read(const QDSettings& settings) {
 
 void GroupSamples::Start(std::int32_t categoryCount, SharedTallies* shared) {
   key.categoryCount = categoryCount;
-  tally = SharedTallies::Find<GroupTally>(shared, key);
+  tally.Join(shared, key);
 }
 
 void GroupSamples::AppendRequired(std::vector<std::int64_t>& positions) const {

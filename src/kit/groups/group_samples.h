@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 #include "foundation/names.h"
@@ -32,8 +31,12 @@ class GroupSamples {
 
   // As of the tally, once started.
 
-  const Units& Take(RecordBatch& batch) { return tally->Take(batch); }
-  void EndPass() { tally->EndPass(passesDone++); }
+  const Units& Take(RecordBatch& batch) { return tally.Take(batch); }
+  void EndPass() {
+    tally.EndPass();
+    ++passesDone;
+  }
+  [[nodiscard]] GroupTally* GetTally() const noexcept { return tally.Get(); }
   [[nodiscard]] std::int64_t CountOf(std::int32_t code) const noexcept {
     return tally->CountOf(code);
   }
@@ -52,5 +55,5 @@ class GroupSamples {
  private:
   GroupTally::Key key;
   std::int32_t passesDone = 0;
-  std::shared_ptr<GroupTally> tally;
+  TallyShare<GroupTally> tally;
 };

@@ -22,32 +22,25 @@ void GroupTally::Units::AddTo(NPARRank& ranks) const {
   }
 }
 
-const GroupTally::Units& GroupTally::Take(RecordBatch& batch) {
-  if (!progress.Reaches(batch)) {
-    // Another test's records may have come through the same batch since.
-    if (areAllKnown) Select(batch);
-    return units;
-  }
+void GroupTally::Take(RecordBatch& batch) {
   const std::int32_t* recordCodes = batch.TruncatedOf(key.groupVariable);
   std::size_t known = 0;
   for (std::size_t i = 0; i < batch.Size(); ++i) {
     known += recordCodes[i] >= 0 && recordCodes[i] < key.categoryCount ? 1 : 0;
   }
-  areAllKnown = known == batch.Size();
-  if (areAllKnown) {
+  if (known == batch.Size()) {
     Select(batch);
   } else {
     KeepCategories(batch);
   }
   units.shares = nullptr;
-  if (progress.PassesDone() == 0) {
+  if (pass == 0) {
     Count();
-  } else if (progress.PassesDone() == 1) {
+  } else if (pass == 1) {
     TrackHinges();
-  } else if (progress.PassesDone() == 2) {
+  } else if (pass == 2) {
     Classify();
   }
-  return units;
 }
 
 void GroupTally::Select(RecordBatch& batch) {
@@ -137,12 +130,12 @@ void GroupTally::Classify() {
       });
 }
 
-void GroupTally::EndPass(std::int32_t pass) {
-  if (!progress.Ends(pass)) return;
+void GroupTally::EndPass() {
   if (pass == 0) EndCounting();
   if (pass == 1) {
     for (GroupBoxPlot& plot : boxPlots) plot.FinishHinges();
   }
+  ++pass;
 }
 
 void GroupTally::EndCounting() {

@@ -7,14 +7,14 @@
 #include "foundation/names.h"
 #include "kit/groups/shared_tallies.h"
 #include "kit/ranks/rank.h"
-#include "kit/records/selected_records.h"
+#include "kit/records/record_batch.h"
 #include "kit/summaries/box_plot.h"
 
 /// Counts the categories of one variable among the records ascending by another, then finds the
-/// hinges of each, then its outliers: a pass for each. Tests of the same variables share it.
+/// hinges of each, then its outliers: a pass for each.
 ///
 /// A group with data has its place among those, ascending by code.
-class GroupTally {
+class GroupTally final : public Tally {
  public:
   /// Variables of the record, -1 for none, and the categories: codes from 0 below their number.
   struct Key {
@@ -52,11 +52,10 @@ class GroupTally {
   explicit GroupTally(const Key& key);
   [[nodiscard]] const Key& GetKey() const noexcept { return key; }
 
-  /// Takes records in the running pass. Their units, without those of no category, are good until
-  /// the next call and until a test takes other records.
-  const Units& Take(RecordBatch& batch);
-  /// Ends a pass, counted from 0.
-  void EndPass(std::int32_t pass);
+  void Take(RecordBatch& batch) override;
+  void EndPass() override;
+  /// The records in hand without those of no category.
+  [[nodiscard]] const Units& GetUnits() const noexcept { return units; }
 
   /// Sum of the weights of a category.
   [[nodiscard]] std::int64_t CountOf(std::int32_t code) const noexcept {
@@ -91,9 +90,8 @@ class GroupTally {
   void EndCounting();
 
   Key key;
-  TallyProgress progress;
+  std::int32_t pass = 0;
   Units units;
-  bool areAllKnown = true;              // the units are the records themselves
   std::vector<std::uint8_t> isLeftOut;  // by record in hand: it is of no category
   SelectedRecords keptRecords;
   std::vector<std::int64_t> counts;  // by code

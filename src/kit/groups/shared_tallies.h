@@ -1,57 +1,61 @@
 #pragma once
 
-#include <algorithm>
-#include <cstdint>
 #include <memory>
-#include <tuple>
 #include <vector>
 
 #include "kit/records/record_batch.h"
 
-class GroupTally;
-class TwoGroupTally;
-
-/// What tests of one worker count alike. Those whose keys name the same variables meet the same
-/// records and get the same tally; each drives it through its passes as if it were its own.
-class SharedTallies {
+/// Counts records over some passes for the tests that read it.
+class Tally {
  public:
-  /// The tally of a key: the one that another test has, else a new one. `shared` is null for a test
-  /// that runs alone. Throws std::bad_alloc.
-  template <typename Tally>
-  static std::shared_ptr<Tally> Find(SharedTallies* shared, const typename Tally::Key& key) {
-    if (shared == nullptr) return std::make_shared<Tally>(key);
-    auto& list = std::get<std::vector<std::shared_ptr<Tally>>>(shared->lists);
-    const auto found = std::find_if(list.begin(), list.end(),
-                                    [&key](const auto& tally) { return tally->GetKey() == key; });
-    if (found != list.end()) return *found;
-    list.push_back(std::make_shared<Tally>(key));
-    return list.back();
-  }
-
- private:
-  std::tuple<std::vector<std::shared_ptr<GroupTally>>, std::vector<std::shared_ptr<TwoGroupTally>>>
-      lists;
+  virtual ~Tally() = default;
+  /// Records of the running pass. What is told of them is good until the next ones.
+  virtual void Take(RecordBatch& batch) = 0;
+  virtual void EndPass() = 0;
 };
 
-/// How far a tally has come, whichever of its tests drove it there.
-class TallyProgress {
+/// What tests of one worker count alike. Those whose keys name the same variables meet the same
+/// records and get the same tally. The worker drives it through the passes of its tests: it takes
+/// records before they do, and ends a pass before they do.
+class SharedTallies {
  public:
-  /// False for records that a test of this pass brought before.
-  bool Reaches(const RecordBatch& batch) noexcept {
-    if (batch.Number() != 0 && batch.Number() == latestNumber) return false;
-    latestNumber = batch.Number();
-    return true;
+  /// The tally of a key: the one that another test has, else a new one. Throws std::bad_alloc.
+  template <typename Kind>
+  std::shared_ptr<Kind> Find(const typename Kind::Key& key) {
+    for (const auto& tally : list) {
+      const auto found = std::dynamic_pointer_cast<Kind>(tally);
+      if (found != nullptr && found->GetKey() == key) return found;
+    }
+    auto made = std::make_shared<Kind>(key);
+    list.push_back(made);
+    return made;
   }
-  /// Is this the first of the tests to end that pass, counted from 0?
-  bool Ends(std::int32_t pass) noexcept {
-    if (pass < passesDone) return false;
-    ++passesDone;
-    latestNumber = 0;
-    return true;
-  }
-  [[nodiscard]] std::int32_t PassesDone() const noexcept { return passesDone; }
 
  private:
-  std::int32_t passesDone = 0;
-  std::uint64_t latestNumber = 0;
+  std::vector<std::shared_ptr<Tally>> list;
+};
+
+/// A test's part in a tally. A test that shares none drives its own.
+template <typename Kind>
+class TallyShare {
+ public:
+  /// Before the first pass; `shared` is null for a test that counts alone. Throws std::bad_alloc.
+  void Join(SharedTallies* shared, const typename Kind::Key& key) {
+    isAlone = shared == nullptr;
+    tally = isAlone ? std::make_shared<Kind>(key) : shared->Find<Kind>(key);
+  }
+  /// The units of the records in hand.
+  const typename Kind::Units& Take(RecordBatch& batch) {
+    if (isAlone) tally->Take(batch);
+    return tally->GetUnits();
+  }
+  void EndPass() {
+    if (isAlone) tally->EndPass();
+  }
+  [[nodiscard]] Kind* Get() const noexcept { return tally.get(); }
+  const Kind* operator->() const noexcept { return tally.get(); }
+
+ private:
+  bool isAlone = true;
+  std::shared_ptr<Kind> tally;
 };

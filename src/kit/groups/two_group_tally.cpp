@@ -35,26 +35,19 @@ void TwoGroupHistograms::Finish() {
   for (QDContUnivariateVariable& histogram : histograms) histogram.AddZeroBin();
 }
 
-const TwoGroupUnits& TwoGroupTally::Take(RecordBatch& batch) {
-  if (!progress.Reaches(batch)) {
-    // Another test's records may have come through the same batch since.
-    if (areAllOfGroups) Select(batch);
-    return units;
-  }
+void TwoGroupTally::Take(RecordBatch& batch) {
   FindGroups(batch);
-  areAllOfGroups = std::count(groups.begin(), groups.end(), TwoGroups::Neither) == 0;
-  if (areAllOfGroups) {
+  if (std::count(groups.begin(), groups.end(), TwoGroups::Neither) == 0) {
     Select(batch);
   } else {
     KeepGroups(batch);
   }
   SumWeights();
-  if (progress.PassesDone() == 0) {
+  if (pass == 0) {
     TakeSizes();
-  } else if (progress.PassesDone() == 1) {
+  } else if (pass == 1) {
     histograms.Add(units);
   }
-  return units;
 }
 
 void TwoGroupTally::FindGroups(RecordBatch& batch) {
@@ -128,8 +121,8 @@ void TwoGroupTally::TakeSizes() {
   }
 }
 
-void TwoGroupTally::EndPass(std::int32_t pass) {
-  if (!progress.Ends(pass)) return;
+void TwoGroupTally::EndPass() {
   if (pass == 0) histograms.Start();
   if (pass == 1) histograms.Finish();
+  ++pass;
 }

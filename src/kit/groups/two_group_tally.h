@@ -10,7 +10,7 @@
 #include "kit/groups/shared_tallies.h"
 #include "kit/groups/two_groups.h"
 #include "kit/ranks/rank.h"
-#include "kit/records/selected_records.h"
+#include "kit/records/record_batch.h"
 #include "kit/summaries/univariate.h"
 
 /// Records of either group side by side, in the order in which they came.
@@ -60,9 +60,10 @@ class TwoGroupHistograms {
 };
 
 /// What two groups come to among the records ascending by the test variable: sizes and ranges in a
-/// first pass, histograms in a second. Tests of the same groups share it.
-class TwoGroupTally {
+/// first pass, histograms in a second.
+class TwoGroupTally final : public Tally {
  public:
+  using Units = TwoGroupUnits;
   /// Variables of the record; the weight's is -1 for none.
   struct Key {
     std::int32_t testVariable = -1;
@@ -87,11 +88,10 @@ class TwoGroupTally {
   explicit TwoGroupTally(const Key& key) : key(key) {}
   [[nodiscard]] const Key& GetKey() const noexcept { return key; }
 
-  /// Takes records in the running pass. The units of either group are good until the next call and
-  /// until a test takes other records.
-  const TwoGroupUnits& Take(RecordBatch& batch);
-  /// Ends a pass, counted from 0.
-  void EndPass(std::int32_t pass);
+  void Take(RecordBatch& batch) override;
+  void EndPass() override;
+  /// The records in hand without those of neither group.
+  [[nodiscard]] const Units& GetUnits() const noexcept { return units; }
 
   /// Good once the first pass has ended.
   [[nodiscard]] const std::array<Sample, 2>& Samples() const noexcept { return samples; }
@@ -109,9 +109,8 @@ class TwoGroupTally {
   void TakeSizes();
 
   Key key;
-  TallyProgress progress;
+  std::int32_t pass = 0;
   TwoGroupUnits units;
-  bool areAllOfGroups = true;  // the units are the records themselves
   std::vector<TwoGroups::Group> groups;
   std::vector<std::uint8_t> isLeftOut;  // by record in hand: it is of neither group
   SelectedRecords keptRecords;

@@ -10,7 +10,7 @@ RecordBatch::Column<Value>& RecordBatch::Renew(std::vector<Column<Value>>& list,
 
 template <typename Value>
 Value* RecordBatch::MakeRoom(Column<Value>& column) const {
-  if (column.own.size() < block.count) column.own.resize(block.count);
+  if (column.own.size() < size) column.own.resize(size);
   column.values = column.own.data();
   return column.own.data();
 }
@@ -18,19 +18,42 @@ Value* RecordBatch::MakeRoom(Column<Value>& column) const {
 void RecordBatch::Find(std::size_t variable) {
   Column<double>& column = Renew(columns, variable);
   const auto index = static_cast<std::int32_t>(variable);
-  if (source != nullptr) {
-    column.values = source->FindColumn(index);
-    if (column.values == nullptr) source->GatherColumn(index, MakeRoom(column));
-    return;
-  }
-  double* values = MakeRoom(column);
-  for (std::size_t i = 0; i < block.count; ++i) values[i] = block.rows[i][variable];
+  column.values = FindColumn(index);
+  if (column.values == nullptr) GatherColumn(index, MakeRoom(column));
 }
 
 void RecordBatch::FindTruncated(std::size_t variable) {
   const auto index = static_cast<std::int32_t>(variable);
   std::int32_t* wholes = MakeRoom(Renew(truncated, variable));
-  if (source != nullptr && source->GatherTruncated(index, wholes)) return;
+  if (GatherTruncated(index, wholes)) return;
   const double* values = Of(index);
-  for (std::size_t i = 0; i < block.count; ++i) wholes[i] = TruncateToInt32(values[i]);
+  for (std::size_t i = 0; i < size; ++i) wholes[i] = TruncateToInt32(values[i]);
+}
+
+RecordBatch& SelectedRecords::Select(RecordBatch& records,
+                                     const std::vector<std::uint8_t>& leftOut) {
+  all = &records;
+  if (places.size() < records.Size()) places.resize(records.Size());
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < records.Size(); ++i) {
+    places[count] = i;
+    count += leftOut[i] == 0 ? 1 : 0;
+  }
+  StartAnew(count);
+  return *this;
+}
+
+const double* SelectedRecords::FindColumn(std::int32_t variable) {
+  return Size() == all->Size() ? all->Of(variable) : nullptr;
+}
+
+void SelectedRecords::GatherColumn(std::int32_t variable, double* values) {
+  const double* from = all->Of(variable);
+  for (std::size_t i = 0; i < Size(); ++i) values[i] = from[places[i]];
+}
+
+bool SelectedRecords::GatherTruncated(std::int32_t variable, std::int32_t* values) {
+  const std::int32_t* from = all->TruncatedOf(variable);
+  for (std::size_t i = 0; i < Size(); ++i) values[i] = from[places[i]];
+  return true;
 }

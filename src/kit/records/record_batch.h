@@ -6,37 +6,8 @@
 
 #include "foundation/names.h"
 
-/// Records that a walk hands out at a time: some of their columns fit the fastest cache.
+/// Records in hand at a time: some of their columns fit the fastest cache.
 inline constexpr std::size_t kRecordsAtOnce = 256;
-
-/// Finds the columns of the records in hand without going through rows.
-class ColumnSource {
- public:
-  virtual ~ColumnSource() = default;
-  /// The variable's values where they stand side by side, good until the next records; else null,
-  /// and GatherColumn is to be asked.
-  [[nodiscard]] virtual const double* FindColumn(std::int32_t variable) = 0;
-  virtual void GatherColumn(std::int32_t variable, double* values) = 0;
-  /// The same values without their fractions; false where GatherColumn tells them as quickly.
-  virtual bool GatherTruncated(std::int32_t variable, std::int32_t* values) = 0;
-  /// The rows of the records in hand, good until the next ones.
-  virtual const double* const* FindRows() = 0;
-};
-
-class RecordBatch;
-
-/// An iterator that hands out its records by columns, many at a time. Found by dynamic_cast, as
-/// IRecordBlocks is.
-class IColumnBlocks {
- public:
-  virtual ~IColumnBlocks() = default;
-  /// False at the end. The columns are good until the next call.
-  virtual bool NextColumns(RecordBatch& columns) = 0;
-  /// Doubles in a record.
-  [[nodiscard]] virtual int GetRecordWidth() const = 0;
-  /// Does any record hold this mark of a missing value at that place?
-  [[nodiscard]] virtual bool HoldsMark(std::int32_t variable, double mark) const = 0;
-};
 
 /// Some records by columns: the values of a variable side by side, as a loop over many records
 /// wants them. A column is found when it is first asked for, so that tests of the same pass share
@@ -44,38 +15,13 @@ class IColumnBlocks {
 class RecordBatch {
  public:
   RecordBatch() = default;
-  /// One record, which must outlive this.
-  explicit RecordBatch(const Record& record) noexcept
-      : onlyRow(record.Values()), block{&onlyRow, 1} {}
   RecordBatch(const RecordBatch&) = delete;
   RecordBatch& operator=(const RecordBatch&) = delete;
+  virtual ~RecordBatch() = default;
 
-  /// Goes on to other records, whose rows must stand as long.
-  void LookAt(const RecordBlock& rows) noexcept {
-    block = rows;
-    source = nullptr;
-    StartAnew();
-  }
-  /// Goes on to the `count` records that a source has in hand.
-  void LookAt(ColumnSource& recordSource, std::size_t count) noexcept {
-    block = {nullptr, count};
-    source = &recordSource;
-    StartAnew();
-  }
-  /// The number of the records in hand among those of the walk, from 1; what is left of them after
-  /// some were filtered out bears the same. 0: there is no walk that counts. By it, what several
-  /// tests keep together knows records that it has taken already.
-  [[nodiscard]] std::uint64_t Number() const noexcept { return number; }
-  void SetNumber(std::uint64_t numberInWalk) noexcept { number = numberInWalk; }
-  [[nodiscard]] std::size_t Size() const noexcept { return block.count; }
-  /// Throws std::bad_alloc, as what reads them does.
-  [[nodiscard]] const RecordBlock& Rows() {
-    if (block.rows == nullptr && source != nullptr) block.rows = source->FindRows();
-    return block;
-  }
-  /// The variable's values, Size() of them, until the next LookAt. Throws std::bad_alloc.
+  [[nodiscard]] std::size_t Size() const noexcept { return size; }
+  /// The variable's values, Size() of them, until other records are in hand. Throws std::bad_alloc.
   [[nodiscard]] const double* Of(std::int32_t variable) {
-    if (block.count == 1) return Rows().rows[0] + variable;
     const auto place = static_cast<std::size_t>(variable);
     if (place >= columns.size() || columns[place].serial != serial) Find(place);
     return columns[place].values;
@@ -87,6 +33,13 @@ class RecordBatch {
     return truncated[place].values;
   }
 
+ protected:
+  /// `count` other records are in hand.
+  void StartAnew(std::size_t count) noexcept {
+    size = count;
+    ++serial;
+  }
+
  private:
   template <typename Value>
   struct Column {
@@ -94,22 +47,66 @@ class RecordBatch {
     std::uint64_t serial = 0;  // of the records that they belong to
     std::vector<Value> own;    // where they are gathered into
   };
+
+  /// The variable's values where they stand side by side already; else null, and GatherColumn is
+  /// asked.
+  virtual const double* FindColumn(std::int32_t /*variable*/) { return nullptr; }
+  virtual void GatherColumn(std::int32_t variable, double* values) = 0;
+  /// False where cutting off the fractions of the column is as quick.
+  virtual bool GatherTruncated(std::int32_t /*variable*/, std::int32_t* /*values*/) {
+    return false;
+  }
   template <typename Value>
   Column<Value>& Renew(std::vector<Column<Value>>& list, std::size_t variable) const;
   template <typename Value>
   Value* MakeRoom(Column<Value>& column) const;
   void Find(std::size_t variable);
   void FindTruncated(std::size_t variable);
-  void StartAnew() noexcept {
-    number = 0;
-    ++serial;
-  }
 
-  const double* onlyRow = nullptr;
-  RecordBlock block;
-  ColumnSource* source = nullptr;
-  std::uint64_t number = 0;
+  std::size_t size = 0;
   std::uint64_t serial = 1;
   std::vector<Column<double>> columns;  // by variable
   std::vector<Column<std::int32_t>> truncated;
+};
+
+/// Records that stand as rows.
+class RowBatch final : public RecordBatch {
+ public:
+  RowBatch() = default;
+  /// One record, which must outlive this.
+  explicit RowBatch(const Record& record) noexcept : onlyRow(record.Values()) {
+    LookAt({&onlyRow, 1});
+  }
+  /// Goes on to other records, whose rows must stand as long.
+  void LookAt(const RecordBlock& block) noexcept {
+    rows = block.rows;
+    StartAnew(block.count);
+  }
+
+ private:
+  const double* FindColumn(std::int32_t variable) override {
+    return Size() == 1 ? rows[0] + variable : nullptr;
+  }
+  void GatherColumn(std::int32_t variable, double* values) override {
+    for (std::size_t i = 0; i < Size(); ++i) values[i] = rows[i][variable];
+  }
+
+  const double* onlyRow = nullptr;
+  const double* const* rows = nullptr;
+};
+
+/// Some of the records of a batch.
+class SelectedRecords final : public RecordBatch {
+ public:
+  /// Those whose byte in `leftOut` is 0. Good until either the records or the selection change;
+  /// nothing is taken over. Throws std::bad_alloc.
+  RecordBatch& Select(RecordBatch& records, const std::vector<std::uint8_t>& leftOut);
+
+ private:
+  const double* FindColumn(std::int32_t variable) override;
+  void GatherColumn(std::int32_t variable, double* values) override;
+  bool GatherTruncated(std::int32_t variable, std::int32_t* values) override;
+
+  RecordBatch* all = nullptr;
+  std::vector<std::size_t> places;  // among all
 };

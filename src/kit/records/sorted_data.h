@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "foundation/names.h"
+#include "kit/records/batch_source.h"
 
 /// Where the records of a run can be had in the order of a variable.
 class ISortedData {
@@ -10,5 +10,5 @@ class ISortedData {
   virtual ~ISortedData() = default;
   /// The records ascending by that variable; null if they were not asked for. Not handed over.
   /// They are sorted when they are first taken; throws std::bad_alloc where memory runs out.
-  [[nodiscard]] virtual MultiPassRecordIter* GetSortedIterator(std::int32_t variable) = 0;
+  [[nodiscard]] virtual BatchSource* GetSortedIterator(std::int32_t variable) = 0;
 };

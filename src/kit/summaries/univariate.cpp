@@ -4,7 +4,6 @@
 #include <cmath>
 #include <initializer_list>
 
-#include "kit/records/record_blocks.h"
 #include "kit/records/record_weight.h"
 
 namespace {
@@ -143,7 +142,7 @@ void QDContUnivariateVariable::ProcessBatch(RecordBatch& batch) {
 }
 
 QDStatus QDContUnivariateVariable::ProcessRecord(const Record& record) {
-  RecordBatch one(record);
+  RowBatch one(record);
   ProcessBatch(one);
   return QDStatus();
 }
@@ -171,10 +170,10 @@ QDStatus QDContUnivariateVariable::EndPass() {
 }
 
 QDStatus QDContUnivariateVariable::WalkSortedValues() {
-  MultiPassRecordIter* sorted =
+  BatchSource* sorted =
       sortedData == nullptr ? nullptr : sortedData->GetSortedIterator(variableIndex);
   if (sorted == nullptr) return QDStatus(kNoSortedData);
-  ForEachBlock(*sorted, [this](RecordBatch& batch) {
+  ForEachBatch(*sorted, [this](RecordBatch& batch) {
     const double* values = batch.Of(variableIndex);
     const double* weights = weightIndex < 0 ? nullptr : batch.Of(weightIndex);
     for (std::size_t i = 0; i < batch.Size(); ++i) {
@@ -376,7 +375,7 @@ void QDCateUnivariateVariable::ProcessBatch(RecordBatch& batch) {
 }
 
 QDStatus QDCateUnivariateVariable::ProcessRecord(const Record& record) {
-  RecordBatch one(record);
+  RowBatch one(record);
   ProcessBatch(one);
   return QDStatus();
 }

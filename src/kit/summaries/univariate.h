@@ -275,7 +275,7 @@ class QDCateUnivariateVariable final : public QDUnivariateVariable {
 class QDUnivariateSummaries {
  public:
   /// Neither is taken over.
-  QDUnivariateSummaries(MultiPassRecordIter* records, const QDVarList* variables) noexcept
+  QDUnivariateSummaries(BatchSource* records, const QDVarList* variables) noexcept
       : records(records), variables(variables) {}
 
   /// Asks for a statistic of a variable. False for a variable of a kind that has no summary, for a
@@ -301,7 +301,7 @@ class QDUnivariateSummaries {
   /// One walk over the records for the summaries that need it; false if there was no record.
   bool ReadRecords();
 
-  MultiPassRecordIter* records;
+  BatchSource* records;
   const QDVarList* variables;
   ISortedData* sortedData = nullptr;
   std::int32_t weightIndex = -1;

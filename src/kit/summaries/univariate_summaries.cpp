@@ -1,5 +1,4 @@
 #include "kit/contract/allocation.h"
-#include "kit/records/record_blocks.h"
 #include "kit/summaries/univariate.h"
 
 namespace {
@@ -67,7 +66,7 @@ bool QDUnivariateSummaries::ReadRecords() {
       others.push_back(summary.get());
     }
   }
-  return records != nullptr && ForEachBlock(*records, [&](RecordBatch& batch) {
+  return records != nullptr && ForEachBatch(*records, [&](RecordBatch& batch) {
            QDContUnivariateVariable::SummariseTogether(together, batch);
            for (QDUnivariateVariable* summary : others) summary->ProcessBatch(batch);
          });

@@ -42,6 +42,7 @@ class NPARJonckTer final : public NPARColumnTest {
   QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
+  Tally* GetTally() const noexcept override { return samples.GetTally(); }
 
  private:
   void ReadSettings();

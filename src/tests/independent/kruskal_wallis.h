@@ -38,6 +38,7 @@ class NPARKruskalWOneWay final : public NPARColumnTest {
   QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
+  Tally* GetTally() const noexcept override { return samples.GetTally(); }
 
  private:
   void EndOverall();

@@ -63,14 +63,13 @@ QDStatus NPARKSmirnowTwoSample::BeginPass() {
   if (status.IsError()) return status;
   passesLeft = 2 - passNumber;
   if (passNumber == 0) {
-    tally = SharedTallies::Find<TwoGroupTally>(sharedTallies,
-                                               {groups, RecordWeight(*settings).Index()});
+    tally.Join(sharedTallies, {groups, RecordWeight(*settings).Index()});
   }
   return status;
 }
 
 QDStatus NPARKSmirnowTwoSample::ProcessBatch(RecordBatch& batch) {
-  const TwoGroupUnits& units = tally->Take(batch);
+  const TwoGroupUnits& units = tally.Take(batch);
   if (units.count > 0 && passNumber == 1) TakeDifferences(units);
   return status;
 }
@@ -129,7 +128,7 @@ bool NPARKSmirnowTwoSample::NeedsAnotherPass() { return !status.IsError() && pas
 
 QDStatus NPARKSmirnowTwoSample::EndPass() {
   if (status.IsError()) return status;
-  tally->EndPass(passNumber);
+  tally.EndPass();
   if (passNumber == 0) {
     samples = {Sample{tally->Samples()[0]}, Sample{tally->Samples()[1]}};
     return status;

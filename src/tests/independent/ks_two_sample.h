@@ -36,6 +36,7 @@ class NPARKSmirnowTwoSample final : public NPARColumnTest {
   QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
+  Tally* GetTally() const noexcept override { return tally.Get(); }
 
  private:
   /// What is known of one group.
@@ -53,7 +54,7 @@ class NPARKSmirnowTwoSample final : public NPARColumnTest {
 
   double sigLevel = 0.05;
   TwoGroups groups;
-  std::shared_ptr<TwoGroupTally> tally;
+  TallyShare<TwoGroupTally> tally;
   std::int32_t passNumber = 0;
   std::array<Sample, 2> samples;
   double previousValue = QDMV::gMissingValue;

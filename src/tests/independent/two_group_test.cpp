@@ -27,14 +27,13 @@ QDStatus NPARTwoGroupTest::BeginPass() {
   passesLeft = passCount - passIndex;
   if (passIndex == 0) {
     groups.Check(*this, sharedData, codes);
-    tally = SharedTallies::Find<TwoGroupTally>(sharedTallies,
-                                               {groups, RecordWeight(*settings).Index()});
+    tally.Join(sharedTallies, {groups, RecordWeight(*settings).Index()});
   }
   return status;
 }
 
 QDStatus NPARTwoGroupTest::ProcessBatch(RecordBatch& batch) {
-  const TwoGroupUnits& units = tally->Take(batch);
+  const TwoGroupUnits& units = tally.Take(batch);
   if (passIndex == 0) {
     Take(units);
   } else {
@@ -49,7 +48,7 @@ bool NPARTwoGroupTest::NeedsAnotherPass() {
 
 QDStatus NPARTwoGroupTest::EndPass() {
   if (status.IsError()) return status;
-  tally->EndPass(passIndex);
+  tally.EndPass();
   if (passIndex == 0) {
     counts = {tally->Samples()[TwoGroups::First].count, tally->Samples()[TwoGroups::Second].count};
     if (TotalCount() == 0) {

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 #include "kit/contract/column_test.h"
@@ -25,6 +24,7 @@ class NPARTwoGroupTest : public NPARColumnTest {
   bool NeedsAnotherPass() override;
   QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) final;
+  Tally* GetTally() const noexcept final { return tally.Get(); }
 
  protected:
   enum class Passes : std::int32_t { FiguresOnly = 1, WithHistograms = 2 };
@@ -43,7 +43,7 @@ class NPARTwoGroupTest : public NPARColumnTest {
   double sigLevel = 0.05;
   UnivariateResults* sharedData = nullptr;
   TwoGroups groups;
-  std::shared_ptr<TwoGroupTally> tally;
+  TallyShare<TwoGroupTally> tally;
   std::array<std::int64_t, 2> counts{0, 0};  // sums of weights
 
  private:

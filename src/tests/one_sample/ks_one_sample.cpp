@@ -191,22 +191,15 @@ void NPARKSmirnowOneSample::Estimate(RecordBatch& batch) {
     estimator->ProcessBatch(batch);
     return;
   }
-  validPlaces.clear();
+  isInvalid.assign(batch.Size(), 1);
   weight.UseTruncated(batch, [&](auto weightAt) {
     for (std::size_t i = 0; i < batch.Size() && !status.IsError(); ++i) {
       if (!ValidateValue(values[i], weightAt(i))) continue;
       totalN += weightAt(i);
-      validPlaces.push_back(i);
+      isInvalid[i] = 0;
     }
   });
-  if (validPlaces.size() == batch.Size()) {
-    estimator->ProcessBatch(batch);
-    return;
-  }
-  validRows.clear();
-  for (const std::size_t i : validPlaces) validRows.push_back(batch.Rows().rows[i]);
-  validColumns.LookAt({validRows.data(), validRows.size()});
-  estimator->ProcessBatch(validColumns);
+  estimator->ProcessBatch(validRecords.Select(batch, isInvalid));
 }
 
 bool NPARKSmirnowOneSample::TakeInside(const double* values, std::size_t count) {

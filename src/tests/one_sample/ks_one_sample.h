@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "kit/contract/column_test.h"
+#include "kit/records/record_batch.h"
 #include "kit/records/record_weight.h"
 #include "kit/summaries/univariate.h"
 #include "tests/one_sample/reference_distribution.h"
@@ -80,9 +81,8 @@ class NPARKSmirnowOneSample final : public NPARColumnTest {
   bool estimateMean = false;
   bool estimateStdDev = false;
   std::optional<QDContUnivariateVariable> estimator;
-  std::vector<std::size_t> validPlaces;  // among the records in hand
-  std::vector<const double*> validRows;
-  RecordBatch validColumns;
+  std::vector<std::uint8_t> isInvalid;  // by record in hand
+  SelectedRecords validRecords;
   std::uint64_t pass = 0;
 
   std::int64_t totalN = 0;

@@ -12,11 +12,9 @@ constexpr double kMissing = QDMV::gMissingValue;
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 KeptColumn ColumnOf(const std::vector<double>& values, std::size_t atOnce = 3) {
-  std::vector<const double*> rows;
-  for (const double& value : values) rows.push_back(&value);
   KeptColumn column(2);
   for (std::size_t kept = 0; kept < values.size(); kept += atOnce) {
-    column.Append(kept, rows.data() + kept, 0, std::min(atOnce, values.size() - kept));
+    column.Append(kept, values.data() + kept, std::min(atOnce, values.size() - kept));
   }
   return column;
 }

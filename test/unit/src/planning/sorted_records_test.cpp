@@ -27,14 +27,13 @@ TEST(NPARSortedIterator, WalksAscendingWithEqualValuesInRecordOrder) {
 
     NPARSortManager manager(kept.reader.get());
     ASSERT_TRUE(manager.AddSortVariable(1));
-    MultiPassRecordIter* sorted = manager.GetSortedIterator(1);
-    EXPECT_EQ(Walk(*sorted, 0), numbers);
-    EXPECT_EQ(sorted->GetState(), 1);
-    EXPECT_EQ(sorted->Next(), nullptr);
-    EXPECT_EQ(sorted->Reset(), 0);
-    EXPECT_EQ(WalkBlocks(dynamic_cast<IRecordBlocks&>(*sorted), 0), numbers);
-    EXPECT_EQ(sorted->Reset(), 0);
-    EXPECT_EQ((*sorted->Next())[0], numbers.front());
+    auto& sorted = dynamic_cast<NPARSortedIterator&>(*manager.GetSortedIterator(1));
+    EXPECT_EQ(Walk(sorted, 0), numbers);
+    EXPECT_EQ(sorted.GetState(), 1);
+    EXPECT_EQ(sorted.Next(), nullptr);
+    EXPECT_EQ(WalkBatches(sorted, 0), numbers);
+    EXPECT_EQ(sorted.Reset(), 0);
+    EXPECT_EQ((*sorted.Next())[0], numbers.front());
   }
 }
 
@@ -42,16 +41,15 @@ TEST(NPARSortedIterator, TakesTheMissingValueAsAValueAndPutsNotANumberLast) {
   const Kept kept(TwoVariables(), {{0, kNan}, {1, 3}, {2, kMissing}, {3, -3}, {4, -1e308}});
   NPARSortManager manager(kept.reader.get());
   ASSERT_TRUE(manager.AddSortVariable(1));
-  EXPECT_EQ(Walk(*manager.GetSortedIterator(1), 0), (std::vector<double>{2, 4, 3, 1, 0}));
+  EXPECT_EQ(WalkBatches(*manager.GetSortedIterator(1), 0), (std::vector<double>{2, 4, 3, 1, 0}));
 }
 
 TEST(NPARSortedIterator, OverNoRecordsEndsAtOnce) {
   const Kept kept(TwoVariables(), {});
-  NPARSortedIterator sorted(&kept.reader->Records(), {});
+  NPARSortedIterator sorted(kept.reader->Records(), {});
   EXPECT_EQ(sorted.Reset(), 1);
   EXPECT_FALSE(sorted.HasNext());
-  RecordBlock block;
-  EXPECT_FALSE(sorted.NextBlock(block));
+  EXPECT_EQ(sorted.NextBatch(), nullptr);
 }
 
 /// What the records are sorted by, codes that fit a byte and codes that do not, some of everything
@@ -84,24 +82,20 @@ TEST(NPARSortedIterator, GivesColumnsBitForBitAsTheRecordsCame) {
       NPARSortManager manager(kept.reader.get());
       ASSERT_TRUE(manager.AddSortVariable(sortVariable));
       for (const std::int32_t companion : companions) manager.AddCompanion(companion);
-      auto& sorted = dynamic_cast<NPARSortedIterator&>(*manager.GetSortedIterator(sortVariable));
-      RecordBatch columns;
       std::size_t differences = 0;
       std::size_t seen = 0;
-      for (; sorted.NextColumns(columns); seen += columns.Size()) {
-        for (std::size_t i = 0; i < columns.Size(); ++i) {
-          const auto number = static_cast<std::size_t>(columns.Of(6)[i]);
+      ForEachBatch(*manager.GetSortedIterator(sortVariable), [&](RecordBatch& batch) {
+        seen += batch.Size();
+        for (std::size_t i = 0; i < batch.Size(); ++i) {
+          const auto number = static_cast<std::size_t>(batch.Of(6)[i]);
           for (std::int32_t variable = 0; variable < 7; ++variable) {
             const double value = source[number][static_cast<std::size_t>(variable)];
-            const double row = columns.Rows().rows[i][variable];
-            for (const double found : {columns.Of(variable)[i], row}) {
-              differences +=
-                  std::bit_cast<std::uint64_t>(found) != std::bit_cast<std::uint64_t>(value);
-            }
-            differences += columns.TruncatedOf(variable)[i] != TruncateToInt32(value);
+            differences += std::bit_cast<std::uint64_t>(batch.Of(variable)[i]) !=
+                           std::bit_cast<std::uint64_t>(value);
+            differences += batch.TruncatedOf(variable)[i] != TruncateToInt32(value);
           }
         }
-      }
+      });
       EXPECT_EQ(differences, 0U);
       EXPECT_EQ(seen, source.size());
     }
@@ -114,7 +108,7 @@ TEST(NPARSortedIterator, OrdersNegativesWithANegativeZeroAmongThem) {
   const Kept kept(TwoVariables(), rows);
   NPARSortManager manager(kept.reader.get());
   ASSERT_TRUE(manager.AddSortVariable(1));
-  const std::vector<double> values = Walk(*manager.GetSortedIterator(1), 1);
+  const std::vector<double> values = WalkBatches(*manager.GetSortedIterator(1), 1);
   EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
   EXPECT_TRUE(std::signbit(values.back()));
   EXPECT_EQ(values.back(), 0.0);
@@ -133,7 +127,7 @@ TEST(NPARSortManager, GivesOneViewForEachVariableThatWasAskedFor) {
   EXPECT_EQ(manager.GetSortedIterator(1), manager.GetSortedIterator(1));
   manager.Release(1);
   manager.Release(-1);  // of no order at all
-  EXPECT_EQ(Walk(*manager.GetSortedIterator(1), 1), (std::vector<double>{0, 2, 4}));
+  EXPECT_EQ(WalkBatches(*manager.GetSortedIterator(1), 1), (std::vector<double>{0, 2, 4}));
 }
 
 }  // namespace

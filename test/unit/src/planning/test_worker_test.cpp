@@ -3,12 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <new>
 #include <numeric>
 
-#include "kit/contract/column_test.h"
+#include "kit/contract/test.h"
+#include "kit/groups/shared_tallies.h"
 #include "planning/progress.h"
 #include "support/variables.h"
 
@@ -22,23 +24,52 @@ constexpr std::int32_t kExhausted = 220012;
 using Log = std::vector<std::string>;
 using Rows = std::vector<std::vector<double>>;
 
+/// Writes down each call.
+class NotingTally final : public Tally {
+ public:
+  struct Key {
+    Log* log;
+    std::string name;
+    bool operator==(const Key&) const = default;
+  };
+  struct Units {};
+  explicit NotingTally(Key key) : key(std::move(key)) {}
+  [[nodiscard]] const Key& GetKey() const { return key; }
+  [[nodiscard]] const Units& GetUnits() const { return units; }
+  void Take(RecordBatch& batch) override {
+    key.log->push_back(key.name + " Takes " + std::to_string(batch.Size()));
+  }
+  void EndPass() override { key.log->push_back(key.name + " End"); }
+
+ private:
+  Key key;
+  Units units;
+};
+
 /// A test that writes down each call and answers as it is told.
-class ScriptedTest final : public NPARRecordTest {
+class ScriptedTest final : public NPARTest {
  public:
   ScriptedTest(std::string name, Log& log, int passes = 1)
-      : NPARRecordTest(nullptr), name(std::move(name)), log(log), passesWanted(passes) {}
+      : NPARTest(nullptr), name(std::move(name)), log(log), passesWanted(passes) {}
 
   void SetSharedData(UnivariateResults*) override { Note("Shared"); }
   QDStatus BeginPass() override {
     passesLeft = passesWanted - pass;
+    if (pass == 0 && !tallyName.empty()) share.Join(sharedTallies, {&log, tallyName});
     return Answer("Begin");
   }
-  QDStatus ProcessRecord(const Record& record) override {
-    return Answer("Record " + std::to_string(static_cast<int>(record[0])));
+  QDStatus ProcessBatch(RecordBatch& batch) override {
+    if (!tallyName.empty()) static_cast<void>(share.Take(batch));
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
+      const QDStatus answer = Answer("Record " + std::to_string(static_cast<int>(batch.Of(0)[i])));
+      if (answer.IsError()) return answer;
+    }
+    return QDStatus();
   }
   bool NeedsAnotherPass() override { return Answer("More").IsOK() && ++pass < passesWanted; }
   QDStatus EndPass() override {
     --passesLeft;
+    if (!tallyName.empty()) share.EndPass();
     return Answer("End");
   }
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override {
@@ -51,7 +82,10 @@ class ScriptedTest final : public NPARRecordTest {
     return XMLElement::Create(name);
   }
 
+  Tally* GetTally() const noexcept override { return share.Get(); }
+
   std::vector<std::int64_t> required = {0};
+  std::string tallyName;  // empty: it reads none
   /// What a call answers, or does, instead of success.
   std::map<std::string, std::function<QDStatus()>> answers;
 
@@ -67,6 +101,7 @@ class ScriptedTest final : public NPARRecordTest {
   Log& log;
   int passesWanted;
   int pass = 0;
+  TallyShare<NotingTally> share;
 };
 
 QDVarList OneVariable() { return VariableListBuilder().Continuous("x").Build(); }
@@ -79,13 +114,9 @@ Rows Count(int count) {
 
 /// A worker over records in memory, with the calls of its tests.
 struct Bench {
-  explicit Bench(const Rows& rows, QDVarList list = OneVariable(), bool analysisMissing = true,
-                 bool inBlocks = true)
-      : variables(std::move(list)),
-        single(rows),
-        blocks(rows),
-        worker(&variables, analysisMissing) {
-    worker.SetRecords(inBlocks ? static_cast<MultiPassRecordIter*>(&blocks) : &single);
+  explicit Bench(const Rows& rows, QDVarList list = OneVariable(), bool analysisMissing = true)
+      : variables(std::move(list)), records(rows), worker(&variables, analysisMissing) {
+    worker.SetRecords(&batches);
   }
   ScriptedTest& Add(const std::string& name, int passes = 1) {
     auto test = std::make_unique<ScriptedTest>(name, log, passes);
@@ -104,8 +135,8 @@ struct Bench {
   }
 
   QDVarList variables;
-  MemoryRecords single;
-  MemoryBlocks blocks;
+  MemoryBlocks records;
+  IteratorBatches batches{records};
   Log log;
   CancelPair cancelPair;
   NPARTestWorker worker;
@@ -128,7 +159,7 @@ TEST(TestWorker, CallsTestsInTheOrderOfTheContract) {
                                      "a End", "b End", "a More", "b More",                    //
                                      "a Begin", "a Required", "a Record 0", "a Record 1",     //
                                      "a End", "a More", "b More"));
-  EXPECT_EQ(bench.blocks.Resets(), 2);
+  EXPECT_EQ(bench.records.Resets(), 2);
 }
 
 TEST(TestWorker, EndsThePassAtOnceWithoutRecords) {
@@ -141,7 +172,7 @@ TEST(TestWorker, EndsThePassAtOnceWithoutRecords) {
 TEST(TestWorker, WithoutTestsReadsNothing) {
   Bench bench(Count(2));
   EXPECT_EQ(bench.Run(), QDStatus());
-  EXPECT_EQ(bench.blocks.Resets(), 0);
+  EXPECT_EQ(bench.records.Resets(), 0);
 }
 
 struct MissingCase {
@@ -177,21 +208,19 @@ TEST(TestWorker, MissingValuesHoldOffTheTestsThatRequireThem) {
        {-1, 99},
        {"Record 0", "Record 1", "Record 2", "Record 3", "Record 4", "Record 5"}},
   };
-  for (const bool inBlocks : {true, false}) {
-    for (const MissingCase& row : cases) {
-      SCOPED_TRACE(std::string(row.catches) + (inBlocks ? ", blocks" : ", records"));
-      Bench analysis(rows, variables(), true, inBlocks);
-      analysis.Add("t").required = row.required;
-      EXPECT_EQ(analysis.Run(), QDStatus());
-      Log expected;
-      for (const std::string& call : row.analysis) expected.push_back("t " + call);
-      EXPECT_EQ(analysis.Calls("t Record"), expected);
+  for (const MissingCase& row : cases) {
+    SCOPED_TRACE(row.catches);
+    Bench analysis(rows, variables());
+    analysis.Add("t").required = row.required;
+    EXPECT_EQ(analysis.Run(), QDStatus());
+    Log expected;
+    for (const std::string& call : row.analysis) expected.push_back("t " + call);
+    EXPECT_EQ(analysis.Calls("t Record"), expected);
 
-      Bench listwise(rows, variables(), false, inBlocks);
-      listwise.Add("t").required = row.required;
-      EXPECT_EQ(listwise.Run(), QDStatus());
-      EXPECT_THAT(listwise.Calls("t Record"), ElementsAre("t Record 0", "t Record 5"));
-    }
+    Bench listwise(rows, variables(), false);
+    listwise.Add("t").required = row.required;
+    EXPECT_EQ(listwise.Run(), QDStatus());
+    EXPECT_THAT(listwise.Calls("t Record"), ElementsAre("t Record 0", "t Record 5"));
   }
 }
 
@@ -214,41 +243,39 @@ TEST(TestWorker, TestsOfOnePassAreHeldOffEachByItsOwnVariables) {
   EXPECT_EQ(bench.Calls("all Record").size(), 1U);
 }
 
-/// Notes the number under which records come, and the first of them.
-class NumberTest final : public NPARColumnTest {
- public:
-  NumberTest(std::int64_t required, Log& log)
-      : NPARColumnTest(nullptr), required(required), log(log) {}
-
-  void SetSharedData(UnivariateResults*) override {}
-  QDStatus BeginPass() override { return QDStatus(); }
-  QDStatus ProcessBatch(RecordBatch& batch) override {
-    log.push_back(std::to_string(batch.Number()) + ": " +
-                  std::to_string(static_cast<int>(batch.Of(0)[0])));
-    return QDStatus();
-  }
-  bool NeedsAnotherPass() override { return false; }
-  QDStatus EndPass() override { return QDStatus(); }
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override {
-    positions = {required};
-  }
-  XMLElement* WriteResults() override { return nullptr; }
-
- private:
-  std::int64_t required;
-  Log& log;
-};
-
-TEST(TestWorker, WhatIsLeftOfRecordsBearsTheirNumber) {
-  Rows rows = Count(260);  // more than are handed out at a time
-  for (std::vector<double>& row : rows) row.push_back(1.0);
-  rows[0][1] = rows[256][1] = kMissing;
-  Bench bench(rows, VariableListBuilder().Continuous("x").Continuous("y").Build());
-  for (const std::int64_t required : {0, 1, 0}) {
-    bench.worker.AddTest(std::make_unique<NumberTest>(required, bench.log));
-  }
+TEST(TestWorker, TalliesTakeTheRecordsOfTheirTestsOnceAndBeforeThem) {
+  Bench bench({{0, kMissing}, {1, 1}},
+              VariableListBuilder().Continuous("x").Continuous("y").Build());
+  const auto add = [&bench](const char* name, std::int64_t required, const char* tally,
+                            int passes) -> ScriptedTest& {
+    ScriptedTest& test = bench.Add(name, passes);
+    test.required = {required};
+    test.tallyName = tally;
+    return test;
+  };
+  add("a", 0, "X", 1);
+  add("b", 1, "Y", 2);
+  add("c", 0, "X", 1).answers["Record 1"] = Code(220007);
+  add("d", 1, "Z", 1).answers["Record 1"] = Code(220007);
   EXPECT_EQ(bench.Run(), QDStatus());
-  EXPECT_THAT(bench.log, ElementsAre("1: 0", "1: 1", "1: 0", "2: 256", "2: 257", "2: 256"));
+  std::erase_if(bench.log, [](const std::string& call) {
+    return call.find("Record") > 2 && call.find("End") > 2 && call.find("Takes") > 2;
+  });
+  EXPECT_THAT(bench.log,
+              ElementsAre("X Takes 2", "a Record 0", "a Record 1", "c Record 0", "c Record 1",  //
+                          "Y Takes 1", "Z Takes 1", "b Record 1", "d Record 1",                 //
+                          "X End", "Y End", "a End", "b End",  // Z has no test any more
+                          "Y Takes 1", "b Record 1", "Y End", "b End"));
+}
+
+TEST(TallyShare, OfATestThatRunsAloneIsDrivenByIt) {
+  Log log;
+  ScriptedTest test("a", log);
+  test.tallyName = "X";
+  EXPECT_EQ(test.BeginPass(), QDStatus());
+  EXPECT_EQ(test.ProcessRecord(Record(1)), QDStatus());
+  EXPECT_EQ(test.EndPass(), QDStatus());
+  EXPECT_THAT(log, ElementsAre("a Begin", "X Takes 1", "a Record 0", "X End", "a End"));
 }
 
 TEST(TestWorker, AnErrorTakesItsTestOutOfThePassAndNoOther) {
@@ -309,7 +336,8 @@ TEST(TestWorker, ExhaustedMemoryWhileResultsAreWrittenIsAStatus) {
 TEST(TestWorker, TakesRecordsAscendingByItsSortVariable) {
   Bench bench({}, VariableListBuilder().Continuous("number").Continuous("x").Build());
   MemoryRecords source({{0, 5}, {1, 3}, {2, 5}, {3, kMissing}, {4, 4}});
-  InitialDataReader reader(InitialDataReader::kBlockSize, &source, false, {0, 1}, &bench.variables);
+  IteratorBatches batches(source);
+  InitialDataReader reader(&batches, false, {0, 1}, &bench.variables);
   ASSERT_EQ(reader.Read(), QDStatus());
   NPARSortManager manager(&reader);
   ASSERT_TRUE(manager.AddSortVariable(1));
@@ -333,22 +361,17 @@ class CancelAfter final : public ICancelSource {
 };
 
 TEST(TestWorker, ACancelledPassIsNotEndedAndIsNoError) {
-  struct Case {
-    bool inBlocks;
-    int questions;  // answered with no
-    std::size_t records;
-  };
-  // One question stands before the pass; then one for each record, or for each 256 of a block.
-  for (const Case& row : {Case{false, 0, 0}, Case{false, 1, 0}, Case{false, 6, 5}, Case{true, 1, 0},
-                          Case{true, 2, 256}, Case{true, 3, 512}}) {
-    SCOPED_TRACE(row.questions);
-    Bench bench(Count(700), OneVariable(), true, row.inBlocks);
-    CancelAfter source(row.questions);
+  // One question stands before the pass; then one for each batch.
+  for (const int questions : {0, 1, 2, 3}) {
+    SCOPED_TRACE(questions);
+    Bench bench(Count(700));
+    CancelAfter source(questions);  // answered with no
     bench.cancelPair.source = &source;
     bench.Add("a");
     EXPECT_EQ(bench.Run(), QDStatus());
     EXPECT_TRUE(bench.cancelPair.cancelled);
-    EXPECT_EQ(bench.Calls("a Record").size(), row.records);
+    EXPECT_EQ(bench.Calls("a Record").size(),
+              256U * static_cast<unsigned>(std::max(questions - 1, 0)));
     EXPECT_TRUE(bench.Calls("a End").empty());
     EXPECT_TRUE(bench.Calls("a More").empty());
   }

@@ -22,7 +22,8 @@ std::string DocumentOf(const QDVarList& variables, std::vector<std::vector<doubl
                        std::vector<std::unique_ptr<XMLElement>> tests, const NPARRunInfo& runInfo,
                        std::int32_t caseIdIndex = -1) {
   MemoryBlocks records(std::move(rows));
-  QDUnivariateSummaries summaries(&records, &variables);
+  IteratorBatches batches(records);
+  QDUnivariateSummaries summaries(&batches, &variables);
   const std::int32_t weightIndex = variables.GetFreqWeightVariable();
   summaries.SetWeightVariable(weightIndex);
   for (std::int32_t index = 0; index < variables.Size(); ++index) {

@@ -6,7 +6,7 @@
 #include <memory>
 #include <random>
 
-#include "kit/contract/column_test.h"
+#include "kit/contract/test.h"
 #include "kit/summaries/univariate.h"
 #include "support/run_all_passes.h"
 #include "support/test_settings.h"
@@ -25,10 +25,10 @@
 
 namespace {
 
-using MakeTest = std::function<std::unique_ptr<NPARColumnTest>(QDSettings*)>;
+using MakeTest = std::function<std::unique_ptr<NPARTest>(QDSettings*)>;
 
 template <typename Test>
-std::unique_ptr<NPARColumnTest> Make(QDSettings* settings) {
+std::unique_ptr<NPARTest> Make(QDSettings* settings) {
   return std::make_unique<Test>(settings);
 }
 
@@ -66,17 +66,17 @@ std::string ResultOf(const Kind& kind, const Rows& rows, std::size_t blockSize, 
                TestSettings::Indices{2, 0, 1, 3}, "groupVariableValue1", 0.0, "groupVariableValue2",
                1.0, "sigLevel", 0.05);
   if (isWeighted) settings.Put("weightVariableIndex", 2);
-  const std::unique_ptr<NPARColumnTest> test = kind.make(settings.Release());
+  const std::unique_ptr<NPARTest> test = kind.make(settings.Release());
   Summaries summaries;
   test->SetSharedData(&summaries);
   std::vector<const double*> places;
   for (const std::vector<double>& row : rows) places.push_back(row.data());
-  RecordBatch columns;
+  RowBatch batch;
   do {
     static_cast<void>(test->BeginPass());
     for (std::size_t i = 0; i < places.size(); i += blockSize) {
-      columns.LookAt({places.data() + i, std::min(blockSize, places.size() - i)});
-      static_cast<void>(test->ProcessBatch(columns));
+      batch.LookAt({places.data() + i, std::min(blockSize, places.size() - i)});
+      static_cast<void>(test->ProcessBatch(batch));
     }
     static_cast<void>(test->EndPass());
   } while (test->NeedsAnotherPass());

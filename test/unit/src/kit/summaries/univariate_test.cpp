@@ -23,17 +23,19 @@ constexpr double kMissing = QDMV::gMissingValue;
 class SortedRows final : public ISortedData {
  public:
   explicit SortedRows(Rows rows) : rows(std::move(rows)) {}
-  MultiPassRecordIter* GetSortedIterator(std::int32_t variable) override {
+  BatchSource* GetSortedIterator(std::int32_t variable) override {
     const auto place = static_cast<std::size_t>(variable);
     std::stable_sort(rows.begin(), rows.end(),
                      [place](const auto& a, const auto& b) { return a[place] < b[place]; });
-    iterator = std::make_unique<MemoryRecords>(rows);
-    return iterator.get();
+    records = std::make_unique<MemoryRecords>(rows);
+    batches = std::make_unique<IteratorBatches>(*records);
+    return batches.get();
   }
 
  private:
   Rows rows;
-  std::unique_ptr<MemoryRecords> iterator;
+  std::unique_ptr<MemoryRecords> records;
+  std::unique_ptr<IteratorBatches> batches;
 };
 
 /// Bins with a count.
@@ -277,10 +279,7 @@ const Rows kRows = {{1, 0, 2, 5}, {kMissing, 2, 1, 6}, {3, -1, 1, kMissing}, {0,
 
 /// Summaries over records of x, a group, the weight, y and a variable that no test takes.
 struct Summarised {
-  explicit Summarised(const Rows& rows = kRows, bool inBlocks = true)
-      : blocks(rows, 3),
-        single(rows),
-        summaries(inBlocks ? static_cast<MultiPassRecordIter*>(&blocks) : &single, &variables) {}
+  explicit Summarised(const Rows& rows = kRows) : records(rows, 3) {}
   void Ask(std::int32_t variable, Statistic statistic) {
     ASSERT_TRUE(summaries.Register(variable, static_cast<std::int32_t>(statistic)));
   }
@@ -291,30 +290,28 @@ struct Summarised {
                                   .Continuous("y")
                                   .Other("z")
                                   .Build();
-  MemoryBlocks blocks;
-  MemoryRecords single;
-  QDUnivariateSummaries summaries;
+  MemoryBlocks records;
+  IteratorBatches batches{records};
+  QDUnivariateSummaries summaries{&batches, &variables};
   const UnivariateResults results{&summaries};
 };
 
 TEST(Summaries, LeaveOutMissingValuesOfEachVariableAlone) {
-  for (const bool inBlocks : {true, false}) {
-    Summarised run(kRows, inBlocks);
-    run.Ask(0, Statistic::Distribution);
-    run.Ask(0, Statistic::MeanStdDev);
-    run.summaries.SetWeightVariable(2);
-    run.Ask(1, Statistic::Frequencies);
-    ASSERT_THAT(run.summaries.Run(), IsOk());
-    EXPECT_EQ(run.results.GetTotalWeight(0), 4);
-    EXPECT_THAT(run.results.GetMean(0), IsCloseTo(1.25));
-    EXPECT_EQ(run.results.GetMaximum(0), 3.0);
-    EXPECT_THAT(Filled(*run.results.GetBins(0)),
-                ElementsAre(Pair(2, 1.0), Pair(1, 3.0), Pair(1, 0.0)));
-    std::map<std::int32_t, std::int64_t> frequencies = {{77, 1}};
-    ASSERT_TRUE(run.results.GetFrequencies(1, frequencies));
-    EXPECT_THAT(frequencies, ElementsAre(Pair(0, 2), Pair(1, 0), Pair(2, 2)));
-    EXPECT_EQ(run.results.GetTotalWeight(1), 4);
-  }
+  Summarised run;
+  run.Ask(0, Statistic::Distribution);
+  run.Ask(0, Statistic::MeanStdDev);
+  run.summaries.SetWeightVariable(2);
+  run.Ask(1, Statistic::Frequencies);
+  ASSERT_THAT(run.summaries.Run(), IsOk());
+  EXPECT_EQ(run.results.GetTotalWeight(0), 4);
+  EXPECT_THAT(run.results.GetMean(0), IsCloseTo(1.25));
+  EXPECT_EQ(run.results.GetMaximum(0), 3.0);
+  EXPECT_THAT(Filled(*run.results.GetBins(0)),
+              ElementsAre(Pair(2, 1.0), Pair(1, 3.0), Pair(1, 0.0)));
+  std::map<std::int32_t, std::int64_t> frequencies = {{77, 1}};
+  ASSERT_TRUE(run.results.GetFrequencies(1, frequencies));
+  EXPECT_THAT(frequencies, ElementsAre(Pair(0, 2), Pair(1, 0), Pair(2, 2)));
+  EXPECT_EQ(run.results.GetTotalWeight(1), 4);
 }
 
 TEST(Summaries, AnswerForNoOrAnotherKindOfVariableThatThereIsNone) {
@@ -352,7 +349,7 @@ TEST(Summaries, QuartilesNeedSortedDataAndReadIt) {
 
 TEST(Summaries, ASummaryWithoutItsSortedViewFailsTheReading) {
   class NoViews final : public ISortedData {
-    MultiPassRecordIter* GetSortedIterator(std::int32_t) override { return nullptr; }
+    BatchSource* GetSortedIterator(std::int32_t) override { return nullptr; }
   } noViews;
   Summarised run;
   run.summaries.SetSortedData(&noViews);
@@ -375,7 +372,7 @@ TEST(Summaries, NoRecordLeavesEverythingAsItWasMade) {
   Summarised run(Rows{});
   run.Ask(0, Statistic::Distribution);
   ASSERT_THAT(run.summaries.Run(), IsOk());
-  EXPECT_EQ(run.blocks.Resets(), 1);
+  EXPECT_EQ(run.records.Resets(), 1);
   EXPECT_EQ(run.results.GetMinimum(0), kMissing);
   EXPECT_TRUE(run.results.GetBins(0)->empty());
 }

@@ -103,19 +103,4 @@ TEST(IndependentTogetherTest, EachTestSaysWhatItSaysAlone) {
   }
 }
 
-TEST(IndependentTogetherTest, ListwiseLeavesOutWhatIsMissingAnywhere) {
-  double complete = 0.0;
-  double withX = 0.0;
-  for (const std::vector<double>& row : Records()) {
-    const bool hasX = row[0] != QDMV::gMissingValue && row[2] >= 0.0;
-    const bool hasRest =
-        row[1] != QDMV::gMissingValue && row[3] >= 0.0 && row[5] != QDMV::gMissingValue;
-    if (hasX) withX += row[6];
-    if (hasX && hasRest) complete += row[6];
-  }
-  ASSERT_LT(complete, withX);
-  EXPECT_EQ(RunAll("analysis")[1].Number("TotalN"), withX);
-  EXPECT_EQ(RunAll("listwise")[1].Number("TotalN"), complete);
-}
-
 }  // namespace

@@ -1,0 +1,46 @@
+#include "kit/records/batch_source.h"
+
+#include <algorithm>
+
+IteratorBatches::IteratorBatches(RecordIterator& records) noexcept
+    : records(records),
+      multiPass(dynamic_cast<MultiPassRecordIter*>(&records)),
+      blocks(dynamic_cast<IRecordBlocks*>(&records)) {}
+
+int IteratorBatches::Reset() {
+  rest = {};
+  return multiPass == nullptr ? records.GetState() : multiPass->Reset();
+}
+
+RecordBatch* IteratorBatches::NextBatch() {
+  while (rest.count == 0) {
+    if (!(blocks != nullptr ? ReadBlock() : CopyRecords())) return nullptr;
+  }
+  const std::size_t count = std::min(rest.count, kRecordsAtOnce);
+  batch.LookAt({rest.rows, count});
+  rest = {rest.rows + count, rest.count - count};
+  return &batch;
+}
+
+bool IteratorBatches::ReadBlock() {
+  width = blocks->GetRecordWidth();
+  return blocks->NextBlock(rest);
+}
+
+bool IteratorBatches::CopyRecords() {
+  // A record is good until the next one.
+  std::size_t count = 0;
+  while (count < kRecordsAtOnce && records.HasNext()) {
+    const Record* record = records.Next();
+    if (record == nullptr) break;
+    if (copiedRows.empty()) {
+      width = record->Size();
+      const auto size = static_cast<std::size_t>(width);
+      copies.resize(kRecordsAtOnce * size);
+      for (std::size_t i = 0; i < kRecordsAtOnce; ++i) copiedRows.push_back(&copies[i * size]);
+    }
+    std::copy_n(record->Values(), width, &copies[count++ * static_cast<std::size_t>(width)]);
+  }
+  rest = {copiedRows.data(), count};
+  return count > 0;
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "kit/records/missing.h"
+#include "kit/records/record_batch.h"
+
+/// Records by batches, the one road on which they travel.
+class BatchSource {
+ public:
+  virtual ~BatchSource() = default;
+  /// Back to before the first record; the state after it, as MultiPassRecordIter gives it.
+  virtual int Reset() = 0;
+  /// The next records, at most kRecordsAtOnce, until the next call; null at the end. Throws
+  /// std::bad_alloc.
+  virtual RecordBatch* NextBatch() = 0;
+  /// Doubles in a record; known once a batch has come.
+  [[nodiscard]] virtual int Width() const = 0;
+  /// False where no record is missing there.
+  [[nodiscard]] virtual bool MayHold(const MissingMark& /*mark*/) const { return true; }
+};
+
+/// Gives every record, from the first on, to `take(RecordBatch&)`. False if there was none.
+template <typename Take>
+bool ForEachBatch(BatchSource& records, Take take) {
+  static_cast<void>(records.Reset());  // an empty source shows by having no record
+  bool any = false;
+  while (RecordBatch* batch = records.NextBatch()) {
+    any = true;
+    take(*batch);
+  }
+  return any;
+}
+
+/// The records of any iterator: in blocks where it hands them out so, else one by one.
+class IteratorBatches final : public BatchSource {
+ public:
+  /// The iterator is not taken over.
+  explicit IteratorBatches(RecordIterator& records) noexcept;
+
+  /// False for an iterator that walks its records once: Reset leaves it where it is.
+  [[nodiscard]] bool CanStartOver() const noexcept { return multiPass != nullptr; }
+  int Reset() override;
+  RecordBatch* NextBatch() override;
+  [[nodiscard]] int Width() const override { return width; }
+
+ private:
+  bool ReadBlock();
+  bool CopyRecords();
+
+  RecordIterator& records;
+  MultiPassRecordIter* multiPass;
+  IRecordBlocks* blocks;
+  int width = 0;
+  RecordBlock rest;            // read and not yet handed out
+  std::vector<double> copies;  // of records that come one by one
+  std::vector<const double*> copiedRows;
+  RowBatch batch;
+};
