@@ -18,7 +18,8 @@
 #include "kit/ranks/column_ranks.h"
 #include "kit/ranks/rank.h"
 #include "kit/records/record_batch.h"
-#include "kit/summaries/univariate.h"
+#include "kit/summaries/hinges.h"
+#include "kit/summaries/histogram.h"
 #include "planning/record_iterators.h"
 #include "planning/sorted_records.h"
 #include "report/elements.h"
@@ -198,8 +199,8 @@ BENCHMARK(MissingScan);
 void Histogram(benchmark::State& state) {
   const std::vector<double> values = Values();
   for (auto _ : state) {
-    QDContUnivariateVariable histogram;
-    histogram.SetRange(-3.5, 3.5, QDContUnivariateVariable::kBinCount);
+    ::Histogram histogram;
+    histogram.SetRange(-3.5, 3.5);
     for (const double value : values) histogram.AddValueOrZero(value, 1);
     benchmark::DoNotOptimize(histogram.GetBins().data());
   }
@@ -210,10 +211,10 @@ BENCHMARK(Histogram);
 void Hinges(benchmark::State& state) {
   const std::vector<double> values = Sorted(Values());
   for (auto _ : state) {
-    QDContUnivariateVariable summary;
-    for (const double value : values) summary.TrackHinges(value, 1.0, static_cast<double>(kCount));
-    summary.FinishHinges();
-    benchmark::DoNotOptimize(summary.GetMedian());
+    HingeWalk walk(static_cast<double>(kCount));
+    for (const double value : values) walk.TrackHinges(value, 1.0);
+    walk.FinishHinges();
+    benchmark::DoNotOptimize(walk.Median());
   }
   CountItems(state);
 }

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/contract/shared_tallies.h"
 #include "kit/contract/test.h"
-#include "kit/groups/shared_tallies.h"
 #include "kit/summaries/univariate.h"
 #include "planning/cancel_pair.h"
 #include "planning/sorted_records.h"

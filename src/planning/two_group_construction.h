@@ -3,20 +3,24 @@
 #include <cstdint>
 #include <vector>
 
+#include "catalogue/two_group_codes.h"
 #include "planning/test_construction.h"
 
 /// Errors of the entry of a two-group test.
 struct TwoGroupEntryCodes {
+  TwoGroupEntryCodes(const catalogue::TwoGroupCodes& codes)
+      : variables{codes.noVariable, codes.noGroup, codes.unknownVariable, codes.notContinuous,
+                  codes.notCategorical},
+        emptyList(codes.noGroupValues) {}
+  TwoGroupEntryCodes(const TestConstruction::TestAndGroupCodes& variables, std::int32_t emptyList,
+                     std::int32_t notTwoCategories)
+      : variables(variables), emptyList(emptyList), notTwoCategories(notTwoCategories) {}
+
   TestConstruction::TestAndGroupCodes variables;
   std::int32_t emptyList;             ///< lists are announced and one is empty or absent
   std::int32_t notTwoCategories = 0;  ///< default groups without exactly two categories; 0: the
                                       ///< test looks for itself
 };
-
-/// The codes of a test that numbers its errors as most do, from its `base` such as 220700.
-[[nodiscard]] constexpr TwoGroupEntryCodes TwoGroupEntryCodesFrom(std::int32_t base) noexcept {
-  return {{base + 12, base + 13, base + 3, base + 15, base + 14}, base + 1};
-}
 
 /// Finds the variables and the groups of an entry and puts what TwoGroups reads.
 ///

@@ -18,7 +18,7 @@ struct Condition {
 struct AlgorithmHead {
   const catalogue::Card& card;
   /// The significance that decides; not read for an estimate.
-  double decidingSig;
+  double decidingSig = 0.0;
   Condition condition;
   /// Given texts that are no category of the field.
   std::vector<std::string> unknownTexts = {};

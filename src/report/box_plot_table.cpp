@@ -28,10 +28,9 @@ std::string CaseIdText(double caseId) {
 void AddBoxPlotTables(XMLElement& parent, const GroupBoxPlot& plot, bool hasCaseIds) {
   XMLElement* box = AddSimpleTable(parent, "Box", "",
                                    "smallestNonOutlier;25perc;50perc;75perc;largestNonOutlier");
-  const QDContUnivariateVariable& summary = plot.Summary();
-  AddRow(*box,
-         JoinNumbers({plot.SmallestNonOutlier(), summary.GetFirstQuartile(), summary.GetMedian(),
-                      summary.GetThirdQuartile(), plot.LargestNonOutlier()}));
+  const HingeWalk& hinges = plot.Hinges();
+  AddRow(*box, JoinNumbers({plot.SmallestNonOutlier(), hinges.FirstQuartile(), hinges.Median(),
+                            hinges.ThirdQuartile(), plot.LargestNonOutlier()}));
 
   XMLElement* outliers =
       AddSimpleTable(parent, "Outliers", "Values;CaseID", IntegerText(plot.GroupCode()));
@@ -45,16 +44,16 @@ void AddBoxPlotTables(XMLElement& parent, const GroupBoxPlot& plot, bool hasCase
                                : std::string());
 }
 
-void AddBoxPlotInfo(XMLElement& algorithm, const GroupSamples& samples, std::int64_t groupCount,
+void AddBoxPlotInfo(XMLElement& algorithm, const GroupTally& tally, std::int64_t groupCount,
                     const std::vector<double>& meanRanks) {
   XMLElement* info = AddStructuredTable(algorithm, "BoxPlotInfo");
-  AddAttributeRow(*info, "GroupFieldIndex", samples.GroupVariable());
+  AddAttributeRow(*info, "GroupFieldIndex", tally.GetKey().groupVariable);
   AddAttributeRow(*info, "GroupCount", groupCount);
-  for (std::size_t place = 0; place < samples.Codes().size(); ++place) {
-    const std::int32_t code = samples.Codes()[place];
+  for (std::size_t place = 0; place < tally.Groups().size(); ++place) {
+    const std::int32_t code = tally.Groups()[place];
     XMLElement* group = AddStructuredTable(*info, "Group" + std::to_string(code));
     AddAttributeRow(*group, "GroupIndex", code);
     if (!meanRanks.empty()) AddAttributeRow(*group, "MeanOfRank", meanRanks[place]);
-    AddBoxPlotTables(*group, samples.BoxPlots()[place], samples.HasCaseIds());
+    AddBoxPlotTables(*group, tally.BoxPlots()[place], tally.GetKey().caseIdVariable >= 0);
   }
 }

@@ -20,6 +20,10 @@ ComparisonKind ComparisonFromWord(std::string_view typeOfMultipleComparison) {
   return ComparisonKind::None;
 }
 
+void OrderByMeasure(std::vector<ComparedSample>& samples) {
+  std::ranges::stable_sort(samples, {}, &ComparedSample::measure);
+}
+
 PairFigures NormalPair(double difference, double standardError) {
   const double z = difference / standardError;
   return {difference, standardError, z, QDDistFun::SfStdNorm(std::fabs(z)) * 2.0};
@@ -121,10 +125,7 @@ void MultipleComparison::CleanSubsets() {
         [&subset](const HomogeneousSubset& other) { return other.range.Covers(subset.range); });
     if (containers == 1) kept.push_back(subset);  // it contains itself
   }
-  std::stable_sort(kept.begin(), kept.end(),
-                   [](const HomogeneousSubset& a, const HomogeneousSubset& b) {
-                     return a.range.first < b.range.first;
-                   });
+  std::ranges::stable_sort(kept, {}, [](const HomogeneousSubset& s) { return s.range.first; });
   subsets = std::move(kept);
 }
 

@@ -21,6 +21,8 @@ struct ComparedSample {
   std::int32_t index = 0;
   double measure = 0.0;
 };
+/// Ascending by measure; equal ones keep their order.
+void OrderByMeasure(std::vector<ComparedSample>& samples);
 
 /// What a test computes for a pair of samples. The missing value stands for a figure that the test
 /// does not have.

@@ -19,6 +19,7 @@ QDStatus NPARTest::BeginPass() {
 
 QDStatus NPARTest::ProcessBatch(RecordBatch& batch) {
   if (HasFailed()) return status;
+  if (countsAlone) tally->Take(batch);
   if (pass == 0) {
     Take(batch);
   } else {
@@ -35,6 +36,7 @@ QDStatus NPARTest::ProcessRecord(const Record& record) {
 QDStatus NPARTest::EndPass() {
   if (HasFailed()) return status;
   --passesLeft;
+  if (countsAlone) tally->EndPass();
   if (pass == 0) {
     Compute();
   } else {

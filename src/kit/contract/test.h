@@ -9,11 +9,10 @@
 #include "foundation/names.h"
 #include "kit/contract/message.h"
 #include "kit/contract/settings_reader.h"
+#include "kit/contract/shared_tallies.h"
 #include "kit/records/record_batch.h"
 #include "kit/records/record_weight.h"
 
-class SharedTallies;
-class Tally;
 class TestConstruction;  // what the planner gives to the function that makes a test
 class UnivariateResults;
 
@@ -54,7 +53,7 @@ class NPARTest {
   void SetSharedTallies(SharedTallies* tallies) noexcept { sharedTallies = tallies; }
   /// What the test reads of them, which the worker drives; null for none. Known once the first pass
   /// has begun.
-  [[nodiscard]] virtual Tally* GetTally() const noexcept { return nullptr; }
+  [[nodiscard]] Tally* GetTally() const noexcept { return countsAlone ? nullptr : tally.get(); }
   virtual QDStatus BeginPass();
   /// Takes records, one after the other.
   virtual QDStatus ProcessBatch(RecordBatch& batch);
@@ -98,6 +97,15 @@ class NPARTest {
   /// How many passes are still to come, the one that is about to start included: in Prepare all of
   /// them, in Compute and Finish those after the one that ends.
   void ExpectPasses(std::int32_t count) noexcept { passesLeft = count; }
+  /// In Prepare: the tally of the key, which takes the records of a batch before the test does and
+  /// ends a pass before it. Throws std::bad_alloc.
+  template <typename Kind>
+  Kind* Share(const typename Kind::Key& key) {
+    countsAlone = sharedTallies == nullptr;
+    const auto found = countsAlone ? std::make_shared<Kind>(key) : sharedTallies->Find<Kind>(key);
+    tally = found;
+    return found.get();
+  }
   /// The running pass, from 0.
   [[nodiscard]] std::int32_t Pass() const noexcept { return pass; }
 
@@ -106,7 +114,6 @@ class NPARTest {
   void Help(std::int32_t code, std::vector<std::string> parameters = {});
 
   UnivariateResults* sharedData = nullptr;
-  SharedTallies* sharedTallies = nullptr;
   // Read before Prepare.
   double sigLevel = 0.05;
   RecordWeight weight;
@@ -118,6 +125,9 @@ class NPARTest {
   std::int32_t passesLeft = 0;
 
  private:
+  SharedTallies* sharedTallies = nullptr;
+  std::shared_ptr<Tally> tally;
+  bool countsAlone = false;
   std::int32_t pass = 0;
   std::string_view entryName;
 };

@@ -18,21 +18,6 @@ const QDCategoryList* CategoriesAt(const QDVarList* variables, std::int32_t inde
   return variable == nullptr ? nullptr : variable->GetCategories();
 }
 
-/// Appends what `read` answers for each category whose code is not excluded, and the code.
-template <typename Item, typename ReadItem>
-void ListOthers(const QDCategoryList* categories, const std::vector<double>& excluded,
-                std::vector<Item>& items, std::vector<double>& positions, ReadItem read) {
-  items.clear();
-  positions.clear();
-  const std::unordered_set<double> left(excluded.begin(), excluded.end());
-  const std::int32_t size = categories == nullptr ? 0 : categories->Size();
-  for (std::int32_t code = 0; code < size; ++code) {
-    if (left.contains(static_cast<double>(code))) continue;
-    items.push_back(read(code));
-    positions.push_back(static_cast<double>(code));
-  }
-}
-
 }  // namespace
 
 std::string NPARVarInfo::GetName(std::int32_t index) const {
@@ -84,12 +69,24 @@ std::string EscapeListText(std::string_view text) {
   return escaped;
 }
 
+std::vector<double> OtherCategories(const QDCategoryList* categories,
+                                    const std::vector<double>& excluded) {
+  const std::unordered_set<double> left(excluded.begin(), excluded.end());
+  std::vector<double> others;
+  const std::int32_t size = categories == nullptr ? 0 : categories->Size();
+  for (std::int32_t code = 0; code < size; ++code) {
+    if (!left.contains(code)) others.push_back(code);
+  }
+  return others;
+}
+
 void NPARVarInfo::ListOtherStringCategories(std::int32_t index, const std::vector<double>& excluded,
                                             std::vector<std::string>& names,
                                             std::vector<double>& positions) const {
   const QDCategoryList* categories = CategoriesAt(variables, index);
-  ListOthers(categories, excluded, names, positions,
-             [categories](std::int32_t code) { return categories->GetText(code); });
+  positions = OtherCategories(categories, excluded);
+  names.clear();
+  for (const double code : positions) names.push_back(categories->GetText(TruncateToInt32(code)));
 }
 
 void NPARVarInfo::ListOtherNumericCategories(std::int32_t index,
@@ -97,6 +94,8 @@ void NPARVarInfo::ListOtherNumericCategories(std::int32_t index,
                                              std::vector<double>& values,
                                              std::vector<double>& positions) const {
   const QDCategoryList* categories = CategoriesAt(variables, index);
-  ListOthers(categories, excluded, values, positions,
-             [categories](std::int32_t code) { return categories->GetNumber(code); });
+  positions = OtherCategories(categories, excluded);
+  values.clear();
+  for (const double code : positions)
+    values.push_back(categories->GetNumber(TruncateToInt32(code)));
 }

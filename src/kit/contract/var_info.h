@@ -10,6 +10,10 @@
 /// The text with a backslash before each ";" and each backslash, for lists that ";" joins.
 [[nodiscard]] std::string EscapeListText(std::string_view text);
 
+/// The codes that are not among the excluded ones, ascending; none for null.
+[[nodiscard]] std::vector<double> OtherCategories(const QDCategoryList* categories,
+                                                  const std::vector<double>& excluded);
+
 /// The texts of variables and their values, by variable index. A value type; the list is not owned.
 class NPARVarInfo {
  public:
@@ -27,7 +31,7 @@ class NPARVarInfo {
   [[nodiscard]] std::string GetNumericValueText(std::int32_t index, double value) const;
   /// The same, escaped: such texts stand in ";"-joined lists.
   [[nodiscard]] std::string GetStringValueText(std::int32_t index, double value) const;
-  /// The categories whose code is not in `excluded`: texts or numbers, and codes.
+  /// OtherCategories: their texts or numbers, and their codes.
   void ListOtherStringCategories(std::int32_t index, const std::vector<double>& excluded,
                                  std::vector<std::string>& names,
                                  std::vector<double>& positions) const;

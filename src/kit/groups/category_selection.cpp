@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "kit/contract/var_info.h"
+
 std::vector<double> CategorySelection::KnownCodes() const {
   std::vector<double> known;
   std::copy_if(codes.begin(), codes.end(), std::back_inserter(known),
@@ -17,24 +19,32 @@ std::int32_t CategoryCodeOf(const IQDVariable& variable, const std::string& text
   return variable.TextToNumber(text, number) ? categories.FindNumber(number) : -1;
 }
 
+std::int32_t SameCategoryIn(const IQDVariable& variable, const IQDVariable& other,
+                            std::int32_t code) {
+  if (variable.GetType() != other.GetType()) return -1;
+  const QDCategoryList& categories = *variable.GetCategories();
+  return variable.GetType() == VariableKind::NumericCategory
+             ? categories.FindNumber(other.GetCategories()->GetNumber(code))
+             : categories.FindText(other.GetCategories()->GetText(code));
+}
+
+std::vector<std::string> TextsOfNoCategory(const std::vector<double>& codes,
+                                           const std::vector<std::string>& texts) {
+  std::vector<std::string> unknown;
+  for (std::size_t i = 0; i < codes.size() && i < texts.size(); ++i) {
+    if (codes[i] < 0.0) unknown.push_back(texts[i]);
+  }
+  return unknown;
+}
+
 CategorySelection SelectCategories(const IQDVariable& variable,
                                    const std::vector<std::string>& texts) {
-  const QDCategoryList& categories = *variable.GetCategories();
   CategorySelection selection;
-  std::vector<bool> isNamed(static_cast<std::size_t>(categories.Size()), false);
-  for (const std::string& text : texts) {
-    const std::int32_t code = CategoryCodeOf(variable, text);
-    selection.codes.push_back(code);
-    if (code < 0) {
-      selection.unknownTexts.push_back(text);
-    } else {
-      isNamed[static_cast<std::size_t>(code)] = true;
-    }
-  }
-  for (std::int32_t code = 0; code < categories.Size(); ++code) {
-    if (isNamed[static_cast<std::size_t>(code)]) continue;
-    selection.otherCodes.push_back(code);
-    selection.otherTexts.push_back(categories.GetText(code));
+  for (const std::string& text : texts) selection.codes.push_back(CategoryCodeOf(variable, text));
+  selection.unknownTexts = TextsOfNoCategory(selection.codes, texts);
+  selection.otherCodes = OtherCategories(variable.GetCategories(), selection.codes);
+  for (const double code : selection.otherCodes) {
+    selection.otherTexts.push_back(variable.GetCategories()->GetText(TruncateToInt32(code)));
   }
   return selection;
 }

@@ -20,6 +20,15 @@ struct CategorySelection {
 /// read as a number first, so that "1" finds "1.0".
 [[nodiscard]] std::int32_t CategoryCodeOf(const IQDVariable& variable, const std::string& text);
 
+/// The code of a category of `other` among the categories of a variable of the same kind; -1 where
+/// it is none of them.
+[[nodiscard]] std::int32_t SameCategoryIn(const IQDVariable& variable, const IQDVariable& other,
+                                          std::int32_t code);
+
+/// The texts whose code, as CategoryCodeOf gave it, is -1.
+[[nodiscard]] std::vector<std::string> TextsOfNoCategory(const std::vector<double>& codes,
+                                                         const std::vector<std::string>& texts);
+
 /// Looks texts up among the categories of a categorical variable.
 [[nodiscard]] CategorySelection SelectCategories(const IQDVariable& variable,
                                                  const std::vector<std::string>& texts);

@@ -1,6 +1,7 @@
 #include "kit/groups/category_union.h"
 
 #include "kit/contract/var_info.h"
+#include "kit/groups/category_selection.h"
 
 CategoryUnion::CategoryUnion(const IQDVariable& first, const IQDVariable& second)
     : isMerged(first.GetType() == second.GetType() && first.GetCategories() != nullptr &&
@@ -15,8 +16,7 @@ CategoryUnion::CategoryUnion(const IQDVariable& first, const IQDVariable& second
   for (std::int32_t code = 0; code < own.Size(); ++code) append(own, code);
   const QDCategoryList& other = *second.GetCategories();
   for (std::int32_t code = 0; code < other.Size(); ++code) {
-    const std::int32_t place =
-        isNumeric ? own.FindNumber(other.GetNumber(code)) : own.FindText(other.GetText(code));
+    const std::int32_t place = SameCategoryIn(first, second, code);
     placeOfSecond.push_back(place >= 0 ? place : static_cast<std::int32_t>(texts.size()));
     if (place < 0) append(other, code);
   }

@@ -1,41 +1,50 @@
 #include "kit/groups/group_tally.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <span>
+
 namespace {
 
-/// Fewer units for each category than this are not worth a loop over the categories.
-constexpr std::size_t kUnitsPerCategory = 4;
+/// Fewer units for each group than this are not worth a loop over the groups.
+constexpr std::size_t kUnitsPerGroup = 4;
 
 }  // namespace
 
-GroupTally::GroupTally(const Key& key)
-    : key(key),
-      counts(static_cast<std::size_t>(key.categoryCount), 0),
-      shares(static_cast<std::size_t>(key.categoryCount)) {}
+void GroupTally::Key::ReadVariables(const SettingsReader& settings) {
+  testVariable = settings.Index("variableIndex");
+  groupVariable = settings.Index("groupVariableIndex");
+  caseIdVariable = settings.Index("caseIdVariableIndex");
+  weightVariable = settings.Index("weightVariableIndex");
+}
+
+void GroupTally::Key::AppendRequired(std::vector<std::int64_t>& positions) const {
+  positions.push_back(testVariable);
+  positions.push_back(groupVariable);
+}
 
 void GroupTally::Units::AddTo(NPARRank& ranks) const {
   if (weights == nullptr) {
-    ranks.AddUnits(values, codes, count);
+    ranks.AddUnits(values, groups, count);
     return;
   }
   for (std::size_t i = 0; i < count; ++i) {
-    static_cast<void>(ranks.AddValue(values[i], weights[i], codes[i]));
+    static_cast<void>(ranks.AddValue(values[i], weights[i], groups[i]));
   }
 }
 
+GroupTally::GroupTally(const Key& key)
+    : key(key),
+      shares(static_cast<std::size_t>(key.groupCount)),
+      samples(static_cast<std::size_t>(key.groupCount)) {}
+
 void GroupTally::Take(RecordBatch& batch) {
-  const std::int32_t* recordCodes = batch.TruncatedOf(key.groupVariable);
-  std::size_t known = 0;
-  for (std::size_t i = 0; i < batch.Size(); ++i) {
-    known += recordCodes[i] >= 0 && recordCodes[i] < key.categoryCount ? 1 : 0;
-  }
-  if (known == batch.Size()) {
-    Select(batch);
-  } else {
-    KeepCategories(batch);
-  }
-  units.shares = nullptr;
+  Find(batch);
+  if (units.count == 0) return;
   if (pass == 0) {
     Count();
+  } else if (key.shown == Shown::Histograms) {
+    if (pass == 1) FillHistograms();
   } else if (pass == 1) {
     TrackHinges();
   } else if (pass == 2) {
@@ -43,109 +52,193 @@ void GroupTally::Take(RecordBatch& batch) {
   }
 }
 
-void GroupTally::Select(RecordBatch& batch) {
+void GroupTally::EndPass() {
+  if (pass == 0) EndCounting();
+  if (pass == 1) {
+    for (GroupBoxPlot& plot : boxPlots) plot.FinishHinges();
+    for (Histogram& histogram : histograms) histogram.AddZeroBin();
+  }
+  ++pass;
+}
+
+const std::int32_t* GroupTally::GroupsOf(RecordBatch& batch) {
+  const std::int32_t* codes = batch.TruncatedOf(key.groupVariable);
+  if (!key.groupOfCode) return codes;
+  const std::span<const std::int32_t> groupOfCode = *key.groupOfCode;
+  groups.resize(batch.Size());
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    const auto code = static_cast<std::uint32_t>(codes[i]);  // a negative one is beyond all
+    groups[i] = code < groupOfCode.size() ? groupOfCode[code] : key.groupCount;
+  }
+  return groups.data();
+}
+
+void GroupTally::Find(RecordBatch& batch) {
+  const auto isGroup = [groupCount = static_cast<std::uint32_t>(key.groupCount)](auto group) {
+    return static_cast<std::uint32_t>(group) < groupCount;
+  };
+  const std::int32_t* found = GroupsOf(batch);
+  if (std::all_of(found, found + batch.Size(), isGroup)) {
+    Select(batch, found);
+  } else {
+    isLeftOut.assign(batch.Size(), 0);
+    groups.resize(batch.Size());
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
+      const std::int32_t group = found[i];
+      isLeftOut[i] = isGroup(group) ? 0 : 1;
+      groups[kept] = group;
+      kept += isGroup(group) ? 1 : 0;  // groups come at random: no branch
+    }
+    Select(keptRecords.Select(batch, isLeftOut), groups.data());
+  }
+  FindShares();
+}
+
+void GroupTally::Select(RecordBatch& batch, const std::int32_t* groupsOfRecords) {
   units.count = batch.Size();
   if (units.count == 0) return;
   units.values = batch.Of(key.testVariable);
-  units.codes = batch.TruncatedOf(key.groupVariable);
-  if (key.caseIdVariable >= 0) units.caseIds = batch.Of(key.caseIdVariable);
+  units.groups = groupsOfRecords;
+  if (key.caseIdVariable >= 0 && key.shown == Shown::BoxPlots) {
+    units.caseIds = batch.Of(key.caseIdVariable);
+  }
   if (key.weightVariable < 0) return;
   units.weights = batch.TruncatedOf(key.weightVariable);
   units.plainWeights = batch.Of(key.weightVariable);
 }
 
-void GroupTally::KeepCategories(RecordBatch& batch) {
-  const std::int32_t* recordCodes = batch.TruncatedOf(key.groupVariable);
-  isLeftOut.assign(batch.Size(), 0);
-  for (std::size_t i = 0; i < batch.Size(); ++i) {
-    isLeftOut[i] = recordCodes[i] >= 0 && recordCodes[i] < key.categoryCount ? 0 : 1;
+void GroupTally::FindShares() {
+  units.shares = nullptr;
+  if (units.count == 0 || units.count < kUnitsPerGroup * shares.size()) return;
+  if (!(units.values[0] <= units.values[units.count - 1])) return;
+  units.shares = shares.data();
+  shares.assign(shares.size(), Share{0, -1});
+  if (shares.size() == 2 && units.weights == nullptr) {
+    // Counting is quicker than looking for the last of each with every unit.
+    const auto count = static_cast<std::int64_t>(units.count);
+    shares[1].weight = std::count(units.groups, units.groups + units.count, 1);
+    shares[0].weight = count - shares[1].weight;
+    for (std::int32_t group = 0; group < 2; ++group) {
+      Share& share = shares[static_cast<std::size_t>(group)];
+      if (share.weight == 0) continue;
+      share.last = static_cast<std::int32_t>(count - 1);
+      while (units.groups[share.last] != group) --share.last;
+    }
+    return;
   }
-  Select(keptRecords.Select(batch, isLeftOut));
+  for (std::size_t i = 0; i < units.count; ++i) {
+    Share& share = shares[units.GroupOf(i)];
+    share.weight += units.Weight(i);
+    share.last = static_cast<std::int32_t>(i);
+  }
 }
 
 void GroupTally::Count() {
-  for (std::size_t i = 0; i < units.count; ++i) {
-    counts[static_cast<std::size_t>(units.codes[i])] += units.Weight(i);
+  if (units.shares != nullptr) {
+    for (std::size_t group = 0; group < shares.size(); ++group) {
+      samples[group].count += shares[group].weight;
+    }
+  } else {
+    for (std::size_t i = 0; i < units.count; ++i) {
+      samples[units.GroupOf(i)].count += units.Weight(i);
+    }
+  }
+  if (units.weights != nullptr) {
+    hasNegativeWeight =
+        hasNegativeWeight || std::any_of(units.weights, units.weights + units.count,
+                                         [](std::int32_t weight) { return weight < 0; });
+  }
+  if (key.shown == Shown::Histograms) TakeRanges();
+}
+
+void GroupTally::TakeRanges() {
+  const auto take = [this](std::size_t i) {
+    Sample& sample = samples[units.GroupOf(i)];
+    if (sample.first == QDMV::gMissingValue) sample.first = units.values[i];
+    sample.last = units.values[i];
+    sample.range.Take(units.values[i]);
+  };
+  // Of zeros the first one stays, with its sign.
+  const bool areFarFromZero = units.values[0] > 0.0 || units.values[units.count - 1] < 0.0;
+  if (units.shares == nullptr || !areFarFromZero) {
+    for (std::size_t i = 0; i < units.count; ++i) take(i);
+    return;
+  }
+  for (std::int32_t group = 0; group < key.groupCount; ++group) {
+    const std::int32_t last = shares[static_cast<std::size_t>(group)].last;
+    if (last < 0) continue;
+    const auto* first = std::find(units.groups, units.groups + last, group);
+    take(static_cast<std::size_t>(first - units.groups));
+    take(static_cast<std::size_t>(last));
   }
 }
 
-bool GroupTally::FindShares() {
-  if (units.count == 0 || units.count < kUnitsPerCategory * shares.size()) return false;
-  // Ascending values, unless one at an end is not a number.
-  if (!(units.values[0] <= units.values[units.count - 1])) return false;
-  shares.assign(shares.size(), Share{0, 0});
-  for (std::size_t i = 0; i < units.count; ++i) {
-    Share& share = shares[static_cast<std::size_t>(units.codes[i])];
-    ++share.count;
-    share.last = static_cast<std::uint32_t>(i);
+void GroupTally::EndCounting() {
+  placeOf.assign(samples.size(), kNoPlace);
+  for (std::int32_t group = 0; group < key.groupCount; ++group) {
+    if (CountOf(group) <= 0) continue;
+    placeOf[static_cast<std::size_t>(group)] = groupAt.size();
+    groupAt.push_back(group);
+    totalWeight += CountOf(group);
   }
-  units.shares = shares.data();
-  return true;
+  if (key.shown == Shown::BoxPlots) {
+    boxPlots.reserve(groupAt.size());
+    for (const std::int32_t group : groupAt) {
+      boxPlots.emplace_back(group, static_cast<double>(CountOf(group)));
+    }
+  } else {
+    histograms.resize(samples.size());
+    for (std::size_t group = 0; group < samples.size(); ++group) {
+      histograms[group].SetRange(samples[group].range);
+    }
+  }
 }
 
-template <typename TakeMany, typename TakeOne>
-void GroupTally::ShowToPlots(TakeMany takeMany, TakeOne takeOne) {
+void GroupTally::FillHistograms() {
+  for (std::size_t i = 0; i < units.count; ++i) {
+    histograms[units.GroupOf(i)].AddAscendingOrZero(units.values[i], units.Weight(i));
+  }
+}
+
+template <typename PassOver, typename TakeOne>
+void GroupTally::ShowToPlots(PassOver passOver, TakeOne takeOne) {
   bool isAnyByOne = true;
   isByOne.assign(boxPlots.size(), 1);
-  if (FindShares()) {
+  if (units.shares != nullptr) {
     isAnyByOne = false;
     for (std::size_t place = 0; place < boxPlots.size(); ++place) {
-      const Share& share = shares[static_cast<std::size_t>(codes[place])];
-      isByOne[place] = share.count > 0 && !takeMany(boxPlots[place], share) ? 1 : 0;
+      const Share& share = shares[static_cast<std::size_t>(groupAt[place])];
+      const Stretch stretch{share.weight, units.values[0],
+                            units.values[std::max(share.last - 1, 0)],
+                            units.values[std::max(share.last, 0)]};
+      isByOne[place] = share.last >= 0 && !passOver(boxPlots[place], stretch) ? 1 : 0;
       isAnyByOne = isAnyByOne || isByOne[place] != 0;
     }
   }
   if (!isAnyByOne) return;
   for (std::size_t i = 0; i < units.count; ++i) {
-    const std::size_t place = PlaceOf(units.codes[i]);
+    const std::size_t place = PlaceOf(units.groups[i]);
     if (place != kNoPlace && isByOne[place] != 0) takeOne(boxPlots[place], i);
   }
 }
 
 void GroupTally::TrackHinges() {
-  const auto totalOf = [this](const GroupBoxPlot& plot) {
-    return static_cast<double>(CountOf(plot.GroupCode()));
-  };
   ShowToPlots(
-      [&](GroupBoxPlot& plot, const Share& share) {
-        return units.weights == nullptr && plot.TrackUnits(share.count, units.values[0],
-                                                           units.values[share.last], totalOf(plot));
+      [this](GroupBoxPlot& plot, const Stretch& stretch) {
+        return units.weights == nullptr && plot.PassOverTracking(stretch);
       },
-      [&](GroupBoxPlot& plot, std::size_t i) {
+      [this](GroupBoxPlot& plot, std::size_t i) {
         plot.TrackValue(units.values[i],
-                        units.plainWeights == nullptr ? 1.0 : units.plainWeights[i], totalOf(plot));
+                        units.plainWeights == nullptr ? 1.0 : units.plainWeights[i]);
       });
 }
 
 void GroupTally::Classify() {
   ShowToPlots(
-      [this](GroupBoxPlot& plot, const Share& share) {
-        const double before =
-            share.last == 0 ? plot.LargestNonOutlier() : units.values[share.last - 1];
-        return plot.ClassifyInside(units.values[0], before, units.values[share.last]);
-      },
+      [](GroupBoxPlot& plot, const Stretch& stretch) { return plot.PassOverClassifying(stretch); },
       [this](GroupBoxPlot& plot, std::size_t i) {
         plot.ClassifyValue(units.values[i],
                            units.caseIds == nullptr ? QDMV::gMissingValue : units.caseIds[i]);
       });
-}
-
-void GroupTally::EndPass() {
-  if (pass == 0) EndCounting();
-  if (pass == 1) {
-    for (GroupBoxPlot& plot : boxPlots) plot.FinishHinges();
-  }
-  ++pass;
-}
-
-void GroupTally::EndCounting() {
-  places.assign(counts.size(), kNoPlace);
-  for (std::int32_t code = 0; code < key.categoryCount; ++code) {
-    if (CountOf(code) <= 0) continue;
-    places[static_cast<std::size_t>(code)] = codes.size();
-    codes.push_back(code);
-    totalWeight += CountOf(code);
-  }
-  boxPlots.reserve(codes.size());
-  for (const std::int32_t code : codes) boxPlots.emplace_back(code);
 }

@@ -2,50 +2,76 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/groups/shared_tallies.h"
+#include "kit/contract/settings_reader.h"
+#include "kit/contract/shared_tallies.h"
 #include "kit/ranks/rank.h"
 #include "kit/records/record_batch.h"
 #include "kit/summaries/box_plot.h"
+#include "kit/summaries/histogram.h"
+#include "kit/summaries/stretch.h"
 
-/// Counts the categories of one variable among the records ascending by another, then finds the
-/// hinges of each, then its outliers: a pass for each.
+/// What the groups of a variable come to among the records ascending by it, over some passes. Tests
+/// of the same groups share it.
 ///
-/// A group with data has its place among those, ascending by code.
+/// A first pass sums the weights and finds the ranges. With histograms, a second one fills them;
+/// with box plots, a second one finds the hinges and a third one the outliers.
 class GroupTally final : public Tally {
  public:
-  /// Variables of the record, -1 for none, and the categories: codes from 0 below their number.
+  enum class Shown { BoxPlots, Histograms };
+  /// Who the groups are: variables of the record, -1 for none, and the categories of one of them.
   struct Key {
     std::int32_t testVariable = -1;
     std::int32_t groupVariable = -1;
     std::int32_t caseIdVariable = -1;
     std::int32_t weightVariable = -1;
-    std::int32_t categoryCount = 0;
+    std::int32_t groupCount = 0;
+    /// The group of each category, groupCount for those of no group, as which a category beyond
+    /// the list counts. Without it each category is a group, numbered by its code.
+    std::optional<std::vector<std::int32_t>> groupOfCode;
+    Shown shown = Shown::BoxPlots;
+
+    /// Reads "variableIndex", "groupVariableIndex", "caseIdVariableIndex", "weightVariableIndex".
+    void ReadVariables(const SettingsReader& settings);
+    /// The test variable, then the group variable.
+    void AppendRequired(std::vector<std::int64_t>& positions) const;
     bool operator==(const Key&) const = default;
   };
-  /// What some units hold of one code.
+  /// What some units hold of one group.
   struct Share {
-    std::uint32_t count;
-    std::uint32_t last;  ///< the place of the last one
+    std::int64_t weight;
+    std::int32_t last;  ///< which is the last one; -1 if there is none
   };
   /// Records of some group side by side, in the order in which they came.
   struct Units {
     std::size_t count = 0;
     const double* values = nullptr;
-    const std::int32_t* codes = nullptr;
+    const std::int32_t* groups = nullptr;
     const std::int32_t* weights = nullptr;  ///< truncated; null where every record weighs 1
     const double* plainWeights = nullptr;   ///< likewise
-    const double* caseIds = nullptr;        ///< null where there are none
-    const Share* shares = nullptr;          ///< by code; null where they were not needed
+    const double* caseIds = nullptr;        ///< null where there are none, or none is shown
+    /// By group. Null where it is not worth it, the units being few for the groups, and where the
+    /// values do not ascend, one being no number.
+    const Share* shares = nullptr;
 
     [[nodiscard]] std::int64_t Weight(std::size_t i) const noexcept {
       return weights == nullptr ? 1 : weights[i];
     }
-
-    /// Ranks them by code.
+    [[nodiscard]] std::size_t GroupOf(std::size_t i) const noexcept {
+      return static_cast<std::size_t>(groups[i]);
+    }
+    /// Ranks them by group.
     void AddTo(NPARRank& ranks) const;
+  };
+  /// One group in the first pass.
+  struct Sample {
+    std::int64_t count = 0;              ///< sum of weights
+    double first = QDMV::gMissingValue;  ///< value that came; known for histograms only
+    double last = QDMV::gMissingValue;   ///< likewise
+    ValueRange range;                    ///< likewise
   };
   static constexpr std::size_t kNoPlace = static_cast<std::size_t>(-1);
 
@@ -54,51 +80,71 @@ class GroupTally final : public Tally {
 
   void Take(RecordBatch& batch) override;
   void EndPass() override;
-  /// The records in hand without those of no category.
+  /// The records in hand, without those of no group.
   [[nodiscard]] const Units& GetUnits() const noexcept { return units; }
-
-  /// Sum of the weights of a category.
-  [[nodiscard]] std::int64_t CountOf(std::int32_t code) const noexcept {
-    return counts[static_cast<std::size_t>(code)];
-  }
 
   // Good once the first pass has ended.
 
-  /// Codes of the groups with data.
-  [[nodiscard]] const std::vector<std::int32_t>& Codes() const noexcept { return codes; }
-  /// Place of a category among the groups with data; kNoPlace without data.
-  [[nodiscard]] std::size_t PlaceOf(std::int32_t code) const noexcept {
-    return places[static_cast<std::size_t>(code)];
+  [[nodiscard]] const Sample& SampleOf(std::int32_t group) const noexcept {
+    return samples[static_cast<std::size_t>(group)];
   }
+  [[nodiscard]] std::int64_t CountOf(std::int32_t group) const noexcept {
+    return SampleOf(group).count;
+  }
+  /// The groups with data, ascending. A group has its place among these.
+  [[nodiscard]] const std::vector<std::int32_t>& Groups() const noexcept { return groupAt; }
+  [[nodiscard]] double CountAt(std::size_t place) const noexcept {
+    return static_cast<double>(CountOf(groupAt[place]));
+  }
+  /// kNoPlace without data.
+  [[nodiscard]] std::size_t PlaceOf(std::int32_t group) const noexcept {
+    return placeOf[static_cast<std::size_t>(group)];
+  }
+  /// Of the groups with data.
   [[nodiscard]] std::int64_t TotalWeight() const noexcept { return totalWeight; }
+  [[nodiscard]] bool HasNegativeWeight() const noexcept { return hasNegativeWeight; }
+
+  /// By group; good once the second pass has ended.
+  [[nodiscard]] const std::vector<HistogramBin>& BinsOf(std::int32_t group) const {
+    return histograms[static_cast<std::size_t>(group)].GetBins();
+  }
   /// By place; hinges are good once the second pass has ended, outliers after the third.
   [[nodiscard]] const std::vector<GroupBoxPlot>& BoxPlots() const noexcept { return boxPlots; }
 
  private:
-  void Select(RecordBatch& batch);
-  /// Leaves records of no category out of the units.
-  void KeepCategories(RecordBatch& batch);
+  /// The group of each record, or the number of none.
+  const std::int32_t* GroupsOf(RecordBatch& batch);
+  /// Finds the units of some records and what they hold of each group.
+  void Find(RecordBatch& batch);
+  /// Takes the units from the batch as they stand; these are their groups.
+  void Select(RecordBatch& batch, const std::int32_t* groupsOfRecords);
+  void FindShares();
+
   void Count();
+  void TakeRanges();
   void TrackHinges();
   void Classify();
-  /// Shows the units to the box plots: `takeMany(plot, share)` all those of a group, and one after
-  /// the other `takeOne(plot, i)` those of a group that it answered false for.
-  template <typename TakeMany, typename TakeOne>
-  void ShowToPlots(TakeMany takeMany, TakeOne takeOne);
-  /// False for units that are not worth it: few for the number of categories, or not ascending.
-  bool FindShares();
+  void FillHistograms();
   void EndCounting();
+  /// Shows the units to the box plots: `passOver(plot, stretch)` all those of a group and, where it
+  /// answers false, one after the other `take(plot, i)`.
+  template <typename PassOver, typename TakeOne>
+  void ShowToPlots(PassOver passOver, TakeOne takeOne);
 
   Key key;
   std::int32_t pass = 0;
   Units units;
-  std::vector<std::uint8_t> isLeftOut;  // by record in hand: it is of no category
+  std::vector<std::int32_t> groups;     // of the units, where they are not the codes
+  std::vector<std::uint8_t> isLeftOut;  // by record in hand: it is of no group
   SelectedRecords keptRecords;
-  std::vector<std::int64_t> counts;  // by code
-  std::vector<std::size_t> places;   // by code
-  std::vector<std::int32_t> codes;
+  std::vector<Share> shares;  // by group
+
+  std::vector<Sample> samples;        // by group
+  std::vector<std::int32_t> groupAt;  // by place
+  std::vector<std::size_t> placeOf;   // by group
   std::int64_t totalWeight = 0;
+  bool hasNegativeWeight = false;
+  std::vector<Histogram> histograms;  // by group
   std::vector<GroupBoxPlot> boxPlots;
-  std::vector<Share> shares;          // by code
   std::vector<std::uint8_t> isByOne;  // by place: its units go one by one
 };

@@ -2,13 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <vector>
 
 #include "foundation/names.h"
 #include "kit/contract/settings_reader.h"
 #include "kit/records/record_batch.h"
-#include "kit/summaries/univariate.h"
+#include "kit/summaries/histogram.h"
 
 /// The differences d = second - first of a pair of variables: how many lie on either side of zero,
 /// their range, and their histogram, which takes a pass of its own once the range is known.
@@ -32,22 +31,19 @@ class PairedDifferences {
     std::int64_t above = 0;
     std::int64_t below = 0;
     std::int64_t all = 0;
-    double largest = maximum;
-    double smallest = minimum;
+    ValueRange taken = range;
     for (std::size_t i = 0; i < count; ++i) {
       const double d = differences[i];
       const std::int64_t w = weightAt(i);
       above += d > 0.0 ? w : 0;
       below += d < 0.0 ? w : 0;
       all += w;
-      largest = d > largest ? d : largest;
-      smallest = d < smallest ? d : smallest;
+      taken.Take(d);
     }
     positiveCount += above;
     negativeCount += below;
     tieCount += all - above - below;
-    maximum = largest;
-    minimum = smallest;
+    range = taken;
   }
   void Count(double difference, std::int64_t weight) noexcept {
     if (difference > 0.0) {
@@ -57,8 +53,7 @@ class PairedDifferences {
     } else {
       tieCount += weight;
     }
-    if (difference > maximum) maximum = difference;
-    if (difference < minimum) minimum = difference;
+    range.Take(difference);
   }
   /// Sums of weights.
   [[nodiscard]] std::int64_t PositiveCount() const noexcept { return positiveCount; }
@@ -67,16 +62,11 @@ class PairedDifferences {
   [[nodiscard]] std::int64_t TotalN() const noexcept {
     return positiveCount + negativeCount + tieCount;
   }
-  [[nodiscard]] double Minimum() const noexcept { return minimum; }
+  [[nodiscard]] double Minimum() const noexcept { return range.low; }
 
   /// After all were counted: bins over their range.
-  void StartHistogram() {
-    histogram.SetRange(minimum, maximum, QDContUnivariateVariable::kBinCount);
-  }
-  void AddToHistogram(double difference, std::int64_t weight) {
-    histogram.AddValueOrZero(difference, weight);
-  }
-  /// `weights` as QDContUnivariateVariable::AddColumn has them.
+  void StartHistogram() { histogram.SetRange(range); }
+  /// `weights` as Histogram::AddColumn has them.
   void AddToHistogram(const double* differences, std::size_t count, const std::int32_t* weights) {
     histogram.AddColumn(differences, count, weights);
   }
@@ -91,8 +81,7 @@ class PairedDifferences {
   std::int64_t positiveCount = 0;
   std::int64_t negativeCount = 0;
   std::int64_t tieCount = 0;
-  double minimum = std::numeric_limits<double>::max();
-  double maximum = std::numeric_limits<double>::lowest();
-  QDContUnivariateVariable histogram;
+  ValueRange range;
+  Histogram histogram;
   std::vector<double> inHand;
 };

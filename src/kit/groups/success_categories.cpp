@@ -4,14 +4,11 @@
 #include <set>
 #include <utility>
 
+#include "kit/groups/category_selection.h"
+
 bool SuccessCategories::SameCategory(std::size_t placeA, std::int32_t codeA, std::size_t placeB,
                                      std::int32_t codeB) const {
-  const IQDVariable& a = Variable(placeA);
-  const IQDVariable& b = Variable(placeB);
-  if (a.GetType() != b.GetType()) return false;
-  return a.GetType() == VariableKind::NumericCategory
-             ? a.GetCategories()->GetNumber(codeA) == b.GetCategories()->GetNumber(codeB)
-             : a.GetCategories()->GetText(codeA) == b.GetCategories()->GetText(codeB);
+  return SameCategoryIn(Variable(placeA), Variable(placeB), codeB) == codeA;
 }
 
 std::int32_t SuccessCategories::CheckCategories(const UnivariateResults* sharedData) const {

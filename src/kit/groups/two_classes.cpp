@@ -85,11 +85,3 @@ void TwoClasses::Count(const Record& record) {
   }
   (first ? firstCount : secondCount) += weight.Truncated(record);
 }
-
-std::vector<std::string> TwoClasses::UnknownTexts() const {
-  std::vector<std::string> unknown;
-  for (std::size_t i = 0; i < firstCategories.size() && i < givenTexts.size(); ++i) {
-    if (firstCategories[i] == -1.0) unknown.push_back(givenTexts[i]);
-  }
-  return unknown;
-}

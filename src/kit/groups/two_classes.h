@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/groups/category_selection.h"
 #include "kit/records/record_weight.h"
 #include "kit/summaries/univariate.h"
 
@@ -48,7 +49,9 @@ class TwoClasses {
     return secondCategories;
   }
   /// The given texts that are no category of the field.
-  [[nodiscard]] std::vector<std::string> UnknownTexts() const;
+  [[nodiscard]] std::vector<std::string> UnknownTexts() const {
+    return TextsOfNoCategory(firstCategories, givenTexts);
+  }
 
  private:
   [[nodiscard]] std::int32_t TakeCategoriesOfData(

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <unordered_set>
+#include <utility>
 
 namespace {
 
@@ -22,27 +23,23 @@ bool HasData(const std::vector<double>& codes,
 
 }  // namespace
 
-void TwoGroups::Read(const QDSettings& settings) {
-  static_cast<void>(settings.GetSettingValByName("variableIndex", testVariable));
-  static_cast<void>(settings.GetSettingValByName("groupVariableIndex", groupVariable));
-  static_cast<void>(settings.GetSettingValByName("userSpecifyGroupList", areUserSpecified));
+void TwoGroups::Read(const SettingsReader& settings) {
+  using Codes = std::vector<double>;
+  key.ReadVariables(settings);
+  areUserSpecified = settings.Flag("userSpecifyGroupList");
   if (areUserSpecified) {
-    static_cast<void>(settings.GetSettingValByName("group1List", lists[First]));
-    static_cast<void>(settings.GetSettingValByName("group2List", lists[Second]));
+    lists = {settings.List<double>("group1List"), settings.List<double>("group2List")};
   } else {
-    double first = -1.0;
-    double second = -1.0;
-    static_cast<void>(settings.GetSettingValByName("groupVariableValue1", first));
-    static_cast<void>(settings.GetSettingValByName("groupVariableValue2", second));
-    lists = {std::vector<double>{first}, std::vector<double>{second}};
+    lists = {Codes{settings.Get("groupVariableValue1", -1.0)},
+             Codes{settings.Get("groupVariableValue2", -1.0)}};
   }
   BuildGroupOfCode();
 }
 
 void TwoGroups::BuildGroupOfCode() {
-  groupOfCode.clear();
+  std::vector<std::int32_t> groupOfCode;
   for (const Group group : {Second, First}) {  // the first group wins a code in both lists
-    for (const double value : lists[group]) {
+    for (const double value : CodesOf(group)) {
       const std::int32_t code = TruncateToInt32(value);
       if (code < 0 || static_cast<double>(code) != value) continue;
       const auto place = static_cast<std::size_t>(code);
@@ -50,6 +47,9 @@ void TwoGroups::BuildGroupOfCode() {
       groupOfCode[place] = group;
     }
   }
+  key.groupCount = 2;
+  key.groupOfCode = std::move(groupOfCode);
+  key.shown = GroupTally::Shown::Histograms;
 }
 
 void TwoGroups::Check(NPARTest& test, const UnivariateResults* summaries,
@@ -57,19 +57,14 @@ void TwoGroups::Check(NPARTest& test, const UnivariateResults* summaries,
   const auto finding = [&]() -> std::int32_t {
     if (summaries == nullptr) return codes.noSummaries;
     if (!areUserSpecified) {
-      return summaries->GetCategoryCount(groupVariable) == 2 ? 0 : codes.notTwoCategories;
+      return summaries->GetCategoryCount(key.groupVariable) == 2 ? 0 : codes.notTwoCategories;
     }
     if (lists[First].empty() || lists[Second].empty()) return codes.unpopulated;
     if (IsAnyIn(lists[Second], lists[First])) return codes.overlap;
     std::map<std::int32_t, std::int64_t> frequencies;
-    static_cast<void>(summaries->GetFrequencies(groupVariable, frequencies));
+    static_cast<void>(summaries->GetFrequencies(key.groupVariable, frequencies));
     const bool haveData = HasData(lists[First], frequencies) && HasData(lists[Second], frequencies);
     return haveData ? 0 : codes.unpopulated;
   }();
   if (finding != 0) test.ReportStatus(QDStatus(finding), MessageKind::Error);
-}
-
-void TwoGroups::AppendRequired(std::vector<std::int64_t>& positions) const {
-  positions.push_back(testVariable);
-  positions.push_back(groupVariable);
 }

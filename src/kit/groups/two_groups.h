@@ -6,6 +6,7 @@
 
 #include "foundation/names.h"
 #include "kit/contract/test.h"
+#include "kit/groups/group_tally.h"
 #include "kit/summaries/univariate.h"
 
 /// Errors of the groups of a two-group test.
@@ -20,31 +21,29 @@ struct TwoGroupCodes {
 /// given by the user or one category each.
 class TwoGroups {
  public:
-  enum Group : std::uint8_t { First = 0, Second = 1, Neither = 2 };
+  enum Group : std::int32_t { First = 0, Second = 1, Neither = 2 };
 
-  /// Reads "variableIndex", "groupVariableIndex", "userSpecifyGroupList" and, with that flag,
-  /// "group1List" and "group2List", else "groupVariableValue1" and "groupVariableValue2". A code in
+  /// Reads the variables, "userSpecifyGroupList" and, with that flag, "group1List" and
+  /// "group2List", else "groupVariableValue1" and "groupVariableValue2". A code in
   /// both lists belongs to the first group.
-  void Read(const QDSettings& settings);
+  void Read(const SettingsReader& settings);
   /// Reports the first finding to the test. A list may name categories that have no data, provided
   /// that one of its categories has some.
   void Check(NPARTest& test, const UnivariateResults* summaries, const TwoGroupCodes& codes) const;
 
-  /// By code, as far as there are codes of a group; a code beyond belongs to neither.
-  [[nodiscard]] const std::vector<Group>& GroupOfCode() const noexcept { return groupOfCode; }
-  [[nodiscard]] std::int32_t TestVariable() const noexcept { return testVariable; }
-  [[nodiscard]] std::int32_t GroupVariable() const noexcept { return groupVariable; }
+  /// Of the tally with their histograms.
+  [[nodiscard]] const GroupTally::Key& TallyKey() const noexcept { return key; }
+  [[nodiscard]] std::int32_t TestVariable() const noexcept { return key.testVariable; }
+  [[nodiscard]] std::int32_t GroupVariable() const noexcept { return key.groupVariable; }
   [[nodiscard]] bool AreUserSpecified() const noexcept { return areUserSpecified; }
-  [[nodiscard]] const std::vector<double>& CodesOf(Group group) const { return lists[group]; }
-  /// The test variable, then the group variable.
-  void AppendRequired(std::vector<std::int64_t>& positions) const;
+  [[nodiscard]] const std::vector<double>& CodesOf(Group group) const {
+    return lists[static_cast<std::size_t>(group)];
+  }
 
  private:
   void BuildGroupOfCode();
 
-  std::int32_t testVariable = -1;
-  std::int32_t groupVariable = -1;
+  GroupTally::Key key;
   bool areUserSpecified = false;
   std::array<std::vector<double>, 2> lists;
-  std::vector<Group> groupOfCode;
 };

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "kit/order/wide_integer.h"
-#include "kit/summaries/univariate.h"
+#include "kit/summaries/histogram.h"
 
 /// How often each of k samples took each of the mid-ranks 1, 1.5, ..., k, in sums of weights. A
 /// rank comes as twice itself less 2, its step.

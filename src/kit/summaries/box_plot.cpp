@@ -9,17 +9,17 @@ constexpr double kFenceSpreads = 1.5;
 
 }  // namespace
 
-void GroupBoxPlot::FinishHinges() {
-  summary.FinishHinges();
-  const double spread = summary.GetThirdQuartile() - summary.GetFirstQuartile();
-  upperFence = summary.GetThirdQuartile() + spread * kFenceSpreads;
-  lowerFence = summary.GetFirstQuartile() - spread * kFenceSpreads;
+void GroupBoxPlot::FinishHinges() noexcept {
+  hinges.FinishHinges();
+  const double spread = hinges.ThirdQuartile() - hinges.FirstQuartile();
+  upperFence = hinges.ThirdQuartile() + spread * kFenceSpreads;
+  lowerFence = hinges.FirstQuartile() - spread * kFenceSpreads;
   const double margin =
       4.0 * kCloseTolerance * std::max(std::fabs(lowerFence), std::fabs(upperFence));
   innerLow = lowerFence + margin;
   innerHigh = upperFence - margin;
-  smallestNonOutlier = summary.GetMaximum();
-  largestNonOutlier = summary.GetMinimum();
+  smallestNonOutlier = hinges.Maximum();
+  largestNonOutlier = hinges.Minimum();
 }
 
 void GroupBoxPlot::ClassifyByFences(double x, double caseId) {

@@ -7,7 +7,8 @@
 #include <vector>
 
 #include "foundation/names.h"
-#include "kit/summaries/univariate.h"
+#include "kit/summaries/hinges.h"
+#include "kit/summaries/stretch.h"
 
 /// Compares with a relative tolerance of 100 machine epsilons: -1, 0 or 1. Zero is compared
 /// plainly.
@@ -39,19 +40,15 @@ class GroupBoxPlot {
     double caseId;
   };
 
-  explicit GroupBoxPlot(std::int32_t groupCode) noexcept : groupCode(groupCode) {}
+  /// `totalWeight` is the group's sum of truncated weights.
+  GroupBoxPlot(std::int32_t groupCode, double totalWeight) noexcept
+      : groupCode(groupCode), hinges(totalWeight) {}
 
-  /// First walk; `totalWeight` is the group's sum of truncated weights, `weight` is not truncated.
-  void TrackValue(double x, double weight, double totalWeight) {
-    summary.TrackHinges(x, weight, totalWeight);
-  }
-  /// The same for `count` units of weight 1 at once, of values from `lowest` up, the last of them
-  /// `last`. False, and nothing done, where they may reach a hinge.
-  bool TrackUnits(double count, double lowest, double last, double totalWeight) noexcept {
-    return summary.TrackUnits(count, lowest, last, totalWeight);
-  }
+  /// First walk; the weight counts with its fraction.
+  void TrackValue(double x, double weight) noexcept { hinges.TrackHinges(x, weight); }
+  bool PassOverTracking(const Stretch& values) noexcept { return hinges.PassOver(values); }
   /// Ends it.
-  void FinishHinges();
+  void FinishHinges() noexcept;
   /// Second walk.
   void ClassifyValue(double x, double caseId) {
     if (x > innerLow && x < innerHigh && x >= smallestNonOutlier) {
@@ -60,20 +57,21 @@ class GroupBoxPlot {
       ClassifyByFences(x, caseId);
     }
   }
-
-  /// The same for ascending values at once: none is below `lowest`, `last` is the last and none of
-  /// the others above `before`. False, and nothing done, unless all are clearly inside the fences.
-  bool ClassifyInside(double lowest, double before, double last) noexcept {
-    if (!(lowest > innerLow && lowest >= smallestNonOutlier && last < innerHigh)) return false;
-    if (last == largestNonOutlier) return true;
+  bool PassOverClassifying(const Stretch& values) noexcept {
+    if (!(values.lowest > innerLow && values.lowest >= smallestNonOutlier &&
+          values.last < innerHigh)) {
+      return false;
+    }
+    if (values.last == largestNonOutlier) return true;
     // Clear of the value before it, the last one is clear of any that stands so far.
-    if (!(largestNonOutlier <= before && IsClearlyBelow(before, last))) return false;
-    largestNonOutlier = last;
-    return true;
+    const bool isClear =
+        largestNonOutlier <= values.before && IsClearlyBelow(values.before, values.last);
+    if (isClear) largestNonOutlier = values.last;
+    return isClear;
   }
 
   [[nodiscard]] std::int32_t GroupCode() const noexcept { return groupCode; }
-  [[nodiscard]] const QDContUnivariateVariable& Summary() const noexcept { return summary; }
+  [[nodiscard]] const HingeWalk& Hinges() const noexcept { return hinges; }
   /// In the order of the walk.
   [[nodiscard]] const std::vector<Outlier>& HighOutliers() const noexcept { return highOutliers; }
   [[nodiscard]] const std::vector<Outlier>& LowOutliers() const noexcept { return lowOutliers; }
@@ -84,7 +82,7 @@ class GroupBoxPlot {
   void ClassifyByFences(double x, double caseId);
 
   std::int32_t groupCode;
-  QDContUnivariateVariable summary;
+  HingeWalk hinges;
   std::vector<Outlier> highOutliers;
   std::vector<Outlier> lowOutliers;
   double lowerFence = 0.0;

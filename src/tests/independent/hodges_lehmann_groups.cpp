@@ -5,28 +5,30 @@
 #include "catalogue/cards/hodges_lehmann_groups.h"
 #include "kit/statistics/mann_whitney_moments.h"
 #include "planning/two_group_construction.h"
+#include "report/algorithm_element.h"
 #include "report/elements.h"
-#include "report/messages.h"
 #include "report/two_group_tables.h"
 
-NPARHodgesLehmannTwoIndep::NPARHodgesLehmannTwoIndep(QDSettings* settings)
-    : NPARTwoGroupTest(settings, kCodeBase, Passes::FiguresOnly) {}
+namespace card = catalogue::hodges_lehmann_groups;
 
-QDStatus NPARHodgesLehmannTwoIndep::BeginPass() {
-  static_cast<void>(settings->GetSettingValByName("confidenceLevel", confidenceLevel));
-  return NPARTwoGroupTest::BeginPass();
+NPARHodgesLehmannTwoIndep::NPARHodgesLehmannTwoIndep(QDSettings* settings)
+    : NPARTwoGroupTest(settings, card::kTwoGroupCodes, Passes::FiguresOnly) {}
+
+void NPARHodgesLehmannTwoIndep::Prepare(const SettingsReader& settings) {
+  confidenceLevel = settings.Get("confidenceLevel", confidenceLevel);
+  NPARTwoGroupTest::Prepare(settings);
 }
 
-void NPARHodgesLehmannTwoIndep::Take(const TwoGroupUnits& records) {
-  records.AddTo(ranks);
-  for (std::size_t i = 0; i < records.count; ++i) {
-    if (records.Weight(i) >= 1) {
-      values[records.groups[i]].Add(records.values[i], records.Weight(i));
+void NPARHodgesLehmannTwoIndep::TakeUnits(const GroupTally::Units& units) {
+  units.AddTo(ranks);
+  for (std::size_t i = 0; i < units.count; ++i) {
+    if (units.Weight(i) >= 1) {
+      values[units.GroupOf(i)].Add(units.values[i], units.Weight(i));
     }
   }
 }
 
-void NPARHodgesLehmannTwoIndep::Compute() {
+void NPARHodgesLehmannTwoIndep::ComputeFigures() {
   ranks.CloseRun();
   for (WeightedValues& group : values) group.Sort();
   const GroupDifferences differences(values[TwoGroups::First], values[TwoGroups::Second]);
@@ -42,24 +44,16 @@ void NPARHodgesLehmannTwoIndep::Compute() {
 }
 
 XMLElement* NPARHodgesLehmannTwoIndep::WriteResults() {
-  auto algorithm = CreateAlgorithm("IHodgesLehmannEstimateGroups", "confidence_interval",
-                                   "Independent_Samples", "");
-  AddTwoGroupCondition(*algorithm, "HodgesLehmann", groups);
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
-
-  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
-  AddAttributeRow(*statistics, "Estimate", estimate);
-  XMLElement* interval = AddStructuredTable(*algorithm, "Asymptotic");
-  AddAttributeRow(*interval, "Lower", lower);
-  AddAttributeRow(*interval, "Upper", upper);
-  return algorithm.release();
+  return WriteAlgorithm(
+      *this, {.card = card::kCard, .condition = TwoGroupCondition("HodgesLehmann", groups)},
+      [this](XMLElement& algorithm) {
+        AddFigures(algorithm, "StatisticsResult", {{"Estimate", estimate}});
+        AddFigures(algorithm, "Asymptotic", {{"Lower", lower}, {"Upper", upper}});
+      });
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::hodges_lehmann_groups::kCard>(
-    TestConstruction& construction) {
-  const auto variables =
-      ResolveTwoGroups(construction, TwoGroupEntryCodesFrom(NPARHodgesLehmannTwoIndep::kCodeBase));
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
+  const auto variables = ResolveTwoGroups(construction, card::kTwoGroupCodes);
   return AddTwoGroupTest<NPARHodgesLehmannTwoIndep>(construction, variables);
 }

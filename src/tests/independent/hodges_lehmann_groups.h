@@ -21,17 +21,15 @@
 /// D. A. Wolfe, Nonparametric Statistical Methods.
 class NPARHodgesLehmannTwoIndep final : public NPARTwoGroupTest {
  public:
-  static constexpr std::int32_t kCodeBase = 222500;
-
   explicit NPARHodgesLehmannTwoIndep(QDSettings* settings);
 
   /// Also reads "confidenceLevel", a probability.
-  QDStatus BeginPass() override;
   XMLElement* WriteResults() override;
 
  protected:
-  void Take(const TwoGroupUnits& records) override;
-  void Compute() override;
+  void Prepare(const SettingsReader& settings) override;
+  void TakeUnits(const GroupTally::Units& units) override;
+  void ComputeFigures() override;
 
  private:
   double confidenceLevel = 0.95;

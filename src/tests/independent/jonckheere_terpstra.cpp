@@ -8,23 +8,19 @@
 
 #include "catalogue/cards/jonckheere_terpstra.h"
 #include "planning/group_construction.h"
+#include "report/algorithm_element.h"
 #include "report/box_plot_table.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
-#include "report/messages.h"
+
+namespace card = catalogue::jonckheere_terpstra;
 
 namespace {
 
-constexpr std::int32_t kUnknownVariable = 222203;  // a name is no variable's
-constexpr std::int32_t kTooFewGroups = 222210;     // fewer than two groups with data
-constexpr std::int32_t kNoVariable = 222215;       // no test variable is named
-constexpr std::int32_t kNoGroup = 222216;          // no group variable is named
-constexpr std::int32_t kNotCategorical = 222217;   // the group variable
-constexpr std::int32_t kNotContinuous = 222218;    // the test variable
-constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = 222211,
-                                           .tooFewStepwise = 222212,
-                                           .notSignificantPairwise = 222213,
-                                           .notSignificantStepwise = 222214};
+constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = card::kTooFewPairwise,
+                                           .tooFewStepwise = card::kTooFewStepwise,
+                                           .notSignificantPairwise = card::kNotSignificantPairwise,
+                                           .notSignificantStepwise = card::kNotSignificantStepwise};
 
 constexpr std::int32_t kPasses = 3;
 
@@ -46,61 +42,49 @@ std::vector<double> AscendingCodes(TestConstruction& construction, std::int32_t 
 }  // namespace
 
 NPARJonckTer::NPARJonckTer(QDSettings* settings)
-    : NPARColumnTest(settings), comparison(kComparisonCodes) {}
+    : NPARTest(settings), comparison(kComparisonCodes) {}
 
-void NPARJonckTer::ReadSettings() {
+void NPARJonckTer::Prepare(const SettingsReader& settings) {
+  groups.ReadVariables(settings);
+  if (HasFailed()) return;
+  ExpectPasses(kPasses);
+  hasGroupRange = settings.Flag("userSpecifyGroupRange");
   std::vector<std::int32_t> order;
-  std::string hypothesis;
-  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
-  static_cast<void>(settings->GetSettingValByName("userSpecifyGroupRange", hasGroupRange));
-  if (!settings->GetSettingValByName("groupOrder", order) && sharedData != nullptr) {
-    const std::int32_t count = sharedData->GetCategoryCount(samples.GroupVariable());
+  if (!settings.Find("groupOrder", order) && sharedData != nullptr) {
+    const std::int32_t count = sharedData->GetCategoryCount(groups.groupVariable);
     order.resize(static_cast<std::size_t>(std::max(0, count)));
     std::iota(order.begin(), order.end(), 0);
   }
-  if (settings->GetSettingValByName("orderOfHypotheses", hypothesis) &&
-      hypothesis == "orderLargestToSmallest") {
+  if (settings.Text("orderOfHypotheses") == "orderLargestToSmallest") {
     std::reverse(order.begin(), order.end());
   }
-  const auto isOn = [this](const char* key) {
-    double value = 0.0;
-    return settings->GetSettingValByName(key, value) && value == 1.0;
-  };
-  if (isOn("pairWise")) comparison.Want(ComparisonKind::Pairwise);
-  if (isOn("stepWise")) comparison.Want(ComparisonKind::Stepwise);
+  if (settings.Get("pairWise", 0.0) == 1.0) comparison.Want(ComparisonKind::Pairwise);
+  if (settings.Get("stepWise", 0.0) == 1.0) comparison.Want(ComparisonKind::Stepwise);
 
-  samples.Start(static_cast<std::int32_t>(order.size()), sharedTallies);
+  groups.groupCount = static_cast<std::int32_t>(order.size());
+  tally = Share<GroupTally>(groups);
   positionOfCode.resize(order.size());
   for (std::size_t position = 0; position < order.size(); ++position) {
     positionOfCode[static_cast<std::size_t>(order[position])] = position;
   }
   overallCounts = JonckheereCounts(order.size());
-  passesLeft = kPasses;
 }
 
-QDStatus NPARJonckTer::BeginPass() {
-  if (samples.PassesDone() == 0) {
-    samples.Read(*settings);
-    if (status.IsOK()) ReadSettings();
+void NPARJonckTer::Take(RecordBatch& /*batch*/) {
+  const GroupTally::Units& units = tally->GetUnits();
+  for (std::size_t i = 0; i < units.count; ++i) {
+    overallCounts.Add(units.values[i], units.Weight(i), PositionOf(units.groups[i]));
   }
-  return status;
+  if (comparison.IsPending()) units.AddTo(overallRanks);
 }
 
-QDStatus NPARJonckTer::ProcessBatch(RecordBatch& batch) {
-  if (status.IsError()) return status;
-  const GroupSamples::Units& units = samples.Take(batch);
-  if (samples.PassesDone() == 0) {
-    for (std::size_t i = 0; i < units.count; ++i) {
-      overallCounts.Add(units.values[i], units.Weight(i), PositionOf(units.codes[i]));
-    }
-    if (comparison.IsPending()) units.AddTo(overallRanks);
-  } else if (comparison.IsPending()) {
-    for (std::size_t i = 0; i < units.count; ++i) {
-      if (samples.PlaceOf(units.codes[i]) == GroupSamples::kNoPlace) continue;
-      Compare(units.values[i], units.Weight(i), PositionOf(units.codes[i]));
-    }
+void NPARJonckTer::TakeAgain(RecordBatch& /*batch*/) {
+  if (!comparison.IsPending()) return;
+  const GroupTally::Units& units = tally->GetUnits();
+  for (std::size_t i = 0; i < units.count; ++i) {
+    if (tally->PlaceOf(units.groups[i]) == GroupTally::kNoPlace) continue;
+    Compare(units.values[i], units.Weight(i), PositionOf(units.groups[i]));
   }
-  return status;
 }
 
 void NPARJonckTer::Compare(double x, std::int64_t weight, std::size_t position) {
@@ -116,32 +100,20 @@ void NPARJonckTer::Compare(double x, std::int64_t weight, std::size_t position) 
   }
 }
 
-bool NPARJonckTer::NeedsAnotherPass() {
-  return !status.IsError() && samples.PassesDone() < kPasses;
+void NPARJonckTer::Finish() {
+  if (!comparison.IsPending()) return;
+  if (comparison.WantsPairwise()) EndPairwise();
+  if (comparison.WantsStepwise()) EndStepwise();
 }
 
-QDStatus NPARJonckTer::EndPass() {
-  if (status.IsError()) return status;
-  const bool isOverall = samples.PassesDone() == 0;
-  samples.EndPass();
-  if (isOverall) {
-    EndOverall();
-  } else if (comparison.IsPending()) {
-    if (comparison.WantsPairwise()) EndPairwise();
-    if (comparison.WantsStepwise()) EndStepwise();
-  }
-  passesLeft = kPasses - samples.PassesDone();
-  return status;
-}
-
-void NPARJonckTer::EndOverall() {
-  orderedCodes = samples.Codes();
+void NPARJonckTer::Compute() {
+  orderedCodes = tally->Groups();
   std::sort(orderedCodes.begin(), orderedCodes.end(), [this](std::int32_t a, std::int32_t b) {
     return positionOfCode[static_cast<std::size_t>(a)] <
            positionOfCode[static_cast<std::size_t>(b)];
   });
   if (orderedCodes.size() < 2) {
-    ReportStatus(QDStatus(kTooFewGroups), MessageKind::Error);
+    Fail(card::kTooFewGroups);
     return;
   }
   std::vector<double> sizes;
@@ -165,7 +137,7 @@ std::vector<ComparedSample> NPARJonckTer::OrderedSamples() {
   std::vector<ComparedSample> list;
   for (const std::int32_t code : orderedCodes) {
     list.push_back(
-        {code, overallRanks.GroupEntry(code).rankSum / static_cast<double>(samples.CountOf(code))});
+        {code, overallRanks.GroupEntry(code).rankSum / static_cast<double>(tally->CountOf(code))});
   }
   return list;
 }
@@ -209,34 +181,34 @@ void NPARJonckTer::EndStepwise() {
 }
 
 void NPARJonckTer::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  samples.AppendRequired(positions);
+  groups.AppendRequired(positions);
 }
 
 XMLElement* NPARJonckTer::WriteResults() {
-  auto algorithm = CreateAlgorithm("IJonckheereTerpstra", "hypothesis_test", "Independent_Samples",
-                                   DecisionWord(status, sigLevel, twoTailedSig));
-  AddCondition(*algorithm,
-               hasGroupRange ? "CategoryListsAreSpecified_I_JonckheereTerpstra_2 "  // with a blank
-                             : "DefaultAllDistinctValuesUsed_I_JonckheereTerpstra_2",
-               {IndexText(samples.TestVariable()), IndexText(samples.GroupVariable())});
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
-
-  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
-  AddAttributeRow(*statistics, "TestStatistic", overall.statistic);
-  AddAttributeRow(*statistics, "StandardError", overall.standardError);
-  AddAttributeRow(*statistics, "StandardTestStatistic", overall.standardTestStatistic);
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", twoTailedSig);
-  AddBoxPlotInfo(*algorithm, samples, static_cast<std::int64_t>(samples.Codes().size()));
-  WriteComparison(*algorithm, comparison);
-  return algorithm.release();
+  return WriteAlgorithm(
+      *this,
+      {.card = card::kCard,
+       .decidingSig = twoTailedSig,
+       .condition = {hasGroupRange
+                         ? "CategoryListsAreSpecified_I_JonckheereTerpstra_2 "  // with a blank
+                         : "DefaultAllDistinctValuesUsed_I_JonckheereTerpstra_2",
+                     {IndexText(groups.testVariable), IndexText(groups.groupVariable)}}},
+      [this](XMLElement& algorithm) {
+        AddFigures(algorithm, "StatisticsResult",
+                   {{"TestStatistic", overall.statistic},
+                    {"StandardError", overall.standardError},
+                    {"StandardTestStatistic", overall.standardTestStatistic},
+                    {"AsymptoticSig2Tailed", twoTailedSig}});
+        AddBoxPlotInfo(algorithm, *tally, static_cast<std::int64_t>(tally->Groups().size()));
+        WriteComparison(algorithm, comparison);
+      });
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::jonckheere_terpstra::kCard>(
-    TestConstruction& construction) {
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
   const auto variables = construction.LookUpTestAndGroup(
-      {kNoVariable, kNoGroup, kUnknownVariable, kNotContinuous, kNotCategorical});
+      {card::kNoVariableName, card::kNoGroup, card::kUnknownVariable, card::kNotContinuous,
+       card::kNotCategorical});
   if (construction.IsOK()) {
     construction.PutTestAndGroup(variables);
     construction.Put("groupOrder", AscendingCodes(construction, variables.group));

@@ -5,8 +5,8 @@
 
 #include "kit/comparisons/multiple_comparisons.h"
 #include "kit/comparisons/range_counts.h"
-#include "kit/contract/column_test.h"
-#include "kit/groups/group_samples.h"
+#include "kit/contract/test.h"
+#include "kit/groups/group_tally.h"
 #include "kit/ranks/rank.h"
 #include "tests/independent/jonckheere_statistic.h"
 
@@ -28,27 +28,25 @@
 /// plots. Records ascend by the test variable.
 /// Sources: T. J. Terpstra, Indagationes Mathematicae 14 (1952); A. R. Jonckheere, Biometrika 41
 /// (1954).
-class NPARJonckTer final : public NPARColumnTest {
+class NPARJonckTer final : public NPARTest {
  public:
   explicit NPARJonckTer(QDSettings* settings);
 
-  void SetSharedData(UnivariateResults* data) override { sharedData = data; }
-  QDStatus BeginPass() override;
-  /// Passes over a record of no category.
-  QDStatus ProcessBatch(RecordBatch& batch) override;
-  bool NeedsAnotherPass() override;
-  /// Error 222210: fewer than two groups with data. Warnings 222211, 222212: fewer than 3 groups;
-  /// 222213, 222214: not significant; 220013: a group alone.
-  QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
-  Tally* GetTally() const noexcept override { return samples.GetTally(); }
+
+ protected:
+  void Prepare(const SettingsReader& settings) override;
+  void Take(RecordBatch& batch) override;
+  /// Error 222210: fewer than two groups with data. Warnings 222211, 222212: fewer than 3 groups;
+  /// 222213, 222214: not significant; 220013: a group alone.
+  void Compute() override;
+  void TakeAgain(RecordBatch& batch) override;
+  void Finish() override;
 
  private:
-  void ReadSettings();
   /// In a pass of comparisons.
   void Compare(double x, std::int64_t weight, std::size_t position);
-  void EndOverall();
   void EndPairwise();
   void EndStepwise();
   /// The groups with data in their order, with their overall mean ranks.
@@ -59,16 +57,15 @@ class NPARJonckTer final : public NPARColumnTest {
     return positionOfCode[static_cast<std::size_t>(code)];
   }
   [[nodiscard]] double SizeAt(std::size_t position) const {
-    return static_cast<double>(samples.CountOf(orderedCodes[position]));
+    return static_cast<double>(tally->CountOf(orderedCodes[position]));
   }
   [[nodiscard]] std::size_t PairIndex(std::size_t earlier, std::size_t later) const noexcept {
     return later * (later - 1) / 2 + earlier;
   }
 
-  UnivariateResults* sharedData = nullptr;
-  double sigLevel = 0.05;
   bool hasGroupRange = false;
-  GroupSamples samples;
+  GroupTally::Key groups;
+  GroupTally* tally = nullptr;
   std::vector<std::size_t> positionOfCode;  // in the hypothesised order of all categories
   JonckheereCounts overallCounts{0};
   NPARRank overallRanks;  // by category code; only for the comparisons

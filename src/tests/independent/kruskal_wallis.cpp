@@ -8,22 +8,19 @@
 
 #include "catalogue/cards/kruskal_wallis.h"
 #include "planning/group_construction.h"
+#include "report/algorithm_element.h"
 #include "report/box_plot_table.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
-#include "report/messages.h"
+
+namespace card = catalogue::kruskal_wallis;
 
 namespace {
 
-constexpr std::int32_t kNoComparisonWord = 222101;  // "typeOfMultipleComparison" is absent
-constexpr std::int32_t kNoVariable = 222103;        // a name is absent or no variable's
-constexpr std::int32_t kNotContinuous = 222109;     // the test variable
-constexpr std::int32_t kNotCategorical = 222110;    // the group variable
-constexpr std::int32_t kAsymptotic = 222111;        // help: asymptotic and corrected for ties
-constexpr std::int32_t kTooFewGroups = 222112;      // fewer than two groups with data
-constexpr std::int32_t kTooFewCategories = 222115;  // of the group variable
-constexpr ComparisonCodes kComparisonCodes{222118, 222116, 222119, 222117};
-
+constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = card::kTooFewPairwise,
+                                           .tooFewStepwise = card::kTooFewStepwise,
+                                           .notSignificantPairwise = card::kNotSignificantPairwise,
+                                           .notSignificantStepwise = card::kNotSignificantStepwise};
 constexpr StepwisePolicy kJudgedOnPlainSig{false, false};
 constexpr std::int32_t kPasses = 3;
 
@@ -50,67 +47,51 @@ RangeFigures ComputeH(const std::vector<RankedGroup>& groups, double tieSum) {
 }  // namespace
 
 NPARKruskalWOneWay::NPARKruskalWOneWay(QDSettings* settings)
-    : NPARColumnTest(settings), comparison(kComparisonCodes, kJudgedOnPlainSig) {}
+    : NPARTest(settings), comparison(kComparisonCodes, kJudgedOnPlainSig) {}
 
-QDStatus NPARKruskalWOneWay::BeginPass() {
-  if (samples.PassesDone() == 0) {
-    samples.Read(*settings);
-    if (status.IsError()) return status;
-    passesLeft = kPasses;
-    std::int32_t categoryCount = 0;
-    std::string word = "none";
-    static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
-    static_cast<void>(settings->GetSettingValByName("numberOfCategories", categoryCount));
-    static_cast<void>(settings->GetSettingValByName("typeOfMultipleComparison", word));
-    samples.Start(categoryCount, sharedTallies);
-    comparison.Want(ComparisonFromWord(word));
+void NPARKruskalWOneWay::Prepare(const SettingsReader& settings) {
+  groups.ReadVariables(settings);
+  if (HasFailed()) return;
+  ExpectPasses(kPasses);
+  groups.groupCount = settings.Get("numberOfCategories", std::int32_t{0});
+  tally = Share<GroupTally>(groups);
+  comparison.Want(ComparisonFromWord(settings.Text("typeOfMultipleComparison", "none")));
+}
+
+void NPARKruskalWOneWay::Take(RecordBatch& /*batch*/) { tally->GetUnits().AddTo(overallRanks); }
+
+void NPARKruskalWOneWay::StartPass() {
+  if (Pass() == 2 && comparison.WantsStepwise()) OrderGroups();
+}
+
+void NPARKruskalWOneWay::TakeAgain(RecordBatch& /*batch*/) {
+  if (Pass() < 2 || !comparison.IsPending()) return;
+  const GroupTally::Units& units = tally->GetUnits();
+  for (std::size_t i = 0; i < units.count; ++i) {
+    const std::size_t place = tally->PlaceOf(units.groups[i]);
+    if (place == GroupTally::kNoPlace) continue;
+    ranges.Add(units.values[i], units.Weight(i), positionOfPlace[place]);
   }
-  if (status.IsOK() && samples.PassesDone() == 2 && comparison.WantsStepwise()) OrderGroups();
-  return status;
 }
 
-QDStatus NPARKruskalWOneWay::ProcessBatch(RecordBatch& batch) {
-  if (status.IsError()) return status;
-  const GroupSamples::Units& units = samples.Take(batch);
-  if (samples.PassesDone() == 0) {
-    units.AddTo(overallRanks);
-  } else if (samples.PassesDone() == 2 && comparison.IsPending()) {
-    for (std::size_t i = 0; i < units.count; ++i) {
-      const std::size_t place = samples.PlaceOf(units.codes[i]);
-      if (place == GroupSamples::kNoPlace) continue;
-      ranges.Add(units.values[i], units.Weight(i), positionOfPlace[place]);
-    }
-  }
-  return status;
+void NPARKruskalWOneWay::Finish() {
+  if (Pass() == 2 && comparison.IsPending()) RunStepwise();
 }
 
-bool NPARKruskalWOneWay::NeedsAnotherPass() {
-  return !status.IsError() && samples.PassesDone() < kPasses;
-}
-
-QDStatus NPARKruskalWOneWay::EndPass() {
-  if (status.IsError()) return status;
-  samples.EndPass();
-  if (samples.PassesDone() == 1) EndOverall();
-  if (samples.PassesDone() == kPasses && comparison.IsPending()) RunStepwise();
-  passesLeft = status.IsError() ? 0 : kPasses - samples.PassesDone();
-  return status;
-}
-
-void NPARKruskalWOneWay::EndOverall() {
-  if (samples.Codes().size() < 2) {
-    ReportStatus(QDStatus(kTooFewGroups), MessageKind::Error);
+void NPARKruskalWOneWay::Compute() {
+  if (tally->Groups().size() < 2) {
+    Fail(card::kTooFewGroups);
     return;
   }
   overallRanks.CloseRun();
   std::vector<RankedGroup> groups;
-  for (const std::int32_t code : samples.Codes()) {
+  for (const std::int32_t code : tally->Groups()) {
     groups.push_back(
-        {overallRanks.GroupEntry(code).rankSum, static_cast<double>(samples.CountOf(code))});
+        {overallRanks.GroupEntry(code).rankSum, static_cast<double>(tally->CountOf(code))});
     meanRanks.push_back(groups.back().rankSum / groups.back().count);
   }
   overall = ComputeH(groups, overallRanks.TieSum());
-  ReportStatus(QDStatus(kAsymptotic), MessageKind::Help);
+  Help(card::kAsymptotic);
   if (comparison.PassGate(*this, sigLevel, overall.sig, groups.size()) &&
       comparison.WantsPairwise()) {
     RunPairwise();
@@ -118,18 +99,18 @@ void NPARKruskalWOneWay::EndOverall() {
 }
 
 void NPARKruskalWOneWay::RunPairwise() {
-  const double n = static_cast<double>(samples.TotalWeight());
+  const double n = static_cast<double>(tally->TotalWeight());
   const double variance = (n + 1.0) * n / 12.0 - overallRanks.TieSum() / (12.0 * (n - 1.0));
   std::vector<ComparedSample> list;
   for (std::size_t place = 0; place < meanRanks.size(); ++place) {
-    list.push_back({samples.Codes()[place], meanRanks[place]});
+    list.push_back({tally->Groups()[place], meanRanks[place]});
   }
   // Categories without data take no part, and yet they count in the adjustment.
-  const auto adjustedFor = static_cast<std::size_t>(samples.CategoryCount());
+  const auto adjustedFor = static_cast<std::size_t>(groups.groupCount);
   comparison.RunPairwise(std::move(list), adjustedFor, [&](std::int32_t i, std::int32_t j) {
     const auto a = static_cast<std::size_t>(i);
     const auto b = static_cast<std::size_t>(j);
-    const double scale = 1.0 / samples.CountAt(b) + 1.0 / samples.CountAt(a);
+    const double scale = 1.0 / tally->CountAt(b) + 1.0 / tally->CountAt(a);
     return NormalPair(meanRanks[a] - meanRanks[b], std::sqrt(scale * variance));
   });
 }
@@ -138,7 +119,7 @@ void NPARKruskalWOneWay::OrderGroups() {
   orderedPlaces.resize(meanRanks.size());
   std::iota(orderedPlaces.begin(), orderedPlaces.end(), std::size_t{0});
   const auto key = [this](std::size_t place) {
-    return std::pair(meanRanks[place], samples.BoxPlots()[place].Summary().GetMedian());
+    return std::pair(meanRanks[place], tally->BoxPlots()[place].Hinges().Median());
   };
   std::stable_sort(orderedPlaces.begin(), orderedPlaces.end(),
                    [&key](std::size_t a, std::size_t b) { return key(a) < key(b); });
@@ -153,7 +134,7 @@ void NPARKruskalWOneWay::RunStepwise() {
   ranges.Finish();
   std::vector<ComparedSample> ordered;
   for (const std::size_t place : orderedPlaces) {
-    ordered.push_back({samples.Codes()[place], meanRanks[place]});
+    ordered.push_back({tally->Groups()[place], meanRanks[place]});
   }
   comparison.StartStepwise(std::move(ordered), sigLevel);
   while (!comparison.IsDone()) {
@@ -168,41 +149,41 @@ RangeFigures NPARKruskalWOneWay::ComputeRange(const SampleRange& range) {
   std::vector<RankedGroup> groups;
   groups.reserve(rankSums.size());
   for (std::size_t i = 0; i < rankSums.size(); ++i) {
-    groups.push_back({rankSums[i], samples.CountAt(orderedPlaces[range.first + i])});
+    groups.push_back({rankSums[i], tally->CountAt(orderedPlaces[range.first + i])});
   }
   return ComputeH(groups, ranges.Ties(range).Cubic());
 }
 
 void NPARKruskalWOneWay::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  samples.AppendRequired(positions);
+  groups.AppendRequired(positions);
 }
 
 XMLElement* NPARKruskalWOneWay::WriteResults() {
-  auto algorithm = CreateAlgorithm("IKruskalWallis", "hypothesis_test", "Independent_Samples",
-                                   DecisionWord(status, sigLevel, overall.sig));
-  AddCondition(*algorithm, "DefaultAllDistinctValuesUsed_I_KruskalWallis_2",
-               {IndexText(samples.TestVariable()), IndexText(samples.GroupVariable())});
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
-
-  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
-  AddAttributeRow(*statistics, "TestStatistic", overall.testStatistic);
-  AddAttributeRow(*statistics, "DegreeOfFreedom", samples.Codes().size() - 1);
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", overall.sig);
-  AddBoxPlotInfo(*algorithm, samples, samples.CategoryCount(), meanRanks);
-  WriteComparison(*algorithm, comparison);
-  return algorithm.release();
+  return WriteAlgorithm(
+      *this,
+      {.card = card::kCard,
+       .decidingSig = overall.sig,
+       .condition = {"DefaultAllDistinctValuesUsed_I_KruskalWallis_2",
+                     {IndexText(groups.testVariable), IndexText(groups.groupVariable)}}},
+      [this](XMLElement& algorithm) {
+        AddFigures(algorithm, "StatisticsResult",
+                   {{"TestStatistic", overall.testStatistic},
+                    {"DegreeOfFreedom", tally->Groups().size() - 1},
+                    {"AsymptoticSig2Tailed", overall.sig}});
+        AddBoxPlotInfo(algorithm, *tally, groups.groupCount, meanRanks);
+        WriteComparison(algorithm, comparison);
+      });
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::kruskal_wallis::kCard>(
-    TestConstruction& construction) {
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
   const auto variables = construction.LookUpTestAndGroup(
-      {kNoVariable, kNoVariable, kNoVariable, kNotContinuous, kNotCategorical, false});
+      {card::kUnknownVariable, card::kUnknownVariable, card::kUnknownVariable, card::kNotContinuous,
+       card::kNotCategorical, false});
   construction.PutTestAndGroup(variables);
-  if (!construction.Copy("typeOfMultipleComparison")) construction.Fail(kNoComparisonWord);
+  if (!construction.Copy("typeOfMultipleComparison")) construction.Fail(card::kNoComparison);
   if (construction.IsOK() && construction.CategoriesOf(variables.group)->Size() < 2) {
-    construction.Fail(kTooFewCategories);
+    construction.Fail(card::kTooFewCategories);
   }
   return AddGroupTest<NPARKruskalWOneWay>(construction, variables);
 }

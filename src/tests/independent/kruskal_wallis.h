@@ -5,8 +5,8 @@
 
 #include "kit/comparisons/multiple_comparisons.h"
 #include "kit/comparisons/range_counts.h"
-#include "kit/contract/column_test.h"
-#include "kit/groups/group_samples.h"
+#include "kit/contract/test.h"
+#include "kit/groups/group_tally.h"
 #include "kit/ranks/rank.h"
 
 /// Kruskal-Wallis one-way analysis of variance by ranks: do k independent samples come from the
@@ -24,32 +24,32 @@
 /// Pass 0 ranks, pass 1 finds the hinges of the box plots, pass 2 their outliers and what the
 /// ranges of a step-down come to. Records ascend by the test variable. Source: W. H. Kruskal and W.
 /// A. Wallis, JASA 47 (1952).
-class NPARKruskalWOneWay final : public NPARColumnTest {
+class NPARKruskalWOneWay final : public NPARTest {
  public:
   explicit NPARKruskalWOneWay(QDSettings* settings);
 
-  void SetSharedData(UnivariateResults*) override {}
-  QDStatus BeginPass() override;
-  /// Passes over a record of no category.
-  QDStatus ProcessBatch(RecordBatch& batch) override;
-  bool NeedsAnotherPass() override;
-  /// Error 222112: fewer than two groups with data. Help message 222111 with every result. Warnings
-  /// 222118, 222116: fewer than 3 groups; 222119, 222117: not significant; 220013: a group alone.
-  QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
-  Tally* GetTally() const noexcept override { return samples.GetTally(); }
+
+ protected:
+  void Prepare(const SettingsReader& settings) override;
+  void Take(RecordBatch& batch) override;
+  /// Error 222112: fewer than two groups with data. Help message 222111 with every result. Warnings
+  /// 222118, 222116: fewer than 3 groups; 222119, 222117: not significant; 220013: a group alone.
+  void Compute() override;
+  void StartPass() override;
+  void TakeAgain(RecordBatch& batch) override;
+  void Finish() override;
 
  private:
-  void EndOverall();
   void RunPairwise();
   void OrderGroups();
   void RunStepwise();
   /// H within a range of the groups in stepwise order.
   [[nodiscard]] RangeFigures ComputeRange(const SampleRange& range);
 
-  double sigLevel = 0.05;
-  GroupSamples samples;
+  GroupTally::Key groups;
+  GroupTally* tally = nullptr;
   NPARRank overallRanks;          // by category code
   std::vector<double> meanRanks;  // by place among the groups with data
   RangeFigures overall;

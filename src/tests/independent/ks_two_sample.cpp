@@ -5,39 +5,32 @@
 #include <string>
 
 #include "catalogue/cards/ks_two_sample.h"
-#include "kit/records/record_weight.h"
 #include "kit/statistics/kolmogorov_smirnov.h"
 #include "planning/two_group_construction.h"
+#include "report/algorithm_element.h"
 #include "report/elements.h"
-#include "report/messages.h"
 #include "report/two_group_tables.h"
 
-namespace {
+namespace card = catalogue::ks_two_sample;
 
-constexpr std::int32_t kUnreadable = 222001;          // a setting, or an empty list of categories
-constexpr std::int32_t kUnknownVariable = 222003;     // no name, or an unknown one: the parameter
-constexpr std::int32_t kExponentFailed = 222005;      // in the limiting distribution
-constexpr std::int32_t kNotTwoCategories = 222009;    // default groups without exactly two
-constexpr std::int32_t kEmptyGroup = 222010;          // a group without weight
-constexpr std::int32_t kLastOfNeitherGroup = 222011;  // warning
-constexpr std::int32_t kNotContinuous = 222012;       // the test field; parameter: its index
-constexpr std::int32_t kNotCategorical = 222013;      // the group field; parameter: its index
+namespace {
 
 /// Far above what rounding does to a difference, so that none that is an extreme is passed over.
 constexpr double kRoundingMargin = 1e-12;
 
-constexpr TwoGroupEntryCodes kEntryCodes{
-    {kUnknownVariable, kUnknownVariable, kUnknownVariable, kNotContinuous, kNotCategorical},
-    kUnreadable,
-    kNotTwoCategories};
+const TwoGroupEntryCodes kEntryCodes{
+    {card::kUnknownVariable, card::kUnknownVariable, card::kUnknownVariable, card::kNotContinuous,
+     card::kNotCategorical},
+    card::kUnreadable,
+    card::kNotTwoCategories};
 
 template <typename Value>
-bool IsReadable(const QDSettings& settings, const std::string& key) {
+bool IsReadable(const SettingsReader& settings, std::string_view key) {
   Value value{};
-  return settings.GetSettingValByName(key, value);
+  return settings.Find(key, value);
 }
 
-bool AreReadable(const QDSettings& settings, bool withLists) {
+bool AreReadable(const SettingsReader& settings, bool withLists) {
   using Codes = std::vector<double>;
   return IsReadable<std::int32_t>(settings, "variableIndex") &&
          IsReadable<std::int32_t>(settings, "groupVariableIndex") &&
@@ -50,60 +43,49 @@ bool AreReadable(const QDSettings& settings, bool withLists) {
 
 }  // namespace
 
-void NPARKSmirnowTwoSample::ReadSettings() {
-  groups.Read(*settings);
-  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
-  if (!AreReadable(*settings, groups.AreUserSpecified())) {
-    ReportStatus(QDStatus(kUnreadable), MessageKind::Error);
-  }
+void NPARKSmirnowTwoSample::Prepare(const SettingsReader& settings) {
+  ExpectPasses(2);
+  groups.Read(settings);
+  if (!AreReadable(settings, groups.AreUserSpecified())) Fail(card::kUnreadable);
+  if (!HasFailed()) tally = Share<GroupTally>(groups.TallyKey());
 }
 
-QDStatus NPARKSmirnowTwoSample::BeginPass() {
-  if (passNumber == 0) ReadSettings();
-  if (status.IsError()) return status;
-  passesLeft = 2 - passNumber;
-  if (passNumber == 0) {
-    tally.Join(sharedTallies, {groups, RecordWeight(*settings).Index()});
-  }
-  return status;
+void NPARKSmirnowTwoSample::Compute() {
+  samples = {Sample{tally->SampleOf(0)}, Sample{tally->SampleOf(1)}};
 }
 
-QDStatus NPARKSmirnowTwoSample::ProcessBatch(RecordBatch& batch) {
-  const TwoGroupUnits& units = tally.Take(batch);
-  if (units.count > 0 && passNumber == 1) TakeDifferences(units);
-  return status;
-}
-
-void NPARKSmirnowTwoSample::TakeDifferences(const TwoGroupUnits& units) {
-  if (IsInside(units.sums)) {
-    samples[0].cumulative += units.sums[0];
-    samples[1].cumulative += units.sums[1];
-    previousValue = units.values[units.count - 1];
-    previousGroup = units.groups[units.count - 1];
-    return;
-  }
+void NPARKSmirnowTwoSample::TakeAgain(RecordBatch& /*batch*/) {
+  const GroupTally::Units& units = tally->GetUnits();
+  if (units.count == 0 || PassOver(units)) return;
   for (std::size_t i = 0; i < units.count; ++i) {
     if (units.values[i] != previousValue) {
       if (previousValue != QDMV::gMissingValue) UpdateDifferences();
       previousValue = units.values[i];
       previousGroup = units.groups[i];
     }
-    samples[units.groups[i]].cumulative += units.Weight(i);
+    samples[units.GroupOf(i)].cumulative += units.Weight(i);
   }
 }
 
-bool NPARKSmirnowTwoSample::IsInside(const std::array<std::int64_t, 2>& added) const {
-  if (tally->HasNegativeWeight() || samples[0].count < 1 || samples[1].count < 1) return false;
+bool NPARKSmirnowTwoSample::PassOver(const GroupTally::Units& units) {
+  if (units.shares == nullptr || tally->HasNegativeWeight()) return false;
+  if (samples[0].count < 1 || samples[1].count < 1) return false;
   // Both functions ascend, so their ends bound every difference between.
   const std::size_t larger = samples[0].count >= samples[1].count ? 0 : 1;
   const auto share = [this](std::size_t group, std::int64_t more) {
     return static_cast<double>(samples[group].cumulative + more) /
            static_cast<double>(samples[group].count);
   };
-  return share(larger, added[larger]) - share(1 - larger, 0) <=
-             positiveDifference - kRoundingMargin &&
-         share(larger, 0) - share(1 - larger, added[1 - larger]) >=
-             negativeDifference + kRoundingMargin;
+  const bool isInside = share(larger, units.shares[larger].weight) - share(1 - larger, 0) <=
+                            positiveDifference - kRoundingMargin &&
+                        share(larger, 0) - share(1 - larger, units.shares[1 - larger].weight) >=
+                            negativeDifference + kRoundingMargin;
+  if (!isInside) return false;
+  samples[0].cumulative += units.shares[0].weight;
+  samples[1].cumulative += units.shares[1].weight;
+  previousValue = units.values[units.count - 1];
+  previousGroup = units.groups[units.count - 1];
+  return true;
 }
 
 double NPARKSmirnowTwoSample::Sample::DistributionAt(double x) const {
@@ -114,7 +96,7 @@ double NPARKSmirnowTwoSample::Sample::DistributionAt(double x) const {
 
 void NPARKSmirnowTwoSample::UpdateDifferences() {
   if (previousGroup == TwoGroups::Neither) {
-    ReportStatus(QDStatus(kLastOfNeitherGroup), MessageKind::Warning);
+    Warn(card::kLastOfNeitherGroup);
     return;
   }
   const double f1 = samples[0].DistributionAt(previousValue);
@@ -124,23 +106,9 @@ void NPARKSmirnowTwoSample::UpdateDifferences() {
   if (d <= 0.0) negativeDifference = std::min(negativeDifference, d);
 }
 
-bool NPARKSmirnowTwoSample::NeedsAnotherPass() { return !status.IsError() && passNumber++ == 0; }
-
-QDStatus NPARKSmirnowTwoSample::EndPass() {
-  if (status.IsError()) return status;
-  tally.EndPass();
-  if (passNumber == 0) {
-    samples = {Sample{tally->Samples()[0]}, Sample{tally->Samples()[1]}};
-    return status;
-  }
-  Compute();
-  if (status.IsOK()) passesLeft = 0;
-  return status;
-}
-
-void NPARKSmirnowTwoSample::Compute() {
+void NPARKSmirnowTwoSample::Finish() {
   if (samples[0].count < 1 || samples[1].count < 1) {
-    ReportStatus(QDStatus(kEmptyGroup), MessageKind::Error);
+    Fail(card::kEmptyGroup);
     return;
   }
   UpdateDifferences();
@@ -148,37 +116,34 @@ void NPARKSmirnowTwoSample::Compute() {
   const auto n1 = static_cast<double>(samples[0].count);
   const auto n2 = static_cast<double>(samples[1].count);
   z = std::sqrt(n1 * n2 / (n1 + n2)) * absoluteDifference;
-  if (!KolmogorovSmirnovSig(z, asymptoticSig)) {
-    ReportStatus(QDStatus(kExponentFailed), MessageKind::Error);
-  }
+  if (!KolmogorovSmirnovSig(z, asymptoticSig)) Fail(card::kExponentialFailed);
 }
 
 void NPARKSmirnowTwoSample::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  groups.AppendRequired(positions);
+  groups.TallyKey().AppendRequired(positions);
 }
 
 XMLElement* NPARKSmirnowTwoSample::WriteResults() {
-  auto algorithm = CreateAlgorithm("IKolmogorovSmirnov", "hypothesis_test", "Independent_Samples",
-                                   DecisionWord(status, sigLevel, asymptoticSig));
-  AddTwoGroupCondition(*algorithm, "KolmogorovSmirnov", groups);
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
-
-  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
-  XMLElement* differences = AddStructuredTable(*statistics, "MostExtremeDifferences");
-  AddAttributeRow(*differences, "Absolute", absoluteDifference);
-  AddAttributeRow(*differences, "Positive", positiveDifference);
-  AddAttributeRow(*differences, "Negative", negativeDifference);
-  AddAttributeRow(*statistics, "TestStatistic", z);
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", asymptoticSig);
-  AddTwoGroupTables(*algorithm, groups, tally->Histograms(), {samples[0].count, {}},
-                    {samples[1].count, {}});
-  return algorithm.release();
+  return WriteAlgorithm(*this,
+                        {.card = card::kCard,
+                         .decidingSig = asymptoticSig,
+                         .condition = TwoGroupCondition("KolmogorovSmirnov", groups)},
+                        [this](XMLElement& algorithm) {
+                          XMLElement* statistics =
+                              AddStructuredTable(algorithm, "StatisticsResult");
+                          AddFigures(*statistics, "MostExtremeDifferences",
+                                     {{"Absolute", absoluteDifference},
+                                      {"Positive", positiveDifference},
+                                      {"Negative", negativeDifference}});
+                          AddAttributeRow(*statistics, "TestStatistic", z);
+                          AddAttributeRow(*statistics, "AsymptoticSig2Tailed", asymptoticSig);
+                          AddTwoGroupTables(algorithm, groups, *tally, {samples[0].count, {}},
+                                            {samples[1].count, {}});
+                        });
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::ks_two_sample::kCard>(
-    TestConstruction& construction) {
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
   const auto variables = ResolveTwoGroups(construction, kEntryCodes);
   return AddTwoGroupTest<NPARKSmirnowTwoSample>(construction, variables);
 }

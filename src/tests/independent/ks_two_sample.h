@@ -3,11 +3,10 @@
 #include <array>
 #include <cstdint>
 #include <limits>
-#include <memory>
 #include <vector>
 
-#include "kit/contract/column_test.h"
-#include "kit/groups/two_group_tally.h"
+#include "kit/contract/test.h"
+#include "kit/groups/group_tally.h"
 #include "kit/groups/two_groups.h"
 
 /// Two-sample Kolmogorov-Smirnov test: does a continuous field have the same distribution in two
@@ -22,43 +21,40 @@
 /// differences and histograms.
 ///
 /// Source: N. V. Smirnov, Ann. Math. Stat. 19 (1948).
-class NPARKSmirnowTwoSample final : public NPARColumnTest {
+class NPARKSmirnowTwoSample final : public NPARTest {
  public:
-  using NPARColumnTest::NPARColumnTest;
+  using NPARTest::NPARTest;
 
-  void SetSharedData(UnivariateResults*) override {}
-  /// Error 222001: a setting cannot be read.
-  QDStatus BeginPass() override;
-  QDStatus ProcessBatch(RecordBatch& batch) override;
-  bool NeedsAnotherPass() override;
-  /// Second pass: errors 222010 (a group is empty) and 222005 (an exponential failed), warning
-  /// 222011 (no record of either group came).
-  QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
-  Tally* GetTally() const noexcept override { return tally.Get(); }
+
+ protected:
+  /// Error 222001: a setting cannot be read.
+  void Prepare(const SettingsReader& settings) override;
+  void Take(RecordBatch& /*batch*/) override {}
+  void Compute() override;
+  void TakeAgain(RecordBatch& batch) override;
+  /// Errors 222010: a group is empty; 222005: an exponential failed. Warning 222011: no record of
+  /// either group came.
+  void Finish() override;
 
  private:
   /// What is known of one group.
-  struct Sample : TwoGroupTally::Sample {
+  struct Sample : GroupTally::Sample {
     std::int64_t cumulative = 0;  // weight up to and including previousValue
 
     [[nodiscard]] double DistributionAt(double x) const;
   };
-  void ReadSettings();
-  void TakeDifferences(const TwoGroupUnits& units);
-  /// Is every difference between these sums of weights inside the extremes so far?
-  [[nodiscard]] bool IsInside(const std::array<std::int64_t, 2>& added) const;
+  /// Takes units whose differences are all inside the extremes so far; false, and nothing done, for
+  /// others.
+  bool PassOver(const GroupTally::Units& units);
   void UpdateDifferences();
-  void Compute();
 
-  double sigLevel = 0.05;
   TwoGroups groups;
-  TallyShare<TwoGroupTally> tally;
-  std::int32_t passNumber = 0;
+  GroupTally* tally = nullptr;
   std::array<Sample, 2> samples;
   double previousValue = QDMV::gMissingValue;
-  TwoGroups::Group previousGroup = TwoGroups::Neither;
+  std::int32_t previousGroup = TwoGroups::Neither;
   double positiveDifference = std::numeric_limits<double>::lowest();
   double negativeDifference = std::numeric_limits<double>::max();
   double absoluteDifference = 0.0;

@@ -7,16 +7,18 @@
 #include "kit/statistics/mann_whitney_exact.h"
 #include "kit/statistics/mann_whitney_moments.h"
 #include "planning/two_group_construction.h"
+#include "report/algorithm_element.h"
 #include "report/elements.h"
-#include "report/messages.h"
 #include "report/two_group_tables.h"
 
+namespace card = catalogue::mann_whitney;
+
 NPARMannWU::NPARMannWU(QDSettings* settings)
-    : NPARTwoGroupTest(settings, kCodeBase, Passes::WithHistograms) {}
+    : NPARTwoGroupTest(settings, card::kTwoGroupCodes, Passes::WithHistograms) {}
 
-void NPARMannWU::Take(const TwoGroupUnits& records) { records.AddTo(ranks); }
+void NPARMannWU::TakeUnits(const GroupTally::Units& units) { units.AddTo(ranks); }
 
-void NPARMannWU::Compute() {
+void NPARMannWU::ComputeFigures() {
   ranks.CloseRun();
   const auto n1 = static_cast<double>(counts[0]);
   const auto n2 = static_cast<double>(counts[1]);
@@ -36,31 +38,27 @@ void NPARMannWU::Compute() {
 }
 
 XMLElement* NPARMannWU::WriteResults() {
-  auto algorithm =
-      CreateAlgorithm("IMannWhitneyU", "hypothesis_test", "Independent_Samples",
-                      DecisionWord(status, sigLevel, exactSig.value_or(asymptoticSig)));
-  AddTwoGroupCondition(*algorithm, "MannWhitneyU", groups, false);
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
-
-  AddTwoGroupTables(*algorithm, groups, tally->Histograms(), {counts[0], meanRanks[0]},
-                    {counts[1], meanRanks[1]});
-  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
-  AddAttributeRow(*statistics, "TotalN", TotalCount());
-  AddAttributeRow(*statistics, "MannWhitneyU", mannWhitneyU);
-  AddAttributeRow(*statistics, "WilcoxonW", wilcoxonW);
-  AddAttributeRow(*statistics, "TestStatistic", mannWhitneyU);
-  AddAttributeRow(*statistics, "StandardError", standardError);
-  AddAttributeRow(*statistics, "StandardTestStatistic", standardTestStatistic);
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", asymptoticSig);
-  if (exactSig) AddAttributeRow(*statistics, "ExactSig2Tailed", *exactSig);
-  return algorithm.release();
+  return WriteAlgorithm(*this,
+                        {.card = card::kCard,
+                         .decidingSig = exactSig.value_or(asymptoticSig),
+                         .condition = TwoGroupCondition("MannWhitneyU", groups, false)},
+                        [this](XMLElement& algorithm) {
+                          AddTwoGroupTables(algorithm, groups, *tally, {counts[0], meanRanks[0]},
+                                            {counts[1], meanRanks[1]});
+                          AddFigures(algorithm, "StatisticsResult",
+                                     {{"TotalN", TotalCount()},
+                                      {"MannWhitneyU", mannWhitneyU},
+                                      {"WilcoxonW", wilcoxonW},
+                                      {"TestStatistic", mannWhitneyU},
+                                      {"StandardError", standardError},
+                                      {"StandardTestStatistic", standardTestStatistic},
+                                      {"AsymptoticSig2Tailed", asymptoticSig},
+                                      {"ExactSig2Tailed", exactSig}});
+                        });
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::mann_whitney::kCard>(
-    TestConstruction& construction) {
-  const auto variables =
-      ResolveTwoGroups(construction, TwoGroupEntryCodesFrom(NPARMannWU::kCodeBase));
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
+  const auto variables = ResolveTwoGroups(construction, card::kTwoGroupCodes);
   return AddTwoGroupTest<NPARMannWU>(construction, variables);
 }

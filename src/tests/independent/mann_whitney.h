@@ -22,7 +22,6 @@
 /// Nonparametrics (1975).
 class NPARMannWU final : public NPARTwoGroupTest {
  public:
-  static constexpr std::int32_t kCodeBase = 220700;
   /// The exact distribution costs memory and time in proportion to n1 n2.
   static constexpr double kMostExactPairs = 400.0;
   static constexpr double kMostExactHalfPairsAndUnits = 220.0;
@@ -32,8 +31,8 @@ class NPARMannWU final : public NPARTwoGroupTest {
   XMLElement* WriteResults() override;
 
  protected:
-  void Take(const TwoGroupUnits& records) override;
-  void Compute() override;
+  void TakeUnits(const GroupTally::Units& units) override;
+  void ComputeFigures() override;
 
  private:
   NPARRank ranks;

@@ -8,27 +8,21 @@
 #include <utility>
 
 #include "catalogue/cards/median.h"
+#include "catalogue/run.h"
 #include "planning/group_construction.h"
+#include "report/algorithm_element.h"
 #include "report/box_plot_table.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
-#include "report/messages.h"
+
+namespace card = catalogue::median;
 
 namespace {
 
-constexpr std::int32_t kNoData = 220003;            // the weights sum to 0
-constexpr std::int32_t kNoMedian = 222302;          // a median is announced and absent
-constexpr std::int32_t kNoVariable = 222303;        // a name is absent or no variable's
-constexpr std::int32_t kNotContinuous = 222309;     // the test variable
-constexpr std::int32_t kNotCategorical = 222310;    // the group variable
-constexpr std::int32_t kExpectedCounts = 222311;    // help: how small the expected counts are
-constexpr std::int32_t kTooFewGroups = 222312;      // fewer than two groups with data
-constexpr std::int32_t kOneSided = 222313;          // no value below, or none above the median
-constexpr std::int32_t kTooFewCategories = 222315;  // of the group variable
-constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = 222318,
-                                           .tooFewStepwise = 222316,
-                                           .notSignificantPairwise = 222319,
-                                           .notSignificantStepwise = 222317};
+constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = card::kTooFewPairwise,
+                                           .tooFewStepwise = card::kTooFewStepwise,
+                                           .notSignificantPairwise = card::kNotSignificantPairwise,
+                                           .notSignificantStepwise = card::kNotSignificantStepwise};
 
 constexpr std::int32_t kPasses = 3;
 constexpr double kLowExpectedCount = 5.0;
@@ -97,50 +91,39 @@ double FisherSig(const Cells& cells) {
 }  // namespace
 
 NPARKSMedian::NPARKSMedian(QDSettings* settings)
-    : NPARColumnTest(settings), comparison(kComparisonCodes) {}
+    : NPARTest(settings), comparison(kComparisonCodes) {}
 
-void NPARKSMedian::ReadSettings() {
-  std::int32_t categoryCount = 0;
-  std::string word = "none";
-  bool isGiven = false;
+void NPARKSMedian::Prepare(const SettingsReader& settings) {
+  groups.ReadVariables(settings);
+  if (HasFailed()) return;
+  ExpectPasses(kPasses);
   double value = 0.0;
-  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
-  static_cast<void>(settings->GetSettingValByName("numberOfCategories", categoryCount));
-  static_cast<void>(settings->GetSettingValByName("typeOfMultipleComparison", word));
-  static_cast<void>(settings->GetSettingValByName("userSpecifyMedian", isGiven));
-  if (isGiven && settings->GetSettingValByName("median", value)) givenMedian = value;
-  samples.Start(categoryCount, sharedTallies);
-  comparison.Want(ComparisonFromWord(word));
-  passesLeft = kPasses;
+  if (settings.Flag(card::kMedianIsGiven.key) && settings.Find(card::kMedian.key, value)) {
+    givenMedian = value;
+  }
+  groups.groupCount = settings.Get("numberOfCategories", std::int32_t{0});
+  tally = Share<GroupTally>(groups);
+  comparison.Want(ComparisonFromWord(settings.Text("typeOfMultipleComparison", "none")));
 }
 
-QDStatus NPARKSMedian::BeginPass() {
-  if (samples.PassesDone() > 0) return status;
-  samples.Read(*settings);
-  if (status.IsOK()) ReadSettings();
-  return status;
-}
+void NPARKSMedian::Take(RecordBatch& /*batch*/) {}  // the tally counts the groups
 
-QDStatus NPARKSMedian::ProcessBatch(RecordBatch& batch) {
-  if (status.IsError()) return status;
-  const GroupSamples::Units& units = samples.Take(batch);
-  const bool countsCells = samples.PassesDone() == 1;
-  const bool keepsSamples = samples.PassesDone() == 2 && comparison.IsPending();
-  if (!countsCells && !keepsSamples) return status;
-  if (countsCells && CountCells(units)) return status;
+void NPARKSMedian::TakeAgain(RecordBatch& /*batch*/) {
+  const GroupTally::Units& units = tally->GetUnits();
+  const bool countsCells = Pass() == 1;
+  if (countsCells ? PassOver(units) : !comparison.IsPending()) return;
   for (std::size_t i = 0; i < units.count; ++i) {
-    const std::size_t place = samples.PlaceOf(units.codes[i]);
-    if (place == GroupSamples::kNoPlace) continue;
+    const std::size_t place = tally->PlaceOf(units.groups[i]);
+    if (place == GroupTally::kNoPlace) continue;
     if (countsCells) {
       CountCell(units.values[i], units.Weight(i), place);
     } else {
       sortedGroups[place].Add(units.values[i], units.Weight(i));
     }
   }
-  return status;
 }
 
-bool NPARKSMedian::CountCells(const GroupSamples::Units& units) {
+bool NPARKSMedian::PassOver(const GroupTally::Units& units) {
   if (units.count == 0 || (median && units.values[0] > *median)) return true;
   if (units.weights != nullptr || units.shares == nullptr) return false;
   const double last = units.values[units.count - 1];
@@ -148,12 +131,12 @@ bool NPARKSMedian::CountCells(const GroupSamples::Units& units) {
     if (!(last <= *median)) return false;
   } else {
     const std::int64_t after = cumulative + static_cast<std::int64_t>(units.count);
-    if (after > samples.TotalWeight() / 2) return false;
+    if (after > tally->TotalWeight() / 2) return false;
     cumulative = after;
     lowerMiddle = last;
   }
   for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
-    lowerCounts[place] += units.shares[static_cast<std::size_t>(samples.Codes()[place])].count;
+    lowerCounts[place] += units.shares[static_cast<std::size_t>(tally->Groups()[place])].weight;
   }
   return true;
 }
@@ -161,7 +144,7 @@ bool NPARKSMedian::CountCells(const GroupSamples::Units& units) {
 void NPARKSMedian::CountCell(double x, std::int64_t weight, std::size_t place) {
   if (!median) {
     // Values ascend, so all before the upper middle unit are at or below the median.
-    const std::int64_t total = samples.TotalWeight();
+    const std::int64_t total = tally->TotalWeight();
     const std::int64_t before = cumulative;
     cumulative += weight;
     if (before < total / 2 + total % 2) lowerMiddle = x;
@@ -170,37 +153,28 @@ void NPARKSMedian::CountCell(double x, std::int64_t weight, std::size_t place) {
   if (!median || x <= *median) lowerCounts[place] += weight;
 }
 
-bool NPARKSMedian::NeedsAnotherPass() {
-  return !status.IsError() && samples.PassesDone() < kPasses;
-}
-
-QDStatus NPARKSMedian::EndPass() {
-  if (status.IsError()) return status;
-  samples.EndPass();
-  if (samples.PassesDone() == 1) CheckGroups();
-  if (samples.PassesDone() == 2) EndOverall();
-  if (samples.PassesDone() == kPasses && comparison.IsPending()) Compare();
-  passesLeft = NeedsAnotherPass() ? kPasses - samples.PassesDone() : 0;
-  return status;
-}
-
-void NPARKSMedian::CheckGroups() {
-  if (samples.TotalWeight() == 0) {
-    ReportStatus(QDStatus(kNoData), MessageKind::Error);
-  } else if (samples.Codes().size() < 2) {
-    ReportStatus(QDStatus(kTooFewGroups), MessageKind::Error);
+void NPARKSMedian::Compute() {
+  if (tally->TotalWeight() == 0) {
+    Fail(catalogue::run::kNoData);
+  } else if (tally->Groups().size() < 2) {
+    Fail(card::kTooFewGroups);
   }
-  lowerCounts.assign(samples.Codes().size(), 0);
+  lowerCounts.assign(tally->Groups().size(), 0);
   median = givenMedian;
+}
+
+void NPARKSMedian::Finish() {
+  if (Pass() == 1) EndOverall();
+  if (Pass() == 2 && comparison.IsPending()) Compare();
 }
 
 void NPARKSMedian::EndOverall() {
   Cells cells;
   for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
-    cells.Add(lowerCounts[place], samples.CountOf(samples.Codes()[place]));
+    cells.Add(lowerCounts[place], tally->CountOf(tally->Groups()[place]));
   }
   if (cells.IsOneSided()) {
-    ReportStatus(QDStatus(kOneSided), MessageKind::Error);
+    Fail(card::kOneSided);
     return;
   }
   overall = ChiSquareOf(cells);
@@ -225,10 +199,7 @@ void NPARKSMedian::EndOverall() {
   }
   const double share =
       static_cast<double>(lowCells) / static_cast<double>(2 * lowerCounts.size()) * 100.0;
-  AddMessage({QDStatus(kExpectedCounts),
-              MessageKind::Help,
-              {IntegerText(lowCells), NumberText(share), NumberText(smallest)},
-              {}});
+  Help(card::kExpectedCounts, {IntegerText(lowCells), NumberText(share), NumberText(smallest)});
   if (comparison.PassGate(*this, sigLevel, DecidingSig(), lowerCounts.size())) {
     sortedGroups.resize(lowerCounts.size());
   }
@@ -246,7 +217,7 @@ void NPARKSMedian::Compare() {
   std::vector<ComparedSample> list;
   for (std::size_t place = 0; place < sortedGroups.size(); ++place) {
     groups.push_back(&sortedGroups[place]);
-    list.push_back({samples.Codes()[place], MedianOf({&groups.back(), 1})});
+    list.push_back({tally->Groups()[place], MedianOf({&groups.back(), 1})});
   }
   if (comparison.WantsPairwise()) {
     const std::size_t groupCount = groups.size();
@@ -259,11 +230,9 @@ void NPARKSMedian::Compare() {
     });
     return;
   }
-  std::stable_sort(list.begin(), list.end(), [](const ComparedSample& a, const ComparedSample& b) {
-    return a.measure < b.measure;
-  });
+  OrderByMeasure(list);
   std::transform(list.begin(), list.end(), groups.begin(), [this](const ComparedSample& sample) {
-    return &sortedGroups[samples.PlaceOf(sample.index)];
+    return &sortedGroups[tally->PlaceOf(sample.index)];
   });
   comparison.StartStepwise(std::move(list), sigLevel);
   while (!comparison.IsDone()) {
@@ -275,53 +244,58 @@ void NPARKSMedian::Compare() {
 }
 
 void NPARKSMedian::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  samples.AppendRequired(positions);
+  groups.AppendRequired(positions);
+}
+
+void NPARKSMedian::WriteCells(XMLElement& algorithm) const {
+  XMLElement* table = AddStructuredTable(algorithm, "TwoClassComparison");
+  XMLElement* content =
+      AddSimpleTable(*table, "Content", JoinIntegers(tally->Groups()), "lessOrEqual;greater");
+  for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
+    const std::int64_t greater = tally->CountOf(tally->Groups()[place]) - lowerCounts[place];
+    AddRow(*content, IntegerText(lowerCounts[place]) + ';' + IntegerText(greater));
+  }
 }
 
 XMLElement* NPARKSMedian::WriteResults() {
-  auto algorithm = CreateAlgorithm("IMedian", "hypothesis_test", "Independent_Samples",
-                                   DecisionWord(status, sigLevel, DecidingSig()));
-  AddCondition(*algorithm, "DefaultAllDistinctValuesUsed_I_Median_2",
-               {IndexText(samples.TestVariable()), IndexText(samples.GroupVariable())});
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
-
-  XMLElement* comparisonTable = AddStructuredTable(*algorithm, "TwoClassComparison");
-  XMLElement* content = AddSimpleTable(*comparisonTable, "Content", JoinIntegers(samples.Codes()),
-                                       "lessOrEqual;greater");
-  for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
-    const std::int64_t greater = samples.CountOf(samples.Codes()[place]) - lowerCounts[place];
-    AddRow(*content, IntegerText(lowerCounts[place]) + ';' + IntegerText(greater));
-  }
-  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
-  AddAttributeRow(*statistics, "TotalN", samples.TotalWeight());
-  AddAttributeRow(*statistics, "Median", *median);
-  AddAttributeRow(*statistics, "TestStatistic", overall.testStatistic);
-  AddAttributeRow(*statistics, "DegreeOfFreedom", lowerCounts.size() - 1);
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", overall.sig);
-  if (lowerCounts.size() == 2) {
-    AddAttributeRow(*statistics, "YatesTestStatistic", yates.testStatistic);
-    AddAttributeRow(*statistics, "YatesAsymptoticSig2Tailed", yates.sig);
-    if (exactSig) AddAttributeRow(*statistics, "ExactSig2Tailed", *exactSig);
-  }
-  AddBoxPlotInfo(*algorithm, samples, samples.CategoryCount());
-  WriteComparison(*algorithm, comparison);
-  return algorithm.release();
+  return WriteAlgorithm(
+      *this,
+      {.card = card::kCard,
+       .decidingSig = DecidingSig(),
+       .condition = {"DefaultAllDistinctValuesUsed_I_Median_2",
+                     {IndexText(groups.testVariable), IndexText(groups.groupVariable)}}},
+      [this](XMLElement& algorithm) {
+        WriteCells(algorithm);
+        XMLElement* statistics = AddFigures(algorithm, "StatisticsResult",
+                                            {{"TotalN", tally->TotalWeight()},
+                                             {"Median", *median},
+                                             {"TestStatistic", overall.testStatistic},
+                                             {"DegreeOfFreedom", lowerCounts.size() - 1},
+                                             {"AsymptoticSig2Tailed", overall.sig}});
+        if (lowerCounts.size() == 2) {
+          AddAttributeRow(*statistics, "YatesTestStatistic", yates.testStatistic);
+          AddAttributeRow(*statistics, "YatesAsymptoticSig2Tailed", yates.sig);
+          if (exactSig) AddAttributeRow(*statistics, "ExactSig2Tailed", *exactSig);
+        }
+        AddBoxPlotInfo(algorithm, *tally, groups.groupCount);
+        WriteComparison(algorithm, comparison);
+      });
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::median::kCard>(TestConstruction& construction) {
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
   const auto variables = construction.LookUpTestAndGroup(
-      {kNoVariable, kNoVariable, kNoVariable, kNotContinuous, kNotCategorical, false});
+      {card::kUnknownVariable, card::kUnknownVariable, card::kUnknownVariable, card::kNotContinuous,
+       card::kNotCategorical, false});
   construction.PutTestAndGroup(variables);
   if (construction.IsOK() && construction.CategoriesOf(variables.group)->Size() < 2) {
-    construction.Fail(kTooFewCategories);
+    construction.Fail(card::kTooFewCategories);
   }
   construction.Put("typeOfMultipleComparison",
                    construction.ReadText("typeOfMultipleComparison", "none"));
   if (construction.ReadFlag("userSpecifyMedian")) {
     double given = 0.0;
-    if (!construction.Read("median", given)) construction.Fail(kNoMedian);
+    if (!construction.Read("median", given)) construction.Fail(card::kNoMedian);
     construction.Put("userSpecifyMedian", true);
     construction.Put("median", given);
   }

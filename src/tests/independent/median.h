@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "kit/comparisons/multiple_comparisons.h"
-#include "kit/contract/column_test.h"
-#include "kit/groups/group_samples.h"
+#include "kit/contract/test.h"
+#include "kit/groups/group_tally.h"
 #include "kit/order/sorted_sample.h"
 
 /// Median test: do k independent samples come from populations of one median?
@@ -28,40 +28,39 @@
 /// Pass 0 counts the groups, pass 1 finds the median and the cells, pass 2 keeps the sorted groups
 /// for a comparison. Passes 1 and 2 find the box plots too. Records ascend by the test variable.
 /// Source: G. W. Brown and A. M. Mood, Proc. 2nd Berkeley Symp. (1951).
-class NPARKSMedian final : public NPARColumnTest {
+class NPARKSMedian final : public NPARTest {
  public:
   explicit NPARKSMedian(QDSettings* settings);
 
-  void SetSharedData(UnivariateResults*) override {}
-  QDStatus BeginPass() override;
-  /// Passes over a record of no category.
-  QDStatus ProcessBatch(RecordBatch& batch) override;
-  bool NeedsAnotherPass() override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  XMLElement* WriteResults() override;
+
+ protected:
+  void Prepare(const SettingsReader& settings) override;
+  void Take(RecordBatch& batch) override;
   /// Errors 220003: no weight; 222312: fewer than two groups with data; 222313: no value below, or
   /// none above the median. Help message 222311: cells with E below 5, their percentage, the
   /// smallest E. Warnings 222318, 222316: fewer than 3 groups; 222319, 222317: not significant;
   /// 220013: a group alone.
-  QDStatus EndPass() override;
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
-  XMLElement* WriteResults() override;
-  Tally* GetTally() const noexcept override { return samples.GetTally(); }
+  void Compute() override;
+  void TakeAgain(RecordBatch& batch) override;
+  void Finish() override;
 
  private:
-  void ReadSettings();
-  void CheckGroups();
   /// Counts records that are all on one side of the median; false, and nothing done, for others.
-  bool CountCells(const GroupSamples::Units& units);
+  bool PassOver(const GroupTally::Units& units);
   /// Counts a record in its cell and finds the median on the way.
   void CountCell(double x, std::int64_t weight, std::size_t place);
   void EndOverall();
   void Compare();
+  void WriteCells(XMLElement& algorithm) const;
   /// The test on some of the groups.
   [[nodiscard]] RangeFigures ComputeFor(std::span<const SortedSample* const> groups) const;
   /// Decides: the exact p where there is one.
   [[nodiscard]] double DecidingSig() const { return exactSig.value_or(overall.sig); }
 
-  double sigLevel = 0.05;
-  GroupSamples samples;
+  GroupTally::Key groups;
+  GroupTally* tally = nullptr;
   std::optional<double> givenMedian;
   std::optional<double> median;
   std::int64_t cumulative = 0;

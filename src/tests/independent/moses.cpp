@@ -5,20 +5,16 @@
 
 #include "catalogue/cards/moses.h"
 #include "planning/two_group_construction.h"
+#include "report/algorithm_element.h"
 #include "report/elements.h"
-#include "report/messages.h"
 #include "report/two_group_tables.h"
+
+namespace card = catalogue::moses;
 
 // The tail of the span. The i-th term of p(h) is the probability that i experimental units stand
 // before the r-th of the control units, r = nc - 2h - 1, in a random order of all. Those are at
 // most g where the first g + r units hold at most g experimental ones, which is a hypergeometric
 // probability: no sum over the units, of which weights make billions.
-
-namespace {
-
-constexpr std::int32_t kBadOutliers = 220516;  // absent, negative, or no control unit is left
-
-}  // namespace
 
 double MosesSpanTail(std::int64_t control, std::int64_t experimental, std::int64_t trimmed,
                      std::int64_t span) {
@@ -30,7 +26,7 @@ double MosesSpanTail(std::int64_t control, std::int64_t experimental, std::int64
                              static_cast<double>(control + experimental), error);
 }
 
-void ControlRanks::Add(const TwoGroupUnits& records) noexcept {
+void ControlRanks::Add(const GroupTally::Units& records) noexcept {
   for (std::size_t i = PassOver(records); i < records.count; ++i) {
     const double value = records.values[i];
     if (!(std::abs(value - runValue) < NPARRank::kTieTolerance)) {
@@ -45,11 +41,12 @@ void ControlRanks::Add(const TwoGroupUnits& records) noexcept {
   }
 }
 
-std::size_t ControlRanks::PassOver(const TwoGroupUnits& records) noexcept {
+std::size_t ControlRanks::PassOver(const GroupTally::Units& records) noexcept {
+  if (records.weights != nullptr || records.shares == nullptr) return 0;
   const bool isAnyHere =
       ranked < found ||
-      (found < kCount && controls + records.sums[TwoGroups::First] >= units[found]);
-  if (isAnyHere || records.weights != nullptr) return 0;
+      (found < kCount && controls + records.shares[TwoGroups::First].weight >= units[found]);
+  if (isAnyHere) return 0;
   // A gap of the tolerance parts two runs wherever the lower one starts.
   std::size_t start = records.count;
   do {
@@ -68,33 +65,34 @@ void ControlRanks::CloseRun() noexcept {
 }
 
 NPARMoses::NPARMoses(QDSettings* settings)
-    : NPARTwoGroupTest(settings, kCodeBase, Passes::WithHistograms) {}
+    : NPARTwoGroupTest(settings, card::kTwoGroupCodes, Passes::WithHistograms) {}
 
-QDStatus NPARMoses::BeginPass() {
+void NPARMoses::Prepare(const SettingsReader& settings) {
   std::int32_t given = 0;
-  if (settings->GetSettingValByName("NumberOfOutliers", given)) givenOutliers = given;
-  return NPARTwoGroupTest::BeginPass();
+  if (settings.Find("NumberOfOutliers", given)) givenOutliers = given;
+  NPARTwoGroupTest::Prepare(settings);
 }
 
-void NPARMoses::Take(const TwoGroupUnits& records) { records.AddTo(ranks); }
+void NPARMoses::TakeUnits(const GroupTally::Units& units) { units.AddTo(ranks); }
 
-void NPARMoses::Compute() {
+void NPARMoses::ComputeFigures() {
   ranks.CloseRun();
-  for (const TwoGroups::Group group : {TwoGroups::First, TwoGroups::Second}) {
-    meanRanks[group] = ranks.GroupEntry(group).rankSum / static_cast<double>(counts[group]);
+  for (std::size_t group = 0; group < counts.size(); ++group) {
+    const double rankSum = ranks.GroupEntry(static_cast<double>(group)).rankSum;
+    meanRanks[group] = rankSum / static_cast<double>(counts[group]);
   }
   const std::int64_t control = counts[TwoGroups::First];
   outliers = givenOutliers ? *givenOutliers : std::max<std::int64_t>(1, control / 20);
   if (control - 2 * outliers < 1) {
-    ReportStatus(QDStatus(kBadOutliers), MessageKind::Error);
+    Fail(card::kBadOutliers);
     return;
   }
   ends = ControlRanks({1, outliers + 1, control - outliers, control});
 }
 
-void NPARMoses::TakeAgain(const TwoGroupUnits& records) { ends.Add(records); }
+void NPARMoses::TakeUnitsAgain(const GroupTally::Units& units) { ends.Add(units); }
 
-void NPARMoses::ComputeAgain() {
+void NPARMoses::Finish() {
   ends.CloseRun();
   observed = SpanOf(0, ends.Of(0), ends.Of(3));
   trimmed = SpanOf(outliers, ends.Of(1), ends.Of(2));
@@ -107,32 +105,30 @@ NPARMoses::Span NPARMoses::SpanOf(std::int64_t trimmedUnits, double first, doubl
 }
 
 XMLElement* NPARMoses::WriteResults() {
-  auto algorithm = CreateAlgorithm("IMoses", "hypothesis_test", "Independent_Samples",
-                                   DecisionWord(status, sigLevel, trimmed.sig));
-  AddTwoGroupCondition(*algorithm, "Moses", groups);
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
-
-  AddTwoGroupTables(*algorithm, groups, tally->Histograms(), {counts[0], meanRanks[0]},
-                    {counts[1], meanRanks[1]});
-  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
-  AddAttributeRow(*statistics, "TotalN", TotalCount());
-  AddAttributeRow(*statistics, "NumberOfOutliers", outliers);
-  AddAttributeRow(*statistics, "ObservedControlSpan", observed.length);
-  AddAttributeRow(*statistics, "ExactSig1TailedObserved", observed.sig);
-  AddAttributeRow(*statistics, "TestStatistic", trimmed.length);
-  AddAttributeRow(*statistics, "ExactSig1Tailed", trimmed.sig);
-  return algorithm.release();
+  return WriteAlgorithm(*this,
+                        {.card = card::kCard,
+                         .decidingSig = trimmed.sig,
+                         .condition = TwoGroupCondition("Moses", groups)},
+                        [this](XMLElement& algorithm) {
+                          AddTwoGroupTables(algorithm, groups, *tally, {counts[0], meanRanks[0]},
+                                            {counts[1], meanRanks[1]});
+                          AddFigures(algorithm, "StatisticsResult",
+                                     {{"TotalN", TotalCount()},
+                                      {"NumberOfOutliers", outliers},
+                                      {"ObservedControlSpan", observed.length},
+                                      {"ExactSig1TailedObserved", observed.sig},
+                                      {"TestStatistic", trimmed.length},
+                                      {"ExactSig1Tailed", trimmed.sig}});
+                        });
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::moses::kCard>(TestConstruction& construction) {
-  const auto variables =
-      ResolveTwoGroups(construction, TwoGroupEntryCodesFrom(NPARMoses::kCodeBase));
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
+  const auto variables = ResolveTwoGroups(construction, card::kTwoGroupCodes);
   if (construction.ReadFlag("userSpecifyNumberOfOutliers")) {
     std::int32_t outliers = -1;
     static_cast<void>(construction.Read("NumberOfOutliers", outliers));
-    if (outliers < 0) construction.Fail(kBadOutliers);
+    if (outliers < 0) construction.Fail(card::kBadOutliers);
     construction.Put("NumberOfOutliers", outliers);
   }
   return AddTwoGroupTest<NPARMoses>(construction, variables);

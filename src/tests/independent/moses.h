@@ -18,7 +18,7 @@ class ControlRanks {
   ControlRanks() = default;
   /// Which units, counted from 1, in ascending order; from 1 to the sum of the controls' weights.
   explicit ControlRanks(const std::array<std::int64_t, kCount>& units) noexcept : units(units) {}
-  void Add(const TwoGroupUnits& records) noexcept;
+  void Add(const GroupTally::Units& records) noexcept;
   /// Call it once, after the last units.
   void CloseRun() noexcept;
   [[nodiscard]] double Of(std::size_t place) const noexcept { return ranks[place]; }
@@ -26,7 +26,7 @@ class ControlRanks {
  private:
   /// Passes over the first of the records, where none of the units is wanted, up to the start of a
   /// run; how many.
-  std::size_t PassOver(const TwoGroupUnits& records) noexcept;
+  std::size_t PassOver(const GroupTally::Units& records) noexcept;
 
   std::array<std::int64_t, kCount> units{};
   std::array<double, kCount> ranks{};
@@ -52,19 +52,17 @@ class ControlRanks {
 /// Source: L. E. Moses, A two-sample test, Psychometrika 17 (1952).
 class NPARMoses final : public NPARTwoGroupTest {
  public:
-  static constexpr std::int32_t kCodeBase = 220500;
-
   explicit NPARMoses(QDSettings* settings);
 
-  QDStatus BeginPass() override;
   XMLElement* WriteResults() override;
 
  protected:
+  void Prepare(const SettingsReader& settings) override;
   /// Error 220516: the trimming leaves no control unit.
-  void Take(const TwoGroupUnits& records) override;
-  void Compute() override;
-  void TakeAgain(const TwoGroupUnits& records) override;
-  void ComputeAgain() override;
+  void TakeUnits(const GroupTally::Units& units) override;
+  void ComputeFigures() override;
+  void TakeUnitsAgain(const GroupTally::Units& units) override;
+  void Finish() override;
 
  private:
   struct Span {

@@ -2,35 +2,28 @@
 
 #include "catalogue/cards/wald_wolfowitz.h"
 #include "planning/two_group_construction.h"
+#include "report/algorithm_element.h"
 #include "report/elements.h"
-#include "report/messages.h"
 #include "report/two_group_tables.h"
 
-namespace {
-
-constexpr std::int32_t kTiesBetweenGroups = 220616;  // warning; parameter: blocks of ties
-
-}  // namespace
+namespace card = catalogue::wald_wolfowitz;
 
 NPARWaldWolfRuns::NPARWaldWolfRuns(QDSettings* settings)
-    : NPARTwoGroupTest(settings, kCodeBase, Passes::WithHistograms) {}
+    : NPARTwoGroupTest(settings, card::kTwoGroupCodes, Passes::WithHistograms) {}
 
-void NPARWaldWolfRuns::Take(const TwoGroupUnits& records) {
-  for (std::size_t i = 0; i < records.count; ++i) {
-    runs.Add(records.values[i], records.groups[i], records.Weight(i));
+void NPARWaldWolfRuns::TakeUnits(const GroupTally::Units& units) {
+  for (std::size_t i = 0; i < units.count; ++i) {
+    runs.Add(units.values[i], units.GroupOf(i), units.Weight(i));
   }
 }
 
-void NPARWaldWolfRuns::Compute() {
+void NPARWaldWolfRuns::ComputeFigures() {
   runs.Finish();
   approximation = RunsApproximation(static_cast<double>(counts[0]), static_cast<double>(counts[1]));
   minimum = FiguresOf(runs.Minimum());
   maximum = FiguresOf(runs.Maximum());
   if (runs.InterGroupTies() > 0) {
-    AddMessage(NPARMessage{QDStatus(kTiesBetweenGroups),
-                           MessageKind::Warning,
-                           {IntegerText(runs.InterGroupTies())},
-                           {}});
+    Warn(card::kTiesBetweenGroups, {IntegerText(runs.InterGroupTies())});
   }
 }
 
@@ -45,34 +38,32 @@ NPARWaldWolfRuns::Figures NPARWaldWolfRuns::FiguresOf(std::int64_t runCount) con
 
 void NPARWaldWolfRuns::WriteFigures(XMLElement& statistics, const char* name,
                                     const Figures& figures) const {
-  XMLElement* table = AddStructuredTable(statistics, name);
-  AddAttributeRow(*table, "TestStatistic", figures.runs);
-  AddAttributeRow(*table, "StandardError", approximation.standardError);
-  AddAttributeRow(*table, "StandardTestStatistic", figures.standardTestStatistic);
-  AddAttributeRow(*table, "AsymptoticSig1Tailed", figures.asymptoticSig);
-  if (figures.exactSig) AddAttributeRow(*table, "ExactSig1Tailed", *figures.exactSig);
+  AddFigures(statistics, name,
+             {{"TestStatistic", figures.runs},
+              {"StandardError", approximation.standardError},
+              {"StandardTestStatistic", figures.standardTestStatistic},
+              {"AsymptoticSig1Tailed", figures.asymptoticSig},
+              {"ExactSig1Tailed", figures.exactSig}});
 }
 
 XMLElement* NPARWaldWolfRuns::WriteResults() {
-  auto algorithm = CreateAlgorithm("IWaldWolfowitzRuns", "hypothesis_test", "Independent_Samples",
-                                   DecisionWord(status, sigLevel, maximum.Sig()));
-  AddTwoGroupCondition(*algorithm, "WaldWolfowitz", groups);
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
-
-  AddTwoGroupTables(*algorithm, groups, tally->Histograms(), {counts[0], {}}, {counts[1], {}});
-  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
-  AddAttributeRow(*statistics, "TotalN", TotalCount());
-  AddAttributeRow(*statistics, "InterGroupTies", runs.InterGroupTies());
-  WriteFigures(*statistics, "MinimumRuns", minimum);
-  WriteFigures(*statistics, "MaximumRuns", maximum);
-  return algorithm.release();
+  return WriteAlgorithm(
+      *this,
+      {.card = card::kCard,
+       .decidingSig = maximum.Sig(),
+       .condition = TwoGroupCondition("WaldWolfowitz", groups)},
+      [this](XMLElement& algorithm) {
+        AddTwoGroupTables(algorithm, groups, *tally, {counts[0], {}}, {counts[1], {}});
+        XMLElement* statistics =
+            AddFigures(algorithm, "StatisticsResult",
+                       {{"TotalN", TotalCount()}, {"InterGroupTies", runs.InterGroupTies()}});
+        WriteFigures(*statistics, "MinimumRuns", minimum);
+        WriteFigures(*statistics, "MaximumRuns", maximum);
+      });
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::wald_wolfowitz::kCard>(
-    TestConstruction& construction) {
-  const auto variables =
-      ResolveTwoGroups(construction, TwoGroupEntryCodesFrom(NPARWaldWolfRuns::kCodeBase));
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
+  const auto variables = ResolveTwoGroups(construction, card::kTwoGroupCodes);
   return AddTwoGroupTest<NPARWaldWolfRuns>(construction, variables);
 }

@@ -23,7 +23,6 @@
 /// Gibbons, S. Chakraborti, Nonparametric Statistical Inference.
 class NPARWaldWolfRuns final : public NPARTwoGroupTest {
  public:
-  static constexpr std::int32_t kCodeBase = 220600;
   /// The largest N with an exact p.
   static constexpr std::int64_t kExactLimit = 30;
 
@@ -33,8 +32,8 @@ class NPARWaldWolfRuns final : public NPARTwoGroupTest {
 
  protected:
   /// Warning 220616 with the number of blocks of values that both groups have.
-  void Take(const TwoGroupUnits& records) override;
-  void Compute() override;
+  void TakeUnits(const GroupTally::Units& units) override;
+  void ComputeFigures() override;
 
  private:
   struct Figures {

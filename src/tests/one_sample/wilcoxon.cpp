@@ -43,8 +43,7 @@ QDStatus NPARWilcoxonSR::BeginPass() {
   static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
   if (sharedData != nullptr) {
     distribution.SetRange(sharedData->GetMinimum(variableIndex),
-                          sharedData->GetMaximum(variableIndex),
-                          QDContUnivariateVariable::kBinCount);
+                          sharedData->GetMaximum(variableIndex));
   }
   return status;
 }

@@ -5,6 +5,7 @@
 #include "kit/contract/column_test.h"
 #include "kit/ranks/signed_ranks.h"
 #include "kit/records/record_weight.h"
+#include "kit/summaries/histogram.h"
 #include "kit/summaries/univariate.h"
 
 /// Wilcoxon signed-rank test of one sample: is the median of a continuous field a given value, by
@@ -39,7 +40,7 @@ class NPARWilcoxonSR final : public NPARRecordTest {
   double sigLevel = 0.05;
   double testValue = 0.0;
   double observedMedian = 0.0;
-  QDContUnivariateVariable distribution;
+  Histogram distribution;
   double totalWeight = 0.0;
   std::int64_t zeroDifferences = 0;
   SignedRanks ranks;

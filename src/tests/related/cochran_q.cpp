@@ -80,9 +80,7 @@ void NPARCochransQ::StartStepDown() {
     samples.push_back(
         {variable, static_cast<double>(CountOf(variable)) / static_cast<double>(totalN)});
   }
-  std::stable_sort(
-      samples.begin(), samples.end(),
-      [](const ComparedSample& a, const ComparedSample& b) { return a.measure < b.measure; });
+  OrderByMeasure(samples);
   comparison.StartStepwise(std::move(samples), sigLevel);
   stage = Stage::StepDown;
 }

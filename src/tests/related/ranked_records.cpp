@@ -56,9 +56,7 @@ QDStatus NPARRankedRecords::BeginPass() {
 
 void NPARRankedRecords::StartStepDown() {
   std::vector<ComparedSample> samples = MeanRanks();
-  std::stable_sort(
-      samples.begin(), samples.end(),
-      [](const ComparedSample& a, const ComparedSample& b) { return a.measure < b.measure; });
+  OrderByMeasure(samples);
   comparison.StartStepwise(std::move(samples), sigLevel);
   stage = Stage::StepDown;
 }

@@ -10,7 +10,7 @@
 #include <numeric>
 
 #include "kit/contract/test.h"
-#include "kit/groups/shared_tallies.h"
+#include "kit/contract/shared_tallies.h"
 #include "planning/progress.h"
 #include "support/variables.h"
 

@@ -11,10 +11,10 @@ namespace {
 using Units = std::vector<std::pair<double, double>>;  // value, weight
 
 GroupBoxPlot PlotOf(const Units& units) {
-  GroupBoxPlot plot(3);
   double total = 0.0;
   for (const auto& unit : units) total += static_cast<double>(TruncateToInt32(unit.second));
-  for (const auto& [x, weight] : units) plot.TrackValue(x, weight, total);
+  GroupBoxPlot plot(3, total);
+  for (const auto& [x, weight] : units) plot.TrackValue(x, weight);
   plot.FinishHinges();
   double caseId = 100.0;
   for (const auto& unit : units) plot.ClassifyValue(unit.first, caseId++);
@@ -64,9 +64,9 @@ TEST(BoxPlotTest, HingesFencesAndOutliersAreTukeys) {
   // R 4.2.2: boxplot.stats(c(1, 10, 11, 12, 13, 14, 15, 16, 30))$stats and $out
   const GroupBoxPlot plot = PlotOf(Plain({1, 10, 11, 12, 13, 14, 15, 16, 30}));
   EXPECT_EQ(plot.SmallestNonOutlier(), 10.0);
-  EXPECT_EQ(plot.Summary().GetFirstQuartile(), 11.0);
-  EXPECT_EQ(plot.Summary().GetMedian(), 13.0);
-  EXPECT_EQ(plot.Summary().GetThirdQuartile(), 15.0);
+  EXPECT_EQ(plot.Hinges().FirstQuartile(), 11.0);
+  EXPECT_EQ(plot.Hinges().Median(), 13.0);
+  EXPECT_EQ(plot.Hinges().ThirdQuartile(), 15.0);
   EXPECT_EQ(plot.LargestNonOutlier(), 16.0);
   EXPECT_EQ(ValuesOf(plot.LowOutliers()), std::vector<double>{1});
   EXPECT_EQ(ValuesOf(plot.HighOutliers()), std::vector<double>{30});
@@ -76,16 +76,16 @@ TEST(BoxPlotTest, HingesFencesAndOutliersAreTukeys) {
 TEST(BoxPlotTest, AWeightStandsForThatManyValues) {
   const GroupBoxPlot weighted = PlotOf({{1, 3}, {2, 1}, {7, 2}, {8, 3}});
   const GroupBoxPlot listed = PlotOf(Plain({1, 1, 1, 2, 7, 7, 8, 8, 8}));
-  EXPECT_EQ(weighted.Summary().GetFirstQuartile(), listed.Summary().GetFirstQuartile());
-  EXPECT_EQ(weighted.Summary().GetMedian(), listed.Summary().GetMedian());
-  EXPECT_EQ(weighted.Summary().GetThirdQuartile(), listed.Summary().GetThirdQuartile());
+  EXPECT_EQ(weighted.Hinges().FirstQuartile(), listed.Hinges().FirstQuartile());
+  EXPECT_EQ(weighted.Hinges().Median(), listed.Hinges().Median());
+  EXPECT_EQ(weighted.Hinges().ThirdQuartile(), listed.Hinges().ThirdQuartile());
 }
 
 TEST(BoxPlotTest, AValueOnTheLowerFenceIsNoOutlierAndNotTheSmallestInside) {
   // Hinges 4 and 8: fences -2 and 14.
   const GroupBoxPlot plot = PlotOf(Plain({-2, 4, 4, 6, 8, 8, 14}));
-  ASSERT_EQ(plot.Summary().GetFirstQuartile(), 4.0);
-  ASSERT_EQ(plot.Summary().GetThirdQuartile(), 8.0);
+  ASSERT_EQ(plot.Hinges().FirstQuartile(), 4.0);
+  ASSERT_EQ(plot.Hinges().ThirdQuartile(), 8.0);
   EXPECT_TRUE(plot.LowOutliers().empty());
   EXPECT_TRUE(plot.HighOutliers().empty());
   EXPECT_EQ(plot.SmallestNonOutlier(), 4.0);
@@ -95,7 +95,7 @@ TEST(BoxPlotTest, AValueOnTheLowerFenceIsNoOutlierAndNotTheSmallestInside) {
 TEST(BoxPlotTest, OneValueIsAllOfItsBox) {
   const GroupBoxPlot plot = PlotOf(Plain({5}));
   EXPECT_EQ(plot.SmallestNonOutlier(), 5.0);
-  EXPECT_EQ(plot.Summary().GetMedian(), 5.0);
+  EXPECT_EQ(plot.Hinges().Median(), 5.0);
   EXPECT_EQ(plot.LargestNonOutlier(), 5.0);
 }
 

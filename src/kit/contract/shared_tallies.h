@@ -34,28 +34,3 @@ class SharedTallies {
  private:
   std::vector<std::shared_ptr<Tally>> list;
 };
-
-/// A test's part in a tally. A test that shares none drives its own.
-template <typename Kind>
-class TallyShare {
- public:
-  /// Before the first pass; `shared` is null for a test that counts alone. Throws std::bad_alloc.
-  void Join(SharedTallies* shared, const typename Kind::Key& key) {
-    isAlone = shared == nullptr;
-    tally = isAlone ? std::make_shared<Kind>(key) : shared->Find<Kind>(key);
-  }
-  /// The units of the records in hand.
-  const typename Kind::Units& Take(RecordBatch& batch) {
-    if (isAlone) tally->Take(batch);
-    return tally->GetUnits();
-  }
-  void EndPass() {
-    if (isAlone) tally->EndPass();
-  }
-  [[nodiscard]] Kind* Get() const noexcept { return tally.get(); }
-  const Kind* operator->() const noexcept { return tally.get(); }
-
- private:
-  bool isAlone = true;
-  std::shared_ptr<Kind> tally;
-};

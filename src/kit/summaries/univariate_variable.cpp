@@ -1,0 +1,226 @@
+#include "kit/summaries/univariate_variable.h"
+
+#include <algorithm>
+#include <array>
+
+#include "kit/records/batch_source.h"
+#include "kit/records/record_weight.h"
+
+namespace {
+
+/// Quartiles were asked for and there is no sorted data.
+constexpr std::int32_t kNoSortedData = 220005;
+
+constexpr std::int32_t kFirstStatistic = static_cast<std::int32_t>(Statistic::Mean);
+constexpr std::int32_t kLastStatistic = static_cast<std::int32_t>(Statistic::All);
+
+}  // namespace
+
+bool QDUnivariateVariable::AddStatistic(std::int32_t statistic) {
+  if (statistic < kFirstStatistic || statistic > kLastStatistic) return false;
+  const StatisticSet taken = TakenFor(static_cast<Statistic>(statistic));
+  statistics.Insert(taken);
+  return !taken.IsEmpty();
+}
+
+QDStatus QDUnivariateVariable::ProcessRecord(const Record& record) {
+  RowBatch one(record);
+  ProcessBatch(one);
+  return QDStatus();
+}
+
+// Continuous variables.
+
+StatisticSet QDContUnivariateVariable::TakenFor(Statistic statistic) const {
+  using enum Statistic;
+  switch (statistic) {
+    case Mean:
+      return {MeanStdDev};
+    case Median:
+      return {Quartiles};
+    case Distribution:
+      return {Maximum, Minimum, Distribution};
+    case All:
+      return {MeanStdDev, Minimum, Maximum, Quartiles, Distribution};
+    case Mode:
+    case Frequencies:
+      return {};
+    default:
+      return {statistic};
+  }
+}
+
+template <bool kIsWeighted, std::size_t kCount>
+void QDContUnivariateVariable::Summarise(QDContUnivariateVariable* const* variables,
+                                         RecordBatch& batch) {
+  // What changes with every value is kept in registers.
+  std::array<const double*, kCount> values;
+  std::array<Moments, kCount> moments;
+  std::array<Extremes, kCount> extremes;
+  std::array<std::int64_t, kCount> seen{};
+  for (std::size_t k = 0; k < kCount; ++k) {
+    values[k] = batch.Of(variables[k]->variableIndex);
+    moments[k] = variables[k]->moments;
+    extremes[k] = variables[k]->extremes;
+  }
+  const double* weights = kIsWeighted ? batch.Of(variables[0]->weightIndex) : nullptr;
+  for (std::size_t i = 0; i < batch.Size(); ++i) {
+    for (std::size_t k = 0; k < kCount; ++k) {
+      const double x = values[k][i];
+      if (x == QDMV::gMissingValue) continue;
+      if constexpr (kIsWeighted) {
+        const std::int64_t weight = TruncateToInt32(weights[i]);
+        moments[k].Add(x, weight);
+        seen[k] += weight;
+      } else {
+        moments[k].Add(x);
+        ++seen[k];
+      }
+      extremes[k].Take(x);
+    }
+  }
+  for (std::size_t k = 0; k < kCount; ++k) {
+    QDContUnivariateVariable& variable = *variables[k];
+    if (variable.Wants(Statistic::Minimum)) variable.extremes.minimum = extremes[k].minimum;
+    if (variable.Wants(Statistic::Maximum)) variable.extremes.maximum = extremes[k].maximum;
+    if (variable.Wants(Statistic::MeanStdDev)) variable.moments = moments[k];
+    variable.totalWeight += seen[k];
+  }
+}
+
+void QDContUnivariateVariable::SummariseTogether(
+    std::span<QDContUnivariateVariable* const> variables, RecordBatch& batch) {
+  constexpr std::size_t kMost = 4;  // so many fit the registers
+  while (!variables.empty()) {
+    const std::size_t count = std::min(variables.size(), kMost);
+    const bool isWeighted = variables.front()->weightIndex >= 0;
+    const auto summarise = [&]<std::size_t kCount> {
+      isWeighted ? Summarise<true, kCount>(variables.data(), batch)
+                 : Summarise<false, kCount>(variables.data(), batch);
+    };
+    if (count == 1) summarise.template operator()<1>();
+    if (count == 2) summarise.template operator()<2>();
+    if (count == 3) summarise.template operator()<3>();
+    if (count == kMost) summarise.template operator()<kMost>();
+    variables = variables.subspan(count);
+  }
+}
+
+void QDContUnivariateVariable::ProcessBatch(RecordBatch& batch) {
+  if (pass == 1) {
+    QDContUnivariateVariable* self = this;
+    SummariseTogether({&self, 1}, batch);
+    return;
+  }
+  histogram.AddColumnWithMissing(batch.Of(variableIndex), batch.Size(),
+                                 RecordWeight(weightIndex).TruncatedOf(batch));
+}
+
+QDStatus QDContUnivariateVariable::EndPass() {
+  if (pass != 1) {
+    histogram.AddZeroBin();
+    needsPass = false;
+    return QDStatus();
+  }
+  if (Wants(Statistic::Quartiles)) {
+    const QDStatus walked = WalkSortedValues();
+    if (!walked.IsOK()) return walked;
+  }
+  if (Wants(Statistic::Distribution)) {
+    pass = 2;
+    histogram.SetRange(extremes.minimum, extremes.maximum);
+  } else {
+    needsPass = false;
+  }
+  return QDStatus();
+}
+
+QDStatus QDContUnivariateVariable::WalkSortedValues() {
+  BatchSource* sorted =
+      sortedData == nullptr ? nullptr : sortedData->GetSortedIterator(variableIndex);
+  if (sorted == nullptr) return QDStatus(kNoSortedData);
+  hinges = HingeWalk(static_cast<double>(totalWeight));
+  ForEachBatch(*sorted, [this](RecordBatch& batch) {
+    const double* values = batch.Of(variableIndex);
+    const double* weights = weightIndex < 0 ? nullptr : batch.Of(weightIndex);
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
+      const double weight = weights == nullptr ? 1.0 : weights[i];
+      if (values[i] == QDMV::gMissingValue || weight == QDMV::gMissingValue) continue;
+      hinges.TrackHinges(values[i], weight);
+    }
+  });
+  hinges.FinishHinges();
+  if (hinges.Minimum() != QDMV::gMissingValue) {
+    extremes.Take(hinges.Minimum());
+    extremes.Take(hinges.Maximum());
+  }
+  return QDStatus();
+}
+
+// Categorical variables.
+
+QDCateUnivariateVariable::QDCateUnivariateVariable(std::int32_t variableIndex,
+                                                   std::int32_t weightIndex,
+                                                   std::int32_t categoryCount)
+    : QDUnivariateVariable(variableIndex, weightIndex),
+      categoryCount(categoryCount),
+      frequencies(static_cast<std::size_t>(std::max(categoryCount, 0))) {}
+
+StatisticSet QDCateUnivariateVariable::TakenFor(Statistic statistic) const {
+  using enum Statistic;
+  switch (statistic) {
+    case Median:
+    case Mode:
+    case Frequencies:
+      return {statistic};
+    case All:
+      return {Frequencies, Median, Mode};
+    default:
+      return {};
+  }
+}
+
+void QDCateUnivariateVariable::ProcessBatch(RecordBatch& batch) {
+  const std::int32_t* codes = batch.TruncatedOf(variableIndex);
+  RecordWeight(weightIndex).UseTruncated(batch, [&](auto weightAt) {
+    std::int64_t seen = 0;
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
+      const std::int64_t weight = weightAt(i);
+      if (codes[i] >= 0 && codes[i] < categoryCount) {
+        frequencies[static_cast<std::size_t>(codes[i])] += weight;
+      } else if (batch.Of(variableIndex)[i] != QDMV::gMissingCategory) {
+        otherFrequencies[codes[i]] += weight;
+      } else {
+        continue;
+      }
+      seen += weight;
+    }
+    totalWeight += seen;
+  });
+}
+
+QDStatus QDCateUnivariateVariable::EndPass() {
+  needsPass = false;
+  if (frequencies.empty()) return QDStatus();
+  if (Wants(Statistic::Mode)) {
+    largestFrequency = *std::max_element(frequencies.begin(), frequencies.end());
+  }
+  if (Wants(Statistic::Median)) {
+    std::int64_t sum = 0;
+    for (std::size_t code = 0; code < frequencies.size(); ++code) {
+      sum += frequencies[code];
+      if (sum < totalWeight / 2) continue;
+      medianCategory = static_cast<std::int32_t>(code);
+      break;
+    }
+  }
+  return QDStatus();
+}
+
+std::map<std::int32_t, std::int64_t> QDCateUnivariateVariable::GetFrequencies() const {
+  std::map<std::int32_t, std::int64_t> all = otherFrequencies;
+  for (std::size_t code = 0; code < frequencies.size(); ++code) {
+    all.emplace_hint(all.end(), static_cast<std::int32_t>(code), frequencies[code]);
+  }
+  return all;
+}
