@@ -8,8 +8,8 @@ using Sample = std::vector<double>;
 using Samples = std::vector<Sample>;
 
 /// Two samples without ties.
-inline const Sample kApartFirst{1.1, 2.2, 3.7, 5.4};
-inline const Sample kApartSecond{0.4, 2.9, 6.3, 7.8, 9.1};
+inline const Sample kUntiedFirst{1.1, 2.2, 3.7, 5.4};
+inline const Sample kUntiedSecond{0.4, 2.9, 6.3, 7.8, 9.1};
 /// Two samples with ties inside and between them, on either side of zero.
 inline const Sample kTiedFirst{-2, -1, 0, 0, 1, 3, 3.5, 4, 7};
 inline const Sample kTiedSecond{-1.5, 0, 1, 2, 3, 5, 6, 6, 8, 9};

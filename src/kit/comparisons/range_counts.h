@@ -6,19 +6,7 @@
 
 #include "kit/comparisons/multiple_comparisons.h"
 #include "kit/ranks/tied_run.h"
-
-/// Sums over the runs of tied values, t being the weight of a run.
-struct TieSums {
-  double pairs = 0.0;    ///< sum of t (t - 1)
-  double triples = 0.0;  ///< sum of t^2 (t - 1)
-
-  void Add(double t, double sign = 1.0) noexcept {
-    pairs += sign * t * (t - 1.0);
-    triples += sign * t * t * (t - 1.0);
-  }
-  /// Sum of t^3 - t.
-  [[nodiscard]] double Cubic() const noexcept { return pairs + triples; }
-};
+#include "kit/ranks/ties.h"
 
 /// What the ranks within every range of neighbouring groups come to, from one walk over the values
 /// of all groups in ascending order.
@@ -33,7 +21,7 @@ class RangeCounts {
 
   void Add(double x, std::int64_t weight, std::size_t place) {
     if (run.IsEndedBy(x)) CloseRun();
-    run.Add(x, weight, place);
+    run.Add(weight, place);
   }
   /// Once, after the last value; then come the readers.
   void Finish();

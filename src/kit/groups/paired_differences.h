@@ -6,11 +6,13 @@
 
 #include "foundation/names.h"
 #include "kit/contract/settings_reader.h"
+#include "kit/order/infinities.h"
 #include "kit/records/record_batch.h"
 #include "kit/summaries/histogram.h"
 
-/// The differences d = second - first of a pair of variables: how many lie on either side of zero,
-/// their range, and their histogram, which takes a pass of its own once the range is known.
+/// The differences d = second - first of a pair of variables, equal infinities differing by 0: how
+/// many lie on either side of zero, their range, and their histogram, which takes a pass of its own
+/// once the range is known.
 class PairedDifferences {
  public:
   /// Reads "variableIndex"; false, and no pair, unless it holds exactly two positions.
@@ -19,7 +21,7 @@ class PairedDifferences {
   [[nodiscard]] std::int32_t First() const noexcept { return first; }
   [[nodiscard]] std::int32_t Second() const noexcept { return second; }
   [[nodiscard]] double Of(const Record& record) const noexcept {
-    return record[second] - record[first];
+    return Difference(record[second], record[first]);
   }
 
   /// Those of the records in hand, good until the next call. Throws std::bad_alloc.

@@ -26,6 +26,8 @@
 #include <limits>
 #include <utility>
 
+#include "kit/order/infinities.h"
+
 namespace {
 
 /// The largest double whose ordered bits are not above these.
@@ -36,21 +38,23 @@ double FromOrderedBits(std::uint64_t bits) {
   return std::bit_cast<double>(~std::min(bits, kSign - 2));
 }
 
-/// Row i: the averages of value i and those from it on.
+/// Row i: the averages of value i and those from it on. In a plain table the values are finite and
+/// weigh 1.
+template <bool kIsPlainTable>
 struct WalshTable {
+  static constexpr bool kIsPlain = kIsPlainTable;
   const WeightedValues& data;
 
   [[nodiscard]] std::size_t Rows() const { return data.Size(); }
   [[nodiscard]] std::size_t Columns() const { return data.Size(); }
   [[nodiscard]] std::size_t FirstColumn(std::size_t row) const { return row; }
   [[nodiscard]] double Value(std::size_t row, std::size_t column) const {
-    return (data.Value(column) + data.Value(row)) * 0.5;
+    if constexpr (kIsPlain) return (data.Value(column) + data.Value(row)) * 0.5;
+    return Middle(data.Value(column), data.Value(row));
   }
-  /// Finite values that all weigh 1.
-  [[nodiscard]] bool IsPlain() const { return data.IsPlain(); }
   /// The weight of the row's entries before a column behind its first.
-  [[nodiscard]] WeightProduct WeightBefore(std::size_t row, std::size_t column) const {
-    const WeightProduct w = data.Weight(row);
+  [[nodiscard]] WideInteger WeightBefore(std::size_t row, std::size_t column) const {
+    const WideInteger w = data.Weight(row);
     return w * (w + 1) / 2 + w * (data.WeightBelow(column) - data.WeightBelow(row + 1));
   }
   [[nodiscard]] std::int64_t WeightOf(std::size_t row, std::size_t column) const {
@@ -59,8 +63,10 @@ struct WalshTable {
   }
 };
 
-/// Row i: the differences from the i-th largest value of the first group.
+/// Row i: the differences from the i-th largest value of the first group; plain as above.
+template <bool kIsPlainTable>
 struct DifferenceTable {
+  static constexpr bool kIsPlain = kIsPlainTable;
   const WeightedValues& first;
   const WeightedValues& second;
 
@@ -69,11 +75,11 @@ struct DifferenceTable {
   [[nodiscard]] std::size_t FirstColumn(std::size_t) const { return 0; }
   [[nodiscard]] std::size_t Place(std::size_t row) const { return first.Size() - 1 - row; }
   [[nodiscard]] double Value(std::size_t row, std::size_t column) const {
-    return second.Value(column) - first.Value(Place(row));
+    if constexpr (kIsPlain) return second.Value(column) - first.Value(Place(row));
+    return Difference(second.Value(column), first.Value(Place(row)));
   }
-  [[nodiscard]] bool IsPlain() const { return first.IsPlain() && second.IsPlain(); }
-  [[nodiscard]] WeightProduct WeightBefore(std::size_t row, std::size_t column) const {
-    return static_cast<WeightProduct>(first.Weight(Place(row))) * second.WeightBelow(column);
+  [[nodiscard]] WideInteger WeightBefore(std::size_t row, std::size_t column) const {
+    return static_cast<WideInteger>(first.Weight(Place(row))) * second.WeightBelow(column);
   }
   [[nodiscard]] std::int64_t WeightOf(std::size_t row, std::size_t column) const {
     return first.Weight(Place(row)) * second.Weight(column);
@@ -112,7 +118,7 @@ std::size_t FirstWhere(std::size_t begin, std::size_t end, Holds holds) {
 /// What lies on either side of a bound, and the values next to it.
 struct Cut {
   std::uint64_t entriesUpTo = 0;
-  WeightProduct weightUpTo = 0;
+  WideInteger weightUpTo = 0;
   double largestUpTo = -std::numeric_limits<double>::infinity();
   double smallestAbove = std::numeric_limits<double>::infinity();
 };
@@ -145,7 +151,7 @@ struct Stretch {
   }
 };
 
-/// CutAt of finite values that all weigh 1. Each step waits for the value of the one before, so
+/// CutAt of a plain table. Each step waits for the value of the one before, so
 /// the way is gone in several stretches at once.
 template <typename Table>
 Cut CutInStretches(const Table& table, double bound) {
@@ -192,13 +198,13 @@ Cut CutInStretches(const Table& table, double bound) {
     cut.largestUpTo = std::max(cut.largestUpTo, stretch.cut.largestUpTo);
     cut.entriesUpTo += stretch.cut.entriesUpTo;
   }
-  cut.weightUpTo = static_cast<WeightProduct>(cut.entriesUpTo);
+  cut.weightUpTo = static_cast<WideInteger>(cut.entriesUpTo);
   return cut;
 }
 
 template <typename Table>
 Cut CutAt(const Table& table, double bound) {
-  if (table.IsPlain()) return CutInStretches(table, bound);
+  if constexpr (Table::kIsPlain) return CutInStretches(table, bound);
   Cut cut;
   WalkStaircase(table, bound, [&](std::size_t row, std::size_t end) {
     const std::size_t begin = table.FirstColumn(row);
@@ -219,8 +225,8 @@ struct Bracket {
   std::uint64_t high;
   std::uint64_t entriesUpToLow;
   std::uint64_t entriesUpToHigh;
-  WeightProduct weightUpToLow;   // below the rank
-  WeightProduct weightUpToHigh;  // not below it
+  WideInteger weightUpToLow;   // below the rank
+  WideInteger weightUpToHigh;  // not below it
 
   [[nodiscard]] std::uint64_t Entries() const { return entriesUpToHigh - entriesUpToLow; }
 };
@@ -237,9 +243,9 @@ void WalkBracket(const Table& table, const Bracket& bracket, Take take) {
   });
 }
 
-/// Lists what lies in the bracket, where every entry weighs 1.
+/// Lists what lies in the bracket of a plain table.
 template <typename Table>
-double SelectListedUnit(const Table& table, const Bracket& bracket, WeightProduct rank) {
+double SelectListedUnit(const Table& table, const Bracket& bracket, WideInteger rank) {
   std::vector<std::uint64_t> entries;
   entries.reserve(bracket.Entries());
   WalkBracket(table, bracket,
@@ -252,8 +258,8 @@ double SelectListedUnit(const Table& table, const Bracket& bracket, WeightProduc
 
 /// Lists and sorts what lies in the bracket.
 template <typename Table>
-double SelectListed(const Table& table, const Bracket& bracket, WeightProduct rank) {
-  if (table.IsPlain()) return SelectListedUnit(table, bracket, rank);
+double SelectListed(const Table& table, const Bracket& bracket, WideInteger rank) {
+  if constexpr (Table::kIsPlain) return SelectListedUnit(table, bracket, rank);
   struct Entry {
     std::uint64_t bits;
     std::int64_t weight;  // a product of two weights
@@ -265,7 +271,7 @@ double SelectListed(const Table& table, const Bracket& bracket, WeightProduct ra
   });
   std::sort(entries.begin(), entries.end(),
             [](const Entry& a, const Entry& b) { return a.bits < b.bits; });
-  WeightProduct reached = bracket.weightUpToLow;
+  WideInteger reached = bracket.weightUpToLow;
   for (const Entry& entry : entries) {
     reached += entry.weight;
     if (reached >= rank) return FromOrderedBits(entry.bits);
@@ -275,7 +281,7 @@ double SelectListed(const Table& table, const Bracket& bracket, WeightProduct ra
 
 /// A place inside the bracket: its middle, or where the rank would lie on a straight line between
 /// the ends, less or more a part of the bracket so that the other end moves the next time.
-std::uint64_t NextBound(const Bracket& bracket, WeightProduct rank, int step) {
+std::uint64_t NextBound(const Bracket& bracket, WideInteger rank, int step) {
   constexpr int kBisectEvery = 5;
   constexpr int kFirstMargin = -4;  // as a power of two
   if (step % kBisectEvery == kBisectEvery - 1) {
@@ -292,7 +298,7 @@ std::uint64_t NextBound(const Bracket& bracket, WeightProduct rank, int step) {
 }
 
 template <typename Table>
-double SelectFrom(const Table& table, WeightProduct rank) {
+double SelectFrom(const Table& table, WideInteger rank) {
   const double smallest = table.Value(0, 0);
   const double largest = table.Value(table.Rows() - 1, table.Columns() - 1);
   const Cut whole = CutAt(table, largest);
@@ -320,7 +326,7 @@ double SelectFrom(const Table& table, WeightProduct rank) {
 
 /// The value of a rank, from that of the rank before.
 template <typename Table>
-double SelectNextFrom(const Table& table, double value, WeightProduct rank) {
+double SelectNextFrom(const Table& table, double value, WideInteger rank) {
   const Cut cut = CutAt(table, value);
   if (cut.weightUpTo >= rank) return value;
   if (!std::isfinite(cut.smallestAbove)) return SelectFrom(table, rank);
@@ -329,10 +335,10 @@ double SelectNextFrom(const Table& table, double value, WeightProduct rank) {
 
 }  // namespace
 
-WeightProduct ToWeightProduct(double value) {
+WideInteger ToWideInteger(double value) {
   constexpr double kLimit = 0x1p126;
   if (!(value > 0.0)) return 0;
-  return static_cast<WeightProduct>(std::min(value, kLimit));
+  return static_cast<WideInteger>(std::min(value, kLimit));
 }
 
 void WeightedValues::Shift(double distance) noexcept {
@@ -383,31 +389,39 @@ double OrderStatistics::Median() const {
   const double lower = Select((total + 1) / 2);
   if (total % 2 != 0) return lower;
   const double upper = SelectNext(lower, total / 2 + 1);
-  return lower == upper ? lower : (lower + upper) * 0.5;
+  return lower == upper ? lower : Middle(lower, upper);
 }
 
 WalshAverages::WalshAverages(const WeightedValues& data) : data(data) {
-  const WeightProduct n = data.TotalWeight();
+  const WideInteger n = data.TotalWeight();
   total = n * (n + 1) / 2;
 }
 
-double WalshAverages::Select(WeightProduct rank) const {
-  return SelectFrom(WalshTable{data}, std::clamp(rank, WeightProduct{1}, total));
+double WalshAverages::Select(WideInteger rank) const {
+  const WideInteger within = std::clamp(rank, WideInteger{1}, total);
+  return data.IsPlain() ? SelectFrom(WalshTable<true>{data}, within)
+                        : SelectFrom(WalshTable<false>{data}, within);
 }
 
-double WalshAverages::SelectNext(double value, WeightProduct rank) const {
-  return SelectNextFrom(WalshTable{data}, value, rank);
+double WalshAverages::SelectNext(double value, WideInteger rank) const {
+  return data.IsPlain() ? SelectNextFrom(WalshTable<true>{data}, value, rank)
+                        : SelectNextFrom(WalshTable<false>{data}, value, rank);
 }
 
 GroupDifferences::GroupDifferences(const WeightedValues& first, const WeightedValues& second)
     : first(first), second(second) {
-  total = static_cast<WeightProduct>(first.TotalWeight()) * second.TotalWeight();
+  total = static_cast<WideInteger>(first.TotalWeight()) * second.TotalWeight();
 }
 
-double GroupDifferences::Select(WeightProduct rank) const {
-  return SelectFrom(DifferenceTable{first, second}, std::clamp(rank, WeightProduct{1}, total));
+bool GroupDifferences::IsPlain() const noexcept { return first.IsPlain() && second.IsPlain(); }
+
+double GroupDifferences::Select(WideInteger rank) const {
+  const WideInteger within = std::clamp(rank, WideInteger{1}, total);
+  return IsPlain() ? SelectFrom(DifferenceTable<true>{first, second}, within)
+                   : SelectFrom(DifferenceTable<false>{first, second}, within);
 }
 
-double GroupDifferences::SelectNext(double value, WeightProduct rank) const {
-  return SelectNextFrom(DifferenceTable{first, second}, value, rank);
+double GroupDifferences::SelectNext(double value, WideInteger rank) const {
+  return IsPlain() ? SelectNextFrom(DifferenceTable<true>{first, second}, value, rank)
+                   : SelectNextFrom(DifferenceTable<false>{first, second}, value, rank);
 }

@@ -6,12 +6,10 @@
 
 #include "kit/order/growing_array.h"
 #include "kit/order/radix_sort.h"
-
-/// Sums of products of weights, which pass 64 bits.
-__extension__ using WeightProduct = __int128;
+#include "kit/order/wide_integer.h"
 
 /// A number as a sum of weights: cut to 0 below, to 2^126 above; not a number gives 0.
-[[nodiscard]] WeightProduct ToWeightProduct(double value);
+[[nodiscard]] WideInteger ToWideInteger(double value);
 
 /// Values in ascending order with whole weights from 1 to 2^32 - 1. Memory: 8 bytes a value where
 /// every weight is 1; with other weights 16, and 28 for the moment of sorting.
@@ -57,47 +55,49 @@ class OrderStatistics {
  public:
   virtual ~OrderStatistics() = default;
   /// The weight of all values.
-  [[nodiscard]] WeightProduct Total() const noexcept { return total; }
+  [[nodiscard]] WideInteger Total() const noexcept { return total; }
   /// The value of that rank in ascending order, a value of weight w holding w ranks; the first for
   /// a rank below 1, the last for one above Total. Throws std::bad_alloc.
-  [[nodiscard]] virtual double Select(WeightProduct rank) const = 0;
+  [[nodiscard]] virtual double Select(WideInteger rank) const = 0;
   /// The value in the middle, or the mean of the two there.
   [[nodiscard]] double Median() const;
 
  protected:
   /// The value of a rank up to Total, in one count, from that of the rank before.
-  [[nodiscard]] virtual double SelectNext(double value, WeightProduct rank) const = 0;
-  WeightProduct total = 0;
+  [[nodiscard]] virtual double SelectNext(double value, WideInteger rank) const = 0;
+  WideInteger total = 0;
 };
 
 /// The averages (a + b) / 2 of all pairs of the values, each with itself included, computed in
-/// doubles. Two values weigh the product of their weights, one with itself w (w + 1) / 2: as if
-/// each were written down w times.
+/// doubles; of opposite infinities it is 0. Two values weigh the product of their weights, one with
+/// itself w (w + 1) / 2: as if each were written down w times.
 class WalshAverages final : public OrderStatistics {
  public:
   /// `data` is sorted, not empty, and must outlive this.
   explicit WalshAverages(const WeightedValues& data);
-  double Select(WeightProduct rank) const override;
+  double Select(WideInteger rank) const override;
 
  protected:
-  double SelectNext(double value, WeightProduct rank) const override;
+  double SelectNext(double value, WideInteger rank) const override;
 
  private:
   const WeightedValues& data;
 };
 
 /// The differences b - a of each value of the second group and each of the first, computed in
-/// doubles, with the products of their weights.
+/// doubles, with the products of their weights. Equal infinities differ by 0.
 class GroupDifferences final : public OrderStatistics {
  public:
   /// Both are sorted, not empty, and must outlive this.
   GroupDifferences(const WeightedValues& first, const WeightedValues& second);
-  double Select(WeightProduct rank) const override;
+  double Select(WideInteger rank) const override;
 
  protected:
-  double SelectNext(double value, WeightProduct rank) const override;
+  double SelectNext(double value, WideInteger rank) const override;
 
  private:
+  [[nodiscard]] bool IsPlain() const noexcept;
+
   const WeightedValues& first;
   const WeightedValues& second;
 };

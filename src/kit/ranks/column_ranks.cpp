@@ -1,9 +1,8 @@
 #include "kit/ranks/column_ranks.h"
 
 #include <algorithm>
-#include <cmath>
 
-#include "kit/ranks/rank.h"
+#include "kit/ranks/ties.h"
 #include "kit/records/record_batch.h"
 
 namespace {
@@ -17,11 +16,7 @@ void ComparePair(const double* values, const double* others, double* __restrict 
                  double* __restrict standingOfOthers, double* __restrict unsettled,
                  std::size_t count) noexcept {
   for (std::size_t i = 0; i < count; ++i) {
-    const double distance = std::abs(values[i] - others[i]);
-    // 1 where values tie that are not equal, so that others may lie between them, and where no
-    // comparison holds.
-    unsettled[i] +=
-        (distance >= NPARRank::kTieTolerance ? 0.0 : 1.0) - (distance == 0.0 ? 1.0 : 0.0);
+    unsettled[i] += TiesUnequally(values[i], others[i]) ? 1.0 : 0.0;
     const double side = (values[i] > others[i] ? 1.0 : 0.0) - (values[i] < others[i] ? 1.0 : 0.0);
     standing[i] += side;
     standingOfOthers[i] -= side;

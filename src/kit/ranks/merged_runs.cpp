@@ -29,12 +29,6 @@ double OrdersWithRuns(std::int64_t n1, std::int64_t n2, std::int64_t q) {
 
 }  // namespace
 
-void MergedRuns::StartBlock(double x) noexcept {
-  CloseBlock();
-  isFirstValue = false;
-  blockValue = x;
-}
-
 void MergedRuns::CloseBlock() noexcept {
   if (block[0] > 0 && block[1] > 0) {
     CloseBlockOfBoth();

@@ -4,18 +4,18 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "kit/ranks/ties.h"
+
 /// The number of runs in two groups of units merged in ascending order.
 ///
-/// Values within 1e-14 of the first of a block are tied: the order of the units inside a block is
-/// open, so that there is a smallest and a largest possible number of runs, over all orders inside
-/// all blocks. A record of weight w is w units; one of weight 0 is none.
+/// Ties make a block: the order of the units inside it is open, so that there is a smallest and a
+/// largest possible number of runs, over all orders inside all blocks. A record of weight w is w
+/// units; one of weight 0 is none.
 class MergedRuns {
  public:
-  static constexpr double kTieTolerance = 1e-14;
-
   /// The next value in ascending order; the group is 0 or 1.
   void Add(double x, std::size_t group, std::int64_t weight) noexcept {
-    if (isFirstValue || !(x - blockValue < kTieTolerance)) StartBlock(x);
+    if (blocks.Begins(x)) CloseBlock();
     block[group] += weight;
   }
   /// Ends the last block; once, after the last value.
@@ -29,13 +29,11 @@ class MergedRuns {
  private:
   using PerGroup = std::array<std::int64_t, 2>;
 
-  void StartBlock(double x) noexcept;
   void CloseBlock() noexcept;
   void CloseBlockOfOne(std::size_t group) noexcept;
   void CloseBlockOfBoth() noexcept;
 
-  double blockValue = 0.0;
-  bool isFirstValue = true;
+  TieRuns blocks;
   PerGroup block{0, 0};  // units of each group in the open block
   // The best number of runs so far by the group of the last unit.
   PerGroup fewest{0, 0};

@@ -1,10 +1,9 @@
 #include "kit/ranks/record_ranks.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "kit/order/radix_sort.h"
-#include "kit/ranks/rank.h"
+#include "kit/ranks/ties.h"
 
 namespace {
 
@@ -36,17 +35,11 @@ void RecordRanks::Sort(std::size_t count) noexcept {
 
 void RecordRanks::Rank(std::size_t count) noexcept {
   Sort(count);
-  tieTerm = 0.0;
   for (std::size_t begin = 0; begin < count;) {
-    std::size_t end = begin + 1;
-    while (end < count &&
-           std::abs(entries[end].value - entries[begin].value) < NPARRank::kTieTolerance) {
-      ++end;
-    }
-    const auto tied = static_cast<double>(end - begin);
-    const double rank = (tied + 1.0) * 0.5 + static_cast<double>(begin);
-    for (std::size_t i = begin; i < end; ++i) ranks[entries[i].place] = rank;
-    if (end - begin > 1) tieTerm += tied * tied * tied - tied;
-    begin = end;
+    const std::size_t end =
+        EndOfRun(begin, count, [this](std::size_t i) { return entries[i].value; });
+    const double rank =
+        MidRank(static_cast<std::int64_t>(begin), static_cast<std::int64_t>(end - begin));
+    for (; begin < end; ++begin) ranks[entries[begin].place] = rank;
   }
 }

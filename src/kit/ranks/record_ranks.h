@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-/// Mid-ranks of the few values of one record among themselves, ties as NPARRank has them. Made once
+/// Mid-ranks of the few values of one record among themselves, Made once
 /// for a number of values; ranking a record allocates nothing.
 class RecordRanks {
  public:
@@ -20,8 +20,6 @@ class RecordRanks {
   void Rank(std::size_t count) noexcept;
 
   [[nodiscard]] double RankOf(std::size_t place) const noexcept { return ranks[place]; }
-  /// Sum of t^3 - t over the groups of t tied values.
-  [[nodiscard]] double TieTerm() const noexcept { return tieTerm; }
 
  private:
   struct Entry {
@@ -32,5 +30,4 @@ class RecordRanks {
 
   std::vector<Entry> entries;
   std::vector<double> ranks;
-  double tieTerm = 0.0;
 };

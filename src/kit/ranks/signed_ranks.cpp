@@ -5,13 +5,12 @@
 #include <cmath>
 
 #include "foundation/names.h"
-#include "kit/ranks/rank.h"
+#include "kit/ranks/ties.h"
 
 void SignedRanks::Add(double difference, double weight) {
   if (weight != 1.0 && weights.IsEmpty()) weights.Assign(differences.Size(), 1.0);
   const auto size = std::bit_cast<std::uint64_t>(std::abs(difference));
   differences.Add({size << 1 | (difference < 0.0 ? 1U : 0U)});
-  areAllFinite = areAllFinite && std::isfinite(difference);
   if (weight != 1.0 || !weights.IsEmpty()) weights.Add(weight);
 }
 
@@ -25,21 +24,18 @@ void SignedRanks::AddUnits(const double* units, std::size_t count) {
   // Every one is written, and one of 0 written over: which sign comes next cannot be foretold.
   PlainKey* room = differences.MakeRoom(count);
   std::size_t written = 0;
-  double largest = 0.0;
   for (std::size_t i = 0; i < count; ++i) {
     const double size = std::abs(units[i]);
     room[written].key = std::bit_cast<std::uint64_t>(size) << 1 | (units[i] < 0.0 ? 1U : 0U);
     written += size > 0.0 ? 1 : 0;
-    largest = size > largest ? size : largest;
   }
   differences.TakeOver(written);
-  areAllFinite = areAllFinite && std::isfinite(largest);
 }
 
 void SignedRanks::Rank() {
   // Up to here sums of ranks add up without rounding, in any order.
   constexpr std::size_t kMostExact = 94906265;  // n (n + 1) < 2^53
-  if (weights.IsEmpty() && areAllFinite && differences.Size() <= kMostExact) {
+  if (weights.IsEmpty() && differences.Size() <= kMostExact) {
     RankUnits();
   } else {
     RankWeighted();
@@ -63,10 +59,11 @@ void SignedRanks::RankUnits() {
     do {
       negatives += differences[end].key & 1;
       ++end;
-    } while (end < count && SizeOf(differences[end]) - first < NPARRank::kTieTolerance);
-    twiceNegative += negatives * (begin + 1 + end);
-    const auto tied = static_cast<double>(end - begin);
-    if (end - begin > 1) tieSum += tied * tied * tied - tied;
+    } while (end < count && Ties(first, SizeOf(differences[end])));
+    const auto tied = static_cast<std::int64_t>(end - begin);
+    const std::int64_t twiceRank = TwiceMidRank(static_cast<std::int64_t>(begin), tied);
+    twiceNegative += negatives * static_cast<std::uint64_t>(twiceRank);
+    if (tied > 1) tieSum += TieTerm(tied);
   }
   negativeRankSum = static_cast<double>(twiceNegative) * 0.5;
   positiveRankSum = static_cast<double>(twiceAll - twiceNegative) * 0.5;
@@ -78,22 +75,17 @@ void SignedRanks::RankRuns(EntryAt entryAt) {
   std::int64_t ranksBelow = 0;
   std::size_t end = 0;
   for (std::size_t begin = 0; begin < count; begin = end) {
-    const double first = entryAt(begin).size;
+    end = EndOfRun(begin, count, [&entryAt](std::size_t i) { return entryAt(i).size; });
     std::int64_t tied = 0;
-    end = begin;
-    do {
-      tied += TruncateToInt32(entryAt(end).weight);
-      ++end;
-    } while (end < count && std::abs(entryAt(end).size - first) < NPARRank::kTieTolerance);
-    const double rank = static_cast<double>(tied + 1) * 0.5 + static_cast<double>(ranksBelow);
+    for (std::size_t i = begin; i < end; ++i) tied += TruncateToInt32(entryAt(i).weight);
+    const double rank = MidRank(ranksBelow, tied);
     for (std::size_t i = begin; i < end; ++i) {
       const Entry entry = entryAt(i);
       const double part = rank * entry.weight;
       positiveRankSum += entry.isNegative ? 0.0 : part;
       negativeRankSum += entry.isNegative ? part : 0.0;
     }
-    const auto t = static_cast<double>(tied);
-    if (tied >= 2) tieSum += t * t * t - t;
+    tieSum += TieTerm(tied);
     ranksBelow += tied;
   }
 }

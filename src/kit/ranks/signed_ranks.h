@@ -8,9 +8,9 @@
 
 /// Ranks of differences by their size, with the sums of the ranks by sign.
 ///
-/// The rank of a difference is the mid-rank of its size among all that were added; sizes within
-/// 1e-14 of the first of a run tie. A weight counts as that many differences for the ranks (without
-/// its fraction) and multiplies the rank in the sums. A difference of 0 counts as positive.
+/// The rank of a difference is the mid-rank of its size among all that were added. A weight
+/// counts as that many differences for the ranks (without its fraction) and multiplies the rank in
+/// the sums. A difference of 0 counts as positive.
 class SignedRanks {
  public:
   /// Throws std::bad_alloc.
@@ -46,7 +46,6 @@ class SignedRanks {
   /// they stand.
   GrowingArray<PlainKey> differences;
   GrowingArray<double> weights;  // empty as long as every weight is 1
-  bool areAllFinite = true;      // infinite sizes never tie
   double positiveRankSum = 0.0;
   double negativeRankSum = 0.0;
   double tieSum = 0.0;

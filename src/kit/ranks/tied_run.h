@@ -1,11 +1,10 @@
 #pragma once
 
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-#include "kit/ranks/rank.h"
+#include "kit/ranks/ties.h"
 
 /// The current run of tied values in an ascending stream, as sums of weights by the place of their
 /// group among k.
@@ -13,13 +12,9 @@ class TiedRun {
  public:
   explicit TiedRun(std::size_t groupCount) : weights(groupCount) {}
 
-  /// True where a value does not belong to the run, which is then to be taken and cleared.
-  [[nodiscard]] bool IsEndedBy(double x) const noexcept {
-    return isOpen && !(std::fabs(x - firstValue) < NPARRank::kTieTolerance);
-  }
-  void Add(double x, std::int64_t weight, std::size_t place) {
-    if (!isOpen) firstValue = x;
-    isOpen = true;
+  /// Does this value begin a run, so that the one before, if any, is to be taken and cleared?
+  [[nodiscard]] bool IsEndedBy(double x) noexcept { return runs.Begins(x); }
+  void Add(std::int64_t weight, std::size_t place) {
     if (weight == 0) return;
     if (weights[place] == 0) places.push_back(place);
     weights[place] += weight;
@@ -29,7 +24,6 @@ class TiedRun {
     for (const std::size_t place : places) weights[place] = 0;
     places.clear();
     total = 0;
-    isOpen = false;
   }
 
   /// The places that hold weight, in the order of their arrival.
@@ -40,8 +34,7 @@ class TiedRun {
   [[nodiscard]] std::int64_t Total() const noexcept { return total; }
 
  private:
-  double firstValue = 0.0;
-  bool isOpen = false;
+  TieRuns runs;
   std::int64_t total = 0;
   std::vector<std::int64_t> weights;
   std::vector<std::size_t> places;

@@ -38,8 +38,8 @@ void NPARHodgesLehmannTwoIndep::ComputeFigures() {
   const double expected = n1 * n2 * 0.5;
   const double reach = QDDistFun::IdfStdNorm(1.0 - (1.0 - confidenceLevel) * 0.5) *
                        MannWhitneyStandardError(n1, n2, ranks.TieSum());
-  lower = differences.Select(ToWeightProduct(std::floor(expected - reach)) + 1);
-  upper = differences.Select(ToWeightProduct(std::ceil(expected + reach)));
+  lower = differences.Select(ToWideInteger(std::floor(expected - reach)) + 1);
+  upper = differences.Select(ToWideInteger(std::ceil(expected + reach)));
   values = {};
 }
 

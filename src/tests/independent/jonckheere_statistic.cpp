@@ -86,5 +86,4 @@ void JonckheerePair::CloseRun() noexcept {
   earlierBelow += earlierInRun;
   earlierInRun = 0.0;
   laterInRun = 0.0;
-  isOpen = false;
 }

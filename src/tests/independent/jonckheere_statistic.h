@@ -1,13 +1,11 @@
 #pragma once
 
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-#include "kit/comparisons/range_counts.h"
-#include "kit/ranks/rank.h"
 #include "kit/ranks/tied_run.h"
+#include "kit/ranks/ties.h"
 
 /// What the data of ordered groups come to in the Jonckheere-Terpstra test.
 struct JonckheereSums {
@@ -35,7 +33,7 @@ class JonckheereCounts {
 
   void Add(double x, std::int64_t weight, std::size_t place) {
     if (run.IsEndedBy(x)) CloseRun();
-    run.Add(x, weight, place);
+    run.Add(weight, place);
   }
   /// Takes the current run; to be called after the last value.
   void CloseRun();
@@ -54,19 +52,16 @@ class JonckheereCounts {
 class JonckheerePair {
  public:
   void Add(double x, std::int64_t weight, bool isLater) {
-    if (isOpen && !(std::fabs(x - firstValue) < NPARRank::kTieTolerance)) CloseRun();
-    if (!isOpen) firstValue = x;
-    isOpen = true;
+    if (runs.Begins(x)) CloseRun();
     (isLater ? laterInRun : earlierInRun) += static_cast<double>(weight);
   }
   void CloseRun() noexcept;
   [[nodiscard]] const JonckheereSums& Sums() const noexcept { return sums; }
 
  private:
-  double firstValue = 0.0;
+  TieRuns runs;
   double earlierBelow = 0.0;
   double earlierInRun = 0.0;
   double laterInRun = 0.0;
   JonckheereSums sums;
-  bool isOpen = false;
 };

@@ -82,8 +82,10 @@ void NPARJonckTer::TakeAgain(RecordBatch& /*batch*/) {
   if (!comparison.IsPending()) return;
   const GroupTally::Units& units = tally->GetUnits();
   for (std::size_t i = 0; i < units.count; ++i) {
+    // A value stands for its run, so that pairs and ranges have the ties of the whole.
+    static_cast<void>(runs.Begins(units.values[i]));
     if (tally->PlaceOf(units.groups[i]) == GroupTally::kNoPlace) continue;
-    Compare(units.values[i], units.Weight(i), PositionOf(units.groups[i]));
+    Compare(runs.First(), units.Weight(i), PositionOf(units.groups[i]));
   }
 }
 

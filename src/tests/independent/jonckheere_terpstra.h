@@ -73,6 +73,7 @@ class NPARJonckTer final : public NPARTest {
   double twoTailedSig = 1.0;
   MultipleComparison comparison;
   std::vector<std::int32_t> orderedCodes;  // of the groups with data
+  TieRuns runs;                            // of all values, for the comparisons
   std::vector<JonckheerePair> pairs;       // all pairs of the groups with data
   RangeCounts ranges{0};                   // all ranges of them
 };

@@ -28,12 +28,10 @@ double MosesSpanTail(std::int64_t control, std::int64_t experimental, std::int64
 
 void ControlRanks::Add(const GroupTally::Units& records) noexcept {
   for (std::size_t i = PassOver(records); i < records.count; ++i) {
-    const double value = records.values[i];
-    if (!(std::abs(value - runValue) < NPARRank::kTieTolerance)) {
+    if (runs.Begins(records.values[i])) {
       CloseRun();
       ranksBelow += runWeight;
       runWeight = 0;
-      runValue = value;
     }
     runWeight += records.Weight(i);
     if (records.groups[i] == TwoGroups::First) controls += records.Weight(i);
@@ -47,21 +45,21 @@ std::size_t ControlRanks::PassOver(const GroupTally::Units& records) noexcept {
       ranked < found ||
       (found < kCount && controls + records.shares[TwoGroups::First].weight >= units[found]);
   if (isAnyHere) return 0;
-  // A gap of the tolerance parts two runs wherever the lower one starts.
+  // Neighbours that do not tie part two runs wherever the lower one starts.
   std::size_t start = records.count;
   do {
     if (start < 2) return 0;
     --start;
-  } while (!(records.values[start] - records.values[start - 1] >= NPARRank::kTieTolerance));
+  } while (Ties(records.values[start - 1], records.values[start]));
   controls += std::count(records.groups, records.groups + start, TwoGroups::First);
   ranksBelow += runWeight + static_cast<std::int64_t>(start);
   runWeight = 0;
-  runValue = records.values[start];
+  static_cast<void>(runs.Begins(records.values[start]));
   return start;
 }
 
 void ControlRanks::CloseRun() noexcept {
-  for (; ranked < found; ++ranked) ranks[ranked] = NPARRank::MidRank(ranksBelow, runWeight);
+  for (; ranked < found; ++ranked) ranks[ranked] = MidRank(ranksBelow, runWeight);
 }
 
 NPARMoses::NPARMoses(QDSettings* settings)

@@ -3,10 +3,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <optional>
 
 #include "kit/ranks/rank.h"
+#include "kit/ranks/ties.h"
 #include "tests/independent/two_group_test.h"
 
 /// The mid-ranks of some control units, found in one walk over all units in ascending order, so
@@ -35,7 +35,7 @@ class ControlRanks {
   std::int64_t controls = 0;
   std::int64_t ranksBelow = 0;
   std::int64_t runWeight = 0;
-  double runValue = std::numeric_limits<double>::quiet_NaN();  // no value ties with it
+  TieRuns runs;
 };
 
 /// Moses test of extreme reactions: does the experimental group, group 2, react toward both

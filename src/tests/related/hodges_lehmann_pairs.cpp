@@ -74,7 +74,9 @@ NPARHodgesLehmannPairs::RankMoments NPARHodgesLehmannPairs::ComputeRankMoments()
 }
 
 void NPARHodgesLehmannPairs::Compute() {
-  const double shift = differences.TieCount() > 0 ? 1.0 - differences.Minimum() : 0.0;
+  // Nothing raises minus infinity.
+  const bool isRaised = differences.TieCount() > 0 && std::isfinite(differences.Minimum());
+  const double shift = isRaised ? 1.0 - differences.Minimum() : 0.0;
   if (shift != 0.0) values.Shift(shift);
   values.Sort();
   const RankMoments moments = ComputeRankMoments();
@@ -83,8 +85,8 @@ void NPARHodgesLehmannPairs::Compute() {
 
   const WalshAverages averages(values);
   estimate = averages.Median() - shift;
-  lower = averages.Select(ToWeightProduct(std::floor(moments.expected - distance)) + 1) - shift;
-  upper = averages.Select(ToWeightProduct(std::ceil(moments.expected + distance))) - shift;
+  lower = averages.Select(ToWideInteger(std::floor(moments.expected - distance)) + 1) - shift;
+  upper = averages.Select(ToWideInteger(std::ceil(moments.expected + distance))) - shift;
   values = WeightedValues();
 }
 

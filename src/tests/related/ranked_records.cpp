@@ -94,12 +94,20 @@ void NPARRankedRecords::RankRanges(RecordBatch& batch, std::size_t first, std::s
                                    WeightOf weightOf) {
   const std::vector<ComparedSample>& samples = comparison.GetSamples();
   const std::vector<SampleRange>& ranges = comparison.GetWorkList();
+  // Values tie as they do in the whole record: a range ranks what they have there.
+  fields.clear();
+  for (const ComparedSample& sample : samples) fields.push_back(batch.Of(sample.index));
+  ranks.Rank(fields, first, count);
+  wholeRanks.resize(samples.size());
+  for (std::size_t place = 0; place < samples.size(); ++place) {
+    wholeRanks[place].assign(ranks.StepsOf(place), ranks.StepsOf(place) + count);
+  }
   for (std::size_t i = 0; i < ranges.size(); ++i) {
     fields.clear();
     for (std::size_t place = ranges[i].first; place <= ranges[i].last; ++place) {
-      fields.push_back(batch.Of(samples[place].index));
+      fields.push_back(wholeRanks[place].data());
     }
-    ranks.Rank(fields, first, count);
+    ranks.Rank(fields, 0, count);
     for (std::size_t field = 0; field < fields.size(); ++field) {
       const std::int32_t* steps = ranks.StepsOf(field);
       std::int64_t twice = 0;

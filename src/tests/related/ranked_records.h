@@ -89,5 +89,6 @@ class NPARRankedRecords : public NPARColumnTest {
   RankCounts rankCounts;
   std::vector<double> rankSums;  // R by place
   RangeFigures overall;
+  std::vector<std::vector<double>> wholeRanks;     // of the records in hand, by compared sample
   std::vector<std::vector<double>> rangeRankSums;  // by place in the work list
 };

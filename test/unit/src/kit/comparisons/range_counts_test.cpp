@@ -61,14 +61,4 @@ TEST(RangeCountsTest, EveryRangeIsAsIfItWereRankedAlone) {
   }
 }
 
-TEST(RangeCountsTest, TieSumsAreThoseOfTheFormulas) {
-  TieSums sums;
-  sums.Add(3.0);
-  sums.Add(1.0);
-  sums.Add(2.0);
-  EXPECT_EQ(sums.pairs, 6 + 2);
-  EXPECT_EQ(sums.triples, 18 + 4);
-  EXPECT_EQ(sums.Cubic(), 24 + 6);
-}
-
 }  // namespace

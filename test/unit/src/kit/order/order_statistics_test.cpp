@@ -119,7 +119,7 @@ TEST(OrderStatistics, ProductsOfWeightsPassSixtyFourBits) {
   for (int i = 0; i < 8; ++i) data.emplace_back(i, kLargest);
   const WeightedValues sorted = Sorted(data);
   const WalshAverages averages(sorted);
-  const WeightProduct n = static_cast<WeightProduct>(8) * kLargest;
+  const WideInteger n = static_cast<WideInteger>(8) * kLargest;
   EXPECT_TRUE(averages.Total() == n * (n + 1) / 2);
   EXPECT_EQ(averages.Median(), 3.5);
   EXPECT_EQ(averages.Select(averages.Total()), 7.0);
@@ -127,10 +127,10 @@ TEST(OrderStatistics, ProductsOfWeightsPassSixtyFourBits) {
 }
 
 TEST(OrderStatistics, NumbersBecomeRanksWithoutWrapping) {
-  EXPECT_TRUE(ToWeightProduct(-3.0) == 0);
-  EXPECT_TRUE(ToWeightProduct(std::numeric_limits<double>::quiet_NaN()) == 0);
-  EXPECT_TRUE(ToWeightProduct(1e300) == static_cast<WeightProduct>(1) << 126);
-  EXPECT_TRUE(ToWeightProduct(0x1p70) == static_cast<WeightProduct>(1) << 70);
+  EXPECT_TRUE(ToWideInteger(-3.0) == 0);
+  EXPECT_TRUE(ToWideInteger(std::numeric_limits<double>::quiet_NaN()) == 0);
+  EXPECT_TRUE(ToWideInteger(1e300) == static_cast<WideInteger>(1) << 126);
+  EXPECT_TRUE(ToWideInteger(0x1p70) == static_cast<WideInteger>(1) << 70);
 }
 
 /// A million values, smooth, or on a grid where each average stands some ten thousand times.

@@ -68,17 +68,6 @@ TEST(MergedRunsTest, ExtremesAreThoseOfAllOrdersOfTheTies) {
   }
 }
 
-TEST(MergedRunsTest, ValuesWithinTheToleranceOfTheFirstOfABlockAreTied) {
-  MergedRuns runs;
-  runs.Add(1.0, 0, 1);
-  runs.Add(1.0 + 6e-15, 1, 1);
-  runs.Add(1.0 + 12e-15, 0, 1);  // within the tolerance of the value before, not of the first
-  runs.Finish();
-  EXPECT_EQ(runs.InterGroupTies(), 1);
-  EXPECT_EQ(runs.Minimum(), 2);
-  EXPECT_EQ(runs.Maximum(), 3);
-}
-
 TEST(MergedRunsTest, ARecordIsAsManyUnitsAsItWeighs) {
   MergedRuns runs;
   runs.Add(1.0, 0, 3);

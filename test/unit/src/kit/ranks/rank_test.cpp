@@ -1,11 +1,9 @@
 #include "kit/ranks/rank.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <random>
 #include <utility>
 #include <vector>
@@ -14,10 +12,6 @@
 #include "support/matchers.h"
 
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
 
 struct Entry {
   double value;
@@ -42,14 +36,6 @@ const RankCase kRankCases[] = {
      6},
     {"a weight shares its rank", {{5, 3, 0}}, 6, 0, 24},
     {"weight 3 after 5 units has rank 7", {{1, 5, 1}, {2, 3, 0}}, 21, 15, 144},
-    {"within 1e-14 one run", {{1, 1, 0}, {1 + 1e-15, 1, 1}}, 1.5, 1.5, 6},
-    {"beyond it two", {{1, 1, 0}, {1 + 2e-14, 1, 1}}, 1, 2, 0},
-    {"exactly 1e-14 away is another run", {{0, 1, 0}, {1e-14, 1, 1}}, 1, 2, 0},
-    {"drift is measured from the first of the run",
-     {{0, 1, 0}, {6e-15, 1, 0}, {1.2e-14, 1, 1}},
-     3,
-     3,
-     6},
     {"a fraction of a weight counts in the sum alone", {{1, 1.9, 0}, {2, 1, 1}}, 1.9, 2, 0},
     {"weight below 1 takes no place", {{1, 0.5, 0}, {2, 1, 1}}, 0.25, 1, 0},
 };
@@ -71,19 +57,6 @@ TEST(Rank, SumsAndTiesFollowTheRuns) {
   }
 }
 
-TEST(Rank, KeepsTiedValuesOnlyWhereAsked) {
-  NPARRank sums;
-  NPARRank lists(NPARRank::Keep{.tiedValues = true});
-  for (NPARRank* ranks : {&sums, &lists}) {
-    for (const Entry& entry : {Entry{1, 1, 7}, {2, 1, 7}, {2, 1, 8}, {9, 0, 7}}) {
-      ASSERT_THAT(ranks->AddValue(entry.value, entry.weight, entry.group), IsOk());
-    }
-    ranks->CloseRun();
-  }
-  EXPECT_THAT(sums.GetTiedValues(), IsEmpty());
-  EXPECT_THAT(lists.GetTiedValues(), ElementsAre(Pair(2.0, 2)));
-}
-
 TEST(Rank, AnyKeyNamesAGroupAndAnUnseenOneIsEmpty) {
   NPARRank ranks;
   const std::vector<double> keys = {-1.0, 0.0, 0.5, 65535.0, 65536.0, 1e300};
@@ -91,11 +64,10 @@ TEST(Rank, AnyKeyNamesAGroupAndAnUnseenOneIsEmpty) {
     ASSERT_THAT(ranks.AddValue(static_cast<double>(i), 1.0, keys[i]), IsOk());
   }
   ranks.CloseRun();
-  RankGroup& unseen = ranks.GroupEntry(3.0);
   for (std::size_t i = 0; i < keys.size(); ++i) {
     EXPECT_EQ(ranks.GroupEntry(keys[i]).rankSum, static_cast<double>(i + 1)) << keys[i];
   }
-  EXPECT_EQ(unseen.rankSum, 0.0);
+  EXPECT_EQ(ranks.GroupEntry(3.0).rankSum, 0.0);
 }
 
 TEST(Rank, ACopyGoesOnWithTheRunThatIsOpen) {
@@ -119,37 +91,25 @@ TEST(Rank, SumsOfWeightsGoBeyondThirtyTwoBits) {
 }
 
 TEST(Rank, UnitsAtOnceComeToWhatTheyDoOneByOne) {
-  std::vector<double> apart;
+  std::vector<double> values;
   std::vector<std::int32_t> keys;
   for (int i = 0; i < 300; ++i) {
-    apart.push_back(10.0 + i * 0.5);
+    values.push_back(i % 7 == 3 ? values.back() : i * 0.5);
     keys.push_back(i * i % 7 % 3);
   }
-  std::vector<double> tied = apart;
-  tied[100] = tied[99];
-  const struct {
-    const char* catches;
-    std::vector<Entry> before;
-    const std::vector<double>& values;
-  } cases[] = {
-      {"the first of their groups", {}, apart},
-      {"one tie", {}, tied},
-      {"a tie with the value before", {{10, 1, 0}}, apart},
-      {"sums that end with a fraction", {{1, 1.0 / 3.0, 1}, {2, 1, 1}}, apart},
-      {"sums that round", {{1, 1, 1}, {2, 2147483647.0, 1}, {3, 2147483647.0, 2}}, apart},
-  };
-  for (const auto& row : cases) {
-    SCOPED_TRACE(row.catches);
+  // What was before: nothing, a tie with the first unit, a weight that no unit has.
+  for (const std::vector<Entry>& before :
+       {std::vector<Entry>{}, {{0, 1, 0}}, {{-1, 1.0 / 3.0, 1}}, {{-1, 2147483647.0, 2}}}) {
     NPARRank atOnce;
-    for (const Entry& entry : row.before) {
+    for (const Entry& entry : before) {
       ASSERT_THAT(atOnce.AddValue(entry.value, entry.weight, entry.group), IsOk());
     }
     NPARRank oneByOne = atOnce;
-    for (std::size_t i = 0; i < apart.size(); i += 100) {
-      atOnce.AddUnits(row.values.data() + i, keys.data() + i, 100);
+    for (std::size_t i = 0; i < values.size(); i += 100) {
+      atOnce.AddUnits(values.data() + i, keys.data() + i, 100);
     }
-    for (std::size_t i = 0; i < apart.size(); ++i) {
-      ASSERT_THAT(oneByOne.AddValue(row.values[i], 1.0, keys[i]), IsOk());
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      ASSERT_THAT(oneByOne.AddValue(values[i], 1.0, keys[i]), IsOk());
     }
     for (NPARRank* ranks : {&atOnce, &oneByOne}) ranks->CloseRun();
     for (const int key : {0, 1, 2}) {
@@ -183,20 +143,16 @@ TEST(SignedRanks, AWeightThatComesLateLeavesTheEarlierOnesAtOne) {
   EXPECT_EQ(ranks.TieSum(), 24.0 + 6.0);
 }
 
-// Sizes 1 1 2 3 3 3 and twice infinity: infinite ones never tie.
+// Sizes 1 1 2 3 3 3.
 TEST(SignedRanks, OfUnitsLeaveOutZerosAndWhatIsNoNumber) {
-  constexpr double kInfinity = std::numeric_limits<double>::infinity();
   const std::vector<double> units{3.0,         -1.0, 0.0,           -3.0, std::nan(""),
                                   1.0 + 1e-15, 2.0,  -std::nan(""), 3.0,  -0.0};
-  for (const bool hasInfinite : {false, true}) {
-    SignedRanks ranks;
-    ranks.AddUnits(units.data(), units.size());
-    if (hasInfinite) ranks.AddUnits(std::vector<double>(2, -kInfinity).data(), 2);
-    ranks.Rank();
-    EXPECT_EQ(ranks.PositiveRankSum(), 1.5 + 3 + 5 + 5);
-    EXPECT_EQ(ranks.NegativeRankSum(), 1.5 + 5 + (hasInfinite ? 7 + 8 : 0));
-    EXPECT_EQ(ranks.TieSum(), 6.0 + 24.0);
-  }
+  SignedRanks ranks;
+  ranks.AddUnits(units.data(), units.size());
+  ranks.Rank();
+  EXPECT_EQ(ranks.PositiveRankSum(), 1.5 + 3 + 5 + 5);
+  EXPECT_EQ(ranks.NegativeRankSum(), 1.5 + 5);
+  EXPECT_EQ(ranks.TieSum(), 6.0 + 24.0);
 }
 
 TEST(SignedRanks, UnitsMayFollowAWeight) {

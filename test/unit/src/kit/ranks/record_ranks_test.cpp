@@ -17,16 +17,14 @@ struct RecordCase {
   const char* catches;
   std::vector<double> values;
   std::vector<double> ranks;
-  double tieTerm;
 };
 
 const RecordCase kRecordCases[] = {
-    {"descending values", {3, 2, 1}, {3, 2, 1}, 0},
-    {"two ties", {5, 1, 5, 1}, {3.5, 1.5, 3.5, 1.5}, 12},
-    {"all one tie", {4, 4, 4}, {2, 2, 2}, 24},
-    {"within 1e-14 of the first", {1 + 1e-15, 1}, {1.5, 1.5}, 6},
-    {"a drift beyond the first's reach", {0, 6e-15, 1.2e-14}, {1.5, 1.5, 3}, 6},
-    {"one value", {9}, {1}, 0},
+    {"descending values", {3, 2, 1}, {3, 2, 1}},
+    {"two ties", {5, 1, 5, 1}, {3.5, 1.5, 3.5, 1.5}},
+    {"all one tie", {4, 4, 4}, {2, 2, 2}},
+    {"a drift beyond the first's reach", {0, 1.2e-14, 6e-15}, {1.5, 3, 1.5}},
+    {"one value", {9}, {1}},
 };
 
 TEST(RecordRanks, SharePlacesOfTies) {
@@ -38,7 +36,6 @@ TEST(RecordRanks, SharePlacesOfTies) {
     ranks.Rank(row.values.size());
     for (std::size_t i = 0; i < row.values.size(); ++i) found.push_back(ranks.RankOf(i));
     EXPECT_THAT(found, ElementsAreArray(row.ranks));
-    EXPECT_EQ(ranks.TieTerm(), row.tieTerm);
   }
 }
 

@@ -27,7 +27,7 @@ const EstimateCase kCases[] = {
     {"an even number of differences", kTiedFirst, kTiedSecond, 0.95, 2, -1, 5.5},
     {"a wider interval", kTiedFirst, kTiedSecond, 0.99, 2, -2.5, 7},
     {"a narrow one", kTiedFirst, kTiedSecond, 0.5, 2, 1, 3},
-    {"no ties", kApartFirst, kApartSecond, 0.95, 2.4999999999999996, -3.3000000000000003,
+    {"no ties", kUntiedFirst, kUntiedSecond, 0.95, 2.4999999999999996, -3.3000000000000003,
      6.8999999999999995},
     {"the interval ends at the extremes", {1, 2}, {5, 9}, 0.95, 5.5, 3, 8},
     {"an odd number of differences", {1}, {2, 4, 8}, 0.95, 3, 1, 7},

@@ -105,6 +105,18 @@ TEST(JonckheereTerpstraTest, PairsAreJudgedOneSidedInTheDirectionOfTheWhole) {
   EXPECT_EQ(result.Rows("PairwiseInfo"), (Texts{"0;1;2", "3.3;8.58333333333333;13"}));
 }
 
+// The runs of the whole are {0, 6e-15} and {1.2e-14}, so that the last two do not tie.
+TEST(JonckheereTerpstraTest, PairsHaveTheTiesOfTheWhole) {
+  const TestSettings settings =
+      Entry("sigLevel", 0.9, "IJonckheereTerpstra", ComparedEntry("pairWise"));
+  const auto results = AlgorithmElement::AllOf(
+      RunDocument(GroupedVariables(3), GroupedRows({{-1, 0}, {6e-15}, {1.2e-14, 1}}), settings));
+  EXPECT_EQ(results.at(0).Text("TestStatistic"), "7.5");  // 1.5 + 4 + 2
+  EXPECT_THAT(results.at(0).Rows("PairwiseResult/Content"),
+              testing::ElementsAre(testing::StartsWith("0;1;1.5;"), testing::StartsWith("0;2;4;"),
+                                   testing::StartsWith("1;2;2;")));
+}
+
 TEST(JonckheereTerpstraTest, APairAgainstTheDirectionHasTheOtherTail) {
   const TestSettings settings =
       Entry("sigLevel", 0.5, "IJonckheereTerpstra",  // the whole is not significant at less

@@ -21,7 +21,7 @@ const Sample kOne{37.5};
 // SciPy 1.17.1: mannwhitneyu(second, first, use_continuity=False, method=m).pvalue with m
 // "asymptotic" and "exact"; z from its statistic and the formula of the standard error.
 const MannWhitneyCase kCases[] = {
-    {"no ties", kApartFirst, kApartSecond, 14, 29, 4.08248290463863, 0.9797958971132712,
+    {"no ties", kUntiedFirst, kUntiedSecond, 14, 29, 4.08248290463863, 0.9797958971132712,
      0.32718687779030575, 0.4126984126984127, "retain"},
     {"ties correct the standard error and leave the exact value", kTiedFirst, kTiedSecond, 61, 116,
      12.209788997702665, 1.3104239559758553, 0.19005245385413927, 0.2110242698477993, "retain"},

@@ -18,7 +18,7 @@ struct WaldWolfowitzCase {
 
 // The formulas in Python: binomial coefficients in whole numbers, norm.cdf of SciPy 1.17.1.
 const WaldWolfowitzCase kCases[] = {
-    {"half a run counts as none", kApartFirst, kApartSecond, 5, 1.3833221775543036, 0, 0.5, 0.5,
+    {"half a run counts as none", kUntiedFirst, kUntiedSecond, 5, 1.3833221775543036, 0, 0.5, 0.5,
      "retain"},
     {"groups apart, few runs", Ascending(1, 4), Ascending(5, 5), 2, 1.3833221775543036,
      -2.128531221591622, 0.01664653208490575, 2.0 / 126.0, "reject"},

@@ -127,6 +127,15 @@ TEST(RankedRecordsTest, StepwiseFindsTheHomogeneousSubsets) {
   EXPECT_EQ(test.GetPassesLeft(), 0);
 }
 
+// The first two fields tie in every record; the next one ties with the second alone, but not with
+// the first of their run.
+TEST(RankedRecordsTest, RangesHaveTheTiesOfTheWholeRecords) {
+  const Texts rows = Result(kFriedman, 4, Rows(30, {0, 6e-15, 1.2e-14, 9}), "stepWise")
+                         .Rows("StepwiseResult/Content");
+  EXPECT_THAT(rows, testing::Contains(testing::StartsWith("0;1;")));
+  EXPECT_THAT(rows, testing::Not(testing::Contains(testing::StartsWith("1;2;"))));
+}
+
 TEST(RankedRecordsTest, AFieldThatStandsAloneIsTold) {
   const AlgorithmElement result = Result(kFriedman, 3, Rows(30, {1, 2, 3}), "stepWise");
   EXPECT_EQ(result.MessageCodes(), (Codes{220013, 220013, 220013}));
