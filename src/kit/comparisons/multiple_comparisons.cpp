@@ -5,6 +5,7 @@
 #include <string>
 
 #include "kit/contract/allocation.h"
+#include "kit/statistics/normal.h"
 
 namespace {
 
@@ -26,7 +27,7 @@ void OrderByMeasure(std::vector<ComparedSample>& samples) {
 
 PairFigures NormalPair(double difference, double standardError) {
   const double z = difference / standardError;
-  return {difference, standardError, z, QDDistFun::SfStdNorm(std::fabs(z)) * 2.0};
+  return {difference, standardError, z, TwoSidedNormalSig(z)};
 }
 
 bool MultipleComparison::PassGate(NPARTest& test, double level, double overallSig,

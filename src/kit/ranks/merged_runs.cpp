@@ -9,24 +9,6 @@ namespace {
 constexpr std::int64_t kNoFewest = std::numeric_limits<std::int64_t>::max() / 2;
 constexpr std::int64_t kNoMost = std::numeric_limits<std::int64_t>::min() / 2;
 
-/// Binomial coefficient; 0 outside 0 <= k <= n.
-double Choose(std::int64_t n, std::int64_t k) {
-  if (k < 0 || k > n) return 0.0;
-  double product = 1.0;
-  for (std::int64_t i = 1; i <= std::min(k, n - k); ++i) {
-    product = product * static_cast<double>(n - i + 1) / static_cast<double>(i);
-  }
-  return product;
-}
-
-/// Orders of n1 and n2 units in exactly q runs.
-double OrdersWithRuns(std::int64_t n1, std::int64_t n2, std::int64_t q) {
-  const auto stretches = [](std::int64_t n, std::int64_t runs) { return Choose(n - 1, runs - 1); };
-  const std::int64_t fewer = q / 2;
-  const std::int64_t more = q - fewer;
-  return stretches(n1, fewer) * stretches(n2, more) + stretches(n1, more) * stretches(n2, fewer);
-}
-
 }  // namespace
 
 void MergedRuns::CloseBlock() noexcept {
@@ -72,10 +54,4 @@ std::int64_t MergedRuns::Minimum() const noexcept {
 
 std::int64_t MergedRuns::Maximum() const noexcept {
   return hasUnits ? std::max(most[0], most[1]) : 0;
-}
-
-double RunsLowerTail(std::int64_t n1, std::int64_t n2, std::int64_t r) {
-  double orders = 0.0;
-  for (std::int64_t q = 2; q <= r; ++q) orders += OrdersWithRuns(n1, n2, q);
-  return orders / Choose(n1 + n2, n1);
 }

@@ -41,8 +41,3 @@ class MergedRuns {
   bool hasUnits = false;
   std::int64_t interGroupTies = 0;
 };
-
-/// P(R <= r) of the number of runs of n1 and n2 units, at least 1 each, in random order; exact to
-/// rounding as long as C(n1 + n2, n1) is below 2^53. J. D. Gibbons, S. Chakraborti, Nonparametric
-/// Statistical Inference, 3.2.
-[[nodiscard]] double RunsLowerTail(std::int64_t n1, std::int64_t n2, std::int64_t r);

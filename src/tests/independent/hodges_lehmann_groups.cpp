@@ -3,7 +3,8 @@
 #include <cmath>
 
 #include "catalogue/cards/hodges_lehmann_groups.h"
-#include "kit/statistics/mann_whitney_moments.h"
+#include "kit/statistics/interval_ranks.h"
+#include "kit/statistics/mann_whitney.h"
 #include "planning/two_group_construction.h"
 #include "report/algorithm_element.h"
 #include "report/elements.h"
@@ -35,11 +36,10 @@ void NPARHodgesLehmannTwoIndep::ComputeFigures() {
   estimate = differences.Median();
   const auto n1 = static_cast<double>(counts[0]);
   const auto n2 = static_cast<double>(counts[1]);
-  const double expected = n1 * n2 * 0.5;
-  const double reach = QDDistFun::IdfStdNorm(1.0 - (1.0 - confidenceLevel) * 0.5) *
-                       MannWhitneyStandardError(n1, n2, ranks.TieSum());
-  lower = differences.Select(ToWideInteger(std::floor(expected - reach)) + 1);
-  upper = differences.Select(ToWideInteger(std::ceil(expected + reach)));
+  const IntervalRanks limits(n1 * n2 * 0.5, std::sqrt(MannWhitneyVariance(n1, n2, ranks.TieSum())),
+                             confidenceLevel);
+  lower = differences.Select(ToWideInteger(limits.below) + 1);
+  upper = differences.Select(ToWideInteger(limits.last));
   values = {};
 }
 

@@ -11,11 +11,9 @@
 /// interval.
 ///
 /// n1 and n2 are the sums of weights of the groups. The estimate is the median of the n1 n2
-/// differences of each value of group 2 and each of group 1. With E = n1 n2 / 2, s the standard
-/// error of the Mann-Whitney statistic and z the normal quantile of 1 - (1 - confidence) / 2:
-///   lower: the (floor(E - z s) + 1)-th difference in ascending order, the first at the least
-///   upper: the ceil(E + z s)-th difference, the last at the most
-/// One pass; the differences are not listed.
+/// differences of each value of group 2 and each of group 1; the limits are those that
+/// kit/statistics/interval_ranks.h gives for the Mann-Whitney statistic, the first and the last at
+/// the most. One pass; the differences are not listed.
 ///
 /// Source: J. L. Hodges, E. L. Lehmann, Ann. Math. Stat. 34 (1963); interval as in M. Hollander,
 /// D. A. Wolfe, Nonparametric Statistical Methods.

@@ -13,16 +13,6 @@ struct JonckheereSums {
   TieSums ties;
 };
 
-struct JonckheereFigures {
-  double statistic;
-  double standardError;
-  double standardTestStatistic;
-};
-/// Standardises J with the variance under the hypothesis, corrected for ties; `groupSizes` has at
-/// least two, all above 0. z is 0 where nothing can vary.
-[[nodiscard]] JonckheereFigures StandardizeJonckheere(const JonckheereSums& sums,
-                                                      const std::vector<double>& groupSizes);
-
 /// Sums over ascending values in k groups. J counts, for each value, the smaller values in earlier
 /// groups, equal ones as a half: instead of one ranker for each pair of groups there is one tree of
 /// cumulative counts (P. M. Fenwick, Software: Practice and Experience 24 (1994)), so a value costs

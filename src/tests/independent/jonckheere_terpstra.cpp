@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "catalogue/cards/jonckheere_terpstra.h"
+#include "kit/statistics/jonckheere.h"
 #include "planning/group_construction.h"
 #include "report/algorithm_element.h"
 #include "report/box_plot_table.h"
@@ -37,6 +38,10 @@ std::vector<double> AscendingCodes(TestConstruction& construction, std::int32_t 
     });
   }
   return {codes.begin(), codes.end()};
+}
+
+NormalFigures Standardize(const JonckheereSums& sums, const std::vector<double>& sizes) {
+  return JonckheereTerpstra(sums.statistic, sums.ties.pairs, sums.ties.triples, sizes);
 }
 
 }  // namespace
@@ -124,9 +129,8 @@ void NPARJonckTer::Compute() {
     sizes.push_back(SizeAt(position));
   }
   overallCounts.CloseRun();
-  overall = StandardizeJonckheere(overallCounts.Sums(), sizes);
-  twoTailedSig = 2.0 * QDDistFun::SfStdNorm(std::fabs(overall.standardTestStatistic));
-  if (!comparison.PassGate(*this, sigLevel, twoTailedSig, orderedCodes.size())) return;
+  overall = Standardize(overallCounts.Sums(), sizes);
+  if (!comparison.PassGate(*this, sigLevel, overall.sig, orderedCodes.size())) return;
   overallRanks.CloseRun();
   if (comparison.WantsPairwise()) {
     pairs.resize(PairIndex(0, orderedCodes.size()));
@@ -145,7 +149,7 @@ std::vector<ComparedSample> NPARJonckTer::OrderedSamples() {
 }
 
 double NPARJonckTer::OneTailedSig(double z) const {
-  const bool wasBelow = overall.standardTestStatistic < 0.0;
+  const bool wasBelow = overall.z < 0.0;
   const double size = std::fabs(z);
   return (z < 0.0) == wasBelow ? QDDistFun::SfStdNorm(size) : QDDistFun::CdfStdNorm(size);
 }
@@ -157,10 +161,9 @@ void NPARJonckTer::EndPairwise() {
     const auto later = static_cast<std::size_t>(j);
     JonckheerePair& pair = pairs[PairIndex(earlier, later)];
     pair.CloseRun();
-    const JonckheereFigures figures =
-        StandardizeJonckheere(pair.Sums(), {SizeAt(earlier), SizeAt(later)});
-    return PairFigures{figures.statistic, figures.standardError, figures.standardTestStatistic,
-                       OneTailedSig(figures.standardTestStatistic)};
+    const NormalFigures figures = Standardize(pair.Sums(), {SizeAt(earlier), SizeAt(later)});
+    return PairFigures{pair.Sums().statistic, figures.standardError, figures.z,
+                       OneTailedSig(figures.z)};
   });
   pairs = {};
 }
@@ -174,9 +177,8 @@ void NPARJonckTer::EndStepwise() {
       std::vector<double> sizes;
       sizes.reserve(range.Size());
       for (std::size_t p = range.first; p <= range.last; ++p) sizes.push_back(SizeAt(p));
-      const JonckheereFigures figures =
-          StandardizeJonckheere({ranges.OrderedPairs(range), ranges.Ties(range)}, sizes);
-      return RangeFigures{figures.statistic, OneTailedSig(figures.standardTestStatistic)};
+      const JonckheereSums sums{ranges.OrderedPairs(range), ranges.Ties(range)};
+      return RangeFigures{sums.statistic, OneTailedSig(Standardize(sums, sizes).z)};
     });
   }
   ranges = RangeCounts(0);
@@ -190,17 +192,17 @@ XMLElement* NPARJonckTer::WriteResults() {
   return WriteAlgorithm(
       *this,
       {.card = card::kCard,
-       .decidingSig = twoTailedSig,
+       .decidingSig = overall.sig,
        .condition = {hasGroupRange
                          ? "CategoryListsAreSpecified_I_JonckheereTerpstra_2 "  // with a blank
                          : "DefaultAllDistinctValuesUsed_I_JonckheereTerpstra_2",
                      {IndexText(groups.testVariable), IndexText(groups.groupVariable)}}},
       [this](XMLElement& algorithm) {
         AddFigures(algorithm, "StatisticsResult",
-                   {{"TestStatistic", overall.statistic},
+                   {{"TestStatistic", overallCounts.Sums().statistic},
                     {"StandardError", overall.standardError},
-                    {"StandardTestStatistic", overall.standardTestStatistic},
-                    {"AsymptoticSig2Tailed", twoTailedSig}});
+                    {"StandardTestStatistic", overall.z},
+                    {"AsymptoticSig2Tailed", overall.sig}});
         AddBoxPlotInfo(algorithm, *tally, static_cast<std::int64_t>(tally->Groups().size()));
         WriteComparison(algorithm, comparison);
       });

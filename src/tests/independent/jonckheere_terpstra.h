@@ -8,18 +8,14 @@
 #include "kit/contract/test.h"
 #include "kit/groups/group_tally.h"
 #include "kit/ranks/rank.h"
+#include "kit/statistics/normal.h"
 #include "tests/independent/jonckheere_statistic.h"
 
 /// Jonckheere-Terpstra test for ordered alternatives: does a field rise or fall along the ordered
 /// groups?
 ///
 /// J is the sum, over each pair of groups, of the Mann-Whitney count of the later over the earlier,
-/// ties counting a half. With n_j the weights of the groups, N their sum and t those of the ties,
-///   E J = (N^2 - sum n_j^2) / 4
-///   Var J = [N(N-1)(2N+5) - sum n_j(n_j-1)(2n_j+5) - sum t(t-1)(2t+5)] / 72
-///     + sum n_j(n_j-1)(n_j-2) sum t(t-1)(t-2) / (36 N(N-1)(N-2))
-///     + sum n_j(n_j-1) sum t(t-1) / (8 N(N-1))
-/// z = (J - E J) / sqrt(Var J), p = 2 (1 - Phi(|z|)). There is no exact value.
+/// ties counting a half; figures as in kit/statistics/jonckheere.h. There is no exact value.
 ///
 /// The groups are the categories with data, in the hypothesised order. The overall test sets the
 /// direction in which pairs and ranges of groups are then judged, one-sided.
@@ -69,8 +65,7 @@ class NPARJonckTer final : public NPARTest {
   std::vector<std::size_t> positionOfCode;  // in the hypothesised order of all categories
   JonckheereCounts overallCounts{0};
   NPARRank overallRanks;  // by category code; only for the comparisons
-  JonckheereFigures overall{};
-  double twoTailedSig = 1.0;
+  NormalFigures overall;
   MultipleComparison comparison;
   std::vector<std::int32_t> orderedCodes;  // of the groups with data
   TieRuns runs;                            // of all values, for the comparisons

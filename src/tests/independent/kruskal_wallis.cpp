@@ -1,12 +1,12 @@
 #include "tests/independent/kruskal_wallis.h"
 
 #include <algorithm>
-#include <cmath>
 #include <numeric>
 #include <string>
 #include <utility>
 
 #include "catalogue/cards/kruskal_wallis.h"
+#include "kit/statistics/kruskal_wallis.h"
 #include "planning/group_construction.h"
 #include "report/algorithm_element.h"
 #include "report/box_plot_table.h"
@@ -23,26 +23,6 @@ constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = card::kTooFewPairwi
                                            .notSignificantStepwise = card::kNotSignificantStepwise};
 constexpr StepwisePolicy kJudgedOnPlainSig{false, false};
 constexpr std::int32_t kPasses = 3;
-
-struct RankedGroup {
-  double rankSum;
-  double count;
-};
-
-/// H and its significance; `tieSum` is T of the groups' ranks.
-RangeFigures ComputeH(const std::vector<RankedGroup>& groups, double tieSum) {
-  double n = 0.0;
-  double sum = 0.0;
-  for (auto group = groups.rbegin(); group != groups.rend(); ++group) {
-    n += group->count;
-    sum += group->rankSum * group->rankSum / group->count;
-  }
-  const double uncorrected = 12.0 * sum / ((n + 1.0) * n) - (3.0 * n + 3.0);
-  const double correction = 1.0 - tieSum / (n * n * n - n);
-  // Equal mean ranks give 0 but for rounding.
-  const double h = correction == 0.0 ? 0.0 : std::max(0.0, uncorrected / correction);
-  return {h, QDDistFun::SfChi(h, static_cast<double>(groups.size()) - 1.0)};
-}
 
 }  // namespace
 
@@ -88,9 +68,9 @@ void NPARKruskalWOneWay::Compute() {
   for (const std::int32_t code : tally->Groups()) {
     groups.push_back(
         {overallRanks.GroupEntry(code).rankSum, static_cast<double>(tally->CountOf(code))});
-    meanRanks.push_back(groups.back().rankSum / groups.back().count);
+    meanRanks.push_back(groups.back().rankSum / groups.back().size);
   }
-  overall = ComputeH(groups, overallRanks.TieSum());
+  overall = KruskalWallis(groups, overallRanks.TieSum());
   Help(card::kAsymptotic);
   if (comparison.PassGate(*this, sigLevel, overall.sig, groups.size()) &&
       comparison.WantsPairwise()) {
@@ -100,7 +80,6 @@ void NPARKruskalWOneWay::Compute() {
 
 void NPARKruskalWOneWay::RunPairwise() {
   const double n = static_cast<double>(tally->TotalWeight());
-  const double variance = (n + 1.0) * n / 12.0 - overallRanks.TieSum() / (12.0 * (n - 1.0));
   std::vector<ComparedSample> list;
   for (std::size_t place = 0; place < meanRanks.size(); ++place) {
     list.push_back({tally->Groups()[place], meanRanks[place]});
@@ -110,8 +89,9 @@ void NPARKruskalWOneWay::RunPairwise() {
   comparison.RunPairwise(std::move(list), adjustedFor, [&](std::int32_t i, std::int32_t j) {
     const auto a = static_cast<std::size_t>(i);
     const auto b = static_cast<std::size_t>(j);
-    const double scale = 1.0 / tally->CountAt(b) + 1.0 / tally->CountAt(a);
-    return NormalPair(meanRanks[a] - meanRanks[b], std::sqrt(scale * variance));
+    return NormalPair(
+        meanRanks[a] - meanRanks[b],
+        DunnStandardError(tally->CountAt(a), tally->CountAt(b), n, overallRanks.TieSum()));
   });
 }
 
@@ -151,7 +131,8 @@ RangeFigures NPARKruskalWOneWay::ComputeRange(const SampleRange& range) {
   for (std::size_t i = 0; i < rankSums.size(); ++i) {
     groups.push_back({rankSums[i], tally->CountAt(orderedPlaces[range.first + i])});
   }
-  return ComputeH(groups, ranges.Ties(range).Cubic());
+  const auto [h, sig] = KruskalWallis(groups, ranges.Ties(range).Cubic());
+  return {h, sig};
 }
 
 void NPARKruskalWOneWay::GetRequiredVariables(std::vector<std::int64_t>& positions) {
@@ -167,7 +148,7 @@ XMLElement* NPARKruskalWOneWay::WriteResults() {
                      {IndexText(groups.testVariable), IndexText(groups.groupVariable)}}},
       [this](XMLElement& algorithm) {
         AddFigures(algorithm, "StatisticsResult",
-                   {{"TestStatistic", overall.testStatistic},
+                   {{"TestStatistic", overall.statistic},
                     {"DegreeOfFreedom", tally->Groups().size() - 1},
                     {"AsymptoticSig2Tailed", overall.sig}});
         AddBoxPlotInfo(algorithm, *tally, groups.groupCount, meanRanks);

@@ -8,16 +8,13 @@
 #include "kit/contract/test.h"
 #include "kit/groups/group_tally.h"
 #include "kit/ranks/rank.h"
+#include "kit/statistics/chi_square.h"
 
 /// Kruskal-Wallis one-way analysis of variance by ranks: do k independent samples come from the
 /// same population?
 ///
-/// n_j is the weight of group j, N their sum, R_j its sum of mid-ranks, T the sum of t^3 - t over
-/// the ties:
-///   H = (12 / (N (N + 1)) sum R_j^2 / n_j - 3 (N + 1)) / (1 - T / (N^3 - N)), 0 where all tie
-///   p = P(chi-square with k - 1 degrees of freedom > H)
-/// Pairwise (O. J. Dunn, Technometrics 6 (1964)): d = R_a/n_a - R_b/n_b on the overall ranks,
-///   s^2 = (1/n_a + 1/n_b) (N (N + 1) / 12 - T / (12 (N - 1))), p = 2 (1 - Phi(|d / s|)),
+/// n_j is the weight of group j, R_j its sum of mid-ranks; figures as in
+/// kit/statistics/kruskal_wallis.h. Pairwise d = R_a / n_a - R_b / n_b on the overall ranks,
 /// adjusted for all categories of the group variable. Stepwise: the groups in the order of their
 /// mean ranks, then medians, each range ranked anew and judged on its plain significance.
 ///
@@ -52,7 +49,7 @@ class NPARKruskalWOneWay final : public NPARTest {
   GroupTally* tally = nullptr;
   NPARRank overallRanks;          // by category code
   std::vector<double> meanRanks;  // by place among the groups with data
-  RangeFigures overall;
+  ChiSquareFigures overall;
   MultipleComparison comparison;
   std::vector<std::size_t> orderedPlaces;    // the groups in stepwise order
   std::vector<std::size_t> positionOfPlace;  // and back

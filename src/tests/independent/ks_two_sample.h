@@ -16,7 +16,7 @@
 /// weights. At each distinct value d is the difference of the two, the larger group's first (group
 /// 1's for equal sizes); D is the largest |d|:
 ///   z = sqrt(n1 n2 / (n1 + n2)) D;  p by Smirnov's limiting distribution
-///                                   (kit/kolmogorov_smirnov.h)
+///                                   (kit/statistics/kolmogorov_smirnov.h)
 /// No exact value. Two passes over the records ascending by the field: sizes and ranges, then
 /// differences and histograms.
 ///

@@ -1,11 +1,9 @@
 #include "tests/independent/mann_whitney.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "catalogue/cards/mann_whitney.h"
-#include "kit/statistics/mann_whitney_exact.h"
-#include "kit/statistics/mann_whitney_moments.h"
+#include "kit/statistics/mann_whitney.h"
 #include "planning/two_group_construction.h"
 #include "report/algorithm_element.h"
 #include "report/elements.h"
@@ -26,21 +24,17 @@ void NPARMannWU::ComputeFigures() {
   wilcoxonW = ranks.GroupEntry(TwoGroups::Second).rankSum;
   meanRanks = {rankSum1 / n1, wilcoxonW / n2};
   const double pairs = n1 * n2;
-  mannWhitneyU = (n1 + 1.0) * n1 * 0.5 + pairs - rankSum1;
+  mannWhitneyU = MannWhitneyU(n1, n2, rankSum1);
   if (pairs <= kMostExactPairs && pairs * 0.5 + std::min(n1, n2) <= kMostExactHalfPairsAndUnits) {
     exactSig = ExactMannWhitneyP(counts[0], counts[1], mannWhitneyU);
   }
-  standardError = MannWhitneyStandardError(n1, n2, ranks.TieSum());
-  if (standardError != 0.0) {
-    standardTestStatistic = (mannWhitneyU - pairs * 0.5) / standardError;
-  }
-  asymptoticSig = QDDistFun::SfStdNorm(std::abs(standardTestStatistic)) * 2.0;
+  approximation = MannWhitneyApproximation(mannWhitneyU, n1, n2, ranks.TieSum());
 }
 
 XMLElement* NPARMannWU::WriteResults() {
   return WriteAlgorithm(*this,
                         {.card = card::kCard,
-                         .decidingSig = exactSig.value_or(asymptoticSig),
+                         .decidingSig = exactSig.value_or(approximation.sig),
                          .condition = TwoGroupCondition("MannWhitneyU", groups, false)},
                         [this](XMLElement& algorithm) {
                           AddTwoGroupTables(algorithm, groups, *tally, {counts[0], meanRanks[0]},
@@ -50,9 +44,9 @@ XMLElement* NPARMannWU::WriteResults() {
                                       {"MannWhitneyU", mannWhitneyU},
                                       {"WilcoxonW", wilcoxonW},
                                       {"TestStatistic", mannWhitneyU},
-                                      {"StandardError", standardError},
-                                      {"StandardTestStatistic", standardTestStatistic},
-                                      {"AsymptoticSig2Tailed", asymptoticSig},
+                                      {"StandardError", approximation.standardError},
+                                      {"StandardTestStatistic", approximation.z},
+                                      {"AsymptoticSig2Tailed", approximation.sig},
                                       {"ExactSig2Tailed", exactSig}});
                         });
 }

@@ -4,19 +4,15 @@
 #include <optional>
 
 #include "kit/ranks/rank.h"
+#include "kit/statistics/normal.h"
 #include "tests/independent/two_group_test.h"
 
 /// Mann-Whitney U test: does a continuous field tend to larger values in one of two groups?
 ///
-/// n1 and n2 are the sums of weights of the groups, N = n1 + n2, R1 the sum of the mid-ranks of
-/// group 1 among all N units, T the sum of t^3 - t over the tied values:
-///   U = n1 (n1 + 1) / 2 + n1 n2 - R1
-///   s = sqrt((N^3 - N - T) / 12 * n1 n2 / (N (N - 1)))
-///   z = (U - n1 n2 / 2) / s, 0 for s = 0;  asymptotic  p = 2 (1 - Phi(|z|))
-///   exact  p = min(1, 2 min(P(U' <= U), P(U' >= U)))   n1 n2 <= 400 and n1 n2 / 2 + min(n1, n2)
-///                                                      <= 220
-/// U is that of group 1 as it stands, W the rank sum of group 2. The exact value is that of untied
-/// values, with ties as well; where there is one, it decides. No continuity correction.
+/// n1 and n2 are the sums of weights of the groups; figures as in kit/statistics/mann_whitney.h,
+/// the exact one for n1 n2 <= 400 and n1 n2 / 2 + min(n1, n2) <= 220. U is that of group 1 as it
+/// stands, W the rank sum of group 2. The exact value is that of untied values, with ties as well;
+/// where there is one, it decides. No continuity correction.
 ///
 /// Source: H. B. Mann, D. R. Whitney, Ann. Math. Stat. 18 (1947); ties as in E. L. Lehmann,
 /// Nonparametrics (1975).
@@ -39,8 +35,6 @@ class NPARMannWU final : public NPARTwoGroupTest {
   std::array<double, 2> meanRanks{0.0, 0.0};
   double mannWhitneyU = 0.0;
   double wilcoxonW = 0.0;
-  double standardError = 0.0;
-  double standardTestStatistic = 0.0;
-  double asymptoticSig = 0.0;
+  NormalFigures approximation;
   std::optional<double> exactSig;
 };

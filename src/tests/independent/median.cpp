@@ -1,14 +1,13 @@
 #include "tests/independent/median.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 #include <numeric>
 #include <string>
 #include <utility>
 
 #include "catalogue/cards/median.h"
 #include "catalogue/run.h"
+#include "kit/statistics/two_row_table.h"
 #include "planning/group_construction.h"
 #include "report/algorithm_element.h"
 #include "report/box_plot_table.h"
@@ -25,68 +24,6 @@ constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = card::kTooFewPairwi
                                            .notSignificantStepwise = card::kNotSignificantStepwise};
 
 constexpr std::int32_t kPasses = 3;
-constexpr double kLowExpectedCount = 5.0;
-/// Largest N with Fisher's exact p.
-constexpr double kExactLimit = 30.0;
-/// Tables as likely as the observed one but for rounding count as such.
-constexpr double kProbabilityTolerance = 1e-7;
-
-/// The table of 2 k cells.
-struct Cells {
-  std::vector<double> lower;  // L_j
-  std::vector<double> sizes;  // n_j
-  double lowerSum = 0.0;
-  double total = 0.0;
-
-  void Add(std::int64_t lowerCount, std::int64_t size) {
-    lower.push_back(static_cast<double>(lowerCount));
-    sizes.push_back(static_cast<double>(size));
-    lowerSum += lower.back();
-    total += sizes.back();
-  }
-  [[nodiscard]] bool IsOneSided() const noexcept { return lowerSum == 0.0 || lowerSum == total; }
-  /// Expected counts of a group below and above.
-  [[nodiscard]] std::pair<double, double> Expected(std::size_t j) const {
-    return {lowerSum * sizes[j] / total, (total - lowerSum) * sizes[j] / total};
-  }
-};
-
-RangeFigures ChiSquareOf(const Cells& cells) {
-  if (cells.IsOneSided()) return {0.0, 1.0};
-  double x = 0.0;
-  for (std::size_t j = 0; j < cells.sizes.size(); ++j) {
-    const auto [below, above] = cells.Expected(j);
-    const double lowerDeviation = cells.lower[j] - below;
-    const double greaterDeviation = cells.sizes[j] - cells.lower[j] - above;
-    x += lowerDeviation * lowerDeviation / below + greaterDeviation * greaterDeviation / above;
-  }
-  return {x, QDDistFun::SfChi(x, static_cast<double>(cells.sizes.size()) - 1.0)};
-}
-
-/// C(n, k), exact for n up to 30.
-double Binomial(std::int32_t n, std::int32_t k) {
-  double product = 1.0;
-  for (std::int32_t i = 1; i <= k; ++i) product = product * (n - k + i) / i;
-  return product;
-}
-
-/// R. A. Fisher's two-sided p of a 2 x 2 table: the probability of all tables with its margins that
-/// are not likelier than it.
-double FisherSig(const Cells& cells) {
-  const std::int32_t first = TruncateToInt32(cells.sizes[0]);
-  const std::int32_t second = TruncateToInt32(cells.sizes[1]);
-  const std::int32_t below = TruncateToInt32(cells.lowerSum);
-  const auto waysOf = [&](std::int32_t lower) {
-    return Binomial(first, lower) * Binomial(second, below - lower);
-  };
-  const double observed = waysOf(TruncateToInt32(cells.lower[0]));
-  double extreme = 0.0;
-  for (std::int32_t lower = std::max(0, below - second); lower <= std::min(below, first); ++lower) {
-    const double ways = waysOf(lower);
-    if (ways <= observed * (1.0 + kProbabilityTolerance)) extreme += ways;
-  }
-  return std::min(1.0, extreme / Binomial(first + second, below));
-}
 
 }  // namespace
 
@@ -169,37 +106,22 @@ void NPARKSMedian::Finish() {
 }
 
 void NPARKSMedian::EndOverall() {
-  Cells cells;
+  TwoRowTable table;
   for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
-    cells.Add(lowerCounts[place], tally->CountOf(tally->Groups()[place]));
+    table.Add(lowerCounts[place], tally->CountOf(tally->Groups()[place]));
   }
-  if (cells.IsOneSided()) {
+  if (table.IsOneSided()) {
     Fail(card::kOneSided);
     return;
   }
-  overall = ChiSquareOf(cells);
-  const double n = cells.total;
+  overall = table.ChiSquare();
   if (lowerCounts.size() == 2) {
-    const double greaterSum = n - cells.lowerSum;
-    const double determinant = cells.lower[0] * (cells.sizes[1] - cells.lower[1]) -
-                               cells.lower[1] * (cells.sizes[0] - cells.lower[0]);
-    const double corrected = std::max(0.0, std::fabs(determinant) - n / 2.0);
-    yates.testStatistic =
-        n * corrected * corrected / (cells.lowerSum * greaterSum * cells.sizes[0] * cells.sizes[1]);
-    yates.sig = QDDistFun::SfChi(yates.testStatistic, 1.0);
-    if (n <= kExactLimit) exactSig = FisherSig(cells);
+    yates = table.YatesChiSquare();
+    if (table.Total() <= TwoRowTable::kExactLimit) exactSig = table.FisherSig();
   }
-
-  std::int64_t lowCells = 0;
-  double smallest = std::numeric_limits<double>::max();
-  for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
-    const auto [below, above] = cells.Expected(place);
-    lowCells += (below < kLowExpectedCount) + (above < kLowExpectedCount);
-    smallest = std::min({smallest, below, above});
-  }
-  const double share =
-      static_cast<double>(lowCells) / static_cast<double>(2 * lowerCounts.size()) * 100.0;
-  Help(card::kExpectedCounts, {IntegerText(lowCells), NumberText(share), NumberText(smallest)});
+  const ExpectedCounts expected = table.Expected();
+  Help(card::kExpectedCounts, {IntegerText(expected.lowCells), NumberText(expected.LowPercentage()),
+                               NumberText(expected.smallest)});
   if (comparison.PassGate(*this, sigLevel, DecidingSig(), lowerCounts.size())) {
     sortedGroups.resize(lowerCounts.size());
   }
@@ -207,9 +129,10 @@ void NPARKSMedian::EndOverall() {
 
 RangeFigures NPARKSMedian::ComputeFor(std::span<const SortedSample* const> groups) const {
   const double cut = givenMedian ? *givenMedian : MedianOf(groups);
-  Cells cells;
-  for (const SortedSample* group : groups) cells.Add(group->CountUpTo(cut), group->Total());
-  return ChiSquareOf(cells);
+  TwoRowTable table;
+  for (const SortedSample* group : groups) table.Add(group->CountUpTo(cut), group->Total());
+  const auto [x, sig] = table.ChiSquare();
+  return {x, sig};
 }
 
 void NPARKSMedian::Compare() {
@@ -269,11 +192,11 @@ XMLElement* NPARKSMedian::WriteResults() {
         XMLElement* statistics = AddFigures(algorithm, "StatisticsResult",
                                             {{"TotalN", tally->TotalWeight()},
                                              {"Median", *median},
-                                             {"TestStatistic", overall.testStatistic},
+                                             {"TestStatistic", overall.statistic},
                                              {"DegreeOfFreedom", lowerCounts.size() - 1},
                                              {"AsymptoticSig2Tailed", overall.sig}});
         if (lowerCounts.size() == 2) {
-          AddAttributeRow(*statistics, "YatesTestStatistic", yates.testStatistic);
+          AddAttributeRow(*statistics, "YatesTestStatistic", yates.statistic);
           AddAttributeRow(*statistics, "YatesAsymptoticSig2Tailed", yates.sig);
           if (exactSig) AddAttributeRow(*statistics, "ExactSig2Tailed", *exactSig);
         }

@@ -10,16 +10,13 @@
 #include "kit/contract/test.h"
 #include "kit/groups/group_tally.h"
 #include "kit/order/sorted_sample.h"
+#include "kit/statistics/chi_square.h"
 
 /// Median test: do k independent samples come from populations of one median?
 ///
-/// The median is that of all records together, or a given one. L_j and G_j are the weights of group
-/// j at or below and above it, n_j = L_j + G_j, N the sum of n_j, E the expected counts from the
-/// margins of this table of 2 k cells:
-///   X = sum (O - E)^2 / E, p = P(chi-square with k - 1 degrees of freedom > X)
-/// Two groups also have Yates' corrected chi-square,
-///   N max(0, |L_1 G_2 - L_2 G_1| - N/2)^2 / (L G n_1 n_2), L and G being the sums of L_j and G_j,
-/// and for N <= 30 Fisher's exact two-sided p, which then decides.
+/// The median is that of all records together, or a given one. L_j is the weight of group j at or
+/// below it; figures as in kit/statistics/two_row_table.h. Two groups also have Yates' corrected
+/// chi-square, and for N <= 30 Fisher's exact two-sided p, which then decides.
 ///
 /// Pairs and, stepwise, ranges of the groups in the order of their own medians are judged by the
 /// same test with their own combined median (or the given one); with all values on one side, X = 0
@@ -66,8 +63,8 @@ class NPARKSMedian final : public NPARTest {
   std::int64_t cumulative = 0;
   double lowerMiddle = 0.0;
   std::vector<std::int64_t> lowerCounts;  // L_j, by place
-  RangeFigures overall;
-  RangeFigures yates;  // two groups only
+  ChiSquareFigures overall;
+  ChiSquareFigures yates;  // two groups only
   std::optional<double> exactSig;
   MultipleComparison comparison;
   std::vector<SortedSample> sortedGroups;  // by place

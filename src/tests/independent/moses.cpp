@@ -4,27 +4,13 @@
 #include <cmath>
 
 #include "catalogue/cards/moses.h"
+#include "kit/statistics/moses.h"
 #include "planning/two_group_construction.h"
 #include "report/algorithm_element.h"
 #include "report/elements.h"
 #include "report/two_group_tables.h"
 
 namespace card = catalogue::moses;
-
-// The tail of the span. The i-th term of p(h) is the probability that i experimental units stand
-// before the r-th of the control units, r = nc - 2h - 1, in a random order of all. Those are at
-// most g where the first g + r units hold at most g experimental ones, which is a hypergeometric
-// probability: no sum over the units, of which weights make billions.
-
-double MosesSpanTail(std::int64_t control, std::int64_t experimental, std::int64_t trimmed,
-                     std::int64_t span) {
-  const std::int64_t kept = control - 2 * trimmed;
-  const auto between = static_cast<double>(std::clamp<std::int64_t>(span - kept, 0, experimental));
-  std::int32_t error = 0;
-  return QDDistFun::CDFHyper(between, between + static_cast<double>(kept - 1),
-                             static_cast<double>(experimental),
-                             static_cast<double>(control + experimental), error);
-}
 
 void ControlRanks::Add(const GroupTally::Units& records) noexcept {
   for (std::size_t i = PassOver(records); i < records.count; ++i) {

@@ -44,10 +44,8 @@ class ControlRanks {
 /// All units of both groups get mid-ranks; nc and ne are the sums of weights of control and
 /// experimental group. With h units trimmed from either end of the control group, its span is
 ///   S(h) = rank of the (nc - h)-th control unit - rank of the (h + 1)-th + 1, halves rounded up
-/// With g = S(h) - (nc - 2h), at least 0:
-///   p(h) = sum over i = 0..g of C(i + nc - 2h - 2, i) C(ne + 2h + 1 - i, ne - i) / C(nc + ne, nc)
-/// h = 0 gives the observed span, the given number of outliers or max(1, floor(nc / 20)) the
-/// trimmed one, which decides.
+/// with the lower tail of kit/statistics/moses.h. h = 0 gives the observed span, the given number
+/// of outliers or max(1, floor(nc / 20)) the trimmed one, which decides.
 ///
 /// Source: L. E. Moses, A two-sample test, Psychometrika 17 (1952).
 class NPARMoses final : public NPARTwoGroupTest {
@@ -79,9 +77,3 @@ class NPARMoses final : public NPARTwoGroupTest {
   Span observed;
   Span trimmed;
 };
-
-/// P(the control group spans at most `span` ranks) for groups without ties, `trimmed` units being
-/// taken from either end of the control group; 1 for a span as large as can be. `control` exceeds
-/// 2 `trimmed`.
-[[nodiscard]] double MosesSpanTail(std::int64_t control, std::int64_t experimental,
-                                   std::int64_t trimmed, std::int64_t span);

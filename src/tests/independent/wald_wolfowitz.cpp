@@ -30,7 +30,7 @@ void NPARWaldWolfRuns::ComputeFigures() {
 NPARWaldWolfRuns::Figures NPARWaldWolfRuns::FiguresOf(std::int64_t runCount) const {
   Figures figures;
   figures.runs = runCount;
-  figures.standardTestStatistic = approximation.Standardize(static_cast<double>(runCount));
+  figures.standardTestStatistic = approximation.FiguresOf(runCount).z;
   figures.asymptoticSig = QDDistFun::CdfStdNorm(figures.standardTestStatistic);
   if (TotalCount() <= kExactLimit) figures.exactSig = RunsLowerTail(counts[0], counts[1], runCount);
   return figures;

@@ -4,20 +4,17 @@
 #include <optional>
 
 #include "kit/ranks/merged_runs.h"
-#include "kit/statistics/runs_approximation.h"
+#include "kit/statistics/runs.h"
 #include "tests/independent/two_group_test.h"
 
 /// Wald-Wolfowitz runs test: do two groups come from one population? Few runs in the merged
 /// ascending values speak against it.
 ///
-/// n1 and n2 are the sums of weights of the groups, N = n1 + n2, t = 2 n1 n2, r a number of runs:
-///   mean = t / N + 1,  sd = sqrt((t - N) t / (N^2 (N - 1))),  d = r - mean
-///   z = (d -+ 1/2) / sd, 0 for |d| <= 1/2     N < 50
-///   z = d / sd                                N >= 50
-///   asymptotic  p = Phi(z);  exact  p = P(R <= r)     N <= 30
-/// Ties between the groups leave the number of runs open: the figures are given for the smallest
-/// and for the largest possible one, and the largest decides, with its exact p where there is one.
-/// So the test rejects only if no order of the ties could save the hypothesis.
+/// n1 and n2 are the sums of weights of the groups; figures as in kit/statistics/runs.h, one-sided,
+/// the exact one for N <= 30. Ties between the groups leave the number of runs open: the figures
+/// are given for the smallest and for the largest possible one, and the largest decides, with its
+/// exact p where there is one. So the test rejects only if no order of the ties could save the
+/// hypothesis.
 ///
 /// Source: A. Wald, J. Wolfowitz, Ann. Math. Stat. 11 (1940); exact distribution as in J. D.
 /// Gibbons, S. Chakraborti, Nonparametric Statistical Inference.

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "catalogue/cards/binomial.h"
-#include "kit/statistics/binomial_tails.h"
+#include "kit/statistics/binomial.h"
 #include "report/elements.h"
 #include "report/messages.h"
 #include "tests/one_sample/two_class_condition.h"
@@ -69,14 +69,8 @@ QDStatus NPARBinomial::EndPass() {
   const auto first = static_cast<double>(classes.FirstCount());
   twoTailed = std::abs(testProbability - 0.5) < QDPower::gMachineEpsilon;
 
-  const double expected = total * testProbability;
-  standardError = std::sqrt(expected * (1.0 - testProbability));
-  const double deviation = first - expected;
-  const double corrected = deviation < -0.5  ? deviation + 0.5
-                           : deviation > 0.5 ? deviation - 0.5
-                                             : 0.0;
-  standardTestStatistic = corrected / standardError;
-  asymptoticSig = Sided(QDDistFun::SfStdNorm(std::abs(standardTestStatistic)));
+  approximation = BinomialApproximation(classes.FirstCount(), n, testProbability);
+  asymptoticSig = Sided(QDDistFun::SfStdNorm(std::abs(approximation.z)));
 
   if (n <= kExactLimit) {
     const auto tails = TailsOfCount(classes.FirstCount(), n, testProbability);
@@ -118,8 +112,8 @@ XMLElement* NPARBinomial::WriteResults() {
   XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
   AddAttributeRow(*statistics, "TotalN", classes.Total());
   AddAttributeRow(*statistics, "TestStatistic", classes.FirstCount());
-  AddAttributeRow(*statistics, "StandardError", standardError);
-  AddAttributeRow(*statistics, "StandardTestStatistic", standardTestStatistic);
+  AddAttributeRow(*statistics, "StandardError", approximation.standardError);
+  AddAttributeRow(*statistics, "StandardTestStatistic", approximation.z);
   AddAttributeRow(*statistics, twoTailed ? "AsymptoticSig2Tailed" : "AsymptoticSig1Tailed",
                   asymptoticSig);
   if (exactSig) {

@@ -5,13 +5,13 @@
 
 #include "kit/contract/column_test.h"
 #include "kit/groups/two_classes.h"
+#include "kit/statistics/normal.h"
 
 /// Binomial test: does the share of the first of two classes agree with a probability p?
 ///
-/// X is the sum of weights in the first class, n that in both, m = n p, s = sqrt(m (1 - p)):
-///   asymptotic  z = (X - m -+ 1/2) / s, 0 for |X - m| <= 1/2;  sig = 1 - Phi(|z|)
-///   exact       sig = min(P(B <= X), P(B >= X)), B Binomial(n, p)                 n <= 25
-/// One-sided, but for p = 1/2, where both are doubled and cut to 1. The asymptotic value decides.
+/// The count is the sum of weights in the first class, n that in both; figures as in
+/// kit/statistics/binomial.h, the exact one, the smaller tail, for n <= 25. One-sided, but for p =
+/// 1/2, where both are doubled and cut to 1. The asymptotic value decides.
 /// One pass; the classes are told in kit/two_classes.h.
 ///
 /// Source: S. Siegel, N. J. Castellan, Nonparametric Statistics for the Behavioral Sciences, 2nd
@@ -44,8 +44,7 @@ class NPARBinomial final : public NPARRecordTest {
   double sigLevel = 0.05;
   double testProbability = 0.5;
   bool twoTailed = false;
-  double standardError = 0.0;
-  double standardTestStatistic = 0.0;
+  NormalFigures approximation;
   double asymptoticSig = 0.0;
   std::optional<double> exactSig;
 };

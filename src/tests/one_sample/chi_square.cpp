@@ -1,7 +1,5 @@
 #include "tests/one_sample/chi_square.h"
 
-#include <algorithm>
-#include <limits>
 #include <map>
 
 #include "catalogue/cards/chi_square.h"
@@ -20,8 +18,6 @@ constexpr std::int32_t kTooFewCategories = 220209;  // fewer than two, in the fi
 constexpr std::int32_t kExpectedCounts = 220211;    // help: how small the expected counts are
 constexpr std::int32_t kBadExpectedValues =
     220212;  // incomplete, not above 0, or of another number
-
-constexpr double kLowExpectedCount = 5.0;
 
 /// The given categories and their expected values, as the entry lists them.
 struct GivenProportions {
@@ -148,31 +144,24 @@ void NPARChiSquare::BuildCategories(const std::vector<double>& codes) {
 
 QDStatus NPARChiSquare::EndPass() {
   if (status.IsError()) return status;
-  double total = 0.0;
+  std::vector<std::int64_t> observed;
+  std::vector<double> proportions;
   for (const Category& category : categories) {
-    total += category.proportion;
+    observed.push_back(category.observed);
+    proportions.push_back(category.proportion);
     totalN += category.observed;
   }
   if (totalN == 0) {
     ReportStatus(QDStatus(kNoData), MessageKind::Error);
     return status;
   }
-  double smallest = std::numeric_limits<double>::max();
-  std::int64_t lowCells = 0;
-  for (const Category& category : categories) {
-    const double expected = category.proportion / total * static_cast<double>(totalN);
-    const double deviation = static_cast<double>(category.observed) - expected;
-    chiSquare += deviation * deviation / expected;
-    smallest = std::min(smallest, expected);
-    if (expected < kLowExpectedCount) ++lowCells;
-  }
-  const auto count = static_cast<double>(categories.size());
+  const auto [chiSquare, expected] = ChiSquareGoodnessOfFit(observed, proportions);
+  figures = chiSquare;
   AddMessage({QDStatus(kExpectedCounts),
               MessageKind::Help,
-              {IntegerText(lowCells), NumberText(static_cast<double>(lowCells) / count * 100.0),
-               NumberText(smallest)},
+              {IntegerText(expected.lowCells), NumberText(expected.LowPercentage()),
+               NumberText(expected.smallest)},
               {}});
-  sig = QDDistFun::SfChi(chiSquare, count - 1.0);
   passesLeft = 0;
   return status;
 }
@@ -183,7 +172,7 @@ void NPARChiSquare::GetRequiredVariables(std::vector<std::int64_t>& positions) {
 
 XMLElement* NPARChiSquare::WriteResults() {
   auto algorithm = CreateAlgorithm("OChiSquare", "hypothesis_test", "One_Sample",
-                                   DecisionWord(status, sigLevel, sig));
+                                   DecisionWord(status, sigLevel, figures.sig));
   AddCondition(*algorithm,
                userProbabilities ? "UserSpecifiesProbabilities_O_ChiSquare_1"
                                  : "DefaultEqualProbabilities_O_ChiSquare_1",
@@ -207,9 +196,9 @@ XMLElement* NPARChiSquare::WriteResults() {
 
   XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
   AddAttributeRow(*statistics, "TotalN", totalN);
-  AddAttributeRow(*statistics, "TestStatistic", chiSquare);
+  AddAttributeRow(*statistics, "TestStatistic", figures.statistic);
   AddAttributeRow(*statistics, "DegreeOfFreedom", static_cast<std::int64_t>(categories.size()) - 1);
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", sig);
+  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", figures.sig);
   return algorithm.release();
 }
 

@@ -5,14 +5,15 @@
 #include <vector>
 
 #include "kit/contract/column_test.h"
+#include "kit/contract/test.h"
+#include "kit/statistics/chi_square.h"
 
 /// One-sample chi-square test: do the category frequencies of one field fit given proportions?
 ///
 /// O_i are the sums of weights in the c categories (all of the field, or a given list), p_i the
-/// proportions (equal, or given), E_i = N p_i / sum p, N = sum O:
-///   X = sum (O_i - E_i)^2 / E_i,  sig = P(chi-square with c - 1 degrees of freedom > X)
-/// The frequencies come from the shared summaries; the one pass counts nothing. A listed value that
-/// is no category of the field stands with O = 0.
+/// proportions (equal, or given); figures as in kit/statistics/chi_square.h. The frequencies come
+/// from the shared summaries; the one pass counts nothing. A listed value that is no category of
+/// the field stands with O = 0.
 ///
 /// Source: K. Pearson, Philosophical Magazine 50 (1900).
 class NPARChiSquare final : public NPARRecordTest {
@@ -47,6 +48,5 @@ class NPARChiSquare final : public NPARRecordTest {
   std::vector<std::string> givenTexts;
   std::vector<Category> categories;
   std::int64_t totalN = 0;
-  double chiSquare = 0.0;
-  double sig = 0.0;
+  ChiSquareFigures figures;
 };

@@ -10,8 +10,8 @@
 #include "kit/contract/column_test.h"
 #include "kit/records/record_batch.h"
 #include "kit/records/record_weight.h"
+#include "kit/statistics/reference_distribution.h"
 #include "kit/summaries/univariate.h"
-#include "tests/one_sample/reference_distribution.h"
 
 /// One-sample Kolmogorov-Smirnov test: does a continuous field follow a normal, uniform, Poisson or
 /// exponential distribution F, with parameters given or estimated from the sample?
@@ -20,8 +20,8 @@
 /// distinct value x the differences just before and at the step are taken,
 ///   a = F_n(x-) - F(x),  b = F_n(x) - F(x);   Poisson: a = F_n(x - 1) - F(x - 1)
 /// D is the largest |a| or |b|, z = sqrt(N) D; sig by Smirnov's limiting distribution
-/// (kit/kolmogorov_smirnov.h). Estimated parameters are used as if they were given. A Poisson mean
-/// of 100000 or more is tested against the normal with the same mean and variance.
+/// (kit/statistics/kolmogorov_smirnov.h). Estimated parameters are used as if they were given. A
+/// Poisson mean of 100000 or more is tested against the normal with the same mean and variance.
 ///
 /// Two passes over the records ascending by the field: validation and estimation, then the
 /// differences. Values outside a given uniform range, or below 0 for the exponential, are left out

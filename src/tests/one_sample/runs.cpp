@@ -1,11 +1,10 @@
 #include "tests/one_sample/runs.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "catalogue/cards/runs.h"
 #include "kit/groups/category_selection.h"
-#include "kit/statistics/runs_approximation.h"
+#include "kit/statistics/runs.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"
@@ -154,9 +153,7 @@ QDStatus NPARRuns::EndPass() {
   const RunsApproximation approximation(static_cast<double>(countAtOrAbove),
                                         static_cast<double>(countBelow));
   mean = approximation.mean;
-  standardError = approximation.standardError;
-  standardTestStatistic = approximation.Standardize(static_cast<double>(runCount));
-  sig = std::min(2.0 * QDDistFun::CdfStdNorm(-std::abs(standardTestStatistic)), 1.0);
+  figures = approximation.FiguresOf(runCount);
   return status;
 }
 
@@ -166,7 +163,7 @@ void NPARRuns::GetRequiredVariables(std::vector<std::int64_t>& positions) {
 
 XMLElement* NPARRuns::WriteResults() {
   auto algorithm = CreateAlgorithm("ORuns", "hypothesis_test", "One_Sample",
-                                   DecisionWord(status, sigLevel, sig));
+                                   DecisionWord(status, sigLevel, figures.sig));
   const std::string index = IntegerText(variableIndex);
   if (cutPoint != QDMV::gMissingValue) {
     AddCondition(*algorithm, "ACutPointIsSpecified_O_Runs_2", {index, NumberText(cutPoint)});
@@ -184,14 +181,14 @@ XMLElement* NPARRuns::WriteResults() {
 
   XMLElement* parameters = AddStructuredTable(*algorithm, "RunsParameters");
   AddAttributeRow(*parameters, "Mean", mean);
-  AddAttributeRow(*parameters, "StdDev", standardError);
+  AddAttributeRow(*parameters, "StdDev", figures.standardError);
   AddAttributeRow(*parameters, "ObservedRunNumber", runCount);
   XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
   AddAttributeRow(*statistics, "TotalN", countAtOrAbove + countBelow);
   AddAttributeRow(*statistics, "TestStatistic", runCount);
-  AddAttributeRow(*statistics, "StandardError", standardError);
-  AddAttributeRow(*statistics, "StandardTestStatistic", standardTestStatistic);
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", sig);
+  AddAttributeRow(*statistics, "StandardError", figures.standardError);
+  AddAttributeRow(*statistics, "StandardTestStatistic", figures.z);
+  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", figures.sig);
   return algorithm.release();
 }
 

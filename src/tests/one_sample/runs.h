@@ -6,18 +6,15 @@
 
 #include "kit/contract/column_test.h"
 #include "kit/records/record_weight.h"
+#include "kit/statistics/normal.h"
 
 /// One-sample runs test: is the sequence of a field's values, split into two groups, random?
 ///
-/// R is the number of runs in record order, a and b the sums of weights in the groups, n = a + b,
-/// t = 2 a b:
-///   mean = t / n + 1,  sd = sqrt((t - n) t / (n^2 (n - 1))),  d = R - mean
-///   z = (d -+ 1/2) / sd, 0 for |d| <= 1/2     n < 50
-///   z = d / sd                                n >= 50
-///   sig = 2 Phi(-|z|), cut to 1
-/// A continuous field is split at its median, mean or a given value (below, or at and above); a
-/// categorical one by a list of categories or by its two categories in the order of the data. A
-/// record of weight w counts w in its group and as one step of one run. One pass.
+/// The runs are those in record order, n1 and n2 the sums of weights in the groups; the two-sided
+/// normal approximation as in kit/statistics/runs.h. A continuous field is split at its median,
+/// mean or a given value (below, or at and above); a categorical one by a list of categories or by
+/// its two categories in the order of the data. A record of weight w counts w in its group and as
+/// one step of one run. One pass.
 ///
 /// Source: A. Wald, J. Wolfowitz, Ann. Math. Stat. 11 (1940); correction as in J. V. Bradley,
 /// Distribution-Free Statistical Tests (1968).
@@ -53,7 +50,5 @@ class NPARRuns final : public NPARRecordTest {
   std::int64_t countAtOrAbove = 0;
   std::int64_t countBelow = 0;
   double mean = QDMV::gMissingValue;
-  double standardError = QDMV::gMissingValue;
-  double standardTestStatistic = 0.0;
-  double sig = 0.0;
+  NormalFigures figures;
 };

@@ -1,6 +1,5 @@
 #include "tests/one_sample/wilcoxon.h"
 
-#include <cmath>
 #include <vector>
 
 #include "catalogue/cards/wilcoxon.h"
@@ -74,11 +73,7 @@ QDStatus NPARWilcoxonSR::EndPass() {
   distribution.AddZeroBin();
   ranks.Rank();
   testStatistic = ranks.PositiveRankSum();
-  const double m = (effectiveN + 1.0) * effectiveN;
-  const double v = (2.0 * effectiveN + 1.0) * m / 24.0;
-  standardError = std::sqrt(v - ranks.TieSum() / 48.0);
-  standardTestStatistic = (testStatistic - m * 0.25) / standardError;
-  sig2Tailed = 2.0 * QDDistFun::SfStdNorm(std::abs(standardTestStatistic));
+  figures = WilcoxonSignedRank(testStatistic, effectiveN, ranks.TieSum());
   return status;
 }
 
@@ -88,7 +83,7 @@ void NPARWilcoxonSR::GetRequiredVariables(std::vector<std::int64_t>& positions) 
 
 XMLElement* NPARWilcoxonSR::WriteResults() {
   auto algorithm = CreateAlgorithm("OWilcoxonSignedRanks", "hypothesis_test", "One_Sample",
-                                   DecisionWord(status, sigLevel, sig2Tailed));
+                                   DecisionWord(status, sigLevel, figures.sig));
   AddCondition(*algorithm, "O_WilcoxonSignedRanks_2",
                {settingsRead ? IntegerText(variableIndex) : kMissingText,
                 settingsRead ? NumberText(testValue) : kMissingText});
@@ -107,9 +102,9 @@ XMLElement* NPARWilcoxonSR::WriteResults() {
   XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
   AddAttributeRow(*statistics, "TotalN", effectiveN);
   AddAttributeRow(*statistics, "TestStatistic", testStatistic);
-  AddAttributeRow(*statistics, "StandardError", standardError);
-  AddAttributeRow(*statistics, "StandardTestStatistic", standardTestStatistic);
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", sig2Tailed);
+  AddAttributeRow(*statistics, "StandardError", figures.standardError);
+  AddAttributeRow(*statistics, "StandardTestStatistic", figures.z);
+  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", figures.sig);
   return algorithm.release();
 }
 

@@ -5,17 +5,15 @@
 #include "kit/contract/column_test.h"
 #include "kit/ranks/signed_ranks.h"
 #include "kit/records/record_weight.h"
+#include "kit/statistics/signed_rank.h"
 #include "kit/summaries/histogram.h"
 #include "kit/summaries/univariate.h"
 
 /// Wilcoxon signed-rank test of one sample: is the median of a continuous field a given value, by
 /// default the sample's own median?
 ///
-/// The differences d = x - value that are not 0 are ranked by size; n is their weight, T the rank
-/// sum of the positive ones, t the weights of tied sizes:
-///   s = sqrt(n (n + 1) (2n + 1) / 24 - sum (t^3 - t) / 48)
-///   z = (T - n (n + 1) / 4) / s,  sig = 2 (1 - Phi(|z|))
-/// No continuity correction, no exact value. One pass.
+/// The differences d = x - value that are not 0 are ranked by size, n is their weight; figures as
+/// in kit/statistics/signed_rank.h. No continuity correction, no exact value. One pass.
 ///
 /// Source: F. Wilcoxon, Biometrics Bulletin 1 (1945).
 class NPARWilcoxonSR final : public NPARRecordTest {
@@ -46,7 +44,5 @@ class NPARWilcoxonSR final : public NPARRecordTest {
   SignedRanks ranks;
   double effectiveN = 0.0;
   double testStatistic = 0.0;
-  double standardError = 0.0;
-  double standardTestStatistic = 0.0;
-  double sig2Tailed = 0.0;
+  NormalFigures figures;
 };

@@ -1,10 +1,11 @@
 #include "tests/related/cochran_q.h"
 
 #include <algorithm>
-#include <cmath>
+#include <numeric>
 #include <utility>
 
 #include "catalogue/cards/cochran_q.h"
+#include "kit/statistics/cochran_q.h"
 #include "planning/test_construction.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
@@ -26,6 +27,12 @@ constexpr std::int32_t kNoSplit = 221210;          // no given value, or no vari
 constexpr std::int32_t kTooFewVariables = 221214;  // fewer than two fields
 constexpr std::int32_t kNoVariableName = 221215;   // the entry names no fields
 constexpr std::int32_t kUnfitVariable = 221216;    // not categorical, or of another kind; the index
+
+/// Sum of w R (k - R) over the records, exact until it is rounded.
+double WithinRecords(const std::vector<std::int64_t>& counts, WideInteger sumRSquared) {
+  const WideInteger sum = std::accumulate(counts.begin(), counts.end(), WideInteger{0});
+  return static_cast<double>(static_cast<WideInteger>(counts.size()) * sum - sumRSquared);
+}
 
 }  // namespace
 
@@ -124,18 +131,8 @@ QDStatus NPARCochransQ::ProcessRecord(const Record& record) {
 
 RangeFigures NPARCochransQ::ComputeQ(const std::vector<std::int64_t>& counts,
                                      WideInteger sumRSquared) {
-  WideInteger sum = 0;
-  WideInteger squares = 0;
-  for (const std::int64_t count : counts) {
-    sum += count;
-    squares += static_cast<WideInteger>(count) * count;
-  }
-  const auto k = static_cast<WideInteger>(counts.size());
-  const WideInteger divisor = k * sum - sumRSquared;
-  const double q = divisor == 0 ? 0.0
-                                : static_cast<double>((squares * k - sum * sum) * (k - 1)) /
-                                      static_cast<double>(divisor);
-  return {q, QDDistFun::SfChi(q, static_cast<double>(counts.size()) - 1.0)};
+  const auto [q, sig] = CochranQ(counts, WithinRecords(counts, sumRSquared));
+  return {q, sig};
 }
 
 QDStatus NPARCochransQ::EndPass() {
@@ -182,8 +179,7 @@ void NPARCochransQ::ComparePairs() {
   const auto n = static_cast<double>(totalN);
   const auto k = static_cast<double>(tested.size());
   const double standardError =
-      std::sqrt((k * static_cast<double>(sumR) - static_cast<double>(sumRSquared)) * 2.0 /
-                (n * n * (k - 1.0) * k));
+      CochranPairStandardError(WithinRecords(successCounts, sumRSquared), n, k);
   std::vector<ComparedSample> samples;
   for (std::size_t i = 0; i < tested.size(); ++i) {
     samples.push_back({tested[i], static_cast<double>(successCounts[i])});

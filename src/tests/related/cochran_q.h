@@ -12,14 +12,10 @@
 
 /// Cochran's Q test: do k related binary fields have the same share of successes?
 ///
-/// T_j is the weight of the successes of field j, R the number of successes of a record with weight
-/// w, N = sum w, A = sum T_j, B = sum T_j^2:
-///   D = k A - sum w R^2,  Q = (k - 1) (k B - A^2) / D, 0 for D = 0
-///   sig = P(chi-square with k - 1 degrees of freedom > Q)
-/// No continuity correction, no exact value. Pairwise, two fields differ by (T_i - T_j) / N with
-/// the standard error sqrt(2 (k sum w R - sum w R^2) / (N^2 k (k - 1))); stepwise, Q is taken over
-/// the fields of a range. Success is what kit/success_categories.h says. One pass, and one for each
-/// step.
+/// T_j is the weight of the successes of field j, N the sum of weights; figures as in
+/// kit/statistics/cochran_q.h. No continuity correction, no exact value. Pairwise, two fields
+/// differ by (T_i - T_j) / N; stepwise, Q is taken over the fields of a range. Success is what
+/// kit/success_categories.h says. One pass, and one for each step.
 ///
 /// Source: W. G. Cochran, Biometrika 37 (1950); L. A. Marascuilo, M. McSweeney, Psychological
 /// Bulletin 67 (1967), for the pairs.

@@ -4,6 +4,8 @@
 
 #include "catalogue/cards/hodges_lehmann_pairs.h"
 #include "kit/ranks/rank.h"
+#include "kit/statistics/interval_ranks.h"
+#include "kit/statistics/signed_rank.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
 #include "report/messages.h"
@@ -67,26 +69,18 @@ QDStatus NPARHodgesLehmannPairs::EndPass() {
   return status;
 }
 
-NPARHodgesLehmannPairs::RankMoments NPARHodgesLehmannPairs::ComputeRankMoments() const {
-  const auto n = static_cast<double>(differences.TotalN());
-  return {(n + 1.0) * n * 0.25,
-          std::sqrt((n + 1.0) * n * (2.0 * n + 1.0) / 24.0 - TieSumOfSizes(values) / 48.0)};
-}
-
 void NPARHodgesLehmannPairs::Compute() {
   // Nothing raises minus infinity.
   const bool isRaised = differences.TieCount() > 0 && std::isfinite(differences.Minimum());
   const double shift = isRaised ? 1.0 - differences.Minimum() : 0.0;
   if (shift != 0.0) values.Shift(shift);
   values.Sort();
-  const RankMoments moments = ComputeRankMoments();
-  const double z = QDDistFun::IdfStdNorm(1.0 - (1.0 - confidenceLevel) * 0.5);
-  const double distance = z * moments.standardError;
-
+  const SignedRankMoments moments(static_cast<double>(differences.TotalN()), TieSumOfSizes(values));
+  const IntervalRanks limits(moments.mean, moments.standardError, confidenceLevel);
   const WalshAverages averages(values);
   estimate = averages.Median() - shift;
-  lower = averages.Select(ToWideInteger(std::floor(moments.expected - distance)) + 1) - shift;
-  upper = averages.Select(ToWideInteger(std::ceil(moments.expected + distance))) - shift;
+  lower = averages.Select(ToWideInteger(limits.below) + 1) - shift;
+  upper = averages.Select(ToWideInteger(limits.last)) - shift;
   values = WeightedValues();
 }
 

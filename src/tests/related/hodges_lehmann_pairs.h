@@ -12,13 +12,10 @@
 /// distribution-free interval.
 ///
 /// The n differences (n a sum of weights) have T = n (n + 1) / 2 Walsh averages (d_i + d_j) / 2,
-/// i <= j. The estimate is their median. With z the normal quantile of 1 - (1 - confidence) / 2,
-/// E = n (n + 1) / 4 and s the standard deviation of the signed-rank sum,
-///   s = sqrt(n (n + 1) (2 n + 1) / 24 - sum (t^3 - t) / 48),  t the weights of equal |d|:
-///   lower: the (floor(E - z s) + 1)-th average, the first at the least
-///   upper: the ceil(E + z s)-th average, the last at the most
-/// Zero differences take part: where there are any, every d is raised above zero before, and the
-/// results lowered by as much. One pass; the averages are not listed.
+/// i <= j. The estimate is their median; the limits are those that kit/statistics/interval_ranks.h
+/// gives for the signed-rank sum (kit/statistics/signed_rank.h), the first and the last at the
+/// most. Zero differences take part: where there are any, every d is raised above zero before, and
+/// the results lowered by as much. One pass; the averages are not listed.
 ///
 /// Source: J. L. Hodges and E. L. Lehmann, Ann. Math. Stat. 34 (1963), 598-611; J. W. Tukey (1949)
 /// for the interval, as in M. Hollander and D. A. Wolfe, Nonparametric Statistical Methods, 2nd
@@ -40,12 +37,6 @@ class NPARHodgesLehmannPairs final : public NPARRecordTest {
   XMLElement* WriteResults() override;
 
  private:
-  /// E and s of the signed-rank sum.
-  struct RankMoments {
-    double expected;
-    double standardError;
-  };
-  [[nodiscard]] RankMoments ComputeRankMoments() const;
   void Compute();
 
   RecordWeight weight;

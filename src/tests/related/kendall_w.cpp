@@ -1,6 +1,7 @@
 #include "tests/related/kendall_w.h"
 
 #include "catalogue/cards/kendall_w.h"
+#include "kit/statistics/friedman.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
 
@@ -20,7 +21,7 @@ const NPARRankedRecords::Profile NPARKendallsW::kProfile{
 NPARKendallsW::NPARKendallsW(QDSettings* settings) : NPARRankedRecords(settings, kProfile) {}
 
 void NPARKendallsW::WriteOwnFigures(XMLElement& statistics) const {
-  AddAttributeRow(statistics, "KendallsW", ChiSquare() / (DegreesOfFreedom() * Records()));
+  AddAttributeRow(statistics, "KendallsW", KendallsW(ChiSquare(), Records(), Fields()));
 }
 
 template <>

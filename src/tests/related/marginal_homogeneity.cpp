@@ -1,6 +1,5 @@
 #include "tests/related/marginal_homogeneity.h"
 
-#include <cmath>
 #include <utility>
 
 #include "catalogue/cards/marginal_homogeneity.h"
@@ -63,21 +62,7 @@ QDStatus NPARMargHomo::EndPass() {
     ReportStatus(QDStatus(kNoData), MessageKind::Error);
     return status;
   }
-  double variance = 0.0;
-  for (std::size_t i = 0; i < scores.size(); ++i) {
-    for (std::size_t j = 0; j < scores.size(); ++j) {
-      if (i == j) continue;
-      const auto n = static_cast<double>(Cell(i, j));
-      const double half = (scores[i] - scores[j]) * 0.5;
-      testStatistic += n * scores[i];
-      expected += n * (scores[i] + scores[j]);
-      variance += half * half * n;
-    }
-  }
-  expected *= 0.5;
-  standardError = std::sqrt(variance);
-  if (variance != 0.0) standardTestStatistic = (testStatistic - expected) / standardError;
-  asymptoticSig = QDDistFun::SfStdNorm(std::abs(standardTestStatistic)) * 2.0;
+  result = TestMarginalHomogeneity(scores, crossTable);
   passesLeft = 0;
   return status;
 }
@@ -88,7 +73,7 @@ void NPARMargHomo::GetRequiredVariables(std::vector<std::int64_t>& positions) {
 
 XMLElement* NPARMargHomo::WriteResults() {
   auto algorithm = CreateAlgorithm("RMarginalHomogeneity", "hypothesis_test", "Related_Samples",
-                                   DecisionWord(status, sigLevel, asymptoticSig));
+                                   DecisionWord(status, sigLevel, result.figures.sig));
   AddCondition(*algorithm, "AllDistinctValuesUsed_R_MarginalHomogeneity_2",
                {IndexText(first), IndexText(second)});
   WriteMessages(*algorithm, messages);
@@ -96,10 +81,10 @@ XMLElement* NPARMargHomo::WriteResults() {
 
   XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
   AddAttributeRow(*statistics, "TotalN", totalN);
-  AddAttributeRow(*statistics, "TestStatistic", testStatistic);
-  AddAttributeRow(*statistics, "StandardError", standardError);
-  AddAttributeRow(*statistics, "StandardTestStatistic", standardTestStatistic);
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", asymptoticSig);
+  AddAttributeRow(*statistics, "TestStatistic", result.statistic);
+  AddAttributeRow(*statistics, "StandardError", result.figures.standardError);
+  AddAttributeRow(*statistics, "StandardTestStatistic", result.figures.z);
+  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", result.figures.sig);
 
   XMLElement* comparison = AddStructuredTable(*algorithm, "CategoryFieldsComparison");
   AddAttributeRow(*comparison, "RowNames", static_cast<std::int64_t>(first));

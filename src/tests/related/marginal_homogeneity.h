@@ -7,15 +7,14 @@
 #include "kit/contract/column_test.h"
 #include "kit/groups/category_union.h"
 #include "kit/records/record_weight.h"
+#include "kit/statistics/marginal_homogeneity.h"
 
 /// Marginal homogeneity test: do two related ordered categorical fields have the same distribution?
 ///
 /// The categories of both fields make one union with scores s (their numbers, or their places for
 /// texts); n_ij is the weight of the records with category i in the first and j in the second
-/// field. Over i != j:
-///   T = sum n_ij s_i,  E = sum n_ij (s_i + s_j) / 2,  V = sum n_ij ((s_i - s_j) / 2)^2
-///   z = (T - E) / sqrt(V), 0 for V = 0;  sig = 2 (1 - Phi(|z|))
-/// No continuity correction, no exact value. One pass.
+/// field; figures as in kit/statistics/marginal_homogeneity.h. No continuity correction, no exact
+/// value. One pass.
 ///
 /// Source: A. Agresti, Categorical Data Analysis (1990), 10.3; A. Stuart, Biometrika 42 (1955).
 class NPARMargHomo final : public NPARRecordTest {
@@ -46,9 +45,5 @@ class NPARMargHomo final : public NPARRecordTest {
   std::vector<double> scores;
   std::vector<std::int64_t> crossTable;  // row by row
   std::int64_t totalN = 0;
-  double testStatistic = 0.0;
-  double expected = 0.0;
-  double standardError = 0.0;
-  double standardTestStatistic = 0.0;
-  double asymptoticSig = 0.0;
+  MarginalHomogeneity result;
 };

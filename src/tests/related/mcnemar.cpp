@@ -77,24 +77,14 @@ QDStatus NPARMcNemar::ProcessRecord(const Record& record) {
 
 QDStatus NPARMcNemar::EndPass() {
   if (status.IsError()) return status;
-  const auto b = static_cast<double>(failSuccess);
-  const auto c = static_cast<double>(successFail);
-  const std::int64_t n = failSuccess + successFail;
-  const double excess = std::abs(b - c) - 1.0;
-  chiSquare = failSuccess == successFail ? 0.0 : excess * excess / static_cast<double>(n);
-  asymptoticSig = std::min(QDDistFun::SfChi(chiSquare, 1.0), 1.0);
-  if (n <= kExactLimit) {
+  figures = McNemar(failSuccess, successFail);
+  if (failSuccess + successFail <= kExactLimit) {
     ReportStatus(QDStatus(kExactGiven), MessageKind::Help);
-    double tail = 0.5;
-    if (n > 0) {
-      std::int32_t error = 1;  // a function that leaves the flag alone has not answered
-      tail = QDDistFun::CdfBin(std::min(b, c), static_cast<double>(n), 0.5, error);
-      if (error != 0) {
-        ReportStatus(QDStatus(kDistributionFailed), MessageKind::Error);
-        return status;
-      }
+    exactSig = McNemarExactSig(failSuccess, successFail);
+    if (!exactSig) {
+      ReportStatus(QDStatus(kDistributionFailed), MessageKind::Error);
+      return status;
     }
-    exactSig = std::min(2.0 * tail, 1.0);
   }
   passesLeft = 0;
   return status;
@@ -124,7 +114,7 @@ void NPARMcNemar::WriteSide(XMLElement& parent, std::size_t place) const {
 
 XMLElement* NPARMcNemar::WriteResults() {
   auto algorithm = CreateAlgorithm("RMcNemar", "hypothesis_test", "Related_Samples",
-                                   DecisionWord(status, sigLevel, asymptoticSig));
+                                   DecisionWord(status, sigLevel, figures.sig));
   AddCondition(*algorithm,
                userSpecifyGroupList ? "CategoryListsAreSpecified_R_McNemar_2"
                                     : "AllDistinctValuesUsed_R_McNemar_2",
@@ -134,9 +124,9 @@ XMLElement* NPARMcNemar::WriteResults() {
 
   XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
   AddAttributeRow(*statistics, "TotalN", bothSuccess + successFail + failSuccess + bothFail);
-  AddAttributeRow(*statistics, "TestStatistic", chiSquare);
+  AddAttributeRow(*statistics, "TestStatistic", figures.statistic);
   AddAttributeRow(*statistics, "DegreeOfFreedom", std::int64_t{1});
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", asymptoticSig);
+  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", figures.sig);
   if (exactSig) AddAttributeRow(*statistics, "ExactSig2Tailed", *exactSig);
 
   XMLElement* comparison = AddStructuredTable(*algorithm, "CategoryFieldsComparison");

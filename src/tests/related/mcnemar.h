@@ -9,14 +9,13 @@
 #include "kit/contract/column_test.h"
 #include "kit/groups/success_categories.h"
 #include "kit/records/record_weight.h"
+#include "kit/statistics/mcnemar.h"
 
 /// McNemar test: do two related binary fields have the same share of successes?
 ///
 /// b and c are the weights of the records in which only the second, only the first field is a
-/// success, n = b + c:
-///   asymptotic  X = (|b - c| - 1)^2 / n, 0 for b = c;  sig = P(chi-square with 1 df > X)
-///   exact       sig = min(1, 2 P(B <= min(b, c))), B Binomial(n, 1/2)            n <= 25
-/// The asymptotic value decides. Success is what kit/success_categories.h says. One pass.
+/// success; figures as in kit/statistics/mcnemar.h, the exact one for b + c <= 25. The asymptotic
+/// value decides. Success is what kit/success_categories.h says. One pass.
 ///
 /// Source: Q. McNemar, Psychometrika 12 (1947); correction of A. L. Edwards, Psychometrika 13
 /// (1948).
@@ -59,7 +58,6 @@ class NPARMcNemar final : public NPARRecordTest {
   std::int64_t successFail = 0;  // c: first a success, second not
   std::int64_t failSuccess = 0;  // b
   std::int64_t bothFail = 0;
-  double chiSquare = QDMV::gMissingValue;
-  double asymptoticSig = 0.0;
+  ChiSquareFigures figures;
   std::optional<double> exactSig;
 };

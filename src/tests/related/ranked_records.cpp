@@ -1,10 +1,10 @@
 #include "tests/related/ranked_records.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string>
 #include <utility>
 
+#include "kit/statistics/friedman.h"
 #include "planning/test_construction.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
@@ -144,18 +144,8 @@ void NPARRankedRecords::EndOverall() {
 
 RangeFigures NPARRankedRecords::ComputeFigures(const std::vector<double>& sums,
                                                double tieTerms) const {
-  const auto k = static_cast<double>(sums.size());
-  const auto n = static_cast<double>(totalN);
-  // About their mean, which is known: sum R^2 less its expectation would cancel most digits.
-  const double meanSum = n * (k + 1.0) * 0.5;
-  double squares = 0.0;
-  for (const double sum : sums) squares += (sum - meanSum) * (sum - meanSum);
-  const double correction = 1.0 - tieTerms / ((k - 1.0) * (k + 1.0) * k * n);
-  double chiSquare = 0.0;
-  if (correction < 0.0 || correction > 0.0) {
-    chiSquare = 12.0 * squares / ((k + 1.0) * k * n) / correction;
-  }
-  return {chiSquare, QDDistFun::SfChi(chiSquare, k - 1.0)};
+  const auto [x, sig] = Friedman(sums, static_cast<double>(totalN), tieTerms);
+  return {x, sig};
 }
 
 std::vector<ComparedSample> NPARRankedRecords::MeanRanks() const {
@@ -167,9 +157,8 @@ std::vector<ComparedSample> NPARRankedRecords::MeanRanks() const {
 }
 
 void NPARRankedRecords::ComparePairs() {
-  const auto k = static_cast<double>(variables.size());
   const auto n = static_cast<double>(totalN);
-  const double standardError = std::sqrt((k + 1.0) * k / (n * 6.0));
+  const double standardError = FriedmanPairStandardError(Fields(), n);
   comparison.RunPairwise(MeanRanks(), variables.size(), [&](std::int32_t i, std::int32_t j) {
     const double difference =
         rankSums[static_cast<std::size_t>(i)] - rankSums[static_cast<std::size_t>(j)];

@@ -15,13 +15,10 @@
 /// share.
 ///
 /// Each record ranks its own k values, ties sharing the mean of their ranks; R_j is the sum of the
-/// ranks of field j, each times the record's weight, N the sum of the weights, t the number of tied
-/// values of a group in a record of weight w:
-///   X = (12 sum (R_j - N (k + 1) / 2)^2 / (N k (k + 1))) / (1 - sum w (t^3 - t) / (N k (k^2 - 1)))
-///   p = P(chi-square with k - 1 degrees of freedom > X)
-/// X is 0 where every record is one tie. Pairwise, two fields differ by (R_i - R_j) / N with the
-/// standard error sqrt(k (k + 1) / (6 N)); stepwise, X without its correction for ties is taken
-/// over the fields of a range, ranked among themselves. One pass, and one for each step.
+/// ranks of field j, each times the record's weight, N the sum of the weights. Figures as in
+/// kit/statistics/friedman.h. Pairwise, two fields differ by (R_i - R_j) / N; stepwise, X without
+/// its correction for ties is taken over the fields of a range, ranked among themselves. One pass,
+/// and one for each step.
 ///
 /// Source: M. Friedman, JASA 32 (1937), 675-701; ties as in M. Hollander and D. A. Wolfe,
 /// Nonparametric Statistical Methods, 2nd ed., 1999, section 7.1.
@@ -56,9 +53,7 @@ class NPARRankedRecords : public NPARColumnTest {
   virtual void WriteOwnFigures(XMLElement& /*statistics*/) const {}
 
   [[nodiscard]] double ChiSquare() const noexcept { return overall.testStatistic; }
-  [[nodiscard]] double DegreesOfFreedom() const noexcept {
-    return static_cast<double>(variables.size()) - 1.0;
-  }
+  [[nodiscard]] double Fields() const noexcept { return static_cast<double>(variables.size()); }
   [[nodiscard]] double Records() const noexcept { return static_cast<double>(totalN); }
 
  private:

@@ -1,11 +1,10 @@
 #include "tests/related/sign.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "catalogue/cards/sign.h"
 #include "catalogue/run.h"
-#include "kit/statistics/binomial_tails.h"
+#include "kit/statistics/binomial.h"
 #include "planning/test_construction.h"
 #include "report/algorithm_element.h"
 #include "report/difference_table.h"
@@ -36,24 +35,13 @@ void NPARSign::Compute() {
     return;
   }
   const std::int64_t n = differences.PositiveCount() + differences.NegativeCount();
-  if (n == 0) {
-    asymptoticSig = 1.0;
-    return;
-  }
+  if (n == 0) return;
   if (n <= kExactLimit) {
     Help(card::kExactGiven);
     const auto tails = TailsOfCount(differences.PositiveCount(), n, 0.5);
     if (tails) exactSig = std::min(1.0, 2.0 * std::min(tails->lower, tails->upper));
   }
-  const double half = static_cast<double>(n) * 0.5;
-  standardError = std::sqrt(static_cast<double>(n)) * 0.5;
-  const double excess = static_cast<double>(differences.PositiveCount()) - half;
-  if (excess < -0.5) {
-    standardTestStatistic = (excess + 0.5) / standardError;
-  } else if (excess > 0.5) {
-    standardTestStatistic = (excess - 0.5) / standardError;
-  }
-  asymptoticSig = 2.0 * QDDistFun::SfStdNorm(std::abs(standardTestStatistic));
+  approximation = BinomialApproximation(differences.PositiveCount(), n, 0.5);
 }
 
 void NPARSign::StartPass() { differences.StartHistogram(); }
@@ -68,7 +56,7 @@ XMLElement* NPARSign::WriteResults() {
   return WriteAlgorithm(
       *this,
       {.card = card::kCard,
-       .decidingSig = exactSig.value_or(asymptoticSig),
+       .decidingSig = exactSig.value_or(approximation.sig),
        .condition = {"R_Sign_2",
                      {IndexText(differences.First()), IndexText(differences.Second())}}},
       [this](XMLElement& algorithm) {
@@ -76,9 +64,9 @@ XMLElement* NPARSign::WriteResults() {
         AddFigures(algorithm, "StatisticsResult",
                    {{"TotalN", differences.TotalN()},
                     {"TestStatistic", differences.PositiveCount()},
-                    {"StandardError", standardError},
-                    {"StandardTestStatistic", standardTestStatistic},
-                    {"AsymptoticSig2Tailed", asymptoticSig},
+                    {"StandardError", approximation.standardError},
+                    {"StandardTestStatistic", approximation.z},
+                    {"AsymptoticSig2Tailed", approximation.sig},
                     {"ExactSig2Tailed", exactSig}});
       });
 }

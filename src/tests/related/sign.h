@@ -6,14 +6,14 @@
 
 #include "kit/contract/test.h"
 #include "kit/groups/paired_differences.h"
+#include "kit/records/record_weight.h"
+#include "kit/statistics/normal.h"
 
 /// Sign test: is the median of the paired differences d = second - first zero?
 ///
-/// S and T are the sums of weights where d > 0 and d < 0, n = S + T, B is Binomial(n, 1/2):
-///   exact       p = min(1, 2 min(P(B <= S), P(B >= S)))                      1 <= n <= 25
-///   asymptotic  z = (S - n/2 -+ 1/2) / (sqrt(n) / 2), p = 2 (1 - Phi(|z|))   n >= 1
-/// The 1/2 moves S toward n/2 and never past it. Where there is an exact p, it decides. Without a
-/// difference (n = 0) the asymptotic p is 1.
+/// n is the sum of weights where d is not 0, of which those with d > 0 are a binomial count of
+/// probability 1/2; figures as in kit/statistics/binomial.h, two-sided, the exact one, which then
+/// decides, for 1 <= n <= 25. Without a difference (n = 0) the asymptotic p is 1.
 /// Pass 0 yields every figure; pass 1 only the histogram of d, whose range pass 0 found.
 ///
 /// Source: W. J. Dixon and A. M. Mood, The statistical sign test, JASA 41 (1946), 557-566.
@@ -39,8 +39,6 @@ class NPARSign final : public NPARTest {
 
  private:
   PairedDifferences differences;
-  double standardError = 0.0;
-  double standardTestStatistic = 0.0;  // z
-  double asymptoticSig = 0.0;
+  NormalFigures approximation;  // as it stands where no difference is above or below 0
   std::optional<double> exactSig;
 };

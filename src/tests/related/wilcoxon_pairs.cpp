@@ -71,10 +71,7 @@ void NPARWilcoxonPairs::Compute() {
   ranks.Rank();
   positiveRankSum = ranks.PositiveRankSum();
   const auto n = static_cast<double>(differences.PositiveCount() + differences.NegativeCount());
-  const double product = n * (n + 1.0);
-  standardError = std::sqrt((2.0 * n + 1.0) * product / 24.0 - ranks.TieSum() / 48.0);
-  standardTestStatistic = (positiveRankSum - product * 0.25) / standardError;
-  asymptoticSig = QDDistFun::SfStdNorm(std::abs(standardTestStatistic)) * 2.0;
+  figures = WilcoxonSignedRank(positiveRankSum, n, ranks.TieSum());
 }
 
 void NPARWilcoxonPairs::GetRequiredVariables(std::vector<std::int64_t>& positions) {
@@ -83,7 +80,7 @@ void NPARWilcoxonPairs::GetRequiredVariables(std::vector<std::int64_t>& position
 
 XMLElement* NPARWilcoxonPairs::WriteResults() {
   auto algorithm = CreateAlgorithm("RWilcoxonSignedRanks", "hypothesis_test", "Related_Samples",
-                                   DecisionWord(status, sigLevel, asymptoticSig));
+                                   DecisionWord(status, sigLevel, figures.sig));
   AddCondition(*algorithm, "R_WilcoxonSignedRanks_2",
                {IntegerText(differences.First()), IntegerText(differences.Second())});
   WriteMessages(*algorithm, messages);
@@ -93,9 +90,9 @@ XMLElement* NPARWilcoxonPairs::WriteResults() {
   XMLElement* result = AddStructuredTable(*algorithm, "StatisticsResult");
   AddAttributeRow(*result, "TotalN", differences.TotalN());
   AddAttributeRow(*result, "TestStatistic", positiveRankSum);
-  AddAttributeRow(*result, "StandardError", standardError);
-  AddAttributeRow(*result, "StandardTestStatistic", standardTestStatistic);
-  AddAttributeRow(*result, "AsymptoticSig2Tailed", asymptoticSig);
+  AddAttributeRow(*result, "StandardError", figures.standardError);
+  AddAttributeRow(*result, "StandardTestStatistic", figures.z);
+  AddAttributeRow(*result, "AsymptoticSig2Tailed", figures.sig);
   return algorithm.release();
 }
 

@@ -7,16 +7,15 @@
 #include "kit/groups/paired_differences.h"
 #include "kit/ranks/signed_ranks.h"
 #include "kit/records/record_weight.h"
+#include "kit/statistics/signed_rank.h"
 
 /// Wilcoxon matched-pairs signed-rank test: are the differences d = second - first symmetric about
 /// zero?
 ///
 /// The n differences other than 0 (n a sum of weights) are ranked by size, equal sizes sharing the
-/// mean of their ranks; t is the weight of such a group, T+ the sum of the ranks of d > 0:
-///   z = (T+ - n (n + 1) / 4) / sqrt(n (n + 1) (2 n + 1) / 24 - sum (t^3 - t) / 48)
-///   p = 2 (1 - Phi(|z|))
-/// No continuity correction, no exact value. Without any difference z and p are not a number.
-/// Pass 0 yields every figure; pass 1 only the histogram of d, whose range pass 0 found.
+/// mean of their ranks; figures as in kit/statistics/signed_rank.h. No continuity correction, no
+/// exact value. Without any difference z and p are not a number. Pass 0 yields every figure; pass 1
+/// only the histogram of d, whose range pass 0 found.
 ///
 /// Source: F. Wilcoxon, Biometrics Bulletin 1 (1945), 80-83; ties as in M. Hollander and D. A.
 /// Wolfe, Nonparametric Statistical Methods, 2nd ed., 1999, section 3.1.
@@ -43,8 +42,6 @@ class NPARWilcoxonPairs final : public NPARColumnTest {
   PairedDifferences differences;
   SignedRanks ranks;
   double positiveRankSum = 0.0;  // T+
-  double standardError = 0.0;
-  double standardTestStatistic = 0.0;  // z
-  double asymptoticSig = 0.0;
+  NormalFigures figures;
   int passIndex = 0;  // passes finished
 };

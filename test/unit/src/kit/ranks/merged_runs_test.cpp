@@ -3,12 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <random>
 #include <string>
 #include <vector>
-
-#include "kit/statistics/runs_approximation.h"
 
 namespace {
 
@@ -86,48 +83,6 @@ TEST(MergedRunsTest, NoUnitsMakeNoRuns) {
   runs.Finish();
   EXPECT_EQ(runs.Minimum(), 0);
   EXPECT_EQ(runs.Maximum(), 0);
-}
-
-TEST(RunsLowerTailTest, IsTheShareOfAllOrders) {
-  for (std::size_t n1 = 1; n1 <= 5; ++n1) {
-    for (std::size_t n2 = 1; n2 <= 5; ++n2) {
-      std::vector<double> counts(n1 + n2 + 1, 0.0);
-      std::string order = std::string(n1, 'a') + std::string(n2, 'b');
-      double all = 0.0;
-      do {
-        ++counts[static_cast<std::size_t>(RunsIn(order))];
-        ++all;
-      } while (std::next_permutation(order.begin(), order.end()));
-      double upTo = 0.0;
-      for (std::size_t r = 0; r < counts.size(); ++r) {
-        upTo += counts[r];
-        EXPECT_NEAR(RunsLowerTail(static_cast<std::int64_t>(n1), static_cast<std::int64_t>(n2),
-                                  static_cast<std::int64_t>(r)),
-                    upTo / all, 1e-15)
-            << n1 << ' ' << n2 << ' ' << r;
-      }
-    }
-  }
-}
-
-// F. S. Swed, C. Eisenhart, Ann. Math. Stat. 14 (1943), table I, m = n = 10 and m = 5, n = 8.
-TEST(RunsLowerTailTest, IsThatPublished) {
-  EXPECT_NEAR(RunsLowerTail(10, 10, 6), 0.019, 0.0005);
-  EXPECT_NEAR(RunsLowerTail(10, 10, 7), 0.051, 0.0005);
-  EXPECT_NEAR(RunsLowerTail(5, 8, 4), 0.054, 0.0005);
-  EXPECT_NEAR(RunsLowerTail(15, 15, 30), 1.0, 1e-15);
-}
-
-TEST(RunsApproximationTest, TheCorrectionStopsAtTheMeanAndAtFifty) {
-  EXPECT_EQ(RunsApproximation(1, 1).Standardize(2), 0.0);
-  const RunsApproximation corrected(24, 25);
-  EXPECT_DOUBLE_EQ(corrected.Standardize(20), (20.5 - corrected.mean) / corrected.standardError);
-  EXPECT_DOUBLE_EQ(corrected.Standardize(30), (29.5 - corrected.mean) / corrected.standardError);
-  EXPECT_EQ(corrected.Standardize(25), 0.0);
-  const RunsApproximation plain(25, 25);
-  EXPECT_DOUBLE_EQ(plain.Standardize(30), 4.0 / plain.standardError);
-  EXPECT_DOUBLE_EQ(RunsApproximation(49, 1).standardError,
-                   std::sqrt(0.0384));  // 48 * 98 / (2500 * 49)
 }
 
 }  // namespace

@@ -21,8 +21,6 @@ const Sample kOne{37.5};
 // SciPy 1.17.1: mannwhitneyu(second, first, use_continuity=False, method=m).pvalue with m
 // "asymptotic" and "exact"; z from its statistic and the formula of the standard error.
 const MannWhitneyCase kCases[] = {
-    {"no ties", kUntiedFirst, kUntiedSecond, 14, 29, 4.08248290463863, 0.9797958971132712,
-     0.32718687779030575, 0.4126984126984127, "retain"},
     {"ties correct the standard error and leave the exact value", kTiedFirst, kTiedSecond, 61, 116,
      12.209788997702665, 1.3104239559758553, 0.19005245385413927, 0.2110242698477993, "retain"},
     {"400 pairs have an exact value", Ascending(1, 20), Ascending(5.5, 20), 280, 490,
@@ -33,8 +31,6 @@ const MannWhitneyCase kCases[] = {
      0.15909982270265588, 76.0 / 401.0, "retain"},
     {"one against 401", kOne, Ascending(1, 401), 364, 80965, 116.04704505788446, 1.4089113593409115,
      0.15886138023685992, std::nullopt, "retain"},
-    {"all values equal: no standard error", Sample(3, 3.0), Sample(4, 3.0), 6, 16, 0, 0, 1, 1.0,
-     "retain"},
     {"the exact value decides against the asymptotic one", Ascending(1, 3), Ascending(4, 3), 9, 15,
      2.29128784747792, 1.9639610121239315, 0.0495346134356227, 0.1, "retain"},
 };

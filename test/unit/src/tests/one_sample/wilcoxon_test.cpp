@@ -27,7 +27,6 @@ struct WilcoxonCase {
 
 // SciPy 1.17.1: wilcoxon(x - value, correction=False, mode="approx", zero_method="wilcox").
 const WilcoxonCase kCases[] = {
-    {"no tie, no zero difference", 0.5, 10, 28.0, 0.050964719143762556, 0.9593536340401635},
     {"differences tied within rounding", 1.0, 10, 21.5, -0.6119741446385719, 0.5405548641319784},
     {"a zero difference leaves n", 0.0, 9, 31.0, 1.0069930921904569, 0.3139380937749148},
 };

@@ -44,14 +44,6 @@ TEST(MarginalHomogeneityTest, CategoriesUniteInTheFirstFieldsOrder) {
   ExpectFigures(result, {{"TestStatistic", 2}, {"StandardTestStatistic", -3.0 / std::sqrt(4.5)}});
 }
 
-TEST(MarginalHomogeneityTest, AFilledDiagonalIsHomogeneous) {
-  VariableListBuilder pair;
-  pair.OrdinalNumbers("first", {1, 2}).OrdinalNumbers("second", {1, 2});
-  ExpectTexts(
-      Result(pair, {{0, 0, 3}, {1, 1, 4}}),
-      {{"StandardError", "0"}, {"StandardTestStatistic", "0"}, {"AsymptoticSig2Tailed", "1"}});
-}
-
 TEST(MarginalHomogeneityTest, EachFailureHasItsCode) {
   const auto variables = VariableListBuilder()
                              .Ordinal("first", {"a", "b"})

@@ -38,9 +38,6 @@ struct McNemarCase {
 const McNemarCase kCases[] = {
     {"the first n without an exact value", 20, 6, 6.5, 0.010787449254670376, std::nullopt},
     {"the last n with one", 20, 5, 7.84, 0.005110260660855866, 0.004077315330505371},
-    {"a difference of one is corrected away", 2, 1, 0.0, 1.0, 1.0},
-    {"one side empty", 3, 0, 4.0 / 3.0, 0.24821307898992026, 0.25},
-    {"both sides equal", 7, 7, 0.0, 1.0, 1.0},
     {"no discordant pair", 0, 0, 0.0, 1.0, 1.0},
 };
 

@@ -1,4 +1,4 @@
-#include "tests/one_sample/reference_distribution.h"
+#include "kit/statistics/reference_distribution.h"
 
 #include <cmath>
 #include <numbers>

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <optional>
 
 #include "foundation/names.h"
+#include "kit/statistics/normal.h"
 
 /// Both tails of a binomial count.
 struct BinomialTails {
@@ -27,4 +29,14 @@ struct BinomialTails {
       QDDistFun::CdfBin(static_cast<double>(n - count), trials, 1.0 - p, upperError)};
   if (IsRefusal(lowerError) || IsRefusal(upperError)) return std::nullopt;
   return tails;
+}
+
+/// Normal approximation of `count` successes in n >= 1 trials of probability p, 0 < p < 1:
+///   z = (count - n p -+ 1/2) / sqrt(n p (1 - p)), the 1/2 never past the mean.
+/// With p = 1/2 it is that of the sign test: W. J. Dixon, A. M. Mood, JASA 41 (1946).
+[[nodiscard]] inline NormalFigures BinomialApproximation(std::int64_t count, std::int64_t n,
+                                                         double p) {
+  const double expected = static_cast<double>(n) * p;
+  return StandardizedFigures(CorrectedForContinuity(static_cast<double>(count) - expected),
+                             std::sqrt(expected * (1.0 - p)));
 }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cmath>
+#include <cstdint>
+
+#include "kit/statistics/normal.h"
 
 /// Normal approximation of the number of runs of two kinds of units, of which there are n1 and n2,
 /// at least 1 each, in random order. With N = n1 + n2 and t = 2 n1 n2:
@@ -19,18 +22,21 @@ struct RunsApproximation {
     standardError = std::sqrt((t - total) * t / (total * total * (total - 1.0)));
   }
 
-  /// z of a number of runs: the correction moves it by 1/2 toward the mean and never past it. 0
-  /// where only one number of runs is possible.
-  [[nodiscard]] double Standardize(double runs) const {
-    double d = runs - mean;
-    if (total < kUncorrectedFrom) {
-      if (!(std::abs(d) > 0.5)) return 0.0;
-      d += d < 0.0 ? 0.5 : -0.5;
-    }
-    return standardError == 0.0 ? 0.0 : d / standardError;
+  /// The correction moves a number of runs by 1/2 toward the mean and never past it. z is 0 where
+  /// only one number of runs is possible.
+  [[nodiscard]] NormalFigures FiguresOf(std::int64_t runs) const {
+    const double deviation = static_cast<double>(runs) - mean;
+    return StandardizedFigures(
+        total < kUncorrectedFrom ? CorrectedForContinuity(deviation) : deviation, standardError);
   }
 
   double total = 0.0;
   double mean = 0.0;
   double standardError = 0.0;
 };
+
+/// P(R <= r) of the number of runs R of n1 and n2 units, at least 1 each, in random order. Exact to
+/// rounding for n1 + n2 up to 51; beyond, binomial coefficients are rounded, and past 1000 or so
+/// they overflow and give not a number. J. D. Gibbons, S. Chakraborti, Nonparametric Statistical
+/// Inference, 3.2.
+[[nodiscard]] double RunsLowerTail(std::int64_t n1, std::int64_t n2, std::int64_t r);

@@ -1,4 +1,4 @@
-#include "kit/statistics/mann_whitney_exact.h"
+#include "kit/statistics/mann_whitney.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,0 +1,23 @@
+#include "kit/statistics/kruskal_wallis.h"
+
+#include <algorithm>
+#include <cmath>
+
+ChiSquareFigures KruskalWallis(std::span<const RankedGroup> groups, double tieSum) {
+  double n = 0.0;
+  for (const RankedGroup& group : groups) n += group.size;
+  double between = 0.0;
+  for (const RankedGroup& group : groups) {
+    const double deviation = group.rankSum - group.size * (n + 1.0) * 0.5;
+    between += deviation * deviation / group.size;
+  }
+  // N^3 - N = (N - 1) N (N + 1), of which the correction for ties leaves only this.
+  const double untied = n * n * n - n - tieSum;
+  const double h = untied == 0.0 ? 0.0 : 12.0 * (n - 1.0) * between / untied;
+  return ChiSquareOf(std::max(0.0, h), groups.size());
+}
+
+double DunnStandardError(double n1, double n2, double n, double tieSum) {
+  const double variance = (n + 1.0) * n / 12.0 - tieSum / (12.0 * (n - 1.0));
+  return std::sqrt((1.0 / n1 + 1.0 / n2) * variance);
+}

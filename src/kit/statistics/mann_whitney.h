@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+#include "kit/statistics/normal.h"
+
+/// U of two groups of n1 and n2 units: the pairs in which the unit of the second group is the
+/// larger one, equal ones a half. `rankSum1` is the sum of the first group's mid-ranks.
+[[nodiscard]] inline double MannWhitneyU(double n1, double n2, double rankSum1) {
+  return (n1 + 1.0) * n1 * 0.5 + n1 * n2 - rankSum1;
+}
+
+/// Variance of U, n1 n2 (N + 1) / 12 without ties: `tieSum` is the sum of t^3 - t over the groups
+/// of t tied values, N = n1 + n2. 0 where all values are tied. n1 and n2 are at least 1. Source: E.
+/// L. Lehmann, Nonparametrics (1975), 1.4.
+[[nodiscard]] inline double MannWhitneyVariance(double n1, double n2, double tieSum) {
+  const double n = n1 + n2;
+  return (n * n * n - n - tieSum) / 12.0 * (n1 * n2 / ((n - 1.0) * n));
+}
+
+/// U beside its mean n1 n2 / 2, without continuity correction; z is 0 where all values are tied.
+/// Source: H. B. Mann, D. R. Whitney, Ann. Math. Stat. 18 (1947).
+[[nodiscard]] inline NormalFigures MannWhitneyApproximation(double u, double n1, double n2,
+                                                            double tieSum) {
+  return StandardizedFigures(u - n1 * n2 * 0.5, std::sqrt(MannWhitneyVariance(n1, n2, tieSum)));
+}
+
+/// Null distribution of the Mann-Whitney statistic U of two groups of `a` and `b` untied values:
+/// element u is the number of arrangements with U = u, from 0 to a b. Empty for a group below 1.
+/// Throws std::bad_alloc.
+///
+/// Source: L. C. Dinneen, B. C. Blakesley, algorithm AS 62, Applied Statistics 22 (1973). Doubles
+/// hold every frequency exactly up to C(a + b, a) = 2^53, and to rounding beyond.
+[[nodiscard]] std::vector<double> MannWhitneyFrequencies(std::int64_t a, std::int64_t b);
+
+/// Two-sided exact significance: the smaller tail of U, doubled and cut to 1. A U between two
+/// integers, from tied values, is compared with the integers beyond it in either tail. Not a number
+/// for a group below 1.
+[[nodiscard]] double ExactMannWhitneyP(std::int64_t a, std::int64_t b, double u);

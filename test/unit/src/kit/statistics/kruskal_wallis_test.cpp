@@ -1,0 +1,49 @@
+#include "kit/statistics/kruskal_wallis.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "support/matchers.h"
+
+namespace {
+
+struct KruskalWallisCase {
+  const char* catches;
+  std::vector<RankedGroup> groups;
+  double tieSum;
+  double h, sig;
+};
+
+// Python's fractions and mpmath 1.4.1, from the formula; the first is SciPy 1.17.1's kruskal([1, 2,
+// 2, 3, 5], [3, 5, 6, 6, 7, 9], [8, 10, 11, 12]) but for its correction.
+const KruskalWallisCase kCases[] = {
+    {"no ties", {{16.5, 5}, {51.5, 6}, {52, 4}}, 0, 10.6245833333333333, 0.00493061443589211142},
+    {"ties", {{5, 2}, {10, 3}}, 6, 0.35087719298245614, 0.553616991965780381},
+    {"equal mean ranks", {{9, 3}, {6, 2}}, 0, 0.0, 1.0},
+    {"all tied", {{9, 3}, {6, 2}}, 120, 0.0, 1.0},
+    // 12 sum R^2 / n / (N (N + 1)) - 3 (N + 1) keeps 7 digits of it.
+    {"a hundred million values",
+     {{1249700012500000, 25e6}, {1250100012500000, 25e6}, {2500200025000000, 50e6}},
+     0,
+     5.75999994240000058,
+     0.0561347644508148982},
+};
+
+TEST(KruskalWallisStatisticTest, FiguresAgreeWithTheFormula) {
+  for (const KruskalWallisCase& row : kCases) {
+    SCOPED_TRACE(row.catches);
+    const ChiSquareFigures figures = KruskalWallis(row.groups, row.tieSum);
+    EXPECT_THAT(figures.statistic, IsCloseTo(row.h));
+    EXPECT_THAT(figures.sig, IsCloseTo(row.sig, 1e-13));
+  }
+}
+
+// sqrt((1 / 5 + 1 / 6) 20), sqrt((1 / 5 + 1 / 4)(20 - 66 / 168)), sqrt((1 / 2 + 1 / 3) 2)
+TEST(KruskalWallisStatisticTest, DunnsStandardErrorIsCorrectedForTies) {
+  EXPECT_THAT(DunnStandardError(5, 6, 15, 0), IsCloseTo(2.70801280154532012));
+  EXPECT_THAT(DunnStandardError(4, 5, 15, 66), IsCloseTo(2.97038958483803698));
+  EXPECT_THAT(DunnStandardError(2, 3, 5, 24), IsCloseTo(1.29099444873580563));
+}
+
+}  // namespace
