@@ -24,7 +24,7 @@ const JonckheereCase kCases[] = {
     {"two values", 1, 0, 0, {1, 1}, 0.5, 1.0},
     {"two tied values", 0.5, 2, 4, {1, 1}, 0.0, 0.0},
     {"all of many tied", 0.5 * 7 * 9, 16 * 15, 16 * 16 * 15, {7, 9}, 0.0, 0.0},
-    // (N^2 - sum n^2) / 4 is off by 1, and the variance by 1e-8.
+    // (N^2 - sum n^2) / 4 is off by 1/4, and its variance by 2e-9 of itself.
     {"one beside a hundred million",
      50000001,
      0,

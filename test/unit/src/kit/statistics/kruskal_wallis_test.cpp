@@ -22,7 +22,7 @@ const KruskalWallisCase kCases[] = {
     {"ties", {{5, 2}, {10, 3}}, 6, 0.35087719298245614, 0.553616991965780381},
     {"equal mean ranks", {{9, 3}, {6, 2}}, 0, 0.0, 1.0},
     {"all tied", {{9, 3}, {6, 2}}, 120, 0.0, 1.0},
-    // 12 sum R^2 / n / (N (N + 1)) - 3 (N + 1) keeps 7 digits of it.
+    // 12 sum R^2 / n / (N (N + 1)) - 3 (N + 1) keeps 8 digits of it.
     {"a hundred million values",
      {{1249700012500000, 25e6}, {1250100012500000, 25e6}, {2500200025000000, 50e6}},
      0,
