@@ -1,7 +1,6 @@
 #include "report/algorithm_element.h"
 
 #include "report/elements.h"
-#include "report/messages.h"
 
 namespace {
 
@@ -33,6 +32,6 @@ std::unique_ptr<XMLElement> StartAlgorithm(const NPARTest& test, const Algorithm
   if (decides) algorithm->AddAttribute("decision", DecisionWord(test, head.decidingSig));
   AddCondition(*algorithm, head.condition.key, head.condition.parameters);
   AddUnknownValues(*algorithm, head.unknownTexts);
-  WriteMessages(*algorithm, test.GetMessages());
+  if (test.HasFailed() || !head.messagesLast) WriteMessages(*algorithm, test.GetMessages());
   return algorithm;
 }

@@ -7,6 +7,7 @@
 #include "catalogue/card.h"
 #include "foundation/names.h"
 #include "kit/contract/test.h"
+#include "report/messages.h"
 
 /// Key and parameters of a "Condition".
 struct Condition {
@@ -22,9 +23,11 @@ struct AlgorithmHead {
   Condition condition;
   /// Given texts that are no category of the field.
   std::vector<std::string> unknownTexts = {};
+  /// The messages of a test that did not fail stand behind its figures.
+  bool messagesLast = false;
 };
 
-/// The element of a test up to its messages. Its decision is "unknown" for a test that failed, else
+/// The element of a test up to its figures. Its decision is "unknown" for a test that failed, else
 /// "reject" where the test's level is above the deciding significance, else "retain".
 [[nodiscard]] std::unique_ptr<XMLElement> StartAlgorithm(const NPARTest& test,
                                                          const AlgorithmHead& head);
@@ -35,6 +38,9 @@ template <typename WriteFigures>
 [[nodiscard]] XMLElement* WriteAlgorithm(const NPARTest& test, const AlgorithmHead& head,
                                          WriteFigures writeFigures) {
   std::unique_ptr<XMLElement> algorithm = StartAlgorithm(test, head);
-  if (!test.HasFailed()) writeFigures(*algorithm);
+  if (!test.HasFailed()) {
+    writeFigures(*algorithm);
+    if (head.messagesLast) WriteMessages(*algorithm, test.GetMessages());
+  }
   return algorithm.release();
 }

@@ -21,6 +21,11 @@ ComparisonKind ComparisonFromWord(std::string_view typeOfMultipleComparison) {
   return ComparisonKind::None;
 }
 
+ComparisonKind ComparisonFromFlags(const SettingsReader& settings) {
+  if (settings.Get("stepWise", 0.0) == 1.0) return ComparisonKind::Stepwise;
+  return settings.Get("pairWise", 0.0) == 1.0 ? ComparisonKind::Pairwise : ComparisonKind::None;
+}
+
 void OrderByMeasure(std::vector<ComparedSample>& samples) {
   std::ranges::stable_sort(samples, {}, &ComparedSample::measure);
 }
@@ -102,6 +107,15 @@ void MultipleComparison::EndStepwisePass(NPARTest& test,
   }
   workList = std::move(left);
   if (workList.empty()) FinishStepwise(test);
+}
+
+void MultipleComparison::RunStepwise(
+    NPARTest& test, std::vector<ComparedSample> orderedSamples,
+    const std::function<RangeFigures(const SampleRange&)>& compute) {
+  StartStepwise(std::move(orderedSamples), test.GetSigLevel());
+  while (!done) {
+    EndStepwisePass(test, [&](std::size_t place) { return compute(workList[place]); });
+  }
 }
 
 void MultipleComparison::FinishStepwise(NPARTest& test) {

@@ -15,6 +15,8 @@ enum class ComparisonKind { None, Pairwise, Stepwise };
 
 /// The kind named "pairWise" or "stepWise"; None for any other word.
 [[nodiscard]] ComparisonKind ComparisonFromWord(std::string_view typeOfMultipleComparison);
+/// The kind whose number, "pairWise" or "stepWise", is 1 in the settings of a test.
+[[nodiscard]] ComparisonKind ComparisonFromFlags(const SettingsReader& settings);
 
 /// A sample: its variable's index or its group's code, and the measure that orders it.
 struct ComparedSample {
@@ -135,6 +137,10 @@ class MultipleComparison {
   /// With no range left the step-down is done, and the test is warned (220013) of each sample that
   /// stands alone.
   void EndStepwisePass(NPARTest& test, const std::function<RangeFigures(std::size_t)>& compute);
+  /// The whole step-down of at least 3 samples in their order, for a test that can compute any
+  /// range without a further pass.
+  void RunStepwise(NPARTest& test, std::vector<ComparedSample> orderedSamples,
+                   const std::function<RangeFigures(const SampleRange&)>& compute);
 
   /// In the test's order, or in that of the step-down.
   [[nodiscard]] const std::vector<ComparedSample>& GetSamples() const noexcept { return samples; }

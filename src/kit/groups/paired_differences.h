@@ -20,9 +20,6 @@ class PairedDifferences {
   /// Positions in the record; -1 without a pair.
   [[nodiscard]] std::int32_t First() const noexcept { return first; }
   [[nodiscard]] std::int32_t Second() const noexcept { return second; }
-  [[nodiscard]] double Of(const Record& record) const noexcept {
-    return Difference(record[second], record[first]);
-  }
 
   /// Those of the records in hand, good until the next call. Throws std::bad_alloc.
   [[nodiscard]] const double* Of(RecordBatch& batch);
@@ -46,16 +43,6 @@ class PairedDifferences {
     negativeCount += below;
     tieCount += all - above - below;
     range = taken;
-  }
-  void Count(double difference, std::int64_t weight) noexcept {
-    if (difference > 0.0) {
-      positiveCount += weight;
-    } else if (difference < 0.0) {
-      negativeCount += weight;
-    } else {
-      tieCount += weight;
-    }
-    range.Take(difference);
   }
   /// Sums of weights.
   [[nodiscard]] std::int64_t PositiveCount() const noexcept { return positiveCount; }

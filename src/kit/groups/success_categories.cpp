@@ -11,13 +11,26 @@ bool SuccessCategories::SameCategory(std::size_t placeA, std::int32_t codeA, std
   return SameCategoryIn(Variable(placeA), Variable(placeB), codeB) == codeA;
 }
 
-std::int32_t SuccessCategories::CheckCategories(const UnivariateResults* sharedData) const {
+void SuccessCategories::Read(const SettingsReader& settings,
+                             std::vector<std::int32_t> variableIndices) {
+  tested = std::move(variableIndices);
+  areGiven = settings.Flag("userSpecifyGroupList");
+  if (!areGiven) return;
+  givenNumbers = settings.List<double>("successCategoryListNum");
+  givenTexts = settings.List<std::string>("successCategoryListStr");
+}
+
+std::int32_t SuccessCategories::Check(const UnivariateResults* sharedData) {
   if (sharedData == nullptr) return codes.noSharedData;
+  return areGiven ? TakeGiven() : CheckCategories(*sharedData);
+}
+
+std::int32_t SuccessCategories::CheckCategories(const UnivariateResults& sharedData) const {
   std::size_t widest = 0;
   std::int32_t largest = 0;
   std::vector<std::int32_t> counts;
   for (std::size_t place = 0; place < tested.size(); ++place) {
-    counts.push_back(sharedData->GetCategoryCount(tested[place]));
+    counts.push_back(sharedData.GetCategoryCount(tested[place]));
     if (counts.back() != 1 && counts.back() != 2) return codes.notTwoCategories;
     if (counts.back() > largest) {
       largest = counts.back();
@@ -46,13 +59,10 @@ std::int32_t SuccessCategories::CheckCategories(const UnivariateResults* sharedD
   return 0;
 }
 
-std::int32_t SuccessCategories::TakeGiven(const UnivariateResults* sharedData,
-                                          const std::vector<double>& numbers,
-                                          const std::vector<std::string>& texts) {
-  if (sharedData == nullptr) return codes.noSharedData;
-  if (numbers.empty() && texts.empty()) return codes.noGivenSplit;
-  const std::set<double> givenNumbers(numbers.begin(), numbers.end());
-  const std::set<std::string> givenTexts(texts.begin(), texts.end());
+std::int32_t SuccessCategories::TakeGiven() {
+  if (givenNumbers.empty() && givenTexts.empty()) return codes.noGivenSplit;
+  const std::set<double> numbers(givenNumbers.begin(), givenNumbers.end());
+  const std::set<std::string> texts(givenTexts.begin(), givenTexts.end());
   bool anySet = false;
   bool anyMissed = false;
   isSuccess.assign(tested.size(), {});
@@ -61,8 +71,8 @@ std::int32_t SuccessCategories::TakeGiven(const UnivariateResults* sharedData,
     const std::int32_t count = categories == nullptr ? 0 : categories->Size();
     isSuccess[place].assign(static_cast<std::size_t>(count), 0);
     for (std::int32_t code = 0; code < count; ++code) {
-      const bool given = givenNumbers.empty() ? givenTexts.contains(categories->GetText(code))
-                                              : givenNumbers.contains(categories->GetNumber(code));
+      const bool given = numbers.empty() ? texts.contains(categories->GetText(code))
+                                         : numbers.contains(categories->GetNumber(code));
       isSuccess[place][static_cast<std::size_t>(code)] = given ? 1 : 0;
       (given ? anySet : anyMissed) = true;
     }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/contract/settings_reader.h"
 #include "kit/summaries/univariate.h"
 
 /// Which categories of related categorical variables count as success: given values, or the value
@@ -25,21 +26,22 @@ class SuccessCategories {
   SuccessCategories(const QDVarList* variables, const Codes& codes) noexcept
       : variables(variables), codes(codes) {}
 
-  void SetVariables(std::vector<std::int32_t> indices) { tested = std::move(indices); }
-  /// May the data say what success is? 0, or the code of what stands against it.
-  [[nodiscard]] std::int32_t CheckCategories(const UnivariateResults* sharedData) const;
-  /// Takes the given values, numbers where there are any, else texts. 0, or a code.
-  [[nodiscard]] std::int32_t TakeGiven(const UnivariateResults* sharedData,
-                                       const std::vector<double>& numbers,
-                                       const std::vector<std::string>& texts);
-  /// Makes the first variable's value in this record the success, unless success is known already.
-  void LearnFrom(const Record& record) {
-    if (isSuccess.empty()) DeriveFrom(TruncateToInt32(record[tested.front()]));
+  /// Takes the variables and, where "userSpecifyGroupList" is set, the values that count as
+  /// success: "successCategoryListNum" or "successCategoryListStr".
+  void Read(const SettingsReader& settings, std::vector<std::int32_t> variableIndices);
+  [[nodiscard]] bool AreGiven() const noexcept { return areGiven; }
+  /// Do the given values, or may the data, say what success is? 0, or the code of what stands
+  /// against it.
+  [[nodiscard]] std::int32_t Check(const UnivariateResults* sharedData);
+  /// Makes the category of the first record's first variable the success, unless success is known
+  /// already.
+  void LearnFrom(std::int32_t category) {
+    if (isSuccess.empty()) DeriveFrom(category);
   }
-  /// Is the value of the variable at that place a success?
-  [[nodiscard]] bool IsSuccess(std::size_t place, double value) const noexcept {
+  /// Is that category of the variable at that place a success?
+  [[nodiscard]] bool IsSuccess(std::size_t place, std::int32_t category) const noexcept {
     const std::vector<char>& flags = isSuccess[place];
-    const auto code = static_cast<std::size_t>(TruncateToInt32(value));
+    const auto code = static_cast<std::size_t>(category);
     return code < flags.size() && flags[code] != 0;
   }
   /// The category codes of a variable that are, or are not, successes; none before success is
@@ -47,6 +49,8 @@ class SuccessCategories {
   [[nodiscard]] std::vector<double> CategoriesOf(std::size_t place, bool success) const;
 
  private:
+  [[nodiscard]] std::int32_t CheckCategories(const UnivariateResults& sharedData) const;
+  [[nodiscard]] std::int32_t TakeGiven();
   void DeriveFrom(std::int32_t code);
   [[nodiscard]] const IQDVariable& Variable(std::size_t place) const {
     return *variables->GetVarAt(tested[place]);
@@ -57,5 +61,8 @@ class SuccessCategories {
   const QDVarList* variables;
   Codes codes;
   std::vector<std::int32_t> tested;
+  bool areGiven = false;
+  std::vector<double> givenNumbers;
+  std::vector<std::string> givenTexts;       // read where there are no numbers
   std::vector<std::vector<char>> isSuccess;  // by place, then category code
 };

@@ -1,9 +1,28 @@
 #include "tests/related/category_pair.h"
 
 #include <string>
-#include <vector>
 
-CategoryPair ReadCategoryPair(TestConstruction& construction, const CategoryPairCodes& codes) {
+#include "report/elements.h"
+
+namespace {
+
+constexpr const char* kFirstKey = "variablePairFirstIndex";
+constexpr const char* kSecondKey = "variablePairSecondIndex";
+
+}  // namespace
+
+CategoryPair::CategoryPair(const SettingsReader& settings)
+    : first(settings.Index(kFirstKey)), second(settings.Index(kSecondKey)) {}
+
+void CategoryPair::AppendTo(std::vector<std::int64_t>& positions) const {
+  positions.insert(positions.end(), {first, second});
+}
+
+Condition CategoryPair::ConditionOf(const char* key) const {
+  return {key, {IndexText(first), IndexText(second)}};
+}
+
+CategoryPair LookUpCategoryPair(TestConstruction& construction, const CategoryPairCodes& codes) {
   CategoryPair pair;
   std::vector<std::string> names;
   if (!construction.Read("variableName", names)) {
@@ -25,7 +44,7 @@ CategoryPair ReadCategoryPair(TestConstruction& construction, const CategoryPair
   };
   pair.first = find(names[0]);
   pair.second = find(names[1]);
-  construction.Put("variablePairFirstIndex", pair.first);
-  construction.Put("variablePairSecondIndex", pair.second);
+  construction.Put(kFirstKey, pair.first);
+  construction.Put(kSecondKey, pair.second);
   return pair;
 }

@@ -2,31 +2,20 @@
 
 #include <algorithm>
 #include <numeric>
-#include <utility>
 
 #include "catalogue/cards/cochran_q.h"
+#include "catalogue/run.h"
 #include "kit/statistics/cochran_q.h"
+#include "planning/comparison_construction.h"
 #include "planning/test_construction.h"
+#include "report/algorithm_element.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
-#include "report/messages.h"
+#include "tests/related/success_values.h"
+
+namespace card = catalogue::cochran_q;
 
 namespace {
-
-constexpr SuccessCategories::Codes kSplitCodes{.noSharedData = 221206,
-                                               .notTwoCategories = 221209,
-                                               .tooManyValues = 221213,
-                                               .noGivenSplit = 221210};
-constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = 221219,
-                                           .tooFewStepwise = 221217,
-                                           .notSignificantPairwise = 221220,
-                                           .notSignificantStepwise = 221218};
-constexpr std::int32_t kNoSuccess = 220003;        // no success in the whole data
-constexpr std::int32_t kUnknownVariable = 221203;  // parameter: the name
-constexpr std::int32_t kNoSplit = 221210;          // no given value, or no variance at all
-constexpr std::int32_t kTooFewVariables = 221214;  // fewer than two fields
-constexpr std::int32_t kNoVariableName = 221215;   // the entry names no fields
-constexpr std::int32_t kUnfitVariable = 221216;    // not categorical, or of another kind; the index
 
 /// Sum of w R (k - R) over the records, exact until it is rounded.
 double WithinRecords(const std::vector<std::int64_t>& counts, WideInteger sumRSquared) {
@@ -34,145 +23,97 @@ double WithinRecords(const std::vector<std::int64_t>& counts, WideInteger sumRSq
   return static_cast<double>(static_cast<WideInteger>(counts.size()) * sum - sumRSquared);
 }
 
-}  // namespace
-
-NPARCochransQ::NPARCochransQ(QDSettings* settings, const QDVarList* variables)
-    : NPARRecordTest(settings), categories(variables, kSplitCodes), comparison(kComparisonCodes) {}
-
-void NPARCochransQ::ReadSettings() {
-  static_cast<void>(settings->GetSettingValByName("variableIndex", tested));
-  static_cast<void>(settings->GetSettingValByName("userSpecifyGroupList", userSpecifyGroupList));
-  if (userSpecifyGroupList) {
-    static_cast<void>(settings->GetSettingValByName("successCategoryListNum", successNumbers));
-    static_cast<void>(settings->GetSettingValByName("successCategoryListStr", successTexts));
-  }
-  weight = RecordWeight(*settings);
-  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
-  const auto isOn = [this](const char* key) {
-    double value = 0.0;
-    return settings->GetSettingValByName(key, value) && value == 1.0;
-  };
-  if (isOn("pairWise")) comparison.Want(ComparisonKind::Pairwise);
-  if (isOn("stepWise")) comparison.Want(ComparisonKind::Stepwise);
-  categories.SetVariables(tested);
-}
-
-QDStatus NPARCochransQ::BeginPass() {
-  if (stage == Stage::Overall) {
-    ReadSettings();
-    if (status.IsError()) return status;
-    std::int32_t code = tested.size() < 2 ? kTooFewVariables : 0;
-    if (sharedData == nullptr) code = kSplitCodes.noSharedData;
-    if (code == 0) {
-      code = userSpecifyGroupList ? categories.TakeGiven(sharedData, successNumbers, successTexts)
-                                  : categories.CheckCategories(sharedData);
-    }
-    if (code != 0) {
-      ReportStatus(QDStatus(code), MessageKind::Error);
-      return status;
-    }
-    passesLeft = comparison.WantsStepwise() ? static_cast<std::int32_t>(tested.size()) - 1 : 1;
-    successCounts.assign(tested.size(), 0);
-    return status;
-  }
-  if (status.IsError()) return status;
-  if (stage == Stage::StepDownAhead) StartStepDown();
-  rangeSumRSquared.assign(comparison.GetWorkList().size(), 0);
-  return status;
-}
-
-void NPARCochransQ::StartStepDown() {
-  std::vector<ComparedSample> samples;
-  for (const std::int32_t variable : tested) {
-    samples.push_back(
-        {variable, static_cast<double>(CountOf(variable)) / static_cast<double>(totalN)});
-  }
-  OrderByMeasure(samples);
-  comparison.StartStepwise(std::move(samples), sigLevel);
-  stage = Stage::StepDown;
-}
-
-std::int64_t NPARCochransQ::CountOf(std::int32_t variable) const {
-  if (static_cast<std::size_t>(variable) < successCounts.size()) {
-    return successCounts[static_cast<std::size_t>(variable)];
-  }
-  const auto place = std::find(tested.begin(), tested.end(), variable) - tested.begin();
-  return successCounts[static_cast<std::size_t>(place)];
-}
-
-QDStatus NPARCochransQ::ProcessRecord(const Record& record) {
-  if (status.IsError()) return status;
-  const std::int64_t w = weight.Truncated(record);
-  if (stage == Stage::Overall) {
-    categories.LearnFrom(record);
-    std::int64_t successes = 0;
-    for (std::size_t i = 0; i < tested.size(); ++i) {
-      if (!categories.IsSuccess(i, record[tested[i]])) continue;
-      successCounts[i] += w;
-      ++successes;
-    }
-    totalN += w;
-    sumR += successes * w;
-    sumRSquared += WideInteger{successes * successes} * w;
-    return status;
-  }
-  // The success of an ordered sample is looked up at its ordered place: hosts know the results so.
-  const std::vector<ComparedSample>& samples = comparison.GetSamples();
-  const std::vector<SampleRange>& ranges = comparison.GetWorkList();
-  for (std::size_t i = 0; i < ranges.size(); ++i) {
-    std::int64_t successes = 0;
-    for (std::size_t place = ranges[i].first; place <= ranges[i].last; ++place) {
-      if (categories.IsSuccess(place, record[samples[place].index])) ++successes;
-    }
-    rangeSumRSquared[i] += WideInteger{successes * successes} * w;
-  }
-  return status;
-}
-
-RangeFigures NPARCochransQ::ComputeQ(const std::vector<std::int64_t>& counts,
-                                     WideInteger sumRSquared) {
+/// Over samples with successes T, where sum w R^2 counts these samples only.
+RangeFigures ComputeQ(const std::vector<std::int64_t>& counts, WideInteger sumRSquared) {
   const auto [q, sig] = CochranQ(counts, WithinRecords(counts, sumRSquared));
   return {q, sig};
 }
 
-QDStatus NPARCochransQ::EndPass() {
-  if (status.IsError()) return status;
-  --passesLeft;
-  if (stage == Stage::Overall) {
-    EndOverall();
-  } else if (stage == Stage::StepDown) {
-    comparison.EndStepwisePass(*this, [this](std::size_t i) {
-      const SampleRange& range = comparison.GetWorkList()[i];
-      std::vector<std::int64_t> counts;
-      for (std::size_t place = range.first; place <= range.last; ++place) {
-        counts.push_back(CountOf(comparison.GetSamples()[place].index));
-      }
-      return ComputeQ(counts, rangeSumRSquared[i]);
-    });
-    if (comparison.IsDone()) stage = Stage::Done;
-  }
-  return status;
-}
+}  // namespace
 
-void NPARCochransQ::EndOverall() {
-  if (sumR == 0) {
-    ReportStatus(QDStatus(kNoSuccess), MessageKind::Error);
+NPARCochransQ::NPARCochransQ(QDSettings* settings, const QDVarList* variables)
+    : NPARTest(settings),
+      categories(variables, {.noSharedData = card::kNoSummaries,
+                             .notTwoCategories = card::kNotTwoCategories,
+                             .tooManyValues = card::kTooManyValues,
+                             .noGivenSplit = card::kNoSplit}),
+      comparison({.tooFewPairwise = card::kTooFewPairwise,
+                  .tooFewStepwise = card::kTooFewStepwise,
+                  .notSignificantPairwise = card::kNotSignificantPairwise,
+                  .notSignificantStepwise = card::kNotSignificantStepwise}) {}
+
+void NPARCochransQ::Prepare(const SettingsReader& settings) {
+  tested = settings.List<std::int32_t>("variableIndex");
+  categories.Read(settings, tested);
+  if (HasFailed()) return;
+  std::int32_t code = 0;
+  if (sharedData != nullptr && tested.size() < 2) {
+    code = card::kTooFewVariables;
+  } else {
+    code = categories.Check(sharedData);
+  }
+  if (code != 0) {
+    Fail(code);
     return;
   }
-  const bool anyFailure = std::any_of(successCounts.begin(), successCounts.end(),
-                                      [this](std::int64_t count) { return count != totalN; });
-  const bool anySuccess = std::any_of(successCounts.begin(), successCounts.end(),
-                                      [](std::int64_t count) { return count > 0; });
+  comparison.Want(ComparisonFromFlags(settings));
+  if (comparison.WantsStepwise()) ExpectPasses(static_cast<std::int32_t>(tested.size()) - 1);
+  successCounts.assign(tested.size(), 0);
+}
+
+void NPARCochransQ::GetRequiredVariables(std::vector<std::int64_t>& positions) {
+  positions.insert(positions.end(), tested.begin(), tested.end());
+}
+
+void NPARCochransQ::CountSuccesses(RecordBatch& batch, const std::vector<std::int32_t>& fields) {
+  const std::size_t count = batch.Size();
+  successesBefore.assign((fields.size() + 1) * count, 0);
+  std::int32_t* before = successesBefore.data();
+  for (std::size_t place = 0; place < fields.size(); ++place, before += count) {
+    const std::int32_t* codes = batch.TruncatedOf(fields[place]);
+    for (std::size_t i = 0; i < count; ++i) {
+      before[count + i] = before[i] + (categories.IsSuccess(place, codes[i]) ? 1 : 0);
+    }
+  }
+}
+
+void NPARCochransQ::Take(RecordBatch& batch) {
+  if (batch.Size() == 0) return;
+  categories.LearnFrom(batch.TruncatedOf(tested.front())[0]);
+  CountSuccesses(batch, tested);
+  weight.UseTruncated(batch, [&](auto weightAt) {
+    for (std::size_t place = 0; place < tested.size(); ++place) {
+      const std::int32_t* before = SuccessesBefore(place, batch);
+      const std::int32_t* after = SuccessesBefore(place + 1, batch);
+      for (std::size_t i = 0; i < batch.Size(); ++i) {
+        successCounts[place] += (after[i] - before[i]) * weightAt(i);
+      }
+    }
+    const std::int32_t* all = SuccessesBefore(tested.size(), batch);
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
+      totalN += weightAt(i);
+      sumRSquared += WideInteger{std::int64_t{all[i]} * all[i]} * weightAt(i);
+    }
+  });
+}
+
+void NPARCochransQ::Compute() {
+  if (std::accumulate(successCounts.begin(), successCounts.end(), std::int64_t{0}) == 0) {
+    Fail(catalogue::run::kNoData);
+    return;
+  }
+  const bool anyFailure =
+      std::ranges::any_of(successCounts, [this](std::int64_t count) { return count != totalN; });
+  const bool anySuccess =
+      std::ranges::any_of(successCounts, [](std::int64_t count) { return count > 0; });
   if (!anySuccess || !anyFailure) {
-    ReportStatus(QDStatus(kNoSplit), MessageKind::Error);
+    Fail(card::kNoSplit);
     return;
   }
   overall = ComputeQ(successCounts, sumRSquared);
-  if (comparison.PassGate(*this, sigLevel, overall.sig, tested.size()) &&
-      comparison.WantsPairwise()) {
-    ComparePairs();
-  }
-  stage = comparison.WantsStepwise() ? Stage::StepDownAhead : Stage::Done;
+  const bool goesOn = comparison.PassGate(*this, sigLevel, overall.sig, tested.size());
+  if (goesOn && comparison.WantsPairwise()) ComparePairs();
+  if (!comparison.IsPending()) ExpectPasses(0);
 }
 
 void NPARCochransQ::ComparePairs() {
@@ -192,78 +133,115 @@ void NPARCochransQ::ComparePairs() {
 }
 
 bool NPARCochransQ::NeedsAnotherPass() {
-  const bool needs = status.IsOK() && comparison.IsPending();
-  if (status.IsError() || needs) passesLeft = 0;
+  const bool needs = !HasFailed() && comparison.IsPending();
+  if (needs) ExpectPasses(0);
   return needs;
 }
 
-void NPARCochransQ::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions.insert(positions.end(), tested.begin(), tested.end());
+std::int64_t NPARCochransQ::CountOf(std::int32_t variable) const {
+  if (static_cast<std::size_t>(variable) < successCounts.size()) {
+    return successCounts[static_cast<std::size_t>(variable)];
+  }
+  const auto place = std::find(tested.begin(), tested.end(), variable) - tested.begin();
+  return successCounts[static_cast<std::size_t>(place)];
+}
+
+std::vector<ComparedSample> NPARCochransQ::OrderedSamples() const {
+  std::vector<ComparedSample> samples;
+  for (const std::int32_t variable : tested) {
+    samples.push_back(
+        {variable, static_cast<double>(CountOf(variable)) / static_cast<double>(totalN)});
+  }
+  OrderByMeasure(samples);
+  return samples;
+}
+
+void NPARCochransQ::StartPass() {
+  if (Pass() == 1) {
+    comparison.StartStepwise(OrderedSamples(), sigLevel);
+    for (const ComparedSample& sample : comparison.GetSamples()) ordered.push_back(sample.index);
+  }
+  rangeSumRSquared.assign(comparison.GetWorkList().size(), 0);
+}
+
+void NPARCochransQ::TakeAgain(RecordBatch& batch) {
+  // The success of an ordered sample is looked up at its ordered place: hosts know the results so.
+  CountSuccesses(batch, ordered);
+  const std::vector<SampleRange>& ranges = comparison.GetWorkList();
+  weight.UseTruncated(batch, [&](auto weightAt) {
+    for (std::size_t range = 0; range < ranges.size(); ++range) {
+      const std::int32_t* before = SuccessesBefore(ranges[range].first, batch);
+      const std::int32_t* after = SuccessesBefore(ranges[range].last + 1, batch);
+      for (std::size_t i = 0; i < batch.Size(); ++i) {
+        const std::int64_t successes = after[i] - before[i];
+        rangeSumRSquared[range] += WideInteger{successes * successes} * weightAt(i);
+      }
+    }
+  });
+}
+
+void NPARCochransQ::Finish() {
+  comparison.EndStepwisePass(*this, [this](std::size_t i) {
+    const SampleRange& range = comparison.GetWorkList()[i];
+    std::vector<std::int64_t> counts;
+    for (std::size_t place = range.first; place <= range.last; ++place) {
+      counts.push_back(CountOf(ordered[place]));
+    }
+    return ComputeQ(counts, rangeSumRSquared[i]);
+  });
+  if (comparison.IsDone()) ExpectPasses(0);
 }
 
 XMLElement* NPARCochransQ::WriteResults() {
-  auto algorithm = CreateAlgorithm("RCochransQ", "hypothesis_test", "Related_Samples",
-                                   DecisionWord(status, sigLevel, overall.sig));
-  AddCondition(*algorithm,
-               userSpecifyGroupList ? "CategoryListsAreSpecified_R_CochransQ_1"
-                                    : "DefaultAllDistinctValuesUsed_R_CochransQ_1",
-               {JoinIntegers(tested)});
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
-
-  XMLElement* shares = AddStructuredTable(*algorithm, "TwoClassComparison");
-  XMLElement* content = AddSimpleTable(*shares, "Content", JoinIntegers(tested), "0;1");
-  for (const std::int64_t count : successCounts) {
-    const std::int64_t percent =
-        TruncateToInt64(static_cast<double>(count) * 100.0 / static_cast<double>(totalN));
-    AddRow(*content, JoinIntegers(std::vector<std::int64_t>{percent, 100 - percent}));
-  }
-  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
-  AddAttributeRow(*statistics, "TotalN", totalN);
-  AddAttributeRow(*statistics, "TestStatistic", overall.testStatistic);
-  AddAttributeRow(*statistics, "DegreeOfFreedom", static_cast<std::int64_t>(tested.size()) - 1);
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", overall.sig);
-  WriteComparison(*algorithm, comparison);
-  return algorithm.release();
+  return WriteAlgorithm(
+      *this,
+      {.card = card::kCard,
+       .decidingSig = overall.sig,
+       .condition = {categories.AreGiven() ? "CategoryListsAreSpecified_R_CochransQ_1"
+                                           : "DefaultAllDistinctValuesUsed_R_CochransQ_1",
+                     {JoinIntegers(tested)}}},
+      [this](XMLElement& algorithm) {
+        XMLElement* shares = AddStructuredTable(algorithm, "TwoClassComparison");
+        XMLElement* content = AddSimpleTable(*shares, "Content", JoinIntegers(tested), "0;1");
+        for (const std::int64_t count : successCounts) {
+          const std::int64_t percent =
+              TruncateToInt64(static_cast<double>(count) * 100.0 / static_cast<double>(totalN));
+          AddRow(*content, JoinIntegers(std::vector{percent, 100 - percent}));
+        }
+        AddFigures(algorithm, "StatisticsResult",
+                   {{"TotalN", totalN},
+                    {"TestStatistic", overall.testStatistic},
+                    {"DegreeOfFreedom", tested.size() - 1},
+                    {"AsymptoticSig2Tailed", overall.sig}});
+        WriteComparison(algorithm, comparison);
+      });
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::cochran_q::kCard>(
-    TestConstruction& construction) {
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
   NPARPlanner& planner = construction.Planner();
   VariableKind kind = VariableKind::None;
-  const std::vector<std::int32_t> tested =
-      construction.LookUpList(kNoVariableName, kUnknownVariable, [&](std::int32_t index) {
+  const std::vector<std::int32_t> tested = construction.LookUpList(
+      card::kNoVariableName, card::kUnknownVariable, [&](std::int32_t index) {
         const VariableKind found = construction.KindOf(index);
         if (kind == VariableKind::None) kind = found;
         if (!TestConstruction::IsCategorical(found) || found != kind) {
-          construction.FailOver(kUnfitVariable, IntegerText(index));
+          construction.FailOver(card::kUnfitVariable, IntegerText(index));
         }
       });
-  if (construction.IsOK() && tested.size() < 2) construction.Fail(kTooFewVariables);
-  const bool isGiven =
+  if (construction.IsOK() && tested.size() < 2) construction.Fail(card::kTooFewVariables);
+  const bool areGiven =
       construction.IsOK() && construction.ReadText("classFormation") == "givenCategoryList";
-  if (isGiven) {
-    std::vector<double> numbers;
-    std::vector<std::string> texts;
-    if (kind == VariableKind::NumericCategory) {
-      static_cast<void>(construction.Read("successCategoryList", numbers));
-      if (!numbers.empty()) construction.Put("successCategoryListNum", numbers);
-    } else {
-      static_cast<void>(construction.Read("successCategoryList", texts));
-      if (!texts.empty()) construction.Put("successCategoryListStr", texts);
-    }
-    if (numbers.empty() && texts.empty()) construction.Fail(kNoSplit);
+  if (areGiven) {
+    PutSuccessValues(construction, card::kSuccessCategories.key.c_str(), kind, card::kNoSplit);
   }
-  const std::string comparison = construction.ReadText("typeOfMultipleComparison", "none");
-  construction.Put("pairWise", comparison == "pairWise");
-  construction.Put("stepWise", comparison == "stepWise");
+  PutComparisonFlags(construction);
   construction.Put("variableIndex", tested);
-  construction.Put("userSpecifyGroupList", isGiven);
+  construction.Put("userSpecifyGroupList", areGiven);
   if (construction.IsOK()) {
     for (const std::int32_t index : tested) {
       planner.RegisterStatistic(index, Statistic::Frequencies);
     }
   }
-  return construction.Make<NPARCochransQ>(&construction.Planner().GetVariables());
+  return construction.Make<NPARCochransQ>(&planner.GetVariables());
 }

@@ -3,24 +3,29 @@
 #include "catalogue/cards/friedman.h"
 #include "planning/test_construction.h"
 
-const NPARRankedRecords::Profile NPARFriedman::kProfile{
-    .name = "RFriedmansTwoWayByRanks",
+namespace card = catalogue::friedman;
+
+namespace {
+
+constexpr NPARRankedRecords::Profile kProfile{
+    .card = card::kCard,
     .conditionKey = "R_FriedmansTwoWayByRanks_1",
-    .fieldCodes = {.noVariableName = 221811,
-                   .unknownVariable = 221803,
-                   .wrongCount = 221809,
-                   .notContinuous = 221804},
-    .noComparison = 221801,
-    .comparisonCodes = {.tooFewPairwise = 221815,
-                        .tooFewStepwise = 221816,
-                        .notSignificantPairwise = 221813,
-                        .notSignificantStepwise = 221814}};
+    .fieldCodes = {.noVariableName = card::kNoVariableName,
+                   .unknownVariable = card::kUnknownVariable,
+                   .wrongCount = card::kTooFewVariables,
+                   .notContinuous = card::kNotContinuous},
+    .noComparison = card::kNoComparison,
+    .comparisonCodes = {.tooFewPairwise = card::kTooFewPairwise,
+                        .tooFewStepwise = card::kTooFewStepwise,
+                        .notSignificantPairwise = card::kNotSignificantPairwise,
+                        .notSignificantStepwise = card::kNotSignificantStepwise}};
+
+}  // namespace
 
 NPARFriedman::NPARFriedman(QDSettings* settings) : NPARRankedRecords(settings, kProfile) {}
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::friedman::kCard>(
-    TestConstruction& construction) {
-  NPARFriedman::ReadEntry(construction, NPARFriedman::kProfile);
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
+  NPARFriedman::ReadEntry(construction, kProfile);
   return construction.Make<NPARFriedman>();
 }

@@ -8,5 +8,4 @@ class NPARFriedman final : public NPARRankedRecords {
  public:
   /// Takes the settings over.
   explicit NPARFriedman(QDSettings* settings);
-  static const Profile kProfile;
 };

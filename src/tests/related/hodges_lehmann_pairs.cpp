@@ -3,22 +3,18 @@
 #include <cmath>
 
 #include "catalogue/cards/hodges_lehmann_pairs.h"
+#include "catalogue/run.h"
 #include "kit/ranks/rank.h"
 #include "kit/statistics/interval_ranks.h"
 #include "kit/statistics/signed_rank.h"
 #include "planning/test_construction.h"
+#include "report/algorithm_element.h"
 #include "report/elements.h"
-#include "report/messages.h"
 #include "tests/related/continuous_fields.h"
 
-namespace {
+namespace card = catalogue::hodges_lehmann_pairs;
 
-constexpr std::int32_t kNoData = 220003;  // the weights sum to 0
-constexpr std::int32_t kNotTwo = 222409;  // not exactly two variables
-constexpr ContinuousFieldsCodes kFieldCodes{.noVariableName = 222410,
-                                            .unknownVariable = 222403,
-                                            .wrongCount = kNotTwo,
-                                            .notContinuous = 222404};
+namespace {
 
 /// Sum of t^3 - t over the runs of tied sizes |d|. In ascending order they are the negative values,
 /// the last one first, merged with the others.
@@ -41,35 +37,30 @@ double TieSumOfSizes(const WeightedValues& values) {
 
 }  // namespace
 
-QDStatus NPARHodgesLehmannPairs::BeginPass() {
-  if (!status.IsError()) passesLeft = 1;
-  static_cast<void>(settings->GetSettingValByName("confidenceLevel", confidenceLevel));
-  weight = RecordWeight(*settings);
-  if (!differences.ReadPair(SettingsReader(settings.get())))
-    ReportStatus(QDStatus(kNotTwo), MessageKind::Error);
-  return status;
+void NPARHodgesLehmannPairs::Prepare(const SettingsReader& settings) {
+  confidenceLevel = settings.Get("confidenceLevel", confidenceLevel);
+  if (!differences.ReadPair(settings)) Fail(card::kNotTwo);
 }
 
-QDStatus NPARHodgesLehmannPairs::ProcessRecord(const Record& record) {
-  const double d = differences.Of(record);
-  const std::int64_t w = weight.Truncated(record);
-  differences.Count(d, w);
-  if (w >= 1) values.Add(d, w);
-  return status;
+void NPARHodgesLehmannPairs::GetRequiredVariables(std::vector<std::int64_t>& positions) {
+  positions = {differences.First(), differences.Second()};
 }
 
-QDStatus NPARHodgesLehmannPairs::EndPass() {
-  if (status.IsError()) return status;
-  if (differences.TotalN() == 0) {
-    ReportStatus(QDStatus(kNoData), MessageKind::Error);
-    return status;
-  }
-  Compute();
-  passesLeft = 0;
-  return status;
+void NPARHodgesLehmannPairs::Take(RecordBatch& batch) {
+  const double* d = differences.Of(batch);
+  weight.UseTruncated(batch, [&](auto weightAt) {
+    differences.Count(d, batch.Size(), weightAt);
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
+      if (weightAt(i) >= 1) values.Add(d[i], weightAt(i));
+    }
+  });
 }
 
 void NPARHodgesLehmannPairs::Compute() {
+  if (differences.TotalN() == 0) {
+    Fail(catalogue::run::kNoData);
+    return;
+  }
   // Nothing raises minus infinity.
   const bool isRaised = differences.TieCount() > 0 && std::isfinite(differences.Minimum());
   const double shift = isRaised ? 1.0 - differences.Minimum() : 0.0;
@@ -84,28 +75,26 @@ void NPARHodgesLehmannPairs::Compute() {
   values = WeightedValues();
 }
 
-void NPARHodgesLehmannPairs::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions = {differences.First(), differences.Second()};
-}
-
 XMLElement* NPARHodgesLehmannPairs::WriteResults() {
-  auto algorithm =
-      CreateAlgorithm("RHodgesLehmannEstimatePairs", "confidence_interval", "Related_Samples", "");
-  AddCondition(*algorithm, "R_HodgesLehman_2",  // hosts read it so
-               {IndexText(differences.First()), IndexText(differences.Second())});
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
-
-  AddAttributeRow(*AddStructuredTable(*algorithm, "StatisticsResult"), "Estimate", estimate);
-  XMLElement* interval = AddStructuredTable(*algorithm, "Asymptotic");
-  AddAttributeRow(*interval, "Lower", lower);
-  AddAttributeRow(*interval, "Upper", upper);
-  return algorithm.release();
+  return WriteAlgorithm(
+      *this,
+      {.card = card::kCard,
+       .decidingSig = QDMV::gMissingValue,
+       .condition = {"R_HodgesLehman_2",  // hosts read it so
+                     {IndexText(differences.First()), IndexText(differences.Second())}}},
+      [this](XMLElement& algorithm) {
+        AddFigures(algorithm, "StatisticsResult", {{"Estimate", estimate}});
+        AddFigures(algorithm, "Asymptotic", {{"Lower", lower}, {"Upper", upper}});
+      });
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::hodges_lehmann_pairs::kCard>(
-    TestConstruction& construction) {
-  LookUpContinuousFields(construction, kFieldCodes, FieldCount::Two);
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
+  LookUpContinuousFields(construction,
+                         {.noVariableName = card::kNoVariableName,
+                          .unknownVariable = card::kUnknownVariable,
+                          .wrongCount = card::kNotTwo,
+                          .notContinuous = card::kNotContinuous},
+                         FieldCount::Two);
   return construction.Make<NPARHodgesLehmannPairs>();
 }

@@ -3,10 +3,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "kit/contract/column_test.h"
+#include "kit/contract/test.h"
 #include "kit/groups/paired_differences.h"
 #include "kit/order/order_statistics.h"
-#include "kit/records/record_weight.h"
 
 /// Hodges-Lehmann estimate of the median of the paired differences d = second - first, with its
 /// distribution-free interval.
@@ -20,26 +19,23 @@
 /// Source: J. L. Hodges and E. L. Lehmann, Ann. Math. Stat. 34 (1963), 598-611; J. W. Tukey (1949)
 /// for the interval, as in M. Hollander and D. A. Wolfe, Nonparametric Statistical Methods, 2nd
 /// ed., 1999, sections 3.2 and 3.3.
-class NPARHodgesLehmannPairs final : public NPARRecordTest {
+class NPARHodgesLehmannPairs final : public NPARTest {
  public:
-  using NPARRecordTest::NPARRecordTest;
+  using NPARTest::NPARTest;
 
-  void SetSharedData(UnivariateResults*) override {}  // reads no shared summaries
-  /// Reads "variableIndex" (two positions in the record), "weightVariableIndex" (absent: each
-  /// record weighs 1) and "confidenceLevel" (a probability). Error 222409: not two positions.
-  QDStatus BeginPass() override;
-  /// A record whose weight is below 1 has no averages.
-  QDStatus ProcessRecord(const Record& record) override;
-  bool NeedsAnotherPass() override { return false; }
-  /// Error 220003: the weights sum to 0. Throws std::bad_alloc.
-  QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
- private:
-  void Compute();
+ protected:
+  /// Reads "confidenceLevel", a probability. Error 222409: "variableIndex" does not hold two
+  /// positions.
+  void Prepare(const SettingsReader& settings) override;
+  /// A record whose weight is below 1 has no averages.
+  void Take(RecordBatch& batch) override;
+  /// Error 220003: the weights sum to 0.
+  void Compute() override;
 
-  RecordWeight weight;
+ private:
   double confidenceLevel = 0.95;
   PairedDifferences differences;
   WeightedValues values;  // d of each record

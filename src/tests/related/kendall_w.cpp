@@ -5,18 +5,24 @@
 #include "planning/test_construction.h"
 #include "report/elements.h"
 
-const NPARRankedRecords::Profile NPARKendallsW::kProfile{
-    .name = "RKendallsCoefficient",
+namespace card = catalogue::kendall_w;
+
+namespace {
+
+constexpr NPARRankedRecords::Profile kProfile{
+    .card = card::kCard,
     .conditionKey = "R_KendallsCoefficient_1",
-    .fieldCodes = {.noVariableName = 221911,
-                   .unknownVariable = 221903,
-                   .wrongCount = 221909,
-                   .notContinuous = 221904},
-    .noComparison = 221901,
-    .comparisonCodes = {.tooFewPairwise = 221915,
-                        .tooFewStepwise = 221916,
-                        .notSignificantPairwise = 221913,
-                        .notSignificantStepwise = 221914}};
+    .fieldCodes = {.noVariableName = card::kNoVariableName,
+                   .unknownVariable = card::kUnknownVariable,
+                   .wrongCount = card::kTooFewVariables,
+                   .notContinuous = card::kNotContinuous},
+    .noComparison = card::kNoComparison,
+    .comparisonCodes = {.tooFewPairwise = card::kTooFewPairwise,
+                        .tooFewStepwise = card::kTooFewStepwise,
+                        .notSignificantPairwise = card::kNotSignificantPairwise,
+                        .notSignificantStepwise = card::kNotSignificantStepwise}};
+
+}  // namespace
 
 NPARKendallsW::NPARKendallsW(QDSettings* settings) : NPARRankedRecords(settings, kProfile) {}
 
@@ -25,8 +31,7 @@ void NPARKendallsW::WriteOwnFigures(XMLElement& statistics) const {
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::kendall_w::kCard>(
-    TestConstruction& construction) {
-  NPARKendallsW::ReadEntry(construction, NPARKendallsW::kProfile);
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
+  NPARKendallsW::ReadEntry(construction, kProfile);
   return construction.Make<NPARKendallsW>();
 }

@@ -12,7 +12,6 @@ class NPARKendallsW final : public NPARRankedRecords {
  public:
   /// Takes the settings over.
   explicit NPARKendallsW(QDSettings* settings);
-  static const Profile kProfile;
 
  private:
   void WriteOwnFigures(XMLElement& statistics) const override;

@@ -1,161 +1,110 @@
 #include "tests/related/mcnemar.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "catalogue/cards/mcnemar.h"
 #include "kit/groups/category_selection.h"
+#include "kit/statistics/mcnemar.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
-#include "report/messages.h"
-#include "tests/related/category_pair.h"
+#include "tests/related/success_values.h"
 
-namespace {
-
-constexpr CategoryPairCodes kPairCodes{
-    .noVariableName = 221603, .notTwoVariables = 221614, .unfitVariable = 221613};
-constexpr SuccessCategories::Codes kSplitCodes{.noSharedData = 221606,
-                                               .notTwoCategories = 221609,
-                                               .tooManyValues = 221610,
-                                               .noGivenSplit = 221611};
-constexpr std::int32_t kDistributionFailed = 221605;  // the binomial function failed
-constexpr std::int32_t kNoGivenValue = 221611;        // no success value is given
-constexpr std::int32_t kExactGiven = 221612;          // help: the exact value is given
-
-}  // namespace
+namespace card = catalogue::mcnemar;
 
 NPARMcNemar::NPARMcNemar(QDSettings* settings, const QDVarList* variables)
-    : NPARRecordTest(settings), categories(variables, kSplitCodes) {}
+    : NPARTest(settings),
+      categories(variables, {.noSharedData = card::kNoSummaries,
+                             .notTwoCategories = card::kNotTwoCategories,
+                             .tooManyValues = card::kTooManyValues,
+                             .noGivenSplit = card::kNoGivenValue}) {}
 
-void NPARMcNemar::ReadSettings() {
-  weight = RecordWeight(*settings);
-  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
-  static_cast<void>(settings->GetSettingValByName("variablePairFirstIndex", first));
-  static_cast<void>(settings->GetSettingValByName("variablePairSecondIndex", second));
-  categories.SetVariables({first, second});
-  static_cast<void>(settings->GetSettingValByName("userSpecifyGroupList", userSpecifyGroupList));
-  if (!userSpecifyGroupList) return;
-  static_cast<void>(settings->GetSettingValByName("successCategoryListNum", successNumbers));
-  static_cast<void>(settings->GetSettingValByName("successCategoryListStr", successTexts));
-  static_cast<void>(
-      settings->GetSettingValByName("UserSpecifiedSuccessfulListOriginal", givenTexts));
-  static_cast<void>(settings->GetSettingValByName("UserSpecifiedSuccListVar0", givenSuccesses[0]));
-  static_cast<void>(settings->GetSettingValByName("UserSpecifiedSuccListVar1", givenSuccesses[1]));
-  // The failures of both fields are read from the first one's key: hosts read the document so.
-  for (std::vector<double>& failures : givenFailures) {
-    static_cast<void>(settings->GetSettingValByName("UserSpecifiedFailListVar0", failures));
+void NPARMcNemar::Prepare(const SettingsReader& settings) {
+  pair = CategoryPair(settings);
+  categories.Read(settings, {pair.first, pair.second});
+  if (HasFailed()) return;
+  if (categories.AreGiven()) {
+    givenTexts = settings.List<std::string>("UserSpecifiedSuccessfulListOriginal");
+    givenSuccesses = {settings.List<double>("UserSpecifiedSuccListVar0"),
+                      settings.List<double>("UserSpecifiedSuccListVar1")};
+    // The failures of both fields are read from the first one's key: hosts read the document so.
+    givenFailures.fill(settings.List<double>("UserSpecifiedFailListVar0"));
   }
+  const std::int32_t code = categories.Check(sharedData);
+  if (code != 0) Fail(code);
 }
 
-QDStatus NPARMcNemar::BeginPass() {
-  ReadSettings();
-  if (status.IsError()) return status;
-  const std::int32_t code = userSpecifyGroupList
-                                ? categories.TakeGiven(sharedData, successNumbers, successTexts)
-                                : categories.CheckCategories(sharedData);
-  if (code != 0) {
-    ReportStatus(QDStatus(code), MessageKind::Error);
-  } else {
-    passesLeft = 1;
-  }
-  return status;
-}
-
-QDStatus NPARMcNemar::ProcessRecord(const Record& record) {
-  if (status.IsError()) return status;
-  categories.LearnFrom(record);
-  const std::int64_t w = weight.Truncated(record);
-  const bool firstSucceeds = categories.IsSuccess(0, record[first]);
-  const bool secondSucceeds = categories.IsSuccess(1, record[second]);
-  if (firstSucceeds) {
-    (secondSucceeds ? bothSuccess : successFail) += w;
-  } else {
-    (secondSucceeds ? failSuccess : bothFail) += w;
-  }
-  return status;
-}
-
-QDStatus NPARMcNemar::EndPass() {
-  if (status.IsError()) return status;
-  figures = McNemar(failSuccess, successFail);
-  if (failSuccess + successFail <= kExactLimit) {
-    ReportStatus(QDStatus(kExactGiven), MessageKind::Help);
-    exactSig = McNemarExactSig(failSuccess, successFail);
-    if (!exactSig) {
-      ReportStatus(QDStatus(kDistributionFailed), MessageKind::Error);
-      return status;
+void NPARMcNemar::Take(RecordBatch& batch) {
+  if (batch.Size() == 0) return;
+  const std::int32_t* first = batch.TruncatedOf(pair.first);
+  const std::int32_t* second = batch.TruncatedOf(pair.second);
+  categories.LearnFrom(first[0]);
+  weight.UseTruncated(batch, [&](auto weightAt) {
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
+      const std::size_t row = categories.IsSuccess(0, first[i]) ? 1 : 0;
+      const std::size_t column = categories.IsSuccess(1, second[i]) ? 1 : 0;
+      table[row][column] += weightAt(i);
     }
-  }
-  passesLeft = 0;
-  return status;
+  });
 }
 
-void NPARMcNemar::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions.insert(positions.end(), {first, second});
+void NPARMcNemar::Compute() {
+  const std::int64_t b = table[0][1];
+  const std::int64_t c = table[1][0];
+  figures = McNemar(b, c);
+  if (b + c > kExactLimit) return;
+  Help(card::kExactGiven);
+  exactSig = McNemarExactSig(b, c);
+  if (!exactSig) Fail(card::kDistributionFailed);
 }
 
 void NPARMcNemar::WriteSide(XMLElement& parent, std::size_t place) const {
   const bool isRow = place == 0;
-  AddAttributeRow(parent, isRow ? "RowNames" : "ColumnNames",
-                  static_cast<std::int64_t>(isRow ? first : second));
+  const bool areGiven = categories.AreGiven();
+  AddAttributeRow(parent, isRow ? "RowNames" : "ColumnNames", isRow ? pair.first : pair.second);
   const std::vector<double> successes =
-      userSpecifyGroupList ? givenSuccesses[place] : categories.CategoriesOf(place, true);
+      areGiven ? givenSuccesses[place] : categories.CategoriesOf(place, true);
   AddAttributeRow(parent, isRow ? "RowSuccessList" : "ColumnSuccessList", JoinNumbers(successes));
   std::vector<std::string> unknown;
-  for (std::size_t i = 0; userSpecifyGroupList && i < successes.size(); ++i) {
+  for (std::size_t i = 0; areGiven && i < successes.size(); ++i) {
     if (successes[i] == -1.0 && i < givenTexts.size()) unknown.push_back(givenTexts[i]);
   }
   AddUnknownValues(parent, unknown,
                    isRow ? "RowValsNotInTheCategoreis" : "ColValsNotInTheCategoreis");
-  AddAttributeRow(parent, isRow ? "RowFailList" : "ColumnFailList",
-                  JoinNumbers(userSpecifyGroupList ? givenFailures[place]
-                                                   : categories.CategoriesOf(place, false)));
+  AddAttributeRow(
+      parent, isRow ? "RowFailList" : "ColumnFailList",
+      JoinNumbers(areGiven ? givenFailures[place] : categories.CategoriesOf(place, false)));
 }
 
 XMLElement* NPARMcNemar::WriteResults() {
-  auto algorithm = CreateAlgorithm("RMcNemar", "hypothesis_test", "Related_Samples",
-                                   DecisionWord(status, sigLevel, figures.sig));
-  AddCondition(*algorithm,
-               userSpecifyGroupList ? "CategoryListsAreSpecified_R_McNemar_2"
-                                    : "AllDistinctValuesUsed_R_McNemar_2",
-               {IndexText(first), IndexText(second)});
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
-
-  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
-  AddAttributeRow(*statistics, "TotalN", bothSuccess + successFail + failSuccess + bothFail);
-  AddAttributeRow(*statistics, "TestStatistic", figures.statistic);
-  AddAttributeRow(*statistics, "DegreeOfFreedom", std::int64_t{1});
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", figures.sig);
-  if (exactSig) AddAttributeRow(*statistics, "ExactSig2Tailed", *exactSig);
-
-  XMLElement* comparison = AddStructuredTable(*algorithm, "CategoryFieldsComparison");
-  WriteSide(*comparison, 0);
-  WriteSide(*comparison, 1);
-  XMLElement* content = AddSimpleTable(*comparison, "Content", "", "");
-  AddRow(*content, JoinIntegers(std::vector<std::int64_t>{bothSuccess, successFail}));
-  AddRow(*content, JoinIntegers(std::vector<std::int64_t>{failSuccess, bothFail}));
-  return algorithm.release();
+  const char* condition = categories.AreGiven() ? "CategoryListsAreSpecified_R_McNemar_2"
+                                                : "AllDistinctValuesUsed_R_McNemar_2";
+  return WriteAlgorithm(
+      *this,
+      {.card = card::kCard, .decidingSig = figures.sig, .condition = pair.ConditionOf(condition)},
+      [this](XMLElement& algorithm) {
+        AddFigures(algorithm, "StatisticsResult",
+                   {{"TotalN", table[0][0] + table[0][1] + table[1][0] + table[1][1]},
+                    {"TestStatistic", figures.statistic},
+                    {"DegreeOfFreedom", 1},
+                    {"AsymptoticSig2Tailed", figures.sig},
+                    {"ExactSig2Tailed", exactSig}});
+        XMLElement* comparison = AddStructuredTable(algorithm, "CategoryFieldsComparison");
+        WriteSide(*comparison, 0);
+        WriteSide(*comparison, 1);
+        XMLElement* content = AddSimpleTable(*comparison, "Content", "", "");
+        for (const std::size_t row : {1U, 0U}) {
+          AddRow(*content, JoinIntegers(std::vector{table[row][1], table[row][0]}));
+        }
+      });
 }
 
 namespace {
 
-/// Adds the given success values and, for each field of the pair, what they select.
-void ReadGivenValues(TestConstruction& construction, const CategoryPair& pair) {
+/// Puts the given success values and, for each field of the pair, what they select.
+void PutGivenValues(TestConstruction& construction, const CategoryPair& pair) {
+  const char* const key = card::kCategories.key.c_str();
+  PutSuccessValues(construction, key, construction.KindOf(pair.first), card::kNoGivenValue);
+  if (!construction.IsOK()) return;
   std::vector<std::string> texts;
-  std::vector<double> numbers;
-  static_cast<void>(construction.Read("categoriesList", texts));
-  const bool isNumeric = construction.KindOf(pair.first) == VariableKind::NumericCategory;
-  if (isNumeric) static_cast<void>(construction.Read("categoriesList", numbers));
-  if (isNumeric ? numbers.empty() : texts.empty()) {
-    construction.Fail(kNoGivenValue);
-    return;
-  }
-  if (isNumeric) {
-    construction.Put("successCategoryListNum", numbers);
-  } else {
-    construction.Put("successCategoryListStr", texts);
-  }
+  static_cast<void>(construction.Read(key, texts));
   construction.Put("UserSpecifiedSuccessfulListOriginal", texts);
   const QDVarList& variables = construction.Planner().GetVariables();
   const CategorySelection firstSide = SelectCategories(*variables.GetVarAt(pair.first), texts);
@@ -169,18 +118,21 @@ void ReadGivenValues(TestConstruction& construction, const CategoryPair& pair) {
 }  // namespace
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::mcnemar::kCard>(TestConstruction& construction) {
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
   NPARPlanner& planner = construction.Planner();
-  const CategoryPair pair = ReadCategoryPair(construction, kPairCodes);
+  const CategoryPair pair =
+      LookUpCategoryPair(construction, {.noVariableName = card::kNoVariableName,
+                                        .notTwoVariables = card::kNotTwoVariables,
+                                        .unfitVariable = card::kUnfitVariable});
   if (construction.IsOK() && construction.KindOf(pair.first) != construction.KindOf(pair.second)) {
-    construction.Fail(kPairCodes.unfitVariable);
+    construction.Fail(card::kUnfitVariable);
   }
   if (construction.IsOK()) {
     planner.RegisterStatistic(pair.first, Statistic::Frequencies);
     planner.RegisterStatistic(pair.second, Statistic::Frequencies);
-    const bool isGiven = construction.ReadText("classFormation") == "givenCategoryList";
-    if (isGiven) ReadGivenValues(construction, pair);
-    construction.Put("userSpecifyGroupList", isGiven);
+    const bool areGiven = construction.ReadText("classFormation") == "givenCategoryList";
+    if (areGiven) PutGivenValues(construction, pair);
+    construction.Put("userSpecifyGroupList", areGiven);
   }
-  return construction.Make<NPARMcNemar>(&construction.Planner().GetVariables());
+  return construction.Make<NPARMcNemar>(&planner.GetVariables());
 }

@@ -6,20 +6,20 @@
 #include <string>
 #include <vector>
 
-#include "kit/contract/column_test.h"
+#include "kit/contract/test.h"
 #include "kit/groups/success_categories.h"
-#include "kit/records/record_weight.h"
-#include "kit/statistics/mcnemar.h"
+#include "kit/statistics/chi_square.h"
+#include "tests/related/category_pair.h"
 
 /// McNemar test: do two related binary fields have the same share of successes?
 ///
 /// b and c are the weights of the records in which only the second, only the first field is a
 /// success; figures as in kit/statistics/mcnemar.h, the exact one for b + c <= 25. The asymptotic
-/// value decides. Success is what kit/success_categories.h says. One pass.
+/// value decides. Success is what kit/groups/success_categories.h says. One pass.
 ///
 /// Source: Q. McNemar, Psychometrika 12 (1947); correction of A. L. Edwards, Psychometrika 13
 /// (1948).
-class NPARMcNemar final : public NPARRecordTest {
+class NPARMcNemar final : public NPARTest {
  public:
   /// The largest n with an exact value.
   static constexpr std::int64_t kExactLimit = 25;
@@ -27,37 +27,28 @@ class NPARMcNemar final : public NPARRecordTest {
   /// Takes the settings over, not the variables.
   NPARMcNemar(QDSettings* settings, const QDVarList* variables);
 
-  void SetSharedData(UnivariateResults* data) override { sharedData = data; }
-  /// Errors 221606, 221609, 221610, 221611: no split in success and failure.
-  QDStatus BeginPass() override;
-  QDStatus ProcessRecord(const Record& record) override;
-  bool NeedsAnotherPass() override { return false; }
-  /// Help message 221612: the exact value is given. Error 221605: the binomial function failed.
-  QDStatus EndPass() override;
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) override {
+    pair.AppendTo(positions);
+  }
   XMLElement* WriteResults() override;
 
+ protected:
+  /// Errors 221606, 221609, 221610, 221611: no split in success and failure.
+  void Prepare(const SettingsReader& settings) override;
+  void Take(RecordBatch& batch) override;
+  /// Help message 221612: the exact value is given. Error 221605: the binomial function failed.
+  void Compute() override;
+
  private:
-  void ReadSettings();
   /// "Row..." or "Column...": the categories of one field on either side.
   void WriteSide(XMLElement& parent, std::size_t place) const;
 
-  UnivariateResults* sharedData = nullptr;
-  RecordWeight weight;
-  double sigLevel = 0.05;
-  std::int32_t first = -1;
-  std::int32_t second = -1;
-  bool userSpecifyGroupList = false;
-  std::vector<double> successNumbers;
-  std::vector<std::string> successTexts;
+  CategoryPair pair;
+  SuccessCategories categories;
   std::vector<std::string> givenTexts;                // as the user wrote them
   std::array<std::vector<double>, 2> givenSuccesses;  // category codes by field, -1: no category
   std::array<std::vector<double>, 2> givenFailures;
-  SuccessCategories categories;
-  std::int64_t bothSuccess = 0;
-  std::int64_t successFail = 0;  // c: first a success, second not
-  std::int64_t failSuccess = 0;  // b
-  std::int64_t bothFail = 0;
+  std::array<std::array<std::int64_t, 2>, 2> table{};  // weights; [1][0]: the first alone succeeds
   ChiSquareFigures figures;
   std::optional<double> exactSig;
 };

@@ -4,77 +4,74 @@
 #include <string>
 #include <utility>
 
+#include "catalogue/run.h"
+#include "catalogue/settings.h"
 #include "kit/statistics/friedman.h"
 #include "planning/test_construction.h"
+#include "report/algorithm_element.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
-#include "report/messages.h"
 
 namespace {
 
-constexpr std::int32_t kNoData = 220003;  // the weights sum to 0
-constexpr const char* kComparisonKey = "typeOfMultipleComparison";
+constexpr const char* kComparisonKey = catalogue::settings::kComparison.key.c_str();
 constexpr StepwisePolicy kPolicy{.judgesOnAdjusted = true, .keepsShrunkSingles = true};
+
+/// Calls `use(first, count, weightOf)` for as many records at a time as `ranks` can take.
+template <typename Use>
+void ForEachPart(RecordBatch& batch, const RecordWeight& weight, const ColumnRanks& ranks,
+                 Use use) {
+  weight.UseTruncated(batch, [&](auto weightAt) {
+    for (std::size_t first = 0; first < batch.Size(); first += ranks.RecordsAtOnce()) {
+      const std::size_t count = std::min(ranks.RecordsAtOnce(), batch.Size() - first);
+      use(first, count, [&](std::size_t i) { return weightAt(first + i); });
+    }
+  });
+}
 
 }  // namespace
 
 NPARRankedRecords::NPARRankedRecords(QDSettings* settings, const Profile& profile)
-    : NPARColumnTest(settings), profile(profile), comparison(profile.comparisonCodes, kPolicy) {}
+    : NPARTest(settings), profile(profile), comparison(profile.comparisonCodes, kPolicy) {}
 
-void NPARRankedRecords::ReadSettings() {
-  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
-  static_cast<void>(settings->GetSettingValByName("variableIndex", variables));
-  weight = RecordWeight(*settings);
-  std::string word;
-  static_cast<void>(settings->GetSettingValByName(kComparisonKey, word));
-  comparison.Want(ComparisonFromWord(word));
+void NPARRankedRecords::Prepare(const SettingsReader& settings) {
+  variables = settings.List<std::int32_t>("variableIndex");
+  const std::size_t k = variables.size();
+  if (k < 2) Fail(profile.fieldCodes.wrongCount);
+  if (HasFailed()) return;
+  comparison.Want(ComparisonFromWord(settings.Text(kComparisonKey)));
+  if (comparison.WantsStepwise()) ExpectPasses(static_cast<std::int32_t>(k));
+  rankSums.assign(k, 0.0);
+  ranks = ColumnRanks(k);
+  rankCounts = RankCounts(k);
 }
 
-QDStatus NPARRankedRecords::BeginPass() {
-  if (stage == Stage::Overall) {
-    ReadSettings();
-    if (status.IsError()) return status;
-    const std::size_t k = variables.size();
-    if (k < 2) {
-      ReportStatus(QDStatus(profile.fieldCodes.wrongCount), MessageKind::Error);
-      return status;
-    }
-    rankSums.assign(k, 0.0);
-    ranks = ColumnRanks(k);
-    rankCounts = RankCounts(k);
-    passesLeft = comparison.WantsStepwise() ? static_cast<std::int32_t>(k) : 1;
-    return status;
+void NPARRankedRecords::GetRequiredVariables(std::vector<std::int64_t>& positions) {
+  positions.assign(variables.begin(), variables.end());
+}
+
+void NPARRankedRecords::Take(RecordBatch& batch) {
+  ForEachPart(batch, weight, ranks, [&](std::size_t first, std::size_t count, auto weightOf) {
+    RankFields(batch, first, count, weightOf);
+  });
+}
+
+void NPARRankedRecords::StartPass() {
+  if (Pass() == 1) {
+    std::vector<ComparedSample> samples = MeanRanks();
+    OrderByMeasure(samples);
+    comparison.StartStepwise(std::move(samples), sigLevel);
   }
-  if (status.IsError()) return status;
-  if (stage == Stage::StepDownAhead) StartStepDown();
   rangeRankSums.clear();
   for (const SampleRange& range : comparison.GetWorkList()) {
     rangeRankSums.emplace_back(range.Size(), 0.0);
   }
-  return status;
 }
 
-void NPARRankedRecords::StartStepDown() {
-  std::vector<ComparedSample> samples = MeanRanks();
-  OrderByMeasure(samples);
-  comparison.StartStepwise(std::move(samples), sigLevel);
-  stage = Stage::StepDown;
-}
-
-QDStatus NPARRankedRecords::ProcessBatch(RecordBatch& batch) {
-  if (status.IsError()) return status;
-  weight.UseTruncated(batch, [&](auto weightAt) {
-    for (std::size_t first = 0; first < batch.Size(); first += ranks.RecordsAtOnce()) {
-      const std::size_t count = std::min(ranks.RecordsAtOnce(), batch.Size() - first);
-      const auto weightOf = [&](std::size_t i) { return weightAt(first + i); };
-      if (stage == Stage::Overall) {
-        RankFields(batch, first, count, weightOf);
-      } else {
-        RankRanges(batch, first, count, weightOf);
-      }
-    }
+void NPARRankedRecords::TakeAgain(RecordBatch& batch) {
+  ForEachPart(batch, weight, ranks, [&](std::size_t first, std::size_t count, auto weightOf) {
+    RankRanges(batch, first, count, weightOf);
   });
-  return status;
 }
 
 template <typename WeightOf>
@@ -117,47 +114,40 @@ void NPARRankedRecords::RankRanges(RecordBatch& batch, std::size_t first, std::s
   }
 }
 
-QDStatus NPARRankedRecords::EndPass() {
-  if (status.IsError()) return status;
+void NPARRankedRecords::Compute() {
   if (totalN == 0) {
-    ReportStatus(QDStatus(kNoData), MessageKind::Error);
-    return status;
+    Fail(catalogue::run::kNoData);
+    return;
   }
-  --passesLeft;
-  if (stage == Stage::Overall) {
-    EndOverall();
-  } else {
-    comparison.EndStepwisePass(
-        *this, [this](std::size_t i) { return ComputeFigures(rangeRankSums[i], 0.0); });
-  }
-  if (!NeedsAnotherPass()) passesLeft = 0;
-  return status;
-}
-
-void NPARRankedRecords::EndOverall() {
   for (std::size_t i = 0; i < variables.size(); ++i) rankSums[i] = rankCounts.RankSum(i);
   overall = ComputeFigures(rankSums, rankCounts.TieSum());
   const bool goesOn = comparison.PassGate(*this, sigLevel, overall.sig, variables.size());
   if (goesOn && comparison.WantsPairwise()) ComparePairs();
-  if (goesOn && comparison.WantsStepwise()) stage = Stage::StepDownAhead;
+  if (!comparison.IsPending()) ExpectPasses(0);
+}
+
+void NPARRankedRecords::Finish() {
+  comparison.EndStepwisePass(
+      *this, [this](std::size_t i) { return ComputeFigures(rangeRankSums[i], 0.0); });
+  if (comparison.IsDone()) ExpectPasses(0);
 }
 
 RangeFigures NPARRankedRecords::ComputeFigures(const std::vector<double>& sums,
-                                               double tieTerms) const {
-  const auto [x, sig] = Friedman(sums, static_cast<double>(totalN), tieTerms);
+                                               double tieSum) const {
+  const auto [x, sig] = Friedman(sums, Records(), tieSum);
   return {x, sig};
 }
 
 std::vector<ComparedSample> NPARRankedRecords::MeanRanks() const {
   std::vector<ComparedSample> samples;
   for (std::size_t i = 0; i < variables.size(); ++i) {
-    samples.push_back({variables[i], rankSums[i] / static_cast<double>(totalN)});
+    samples.push_back({variables[i], rankSums[i] / Records()});
   }
   return samples;
 }
 
 void NPARRankedRecords::ComparePairs() {
-  const auto n = static_cast<double>(totalN);
+  const double n = Records();
   const double standardError = FriedmanPairStandardError(Fields(), n);
   comparison.RunPairwise(MeanRanks(), variables.size(), [&](std::int32_t i, std::int32_t j) {
     const double difference =
@@ -166,40 +156,28 @@ void NPARRankedRecords::ComparePairs() {
   });
 }
 
-bool NPARRankedRecords::NeedsAnotherPass() {
-  return !status.IsError() && comparison.WantsStepwise() && !comparison.IsDone();
-}
-
-void NPARRankedRecords::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions.assign(variables.begin(), variables.end());
-}
-
 XMLElement* NPARRankedRecords::WriteResults() {
-  auto algorithm = CreateAlgorithm(profile.name, "hypothesis_test", "Related_Samples",
-                                   DecisionWord(status, sigLevel, overall.sig));
-  AddCondition(*algorithm, profile.conditionKey, {JoinIntegers(variables)});
-  if (status.IsError()) {
-    WriteMessages(*algorithm, messages);
-    return algorithm.release();
-  }
-  const std::vector<ComparedSample> samples = MeanRanks();
-  for (std::size_t i = 0; i < samples.size(); ++i) {
-    XMLElement* table = AddStructuredTable(
-        *algorithm, std::string("VariableInformation").append(std::to_string(i)));
-    AddAttributeRow(*table, "GroupIndex", samples[i].index);
-    AddAttributeRow(*table, "MeanOfRank", samples[i].measure);
-    AddIntervalTable(*table, rankCounts.CountsOf(i));
-  }
-  WriteComparison(*algorithm, comparison);
-
-  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
-  AddAttributeRow(*statistics, "TotalN", totalN);
-  WriteOwnFigures(*statistics);
-  AddAttributeRow(*statistics, "TestStatistic", overall.testStatistic);
-  AddAttributeRow(*statistics, "DegreeOfFreedom", variables.size() - 1);
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", overall.sig);
-  WriteMessages(*algorithm, messages);
-  return algorithm.release();
+  return WriteAlgorithm(
+      *this,
+      {.card = profile.card,
+       .decidingSig = overall.sig,
+       .condition = {profile.conditionKey, {JoinIntegers(variables)}},
+       .messagesLast = true},
+      [this](XMLElement& algorithm) {
+        const std::vector<ComparedSample> samples = MeanRanks();
+        for (std::size_t i = 0; i < samples.size(); ++i) {
+          XMLElement* table =
+              AddFigures(algorithm, "VariableInformation" + std::to_string(i),
+                         {{"GroupIndex", samples[i].index}, {"MeanOfRank", samples[i].measure}});
+          AddIntervalTable(*table, rankCounts.CountsOf(i));
+        }
+        WriteComparison(algorithm, comparison);
+        XMLElement* statistics = AddFigures(algorithm, "StatisticsResult", {{"TotalN", totalN}});
+        WriteOwnFigures(*statistics);
+        AddAttributeRow(*statistics, "TestStatistic", overall.testStatistic);
+        AddAttributeRow(*statistics, "DegreeOfFreedom", variables.size() - 1);
+        AddAttributeRow(*statistics, "AsymptoticSig2Tailed", overall.sig);
+      });
 }
 
 void NPARRankedRecords::ReadEntry(TestConstruction& construction, const Profile& profile) {

@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <vector>
 
+#include "catalogue/card.h"
 #include "kit/comparisons/multiple_comparisons.h"
-#include "kit/contract/column_test.h"
+#include "kit/contract/test.h"
 #include "kit/ranks/column_ranks.h"
 #include "kit/ranks/rank_counts.h"
-#include "kit/records/record_weight.h"
 #include "tests/related/continuous_fields.h"
 
 /// The two-way analysis of variance by ranks, which Friedman's test and Kendall's coefficient
@@ -22,22 +22,14 @@
 ///
 /// Source: M. Friedman, JASA 32 (1937), 675-701; ties as in M. Hollander and D. A. Wolfe,
 /// Nonparametric Statistical Methods, 2nd ed., 1999, section 7.1.
-class NPARRankedRecords : public NPARColumnTest {
+class NPARRankedRecords : public NPARTest {
  public:
-  void SetSharedData(UnivariateResults*) override {}  // reads no shared summaries
-  /// Reads "variableIndex" (the k positions), "weightVariableIndex" (absent: each record weighs 1),
-  /// "sigLevel" and "typeOfMultipleComparison". An error: fewer than two positions.
-  QDStatus BeginPass() override;
-  QDStatus ProcessBatch(RecordBatch& batch) override;
-  bool NeedsAnotherPass() override;
-  /// Error 220003: the weights sum to 0.
-  QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
-  /// What parts the two tests. The texts live as long as the program.
+  /// What parts the two tests. It lives as long as the program.
   struct Profile {
-    const char* name;
+    const catalogue::Card& card;
     const char* conditionKey;
     ContinuousFieldsCodes fieldCodes;
     std::int32_t noComparison;  // the entry does not say which comparison is wanted
@@ -52,32 +44,34 @@ class NPARRankedRecords : public NPARColumnTest {
   /// Figures of the test's own, which stand behind "TotalN".
   virtual void WriteOwnFigures(XMLElement& /*statistics*/) const {}
 
+  /// An error: "variableIndex" holds fewer than two positions.
+  void Prepare(const SettingsReader& settings) override;
+  void Take(RecordBatch& batch) override;
+  /// Error 220003: the weights sum to 0.
+  void Compute() override;
+  void StartPass() override;
+  void TakeAgain(RecordBatch& batch) override;
+  void Finish() override;
+
   [[nodiscard]] double ChiSquare() const noexcept { return overall.testStatistic; }
   [[nodiscard]] double Fields() const noexcept { return static_cast<double>(variables.size()); }
   [[nodiscard]] double Records() const noexcept { return static_cast<double>(totalN); }
 
  private:
-  enum class Stage { Overall, StepDownAhead, StepDown };
-  void ReadSettings();
-  void StartStepDown();
   /// `count` records from `first` on; weightOf(i) is the weight of the i-th of them.
   template <typename WeightOf>
   void RankFields(RecordBatch& batch, std::size_t first, std::size_t count, WeightOf weightOf);
   /// The same for each range of a step.
   template <typename WeightOf>
   void RankRanges(RecordBatch& batch, std::size_t first, std::size_t count, WeightOf weightOf);
-  void EndOverall();
   void ComparePairs();
   [[nodiscard]] std::vector<ComparedSample> MeanRanks() const;
   /// X and p of the samples with these rank sums.
-  [[nodiscard]] RangeFigures ComputeFigures(const std::vector<double>& sums, double tieTerms) const;
+  [[nodiscard]] RangeFigures ComputeFigures(const std::vector<double>& sums, double tieSum) const;
 
   const Profile& profile;
-  RecordWeight weight;
-  double sigLevel = 0.05;
   std::vector<std::int32_t> variables;
   MultipleComparison comparison;
-  Stage stage = Stage::Overall;
   ColumnRanks ranks;
   std::vector<const double*> fields;  // the columns that are ranked among each other
   std::int64_t totalN = 0;

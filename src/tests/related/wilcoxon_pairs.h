@@ -3,10 +3,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "kit/contract/column_test.h"
+#include "kit/contract/test.h"
 #include "kit/groups/paired_differences.h"
 #include "kit/ranks/signed_ranks.h"
-#include "kit/records/record_weight.h"
 #include "kit/statistics/signed_rank.h"
 
 /// Wilcoxon matched-pairs signed-rank test: are the differences d = second - first symmetric about
@@ -19,29 +18,25 @@
 ///
 /// Source: F. Wilcoxon, Biometrics Bulletin 1 (1945), 80-83; ties as in M. Hollander and D. A.
 /// Wolfe, Nonparametric Statistical Methods, 2nd ed., 1999, section 3.1.
-class NPARWilcoxonPairs final : public NPARColumnTest {
+class NPARWilcoxonPairs final : public NPARTest {
  public:
-  using NPARColumnTest::NPARColumnTest;
+  using NPARTest::NPARTest;
 
-  void SetSharedData(UnivariateResults*) override {}  // reads no shared summaries
-  /// Reads "variableIndex" (two positions in the record), "weightVariableIndex" (absent: each
-  /// record weighs 1) and "sigLevel". Error 221009: not two positions.
-  QDStatus BeginPass() override;
-  QDStatus ProcessBatch(RecordBatch& batch) override;
-  bool NeedsAnotherPass() override { return passIndex == 1; }
-  /// Error 220003: the weights sum to 0.
-  QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
- private:
-  void Compute();
+ protected:
+  /// Error 221009: "variableIndex" does not hold two positions.
+  void Prepare(const SettingsReader& settings) override;
+  void Take(RecordBatch& batch) override;
+  /// Error 220003: the weights sum to 0.
+  void Compute() override;
+  void StartPass() override;
+  void TakeAgain(RecordBatch& batch) override;
+  void Finish() override;
 
-  RecordWeight weight;
-  double sigLevel = 0.05;
+ private:
   PairedDifferences differences;
   SignedRanks ranks;
-  double positiveRankSum = 0.0;  // T+
   NormalFigures figures;
-  int passIndex = 0;  // passes finished
 };

@@ -10,6 +10,8 @@
 #include <string>
 #include <utility>
 
+#include "support/test_settings.h"
+
 namespace {
 
 using testing::ElementsAre;
@@ -23,11 +25,6 @@ constexpr StepwisePolicy kKeepsSingles{true, true};
 class MessageTaker final : public NPARTest {
  public:
   MessageTaker() : NPARTest(nullptr) {}
-  void SetSharedData(UnivariateResults*) override {}
-  QDStatus BeginPass() override { return status; }
-  QDStatus ProcessRecord(const Record&) override { return status; }
-  bool NeedsAnotherPass() override { return false; }
-  QDStatus EndPass() override { return status; }
   void GetRequiredVariables(std::vector<std::int64_t>&) override {}
   XMLElement* WriteResults() override { return nullptr; }
 
@@ -94,6 +91,17 @@ TEST(MultipleComparisonTest, TheWordsAreTakenLetterForLetter) {
   EXPECT_EQ(ComparisonFromWord("stepWise"), ComparisonKind::Stepwise);
   EXPECT_EQ(ComparisonFromWord("none"), ComparisonKind::None);
   EXPECT_EQ(ComparisonFromWord("pairwise"), ComparisonKind::None);
+}
+
+TEST(MultipleComparisonTest, AFlagIsOneAndTheStepDownComesFirst) {
+  const auto kind = [](double pairwise, double stepwise) {
+    const TestSettings settings = Entry("pairWise", pairwise, "stepWise", stepwise);
+    return ComparisonFromFlags(SettingsReader(&settings.Get()));
+  };
+  EXPECT_EQ(kind(1, 0), ComparisonKind::Pairwise);
+  EXPECT_EQ(kind(1, 1), ComparisonKind::Stepwise);
+  EXPECT_EQ(kind(2, 2), ComparisonKind::None);
+  EXPECT_EQ(ComparisonFromFlags(SettingsReader(nullptr)), ComparisonKind::None);
 }
 
 struct GateCase {
@@ -245,7 +253,9 @@ TEST(MultipleComparisonTest, AHomogeneousFrontRangeLeavesTheOthersUnderTest) {
 TEST(MultipleComparisonTest, ARangeThatShrinksToOneSampleIsFoundAtTheFinish) {
   MultipleComparison comparison(kCodes);
   MessageTaker test;
-  RunStepwise(comparison, test, 3, [](const SampleRange&) { return 0.001; });
+  comparison.RunStepwise(test, Samples(3), [](const SampleRange&) {
+    return RangeFigures{1.0, 0.001};
+  });
   EXPECT_EQ(SubsetPlaces(comparison), (Places{{0, 0}, {1, 1}, {2, 2}}));
   EXPECT_EQ(comparison.GetSubsets()[0].figures.sig, QDMV::gMissingValue);
   EXPECT_THAT(test.Groups(), ElementsAre("0", "1", "2"));

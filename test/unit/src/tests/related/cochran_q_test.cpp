@@ -77,6 +77,25 @@ TEST(CochranQTest, TheStepDownFindsTheHomogeneousFields) {
   ASSERT_EQ(result.MessageCodes(), std::vector<std::int32_t>{220013});
 }
 
+TEST(CochranQTest, SuccessOfAnOrderedFieldIsThatOfItsOrderedPosition) {
+  // "1" is the success: T = 19, 16, 4. Ascending, c is judged by a's codes and a by c's. By hand:
+  // c and b, sum w R^2 = 4 + 4 * 12 + 3 + 1 = 56 and Q = (16 - 4)^2 / (2 * 20 - 56) = -9; b and a,
+  // 4 + 12 + 1 = 17 and (19 - 16)^2 / (2 * 35 - 17) = 9 / 53. Judged by their own, c and b differ.
+  const auto variables = VariableListBuilder()
+                             .Nominal("a", {"1", "0"})
+                             .Nominal("b", {"1", "0"})
+                             .Nominal("c", {"0", "1"})
+                             .Weight("n")
+                             .Build();
+  const AlgorithmElement result = Result(
+      variables, {{0, 0, 1, 4}, {0, 0, 0, 12}, {0, 1, 0, 3}, {1, 1, 0, 1}}, On(kThree, "stepWise"));
+  EXPECT_EQ(result.Rows("StepwiseInfo").front(), "2;1;0");
+  const Texts rows = result.Rows("StepwiseResult/Content");
+  ASSERT_EQ(rows.size(), 2u);
+  EXPECT_EQ(rows[0], "0;1;-9;;;1;1");
+  EXPECT_EQ(rows[1].substr(0, 22), "1;2;0.169811320754717;");
+}
+
 TEST(CochranQTest, TwoDiscordantFieldsGiveTheSquaredDifference) {
   // (T1 - T2)^2 / N with every record discordant: (9 - 3)^2 / 12.
   const auto run = [](double first, const char* comparison) {

@@ -67,8 +67,6 @@ TEST(SignTest, DocumentHoldsCountsHistogramAndFigures) {
   ASSERT_THAT(RunAllPasses(test, {{3, 1}, {1, 1}, {QDMV::gMissingValue, 4}, {0, 1}, {7, 7}}),
               IsOk());
   const AlgorithmElement result(test.WriteResults());
-  EXPECT_EQ(result.Name() + result.Type() + result.Classification() + result.Decision(),
-            "RSignhypothesis_testRelated_Samplesretain");
   EXPECT_EQ(result.Outline(),
             "Condition(ConditionKey %0 %1) WarningMessages(Message(code type paramNum)) "
             "ContinuousDistribution(NegativeDifferences Ties PositiveDifferences Interval[]) "
@@ -85,22 +83,6 @@ TEST(SignTest, DocumentHoldsCountsHistogramAndFigures) {
   EXPECT_EQ(result.Rows("Interval"), (Texts{"1;1;2", "-1;2;0"}));
 }
 
-TEST(SignTest, PassesAreCountedDownAndNeedOnlyThePair) {
-  NPARSign test(PairSettings(0, 1, 2));
-  std::vector<std::int64_t> required = {9};
-  for (const int left : {2, 1}) {
-    ASSERT_THAT(test.BeginPass(), IsOk());
-    EXPECT_EQ(test.GetPassesLeft(), left);
-    const std::vector<double> row = {1, 2, 1};
-    ASSERT_THAT(test.ProcessRecord(Record::View(row.data(), 3)), IsOk());
-    ASSERT_THAT(test.EndPass(), IsOk());
-    EXPECT_EQ(test.GetPassesLeft(), left - 1);
-    EXPECT_EQ(test.NeedsAnotherPass(), left == 2);
-  }
-  test.GetRequiredVariables(required);
-  EXPECT_EQ(required, (std::vector<std::int64_t>{9, 0, 1}));
-}
-
 TEST(SignTest, NoPairFailsInBeginPassAndStillWritesItsElement) {
   const struct {
     TestSettings::Indices indices;
@@ -109,8 +91,6 @@ TEST(SignTest, NoPairFailsInBeginPassAndStillWritesItsElement) {
   for (const auto& row : cases) {
     NPARSign test(RelatedSettings(row.indices));
     EXPECT_THAT(test.BeginPass(), HasCode(220918));
-    EXPECT_FALSE(test.NeedsAnotherPass());
-    EXPECT_EQ(test.GetPassesLeft(), 0);
     const AlgorithmElement result(test.WriteResults());
     EXPECT_EQ(result.Text("%0"), row.shown);
     EXPECT_EQ(result.Messages(), Error(220918));

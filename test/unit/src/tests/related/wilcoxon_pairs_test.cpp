@@ -76,19 +76,4 @@ TEST(WilcoxonPairsTest, TheSameFieldTwiceIsNoErrorAndNoPairIsWrittenAsItStands) 
   EXPECT_EQ(AlgorithmElement(single.WriteResults()).Text("%0"), "-1");
 }
 
-TEST(WilcoxonPairsTest, EachFailureHasItsCode) {
-  const auto variables =
-      VariableListBuilder().Continuous("x").Continuous("y").Nominal("g", {"a"}).Build();
-  const auto of = [](const Texts& names) { return Entry("variableName", names); };
-  ExpectMessages("RWilcoxonSignedRanks", variables, {{1, 2, 0}, {3, 1, 0}, {4, 4.5, 0}},
-                 {{"no list", Entry(), Error(221010)},
-                  {"unknown name", of({"x", "nobody"}), Error(221003, {"nobody"})},
-                  {"one name", of({"x"}), Error(221009)},
-                  {"count comes before kind", of({"g", "g", "g"}), Error(221009)},
-                  {"the first unfit field alone", of({"g", "g"}), Error(221004, {"2"})},
-                  {"a pair", of({"y", "x"}), {}}});
-  ExpectMessages("RWilcoxonSignedRanks", variables, {{QDMV::gMissingValue, 2, 0}},
-                 {{"no record", of({"y", "x"}), Error(220003)}});
-}
-
 }  // namespace
