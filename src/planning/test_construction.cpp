@@ -95,18 +95,18 @@ const QDCategoryList* TestConstruction::CategoriesOf(std::int32_t index) const {
   return variable == nullptr ? nullptr : variable->GetCategories();
 }
 
-std::string TestConstruction::ReadText(const std::string& key, std::string absent) const {
+std::string TestConstruction::ReadText(std::string_view key, std::string absent) const {
   static_cast<void>(Read(key, absent));
   return absent;
 }
 
-bool TestConstruction::ReadFlag(const std::string& key) const {
+bool TestConstruction::ReadFlag(std::string_view key) const {
   bool flag = false;
   static_cast<void>(Read(key, flag));
   return flag;
 }
 
-bool TestConstruction::Copy(const std::string& key) {
+bool TestConstruction::Copy(std::string_view key) {
   const QDSetting* setting = entry.FindSetting(key);
   if (setting == nullptr) return false;
   settings->AddNewSetting(*setting);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -97,26 +98,26 @@ class TestConstruction {
   [[nodiscard]] const QDSettings& Entry() const noexcept { return entry; }
   /// False, and `out` unchanged, where the key is absent or its value of another type.
   template <typename Value>
-  bool Read(const std::string& key, Value& out) const {
+  bool Read(std::string_view key, Value& out) const {
     return entry.GetSettingValByName(key, out);
   }
-  [[nodiscard]] std::string ReadText(const std::string& key, std::string absent = {}) const;
-  [[nodiscard]] bool ReadFlag(const std::string& key) const;
+  [[nodiscard]] std::string ReadText(std::string_view key, std::string absent = {}) const;
+  [[nodiscard]] bool ReadFlag(std::string_view key) const;
 
   // The test's settings.
 
   [[nodiscard]] QDSettings& Settings() noexcept { return *settings; }
   /// Numbers and flags are put as doubles, texts and lists as they are.
   template <typename Value>
-  void Put(const std::string& key, const Value& value) {
+  void Put(std::string_view key, const Value& value) {
     if constexpr (std::is_arithmetic_v<Value>) {
-      settings->AddNewSetting(key, static_cast<double>(value), std::string());
+      settings->AddNewSetting(std::string(key), static_cast<double>(value), std::string());
     } else {
-      settings->AddNewSetting(key, value, std::string());
+      settings->AddNewSetting(std::string(key), value, std::string());
     }
   }
   /// Puts the entry's value as it stands; false, and nothing put, where the key is absent.
-  bool Copy(const std::string& key);
+  bool Copy(std::string_view key);
 
   /// The test is to take the records ascending by that variable, not in their own order.
   void SortBy(std::int32_t variable) noexcept { sortVariable = variable; }

@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "catalogue/card.h"
 #include "foundation/names.h"
 
 /// Reads a test's settings by key and type. A key that is absent, or that holds another type, gives
@@ -24,6 +25,11 @@ class SettingsReader {
   [[nodiscard]] Value Get(std::string_view key, Value absent) const {
     static_cast<void>(Find(key, absent));
     return absent;
+  }
+  /// Absent: what the card says.
+  template <typename Value>
+  [[nodiscard]] Value Get(const catalogue::Key<Value>& key) const {
+    return Get(key.key, key.fallback);
   }
   [[nodiscard]] std::string Text(std::string_view key, std::string absent = {}) const {
     return Get(key, std::move(absent));

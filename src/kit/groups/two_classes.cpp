@@ -2,86 +2,94 @@
 
 #include <utility>
 
-void TwoClasses::ReadFormation(const QDSettings& settings) {
-  std::string text;
-  static_cast<void>(settings.GetSettingValByName("classFormation", text));
-  formation = text == "givenCategoryList" ? Formation::GivenCategories
-              : text == "givenCutPoint"   ? Formation::CutPoint
+void TwoClasses::ReadFormation(const SettingsReader& settings) {
+  const std::string word = settings.Text("classFormation");
+  formation = word == "givenCategoryList" ? Formation::GivenCategories
+              : word == "givenCutPoint"   ? Formation::CutPoint
                                           : Formation::FromData;
-  static_cast<void>(settings.GetSettingValByName("variableIndex", variableIndex));
-  weight = RecordWeight(settings);
-  std::int32_t level = 0;
-  static_cast<void>(settings.GetSettingValByName("measureLevel", level));
-  isContinuous = level == static_cast<std::int32_t>(VariableKind::Continuous);
+  variableIndex = settings.Index("variableIndex");
+  isContinuous =
+      settings.Index("measureLevel") == static_cast<std::int32_t>(VariableKind::Continuous);
 }
 
-std::int32_t TwoClasses::Prepare(const QDSettings& settings, const UnivariateResults* sharedData) {
-  firstCount = 0;
-  secondCount = 0;
-  firstRecord = true;
+TwoClasses::Obstacle TwoClasses::Prepare(const SettingsReader& settings,
+                                         const UnivariateResults* sharedData) {
   if (isContinuous) {
-    const bool given = settings.GetSettingValByName("givenCutPoint", cutPoint);
-    if (!given || cutPoint == QDMV::gMissingValue) {
+    settings.Find("givenCutPoint", cutPoint);
+    if (cutPoint == QDMV::gMissingValue && sharedData != nullptr) {
       cutPoint =
-          sharedData == nullptr
-              ? QDMV::gMissingValue
-              : (sharedData->GetMinimum(variableIndex) + sharedData->GetMaximum(variableIndex)) *
-                    0.5;
+          (sharedData->GetMinimum(variableIndex) + sharedData->GetMaximum(variableIndex)) * 0.5;
     }
-    return 0;
+    return Obstacle::None;
   }
   std::map<std::int32_t, std::int64_t> frequencies;
   if (sharedData == nullptr || !sharedData->GetFrequencies(variableIndex, frequencies)) {
-    return kNoFrequencies;
+    return Obstacle::NoFrequencies;
   }
   if (formation != Formation::GivenCategories) return TakeCategoriesOfData(frequencies);
-  static_cast<void>(settings.GetSettingValByName("givenCategoryList", firstCategories));
-  static_cast<void>(settings.GetSettingValByName("originalGivenCategoryList", givenTexts));
-  static_cast<void>(settings.GetSettingValByName("notUsedCategoryList", secondCategories));
-  isFirst.assign(frequencies.size(), false);
+  firstCategories = settings.List<double>("givenCategoryList");
+  givenTexts = settings.List<std::string>("originalGivenCategoryList");
+  secondCategories = settings.List<double>("notUsedCategoryList");
+  isGiven.assign(frequencies.size(), 0);
   for (const double code : firstCategories) {
-    if (code >= 0.0 && code < static_cast<double>(isFirst.size())) {
-      isFirst[static_cast<std::size_t>(code)] = true;
+    if (code >= 0.0 && code < static_cast<double>(isGiven.size())) {
+      isGiven[static_cast<std::size_t>(code)] = 1;
     }
   }
-  return 0;
+  return Obstacle::None;
 }
 
-std::int32_t TwoClasses::TakeCategoriesOfData(
+TwoClasses::Obstacle TwoClasses::TakeCategoriesOfData(
     const std::map<std::int32_t, std::int64_t>& frequencies) {
-  if (frequencies.size() > 2) return kTooManyCategories;
-  if (frequencies.empty()) return kNoCategories;
+  if (frequencies.size() > 2) return Obstacle::TooManyCategories;
+  if (frequencies.empty()) return Obstacle::NoCategories;
   const auto first = frequencies.begin();
   firstCount = first->second;
   if (frequencies.size() == 1) {
-    if (firstCount < 1) return kNoCategories;
+    if (firstCount < 1) return Obstacle::NoCategories;
     firstCategories.assign(1, first->first);
-    return 0;
+    return Obstacle::None;
   }
   // Two categories are named also where neither has data.
   const auto second = std::next(first);
   secondCount = second->second;
   firstCategories.assign(1, first->first);
   secondCategories.assign(1, second->first);
-  return firstCount == 0 && secondCount == 0 ? kNoCategories : 0;
+  return firstCount == 0 && secondCount == 0 ? Obstacle::NoCategories : Obstacle::None;
 }
 
-void TwoClasses::Count(const Record& record) {
-  const double value = record[variableIndex];
-  bool first = false;
+template <typename IsFirst>
+void TwoClasses::CountBy(RecordBatch& batch, const RecordWeight& weight, IsFirst isFirst) {
+  weight.UseTruncated(batch, [&](auto weightAt) {
+    std::int64_t first = 0;
+    std::int64_t all = 0;
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
+      const std::int64_t w = weightAt(i);
+      first += isFirst(i) ? w : 0;
+      all += w;
+    }
+    firstCount += first;
+    secondCount += all - first;
+  });
+}
+
+void TwoClasses::Count(RecordBatch& batch, const RecordWeight& weight) {
+  if (batch.Size() == 0) return;
   if (isContinuous) {
-    first = !(value > cutPoint);
+    const double* values = batch.Of(variableIndex);
+    CountBy(batch, weight, [&](std::size_t i) { return !(values[i] > cutPoint); });
   } else if (formation == Formation::GivenCategories) {
-    const auto code = static_cast<std::size_t>(TruncateToInt32(value));
-    first = code < isFirst.size() && isFirst[code];
-  } else {
+    const std::int32_t* codes = batch.TruncatedOf(variableIndex);
+    CountBy(batch, weight, [&](std::size_t i) {
+      const auto code = static_cast<std::size_t>(codes[i]);
+      return code < isGiven.size() && isGiven[code] != 0;
+    });
+  } else if (isFirstRecord) {
     // The frequencies are the counts; the first record only tells which class comes first.
-    if (firstRecord && !secondCategories.empty() && value != firstCategories.front()) {
+    isFirstRecord = false;
+    if (!secondCategories.empty() && *batch.Of(variableIndex) != firstCategories.front()) {
       std::swap(firstCount, secondCount);
       std::swap(firstCategories, secondCategories);
     }
-    firstRecord = false;
-    return;
   }
-  (first ? firstCount : secondCount) += weight.Truncated(record);
 }

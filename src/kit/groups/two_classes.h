@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/contract/settings_reader.h"
 #include "kit/groups/category_selection.h"
+#include "kit/records/record_batch.h"
 #include "kit/records/record_weight.h"
 #include "kit/summaries/univariate.h"
 
@@ -19,20 +21,20 @@ class TwoClasses {
  public:
   enum class Formation { FromData, GivenCategories, CutPoint };
 
-  /// No frequencies were collected for the field.
-  static constexpr std::int32_t kNoFrequencies = 221306;
-  /// The field has more than two categories.
-  static constexpr std::int32_t kTooManyCategories = 221309;
-  /// No record falls into a category of the field.
-  static constexpr std::int32_t kNoCategories = 221310;
+  /// What stands against a split.
+  enum class Obstacle {
+    None,
+    NoFrequencies,      ///< none were collected for the field
+    TooManyCategories,  ///< the field has more than two
+    NoCategories        ///< no record falls into a category of the field
+  };
 
-  /// What is known before the test's status is looked at: "classFormation", "variableIndex",
-  /// "weightVariableIndex", "measureLevel".
-  void ReadFormation(const QDSettings& settings);
-  /// Finds the classes; 0, or the code of what stands against it.
-  [[nodiscard]] std::int32_t Prepare(const QDSettings& settings,
-                                     const UnivariateResults* sharedData);
-  void Count(const Record& record);
+  /// What a test's condition names in any case: the field and how it is split.
+  void ReadFormation(const SettingsReader& settings);
+  /// Finds the classes.
+  [[nodiscard]] Obstacle Prepare(const SettingsReader& settings,
+                                 const UnivariateResults* sharedData);
+  void Count(RecordBatch& batch, const RecordWeight& weight);
 
   [[nodiscard]] Formation GetFormation() const noexcept { return formation; }
   [[nodiscard]] std::int32_t GetVariable() const noexcept { return variableIndex; }
@@ -54,19 +56,21 @@ class TwoClasses {
   }
 
  private:
-  [[nodiscard]] std::int32_t TakeCategoriesOfData(
+  [[nodiscard]] Obstacle TakeCategoriesOfData(
       const std::map<std::int32_t, std::int64_t>& frequencies);
+  /// Counts the records i with isFirst(i) in the first class, the others in the second.
+  template <typename IsFirst>
+  void CountBy(RecordBatch& batch, const RecordWeight& weight, IsFirst isFirst);
 
   Formation formation = Formation::FromData;
   bool isContinuous = false;
   std::int32_t variableIndex = -1;
-  RecordWeight weight;
   double cutPoint = QDMV::gMissingValue;
   std::vector<double> firstCategories;
   std::vector<double> secondCategories;
   std::vector<std::string> givenTexts;
-  std::vector<bool> isFirst;  // by category code, for given categories
-  bool firstRecord = true;
+  std::vector<std::uint8_t> isGiven;  // by category code, for given categories
+  bool isFirstRecord = true;
   std::int64_t firstCount = 0;
   std::int64_t secondCount = 0;
 };

@@ -3,21 +3,15 @@
 #include <map>
 
 #include "catalogue/cards/chi_square.h"
+#include "catalogue/run.h"
 #include "kit/groups/category_selection.h"
 #include "planning/test_construction.h"
+#include "report/algorithm_element.h"
 #include "report/elements.h"
-#include "report/messages.h"
+
+namespace card = catalogue::chi_square;
 
 namespace {
-
-constexpr std::int32_t kNoData = 220003;            // the weights sum to 0
-constexpr std::int32_t kSettingAbsent = 220201;     // a needed setting is absent
-constexpr std::int32_t kNoVariableName = 220203;    // the entry names no field
-constexpr std::int32_t kUnfitVariable = 220204;     // no such field, or not categorical
-constexpr std::int32_t kTooFewCategories = 220209;  // fewer than two, in the field or in the list
-constexpr std::int32_t kExpectedCounts = 220211;    // help: how small the expected counts are
-constexpr std::int32_t kBadExpectedValues =
-    220212;  // incomplete, not above 0, or of another number
 
 /// The given categories and their expected values, as the entry lists them.
 struct GivenProportions {
@@ -28,11 +22,11 @@ struct GivenProportions {
 
 void ReadGivenProportions(TestConstruction& construction, const IQDVariable& variable) {
   std::vector<QDSettings> list;
-  if (!construction.Read("custom", list)) {
-    construction.Fail(kSettingAbsent, variable.GetName());
+  if (!construction.Read(card::kCustom.key, list)) {
+    construction.Fail(card::kSettingAbsent, variable.GetName());
     return;
   }
-  if (list.empty()) construction.Fail(kBadExpectedValues, variable.GetName());
+  if (list.empty()) construction.Fail(card::kBadExpectedValues, variable.GetName());
   const bool isNumeric = variable.GetType() == VariableKind::NumericCategory;
   GivenProportions given;
   double sum = 0.0;
@@ -40,11 +34,12 @@ void ReadGivenProportions(TestConstruction& construction, const IQDVariable& var
     std::string text;
     double number = 0.0;
     double value = 0.0;
-    const bool hasCategory = item.GetSettingValByName("categoryValue", text) &&
-                             (!isNumeric || item.GetSettingValByName("categoryValue", number));
-    const bool hasValue = item.GetSettingValByName("expectedValue", value) && value > 0.0;
+    const bool hasCategory =
+        item.GetSettingValByName(card::kCategoryValue.key, text) &&
+        (!isNumeric || item.GetSettingValByName(card::kCategoryValue.key, number));
+    const bool hasValue = item.GetSettingValByName(card::kExpectedValue.key, value) && value > 0.0;
     if (!hasCategory || !hasValue) {
-      construction.Fail(kBadExpectedValues, variable.GetName());
+      construction.Fail(card::kBadExpectedValues, variable.GetName());
       return;
     }
     given.codes.push_back(CategoryCodeOf(variable, text));
@@ -52,7 +47,7 @@ void ReadGivenProportions(TestConstruction& construction, const IQDVariable& var
     given.values.push_back(value);
     sum += value;
   }
-  if (given.values.size() < 2) construction.Fail(kTooFewCategories, variable.GetName());
+  if (given.values.size() < 2) construction.Fail(card::kTooFewCategories, variable.GetName());
   if (!construction.IsOK()) return;
   for (double& value : given.values) value /= sum;
   construction.Put("expectedValue", given.values);
@@ -64,27 +59,27 @@ void ReadEntry(TestConstruction& construction) {
   NPARPlanner& planner = construction.Planner();
   std::string name;
   if (!construction.Read("variableName", name)) {
-    construction.Fail(kNoVariableName);
+    construction.Fail(card::kNoVariableName);
     return;
   }
   const std::int32_t index = planner.GetVariables().FindVariable(name);
   construction.Put("variableIndex", index);
   const VariableKind kind = construction.KindOf(index);
   if (!TestConstruction::IsCategorical(kind)) {
-    construction.Fail(kUnfitVariable, name);
+    construction.Fail(card::kUnfitVariable, name);
     return;
   }
   const IQDVariable& variable = *planner.GetVariables().GetVarAt(index);
   if (variable.GetCategoryCount() < 2) {
-    construction.Fail(kTooFewCategories, name);
+    construction.Fail(card::kTooFewCategories, name);
     return;
   }
   planner.RegisterStatistic(index, Statistic::Frequencies);
   construction.Put("measureLevel", static_cast<double>(kind));
 
   std::string formation;
-  if (!construction.Read("classFormation", formation)) {
-    construction.Fail(kSettingAbsent, name);
+  if (!construction.Read(card::kFormation.key, formation)) {
+    construction.Fail(card::kSettingAbsent, name);
     return;
   }
   // Hosts write either word for a list of their own.
@@ -95,45 +90,30 @@ void ReadEntry(TestConstruction& construction) {
 
 }  // namespace
 
-QDStatus NPARChiSquare::BeginPass() {
+void NPARChiSquare::Prepare(const SettingsReader& settings) {
   std::int32_t level = 0;
-  const bool hasVariable = settings->GetSettingValByName("variableIndex", variableIndex);
-  if (!hasVariable) ReportStatus(QDStatus(kSettingAbsent), MessageKind::Error);
-  if (status.IsOK()) static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
-  if (hasVariable && !settings->GetSettingValByName("measureLevel", level)) {
-    ReportStatus(QDStatus(kSettingAbsent), MessageKind::Error);
+  if (!settings.Find("variableIndex", variableIndex) || !settings.Find("measureLevel", level)) {
+    Fail(card::kSettingAbsent);
   }
-  if (status.IsError()) return status;
+  if (HasFailed()) return;
 
-  std::string formation = "getFromData";
-  static_cast<void>(settings->GetSettingValByName("classFormation", formation));
   std::vector<double> codes;
-  if (formation == "getFromData") {
-    userProbabilities = false;
-    const std::int32_t count =
-        sharedData == nullptr ? 0 : sharedData->GetCategoryCount(variableIndex);
+  userProbabilities = settings.Text("classFormation", "getFromData") != "getFromData";
+  if (userProbabilities) {
+    givenTexts = settings.List<std::string>("originalGivenCategoryList");
+    codes = settings.List<double>("givenCategoryList");
+  } else if (sharedData != nullptr) {
+    const std::int32_t count = sharedData->GetCategoryCount(variableIndex);
     for (std::int32_t code = 0; code < count; ++code) codes.push_back(code);
-  } else {
-    static_cast<void>(settings->GetSettingValByName("originalGivenCategoryList", givenTexts));
-    static_cast<void>(settings->GetSettingValByName("givenCategoryList", codes));
   }
-  BuildCategories(codes);
-  if (status.IsOK()) passesLeft = 1;
-  return status;
-}
-
-void NPARChiSquare::BuildCategories(const std::vector<double>& codes) {
-  std::vector<double> proportions;
-  if (!settings->GetSettingValByName("expectedValue", proportions)) {
-    proportions.assign(codes.size(), 1.0 / static_cast<double>(codes.size()));
-  } else if (proportions.size() != codes.size()) {
-    ReportStatus(QDStatus(kBadExpectedValues), MessageKind::Error);
+  const std::vector<double> equal(codes.size(), 1.0 / static_cast<double>(codes.size()));
+  const std::vector<double> proportions = settings.Get("expectedValue", equal);
+  if (proportions.size() != codes.size()) {
+    Fail(card::kBadExpectedValues);
     return;
   }
   std::map<std::int32_t, std::int64_t> frequencies;
-  if (sharedData != nullptr) {
-    static_cast<void>(sharedData->GetFrequencies(variableIndex, frequencies));
-  }
+  if (sharedData != nullptr) sharedData->GetFrequencies(variableIndex, frequencies);
   categories.reserve(codes.size());
   for (std::size_t i = 0; i < codes.size(); ++i) {
     const std::int32_t code = TruncateToInt32(codes[i]);
@@ -142,8 +122,7 @@ void NPARChiSquare::BuildCategories(const std::vector<double>& codes) {
   }
 }
 
-QDStatus NPARChiSquare::EndPass() {
-  if (status.IsError()) return status;
+void NPARChiSquare::Compute() {
   std::vector<std::int64_t> observed;
   std::vector<double> proportions;
   for (const Category& category : categories) {
@@ -152,18 +131,13 @@ QDStatus NPARChiSquare::EndPass() {
     totalN += category.observed;
   }
   if (totalN == 0) {
-    ReportStatus(QDStatus(kNoData), MessageKind::Error);
-    return status;
+    Fail(catalogue::run::kNoData);
+    return;
   }
   const auto [chiSquare, expected] = ChiSquareGoodnessOfFit(observed, proportions);
   figures = chiSquare;
-  AddMessage({QDStatus(kExpectedCounts),
-              MessageKind::Help,
-              {IntegerText(expected.lowCells), NumberText(expected.LowPercentage()),
-               NumberText(expected.smallest)},
-              {}});
-  passesLeft = 0;
-  return status;
+  Help(card::kExpectedCounts, {IntegerText(expected.lowCells), NumberText(expected.LowPercentage()),
+                               NumberText(expected.smallest)});
 }
 
 void NPARChiSquare::GetRequiredVariables(std::vector<std::int64_t>& positions) {
@@ -171,40 +145,37 @@ void NPARChiSquare::GetRequiredVariables(std::vector<std::int64_t>& positions) {
 }
 
 XMLElement* NPARChiSquare::WriteResults() {
-  auto algorithm = CreateAlgorithm("OChiSquare", "hypothesis_test", "One_Sample",
-                                   DecisionWord(status, sigLevel, figures.sig));
-  AddCondition(*algorithm,
-               userProbabilities ? "UserSpecifiesProbabilities_O_ChiSquare_1"
-                                 : "DefaultEqualProbabilities_O_ChiSquare_1",
-               {IntegerText(variableIndex)});
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
-
-  std::vector<std::int32_t> codes;
-  std::vector<std::string> unknownTexts;
-  for (std::size_t i = 0; i < categories.size(); ++i) {
-    codes.push_back(categories[i].code);
-    if (categories[i].code == -1 && i < givenTexts.size()) unknownTexts.push_back(givenTexts[i]);
-  }
-  XMLElement* comparison = AddStructuredTable(*algorithm, "TwoClassComparison");
-  XMLElement* content = AddSimpleTable(*comparison, "Content", JoinIntegers(codes), "0;1");
-  for (const Category& category : categories) {
-    AddRow(*content, IntegerText(category.observed) + ';' +
-                         NumberText(static_cast<double>(totalN) * category.proportion));
-  }
-  AddUnknownValues(*algorithm, unknownTexts);
-
-  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
-  AddAttributeRow(*statistics, "TotalN", totalN);
-  AddAttributeRow(*statistics, "TestStatistic", figures.statistic);
-  AddAttributeRow(*statistics, "DegreeOfFreedom", static_cast<std::int64_t>(categories.size()) - 1);
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", figures.sig);
-  return algorithm.release();
+  return WriteAlgorithm(
+      *this,
+      {.card = card::kCard,
+       .decidingSig = figures.sig,
+       .condition = {userProbabilities ? "UserSpecifiesProbabilities_O_ChiSquare_1"
+                                       : "DefaultEqualProbabilities_O_ChiSquare_1",
+                     {IntegerText(variableIndex)}}},
+      [this](XMLElement& algorithm) {
+        std::vector<std::int32_t> codes;
+        std::vector<std::string> unknownTexts;
+        for (std::size_t i = 0; i < categories.size(); ++i) {
+          codes.push_back(categories[i].code);
+          if (codes[i] == -1 && i < givenTexts.size()) unknownTexts.push_back(givenTexts[i]);
+        }
+        XMLElement* comparison = AddStructuredTable(algorithm, "TwoClassComparison");
+        XMLElement* content = AddSimpleTable(*comparison, "Content", JoinIntegers(codes), "0;1");
+        for (const Category& category : categories) {
+          AddRow(*content, IntegerText(category.observed) + ';' +
+                               NumberText(static_cast<double>(totalN) * category.proportion));
+        }
+        AddUnknownValues(algorithm, unknownTexts);
+        AddFigures(algorithm, "StatisticsResult",
+                   {{"TotalN", totalN},
+                    {"TestStatistic", figures.statistic},
+                    {"DegreeOfFreedom", static_cast<std::int64_t>(categories.size()) - 1},
+                    {"AsymptoticSig2Tailed", figures.sig}});
+      });
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::chi_square::kCard>(
-    TestConstruction& construction) {
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
   ReadEntry(construction);
   return construction.Make<NPARChiSquare>();
 }

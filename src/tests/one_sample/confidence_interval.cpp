@@ -1,106 +1,76 @@
 #include "tests/one_sample/confidence_interval.h"
 
 #include "catalogue/cards/confidence_interval.h"
+#include "catalogue/run.h"
 #include "report/elements.h"
-#include "report/messages.h"
-#include "tests/one_sample/two_class_condition.h"
 #include "tests/one_sample/two_class_construction.h"
+
+namespace card = catalogue::confidence_interval;
 
 namespace {
 
-constexpr TwoClassCodes kConstructionCodes{.noVariableName = 221513,
-                                           .unknownVariable = 221503,
-                                           .unknownLevel = 221504,
-                                           .noCategoryList = 221511,
-                                           .noCutPoint = 221512,
-                                           .cutPointWanted = 221514,
-                                           .categoriesWanted = 221515};
+constexpr TwoClassCodes kClassCodes{.noVariableName = card::kNoVariableName,
+                                    .unknownVariable = card::kUnknownVariable,
+                                    .unknownMeasure = card::kUnknownMeasure,
+                                    .noCategoryList = card::kNoCategoryList,
+                                    .noCutPoint = card::kNoCutPoint,
+                                    .cutPointWanted = card::kCutPointWanted,
+                                    .categoriesWanted = card::kCategoriesWanted};
 constexpr TwoClassKeys kConditionKeys{"CategoryListsAreSpecified_O_Binomial_2",
                                       "ACutPointIsSpecified_O_Binomial_2",
                                       "ABinaryTestVariableIsSpecified_O_Binomial_2"};
-constexpr const char* kMethodKeys[] = {"isDoClopperPearson", "isDoJeffreys",
-                                       "isDoProfileLikelihood"};
-
-constexpr std::int32_t kNoData = 220003;              // the weights sum to 0
-constexpr std::int32_t kDistributionFailed = 220007;  // the exponential of the profile limit failed
 
 }  // namespace
 
-void NPAREstimateCI::SetSharedData(UnivariateResults* data) {
-  if (data != nullptr) sharedData = data;
+void NPAREstimateCI::Prepare(const SettingsReader& settings) {
+  confidenceLevel = settings.Get("confidenceLevel", confidenceLevel);
+  wantsClopperPearson = settings.Get(card::kClopperPearson);
+  wantsJeffreys = settings.Get(card::kJeffreys);
+  wantsProfileLikelihood = settings.Get(card::kProfileLikelihood);
+  TwoClassTest::Prepare(settings);
 }
 
-QDStatus NPAREstimateCI::BeginPass() {
-  passesLeft = 1;
-  static_cast<void>(settings->GetSettingValByName("confidenceLevel", confidenceLevel));
-  classes.ReadFormation(*settings);
-  if (status.IsError()) return status;
-  if (const std::int32_t code = classes.Prepare(*settings, sharedData); code != 0) {
-    ReportStatus(QDStatus(code), MessageKind::Error);
-  }
-  return status;
-}
-
-QDStatus NPAREstimateCI::ProcessRecord(const Record& record) {
-  classes.Count(record);
-  return status;
-}
-
-QDStatus NPAREstimateCI::EndPass() {
-  if (status.IsError()) return status;
+void NPAREstimateCI::Compute() {
   if (classes.Total() == 0) {
-    ReportStatus(QDStatus(kNoData), MessageKind::Error);
-    return status;
+    Fail(catalogue::run::kNoData);
+    return;
   }
-  const auto wants = [this](const char* key) {
-    bool wanted = false;
-    return settings->GetSettingValByName(key, wanted) && wanted;
-  };
   const ProportionEstimator estimator(classes.FirstCount(), classes.SecondCount(), confidenceLevel);
   estimate = estimator.Estimate();
-  if (wants("isDoClopperPearson")) clopperPearson = estimator.ClopperPearson();
-  if (wants("isDoJeffreys")) jeffreys = estimator.Jeffreys();
-  if (wants("isDoProfileLikelihood")) {
+  if (wantsClopperPearson) clopperPearson = estimator.ClopperPearson();
+  if (wantsJeffreys) jeffreys = estimator.Jeffreys();
+  if (wantsProfileLikelihood) {
     profileLikelihood = estimator.ProfileLikelihood();
-    if (!profileLikelihood) {
-      ReportStatus(QDStatus(kDistributionFailed), MessageKind::Error);
-      return status;
-    }
+    if (!profileLikelihood) Fail(catalogue::run::kDistributionFailed);
   }
-  passesLeft = 0;
-  return status;
-}
-
-void NPAREstimateCI::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions.assign(1, classes.GetVariable());
 }
 
 XMLElement* NPAREstimateCI::WriteResults() {
-  auto algorithm =
-      CreateAlgorithm("OEstimateConfidenceInterval", "confidence_interval", "One_Sample", "");
-  AddTwoClassCondition(*algorithm, classes, kConditionKeys, {});
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
-
-  const auto write = [&](const char* method, const std::optional<ProportionInterval>& interval) {
-    if (!interval) return;
-    XMLElement* table = AddStructuredTable(*algorithm, "ConfidenceInterval");
-    AddAttributeRow(*table, "computeECIMethod", method);
-    AddAttributeRow(*table, "Estimate", estimate);
-    AddAttributeRow(*table, "Lower", interval->lower);
-    AddAttributeRow(*table, "Upper", interval->upper);
-  };
-  write("ClopperPearson", clopperPearson);
-  write("Jeffreys", jeffreys);
-  write("ProfileLikelihood", profileLikelihood);
-  return algorithm.release();
+  return WriteAlgorithm(
+      *this,
+      {.card = card::kCard,
+       .decidingSig = 0.0,
+       .condition = ClassCondition(kConditionKeys, {}),
+       .unknownTexts = classes.UnknownTexts()},
+      [&](XMLElement& algorithm) {
+        const auto write = [&](const char* method,
+                               const std::optional<ProportionInterval>& interval) {
+          if (!interval) return;
+          AddFigures(algorithm, "ConfidenceInterval",
+                     {{"computeECIMethod", std::string(method)},
+                      {"Estimate", estimate},
+                      {"Lower", interval->lower},
+                      {"Upper", interval->upper}});
+        };
+        write("ClopperPearson", clopperPearson);
+        write("Jeffreys", jeffreys);
+        write("ProfileLikelihood", profileLikelihood);
+      });
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::confidence_interval::kCard>(
-    TestConstruction& construction) {
-  CheckTwoClasses(construction, kConstructionCodes,
-                  ReadTwoClasses(construction, kConstructionCodes));
-  for (const char* key : kMethodKeys) construction.Copy(key);
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
+  CheckTwoClasses(construction, kClassCodes, ReadTwoClasses(construction, kClassCodes));
+  for (const catalogue::FlagKey* method : card::kAskedBy) construction.Copy(method->key);
   return construction.Make<NPAREstimateCI>();
 }

@@ -3,20 +3,16 @@
 #include <algorithm>
 
 #include "catalogue/cards/runs.h"
+#include "catalogue/settings.h"
 #include "kit/groups/category_selection.h"
 #include "kit/statistics/runs.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
-#include "report/messages.h"
+
+namespace card = catalogue::runs;
+namespace keys = catalogue::settings;
 
 namespace {
-
-constexpr std::int32_t kBadEntry = 220101;         // no field or formation, or an unknown word
-constexpr std::int32_t kUnknownVariable = 220103;  // parameter: the name
-constexpr std::int32_t kBadCategoryList = 220109;  // absent, empty, or leaves a group empty
-constexpr std::int32_t kNoCutPoint = 220110;       // no cut point value
-constexpr std::int32_t kNotTwoGroups = 220111;     // not exactly two categories
-constexpr std::int32_t kEmptyGroup = 220112;       // a group is empty at the end
 
 void ReadCutPoint(TestConstruction& construction, const std::string& name, std::int32_t index,
                   const std::string& formation) {
@@ -27,13 +23,13 @@ void ReadCutPoint(TestConstruction& construction, const std::string& name, std::
     construction.Planner().RegisterStatistic(index, Statistic::Mean);
   } else if (formation == "cutPointValue") {
     double value = 0.0;
-    if (construction.Read("cutPointValue", value)) {
+    if (construction.Read(card::kCutPointValue.key, value)) {
       construction.Put("givenCutPoint", value);
     } else {
-      construction.Fail(kNoCutPoint, name);
+      construction.Fail(card::kNoCutPoint, name);
     }
   } else {
-    construction.Fail(kBadEntry, name);
+    construction.Fail(card::kBadEntry, name);
   }
 }
 
@@ -43,19 +39,19 @@ void ReadCategories(TestConstruction& construction, const IQDVariable& variable,
   const std::string& name = variable.GetName();
   construction.Put("classFormation", formation);
   if (formation == "getFromData") {
-    if (categories.Size() != 2) construction.Fail(kNotTwoGroups, name);
+    if (categories.Size() != 2) construction.Fail(card::kNotTwoGroups, name);
     return;
   }
   std::vector<std::string> texts;
   if (formation != "givenCategoryList") {
-    construction.Fail(kBadEntry, name);
+    construction.Fail(card::kBadEntry, name);
     return;
   }
-  static_cast<void>(construction.Read("givenCategoryList", texts));
+  construction.Read(keys::kGivenCategories.key, texts);
   const CategorySelection selection = SelectCategories(variable, texts);
   const std::vector<double> group1 = selection.KnownCodes();
   if (group1.empty() || selection.otherCodes.empty()) {
-    construction.Fail(kBadCategoryList, name);
+    construction.Fail(card::kBadCategoryList, name);
     return;
   }
   construction.Put("originalGroup1List", texts);
@@ -68,7 +64,7 @@ void ReadCategories(TestConstruction& construction, const IQDVariable& variable,
 void ReadEntry(TestConstruction& construction) {
   NPARPlanner& planner = construction.Planner();
   const std::int32_t index =
-      construction.LookUpVariable("variableName", kBadEntry, kUnknownVariable);
+      construction.LookUpVariable("variableName", card::kBadEntry, card::kUnknownVariable);
   if (index < 0) return;
   const std::string& name = planner.GetVariables().GetVarAt(index)->GetName();
   const VariableKind kind = construction.KindOf(index);
@@ -79,9 +75,9 @@ void ReadEntry(TestConstruction& construction) {
     planner.RegisterStatistic(index, Statistic::Frequencies);
   }
   std::string formation;
-  if (!construction.Read("catVarClassFormation", formation) &&
-      !construction.Read("contVarClassFormation", formation)) {
-    construction.Fail(kBadEntry, name);
+  if (!construction.Read(keys::kCategoryClasses.key, formation) &&
+      !construction.Read(card::kFormation.key, formation)) {
+    construction.Fail(card::kBadEntry, name);
     return;
   }
   if (kind == VariableKind::Continuous) {
@@ -89,111 +85,116 @@ void ReadEntry(TestConstruction& construction) {
   } else if (TestConstruction::IsCategorical(kind)) {
     ReadCategories(construction, *planner.GetVariables().GetVarAt(index), formation);
   } else {
-    construction.Fail(kBadEntry, name);
+    construction.Fail(card::kBadEntry, name);
   }
 }
 
 }  // namespace
 
-QDStatus NPARRuns::BeginPass() {
-  static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
-  static_cast<void>(settings->GetSettingValByName("variableIndex", variableIndex));
-  std::int32_t level = 0;
-  static_cast<void>(settings->GetSettingValByName("measureLevel", level));
-  isContinuous = level == static_cast<std::int32_t>(VariableKind::Continuous);
-  std::string word;
-  const bool hasWord = settings->GetSettingValByName("dataCutPoint", word);
+void NPARRuns::Prepare(const SettingsReader& settings) {
+  variableIndex = settings.Index("variableIndex");
+  isContinuous =
+      settings.Index("measureLevel") == static_cast<std::int32_t>(VariableKind::Continuous);
+  const std::string word = settings.Text("dataCutPoint");
   if (isContinuous) {
     if (word == "cutPointMedian" && sharedData != nullptr) {
       cutPoint = sharedData->GetMedian(variableIndex);
     } else if (word == "cutPointMean" && sharedData != nullptr) {
       cutPoint = sharedData->GetMean(variableIndex);
-    } else if (!settings->GetSettingValByName("givenCutPoint", cutPoint)) {
-      ReportStatus(QDStatus(kNoCutPoint), MessageKind::Error);
+    } else if (!settings.Find("givenCutPoint", cutPoint)) {
+      Fail(card::kNoCutPoint);
     }
-  } else if (!hasWord) {
-    static_cast<void>(settings->GetSettingValByName("givenCategoryList", group1Values));
+  } else if (word.empty()) {
+    group1Values = settings.List<double>("givenCategoryList");
   } else if (word == "mode" && sharedData != nullptr) {
     cutPoint = static_cast<double>(sharedData->GetLargestFrequency(variableIndex));
   }
-  static_cast<void>(settings->GetSettingValByName("group2List", group2Values));
-  static_cast<void>(settings->GetSettingValByName("GivenCategoryListInvalid", invalidCategories));
-  if (status.IsError()) return status;
-  weight = RecordWeight(*settings);
-  passesLeft = 1;
-  return status;
+  group2Values = settings.List<double>("group2List");
+  invalidCategories = settings.List<std::string>("GivenCategoryListInvalid");
 }
 
-bool NPARRuns::IsBelow(double x) const {
-  if (isContinuous) return x < cutPoint;
-  return std::find(group1Values.begin(), group1Values.end(), x) != group1Values.end();
+void NPARRuns::FindGroups(const double* values, std::size_t count) {
+  if (count == 0) return;
+  if (group1Values.empty()) group1Values.push_back(values[0]);
+  if (!group2Values.empty()) return;
+  const double first = group1Values.front();
+  const double* other = std::find_if(values, values + count, [&](double x) { return x != first; });
+  if (other != values + count) group2Values.push_back(*other);
 }
 
-QDStatus NPARRuns::ProcessRecord(const Record& record) {
-  const double x = record[variableIndex];
-  if (cutPoint == QDMV::gMissingValue) {
-    // The groups of the data: the first value is the first group, the first other one the second.
-    if (group1Values.empty()) group1Values.push_back(x);
-    if (x != group1Values.front() && group2Values.empty()) group2Values.push_back(x);
+template <typename IsBelow>
+void NPARRuns::CountRuns(RecordBatch& batch, IsBelow isBelow) {
+  const double* values = batch.Of(variableIndex);
+  weight.UseTruncated(batch, [&](auto weightAt) {
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
+      const Group group = isBelow(values[i]) ? Group::Below : Group::AtOrAbove;
+      (group == Group::Below ? countBelow : countAtOrAbove) += weightAt(i);
+      if (group != lastGroup) ++runCount;
+      lastGroup = group;
+    }
+  });
+}
+
+void NPARRuns::Take(RecordBatch& batch) {
+  if (cutPoint == QDMV::gMissingValue) FindGroups(batch.Of(variableIndex), batch.Size());
+  if (isContinuous) {
+    CountRuns(batch, [cut = cutPoint](double x) { return x < cut; });
+  } else {
+    CountRuns(batch, [this](double x) {
+      return std::find(group1Values.begin(), group1Values.end(), x) != group1Values.end();
+    });
   }
-  const Group group = IsBelow(x) ? Group::Below : Group::AtOrAbove;
-  (group == Group::Below ? countBelow : countAtOrAbove) += weight.Truncated(record);
-  if (group != lastGroup) ++runCount;
-  lastGroup = group;
-  return status;
 }
 
-QDStatus NPARRuns::EndPass() {
-  if (status.IsError()) return status;
-  passesLeft = 0;
+void NPARRuns::Compute() {
   if (countAtOrAbove < 1 || countBelow < 1) {
-    ReportStatus(QDStatus(kEmptyGroup), MessageKind::Error);
-    return status;
+    Fail(card::kEmptyGroup);
+    return;
   }
   const RunsApproximation approximation(static_cast<double>(countAtOrAbove),
                                         static_cast<double>(countBelow));
   mean = approximation.mean;
   figures = approximation.FiguresOf(runCount);
-  return status;
 }
 
 void NPARRuns::GetRequiredVariables(std::vector<std::int64_t>& positions) {
   positions.push_back(variableIndex);
 }
 
-XMLElement* NPARRuns::WriteResults() {
-  auto algorithm = CreateAlgorithm("ORuns", "hypothesis_test", "One_Sample",
-                                   DecisionWord(status, sigLevel, figures.sig));
+Condition NPARRuns::GetCondition() const {
   const std::string index = IntegerText(variableIndex);
   if (cutPoint != QDMV::gMissingValue) {
-    AddCondition(*algorithm, "ACutPointIsSpecified_O_Runs_2", {index, NumberText(cutPoint)});
-  } else {
-    std::vector<double> group1 = group1Values;
-    group1.insert(group1.end(), invalidCategories.size(), -1.0);
-    AddCondition(*algorithm,
-                 group1Values.empty() ? "ABinaryTestVariableIsSpecified_O_Runs_3"
-                                      : "CategoryListsAreSpecified_O_Runs_3",
-                 {index, JoinNumbers(group1), JoinNumbers(group2Values)});
+    return {"ACutPointIsSpecified_O_Runs_2", {index, NumberText(cutPoint)}};
   }
-  AddUnknownValues(*algorithm, invalidCategories);
-  WriteMessages(*algorithm, messages);
-  if (status.IsError()) return algorithm.release();
+  std::vector<double> group1 = group1Values;
+  group1.insert(group1.end(), invalidCategories.size(), -1.0);
+  return {group1Values.empty() ? "ABinaryTestVariableIsSpecified_O_Runs_3"
+                               : "CategoryListsAreSpecified_O_Runs_3",
+          {index, JoinNumbers(group1), JoinNumbers(group2Values)}};
+}
 
-  XMLElement* parameters = AddStructuredTable(*algorithm, "RunsParameters");
-  AddAttributeRow(*parameters, "Mean", mean);
-  AddAttributeRow(*parameters, "StdDev", figures.standardError);
-  AddAttributeRow(*parameters, "ObservedRunNumber", runCount);
-  XMLElement* statistics = AddStructuredTable(*algorithm, "StatisticsResult");
-  AddAttributeRow(*statistics, "TotalN", countAtOrAbove + countBelow);
-  AddAttributeRow(*statistics, "TestStatistic", runCount);
-  AddAttributeRow(*statistics, "StandardError", figures.standardError);
-  AddAttributeRow(*statistics, "StandardTestStatistic", figures.z);
-  AddAttributeRow(*statistics, "AsymptoticSig2Tailed", figures.sig);
-  return algorithm.release();
+XMLElement* NPARRuns::WriteResults() {
+  return WriteAlgorithm(
+      *this,
+      {.card = card::kCard,
+       .decidingSig = figures.sig,
+       .condition = GetCondition(),
+       .unknownTexts = invalidCategories},
+      [this](XMLElement& algorithm) {
+        AddFigures(
+            algorithm, "RunsParameters",
+            {{"Mean", mean}, {"StdDev", figures.standardError}, {"ObservedRunNumber", runCount}});
+        AddFigures(algorithm, "StatisticsResult",
+                   {{"TotalN", countAtOrAbove + countBelow},
+                    {"TestStatistic", runCount},
+                    {"StandardError", figures.standardError},
+                    {"StandardTestStatistic", figures.z},
+                    {"AsymptoticSig2Tailed", figures.sig}});
+      });
 }
 
 template <>
-std::unique_ptr<NPARTest> ConstructTest<catalogue::runs::kCard>(TestConstruction& construction) {
+std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
   ReadEntry(construction);
   return construction.Make<NPARRuns>();
 }

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "kit/contract/column_test.h"
-#include "kit/records/record_weight.h"
+#include "kit/contract/test.h"
 #include "kit/statistics/normal.h"
+#include "report/algorithm_element.h"
 
 /// One-sample runs test: is the sequence of a field's values, split into two groups, random?
 ///
@@ -18,30 +19,31 @@
 ///
 /// Source: A. Wald, J. Wolfowitz, Ann. Math. Stat. 11 (1940); correction as in J. V. Bradley,
 /// Distribution-Free Statistical Tests (1968).
-class NPARRuns final : public NPARRecordTest {
+class NPARRuns final : public NPARTest {
  public:
-  using NPARRecordTest::NPARRecordTest;
+  using NPARTest::NPARTest;
 
-  void SetSharedData(UnivariateResults* data) override { sharedData = data; }
-  /// Error 220110: no cut point.
-  QDStatus BeginPass() override;
-  QDStatus ProcessRecord(const Record& record) override;
-  bool NeedsAnotherPass() override { return false; }
-  /// Error 220112: a group is empty.
-  QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
+ protected:
+  /// Error 220110: no cut point.
+  void Prepare(const SettingsReader& settings) override;
+  void Take(RecordBatch& batch) override;
+  /// Error 220112: a group is empty.
+  void Compute() override;
+
  private:
   enum class Group { None, AtOrAbove, Below };
-  [[nodiscard]] bool IsBelow(double x) const;
+  /// The groups of the data: the first value is the first group, the first other one the second.
+  void FindGroups(const double* values, std::size_t count);
+  template <typename IsBelow>
+  void CountRuns(RecordBatch& batch, IsBelow isBelow);
+  [[nodiscard]] Condition GetCondition() const;
 
-  UnivariateResults* sharedData = nullptr;
-  double sigLevel = 0.05;
   std::int32_t variableIndex = -1;
   bool isContinuous = false;
   double cutPoint = QDMV::gMissingValue;
-  RecordWeight weight;
   std::vector<double> group1Values;
   std::vector<double> group2Values;
   std::vector<std::string> invalidCategories;

@@ -1,9 +1,9 @@
 #include "tests/one_sample/two_class_construction.h"
 
-#include <string>
-#include <vector>
-
+#include "catalogue/settings.h"
 #include "kit/groups/category_selection.h"
+
+namespace keys = catalogue::settings;
 
 TwoClassEntry ReadTwoClasses(TestConstruction& construction, const TwoClassCodes& codes) {
   NPARPlanner& planner = construction.Planner();
@@ -18,20 +18,20 @@ TwoClassEntry ReadTwoClasses(TestConstruction& construction, const TwoClassCodes
   } else if (kind == VariableKind::Continuous) {
     planner.RegisterSortedVariable(entry.variable);
   }
-  if (construction.Read("catVarClassFormation", entry.formation)) {
+  if (construction.Read(keys::kCategoryClasses.key, entry.formation)) {
     construction.Put("classFormation", entry.formation);
     if (entry.formation != "givenCategoryList") return entry;
-    static_cast<void>(construction.Read("givenCategoryList", entry.givenTexts));
+    construction.Read(keys::kGivenCategories.key, entry.givenTexts);
     if (entry.givenTexts.empty()) {
       construction.Fail(codes.noCategoryList);
     } else {
       construction.Put("originalGivenCategoryList", entry.givenTexts);
     }
-  } else if (construction.Read("contVarClassFormation", entry.formation)) {
+  } else if (construction.Read(keys::kMidPointClasses.key, entry.formation)) {
     construction.Put("classFormation", "givenCutPoint");
     double cutPoint = 0.0;
     if (entry.formation != "givenCutPoint") return entry;
-    if (construction.Read("givenCutPoint", cutPoint)) {
+    if (construction.Read(keys::kGivenCutPoint.key, cutPoint)) {
       construction.Put("givenCutPoint", cutPoint);
     } else {
       construction.Fail(codes.noCutPoint);
@@ -45,20 +45,20 @@ void CheckTwoClasses(TestConstruction& construction, const TwoClassCodes& codes,
   if (!construction.IsOK()) return;
   const VariableKind kind = construction.KindOf(entry.variable);
   const bool isContinuous = kind == VariableKind::Continuous;
-  const bool isCategorical = TestConstruction::IsCategorical(kind);
-  if (!isContinuous && !isCategorical) {
-    construction.Fail(codes.unknownLevel);
+  if (!isContinuous && !TestConstruction::IsCategorical(kind)) {
+    construction.Fail(codes.unknownMeasure);
     return;
   }
   construction.Put("measureLevel", static_cast<double>(kind));
   const bool isCutPoint = entry.formation == "givenCutPoint" || entry.formation == "sampleMidPoint";
-  if (isContinuous && !isCutPoint) construction.Fail(codes.cutPointWanted);
-  if (isCategorical && isCutPoint) construction.Fail(codes.categoriesWanted);
-  if (construction.IsOK() && isCategorical && !entry.givenTexts.empty()) {
-    const IQDVariable& variable = *construction.Planner().GetVariables().GetVarAt(entry.variable);
-    const CategorySelection selection = SelectCategories(variable, entry.givenTexts);
-    construction.Put("notUsedCategoryList", selection.otherCodes);
-    construction.Put("notGivenOriginalCategoryList", selection.otherTexts);
-    construction.Put("givenCategoryList", selection.codes);
+  if (isContinuous != isCutPoint) {
+    construction.Fail(isContinuous ? codes.cutPointWanted : codes.categoriesWanted);
+    return;
   }
+  if (isContinuous || entry.givenTexts.empty()) return;
+  const IQDVariable& variable = *construction.Planner().GetVariables().GetVarAt(entry.variable);
+  const CategorySelection selection = SelectCategories(variable, entry.givenTexts);
+  construction.Put("notUsedCategoryList", selection.otherCodes);
+  construction.Put("notGivenOriginalCategoryList", selection.otherTexts);
+  construction.Put("givenCategoryList", selection.codes);
 }

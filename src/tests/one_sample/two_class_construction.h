@@ -10,7 +10,7 @@
 struct TwoClassCodes {
   std::int32_t noVariableName;
   std::int32_t unknownVariable;  ///< parameter: the name
-  std::int32_t unknownLevel;
+  std::int32_t unknownMeasure;
   std::int32_t noCategoryList;    ///< a list was announced and is missing or empty
   std::int32_t noCutPoint;        ///< a cut point was announced and is missing
   std::int32_t cutPointWanted;    ///< a continuous field with another formation

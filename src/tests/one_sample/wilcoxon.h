@@ -2,9 +2,8 @@
 
 #include <cstdint>
 
-#include "kit/contract/column_test.h"
+#include "kit/contract/test.h"
 #include "kit/ranks/signed_ranks.h"
-#include "kit/records/record_weight.h"
 #include "kit/statistics/signed_rank.h"
 #include "kit/summaries/histogram.h"
 #include "kit/summaries/univariate.h"
@@ -16,26 +15,22 @@
 /// in kit/statistics/signed_rank.h. No continuity correction, no exact value. One pass.
 ///
 /// Source: F. Wilcoxon, Biometrics Bulletin 1 (1945).
-class NPARWilcoxonSR final : public NPARRecordTest {
+class NPARWilcoxonSR final : public NPARTest {
  public:
-  using NPARRecordTest::NPARRecordTest;
+  using NPARTest::NPARTest;
 
-  void SetSharedData(UnivariateResults* data) override;
-  /// Error 220801: a test value is to be given and is not.
-  QDStatus BeginPass() override;
-  QDStatus ProcessRecord(const Record& record) override;
-  bool NeedsAnotherPass() override { return false; }
-  /// Error 220003: the weights sum to 0.
-  QDStatus EndPass() override;
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
+ protected:
+  /// Error 220801: a test value is to be given and is not.
+  void Prepare(const SettingsReader& settings) override;
+  void Take(RecordBatch& batch) override;
+  /// Error 220003: the weights sum to 0.
+  void Compute() override;
+
  private:
-  UnivariateResults* sharedData = nullptr;
-  RecordWeight weight;
-  std::int32_t variableIndex = -1;
-  bool settingsRead = false;
-  double sigLevel = 0.05;
+  std::int32_t variableIndex = -1;  // of a test that could be prepared
   double testValue = 0.0;
   double observedMedian = 0.0;
   Histogram distribution;

@@ -25,12 +25,15 @@ AlgorithmElement Result(const char* family, const std::vector<double>& values, c
 const std::vector<double> kSleep{0.7, -1.6, -0.2, -1.2, -0.1, 3.4, 3.7, 0.8, 0.0, 2.0};
 const std::vector<double> kTimes{0.5, 1.2, 0.3, 2.2, 0.9, 0.05, 3.1};
 const std::vector<double> kCounts{0, 1, 1, 2, 3, 0, 5, 2, 1, 4, 3};
+const std::vector<double> kMostlyNone{0, 0, 0, 3};
+const Given kNothing;
+const Given kRange{{"min", -2.0}, {"max", 3.0}};
 
 struct KsCase {
   const char* catches;
   const char* family;
-  std::vector<double> values;
-  Given given;
+  const std::vector<double>& values;
+  const Given& given;
   double absolute, z;
   const char* key;        // of the condition
   const char* parameter;  // the first one that it names
@@ -40,47 +43,17 @@ struct KsCase {
 // the values inside, kstest(x, "expon", args=(0, mean)); for the Poisson distribution the
 // differences of the empirical function and poisson.cdf at each count and the one below it.
 const KsCase kCases[] = {
-    {"estimated normal",
-     "Normal",
-     kSleep,
-     {},
-     0.18885164347315186,
-     0.59720133324123205,
-     "NormalDistribution_O_KolmogorovSmirnov_3",
-     "0.75"},
-    {"uniform with values outside",
-     "Uniform",
-     kSleep,
-     {{"min", -2.0}, {"max", 3.0}},
-     0.31500000000000006,
-     0.89095454429504994,
-     "UniformDistribution_O_KolmogorovSmirnov_3",
-     "-2"},
-    {"exponential",
-     "Exponential",
-     kTimes,
-     {},
-     0.13107602116503092,
-     0.3467945548465106,
-     "ExponentialDistribution_O_KolmogorovSmirnov_2",
-     "1.17857142857143"},
-    {"the step below a count",
-     "Poisson",
-     kCounts,
-     {},
-     0.04853960483561659,
-     0.16098765671186083,
-     "PoissonDistribution_O_KolmogorovSmirnov_2",
-     "2"},
+    {"estimated normal", "Normal", kSleep, kNothing, 0.18885164347315186, 0.59720133324123205,
+     "NormalDistribution_O_KolmogorovSmirnov_3", "0.75"},
+    {"uniform with values outside", "Uniform", kSleep, kRange, 0.31500000000000006,
+     0.89095454429504994, "UniformDistribution_O_KolmogorovSmirnov_3", "-2"},
+    {"exponential", "Exponential", kTimes, kNothing, 0.13107602116503092, 0.3467945548465106,
+     "ExponentialDistribution_O_KolmogorovSmirnov_2", "1.17857142857143"},
+    {"the step below a count", "Poisson", kCounts, kNothing, 0.04853960483561659,
+     0.16098765671186083, "PoissonDistribution_O_KolmogorovSmirnov_2", "2"},
     // 3 / 4 - exp(-0.75)
-    {"a count of 0, a mean below 1",
-     "Poisson",
-     {0, 0, 0, 3},
-     {},
-     0.27763344725898531,
-     0.55526689451797062,
-     "PoissonDistribution_O_KolmogorovSmirnov_2",
-     "0.75"},
+    {"a count of 0, a mean below 1", "Poisson", kMostlyNone, kNothing, 0.27763344725898531,
+     0.55526689451797062, "PoissonDistribution_O_KolmogorovSmirnov_2", "0.75"},
 };
 
 TEST(KsOneSampleTest, DifferencesAgreeWithSciPy) {
@@ -141,6 +114,13 @@ TEST(KsOneSampleTest, ValuesOutsideAreLeftOutAndTold) {
   EXPECT_EQ(exponential.Messages(), (Messages{{220314, "warning", {"4"}}}));
   EXPECT_EQ(exponential.Text("Condition/%1"), "1.5") << "the mean of the valid values";
   EXPECT_EQ(Result("Uniform", kSleep, {}).Messages(), Messages{}) << "the sample's own range";
+}
+
+TEST(KsOneSampleTest, ValuesLeftOutAreToldAlsoWhenTheParametersFail) {
+  EXPECT_EQ(Result("Uniform", {3, 5}, {{"min", 3.0}, {"max", 3.0}}).Messages(),
+            (Messages{{220316, "error", {}}, {220311, "warning", {"1"}}}));
+  EXPECT_EQ(Result("Exponential", {-1, 0}, {}).Messages(),
+            (Messages{{220313, "error", {}}, {220314, "warning", {"1"}}}));
 }
 
 TEST(KsOneSampleTest, ALargePoissonMeanIsTakenAsNormal) {

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "foundation/names.h"
+#include "kit/statistics/reference_distribution.h"
+
+/// The extreme differences between the empirical distribution function F_n of weighted values and a
+/// distribution F.
+///
+/// F_n is 0 below the distribution's minimum and 1 from its maximum on, which are those of the
+/// values or hold them. At each distinct value x the differences just before and at the step are
+/// taken,
+///   a = F_n(x-) - F(x),  b = F_n(x) - F(x);   Poisson: a = F_n(x - 1) - F(x - 1), 0 for x = 0
+class EmpiricalDifferences {
+ public:
+  /// `totalWeight` is that of all values to come.
+  EmpiricalDifferences(const ReferenceDistribution& distribution, std::int64_t totalWeight)
+      : distribution(distribution), totalWeight(totalWeight) {}
+
+  /// Takes values in ascending order.
+  void Add(double x, std::int64_t weight) {
+    if (weight < 0) hasNegativeWeight = true;
+    if (previousValue == QDMV::gMissingValue) previousValue = x;
+    if (previousValue == x && cumulative < totalWeight) {
+      tieWeight += weight;
+    } else {
+      EndStep();
+      tieWeight = weight;
+      previousValue = x;
+    }
+    cumulative += weight;
+  }
+  /// Takes ascending values of weight 1 none of which can be an extreme; false, and none taken, for
+  /// others. Not for a Poisson distribution.
+  bool PassOver(const double* values, std::size_t count);
+  /// After the last value.
+  void Finish();
+
+  /// The largest size of a difference; the lowest number where all are not a number.
+  [[nodiscard]] double Absolute() const noexcept { return absolute; }
+  /// 0 where no difference is above, or below, 0.
+  [[nodiscard]] double Positive() const noexcept { return positive; }
+  [[nodiscard]] double Negative() const noexcept { return negative; }
+
+ private:
+  /// A distinct value and the weight up to and including it.
+  struct Step {
+    double x;
+    std::int64_t weightUpTo;
+  };
+  [[nodiscard]] double EmpiricalAt(double x, std::int64_t weightUpTo) const;
+  /// The last distinct value has all its ties.
+  void EndStep();
+  /// Takes the differences of the steps that wait, but for those that cannot be an extreme.
+  void TakeSteps();
+  void TakeSteps(std::size_t begin, std::size_t end);
+  /// Are all differences between these inside the extremes so far?
+  [[nodiscard]] bool CannotBeExtreme(double lowest, double highest) const noexcept;
+  void TakeDifference(double difference);
+
+  ReferenceDistribution distribution;
+  std::int64_t totalWeight;
+  double absolute = std::numeric_limits<double>::lowest();
+  double positive = 0.0;
+  double negative = 0.0;
+
+  std::int64_t cumulative = 0;  // weight up to and including previousValue
+  std::int64_t tieWeight = 0;   // weight of previousValue alone
+  double previousValue = QDMV::gMissingValue;
+  double previousEmpirical = 0.0;  // before the steps that wait
+  double boundedValue = QDMV::gMissingValue;
+  double boundedCdf = 0.0;  // rough, at boundedValue
+  std::vector<Step> steps;  // that wait for their differences; a Poisson step never waits
+  bool hasNegativeWeight = false;
+};
