@@ -32,6 +32,7 @@ class Text {
 
   friend constexpr bool operator==(Text a, Text b) noexcept { return a.text == b.text; }
   friend constexpr bool operator==(Text a, std::string_view b) noexcept { return a.text == b; }
+  friend constexpr bool operator==(Text a, const char* b) noexcept { return a.text == b; }
   friend std::string operator+(std::string a, Text b) { return a.append(b.text); }
   friend std::string operator+(Text a, std::string_view b) { return std::string(a.text).append(b); }
 

@@ -180,4 +180,56 @@ static_assert(!detail::AnyCard([](const Card& card) {
 }),
               "a test decides, an estimate does not");
 
+/// Those that a person asks for by name, in that order; the others come along with one of them.
+inline constexpr auto kTests = [] {
+  constexpr auto isAskedFor = [](const Card* card) { return card->askedBy.empty(); };
+  std::array<const Card*, std::count_if(std::begin(kCards), std::end(kCards), isAskedFor)> tests{};
+  std::copy_if(std::begin(kCards), std::end(kCards), tests.begin(), isAskedFor);
+  return tests;
+}();
+
+/// The test that a person asks for by that name, or null.
+[[nodiscard]] constexpr const Card* FindTest(std::string_view name) {
+  for (const Card* card : kTests) {
+    if (card->name == name) return card;
+  }
+  return nullptr;
+}
+
+/// The test's option of that name, or null.
+[[nodiscard]] constexpr const Option* FindOption(const Card& test, std::string_view name) {
+  for (const Option& option : test.options) {
+    if (option.name == name) return &option;
+  }
+  return nullptr;
+}
+
+/// The first card of the elements of that name; null for a name that is none.
+[[nodiscard]] constexpr const Card* FindElement(std::string_view element) {
+  for (const Card* card : kCards) {
+    if (card->element == element) return card;
+  }
+  return nullptr;
+}
+
+/// What an element with that condition tests; empty for one of no card.
+[[nodiscard]] constexpr std::string_view FindHypothesis(std::string_view element,
+                                                        std::string_view condition) {
+  for (const Card* card : kCards) {
+    if (!(card->element == element)) continue;
+    for (const Hypothesis& each : card->hypotheses) {
+      if (condition.starts_with(each.condition)) return each.sentence;
+    }
+  }
+  return {};
+}
+
+/// Null for a code that nobody reports.
+[[nodiscard]] constexpr const ToldCode* FindCode(std::int32_t number) {
+  const auto found = std::lower_bound(
+      kCodes.begin(), kCodes.end(), number,
+      [](const ToldCode& told, std::int32_t wanted) { return told.code.number < wanted; });
+  return found != kCodes.end() && found->code.number == number ? &*found : nullptr;
+}
+
 }  // namespace catalogue

@@ -34,7 +34,7 @@ inline constexpr const Setting* kTwoGroups[] = {&kGroupsAreGiven, &kGroup1, &kGr
 // The two classes of one field.
 inline constexpr WordKey kCategoryClasses =
     Word("catVarClassFormation", "getFromData|givenCategoryList",
-         "has to be given for a categorical field",
+         "`getFromData` for `binomial`; `runs` needs it for a categorical field",
          "how a categorical field is divided into two classes: by its own two categories, or into "
          "those of `givenCategoryList` and the others",
          "givenCategoryList");

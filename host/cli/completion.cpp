@@ -8,9 +8,9 @@
 
 #include "host/cli/commands.h"
 #include "host/cli/output.h"
-#include "host/cli/test_registry.h"
 #include "host/data/input_error.h"
 #include "host/render/renderers.h"
+#include "host/request/test_request.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 
+#include "catalogue/catalogue.h"
 #include "host/cli/commands.h"
 #include "host/cli/output.h"
 #include "host/messages/messages.h"
@@ -10,14 +11,13 @@ namespace npar_host {
 namespace {
 
 std::string Explanation(int code) {
-  const MessageText* message = FindMessage(code);
-  if (message == nullptr) {
+  const catalogue::ToldCode* told = catalogue::FindCode(code);
+  if (told == nullptr) {
     throw UsageError("there is no message with the code " + std::to_string(code) +
                      "; codes are those of lines such as \"error 220010: ...\"");
   }
-  return std::string(KindName(message->kind)) + " " + std::to_string(code) + ": " +
-         FillMessage(code, {}) + "\nRaised by: " + std::string(MessageSource(code)) +
-         "\nWhat to do: " + std::string(message->remedy) + "\n";
+  return KindName(told->code.kind) + " " + std::to_string(code) + ": " + FillMessage(code, {}) +
+         "\nRaised by: " + told->source + "\nWhat to do: " + told->code.remedy + "\n";
 }
 
 }  // namespace

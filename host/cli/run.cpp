@@ -1,3 +1,5 @@
+#include "catalogue/run.h"
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
@@ -9,6 +11,8 @@
 #include "host/cli/execution.h"
 #include "host/data/input_error.h"
 #include "host/data/near_miss.h"
+#include "host/data/number.h"
+#include "host/request/analysis_documents.h"
 
 namespace npar_host {
 namespace {
@@ -40,12 +44,32 @@ pugi::xml_document ParseParameters(const NamedText& parameters) {
   return xml;
 }
 
+pugi::xml_node Parameter(const pugi::xml_document& xml, const catalogue::Setting& setting) {
+  return xml.first_child().find_child_by_attribute("Parameter", "name", setting.key.c_str());
+}
+
+// The component takes any number as it stands, and 0.95 percent is what nobody means.
+void CheckLevels(const NamedText& parameters, const pugi::xml_document& xml) {
+  const auto check = [&](const catalogue::Setting& setting, auto isLevel, const char* wanted) {
+    const pugi::xml_attribute value = Parameter(xml, setting).attribute("value");
+    double level = 0.0;
+    if (!value || (ParseNumber(value.value(), level) && isLevel(level))) return;
+    throw InputError(PlaceOf(parameters, Parameter(xml, setting).offset_debug()) + ": " +
+                     setting.key + " is " + Quoted(value.value()) + "; " + wanted);
+  };
+  check(catalogue::run::kSigLevel, IsSignificanceLevel, "give a number between 0 and 1, as 0.05");
+  check(catalogue::run::kConfidenceLevel, IsConfidencePercentage,
+        "give a percentage from 1 to below 100, as 95");
+}
+
 // The component says that a field does not exist, but not which.
 void NameUnknownFields(const NamedText& parameters, const pugi::xml_document& xml,
                        const std::vector<std::string>& columns) {
-  for (const char* key : {"oneSampleVariables", "relatedVariables", "independentVariables",
-                          "groupVariable", "caseIDField"}) {
-    const auto parameter = xml.first_child().find_child_by_attribute("Parameter", "name", key);
+  using namespace catalogue::run;
+  for (const catalogue::Setting* setting :
+       {&kOneSampleVariables, &kRelatedVariables, &kIndependentVariables, &kGroupVariable,
+        &kCaseIdField}) {
+    const auto parameter = Parameter(xml, *setting);
     for (const pugi::xpath_node found : parameter.select_nodes("@value | ListValue/Value/@value")) {
       const std::string field = found.attribute().value();
       if (std::ranges::find(columns, field) != columns.end()) continue;
@@ -59,6 +83,7 @@ void NameUnknownFields(const NamedText& parameters, const pugi::xml_document& xm
 int Run(const RunOptions& options) {
   const NamedText parameters = ReadDocument(options.parameters);
   const pugi::xml_document parametersXml = ParseParameters(parameters);
+  CheckLevels(parameters, parametersXml);
   const NamedText model =
       options.model.empty() ? NamedText{"", "<DataModel/>"} : ReadDocument(options.model);
   Execution execution(options.execution);

@@ -4,39 +4,10 @@
 #include <charconv>
 #include <vector>
 
+#include "catalogue/catalogue.h"
+
 namespace npar_host {
 namespace {
-
-struct Source {
-  std::int32_t hundreds;  // code / 100
-  std::string_view name;
-};
-
-constexpr Source kSources[] = {
-    {2201, "Runs test"},
-    {2202, "Chi-square test"},
-    {2203, "One-sample Kolmogorov-Smirnov test"},
-    {2205, "Moses test of extreme reactions"},
-    {2206, "Wald-Wolfowitz runs test"},
-    {2207, "Mann-Whitney U test"},
-    {2208, "One-sample Wilcoxon signed-rank test"},
-    {2209, "Sign test"},
-    {2210, "Wilcoxon matched-pairs test"},
-    {2212, "Cochran's Q test"},
-    {2213, "Binomial test"},
-    {2215, "Confidence interval of a proportion"},
-    {2216, "McNemar test"},
-    {2217, "Marginal homogeneity test"},
-    {2218, "Friedman test"},
-    {2219, "Kendall's coefficient of concordance"},
-    {2220, "Two-sample Kolmogorov-Smirnov test"},
-    {2221, "Kruskal-Wallis test"},
-    {2222, "Jonckheere-Terpstra test"},
-    {2223, "Median test"},
-    {2224, "Hodges-Lehmann estimate for pairs"},
-    {2225, "Hodges-Lehmann estimate for two groups"},
-    {2400, "Host and component"},
-};
 
 /// A parameter as a reader may see it.
 std::string Clean(std::string text) {
@@ -59,13 +30,13 @@ std::string FieldName(const std::string& index, const FieldNames& fields) {
 /// The parameters of one message, ready to be shown.
 class Parameters {
  public:
-  Parameters(std::span<const std::string> given, NamedParameters named, ParameterMeaning meaning,
+  Parameters(std::span<const std::string> given, NamedParameters named, catalogue::Meaning meaning,
              const FieldNames& fields)
       : named(named) {
     for (const std::string& each : given) {
       std::string shown =
-          Clean(meaning == ParameterMeaning::Field ? FieldName(each, fields) : each);
-      if (meaning != ParameterMeaning::Plain) shown = Quote(shown);
+          Clean(meaning == catalogue::Meaning::Field ? FieldName(each, fields) : each);
+      if (meaning != catalogue::Meaning::Plain) shown = Quote(shown);
       positional.push_back(std::move(shown));
     }
   }
@@ -125,36 +96,13 @@ std::string Fill(std::string_view& text, const Parameters& parameters, bool& isC
 
 }  // namespace
 
-const MessageText* FindMessage(std::int32_t code) {
-  const std::span<const MessageText> messages = AllMessages();
-  const auto found = std::ranges::lower_bound(messages, code, {}, &MessageText::code);
-  return found != messages.end() && found->code == code ? &*found : nullptr;
-}
-
-std::string_view MessageSource(std::int32_t code) {
-  const auto* const found = std::ranges::find(kSources, code / 100, &Source::hundreds);
-  return found == std::end(kSources) ? "Run" : found->name;
-}
-
-std::string_view KindName(MessageKind kind) {
-  switch (kind) {
-    case MessageKind::Error:
-      return "error";
-    case MessageKind::Warning:
-      return "warning";
-    case MessageKind::Help:
-      break;
-  }
-  return "help";
-}
-
 std::string FillMessage(std::int32_t code, std::span<const std::string> parameters,
                         NamedParameters named, const FieldNames& fields) {
-  const MessageText* const message = FindMessage(code);
-  std::string_view text =
-      message == nullptr ? "a message that this host has no text for[: %*]" : message->text;
+  const catalogue::ToldCode* const told = catalogue::FindCode(code);
+  std::string_view text = "a message that this host has no text for[: %*]";
+  if (told != nullptr) text = told->code.text;
   const Parameters shown(parameters, named,
-                         message == nullptr ? ParameterMeaning::Plain : message->parameters,
+                         told == nullptr ? catalogue::Meaning::Plain : told->code.parameters,
                          fields);
   bool isComplete = true;
   return Fill(text, shown, isComplete);

@@ -4,11 +4,13 @@
 #include <cmath>
 #include <string_view>
 
+#include "catalogue/catalogue.h"
 #include "host/render/wording.h"
 
 namespace npar_host {
 namespace {
 
+using catalogue::EffectFormula;
 using Figure = std::optional<double>;
 
 Figure FindFigure(const std::vector<ResultStatistic>& figures, std::string_view name,
@@ -37,7 +39,7 @@ Figure MeanRankDifference(const ResultTest& test) {
 }
 
 // The statistic is the rank sum of the positive differences, n the number of differences not zero.
-Figure SignedRankShare(const Figure& positiveRankSum, const Figure& n) {
+Figure RankBiserial(const Figure& positiveRankSum, const Figure& n) {
   if (!positiveRankSum || !n) return std::nullopt;
   return 4.0 * *positiveRankSum / (*n * (*n + 1.0)) - 1.0;
 }
@@ -67,7 +69,7 @@ Figure RootOfStatisticOverN(const ResultTest& test) {
 // The median test of the same fields takes the same records and tells how many they were.
 Figure TotalOfMedianTest(const ResultDocument& document, const ResultTest& test) {
   for (const ResultTest& other : document.tests) {
-    if (other.name != "IMedian" || other.Failed()) continue;
+    if (other.name != catalogue::median::kCard.element || other.Failed()) continue;
     const std::size_t count = document.fields.size();
     if (other.ConditionFields(0, count) != test.ConditionFields(0, count)) continue;
     if (GroupField(document, other) != GroupField(document, test)) continue;
@@ -118,65 +120,61 @@ Figure CohensG(const ResultTest& test) {
   return std::nullopt;
 }
 
-bool HasOnlyZ(std::string_view name) {
-  return name == "OBinomial" || name == "ORuns" || name == "RSign" ||
-         name == "RMarginalHomogeneity";
-}
-
 // With ties between the groups the number of runs is a range, and so is z.
 bool RunsAreARange(const ResultTest& test) {
   return FindFigure(test.statistics, "InterGroupTies") != 0.0;
 }
 
-}  // namespace
-
-std::optional<EffectSize> FindEffectSize(const ResultDocument& document, const ResultTest& test) {
-  if (test.Failed()) return std::nullopt;
-  const auto named = [](const char* name, const char* symbol,
-                        const Figure& value) -> std::optional<EffectSize> {
-    if (!value || !std::isfinite(*value)) return std::nullopt;
-    return EffectSize{name, symbol, *value};
-  };
-  constexpr const char* kRankBiserial = "Rank-biserial correlation";
-  if (test.name == "IMannWhitneyU") return named(kRankBiserial, "r", MeanRankDifference(test));
-  if (test.name == "RWilcoxonSignedRanks") {
-    return named(
-        kRankBiserial, "r",
-        SignedRankShare(FindFigure(test.statistics, "TestStatistic"), DifferencesNotZero(test)));
+Figure Value(const ResultDocument& document, const ResultTest& test, const catalogue::Card& card) {
+  switch (card.effectSize.formula) {
+    case EffectFormula::None:
+      break;
+    case EffectFormula::MeanRanks:
+      return MeanRankDifference(test);
+    case EffectFormula::SignedRanks:
+      return RankBiserial(FindFigure(test.statistics, "TestStatistic"),
+                          FindFigure(test.statistics, "TotalN"));
+    case EffectFormula::PairedSignedRanks:
+      return RankBiserial(FindFigure(test.statistics, "TestStatistic"), DifferencesNotZero(test));
+    case EffectFormula::EpsilonSquared:
+      return EpsilonSquared(document, test);
+    case EffectFormula::Concordance:
+      return Concordance(test);
+    case EffectFormula::GivenConcordance:
+      return FindFigure(test.statistics, "KendallsW");
+    case EffectFormula::ChangedProportion:
+      return CohensG(test);
+    case EffectFormula::RootOfChiSquare:
+      return RootOfStatisticOverN(test);
+    case EffectFormula::UntiedStandardised:
+      if (RunsAreARange(test)) break;
+      [[fallthrough]];
+    case EffectFormula::StandardisedByN:
+      return StatisticOverRootOfN(test, card.decision.table);
   }
-  if (test.name == "OWilcoxonSignedRanks") {
-    return named(kRankBiserial, "r",
-                 SignedRankShare(FindFigure(test.statistics, "TestStatistic"),
-                                 FindFigure(test.statistics, "TotalN")));
-  }
-  if (test.name == "IKruskalWallis") {
-    return named("Epsilon squared", "\u03b5\u00b2", EpsilonSquared(document, test));
-  }
-  if (test.name == "RFriedmansTwoWayByRanks") {
-    return named("Kendall's W", "W", Concordance(test));
-  }
-  if (test.name == "RKendallsCoefficient") {
-    return named("Kendall's W", "W", FindFigure(test.statistics, "KendallsW"));
-  }
-  if (test.name == "RMcNemar") return named("Cohen's g", "g", CohensG(test));
-  if (test.name == "OChiSquare") return named("Cohen's w", "w", RootOfStatisticOverN(test));
-  // Two columns, so the smaller dimension less one is 1.
-  if (test.name == "IMedian") return named("Cram\u00e9r's V", "V", RootOfStatisticOverN(test));
-  if (test.name == "IWaldWolfowitzRuns") {
-    if (RunsAreARange(test)) return std::nullopt;
-    return named("Effect size r", "r", StatisticOverRootOfN(test, "MaximumRuns"));
-  }
-  if (HasOnlyZ(test.name)) return named("Effect size r", "r", StatisticOverRootOfN(test));
   return std::nullopt;
 }
 
+}  // namespace
+
+std::optional<EffectSize> FindEffectSize(const ResultDocument& document, const ResultTest& test) {
+  const catalogue::Card* const card = catalogue::FindElement(test.name);
+  if (test.Failed() || card == nullptr) return std::nullopt;
+  const Figure value = Value(document, test, *card);
+  if (!value || !std::isfinite(*value)) return std::nullopt;
+  return EffectSize{std::string(card->effectSize.name), std::string(card->effectSize.symbol),
+                    *value};
+}
+
 std::string EffectSizeGap(const ResultDocument& document, const ResultTest& test) {
-  if (test.Failed() || FindEffectSize(document, test)) return {};
-  if (test.name == "IKruskalWallis" && FindFigure(test.statistics, "TestStatistic")) {
+  const catalogue::Card* const card = catalogue::FindElement(test.name);
+  if (test.Failed() || card == nullptr || FindEffectSize(document, test)) return {};
+  if (card->effectSize.formula == EffectFormula::EpsilonSquared &&
+      FindFigure(test.statistics, "TestStatistic")) {
     return "No epsilon squared: the result does not tell how many records have both a value and a "
            "group.";
   }
-  if (test.name == "IWaldWolfowitzRuns" && RunsAreARange(test)) {
+  if (card->effectSize.formula == EffectFormula::UntiedStandardised && RunsAreARange(test)) {
     return "No effect size: ties between the groups leave more than one number of runs possible.";
   }
   return {};

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "catalogue/catalogue.h"
+
 namespace npar_host {
 namespace {
 
@@ -20,23 +22,15 @@ constexpr Candidate kCandidates[] = {
     {"AsymptoticSig1Tailed", false, 1},
 };
 
-// These decide by the asymptotic significance also where they give an exact one.
-bool DecidesAsymptotically(std::string_view testName) {
-  return testName == "OBinomial" || testName == "RMcNemar";
-}
-
-// With ties between the groups the number of runs is a range; its upper end decides.
-std::string_view DecidingTable(std::string_view testName) {
-  return testName == "IWaldWolfowitzRuns" ? "MaximumRuns" : "";
-}
-
 }  // namespace
 
 std::optional<Significance> DecidingSignificance(const ResultTest& test) {
+  const catalogue::Card* const card = catalogue::FindElement(test.name);
+  if (card == nullptr) return std::nullopt;
   for (const Candidate& candidate : kCandidates) {
-    if (candidate.isExact && DecidesAsymptotically(test.name)) continue;
+    if (candidate.isExact && card->decision.by == catalogue::Decides::Asymptotic) continue;
     for (const ResultStatistic& figure : test.statistics) {
-      if (figure.group == DecidingTable(test.name) && figure.name == candidate.name) {
+      if (card->decision.table == figure.group && figure.name == candidate.name) {
         return Significance{figure.text, candidate.isExact, candidate.sides};
       }
     }

@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <optional>
 
+#include "catalogue/cards/binomial.h"
+#include "catalogue/cards/chi_square.h"
+#include "catalogue/cards/cochran_q.h"
+#include "catalogue/run.h"
 #include "host/messages/messages.h"
 #include "host/render/wording.h"
 
@@ -10,8 +14,6 @@ namespace npar_host {
 namespace {
 
 constexpr std::string_view kCrossTable = "CategoryFieldsComparison";
-
-constexpr std::int32_t kLoneSample = 220013;
 
 const ResultField* TestedField(const ResultDocument& document, const ResultTest& test,
                                std::size_t position) {
@@ -78,9 +80,10 @@ std::string ColumnTitle(const ResultDocument& document, const ResultTest& test,
   if (isCross) return LabelOf(field, name);
   const bool isFirst = name == "0";
   if (!isFirst && name != "1") return TableLabel(name);
-  if (test.name == "OChiSquare") return isFirst ? "Observed" : "Expected";
-  if (test.name == "OBinomial") return isFirst ? "First class %" : "Second class %";
-  if (test.name == "RCochransQ") return isFirst ? "Success %" : "Failure %";
+  if (test.name == catalogue::chi_square::kCard.element) return isFirst ? "Observed" : "Expected";
+  if (test.name == catalogue::binomial::kCard.element)
+    return isFirst ? "First class %" : "Second class %";
+  if (test.name == catalogue::cochran_q::kCard.element) return isFirst ? "Success %" : "Failure %";
   return name;
 }
 
@@ -132,7 +135,7 @@ std::string MessageWords(const ResultDocument& document, const ResultTest& test,
   };
   auto named = message.namedParameters;
   // The sample stands by its position among the stepwise ones, in some tests twice.
-  if (message.code == kLoneSample) {
+  if (message.code == catalogue::run::kSampleStandsAlone) {
     for (auto& [name, text] : named) {
       text = PositionTitle(document, test, test.stepwise, text.substr(0, text.find(';')));
     }

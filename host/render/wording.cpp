@@ -1,63 +1,18 @@
 #include "host/render/wording.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <utility>
 
+#include "catalogue/catalogue.h"
 #include "host/data/number.h"
 
 namespace npar_host {
 namespace {
 
 using Words = std::pair<std::string_view, std::string_view>;
-
-constexpr Words kTestTitles[] = {
-    {"OBinomial", "Binomial test"},
-    {"OEstimateConfidenceInterval", "Confidence interval of a share"},
-    {"OChiSquare", "Chi-square test of proportions"},
-    {"OKolmogorovSmirnov", "One-sample Kolmogorov-Smirnov test"},
-    {"ORuns", "Runs test of randomness"},
-    {"OWilcoxonSignedRanks", "Wilcoxon signed-rank test"},
-    {"RSign", "Sign test"},
-    {"RWilcoxonSignedRanks", "Wilcoxon matched-pairs signed-rank test"},
-    {"RMcNemar", "McNemar's test"},
-    {"RMarginalHomogeneity", "Marginal homogeneity test"},
-    {"RCochransQ", "Cochran's Q test"},
-    {"RFriedmansTwoWayByRanks", "Friedman's two-way analysis of variance by ranks"},
-    {"RKendallsCoefficient", "Kendall's coefficient of concordance"},
-    {"RHodgesLehmannEstimatePairs", "Hodges-Lehmann estimate of the median difference"},
-    {"IMannWhitneyU", "Mann-Whitney U test"},
-    {"IKolmogorovSmirnov", "Two-sample Kolmogorov-Smirnov test"},
-    {"IWaldWolfowitzRuns", "Wald-Wolfowitz runs test"},
-    {"IMoses", "Moses test of extreme reactions"},
-    {"IMedian", "Median test"},
-    {"IKruskalWallis", "Kruskal-Wallis one-way analysis of variance by ranks"},
-    {"IJonckheereTerpstra", "Jonckheere-Terpstra test for ordered alternatives"},
-    {"IHodgesLehmannEstimateGroups", "Hodges-Lehmann estimate of the shift between two groups"},
-};
-
-// {0} and {1}: titles of the fields in the condition's first and second parameter.
-constexpr Words kHypotheses[] = {
-    {"RSign", "The median of the differences {1} - {0} is 0."},
-    {"RWilcoxonSignedRanks", "The differences {1} - {0} are symmetric about 0."},
-    {"RHodgesLehmannEstimatePairs", "Estimated: the median of the differences {1} - {0}."},
-    {"RMcNemar", "The shares of the two classes are the same in {0} and {1}."},
-    {"RMarginalHomogeneity", "The distributions over the categories are the same in {0} and {1}."},
-    {"RCochransQ", "The share of successes is the same in {0}."},
-    {"RFriedmansTwoWayByRanks", "The distributions of {0} are the same."},
-    {"RKendallsCoefficient", "The records do not agree in how they order {0}."},
-    {"IMannWhitneyU", "The distribution of {0} is the same in both groups of {1}."},
-    {"IKolmogorovSmirnov", "The distribution of {0} is the same in both groups of {1}."},
-    {"IWaldWolfowitzRuns", "The distribution of {0} is the same in both groups of {1}."},
-    {"IMoses", "The range of {0} is the same in both groups of {1}."},
-    {"IMedian", "The median of {0} is the same in all groups of {1}."},
-    {"IKruskalWallis", "The distribution of {0} is the same in all groups of {1}."},
-    {"IJonckheereTerpstra",
-     "The distribution of {0} is the same in all groups of {1}, against a trend over their order."},
-    {"IHodgesLehmannEstimateGroups",
-     "Estimated: the shift of {0} from the first to the second group of {1}."},
-};
 
 constexpr Words kFigureLabels[] = {
     {"TotalN", "Total N"},
@@ -169,94 +124,42 @@ std::string CategoriesParameter(const ResultDocument& document, const ResultTest
   return text.empty() ? "(none of the categories)" : text;
 }
 
-// How the binomial test and its intervals name the first class: "is A or B", "is at most 3".
-std::string FirstClass(const ResultDocument& document, const ResultTest& test) {
-  if (test.conditionKey.starts_with("ACutPoint")) return "at most " + FigureParameter(test, 1);
-  return CategoriesParameter(document, test, 1);
-}
-
-std::string BinomialHypothesis(const ResultDocument& document, const ResultTest& test,
-                               const std::string& field) {
-  const std::size_t probability = test.conditionKey.starts_with("ACutPoint") ? 2 : 3;
-  return "The probability that " + field + " is " + FirstClass(document, test) + " is " +
-         FigureParameter(test, probability) + ".";
-}
-
-std::string DistributionHypothesis(const ResultTest& test, const std::string& field) {
-  const std::string first = FigureParameter(test, 1);
-  if (test.conditionKey.starts_with("Uniform")) {
-    return field + " is uniformly distributed between " + first + " and " +
-           FigureParameter(test, 2) + ".";
-  }
-  if (test.conditionKey.starts_with("Poisson")) {
-    return field + " has a Poisson distribution with mean " + first + ".";
-  }
-  if (test.conditionKey.starts_with("Exponential")) {
-    return field + " has an exponential distribution with mean " + first + ".";
-  }
-  return field + " is normally distributed with mean " + first + " and standard deviation " +
-         FigureParameter(test, 2) + ".";
-}
-
-std::string RunsHypothesis(const ResultDocument& document, const ResultTest& test,
-                           const std::string& field) {
-  if (test.conditionKey.starts_with("ACutPoint")) {
-    const std::string cut = FigureParameter(test, 1);
-    return "Values of " + field + " below " + cut + " and from " + cut +
-           " on follow each other in random order.";
-  }
-  return "In " + field + ", " + CategoriesParameter(document, test, 1) + " and " +
-         CategoriesParameter(document, test, 2) + " follow each other in random order.";
-}
-
-// Puts the titles into their places; what a title holds stays as it is.
-std::string Fill(std::string_view words, const std::string& first, const std::string& second) {
-  std::string text;
-  while (!words.empty()) {
-    const bool isFirst = words.starts_with("{0}");
-    if (isFirst || words.starts_with("{1}")) {
-      text += isFirst ? first : second;
-      words.remove_prefix(3);
-    } else {
-      text += words.front();
-      words.remove_prefix(1);
-    }
-  }
-  return text;
+// What stands for a placeholder, without its braces: "0", "figure 1", "categories 2".
+std::string Filling(const ResultDocument& document, const ResultTest& test,
+                    std::string_view placeholder) {
+  const auto position = static_cast<std::size_t>(placeholder.back() - '0');
+  if (placeholder.starts_with("figure")) return FigureParameter(test, position);
+  if (placeholder.starts_with("categories")) return CategoriesParameter(document, test, position);
+  const std::vector<std::string> titles = FieldTitles(document, test, position);
+  return titles.empty() ? "(unknown field)" : JoinAnd(titles);
 }
 
 }  // namespace
 
-std::string TestTitle(std::string_view algorithmName) {
-  // While it runs, the test's name has the distribution behind it.
-  constexpr std::string_view kOneSampleKS = "OKolmogorovSmirnov";
-  if (algorithmName.starts_with(kOneSampleKS)) algorithmName = kOneSampleKS;
-  return LookUp(kTestTitles, algorithmName);
+std::string TestTitle(std::string_view name) {
+  if (const catalogue::Card* card = catalogue::FindElement(name)) {
+    return std::string(ElementTitle(*card));
+  }
+  // While it runs, a test has the name of its entry.
+  for (const catalogue::Card* card : catalogue::kCards) {
+    if (card->entry == name) return std::string(card->title);
+  }
+  return std::string(name);
 }
 
 std::string Hypothesis(const ResultDocument& document, const ResultTest& test) {
-  const auto known = [](const std::vector<std::string>& titles) {
-    return titles.empty() ? std::string("(unknown field)") : JoinAnd(titles);
-  };
-  const std::string first = known(FieldTitles(document, test, 0));
-  if (test.name == "OBinomial") return BinomialHypothesis(document, test, first);
-  if (test.name == "OEstimateConfidenceInterval") {
-    return "Estimated: the share of records with " + first + " " + FirstClass(document, test) + ".";
+  std::string_view rest = catalogue::FindHypothesis(test.name, test.conditionKey);
+  std::string text;
+  while (!rest.empty()) {
+    const std::size_t open = std::min(rest.find('{'), rest.size());
+    text += rest.substr(0, open);
+    rest.remove_prefix(open);
+    if (rest.empty()) break;
+    const std::size_t close = rest.find('}');
+    text += Filling(document, test, rest.substr(1, close - 1));
+    rest.remove_prefix(close + 1);
   }
-  if (test.name == "OChiSquare") {
-    return test.conditionKey.starts_with("Default")
-               ? "The categories of " + first + " are equally frequent."
-               : "The categories of " + first + " have the given proportions.";
-  }
-  if (test.name == "OKolmogorovSmirnov") return DistributionHypothesis(test, first);
-  if (test.name == "ORuns") return RunsHypothesis(document, test, first);
-  if (test.name == "OWilcoxonSignedRanks") {
-    return "The median of " + first + " is " + FigureParameter(test, 1) + ".";
-  }
-  for (const auto& [name, words] : kHypotheses) {
-    if (name == test.name) return Fill(words, first, known(FieldTitles(document, test, 1)));
-  }
-  return {};
+  return text;
 }
 
 std::string DecisionText(const ResultDocument& document, const ResultTest& test) {

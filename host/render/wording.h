@@ -12,8 +12,8 @@ namespace npar_host {
 /// Words for what a result document holds, the same in every rendering. Texts from the data are
 /// taken as they are; a rendering escapes them.
 
-/// What a statistician calls the test.
-[[nodiscard]] std::string TestTitle(std::string_view algorithmName);
+/// What a statistician calls the test of that "Algorithm" element or entry.
+[[nodiscard]] std::string TestTitle(std::string_view name);
 /// The null hypothesis as a sentence; for an estimate, what is estimated.
 [[nodiscard]] std::string Hypothesis(const ResultDocument& document, const ResultTest& test);
 /// The decision as a sentence; empty for an estimate.

@@ -4,6 +4,7 @@
 #include <set>
 #include <sstream>
 
+#include "catalogue/run.h"
 #include "host/data/input_error.h"
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
@@ -12,15 +13,18 @@
 namespace npar_host {
 namespace {
 
+namespace run = catalogue::run;
+
 struct FamilyKeys {
-  TestFamily family;
-  const char* fields;
-  const char* automatic;
+  catalogue::Family family;
+  const catalogue::Setting* fields;
+  const catalogue::Setting* automatic;
 };
 constexpr FamilyKeys kFamilies[] = {
-    {TestFamily::OneSample, "oneSampleVariables", "isAutomaticallyOneSample"},
-    {TestFamily::Related, "relatedVariables", "isAutomaticallyRelated"},
-    {TestFamily::Independent, "independentVariables", "isAutomaticallyIndependent"},
+    {catalogue::Family::OneSample, &run::kOneSampleVariables, &run::kIsAutomaticallyOneSample},
+    {catalogue::Family::Related, &run::kRelatedVariables, &run::kIsAutomaticallyRelated},
+    {catalogue::Family::Independent, &run::kIndependentVariables,
+     &run::kIsAutomaticallyIndependent},
 };
 
 std::string DocumentText(const pugi::xml_document& document) {
@@ -29,7 +33,7 @@ std::string DocumentText(const pugi::xml_document& document) {
   return text.str();
 }
 
-bool HasTests(const AnalysisRequest& request, TestFamily family) {
+bool HasTests(const AnalysisRequest& request, catalogue::Family family) {
   return std::ranges::any_of(request.tests,
                              [&](const auto& test) { return test.Test().family == family; });
 }
@@ -37,13 +41,12 @@ bool HasTests(const AnalysisRequest& request, TestFamily family) {
 void CheckTests(const AnalysisRequest& request) {
   std::set<std::string> seen;
   for (const TestRequest& asked : request.tests) {
-    const TestDescription& test = asked.Test();
-    if (!seen.insert(test.name).second) {
-      throw UsageError(std::string("test ") + test.name +
-                       " is asked for twice; one run holds each test once");
+    const catalogue::Card& test = asked.Test();
+    if (!seen.insert(std::string(test.name)).second) {
+      throw UsageError("test " + test.name + " is asked for twice; one run holds each test once");
     }
     if (request.FieldsOf(test.family).empty()) {
-      throw UsageError(std::string("test ") + test.name + " needs fields: give them with --" +
+      throw UsageError("test " + test.name + " needs fields: give them with --" +
                        FamilyName(test.family));
     }
   }
@@ -64,13 +67,13 @@ void CheckMeasures(const AnalysisRequest& request) {
 
 }  // namespace
 
-const std::vector<std::string>& AnalysisRequest::FieldsOf(TestFamily family) const {
+const std::vector<std::string>& AnalysisRequest::FieldsOf(catalogue::Family family) const {
   switch (family) {
-    case TestFamily::OneSample:
+    case catalogue::Family::OneSample:
       return oneSampleFields;
-    case TestFamily::Related:
+    case catalogue::Family::Related:
       return relatedFields;
-    case TestFamily::Independent:
+    case catalogue::Family::Independent:
       break;
   }
   return independentFields;
@@ -116,10 +119,10 @@ void CheckRequest(const AnalysisRequest& request) {
     throw UsageError("field " + Quoted(request.groupField) +
                      " can't be compared between its own groups: give another to --by");
   }
-  if (!(request.significance > 0.0 && request.significance < 1.0)) {
+  if (!IsSignificanceLevel(request.significance)) {
     throw UsageError("--significance must lie between 0 and 1, as 0.05 does");
   }
-  if (!(request.confidencePercent >= 1.0 && request.confidencePercent < 100.0)) {
+  if (!IsConfidencePercentage(request.confidencePercent)) {
     throw UsageError("--confidence is a percentage from 1 to below 100, as 95 is");
   }
   CheckTests(request);
@@ -138,22 +141,24 @@ void CheckFields(const AnalysisRequest& request, const std::vector<std::string>&
 std::string ParameterDocument(const AnalysisRequest& request) {
   pugi::xml_document document;
   pugi::xml_node parameters = document.append_child("Parameters");
-  AddParameter(parameters, "missingTreatment", request.listwise ? "listwise" : "analysis");
-  AddParameter(parameters, "sigLevel", NumberText(request.significance));
-  AddParameter(parameters, "confidenceLevel", NumberText(request.confidencePercent));
-  if (!request.caseIdField.empty()) AddParameter(parameters, "caseIDField", request.caseIdField);
+  AddParameter(parameters, run::kMissingTreatment.key, request.listwise ? "listwise" : "analysis");
+  AddParameter(parameters, run::kSigLevel.key, NumberText(request.significance));
+  AddParameter(parameters, run::kConfidenceLevel.key, NumberText(request.confidencePercent));
+  if (!request.caseIdField.empty())
+    AddParameter(parameters, run::kCaseIdField.key, request.caseIdField);
   for (const FamilyKeys& keys : kFamilies) {
     const auto& fields = request.FieldsOf(keys.family);
-    if (!fields.empty()) AddListParameter(parameters, keys.fields, fields);
+    if (!fields.empty()) AddListParameter(parameters, keys.fields->key, fields);
   }
   if (!request.groupField.empty()) {
-    AddListParameter(parameters, "groupVariable", {request.groupField});
+    AddListParameter(parameters, run::kGroupVariable.key, {request.groupField});
   }
   // A family's flag is followed at once by its tests: the component reads them up to the first
   // other key.
   for (const FamilyKeys& keys : kFamilies) {
     if (request.FieldsOf(keys.family).empty()) continue;
-    AddParameter(parameters, keys.automatic, HasTests(request, keys.family) ? "false" : "true");
+    AddParameter(parameters, keys.automatic->key,
+                 HasTests(request, keys.family) ? "false" : "true");
     for (const TestRequest& test : request.tests) {
       if (test.Test().family == keys.family) test.WriteTo(parameters);
     }

@@ -29,10 +29,19 @@ struct AnalysisRequest {
   double confidencePercent = 95.0;
   bool listwise = false;
 
-  [[nodiscard]] const std::vector<std::string>& FieldsOf(TestFamily family) const;
+  [[nodiscard]] const std::vector<std::string>& FieldsOf(catalogue::Family family) const;
   /// Every field that the request names, each once.
   [[nodiscard]] std::vector<std::string> NamedFields() const;
 };
+
+/// Whether a test can reject at that level.
+[[nodiscard]] constexpr bool IsSignificanceLevel(double level) {
+  return level > 0.0 && level < 1.0;
+}
+/// Percentages below 1 are probabilities by mistake.
+[[nodiscard]] constexpr bool IsConfidencePercentage(double percentage) {
+  return percentage >= 1.0 && percentage < 100.0;
+}
 
 /// "NAME" or "NAME=a<b<c", with backslashes before separators that belong to a name.
 [[nodiscard]] FieldMeasure ParseFieldMeasure(std::string_view text, const char* measure);

@@ -6,6 +6,7 @@
 #include <set>
 #include <system_error>
 
+#include "catalogue/catalogue.h"
 #include "host/data/input_error.h"
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
@@ -14,31 +15,33 @@
 namespace npar_host {
 namespace {
 
-std::string Where(const TestDescription& test, const TestOption& option) {
-  return std::string("option ") + option.name + " of test " + test.name;
+std::string Where(const catalogue::Card& test, const catalogue::Option& option) {
+  return "option " + option.name + " of test " + test.name;
 }
 
-const OptionWord* FindWord(const TestOption& option, std::string_view word) {
-  for (const OptionWord& candidate : option.words) {
+const catalogue::OptionWord* FindWord(const catalogue::Option& option, std::string_view word) {
+  for (const catalogue::OptionWord& candidate : option.words) {
     if (candidate.word == word) return &candidate;
   }
   return nullptr;
 }
 
-const OptionWord& RequireWord(const TestDescription& test, const TestOption& option,
-                              const std::string& word) {
-  if (const OptionWord* found = FindWord(option, word)) return *found;
+const catalogue::OptionWord& RequireWord(const catalogue::Card& test,
+                                         const catalogue::Option& option, const std::string& word) {
+  if (const catalogue::OptionWord* found = FindWord(option, word)) return *found;
   std::vector<std::string> words;
-  for (const OptionWord& candidate : option.words) words.emplace_back(candidate.word);
+  for (const catalogue::OptionWord& candidate : option.words) words.emplace_back(candidate.word);
   throw UsageError(Where(test, option) + " can't be " + Quoted(word) + "; it is " +
                    JoinWords(words));
 }
 
-void CheckNumber(const TestDescription& test, const TestOption& option, const std::string& text) {
+void CheckNumber(const catalogue::Card& test, const catalogue::Option& option,
+                 const std::string& text) {
   static_cast<void>(RequireNumber(text, Where(test, option)));
 }
 
-void CheckCount(const TestDescription& test, const TestOption& option, const std::string& text) {
+void CheckCount(const catalogue::Card& test, const catalogue::Option& option,
+                const std::string& text) {
   int count = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
   if (error != std::errc() || end != text.data() + text.size() || count < 0) {
@@ -46,7 +49,8 @@ void CheckCount(const TestDescription& test, const TestOption& option, const std
   }
 }
 
-void CheckExpected(const TestDescription& test, const TestOption& option, const std::string& text) {
+void CheckExpected(const catalogue::Card& test, const catalogue::Option& option,
+                   const std::string& text) {
   for (const std::string& pair : SplitWords(text, '|')) {
     std::string category, number;
     if (!CutAt(pair, '=', category, number)) {
@@ -60,26 +64,27 @@ void CheckExpected(const TestDescription& test, const TestOption& option, const 
   }
 }
 
-void CheckValue(const TestDescription& test, const TestOption& option, const std::string& value) {
+void CheckValue(const catalogue::Card& test, const catalogue::Option& option,
+                const std::string& value) {
   if (value.empty()) throw UsageError(Where(test, option) + " has no value");
   switch (option.kind) {
-    case OptionKind::Number:
+    case catalogue::OptionKind::Number:
       return CheckNumber(test, option, value);
-    case OptionKind::Count:
+    case catalogue::OptionKind::Count:
       return CheckCount(test, option, value);
-    case OptionKind::Categories:
+    case catalogue::OptionKind::Categories:
       return;
-    case OptionKind::Expected:
+    case catalogue::OptionKind::Expected:
       return CheckExpected(test, option, value);
-    case OptionKind::Word:
+    case catalogue::OptionKind::Word:
       static_cast<void>(RequireWord(test, option, value));
       return;
-    case OptionKind::Words:
+    case catalogue::OptionKind::Words:
       for (const auto& word : SplitWords(value, '|')) {
         static_cast<void>(RequireWord(test, option, word));
       }
       return;
-    case OptionKind::NumberOrWord:
+    case catalogue::OptionKind::NumberOrWord:
       if (FindWord(option, value) == nullptr) CheckNumber(test, option, value);
       return;
   }
@@ -90,13 +95,13 @@ class AttributeWriter {
  public:
   explicit AttributeWriter(pugi::xml_node structure) : structure(structure) {}
 
-  void Add(const DocumentEntry& entry) {
-    if (entry.key != nullptr && written.insert(entry.key).second) {
-      NewAttribute(entry.key).append_attribute("value") = entry.value;
-    }
+  void Add(const catalogue::Entry& entry) {
+    if (entry.setting == nullptr) return;
+    const catalogue::Text key = entry.setting->key;
+    if (written.insert(key).second) AddText(key.c_str(), entry.value.c_str());
   }
-  void AddText(const char* key, const std::string& value) {
-    NewAttribute(key).append_attribute("value") = value.c_str();
+  void AddText(const char* key, const char* value) {
+    NewAttribute(key).append_attribute("value") = value;
   }
   void AddCategories(const char* key, const std::string& values) {
     pugi::xml_node list = NewAttribute(key).append_child("ListValue");
@@ -110,8 +115,8 @@ class AttributeWriter {
       std::string category, number;
       CutAt(pair, '=', category, number);
       AttributeWriter item(list.append_child("StructuredValue"));
-      item.AddText("categoryValue", Unescape(category));
-      item.AddText("expectedValue", number);
+      item.AddText(catalogue::chi_square::kCategoryValue.key.c_str(), Unescape(category).c_str());
+      item.AddText(catalogue::chi_square::kExpectedValue.key.c_str(), number.c_str());
     }
   }
 
@@ -123,37 +128,46 @@ class AttributeWriter {
   }
 
   pugi::xml_node structure;
-  std::set<std::string> written;
+  std::set<std::string_view> written;
 };
 
-void WriteOption(AttributeWriter& writer, const TestOption& option, const std::string& value) {
-  if (const OptionWord* word = FindWord(option, value)) {
+void WriteOption(AttributeWriter& writer, const catalogue::Option& option,
+                 const std::string& value) {
+  if (const catalogue::OptionWord* word = FindWord(option, value)) {
     writer.Add(word->entry);
     return;
   }
   writer.Add(option.whenGiven);
+  const char* const key =
+      option.value.setting == nullptr ? nullptr : option.value.setting->key.c_str();
   switch (option.kind) {
-    case OptionKind::Categories:
-      return writer.AddCategories(option.documentKey, value);
-    case OptionKind::Expected:
-      return writer.AddExpected(option.documentKey, value);
-    case OptionKind::Word:
-    case OptionKind::Words:
+    case catalogue::OptionKind::Categories:
+      return writer.AddCategories(key, value);
+    case catalogue::OptionKind::Expected:
+      return writer.AddExpected(key, value);
+    case catalogue::OptionKind::Word:
+    case catalogue::OptionKind::Words:
       for (const auto& word : SplitWords(value, '|')) writer.Add(FindWord(option, word)->entry);
       return;
-    case OptionKind::Number:
-    case OptionKind::Count:
-    case OptionKind::NumberOrWord:
-      return writer.AddText(option.documentKey, value);
+    case catalogue::OptionKind::Number:
+    case catalogue::OptionKind::Count:
+    case catalogue::OptionKind::NumberOrWord:
+      return writer.AddText(key, value.c_str());
   }
 }
 
 }  // namespace
 
+std::vector<std::string> TestNames() {
+  std::vector<std::string> names;
+  for (const catalogue::Card* test : catalogue::kTests) names.emplace_back(test->name);
+  return names;
+}
+
 TestRequest TestRequest::Parse(std::string_view text) {
   std::string name, assignments;
   CutAt(text, ':', name, assignments);
-  const TestDescription* test = FindTest(name);
+  const catalogue::Card* test = catalogue::FindTest(name);
   if (test == nullptr) {
     throw UsageError("there is no test " + Quoted(name) + NearMiss(name, TestNames()) +
                      " (npar tests lists them)");
@@ -163,10 +177,11 @@ TestRequest TestRequest::Parse(std::string_view text) {
     request.AddOption(assignment);
   }
   const auto given = [&](const char* option) {
-    return std::ranges::any_of(request.options,
-                               [&](const auto& o) { return o.first == FindOption(*test, option); });
+    return std::ranges::any_of(request.options, [&](const auto& o) {
+      return o.first == catalogue::FindOption(*test, option);
+    });
   };
-  if (FindOption(*test, "group2") != nullptr && given("group1") != given("group2")) {
+  if (catalogue::FindOption(*test, "group2") != nullptr && given("group1") != given("group2")) {
     throw UsageError("test " + name + " needs both group1 and group2, or neither");
   }
   return request;
@@ -175,13 +190,12 @@ TestRequest TestRequest::Parse(std::string_view text) {
 void TestRequest::AddOption(std::string_view assignment) {
   std::string name, value;
   CutAt(assignment, '=', name, value);
-  const TestOption* option = FindOption(*test, name);
+  const catalogue::Option* option = catalogue::FindOption(*test, name);
   if (option == nullptr) {
     std::vector<std::string> names;
-    for (const TestOption& known : test->options) names.emplace_back(known.name);
+    for (const catalogue::Option& known : test->options) names.emplace_back(known.name);
     throw UsageError(
-        std::string("test ") + test->name + " has no option " + Quoted(name) +
-        NearMiss(name, names) +
+        "test " + test->name + " has no option " + Quoted(name) + NearMiss(name, names) +
         (names.empty() ? "; it takes none" : "; it takes " + JoinWords(names, " and ")));
   }
   for (const auto& [earlier, ignored] : options) {
@@ -193,10 +207,10 @@ void TestRequest::AddOption(std::string_view assignment) {
 
 void TestRequest::WriteTo(pugi::xml_node parameters) const {
   pugi::xml_node parameter = parameters.append_child("Parameter");
-  parameter.append_attribute("name") = test->documentKey;
+  parameter.append_attribute("name") = test->key.c_str();
   AttributeWriter writer(parameter.append_child("StructuredValue"));
-  writer.Add({"isSelected", "true"});
-  for (const TestOption& option : test->options) {
+  writer.Add({catalogue::settings::kIsSelected, "true"});
+  for (const catalogue::Option& option : test->options) {
     const auto given =
         std::ranges::find_if(options, [&](const auto& o) { return o.first == &option; });
     if (given == options.end()) {

@@ -6,9 +6,12 @@
 #include <utility>
 #include <vector>
 
-#include "host/cli/test_registry.h"
+#include "catalogue/card.h"
 
 namespace npar_host {
+
+/// The names of all tests that can be asked for.
+[[nodiscard]] std::vector<std::string> TestNames();
 
 /// A test as it is asked for: NAME[:key=value,..]. A backslash before a separator
 /// takes it as a plain character.
@@ -18,16 +21,16 @@ class TestRequest {
   /// given twice, or one group without the other.
   [[nodiscard]] static TestRequest Parse(std::string_view text);
 
-  [[nodiscard]] const TestDescription& Test() const { return *test; }
+  [[nodiscard]] const catalogue::Card& Test() const { return *test; }
   /// Appends the test's Parameter to the parameter document.
   void WriteTo(pugi::xml_node parameters) const;
 
  private:
-  explicit TestRequest(const TestDescription& test) : test(&test) {}
+  explicit TestRequest(const catalogue::Card& test) : test(&test) {}
   void AddOption(std::string_view assignment);
 
-  const TestDescription* test;
-  std::vector<std::pair<const TestOption*, std::string>> options;  // values still escaped
+  const catalogue::Card* test;
+  std::vector<std::pair<const catalogue::Option*, std::string>> options;  // values still escaped
 };
 
 /// Appends <Parameter name= value=/>.

@@ -3,13 +3,15 @@
 
 #include <csignal>
 #include <iterator>
+#include <nlohmann/json.hpp>
 #include <regex>
 #include <set>
 #include <sstream>
 
-#include "host/cli/test_registry.h"
+#include "catalogue/catalogue.h"
 #include "host/data/csv.h"
 #include "host/loader/analysis_run.h"
+#include "host/request/test_request.h"
 #include "support/schema.h"
 
 namespace {
@@ -309,6 +311,40 @@ TEST_F(CommandLineTest, TestsListsEachTestWithItsOptions) {
   const ProcessResult one = RunNpar({"tests", "moses"});
   EXPECT_THAT(one.out, AllOf(StartsWith("moses\n"), HasSubstr("outliers=COUNT"),
                              HasSubstr("group1="), Not(HasSubstr("median"))));
+}
+
+// For programs that write functions from it: every option with what it sets in the document.
+TEST_F(CommandLineTest, TestsAsJsonNamesEachOptionAndWhatItSets) {
+  const ProcessResult run = RunNpar({"tests", "--json"});
+  const auto tests = nlohmann::json::parse(run.out).at("tests");
+  ASSERT_EQ(tests.size(), catalogue::kTests.size());
+  for (std::size_t i = 0; i < tests.size(); ++i) {
+    const catalogue::Card& card = *catalogue::kTests[i];
+    EXPECT_EQ(tests[i].at("name"), card.name.c_str());
+    EXPECT_FALSE(tests[i].at("codes").empty());
+    const auto& options = tests[i].at("options");
+    ASSERT_EQ(options.size(), card.options.size());
+    for (std::size_t k = 0; k < options.size(); ++k) {
+      EXPECT_EQ(options[k].at("name"), card.options[k].name.c_str());
+      EXPECT_TRUE(options[k].at("key").is_string() || !options[k].at("words").empty());
+    }
+  }
+  const auto binomial = nlohmann::json::parse(RunNpar({"tests", "binomial", "--json"}).out);
+  const auto& p = binomial.at("tests").at(0).at("options").at(0);
+  EXPECT_EQ(p.at("key"), "testProbability");
+  EXPECT_EQ(p.at("range"), nlohmann::json({{"above", 0.0}, {"below", 1.0}}));
+}
+
+TEST_F(CommandLineTest, RunRefusesLevelsThatNobodyMeans) {
+  for (const char* level :
+       {"name='sigLevel' value='0'", "name='sigLevel' value='1'", "name='sigLevel' value='5%'",
+        "name='confidenceLevel' value='0.95'", "name='confidenceLevel' value='100'"}) {
+    const std::string params = folder.Write(
+        "params.xml", "<Parameters>\n  <Parameter " + std::string(level) + "/></Parameters>");
+    const ProcessResult run = RunNpar({"run", "--params", params, "--data", kSleep});
+    EXPECT_EQ(run.exitCode, 2) << level;
+    EXPECT_THAT(run.err, AllOf(HasSubstr("params.xml:2:"), HasSubstr("Level is \"")));
+  }
 }
 
 TEST_F(CommandLineTest, ExplainTellsTextAndRemedy) {

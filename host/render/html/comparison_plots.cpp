@@ -5,6 +5,8 @@
 #include <functional>
 #include <numeric>
 
+#include "catalogue/cards/cochran_q.h"
+#include "catalogue/cards/median.h"
 #include "host/render/significance.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
@@ -98,8 +100,8 @@ std::string GraphWords(const std::vector<Node>& nodes, const std::vector<Edge>& 
 }  // namespace
 
 std::string ComparedMeasure(const ResultTest& test) {
-  if (test.name == "IMedian") return "Median";
-  if (test.name == "RCochransQ") return "Successes";
+  if (test.name == catalogue::median::kCard.element) return "Median";
+  if (test.name == catalogue::cochran_q::kCard.element) return "Successes";
   return "Mean rank";
 }
 

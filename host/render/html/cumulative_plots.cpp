@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdint>
 
+#include "catalogue/cards/ks_one_sample.h"
+#include "catalogue/cards/ks_two_sample.h"
 #include "host/render/html/markup.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
@@ -102,7 +104,8 @@ double HypothesisedShare(const ResultTest& test, double value) {
 }  // namespace
 
 std::optional<Plot> TwoSampleFunctions(const ResultDocument& document, const ResultTest& test) {
-  if (test.name != "IKolmogorovSmirnov" || test.groups.size() != 2) return std::nullopt;
+  if (test.name != catalogue::ks_two_sample::kCard.element || test.groups.size() != 2)
+    return std::nullopt;
   const std::vector<Step> first = Steps(test.groups[0].bins);
   const std::vector<Step> second = Steps(test.groups[1].bins);
   if (first.empty() || second.empty()) return std::nullopt;
@@ -151,7 +154,7 @@ std::optional<Plot> TwoSampleFunctions(const ResultDocument& document, const Res
 }
 
 std::optional<Plot> OneSampleFunctions(const ResultDocument& document, const ResultTest& test) {
-  if (test.name != "OKolmogorovSmirnov" || test.Failed()) return std::nullopt;
+  if (test.name != catalogue::ks_one_sample::kNormal.element || test.Failed()) return std::nullopt;
   const auto fields = test.ConditionFields(0, document.fields.size());
   if (fields.empty()) return std::nullopt;
   const ResultField& field = document.fields[fields[0]];

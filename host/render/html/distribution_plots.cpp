@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "catalogue/cards/wilcoxon.h"
 #include "host/data/number.h"
 #include "host/render/html/markup.h"
 #include "host/render/table_words.h"
@@ -230,7 +231,7 @@ std::optional<Plot> DifferencesPlot(const ResultDocument& document, const Result
 
 std::optional<Plot> MedianPlot(const ResultDocument& document, const ResultTest& test,
                                const std::string& id) {
-  if (!test.differences || test.name != "OWilcoxonSignedRanks") return std::nullopt;
+  if (!test.differences || test.name != catalogue::wilcoxon::kCard.element) return std::nullopt;
   const std::string hypothetical = FindText(test.differences->figures, "HypotheticalMedian");
   const std::string observed = FindText(test.differences->figures, "ObservedMedian");
   std::vector<ResultBin> bins = test.differences->bins;

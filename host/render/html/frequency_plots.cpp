@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "catalogue/cards/binomial.h"
 #include "host/render/html/markup.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
@@ -34,7 +35,7 @@ std::optional<Plot> FrequencyPlot(const ResultDocument& document, const ResultTe
     return std::nullopt;
   }
   // The binomial test has its series in rows, all others in columns.
-  const bool isTurned = test.name == "OBinomial";
+  const bool isTurned = test.name == catalogue::binomial::kCard.element;
   std::vector<Pair> pairs;
   if (isTurned) {
     if (table.rows.size() != 2 || table.rows[0].size() != 2 || table.rows[1].size() != 2) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "catalogue/cards/runs.h"
 #include "host/data/number.h"
 #include "host/render/html/markup.h"
 #include "host/render/table_words.h"
@@ -223,7 +224,7 @@ std::optional<Plot> IntervalPlot(const ResultDocument& document, const ResultTes
 }
 
 std::optional<Plot> RunsPlot(const ResultTest& test) {
-  if (test.name != "ORuns") return std::nullopt;
+  if (test.name != catalogue::runs::kCard.element) return std::nullopt;
   const auto mean = Finite(FindText(test.details, "Mean"));
   const auto deviation = Finite(FindText(test.details, "StdDev"));
   const auto observed = Finite(FindText(test.details, "ObservedRunNumber"));

@@ -5,6 +5,7 @@
 
 #include <sstream>
 
+#include "catalogue/catalogue.h"
 #include "host/request/word_list.h"
 #include "support/parameters_text.h"
 
@@ -132,16 +133,16 @@ TEST(TestRequestTest, RefusalsNameTheFaultAndTheRemedy) {
 
 // What help and npar tests show must be what the program takes.
 TEST(TestRequestTest, TheSyntaxThatHelpShowsIsTaken) {
-  for (const TestDescription& test : AllTests()) {
-    for (const TestOption& option : test.options) {
-      std::string value = option.syntax;
-      if (option.kind == OptionKind::Word) value = value.substr(0, value.find('|'));
+  for (const catalogue::Card* test : catalogue::kTests) {
+    for (const catalogue::Option& option : test->options) {
+      std::string value(option.syntax);
+      if (option.kind == catalogue::OptionKind::Word) value = value.substr(0, value.find('|'));
       if (value.ends_with("NUMBER") || value == "COUNT") value = "2";
-      std::string request = std::string(test.name) + ":" + option.name + "=" + value;
-      if (std::string_view(option.name) == "group1" && FindOption(test, "group2")) {
+      std::string request = test->name + ":" + option.name + "=" + value;
+      if (option.name == "group1" && FindOption(*test, "group2") != nullptr) {
         request += ",group2=C";
       }
-      if (std::string_view(option.name) == "group2") request += ",group1=A";
+      if (option.name == "group2") request += ",group1=A";
       SCOPED_TRACE(request);
       EXPECT_NO_THROW(static_cast<void>(TestRequest::Parse(request)));
     }
