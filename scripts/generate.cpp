@@ -2,12 +2,12 @@
 // generate [--check]: in the root of the tree.
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <map>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -176,7 +176,8 @@ Readers AllReaders() {
   readers.push_back({&settings::kIsSelected, {"each test"}});
   std::ranges::stable_sort(readers, {}, [](const auto& reader) {
     std::string key(std::string_view(reader.first->key));
-    std::ranges::transform(key, key.begin(), [](unsigned char c) { return std::tolower(c); });
+    std::ranges::transform(key, key.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return key;
   });
   return readers;
@@ -303,16 +304,27 @@ std::string WithPart(const std::string& path, const std::string& part) {
   return text.replace(begin, lineOfEnd - begin, part);
 }
 
+/// The page with the test's title for its heading.
+std::string WithHeading(const std::string& path, std::string_view title) {
+  const std::string text = Content(path);
+  return "# " + std::string(title) + text.substr(std::min(text.find('\n'), text.size()));
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
   const bool checks = count > 1 && std::string_view(arguments[1]) == "--check";
-  const std::pair<const char*, std::string> files[] = {
+  std::vector<std::pair<std::string, std::string>> files = {
       {"docs/messages.md", Messages()},
       {"docs/parameters.md", Parameters()},
       {"docs/command_line.md", WithPart("docs/command_line.md", OptionTable())},
       {"schema/statxml-7.0.xsd", WithPart("schema/statxml-7.0.xsd", ElementNames())},
   };
+  for (const Card* card : kCards) {
+    if (FindElement(card->element) != card) continue;
+    const std::string path = "docs/statistics/" + std::string(std::string_view(card->page));
+    files.emplace_back(path, WithHeading(path, ElementTitle(*card)));
+  }
   int stale = 0;
   for (const auto& [path, text] : files) {
     if (!checks) {

@@ -120,7 +120,7 @@ std::optional<Plot> TwoSampleFunctions(const ResultDocument& document, const Res
   Plot plot;
   plot.kind = "functions";
   plot.title = "Distribution functions of " + title + " in two groups";
-  plot.description = "The shares of values up to each value in " + firstTitle + " (solid) and " +
+  plot.description = "The proportions of values up to each value in " + firstTitle + " (solid) and " +
                      secondTitle + " (dashed). Their greatest distance is " +
                      Extreme(test, "Absolute") + ".";
   const Scale across = ScaleOver(values, kLeft, kRight);
@@ -166,7 +166,7 @@ std::optional<Plot> OneSampleFunctions(const ResultDocument& document, const Res
   Plot plot;
   plot.kind = "functions";
   plot.title = "Distribution function of " + field.Title() + " and the hypothesised one";
-  plot.description = "The shares of values up to each value as observed (solid) and as " +
+  plot.description = "The proportions of values up to each value as observed (solid) and as " +
                      std::string("hypothesised (dashed). Their greatest distance is ") +
                      Extreme(test, "Absolute") + ".";
   std::vector<double> values;
