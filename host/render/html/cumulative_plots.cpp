@@ -120,8 +120,8 @@ std::optional<Plot> TwoSampleFunctions(const ResultDocument& document, const Res
   Plot plot;
   plot.kind = "functions";
   plot.title = "Distribution functions of " + title + " in two groups";
-  plot.description = "The proportions of values up to each value in " + firstTitle + " (solid) and " +
-                     secondTitle + " (dashed). Their greatest distance is " +
+  plot.description = "The proportions of values up to each value in " + firstTitle +
+                     " (solid) and " + secondTitle + " (dashed). Their greatest distance is " +
                      Extreme(test, "Absolute") + ".";
   const Scale across = ScaleOver(values, kLeft, kRight);
   const Scale shares{0.0, 1.0, kBottom, kTop};
