@@ -45,7 +45,7 @@ class NPARTest {
   virtual ~NPARTest() = default;
 
   /// The run's summaries; not taken over, good until the run's results are written.
-  virtual void SetSharedData(UnivariateResults* data) {
+  void SetSharedData(UnivariateResults* data) noexcept {
     if (data != nullptr) sharedData = data;
   }
   /// What the tests of the worker count together; not taken over. A test that gets none counts
@@ -54,14 +54,14 @@ class NPARTest {
   /// What the test reads of them, which the worker drives; null for none. Known once the first pass
   /// has begun.
   [[nodiscard]] Tally* GetTally() const noexcept { return countsAlone ? nullptr : tally.get(); }
-  virtual QDStatus BeginPass();
+  QDStatus BeginPass();
   /// Takes records, one after the other.
-  virtual QDStatus ProcessBatch(RecordBatch& batch);
+  QDStatus ProcessBatch(RecordBatch& batch);
   /// Takes a batch of one.
-  virtual QDStatus ProcessRecord(const Record& record);
+  QDStatus ProcessRecord(const Record& record);
   /// Asked once after each pass.
-  virtual bool NeedsAnotherPass() { return passesLeft > 0; }
-  virtual QDStatus EndPass();
+  [[nodiscard]] bool NeedsAnotherPass() const noexcept { return passesLeft > 0; }
+  QDStatus EndPass();
   /// Variables that must not be missing in a record for it to reach the test.
   virtual void GetRequiredVariables(std::vector<std::int64_t>& positions) = 0;
   /// The "Algorithm" element; the caller owns it.
@@ -87,9 +87,9 @@ class NPARTest {
   [[nodiscard]] double GetSigLevel() const noexcept { return sigLevel; }
 
  protected:
-  virtual void Prepare(const SettingsReader& /*settings*/) {}
+  virtual void Prepare(const SettingsReader& settings) = 0;
   virtual void Take(RecordBatch& /*batch*/) {}
-  virtual void Compute() {}
+  virtual void Compute() = 0;
   virtual void StartPass() {}
   virtual void TakeAgain(RecordBatch& /*batch*/) {}
   virtual void Finish() {}
@@ -118,13 +118,11 @@ class NPARTest {
   double sigLevel = 0.05;
   RecordWeight weight;
 
- protected:
+ private:
   std::unique_ptr<QDSettings> settings;
   QDStatus status;
   std::vector<NPARMessage> messages;
   std::int32_t passesLeft = 0;
-
- private:
   SharedTallies* sharedTallies = nullptr;
   std::shared_ptr<Tally> tally;
   bool countsAlone = false;

@@ -31,7 +31,6 @@ class NPARKSmirnowTwoSample final : public NPARTest {
  protected:
   /// Error 222001: a setting cannot be read.
   void Prepare(const SettingsReader& settings) override;
-  void Take(RecordBatch& /*batch*/) override {}
   void Compute() override;
   void TakeAgain(RecordBatch& batch) override;
   /// Errors 222010: a group is empty; 222005: an exponential failed. Warning 222011: no record of

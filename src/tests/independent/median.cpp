@@ -43,8 +43,6 @@ void NPARKSMedian::Prepare(const SettingsReader& settings) {
   comparison.Want(ComparisonFromWord(settings.Text("typeOfMultipleComparison", "none")));
 }
 
-void NPARKSMedian::Take(RecordBatch& /*batch*/) {}  // the tally counts the groups
-
 void NPARKSMedian::TakeAgain(RecordBatch& /*batch*/) {
   const GroupTally::Units& units = tally->GetUnits();
   const bool countsCells = Pass() == 1;

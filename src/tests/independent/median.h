@@ -34,7 +34,6 @@ class NPARKSMedian final : public NPARTest {
 
  protected:
   void Prepare(const SettingsReader& settings) override;
-  void Take(RecordBatch& batch) override;
   /// Errors 220003: no weight; 222312: fewer than two groups with data; 222313: no value below, or
   /// none above the median. Help message 222311: cells with E below 5, their percentage, the
   /// smallest E. Warnings 222318, 222316: fewer than 3 groups; 222319, 222317: not significant;

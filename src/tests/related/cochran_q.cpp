@@ -132,12 +132,6 @@ void NPARCochransQ::ComparePairs() {
   });
 }
 
-bool NPARCochransQ::NeedsAnotherPass() {
-  const bool needs = !HasFailed() && comparison.IsPending();
-  if (needs) ExpectPasses(0);
-  return needs;
-}
-
 std::int64_t NPARCochransQ::CountOf(std::int32_t variable) const {
   if (static_cast<std::size_t>(variable) < successCounts.size()) {
     return successCounts[static_cast<std::size_t>(variable)];
@@ -189,7 +183,7 @@ void NPARCochransQ::Finish() {
     }
     return ComputeQ(counts, rangeSumRSquared[i]);
   });
-  if (comparison.IsDone()) ExpectPasses(0);
+  ExpectPasses(comparison.IsPending() ? std::max(GetPassesLeft(), 1) : 0);
 }
 
 XMLElement* NPARCochransQ::WriteResults() {

@@ -129,7 +129,7 @@ void NPARRankedRecords::Compute() {
 void NPARRankedRecords::Finish() {
   comparison.EndStepwisePass(
       *this, [this](std::size_t i) { return ComputeFigures(rangeRankSums[i], 0.0); });
-  if (comparison.IsDone()) ExpectPasses(0);
+  ExpectPasses(comparison.IsPending() ? std::max(GetPassesLeft(), 1) : 0);
 }
 
 RangeFigures NPARRankedRecords::ComputeFigures(const std::vector<double>& sums,

@@ -25,31 +25,29 @@ using Rows = std::vector<std::vector<double>>;
 class PlainTest final : public NPARTest {
  public:
   PlainTest(std::string name, Log& log) : NPARTest(nullptr), name(std::move(name)), log(log) {}
-  void SetSharedData(UnivariateResults* data) override { shared = data; }
-  QDStatus BeginPass() override { return status; }
-  QDStatus ProcessBatch(RecordBatch& batch) override {
-    for (std::size_t i = 0; i < batch.Size(); ++i) {
-      log.push_back(name + " " + std::to_string(static_cast<int>(batch.Of(0)[i])));
-      if (onRecord) onRecord();
-    }
-    return status;
-  }
-  bool NeedsAnotherPass() override { return false; }
-  QDStatus EndPass() override { return status; }
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override { positions = {0}; }
   XMLElement* WriteResults() override {
     XMLElement* element = XMLElement::Create("Algorithm");
     element->AddAttribute("name", name);
-    if (shared != nullptr) element->AddAttribute("mean", shared->GetMean(1));
+    if (sharedData != nullptr) element->AddAttribute("mean", sharedData->GetMean(1));
     return element;
   }
 
   std::function<void()> onRecord;
 
+ protected:
+  void Prepare(const SettingsReader& /*settings*/) override {}
+  void Take(RecordBatch& batch) override {
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
+      log.push_back(name + " " + std::to_string(static_cast<int>(batch.Of(0)[i])));
+      if (onRecord) onRecord();
+    }
+  }
+  void Compute() override {}
+
  private:
   std::string name;
   Log& log;
-  UnivariateResults* shared = nullptr;
 };
 
 /// The value of an entry that does something when the planner comes to it.

@@ -9,8 +9,8 @@
 #include <new>
 #include <numeric>
 
-#include "kit/contract/test.h"
 #include "kit/contract/shared_tallies.h"
+#include "kit/contract/test.h"
 #include "planning/progress.h"
 #include "support/variables.h"
 
@@ -32,10 +32,8 @@ class NotingTally final : public Tally {
     std::string name;
     bool operator==(const Key&) const = default;
   };
-  struct Units {};
   explicit NotingTally(Key key) : key(std::move(key)) {}
   [[nodiscard]] const Key& GetKey() const { return key; }
-  [[nodiscard]] const Units& GetUnits() const { return units; }
   void Take(RecordBatch& batch) override {
     key.log->push_back(key.name + " Takes " + std::to_string(batch.Size()));
   }
@@ -43,65 +41,56 @@ class NotingTally final : public Tally {
 
  private:
   Key key;
-  Units units;
 };
 
-/// A test that writes down each call and answers as it is told.
+/// A test that writes down each call and does as it is told: 0, or the code that it fails with.
 class ScriptedTest final : public NPARTest {
  public:
   ScriptedTest(std::string name, Log& log, int passes = 1)
       : NPARTest(nullptr), name(std::move(name)), log(log), passesWanted(passes) {}
 
-  void SetSharedData(UnivariateResults*) override { Note("Shared"); }
-  QDStatus BeginPass() override {
-    passesLeft = passesWanted - pass;
-    if (pass == 0 && !tallyName.empty()) share.Join(sharedTallies, {&log, tallyName});
-    return Answer("Begin");
-  }
-  QDStatus ProcessBatch(RecordBatch& batch) override {
-    if (!tallyName.empty()) static_cast<void>(share.Take(batch));
-    for (std::size_t i = 0; i < batch.Size(); ++i) {
-      const QDStatus answer = Answer("Record " + std::to_string(static_cast<int>(batch.Of(0)[i])));
-      if (answer.IsError()) return answer;
-    }
-    return QDStatus();
-  }
-  bool NeedsAnotherPass() override { return Answer("More").IsOK() && ++pass < passesWanted; }
-  QDStatus EndPass() override {
-    --passesLeft;
-    if (!tallyName.empty()) share.EndPass();
-    return Answer("End");
-  }
   void GetRequiredVariables(std::vector<std::int64_t>& positions) override {
     EXPECT_TRUE(positions.empty());
     positions = required;
-    static_cast<void>(Answer("Required"));
+    Do("Required");
   }
   XMLElement* WriteResults() override {
-    static_cast<void>(Answer("Write"));
+    Do("Write");
     return XMLElement::Create(name);
   }
 
-  Tally* GetTally() const noexcept override { return share.Get(); }
-
   std::vector<std::int64_t> required = {0};
   std::string tallyName;  // empty: it reads none
-  /// What a call answers, or does, instead of success.
-  std::map<std::string, std::function<QDStatus()>> answers;
+  /// What a call does.
+  std::map<std::string, std::function<std::int32_t()>> answers;
+
+ protected:
+  void Prepare(const SettingsReader& /*settings*/) override {
+    ExpectPasses(passesWanted);
+    if (!tallyName.empty()) static_cast<void>(Share<NotingTally>({&log, tallyName}));
+    Do("Begin");
+  }
+  void StartPass() override { Do("Begin"); }
+  void Take(RecordBatch& batch) override {
+    for (std::size_t i = 0; i < batch.Size() && !HasFailed(); ++i) {
+      Do("Record " + std::to_string(static_cast<int>(batch.Of(0)[i])));
+    }
+  }
+  void TakeAgain(RecordBatch& batch) override { Take(batch); }
+  void Compute() override { Do("End"); }
+  void Finish() override { Do("End"); }
 
  private:
-  void Note(const std::string& call) { log.push_back(name + " " + call); }
-  QDStatus Answer(const std::string& call) {
-    Note(call);
+  void Do(const std::string& call) {
+    log.push_back(name + " " + call);
     const auto answer = answers.find(call);
-    return answer == answers.end() ? QDStatus() : answer->second();
+    const std::int32_t code = answer == answers.end() ? 0 : answer->second();
+    if (code != 0) Fail(code);
   }
 
   std::string name;
   Log& log;
   int passesWanted;
-  int pass = 0;
-  TallyShare<NotingTally> share;
 };
 
 QDVarList OneVariable() { return VariableListBuilder().Continuous("x").Build(); }
@@ -142,23 +131,22 @@ struct Bench {
   NPARTestWorker worker;
 };
 
-std::function<QDStatus()> Code(std::int32_t code) {
-  return [code] { return QDStatus(code); };
+std::function<std::int32_t()> Code(std::int32_t code) {
+  return [code] { return code; };
 }
 
-QDStatus RunOutOfMemory() { throw std::bad_alloc(); }
+std::int32_t RunOutOfMemory() { throw std::bad_alloc(); }
 
 TEST(TestWorker, CallsTestsInTheOrderOfTheContract) {
   Bench bench(Count(2));
   bench.Add("a", 2);
   bench.Add("b", 1);
   EXPECT_EQ(bench.Run(), QDStatus());
-  EXPECT_THAT(bench.log, ElementsAre("a Shared", "b Shared",                                  //
-                                     "a Begin", "a Required", "b Begin", "b Required",        //
+  EXPECT_THAT(bench.log, ElementsAre("a Begin", "a Required", "b Begin", "b Required",        //
                                      "a Record 0", "a Record 1", "b Record 0", "b Record 1",  //
-                                     "a End", "b End", "a More", "b More",                    //
+                                     "a End", "b End",                                        //
                                      "a Begin", "a Required", "a Record 0", "a Record 1",     //
-                                     "a End", "a More", "b More"));
+                                     "a End"));
   EXPECT_EQ(bench.records.Resets(), 2);
 }
 
@@ -166,7 +154,7 @@ TEST(TestWorker, EndsThePassAtOnceWithoutRecords) {
   Bench bench({});
   bench.Add("a");
   EXPECT_EQ(bench.Run(), QDStatus());
-  EXPECT_THAT(bench.log, ElementsAre("a Shared", "a Begin", "a Required", "a End", "a More"));
+  EXPECT_THAT(bench.log, ElementsAre("a Begin", "a Required", "a End"));
 }
 
 TEST(TestWorker, WithoutTestsReadsNothing) {
@@ -268,7 +256,7 @@ TEST(TestWorker, TalliesTakeTheRecordsOfTheirTestsOnceAndBeforeThem) {
                           "Y Takes 1", "b Record 1", "Y End", "b End"));
 }
 
-TEST(TallyShare, OfATestThatRunsAloneIsDrivenByIt) {
+TEST(TestBase, ATestThatRunsAloneDrivesItsTally) {
   Log log;
   ScriptedTest test("a", log);
   test.tallyName = "X";
@@ -286,24 +274,16 @@ TEST(TestWorker, AnErrorTakesItsTestOutOfThePassAndNoOther) {
   failing.answers["Record 1"] = Code(220007);
   bench.Add("c");
   EXPECT_EQ(bench.Run(), QDStatus());
-  EXPECT_THAT(bench.Calls("a"), ElementsAre("a Shared", "a Begin", "a Required", "a More"));
-  EXPECT_THAT(bench.Calls("b"), ElementsAre("b Shared", "b Begin", "b Required", "b Record 0",
-                                            "b Record 1", "b More"));
+  EXPECT_THAT(bench.Calls("a"), ElementsAre("a Begin", "a Required"));
+  EXPECT_THAT(bench.Calls("b"), ElementsAre("b Begin", "b Required", "b Record 0", "b Record 1"));
   EXPECT_THAT(bench.Calls("c Record"), ElementsAre("c Record 0", "c Record 1", "c Record 2"));
   EXPECT_THAT(bench.Calls("c End"), ElementsAre("c End"));
 }
 
-TEST(TestWorker, AWarningIsNoError) {
-  Bench bench(Count(2));
-  bench.Add("a").answers["Record 0"] = [] { return QDStatus(220616, true); };
-  EXPECT_EQ(bench.Run(), QDStatus());
-  EXPECT_THAT(bench.Calls("a Record"), ElementsAre("a Record 0", "a Record 1"));
-}
-
 TEST(TestWorker, ExhaustedMemoryEndsTheRunAtOnce) {
-  for (const char* call : {"Begin", "Required", "Record 1", "End", "More"}) {
+  for (const char* call : {"Begin", "Required", "Record 1", "End"}) {
     for (const bool isThrown : {true, false}) {
-      if (!isThrown && (call == std::string("Required") || call == std::string("More"))) continue;
+      if (!isThrown && call == std::string("Required")) continue;
       SCOPED_TRACE(std::string(call) + (isThrown ? " throws" : " returns"));
       Bench bench(Count(3));
       bench.Add("a").answers[call] = isThrown ? RunOutOfMemory : Code(kExhausted);
@@ -373,7 +353,6 @@ TEST(TestWorker, ACancelledPassIsNotEndedAndIsNoError) {
     EXPECT_EQ(bench.Calls("a Record").size(),
               256U * static_cast<unsigned>(std::max(questions - 1, 0)));
     EXPECT_TRUE(bench.Calls("a End").empty());
-    EXPECT_TRUE(bench.Calls("a More").empty());
   }
 }
 

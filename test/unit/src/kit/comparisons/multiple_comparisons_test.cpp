@@ -27,17 +27,19 @@ class MessageTaker final : public NPARTest {
   MessageTaker() : NPARTest(nullptr) {}
   void GetRequiredVariables(std::vector<std::int64_t>&) override {}
   XMLElement* WriteResults() override { return nullptr; }
+  void Prepare(const SettingsReader&) override {}
+  void Compute() override {}
 
   std::vector<std::pair<std::int32_t, MessageKind>> Taken() const {
     std::vector<std::pair<std::int32_t, MessageKind>> taken;
-    for (const auto& message : messages) {
+    for (const auto& message : GetMessages()) {
       taken.emplace_back(message.status.GetErrorCode(), message.kind);
     }
     return taken;
   }
   std::vector<std::string> Groups() const {
     std::vector<std::string> groups;
-    for (const auto& message : messages) {
+    for (const auto& message : GetMessages()) {
       if (message.status.GetErrorCode() == kStandsAlone) {
         groups.push_back(message.namedParams.at(0).second);
       }

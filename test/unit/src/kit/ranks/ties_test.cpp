@@ -133,15 +133,17 @@ const struct {
      [](const Values& values) {
        Figures figures;
        for (const std::size_t atOnce : {values.size(), std::size_t{1}}) {
-         std::vector<TwoGroups::Group> groups(values.size(), TwoGroups::First);
+         const std::vector<std::int32_t> groups(values.size(), TwoGroups::First);
          const auto last = static_cast<std::int64_t>(values.size());
          ControlRanks ranks({1, last - 1, last, last});
          for (std::size_t i = 0; i < values.size(); i += atOnce) {
-           TwoGroupUnits units;
+           const auto last = static_cast<std::int32_t>(atOnce) - 1;
+           const GroupTally::Share shares[] = {{last + 1, last}, {0, -1}};
+           GroupTally::Units units;
            units.count = atOnce;
            units.values = values.data() + i;
            units.groups = groups.data() + i;
-           units.sums = {static_cast<std::int64_t>(atOnce), 0};
+           units.shares = shares;
            ranks.Add(units);
          }
          ranks.CloseRun();
