@@ -273,8 +273,8 @@ TEST_F(Planner, TestsFillTheirPartOfTheProgressByTheirNumber) {
     planner.AddSortedTest(Make("d"), 1, QDStatus());
   });
   ASSERT_EQ(Execute(), QDStatus());
-  // Three tests of four: up to 25 + 65 * 3 / 4 percent; then the last.
-  EXPECT_THAT(listener.percents, ElementsAre(73, 90));
+  // Three tests of four: from 25 to 25 + 65 * 3 / 4 percent; then the last.
+  EXPECT_THAT(listener.percents, ElementsAre(25, 73, 73, 90));
 }
 
 TEST_F(Planner, ReadsTheLevelsOfItsSettings) {
