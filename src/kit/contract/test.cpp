@@ -46,6 +46,10 @@ QDStatus NPARTest::EndPass() {
   return status;
 }
 
+void NPARTest::GetRequiredVariables(std::vector<std::int64_t>& positions) const {
+  positions.insert(positions.end(), required.begin(), required.end());
+}
+
 void NPARTest::AddMessages(const std::vector<NPARMessage>& list) {
   for (const NPARMessage& message : list) AddMessage(message);
 }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "foundation/names.h"
@@ -62,8 +63,8 @@ class NPARTest {
   /// Asked once after each pass.
   [[nodiscard]] bool NeedsAnotherPass() const noexcept { return passesLeft > 0; }
   QDStatus EndPass();
-  /// Variables that must not be missing in a record for it to reach the test.
-  virtual void GetRequiredVariables(std::vector<std::int64_t>& positions) = 0;
+  /// Adds the variables that must not be missing in a record for it to reach the test.
+  void GetRequiredVariables(std::vector<std::int64_t>& positions) const;
   /// The "Algorithm" element; the caller owns it.
   virtual XMLElement* WriteResults() = 0;
   /// Passes that the test still expects, the running one included; feeds the progress.
@@ -97,6 +98,8 @@ class NPARTest {
   /// How many passes are still to come, the one that is about to start included: in Prepare all of
   /// them, in Compute and Finish those after the one that ends.
   void ExpectPasses(std::int32_t count) noexcept { passesLeft = count; }
+  /// In Prepare: records that miss one of these variables stay away.
+  void Require(std::vector<std::int32_t> positions) { required = std::move(positions); }
   /// In Prepare: the tally of the key, which takes the records of a batch before the test does and
   /// ends a pass before it. Throws std::bad_alloc.
   template <typename Kind>
@@ -127,5 +130,6 @@ class NPARTest {
   std::shared_ptr<Tally> tally;
   bool countsAlone = false;
   std::int32_t pass = 0;
+  std::vector<std::int32_t> required;
   std::string_view entryName;
 };

@@ -18,11 +18,6 @@ void GroupTally::Key::ReadVariables(const SettingsReader& settings) {
   weightVariable = settings.Index("weightVariableIndex");
 }
 
-void GroupTally::Key::AppendRequired(std::vector<std::int64_t>& positions) const {
-  positions.push_back(testVariable);
-  positions.push_back(groupVariable);
-}
-
 void GroupTally::Units::AddTo(NPARRank& ranks) const {
   if (weights == nullptr) {
     ranks.AddUnits(values, groups, count);

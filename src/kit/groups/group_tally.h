@@ -36,8 +36,6 @@ class GroupTally final : public Tally {
 
     /// Reads "variableIndex", "groupVariableIndex", "caseIdVariableIndex", "weightVariableIndex".
     void ReadVariables(const SettingsReader& settings);
-    /// The test variable, then the group variable.
-    void AppendRequired(std::vector<std::int64_t>& positions) const;
     bool operator==(const Key&) const = default;
   };
   /// What some units hold of one group.

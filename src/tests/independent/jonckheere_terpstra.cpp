@@ -53,6 +53,7 @@ void NPARJonckTer::Prepare(const SettingsReader& settings) {
   groups.ReadVariables(settings);
   if (HasFailed()) return;
   ExpectPasses(kPasses);
+  Require({groups.testVariable, groups.groupVariable});
   hasGroupRange = settings.Flag("userSpecifyGroupRange");
   std::vector<std::int32_t> order;
   if (!settings.Find("groupOrder", order) && sharedData != nullptr) {
@@ -182,10 +183,6 @@ void NPARJonckTer::EndStepwise() {
     });
   }
   ranges = RangeCounts(0);
-}
-
-void NPARJonckTer::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  groups.AppendRequired(positions);
 }
 
 XMLElement* NPARJonckTer::WriteResults() {

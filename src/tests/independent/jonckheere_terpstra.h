@@ -28,7 +28,6 @@ class NPARJonckTer final : public NPARTest {
  public:
   explicit NPARJonckTer(QDSettings* settings);
 
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
  protected:

@@ -33,6 +33,7 @@ void NPARKruskalWOneWay::Prepare(const SettingsReader& settings) {
   groups.ReadVariables(settings);
   if (HasFailed()) return;
   ExpectPasses(kPasses);
+  Require({groups.testVariable, groups.groupVariable});
   groups.groupCount = settings.Get("numberOfCategories", std::int32_t{0});
   tally = Share<GroupTally>(groups);
   comparison.Want(ComparisonFromWord(settings.Text("typeOfMultipleComparison", "none")));
@@ -133,10 +134,6 @@ RangeFigures NPARKruskalWOneWay::ComputeRange(const SampleRange& range) {
   }
   const auto [h, sig] = KruskalWallis(groups, ranges.Ties(range).Cubic());
   return {h, sig};
-}
-
-void NPARKruskalWOneWay::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  groups.AppendRequired(positions);
 }
 
 XMLElement* NPARKruskalWOneWay::WriteResults() {

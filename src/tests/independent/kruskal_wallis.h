@@ -25,7 +25,6 @@ class NPARKruskalWOneWay final : public NPARTest {
  public:
   explicit NPARKruskalWOneWay(QDSettings* settings);
 
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
  protected:

@@ -47,6 +47,7 @@ void NPARKSmirnowTwoSample::Prepare(const SettingsReader& settings) {
   ExpectPasses(2);
   groups.Read(settings);
   if (!AreReadable(settings, groups.AreUserSpecified())) Fail(card::kUnreadable);
+  Require({groups.TestVariable(), groups.GroupVariable()});
   if (!HasFailed()) tally = Share<GroupTally>(groups.TallyKey());
 }
 
@@ -117,10 +118,6 @@ void NPARKSmirnowTwoSample::Finish() {
   const auto n2 = static_cast<double>(samples[1].count);
   z = std::sqrt(n1 * n2 / (n1 + n2)) * absoluteDifference;
   if (!KolmogorovSmirnovSig(z, asymptoticSig)) Fail(card::kExponentialFailed);
-}
-
-void NPARKSmirnowTwoSample::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  groups.TallyKey().AppendRequired(positions);
 }
 
 XMLElement* NPARKSmirnowTwoSample::WriteResults() {

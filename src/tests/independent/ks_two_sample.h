@@ -25,7 +25,6 @@ class NPARKSmirnowTwoSample final : public NPARTest {
  public:
   using NPARTest::NPARTest;
 
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
  protected:

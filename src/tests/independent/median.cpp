@@ -34,6 +34,7 @@ void NPARKSMedian::Prepare(const SettingsReader& settings) {
   groups.ReadVariables(settings);
   if (HasFailed()) return;
   ExpectPasses(kPasses);
+  Require({groups.testVariable, groups.groupVariable});
   double value = 0.0;
   if (settings.Flag(card::kMedianIsGiven.key) && settings.Find(card::kMedian.key, value)) {
     givenMedian = value;
@@ -162,10 +163,6 @@ void NPARKSMedian::Compare() {
       return ComputeFor(std::span(groups).subspan(range.first, range.Size()));
     });
   }
-}
-
-void NPARKSMedian::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  groups.AppendRequired(positions);
 }
 
 void NPARKSMedian::WriteCells(XMLElement& algorithm) const {

@@ -29,7 +29,6 @@ class NPARKSMedian final : public NPARTest {
  public:
   explicit NPARKSMedian(QDSettings* settings);
 
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
  protected:

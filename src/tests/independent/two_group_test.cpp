@@ -13,6 +13,7 @@ void NPARTwoGroupTest::Prepare(const SettingsReader& settings) {
   if (HasFailed()) return;
   ExpectPasses(passCount);
   groups.Read(settings);
+  Require({groups.TestVariable(), groups.GroupVariable()});
   groups.Check(*this, sharedData, codes);
   tally = Share<GroupTally>(groups.TallyKey());
 }
@@ -26,8 +27,4 @@ void NPARTwoGroupTest::Compute() {
   } else {
     ComputeFigures();
   }
-}
-
-void NPARTwoGroupTest::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  groups.TallyKey().AppendRequired(positions);
 }

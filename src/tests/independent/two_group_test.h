@@ -14,8 +14,6 @@
 /// histograms, pass 1 fills them, since their bins need the range of each group.
 class NPARTwoGroupTest : public NPARTest {
  public:
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) final;
-
  protected:
   enum class Passes : std::int32_t { FiguresOnly = 1, WithHistograms = 2 };
   NPARTwoGroupTest(QDSettings* settings, const catalogue::TwoGroupCodes& codes, Passes passes);

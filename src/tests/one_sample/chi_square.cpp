@@ -96,6 +96,7 @@ void NPARChiSquare::Prepare(const SettingsReader& settings) {
     Fail(card::kSettingAbsent);
   }
   if (HasFailed()) return;
+  Require({variableIndex});
 
   std::vector<double> codes;
   userProbabilities = settings.Text("classFormation", "getFromData") != "getFromData";
@@ -138,10 +139,6 @@ void NPARChiSquare::Compute() {
   figures = chiSquare;
   Help(card::kExpectedCounts, {IntegerText(expected.lowCells), NumberText(expected.LowPercentage()),
                                NumberText(expected.smallest)});
-}
-
-void NPARChiSquare::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions.push_back(variableIndex);
 }
 
 XMLElement* NPARChiSquare::WriteResults() {

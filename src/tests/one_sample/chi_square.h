@@ -19,7 +19,6 @@ class NPARChiSquare final : public NPARTest {
  public:
   using NPARTest::NPARTest;
 
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
  protected:

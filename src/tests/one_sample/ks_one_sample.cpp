@@ -22,6 +22,7 @@ void NPARKSmirnowOneSample::Prepare(const SettingsReader& settings) {
   settings.Find(card::kStdDev.key, distribution.stdDev);
   AskForEstimates();
   ExpectPasses(2);
+  Require({variableIndex});
 }
 
 void NPARKSmirnowOneSample::AskForEstimates() {
@@ -163,10 +164,6 @@ void NPARKSmirnowOneSample::Finish() {
   differences->Finish();
   testStatistic = std::sqrt(static_cast<double>(totalN)) * differences->Absolute();
   if (!KolmogorovSmirnovSig(testStatistic, sig)) Fail(card::kExponentialFailed);
-}
-
-void NPARKSmirnowOneSample::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions.push_back(variableIndex);
 }
 
 Condition NPARKSmirnowOneSample::GetCondition() const {

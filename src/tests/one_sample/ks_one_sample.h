@@ -32,7 +32,6 @@ class NPARKSmirnowOneSample final : public NPARTest {
  public:
   using NPARTest::NPARTest;
 
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
  protected:

@@ -93,6 +93,7 @@ void ReadEntry(TestConstruction& construction) {
 
 void NPARRuns::Prepare(const SettingsReader& settings) {
   variableIndex = settings.Index("variableIndex");
+  Require({variableIndex});
   isContinuous =
       settings.Index("measureLevel") == static_cast<std::int32_t>(VariableKind::Continuous);
   const std::string word = settings.Text("dataCutPoint");
@@ -155,10 +156,6 @@ void NPARRuns::Compute() {
                                         static_cast<double>(countBelow));
   mean = approximation.mean;
   figures = approximation.FiguresOf(runCount);
-}
-
-void NPARRuns::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions.push_back(variableIndex);
 }
 
 Condition NPARRuns::GetCondition() const {

@@ -23,7 +23,6 @@ class NPARRuns final : public NPARTest {
  public:
   using NPARTest::NPARTest;
 
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
  protected:

@@ -13,13 +13,10 @@ std::string CodeText(const std::vector<double>& categories) {
 
 }  // namespace
 
-void TwoClassTest::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions.push_back(classes.GetVariable());
-}
-
 void TwoClassTest::Prepare(const SettingsReader& settings) {
   classes.ReadFormation(settings);
   if (HasFailed()) return;
+  Require({classes.GetVariable()});
   switch (classes.Prepare(settings, sharedData)) {
     case TwoClasses::Obstacle::None:
       break;

@@ -20,8 +20,6 @@ class TwoClassTest : public NPARTest {
  public:
   using NPARTest::NPARTest;
 
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
-
  protected:
   /// Errors 221306, 221309, 221310: the field has no two classes.
   void Prepare(const SettingsReader& settings) override;

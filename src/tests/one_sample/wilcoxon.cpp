@@ -19,6 +19,7 @@ void NPARWilcoxonSR::Prepare(const SettingsReader& settings) {
   }
   if (HasFailed()) return;
   variableIndex = variable;
+  Require({variable});
   if (sharedData != nullptr) {
     distribution.SetRange(sharedData->GetMinimum(variable), sharedData->GetMaximum(variable));
   }
@@ -50,10 +51,6 @@ void NPARWilcoxonSR::Compute() {
   ranks.Rank();
   testStatistic = ranks.PositiveRankSum();
   figures = WilcoxonSignedRank(testStatistic, effectiveN, ranks.TieSum());
-}
-
-void NPARWilcoxonSR::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions.push_back(variableIndex);
 }
 
 XMLElement* NPARWilcoxonSR::WriteResults() {

@@ -14,10 +14,6 @@ constexpr const char* kSecondKey = "variablePairSecondIndex";
 CategoryPair::CategoryPair(const SettingsReader& settings)
     : first(settings.Index(kFirstKey)), second(settings.Index(kSecondKey)) {}
 
-void CategoryPair::AppendTo(std::vector<std::int64_t>& positions) const {
-  positions.insert(positions.end(), {first, second});
-}
-
 Condition CategoryPair::ConditionOf(const char* key) const {
   return {key, {IndexText(first), IndexText(second)}};
 }

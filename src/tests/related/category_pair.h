@@ -12,7 +12,6 @@ struct CategoryPair {
   CategoryPair() = default;
   /// Reads "variablePairFirstIndex" and "variablePairSecondIndex" of a test's settings.
   explicit CategoryPair(const SettingsReader& settings);
-  void AppendTo(std::vector<std::int64_t>& positions) const;
   [[nodiscard]] Condition ConditionOf(const char* key) const;
 
   std::int32_t first = -1;

@@ -46,6 +46,7 @@ void NPARCochransQ::Prepare(const SettingsReader& settings) {
   tested = settings.List<std::int32_t>("variableIndex");
   categories.Read(settings, tested);
   if (HasFailed()) return;
+  Require(tested);
   std::int32_t code = 0;
   if (sharedData != nullptr && tested.size() < 2) {
     code = card::kTooFewVariables;
@@ -59,10 +60,6 @@ void NPARCochransQ::Prepare(const SettingsReader& settings) {
   comparison.Want(ComparisonFromFlags(settings));
   if (comparison.WantsStepwise()) ExpectPasses(static_cast<std::int32_t>(tested.size()) - 1);
   successCounts.assign(tested.size(), 0);
-}
-
-void NPARCochransQ::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions.insert(positions.end(), tested.begin(), tested.end());
 }
 
 void NPARCochransQ::CountSuccesses(RecordBatch& batch, const std::vector<std::int32_t>& fields) {

@@ -23,7 +23,6 @@ class NPARCochransQ final : public NPARTest {
   NPARCochransQ(QDSettings* settings, const QDVarList* variables);
 
   /// The steps of a step-down are no passes that the progress counts.
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
  protected:

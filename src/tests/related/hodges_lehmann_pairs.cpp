@@ -40,10 +40,7 @@ double TieSumOfSizes(const WeightedValues& values) {
 void NPARHodgesLehmannPairs::Prepare(const SettingsReader& settings) {
   confidenceLevel = settings.Get("confidenceLevel", confidenceLevel);
   if (!differences.ReadPair(settings)) Fail(card::kNotTwo);
-}
-
-void NPARHodgesLehmannPairs::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions = {differences.First(), differences.Second()};
+  Require({differences.First(), differences.Second()});
 }
 
 void NPARHodgesLehmannPairs::Take(RecordBatch& batch) {

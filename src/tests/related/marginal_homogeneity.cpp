@@ -21,6 +21,7 @@ NPARMargHomo::NPARMargHomo(QDSettings* settings, CategoryUnion categories)
 void NPARMargHomo::Prepare(const SettingsReader& settings) {
   pair = CategoryPair(settings);
   if (HasFailed()) return;
+  Require({pair.first, pair.second});
   if (!settings.Find("scoreList", scores)) {
     for (std::size_t i = 0; i < categories.Size(); ++i) scores.push_back(categories.Score(i));
   }

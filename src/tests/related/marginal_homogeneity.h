@@ -21,9 +21,6 @@ class NPARMargHomo final : public NPARTest {
   /// Takes the settings over. The union must be that of the fields in the settings.
   NPARMargHomo(QDSettings* settings, CategoryUnion categories);
 
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override {
-    pair.AppendTo(positions);
-  }
   XMLElement* WriteResults() override;
 
  protected:

@@ -20,6 +20,7 @@ void NPARMcNemar::Prepare(const SettingsReader& settings) {
   pair = CategoryPair(settings);
   categories.Read(settings, {pair.first, pair.second});
   if (HasFailed()) return;
+  Require({pair.first, pair.second});
   if (categories.AreGiven()) {
     givenTexts = settings.List<std::string>("UserSpecifiedSuccessfulListOriginal");
     givenSuccesses = {settings.List<double>("UserSpecifiedSuccListVar0"),

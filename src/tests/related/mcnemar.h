@@ -27,9 +27,6 @@ class NPARMcNemar final : public NPARTest {
   /// Takes the settings over, not the variables.
   NPARMcNemar(QDSettings* settings, const QDVarList* variables);
 
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override {
-    pair.AppendTo(positions);
-  }
   XMLElement* WriteResults() override;
 
  protected:

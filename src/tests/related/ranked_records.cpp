@@ -39,15 +39,12 @@ void NPARRankedRecords::Prepare(const SettingsReader& settings) {
   const std::size_t k = variables.size();
   if (k < 2) Fail(profile.fieldCodes.wrongCount);
   if (HasFailed()) return;
+  Require(variables);
   comparison.Want(ComparisonFromWord(settings.Text(kComparisonKey)));
   if (comparison.WantsStepwise()) ExpectPasses(static_cast<std::int32_t>(k));
   rankSums.assign(k, 0.0);
   ranks = ColumnRanks(k);
   rankCounts = RankCounts(k);
-}
-
-void NPARRankedRecords::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions.assign(variables.begin(), variables.end());
 }
 
 void NPARRankedRecords::Take(RecordBatch& batch) {

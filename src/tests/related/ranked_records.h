@@ -24,7 +24,6 @@
 /// Nonparametric Statistical Methods, 2nd ed., 1999, section 7.1.
 class NPARRankedRecords : public NPARTest {
  public:
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
   /// What parts the two tests. It lives as long as the program.

@@ -18,10 +18,7 @@ void NPARSign::Prepare(const SettingsReader& settings) {
       differences.First() == differences.Second()) {
     Fail(card::kNoPair);
   }
-}
-
-void NPARSign::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions.insert(positions.end(), {differences.First(), differences.Second()});
+  Require({differences.First(), differences.Second()});
 }
 
 void NPARSign::Take(RecordBatch& batch) {

@@ -24,7 +24,6 @@ class NPARSign final : public NPARTest {
 
   using NPARTest::NPARTest;
 
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override;
   XMLElement* WriteResults() override;
 
  protected:

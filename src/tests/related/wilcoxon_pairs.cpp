@@ -13,10 +13,7 @@ namespace card = catalogue::wilcoxon_pairs;
 void NPARWilcoxonPairs::Prepare(const SettingsReader& settings) {
   ExpectPasses(2);
   if (!differences.ReadPair(settings)) Fail(card::kNotTwo);
-}
-
-void NPARWilcoxonPairs::GetRequiredVariables(std::vector<std::int64_t>& positions) {
-  positions = {differences.First(), differences.Second()};
+  Require({differences.First(), differences.Second()});
 }
 
 void NPARWilcoxonPairs::Take(RecordBatch& batch) {

@@ -25,7 +25,6 @@ using Rows = std::vector<std::vector<double>>;
 class PlainTest final : public NPARTest {
  public:
   PlainTest(std::string name, Log& log) : NPARTest(nullptr), name(std::move(name)), log(log) {}
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override { positions = {0}; }
   XMLElement* WriteResults() override {
     XMLElement* element = XMLElement::Create("Algorithm");
     element->AddAttribute("name", name);
@@ -36,7 +35,7 @@ class PlainTest final : public NPARTest {
   std::function<void()> onRecord;
 
  protected:
-  void Prepare(const SettingsReader& /*settings*/) override {}
+  void Prepare(const SettingsReader& /*settings*/) override { Require({0}); }
   void Take(RecordBatch& batch) override {
     for (std::size_t i = 0; i < batch.Size(); ++i) {
       log.push_back(name + " " + std::to_string(static_cast<int>(batch.Of(0)[i])));

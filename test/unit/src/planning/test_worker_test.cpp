@@ -49,17 +49,12 @@ class ScriptedTest final : public NPARTest {
   ScriptedTest(std::string name, Log& log, int passes = 1)
       : NPARTest(nullptr), name(std::move(name)), log(log), passesWanted(passes) {}
 
-  void GetRequiredVariables(std::vector<std::int64_t>& positions) override {
-    EXPECT_TRUE(positions.empty());
-    positions = required;
-    Do("Required");
-  }
   XMLElement* WriteResults() override {
     Do("Write");
     return XMLElement::Create(name);
   }
 
-  std::vector<std::int64_t> required = {0};
+  std::vector<std::int32_t> required = {0};
   std::string tallyName;  // empty: it reads none
   /// What a call does.
   std::map<std::string, std::function<std::int32_t()>> answers;
@@ -67,6 +62,7 @@ class ScriptedTest final : public NPARTest {
  protected:
   void Prepare(const SettingsReader& /*settings*/) override {
     ExpectPasses(passesWanted);
+    Require(required);
     if (!tallyName.empty()) static_cast<void>(Share<NotingTally>({&log, tallyName}));
     Do("Begin");
   }
@@ -142,10 +138,10 @@ TEST(TestWorker, CallsTestsInTheOrderOfTheContract) {
   bench.Add("a", 2);
   bench.Add("b", 1);
   EXPECT_EQ(bench.Run(), QDStatus());
-  EXPECT_THAT(bench.log, ElementsAre("a Begin", "a Required", "b Begin", "b Required",        //
+  EXPECT_THAT(bench.log, ElementsAre("a Begin", "b Begin",                                    //
                                      "a Record 0", "a Record 1", "b Record 0", "b Record 1",  //
                                      "a End", "b End",                                        //
-                                     "a Begin", "a Required", "a Record 0", "a Record 1",     //
+                                     "a Begin", "a Record 0", "a Record 1",                   //
                                      "a End"));
   EXPECT_EQ(bench.records.Resets(), 2);
 }
@@ -154,7 +150,7 @@ TEST(TestWorker, EndsThePassAtOnceWithoutRecords) {
   Bench bench({});
   bench.Add("a");
   EXPECT_EQ(bench.Run(), QDStatus());
-  EXPECT_THAT(bench.log, ElementsAre("a Begin", "a Required", "a End"));
+  EXPECT_THAT(bench.log, ElementsAre("a Begin", "a End"));
 }
 
 TEST(TestWorker, WithoutTestsReadsNothing) {
@@ -165,7 +161,7 @@ TEST(TestWorker, WithoutTestsReadsNothing) {
 
 struct MissingCase {
   const char* catches;
-  std::vector<std::int64_t> required;
+  std::vector<std::int32_t> required;
   Log analysis;  // calls with the analysis treatment
 };
 
@@ -220,7 +216,7 @@ TEST(TestWorker, TestsOfOnePassAreHeldOffEachByItsOwnVariables) {
     if (i > 0) rows[i][i - 1] = kMissing;  // record i misses variable i - 1
   }
   Bench bench(rows, builder.Build());
-  std::map<std::string, std::vector<std::int64_t>> required = {
+  std::map<std::string, std::vector<std::int32_t>> required = {
       {"low", {3}}, {"high", {129}}, {"edge", {63, 64}}};
   for (const auto& [name, positions] : required) bench.Add(name).required = positions;
   bench.Add("all").required = {};
@@ -234,7 +230,7 @@ TEST(TestWorker, TestsOfOnePassAreHeldOffEachByItsOwnVariables) {
 TEST(TestWorker, TalliesTakeTheRecordsOfTheirTestsOnceAndBeforeThem) {
   Bench bench({{0, kMissing}, {1, 1}},
               VariableListBuilder().Continuous("x").Continuous("y").Build());
-  const auto add = [&bench](const char* name, std::int64_t required, const char* tally,
+  const auto add = [&bench](const char* name, std::int32_t required, const char* tally,
                             int passes) -> ScriptedTest& {
     ScriptedTest& test = bench.Add(name, passes);
     test.required = {required};
@@ -274,16 +270,15 @@ TEST(TestWorker, AnErrorTakesItsTestOutOfThePassAndNoOther) {
   failing.answers["Record 1"] = Code(220007);
   bench.Add("c");
   EXPECT_EQ(bench.Run(), QDStatus());
-  EXPECT_THAT(bench.Calls("a"), ElementsAre("a Begin", "a Required"));
-  EXPECT_THAT(bench.Calls("b"), ElementsAre("b Begin", "b Required", "b Record 0", "b Record 1"));
+  EXPECT_THAT(bench.Calls("a"), ElementsAre("a Begin"));
+  EXPECT_THAT(bench.Calls("b"), ElementsAre("b Begin", "b Record 0", "b Record 1"));
   EXPECT_THAT(bench.Calls("c Record"), ElementsAre("c Record 0", "c Record 1", "c Record 2"));
   EXPECT_THAT(bench.Calls("c End"), ElementsAre("c End"));
 }
 
 TEST(TestWorker, ExhaustedMemoryEndsTheRunAtOnce) {
-  for (const char* call : {"Begin", "Required", "Record 1", "End"}) {
+  for (const char* call : {"Begin", "Record 1", "End"}) {
     for (const bool isThrown : {true, false}) {
-      if (!isThrown && call == std::string("Required")) continue;
       SCOPED_TRACE(std::string(call) + (isThrown ? " throws" : " returns"));
       Bench bench(Count(3));
       bench.Add("a").answers[call] = isThrown ? RunOutOfMemory : Code(kExhausted);

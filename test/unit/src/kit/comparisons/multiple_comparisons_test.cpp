@@ -25,7 +25,6 @@ constexpr StepwisePolicy kKeepsSingles{true, true};
 class MessageTaker final : public NPARTest {
  public:
   MessageTaker() : NPARTest(nullptr) {}
-  void GetRequiredVariables(std::vector<std::int64_t>&) override {}
   XMLElement* WriteResults() override { return nullptr; }
   void Prepare(const SettingsReader&) override {}
   void Compute() override {}
