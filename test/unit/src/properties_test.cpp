@@ -178,7 +178,9 @@ AlgorithmElement Run(const Rows& rows, const std::string& name, const TestSettin
 
 TEST(PropertyTable, NamesEveryTest) {
   for (const catalogue::Card* card : catalogue::kCards) {
-    const auto isIt = [&](const Tested& entry) { return std::string_view(entry.name) == card->entry; };
+    const auto isIt = [&](const Tested& entry) {
+      return std::string_view(entry.name) == card->entry;
+    };
     EXPECT_TRUE(std::any_of(std::begin(kEntries), std::end(kEntries), isIt) ||
                 std::any_of(std::begin(kOrderedEntries), std::end(kOrderedEntries), isIt))
         << card->name.c_str();
