@@ -31,9 +31,9 @@ struct BinomialTails {
   return tails;
 }
 
-/// Normal approximation of `count` successes in n >= 1 trials of probability p, 0 < p < 1:
-///   z = (count - n p -+ 1/2) / sqrt(n p (1 - p)), the 1/2 never past the mean.
-/// With p = 1/2 it is that of the sign test: W. J. Dixon, A. M. Mood, JASA 41 (1946).
+/// Normal approximation of `count` successes in n >= 1 trials of probability p, 0 < p < 1, with the
+/// correction for continuity (docs/statistics/binomial.md). With p = 1/2 it is that of the sign
+/// test: W. J. Dixon, A. M. Mood, JASA 41 (1946).
 [[nodiscard]] inline NormalFigures BinomialApproximation(std::int64_t count, std::int64_t n,
                                                          double p) {
   const double expected = static_cast<double>(n) * p;

@@ -36,9 +36,9 @@ struct GoodnessOfFit {
   ChiSquareFigures figures;
   ExpectedCounts expected;
 };
-/// Do the counts O_i of c categories fit the proportions p_i, all above 0? With N = sum O above 0,
-/// E_i = N p_i / sum p and c - 1 degrees of freedom,
-///   X = sum (O_i - E_i)^2 / E_i
-/// Source: K. Pearson, Philosophical Magazine 50 (1900).
+/// Pearson's statistic of the counts of c >= 2 categories beside the proportions that they should
+/// have, all above 0, whose sum need not be 1 (docs/statistics/chi_square.md). The counts sum to
+/// more than 0.
+/// K. Pearson, Philosophical Magazine 50 (1900).
 [[nodiscard]] GoodnessOfFit ChiSquareGoodnessOfFit(std::span<const std::int64_t> observed,
                                                    std::span<const double> proportions);

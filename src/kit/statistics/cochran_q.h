@@ -5,15 +5,13 @@
 
 #include "kit/statistics/chi_square.h"
 
-/// Cochran's Q of k >= 2 fields with the successes C_j, with k - 1 degrees of freedom.
-/// `withinRecords` is the sum of r (k - r) over the records, r being a record's successes:
-///   Q = k (k - 1) sum (C_j - C / k)^2 / sum r (k - r),  C = sum C_j
-/// 0 where no record has both successes and failures.
-/// Source: W. G. Cochran, Biometrika 37 (1950).
+/// Cochran's Q of k >= 2 fields with these successes, with k - 1 degrees of freedom
+/// (docs/statistics/cochran_q.md). `withinRecords` is the sum of R (k - R) over the records, R
+/// being a record's successes; where it is 0, so is Q.
+/// W. G. Cochran, Biometrika 37 (1950).
 [[nodiscard]] ChiSquareFigures CochranQ(std::span<const std::int64_t> successes,
                                         double withinRecords);
 
-/// Standard error of the difference of two fields' shares of successes in n records,
-///   sqrt(2 sum r (k - r) / (n^2 k (k - 1)))
-/// Source: L. A. Marascuilo, M. McSweeney, Psychological Bulletin 67 (1967).
+/// Standard error of the difference of two fields' proportions of successes in n > 0 records, on
+/// the same page. L. A. Marascuilo, M. McSweeney, Psychological Bulletin 67 (1967).
 [[nodiscard]] double CochranPairStandardError(double withinRecords, double n, double k);

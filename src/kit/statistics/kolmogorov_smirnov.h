@@ -2,7 +2,8 @@
 
 #include "foundation/names.h"
 
-/// Upper tail of the Kolmogorov distribution at z, in the bands of its small and large series: 1
-/// below 0.27, 0 from 3.1 on and for what is no number from 0 on. N. Smirnov, Ann. Math. Stat. 19
-/// (1948). False, and `sig` unchanged, where the exponential fails.
+/// Upper tail of Kolmogorov's limiting distribution at z, in the bands of
+/// docs/statistics/ks_one_sample.md; 0 for a z below 0 or not a number. False, and `sig` unchanged,
+/// where the exponential fails.
+/// N. V. Smirnov, Ann. Math. Stat. 19 (1948).
 [[nodiscard]] bool KolmogorovSmirnovSig(double z, double& sig);

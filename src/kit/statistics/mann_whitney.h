@@ -6,22 +6,22 @@
 
 #include "kit/statistics/normal.h"
 
-/// U of two groups of n1 and n2 units: the pairs in which the unit of the second group is the
-/// larger one, equal ones a half. `rankSum1` is the sum of the first group's mid-ranks.
+/// U of two groups of n1 and n2 units (docs/statistics/mann_whitney.md): the pairs in which the
+/// unit of the second group is the larger one, equal ones a half. `rankSum1` is the sum of the
+/// first group's mid-ranks.
 [[nodiscard]] inline double MannWhitneyU(double n1, double n2, double rankSum1) {
   return (n1 + 1.0) * n1 * 0.5 + n1 * n2 - rankSum1;
 }
 
-/// Variance of U, n1 n2 (N + 1) / 12 without ties: `tieSum` is the sum of t^3 - t over the groups
-/// of t tied values, N = n1 + n2. 0 where all values are tied. n1 and n2 are at least 1. Source: E.
-/// L. Lehmann, Nonparametrics (1975), 1.4.
+/// Variance of U for n1 and n2 of at least 1; `tieSum` is the sum of t^3 - t over the groups of t
+/// tied values. 0 where all values tie. E. L. Lehmann, Nonparametrics (1975), 1.4.
 [[nodiscard]] inline double MannWhitneyVariance(double n1, double n2, double tieSum) {
   const double n = n1 + n2;
   return (n * n * n - n - tieSum) / 12.0 * (n1 * n2 / ((n - 1.0) * n));
 }
 
-/// U beside its mean n1 n2 / 2, without continuity correction; z is 0 where all values are tied.
-/// Source: H. B. Mann, D. R. Whitney, Ann. Math. Stat. 18 (1947).
+/// U beside its mean, without continuity correction; z is 0 where all values tie. H. B. Mann, D. R.
+/// Whitney, Ann. Math. Stat. 18 (1947).
 [[nodiscard]] inline NormalFigures MannWhitneyApproximation(double u, double n1, double n2,
                                                             double tieSum) {
   return StandardizedFigures(u - n1 * n2 * 0.5, std::sqrt(MannWhitneyVariance(n1, n2, tieSum)));
@@ -35,7 +35,7 @@
 /// hold every frequency exactly up to C(a + b, a) = 2^53, and to rounding beyond.
 [[nodiscard]] std::vector<double> MannWhitneyFrequencies(std::int64_t a, std::int64_t b);
 
-/// Two-sided exact significance: the smaller tail of U, doubled and cut to 1. A U between two
-/// integers, from tied values, is compared with the integers beyond it in either tail. Not a number
-/// for a group below 1.
+/// Two-sided exact significance of U by the distribution without ties. A U between two integers,
+/// from tied values, is compared with the integers beyond it in either tail. Not a number for a
+/// group below 1.
 [[nodiscard]] double ExactMannWhitneyP(std::int64_t a, std::int64_t b, double u);

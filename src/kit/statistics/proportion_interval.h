@@ -11,9 +11,8 @@ struct ProportionInterval {
   double upper = 1.0;
 };
 
-/// Intervals for the proportion a / (a + b) of a successes beside b failures, a + b above 0, at a
-/// confidence level strictly between 0 and 1. A proportion of 0 has the lower limit 0, one of 1 the
-/// upper limit 1, in every method.
+/// Intervals for the proportion of successes beside failures, of which there is at least one, at a
+/// confidence level strictly between 0 and 1: docs/statistics/confidence_interval.md.
 class ProportionEstimator {
  public:
   ProportionEstimator(std::int64_t successes, std::int64_t failures, double confidenceLevel);
@@ -21,10 +20,10 @@ class ProportionEstimator {
   [[nodiscard]] double Estimate() const noexcept { return proportion; }
   /// C. J. Clopper, E. S. Pearson, Biometrika 26 (1934), by quantiles of F.
   [[nodiscard]] ProportionInterval ClopperPearson() const;
-  /// Equal-tailed posterior limits under Jeffreys' prior Beta(1/2, 1/2).
+  /// Equal-tailed posterior limits under Jeffreys' prior: L. D. Brown, T. T. Cai, A. DasGupta,
+  /// Statistical Science 16 (2001), as are the next.
   [[nodiscard]] ProportionInterval Jeffreys() const;
-  /// The proportions whose log-likelihood lies at most half a chi-square quantile below the
-  /// largest, found by Newton's method from Jeffreys' limits; nothing where an exponential fails.
+  /// Found by Newton's method from Jeffreys' limits; nothing where an exponential fails.
   [[nodiscard]] std::optional<ProportionInterval> ProfileLikelihood() const;
 
  private:

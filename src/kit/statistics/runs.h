@@ -6,10 +6,9 @@
 #include "kit/statistics/normal.h"
 
 /// Normal approximation of the number of runs of two kinds of units, of which there are n1 and n2,
-/// at least 1 each, in random order. With N = n1 + n2 and t = 2 n1 n2:
-///   mean = t / N + 1,  sd = sqrt((t - N) t / (N^2 (N - 1)))
+/// at least 1 each, in random order (docs/statistics/runs.md, docs/statistics/wald_wolfowitz.md).
 ///
-/// Source: A. Wald, J. Wolfowitz, Ann. Math. Stat. 11 (1940); correction as in J. V. Bradley,
+/// A. Wald, J. Wolfowitz, Ann. Math. Stat. 11 (1940); correction as in J. V. Bradley,
 /// Distribution-Free Statistical Tests (1968).
 struct RunsApproximation {
   /// The smallest N without continuity correction.

@@ -5,11 +5,10 @@
 #include "kit/statistics/normal.h"
 
 /// Moments of the sum of the ranks of the positive ones among n differences, none of them 0, that
-/// are as likely positive as negative:
-///   mean = n (n + 1) / 4,  sd = sqrt(n (n + 1) (2n + 1) / 24 - T / 48)
-/// `tieSum` is T, the sum of t^3 - t over the groups of t differences of equal size. Ties take at
-/// most a quarter of the variance, so that no digits cancel.
-/// Source: F. Wilcoxon, Biometrics Bulletin 1 (1945); E. L. Lehmann, Nonparametrics (1975), 3.2.
+/// are as likely positive as negative (docs/statistics/wilcoxon_pairs.md). `tieSum` is the sum of
+/// t^3 - t over the groups of t differences of equal size; it takes at most a quarter of the
+/// variance, so that no digits cancel.
+/// F. Wilcoxon, Biometrics Bulletin 1 (1945); E. L. Lehmann, Nonparametrics (1975), 3.2.
 struct SignedRankMoments {
   SignedRankMoments(double n, double tieSum) {
     const double product = n * (n + 1.0);

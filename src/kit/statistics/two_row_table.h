@@ -6,8 +6,8 @@
 
 #include "kit/statistics/chi_square.h"
 
-/// The table of k groups by two rows: of the n_j units of group j, L_j lie in the lower row and
-/// n_j - L_j in the upper one. N is the sum of n_j, L that of L_j. Add throws std::bad_alloc; the
+/// The table of k groups by two rows: of the n_j units of group j, L_j lie in the lower row, the
+/// others in the upper one. Formulas: docs/statistics/median.md. Add throws std::bad_alloc; the
 /// others want at least one group, and every n_j above 0.
 class TwoRowTable {
  public:
@@ -18,22 +18,20 @@ class TwoRowTable {
   [[nodiscard]] bool IsOneSided() const noexcept { return lowerSum == 0.0 || lowerSum == total; }
   [[nodiscard]] ExpectedCounts Expected() const;
 
-  /// Pearson's statistic of homogeneity: the sum of (O - E)^2 / E over the 2 k cells, E from the
-  /// margins, with k - 1 degrees of freedom. 0 and 1 where the table is one-sided.
-  /// Source: K. Pearson, Philosophical Magazine 50 (1900); of medians: G. W. Brown, A. M. Mood,
-  /// Proc. 2nd Berkeley Symp. (1951).
+  /// Pearson's statistic of homogeneity, with k - 1 degrees of freedom. 0 and 1 where the table is
+  /// one-sided.
+  /// K. Pearson, Philosophical Magazine 50 (1900); of medians: G. W. Brown, A. M. Mood, Proc. 2nd
+  /// Berkeley Symp. (1951).
   [[nodiscard]] ChiSquareFigures ChiSquare() const;
 
-  /// Of two groups, corrected for continuity; the table is not one-sided:
-  ///   N max(0, |L_1 G_2 - L_2 G_1| - N / 2)^2 / (L G n_1 n_2),  G_j = n_j - L_j, G = N - L
-  /// Source: F. Yates, JRSS Supplement 1 (1934).
+  /// Of two groups, corrected for continuity; the table is not one-sided. F. Yates, JRSS Supplement
+  /// 1 (1934).
   [[nodiscard]] ChiSquareFigures YatesChiSquare() const;
 
   /// Largest N for which FisherSig is meant; the counts of tables are exact up to 51.
   static constexpr double kExactLimit = 30.0;
-  /// Of two groups, two-sided: the probability of all tables of these margins that are not likelier
-  /// than this one; ones as likely but for rounding count as such.
-  /// Source: R. A. Fisher, Statistical Methods for Research Workers, 5th ed. (1934), 21.02.
+  /// Of two groups, two-sided; tables as likely as this one but for rounding count with those less
+  /// likely. R. A. Fisher, Statistical Methods for Research Workers, 5th ed. (1934), 21.02.
   [[nodiscard]] double FisherSig() const;
 
  private:

@@ -10,13 +10,9 @@
 /// Hodges-Lehmann estimate of the shift from group 1 to group 2, with its distribution-free
 /// interval.
 ///
-/// n1 and n2 are the sums of weights of the groups. The estimate is the median of the n1 n2
-/// differences of each value of group 2 and each of group 1; the limits are those that
-/// kit/statistics/interval_ranks.h gives for the Mann-Whitney statistic, the first and the last at
-/// the most. One pass; the differences are not listed.
+/// Formulas, limits, sources: docs/statistics/hodges_lehmann_groups.md.
 ///
-/// Source: J. L. Hodges, E. L. Lehmann, Ann. Math. Stat. 34 (1963); interval as in M. Hollander,
-/// D. A. Wolfe, Nonparametric Statistical Methods.
+/// One pass; the differences are not listed.
 class NPARHodgesLehmannTwoIndep final : public NPARTwoGroupTest {
  public:
   explicit NPARHodgesLehmannTwoIndep(QDSettings* settings);

@@ -14,16 +14,12 @@
 /// Jonckheere-Terpstra test for ordered alternatives: does a field rise or fall along the ordered
 /// groups?
 ///
-/// J is the sum, over each pair of groups, of the Mann-Whitney count of the later over the earlier,
-/// ties counting a half; figures as in kit/statistics/jonckheere.h. There is no exact value.
+/// Formulas, limits, sources: docs/statistics/jonckheere_terpstra.md.
 ///
 /// The groups are the categories with data, in the hypothesised order. The overall test sets the
 /// direction in which pairs and ranges of groups are then judged, one-sided.
-///
 /// Pass 0 is the overall test, pass 1 counts what the comparisons need. Passes 1 and 2 find the box
 /// plots. Records ascend by the test variable.
-/// Sources: T. J. Terpstra, Indagationes Mathematicae 14 (1952); A. R. Jonckheere, Biometrika 41
-/// (1954).
 class NPARJonckTer final : public NPARTest {
  public:
   explicit NPARJonckTer(QDSettings* settings);

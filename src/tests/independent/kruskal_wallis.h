@@ -13,14 +13,12 @@
 /// Kruskal-Wallis one-way analysis of variance by ranks: do k independent samples come from the
 /// same population?
 ///
-/// n_j is the weight of group j, R_j its sum of mid-ranks; figures as in
-/// kit/statistics/kruskal_wallis.h. Pairwise d = R_a / n_a - R_b / n_b on the overall ranks,
-/// adjusted for all categories of the group variable. Stepwise: the groups in the order of their
-/// mean ranks, then medians, each range ranked anew and judged on its plain significance.
+/// Formulas, limits, sources: docs/statistics/kruskal_wallis.md.
 ///
+/// A step-down orders the groups by their mean ranks, then medians; pairs are adjusted for all
+/// categories of the group variable, also those without data.
 /// Pass 0 ranks, pass 1 finds the hinges of the box plots, pass 2 their outliers and what the
-/// ranges of a step-down come to. Records ascend by the test variable. Source: W. H. Kruskal and W.
-/// A. Wallis, JASA 47 (1952).
+/// ranges of a step-down come to. Records ascend by the test variable.
 class NPARKruskalWOneWay final : public NPARTest {
  public:
   explicit NPARKruskalWOneWay(QDSettings* settings);

@@ -12,15 +12,10 @@
 /// Two-sample Kolmogorov-Smirnov test: does a continuous field have the same distribution in two
 /// groups?
 ///
-/// F1 and F2 are the empirical distribution functions of the weighted values, n1 and n2 the sums of
-/// weights. At each distinct value d is the difference of the two, the larger group's first (group
-/// 1's for equal sizes); D is the largest |d|:
-///   z = sqrt(n1 n2 / (n1 + n2)) D;  p by Smirnov's limiting distribution
-///                                   (kit/statistics/kolmogorov_smirnov.h)
-/// No exact value. Two passes over the records ascending by the field: sizes and ranges, then
-/// differences and histograms.
+/// Formulas, limits, sources: docs/statistics/ks_two_sample.md.
 ///
-/// Source: N. V. Smirnov, Ann. Math. Stat. 19 (1948).
+/// Two passes over the records ascending by the field: sizes and ranges, then differences and
+/// histograms.
 class NPARKSmirnowTwoSample final : public NPARTest {
  public:
   using NPARTest::NPARTest;

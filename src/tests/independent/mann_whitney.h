@@ -9,13 +9,10 @@
 
 /// Mann-Whitney U test: does a continuous field tend to larger values in one of two groups?
 ///
-/// n1 and n2 are the sums of weights of the groups; figures as in kit/statistics/mann_whitney.h,
-/// the exact one for n1 n2 <= 400 and n1 n2 / 2 + min(n1, n2) <= 220. U is that of group 1 as it
-/// stands, W the rank sum of group 2. The exact value is that of untied values, with ties as well;
-/// where there is one, it decides. No continuity correction.
+/// Formulas, limits, sources: docs/statistics/mann_whitney.md.
 ///
-/// Source: H. B. Mann, D. R. Whitney, Ann. Math. Stat. 18 (1947); ties as in E. L. Lehmann,
-/// Nonparametrics (1975).
+/// U is that of group 1 as it stands, W the rank sum of group 2. The exact value decides where
+/// there is one.
 class NPARMannWU final : public NPARTwoGroupTest {
  public:
   /// The exact distribution costs memory and time in proportion to n1 n2.

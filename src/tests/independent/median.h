@@ -14,17 +14,12 @@
 
 /// Median test: do k independent samples come from populations of one median?
 ///
-/// The median is that of all records together, or a given one. L_j is the weight of group j at or
-/// below it; figures as in kit/statistics/two_row_table.h. Two groups also have Yates' corrected
-/// chi-square, and for N <= 30 Fisher's exact two-sided p, which then decides.
+/// Formulas, limits, sources: docs/statistics/median.md.
 ///
-/// Pairs and, stepwise, ranges of the groups in the order of their own medians are judged by the
-/// same test with their own combined median (or the given one); with all values on one side, X = 0
-/// and p = 1.
-///
+/// L_j is the weight of group j at or below the median, which is that of all records together, or a
+/// given one.
 /// Pass 0 counts the groups, pass 1 finds the median and the cells, pass 2 keeps the sorted groups
 /// for a comparison. Passes 1 and 2 find the box plots too. Records ascend by the test variable.
-/// Source: G. W. Brown and A. M. Mood, Proc. 2nd Berkeley Symp. (1951).
 class NPARKSMedian final : public NPARTest {
  public:
   explicit NPARKSMedian(QDSettings* settings);

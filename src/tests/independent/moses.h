@@ -41,13 +41,10 @@ class ControlRanks {
 /// Moses test of extreme reactions: does the experimental group, group 2, react toward both
 /// extremes, so that the control group, group 1, spans few ranks?
 ///
-/// All units of both groups get mid-ranks; nc and ne are the sums of weights of control and
-/// experimental group. With h units trimmed from either end of the control group, its span is
-///   S(h) = rank of the (nc - h)-th control unit - rank of the (h + 1)-th + 1, halves rounded up
-/// with the lower tail of kit/statistics/moses.h. h = 0 gives the observed span, the given number
-/// of outliers or max(1, floor(nc / 20)) the trimmed one, which decides.
+/// Formulas, limits, sources: docs/statistics/moses.md.
 ///
-/// Source: L. E. Moses, A two-sample test, Psychometrika 17 (1952).
+/// Pass 0 ranks and counts the groups, pass 1 finds the ranks at the ends of the two spans, of
+/// which the trimmed one decides.
 class NPARMoses final : public NPARTwoGroupTest {
  public:
   explicit NPARMoses(QDSettings* settings);

@@ -10,14 +10,10 @@
 /// Wald-Wolfowitz runs test: do two groups come from one population? Few runs in the merged
 /// ascending values speak against it.
 ///
-/// n1 and n2 are the sums of weights of the groups; figures as in kit/statistics/runs.h, one-sided,
-/// the exact one for N <= 30. Ties between the groups leave the number of runs open: the figures
-/// are given for the smallest and for the largest possible one, and the largest decides, with its
-/// exact p where there is one. So the test rejects only if no order of the ties could save the
-/// hypothesis.
+/// Formulas, limits, sources: docs/statistics/wald_wolfowitz.md.
 ///
-/// Source: A. Wald, J. Wolfowitz, Ann. Math. Stat. 11 (1940); exact distribution as in J. D.
-/// Gibbons, S. Chakraborti, Nonparametric Statistical Inference.
+/// Ties between the groups leave the number of runs open: the figures are given for the smallest
+/// and for the largest possible one, and the largest decides.
 class NPARWaldWolfRuns final : public NPARTwoGroupTest {
  public:
   /// The largest N with an exact p.

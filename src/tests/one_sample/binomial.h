@@ -8,13 +8,10 @@
 
 /// Binomial test: does the proportion of the first of two classes agree with a probability p?
 ///
-/// The count is the sum of weights in the first class, n that in both; figures as in
-/// kit/statistics/binomial.h, the exact one, the smaller tail, for n <= 25. One-sided, but for p =
-/// 1/2, where both are doubled and cut to 1. The asymptotic value decides.
-/// The classes are told in kit/groups/two_classes.h.
+/// Formulas, limits, sources: docs/statistics/binomial.md.
 ///
-/// Source: S. Siegel, N. J. Castellan, Nonparametric Statistics for the Behavioral Sciences, 2nd
-/// ed. (1988), 4.1.
+/// kit/groups/two_classes.h forms the classes. The asymptotic value decides, also beside an exact
+/// one.
 class NPARBinomial final : public TwoClassTest {
  public:
   /// The largest n with an exact value.

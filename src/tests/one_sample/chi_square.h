@@ -9,12 +9,9 @@
 
 /// One-sample chi-square test: do the category frequencies of one field fit given proportions?
 ///
-/// O_i are the sums of weights in the c categories (all of the field, or a given list), p_i the
-/// proportions (equal, or given); figures as in kit/statistics/chi_square.h. The frequencies come
-/// from the shared summaries; the one pass counts nothing. A listed value that is no category of
-/// the field stands with O = 0.
+/// Formulas, limits, sources: docs/statistics/chi_square.md.
 ///
-/// Source: K. Pearson, Philosophical Magazine 50 (1900).
+/// The frequencies come from the shared summaries; the one pass counts nothing.
 class NPARChiSquare final : public NPARTest {
  public:
   using NPARTest::NPARTest;

@@ -6,8 +6,11 @@
 #include "tests/one_sample/two_class_test.h"
 
 /// Confidence interval for the proportion of the first of two classes, by up to three methods that
-/// the entry chooses (kit/statistics/proportion_interval.h). Splits the records as the binomial
-/// test does and makes no decision.
+/// the entry chooses.
+///
+/// Formulas, limits, sources: docs/statistics/confidence_interval.md.
+///
+/// Splits the records as the binomial test does and makes no decision.
 class NPAREstimateCI final : public TwoClassTest {
  public:
   using TwoClassTest::TwoClassTest;

@@ -8,13 +8,12 @@
 #include "foundation/names.h"
 #include "kit/statistics/reference_distribution.h"
 
-/// The extreme differences between the empirical distribution function F_n of weighted values and a
-/// distribution F.
+/// The extreme differences between the empirical distribution function of weighted values and a
+/// distribution, just before and at the step of each distinct value.
 ///
-/// F_n is 0 below the distribution's minimum and 1 from its maximum on, which are those of the
-/// values or hold them. At each distinct value x the differences just before and at the step are
-/// taken,
-///   a = F_n(x-) - F(x),  b = F_n(x) - F(x);   Poisson: a = F_n(x - 1) - F(x - 1), 0 for x = 0
+/// The empirical function is 0 below the distribution's minimum and 1 from its maximum on, which
+/// are those of the values or hold them. The differences themselves:
+/// docs/statistics/ks_one_sample.md.
 class EmpiricalDifferences {
  public:
   /// `totalWeight` is that of all values to come.

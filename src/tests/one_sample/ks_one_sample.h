@@ -13,21 +13,13 @@
 #include "tests/one_sample/empirical_differences.h"
 
 /// One-sample Kolmogorov-Smirnov test: does a continuous field follow a normal, uniform, Poisson or
-/// exponential distribution F, with parameters given or estimated from the sample?
+/// exponential distribution, with parameters given or estimated from the sample?
 ///
-/// D is the largest size of a difference between F and the empirical distribution function of the
-/// weighted values (tests/one_sample/empirical_differences.h), N the sum of weights:
-///   z = sqrt(N) D, sig by Smirnov's limiting distribution (kit/statistics/kolmogorov_smirnov.h)
-/// Estimated parameters are used as if they were given. A Poisson mean of 100000 or more is tested
-/// against the normal with the same mean and variance.
+/// Formulas, limits, sources: docs/statistics/ks_one_sample.md.
 ///
 /// Two passes over the records ascending by the field: validation and estimation, then the
-/// differences. Values outside a given uniform range, or below 0 for the exponential, are left out
-/// and warned of (220311, 220314, with their weight), also by a test that fails later; a value that
-/// is no count fails a Poisson test.
-///
-/// Source: A. N. Kolmogorov, Giornale dell'Istituto Italiano degli Attuari 4 (1933); N. V. Smirnov,
-/// Ann. Math. Stat. 19 (1948).
+/// differences. Values that the distribution cannot take are warned of (220311, 220314, with their
+/// weight), also by a test that fails later.
 class NPARKSmirnowOneSample final : public NPARTest {
  public:
   using NPARTest::NPARTest;

@@ -11,14 +11,9 @@
 
 /// One-sample runs test: is the sequence of a field's values, split into two groups, random?
 ///
-/// The runs are those in record order, n1 and n2 the sums of weights in the groups; the two-sided
-/// normal approximation as in kit/statistics/runs.h. A continuous field is split at its median,
-/// mean or a given value (below, or at and above); a categorical one by a list of categories or by
-/// its two categories in the order of the data. A record of weight w counts w in its group and as
-/// one step of one run. One pass.
+/// Formulas, limits, sources: docs/statistics/runs.md.
 ///
-/// Source: A. Wald, J. Wolfowitz, Ann. Math. Stat. 11 (1940); correction as in J. V. Bradley,
-/// Distribution-Free Statistical Tests (1968).
+/// One pass in the order of the records; a record is one step of one run, whatever its weight.
 class NPARRuns final : public NPARTest {
  public:
   using NPARTest::NPARTest;

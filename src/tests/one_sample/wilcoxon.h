@@ -11,10 +11,9 @@
 /// Wilcoxon signed-rank test of one sample: is the median of a continuous field a given value, by
 /// default the sample's own median?
 ///
-/// The differences d = x - value that are not 0 are ranked by size, n is their weight; figures as
-/// in kit/statistics/signed_rank.h. No continuity correction, no exact value. One pass.
+/// Formulas, limits, sources: docs/statistics/wilcoxon.md.
 ///
-/// Source: F. Wilcoxon, Biometrics Bulletin 1 (1945).
+/// One pass.
 class NPARWilcoxonSR final : public NPARTest {
  public:
   using NPARTest::NPARTest;

@@ -8,15 +8,12 @@
 #include "kit/groups/success_categories.h"
 #include "kit/order/wide_integer.h"
 
-/// Cochran's Q test: do k related binary fields have the same share of successes?
+/// Cochran's Q test: do k related binary fields have the same proportion of successes?
 ///
-/// T_j is the weight of the successes of field j, N the sum of weights; figures as in
-/// kit/statistics/cochran_q.h. No continuity correction, no exact value. Pairwise, two fields
-/// differ by (T_i - T_j) / N; stepwise, Q is taken over the fields of a range. Success is what
-/// kit/groups/success_categories.h says. One pass, and one for each step.
+/// Formulas, limits, sources: docs/statistics/cochran_q.md.
 ///
-/// Source: W. G. Cochran, Biometrika 37 (1950); L. A. Marascuilo, M. McSweeney, Psychological
-/// Bulletin 67 (1967), for the pairs.
+/// T_j is the weight of the successes of field j, R the number of successes of a record. Success is
+/// what kit/groups/success_categories.h says. One pass, and one for each step.
 class NPARCochransQ final : public NPARTest {
  public:
   /// Takes the settings over, not the variables.

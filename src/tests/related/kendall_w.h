@@ -4,10 +4,9 @@
 
 /// Kendall's coefficient of concordance: how far do the records agree in the order of k fields?
 ///
-///   W = X / (N (k - 1)),  X and its significance as in tests/related/ranked_records.h;
-/// 1 for full agreement, 0 for none.
+/// Formulas, limits, sources: docs/statistics/kendall_w.md.
 ///
-/// Source: M. G. Kendall and B. Babington Smith, Ann. Math. Stat. 10 (1939), 275-287.
+/// All but W stands in tests/related/ranked_records.h.
 class NPARKendallsW final : public NPARRankedRecords {
  public:
   /// Takes the settings over.

@@ -10,12 +10,10 @@
 
 /// Marginal homogeneity test: do two related ordered categorical fields have the same distribution?
 ///
-/// The categories of both fields make one union with scores s (their numbers, or their places for
-/// texts); n_ij is the weight of the records with category i in the first and j in the second
-/// field; figures as in kit/statistics/marginal_homogeneity.h. No continuity correction, no exact
-/// value. One pass.
+/// Formulas, limits, sources: docs/statistics/marginal_homogeneity.md.
 ///
-/// Source: A. Agresti, Categorical Data Analysis (1990), 10.3; A. Stuart, Biometrika 42 (1955).
+/// The categories of both fields make one union (kit/groups/category_union.h) with scores: their
+/// numbers, or their places for texts. One pass.
 class NPARMargHomo final : public NPARTest {
  public:
   /// Takes the settings over. The union must be that of the fields in the settings.

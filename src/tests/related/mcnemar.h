@@ -11,14 +11,12 @@
 #include "kit/statistics/chi_square.h"
 #include "tests/related/category_pair.h"
 
-/// McNemar test: do two related binary fields have the same share of successes?
+/// McNemar test: do two related binary fields have the same proportion of successes?
 ///
-/// b and c are the weights of the records in which only the second, only the first field is a
-/// success; figures as in kit/statistics/mcnemar.h, the exact one for b + c <= 25. The asymptotic
-/// value decides. Success is what kit/groups/success_categories.h says. One pass.
+/// Formulas, limits, sources: docs/statistics/mcnemar.md.
 ///
-/// Source: Q. McNemar, Psychometrika 12 (1947); correction of A. L. Edwards, Psychometrika 13
-/// (1948).
+/// Success is what kit/groups/success_categories.h says. The asymptotic value decides, also beside
+/// an exact one. One pass.
 class NPARMcNemar final : public NPARTest {
  public:
   /// The largest n with an exact value.

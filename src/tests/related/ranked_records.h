@@ -14,14 +14,9 @@
 /// The two-way analysis of variance by ranks, which Friedman's test and Kendall's coefficient
 /// share.
 ///
-/// Each record ranks its own k values, ties sharing the mean of their ranks; R_j is the sum of the
-/// ranks of field j, each times the record's weight, N the sum of the weights. Figures as in
-/// kit/statistics/friedman.h. Pairwise, two fields differ by (R_i - R_j) / N; stepwise, X without
-/// its correction for ties is taken over the fields of a range, ranked among themselves. One pass,
-/// and one for each step.
+/// Formulas, limits, sources: docs/statistics/friedman.md.
 ///
-/// Source: M. Friedman, JASA 32 (1937), 675-701; ties as in M. Hollander and D. A. Wolfe,
-/// Nonparametric Statistical Methods, 2nd ed., 1999, section 7.1.
+/// R_j is the sum of the ranks of field j, X the test statistic. One pass, and one for each step.
 class NPARRankedRecords : public NPARTest {
  public:
   XMLElement* WriteResults() override;

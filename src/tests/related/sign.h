@@ -11,12 +11,10 @@
 
 /// Sign test: is the median of the paired differences d = second - first zero?
 ///
-/// n is the sum of weights where d is not 0, of which those with d > 0 are a binomial count of
-/// probability 1/2; figures as in kit/statistics/binomial.h, two-sided, the exact one, which then
-/// decides, for 1 <= n <= 25. Without a difference (n = 0) the asymptotic p is 1.
-/// Pass 0 yields every figure; pass 1 only the histogram of d, whose range pass 0 found.
+/// Formulas, limits, sources: docs/statistics/sign.md.
 ///
-/// Source: W. J. Dixon and A. M. Mood, The statistical sign test, JASA 41 (1946), 557-566.
+/// The exact value decides where there is one. Pass 0 yields every figure; pass 1 only the
+/// histogram of d, whose range pass 0 found.
 class NPARSign final : public NPARTest {
  public:
   /// The largest n with an exact p.

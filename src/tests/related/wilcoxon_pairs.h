@@ -11,13 +11,9 @@
 /// Wilcoxon matched-pairs signed-rank test: are the differences d = second - first symmetric about
 /// zero?
 ///
-/// The n differences other than 0 (n a sum of weights) are ranked by size, equal sizes sharing the
-/// mean of their ranks; figures as in kit/statistics/signed_rank.h. No continuity correction, no
-/// exact value. Without any difference z and p are not a number. Pass 0 yields every figure; pass 1
-/// only the histogram of d, whose range pass 0 found.
+/// Formulas, limits, sources: docs/statistics/wilcoxon_pairs.md.
 ///
-/// Source: F. Wilcoxon, Biometrics Bulletin 1 (1945), 80-83; ties as in M. Hollander and D. A.
-/// Wolfe, Nonparametric Statistical Methods, 2nd ed., 1999, section 3.1.
+/// Pass 0 yields every figure; pass 1 only the histogram of d, whose range pass 0 found.
 class NPARWilcoxonPairs final : public NPARTest {
  public:
   using NPARTest::NPARTest;
