@@ -36,7 +36,7 @@ struct GoodnessOfFit {
   ChiSquareFigures figures;
   ExpectedCounts expected;
 };
-/// Pearson's statistic of the counts of c >= 2 categories beside the proportions that they should
+/// Pearson's statistic of the counts of c categories beside the proportions that they should
 /// have, all above 0, whose sum need not be 1 (docs/statistics/chi_square.md). The counts sum to
 /// more than 0.
 /// K. Pearson, Philosophical Magazine 50 (1900).

@@ -10,7 +10,7 @@ ChiSquareFigures CochranQ(std::span<const std::int64_t> successes, double within
   const std::int64_t sum = std::accumulate(successes.begin(), successes.end(), std::int64_t{0});
   double squares = 0.0;
   for (const std::int64_t c : successes) {
-    // k (C_j - C / k), exact, and no product of counts that might wrap.
+    // k T_j - A, exact, and no product of counts that might wrap.
     const double deviation =
         k * static_cast<double>(c - sum / count) - static_cast<double>(sum % count);
     squares += deviation * deviation;

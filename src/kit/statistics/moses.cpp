@@ -4,10 +4,8 @@
 
 #include "foundation/names.h"
 
-// The i-th term of the tail p(h) is the probability that i experimental units stand before the r-th
-// of the control units, r = nc - 2h - 1, in a random order of all. Those are at most g where the
-// first g + r units hold at most g experimental ones, which is a hypergeometric probability: no sum
-// over the units, of which weights make billions.
+// The sum of docs/statistics/moses.md as a hypergeometric probability: weights make billions of
+// units.
 
 double MosesSpanTail(std::int64_t control, std::int64_t experimental, std::int64_t trimmed,
                      std::int64_t span) {

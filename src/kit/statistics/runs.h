@@ -34,8 +34,8 @@ struct RunsApproximation {
   double standardError = 0.0;
 };
 
-/// P(R <= r) of the number of runs R of n1 and n2 units, at least 1 each, in random order. Exact to
-/// rounding for n1 + n2 up to 51; beyond, binomial coefficients are rounded, and past 1000 or so
-/// they overflow and give not a number. J. D. Gibbons, S. Chakraborti, Nonparametric Statistical
-/// Inference, 3.2.
+/// P(R <= r) of the number of runs R of n1 and n2 units, at least 1 each, in random order
+/// (docs/statistics/wald_wolfowitz.md). Exact to rounding for n1 + n2 up to 51; beyond, binomial
+/// coefficients are rounded, and past 1000 or so they overflow and give not a number. J. D.
+/// Gibbons, S. Chakraborti, Nonparametric Statistical Inference, 3.2.
 [[nodiscard]] double RunsLowerTail(std::int64_t n1, std::int64_t n2, std::int64_t r);
