@@ -5,9 +5,9 @@
 #include "kit/statistics/normal.h"
 
 /// Standardises the Jonckheere-Terpstra statistic of k >= 2 ordered groups of sizes above 0
-/// (docs/statistics/jonckheere_terpstra.md). `tiedPairs` and `tiedTriples` are the sums of t (t -
-/// 1) and t^2 (t - 1) over the groups of t tied values. z is 0 for a variance of 0, as which counts
-/// what rounding left of 0.
+/// (docs/statistics/jonckheere_terpstra.md). `tiedPairs` and `tiedTriples` are the sums over the
+/// groups of t tied values of t (t - 1) and of t^2 (t - 1). z is 0 for a variance of 0, as which
+/// counts what rounding left of 0.
 /// Differences between the whole and its groups are summed as such: in very unequal groups they
 /// would cancel.
 /// M. Hollander, D. A. Wolfe, Nonparametric Statistical Methods, 2nd ed. (1999), 6.2.

@@ -11,8 +11,9 @@ struct ProportionInterval {
   double upper = 1.0;
 };
 
-/// Intervals for the proportion of successes beside failures, of which there is at least one, at a
-/// confidence level strictly between 0 and 1: docs/statistics/confidence_interval.md.
+/// Intervals for the proportion of successes among successes and failures, at least one together,
+/// at a confidence level strictly between 0 and 1 (docs/statistics/confidence_interval.md). A
+/// proportion of 0 has the lower limit 0, one of 1 the upper limit 1, in every method.
 class ProportionEstimator {
  public:
   ProportionEstimator(std::int64_t successes, std::int64_t failures, double confidenceLevel);
