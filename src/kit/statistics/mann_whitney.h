@@ -31,7 +31,7 @@
 /// element u is the number of arrangements with U = u, from 0 to a b. Empty for a group below 1.
 /// Throws std::bad_alloc.
 ///
-/// Source: L. C. Dinneen, B. C. Blakesley, algorithm AS 62, Applied Statistics 22 (1973). Doubles
+/// L. C. Dinneen, B. C. Blakesley, algorithm AS 62, Applied Statistics 22 (1973). Doubles
 /// hold every frequency exactly up to C(a + b, a) = 2^53, and to rounding beyond.
 [[nodiscard]] std::vector<double> MannWhitneyFrequencies(std::int64_t a, std::int64_t b);
 
