@@ -145,6 +145,11 @@ namespace detail {
 inline constexpr auto kCodes = detail::CollectCodes();
 
 static_assert(detail::CodesDiffer(kCodes), "a code is told twice");
+static_assert(std::none_of(kCodes.begin(), kCodes.end(),
+                           [](const ToldCode& told) {
+                             return told.code.text.empty() || told.code.remedy.empty();
+                           }),
+              "a code lacks its text or remedy");
 static_assert(!detail::AnyPair([](const Card& a, const Card& b) { return a.name == b.name; }),
               "two cards have one name");
 static_assert(!detail::AnyPair([](const Card& a, const Card& b) { return a.entry == b.entry; }),
