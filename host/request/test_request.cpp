@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <set>
 #include <system_error>
 
@@ -160,6 +161,7 @@ void WriteOption(AttributeWriter& writer, const catalogue::Option& option,
 
 std::vector<std::string> TestNames() {
   std::vector<std::string> names;
+  names.reserve(std::size(catalogue::kTests));
   for (const catalogue::Card* test : catalogue::kTests) names.emplace_back(test->name);
   return names;
 }
