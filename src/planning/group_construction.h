@@ -4,8 +4,21 @@
 
 #include "planning/test_construction.h"
 
-/// Makes a k-sample test, asks for what it reads of its variables and gives it to the planner,
-/// which drives it over the records ascending by the test variable.
+/// Asks for what is read and shown of the variables, of each that fits: also where another problem
+/// of the entry fails the test, so that the document lists its fields.
+inline void RegisterTestAndGroup(TestConstruction& construction,
+                                 TestConstruction::TestAndGroup variables) {
+  NPARPlanner& planner = construction.Planner();
+  if (construction.KindOf(variables.variable) == VariableKind::Continuous) {
+    planner.RegisterSortedVariable(variables.variable);
+  }
+  if (TestConstruction::IsCategorical(construction.KindOf(variables.group))) {
+    planner.RegisterGroupVariable(variables.group);
+  }
+}
+
+/// Makes a k-sample test and gives it to the planner, which drives it over the records ascending by
+/// the test variable.
 template <typename Test>
 std::unique_ptr<NPARTest> AddGroupTest(TestConstruction& construction,
                                        TestConstruction::TestAndGroup variables) {
@@ -14,8 +27,6 @@ std::unique_ptr<NPARTest> AddGroupTest(TestConstruction& construction,
     construction.Put("caseIdVariableIndex", planner.GetCaseIdIndex());
   }
   if (construction.IsOK()) {
-    planner.RegisterGroupVariable(variables.group);
-    planner.RegisterSortedVariable(variables.variable);
     construction.Put("numberOfCategories", construction.CategoriesOf(variables.group)->Size());
   }
   construction.SortBy(variables.variable);

@@ -212,6 +212,7 @@ std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construct
        card::kNotCategorical});
   if (construction.IsOK()) {
     construction.PutTestAndGroup(variables);
+    RegisterTestAndGroup(construction, variables);
     construction.Put("groupOrder", AscendingCodes(construction, variables.group));
     construction.Put("orderOfHypotheses",
                      construction.ReadText("orderOfHypotheses", "orderSmallestToLargest"));

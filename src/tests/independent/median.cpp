@@ -206,6 +206,7 @@ std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construct
       {card::kUnknownVariable, card::kUnknownVariable, card::kUnknownVariable, card::kNotContinuous,
        card::kNotCategorical, false});
   construction.PutTestAndGroup(variables);
+  RegisterTestAndGroup(construction, variables);
   if (construction.IsOK() && construction.CategoriesOf(variables.group)->Size() < 2) {
     construction.Fail(card::kTooFewCategories);
   }

@@ -88,6 +88,28 @@ TEST_P(SeveralGroups, AnEntryThatDoesNotFitNamesItsProblem) {
   ExpectMessages(kind.entry, variables, {{1, 0, 0}, {2, 0, 0}}, cases);
 }
 
+TEST(SeveralGroupsFields, AFailedConstructionListsTheFieldsThatFit) {
+  const QDVarList variables =
+      VariableListBuilder().Continuous("x").Nominal("g", {"a", "b"}).Nominal("one", {"a"}).Build();
+  const auto listedOf = [&](const char* name, const char* variable, const char* group) {
+    TestSettings entry = Entry("variableName", variable, "groupVariableName", group);
+    if (name == std::string("IMedian")) entry.Put("typeOfMultipleComparison", "none");
+    const std::string document = RunEntryDocument(variables, {{1, 0, 0}, {2, 1, 0}}, name, entry);
+    std::string listed;
+    for (const char* index : {"0", "1", "2"}) {
+      const std::string info = std::string("<FieldInfo varIndex=\"") + index + '"';
+      if (document.find(info) != std::string::npos) listed += index;
+    }
+    return listed;
+  };
+  EXPECT_EQ(listedOf("IKruskalWallis", "x", "g"), "01") << "no comparison";
+  for (const char* name : {"IKruskalWallis", "IMedian"}) {
+    EXPECT_EQ(listedOf(name, "x", "one"), "02") << "one category";
+    EXPECT_EQ(listedOf(name, "x", "x"), "0") << "groups that are not categorical";
+    EXPECT_EQ(listedOf(name, "g", "g"), "1") << "a field that is not continuous";
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Each, SeveralGroups, testing::ValuesIn(kKinds),
                          [](const auto& info) { return std::string(info.param.entry); });
 
