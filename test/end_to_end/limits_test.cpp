@@ -5,6 +5,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
+#include <sstream>
 #include <string>
 
 #include "support/all_tests_host.h"
@@ -76,6 +77,10 @@ TEST(Limits, OddDataGetAValidDocumentOfEveryTest) {
        }},
       {"weights of 0", [](auto& row, std::size_t) { row[8] = 0.0; }},
       {"negative weights", [](auto& row, std::size_t i) { row[8] = i % 2 ? -3.0 : 2.0; }},
+      {"a negative sum of weights", [](auto& row, std::size_t i) { row[8] = i % 3 ? -3.0 : 2.0; }},
+      {"missing weights",
+       [](auto& row, std::size_t i) { row[8] = i % 2 ? HB_MISSING_VALUE : 2.0; }},
+      {"an infinite weight below", [](auto& row, std::size_t i) { row[8] = i ? 2.0 : -kInfinity; }},
       {"fractions of weights", [](auto& row, std::size_t) { row[8] = 0.75; }},
       {"one category",
        [](auto& row, std::size_t) { row[3] = row[4] = row[5] = row[6] = row[7] = 0.0; }},
@@ -93,6 +98,35 @@ TEST(Limits, OddDataGetAValidDocumentOfEveryTest) {
     AllTestsHost host;
     for (std::size_t i = 0; i < host.records.size(); ++i) row.edit(host.records[i], i);
     EXPECT_GT(Occurrences(ValidResult(host), "<Algorithm "), 30u);
+  }
+}
+
+TEST(Limits, WeightsBelowZeroAreNoWeightAtAll) {
+  const auto testsOf = [](double weight) {
+    AllTestsHost host;
+    for (std::vector<double>& record : host.records) record[8] = weight;
+    std::string tests;
+    std::istringstream lines(ValidResult(host));
+    for (std::string line; std::getline(lines, line) && line.find("<FieldInfos") == line.npos;) {
+      // But for cut points and test values, and modelID.
+      const bool isParameter = line.find("name=\"%") != line.npos || line.find("ID=") != line.npos;
+      if (!isParameter) tests += line + '\n';
+    }
+    return tests.substr(tests.find("<NonParametricTests"));
+  };
+  const std::string none = testsOf(0.0);
+  for (const double weight : {-1.0, -7.5, HB_MISSING_VALUE, -kInfinity}) {
+    EXPECT_TRUE(testsOf(weight) == none) << weight;
+  }
+}
+
+TEST(Limits, WeightsAboveTheLimitAndNotANumberAreRefused) {
+  for (const double weight : {2147483648.0, kInfinity, kNaN}) {
+    AllTestsHost host;
+    host.records[3][8] = weight;
+    LoadedComponent component(host);
+    EXPECT_EQ(component.ConfigureAndRun(), NPAR_FAILED);
+    EXPECT_EQ(component.err, 220026) << weight;
   }
 }
 

@@ -8,6 +8,7 @@
 #include "kit/contract/settings_reader.h"
 #include "kit/order/infinities.h"
 #include "kit/records/record_batch.h"
+#include "kit/records/record_weight.h"
 #include "kit/summaries/histogram.h"
 
 /// The differences d = second - first of a pair of variables, equal infinities differing by 0: how
@@ -45,11 +46,11 @@ class PairedDifferences {
     range = taken;
   }
   /// Sums of weights.
-  [[nodiscard]] std::int64_t PositiveCount() const noexcept { return positiveCount; }
-  [[nodiscard]] std::int64_t NegativeCount() const noexcept { return negativeCount; }
-  [[nodiscard]] std::int64_t TieCount() const noexcept { return tieCount; }
+  [[nodiscard]] std::int64_t PositiveCount() const noexcept { return WeightOrNone(positiveCount); }
+  [[nodiscard]] std::int64_t NegativeCount() const noexcept { return WeightOrNone(negativeCount); }
+  [[nodiscard]] std::int64_t TieCount() const noexcept { return WeightOrNone(tieCount); }
   [[nodiscard]] std::int64_t TotalN() const noexcept {
-    return positiveCount + negativeCount + tieCount;
+    return PositiveCount() + NegativeCount() + TieCount();
   }
   [[nodiscard]] double Minimum() const noexcept { return range.low; }
 

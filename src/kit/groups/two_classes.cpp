@@ -55,7 +55,7 @@ TwoClasses::Obstacle TwoClasses::TakeCategoriesOfData(
   secondCount = second->second;
   firstCategories.assign(1, first->first);
   secondCategories.assign(1, second->first);
-  return firstCount == 0 && secondCount == 0 ? Obstacle::NoCategories : Obstacle::None;
+  return Total() == 0 ? Obstacle::NoCategories : Obstacle::None;
 }
 
 template <typename IsFirst>

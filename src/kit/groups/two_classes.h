@@ -38,9 +38,9 @@ class TwoClasses {
 
   [[nodiscard]] Formation GetFormation() const noexcept { return formation; }
   [[nodiscard]] std::int32_t GetVariable() const noexcept { return variableIndex; }
-  [[nodiscard]] std::int64_t FirstCount() const noexcept { return firstCount; }
-  [[nodiscard]] std::int64_t SecondCount() const noexcept { return secondCount; }
-  [[nodiscard]] std::int64_t Total() const noexcept { return firstCount + secondCount; }
+  [[nodiscard]] std::int64_t FirstCount() const noexcept { return WeightOrNone(firstCount); }
+  [[nodiscard]] std::int64_t SecondCount() const noexcept { return WeightOrNone(secondCount); }
+  [[nodiscard]] std::int64_t Total() const noexcept { return FirstCount() + SecondCount(); }
   /// The missing value before Prepare.
   [[nodiscard]] double CutPoint() const noexcept { return cutPoint; }
   /// Category codes of the classes, -1 for a given text that is no category.

@@ -5,6 +5,11 @@
 #include "foundation/names.h"
 #include "kit/records/record_batch.h"
 
+/// A sum of weights as figures take it: a negative one counts as no weight at all.
+[[nodiscard]] constexpr std::int64_t WeightOrNone(std::int64_t sum) noexcept {
+  return sum > 0 ? sum : 0;
+}
+
 /// The frequency weight of a record: a variable of it, or 1 where there is none.
 class RecordWeight {
  public:

@@ -119,7 +119,8 @@ void NPARChiSquare::Prepare(const SettingsReader& settings) {
   for (std::size_t i = 0; i < codes.size(); ++i) {
     const std::int32_t code = TruncateToInt32(codes[i]);
     const auto found = frequencies.find(code);
-    categories.push_back({code, found == frequencies.end() ? 0 : found->second, proportions[i]});
+    const std::int64_t sum = found == frequencies.end() ? 0 : found->second;
+    categories.push_back({code, WeightOrNone(sum), proportions[i]});
   }
 }
 

@@ -102,7 +102,7 @@ void NPARKSmirnowOneSample::Compute() {
   if (const QDStatus estimated = estimator->EndPass(); estimated.IsError()) {
     Fail(estimated.GetErrorCode());
   }
-  if (totalN != 0) return;
+  if (totalN > 0) return;
   switch (distribution.family) {
     case Family::Uniform:
       Fail(card::kNoValidUniform);
@@ -186,7 +186,7 @@ Condition NPARKSmirnowOneSample::GetCondition() const {
 }
 
 XMLElement* NPARKSmirnowOneSample::WriteResults() {
-  if (excludedWeight != 0 && totalN != 0) {
+  if (excludedWeight != 0 && totalN > 0) {
     Warn(distribution.family == Family::Uniform ? card::kUniformExcluded
                                                 : card::kExponentialExcluded,
          {IntegerText(excludedWeight)});

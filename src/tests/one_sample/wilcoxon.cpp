@@ -43,7 +43,7 @@ void NPARWilcoxonSR::Take(RecordBatch& batch) {
 }
 
 void NPARWilcoxonSR::Compute() {
-  if (totalWeight == 0.0) {
+  if (!(totalWeight > 0.0)) {
     Fail(catalogue::run::kNoData);
     return;
   }

@@ -95,15 +95,14 @@ void NPARCochransQ::Take(RecordBatch& batch) {
 }
 
 void NPARCochransQ::Compute() {
-  if (std::accumulate(successCounts.begin(), successCounts.end(), std::int64_t{0}) == 0) {
+  for (std::int64_t& count : successCounts) count = WeightOrNone(count);
+  if (totalN <= 0 || std::ranges::all_of(successCounts, [](auto count) { return count == 0; })) {
     Fail(catalogue::run::kNoData);
     return;
   }
   const bool anyFailure =
       std::ranges::any_of(successCounts, [this](std::int64_t count) { return count != totalN; });
-  const bool anySuccess =
-      std::ranges::any_of(successCounts, [](std::int64_t count) { return count > 0; });
-  if (!anySuccess || !anyFailure) {
+  if (!anyFailure) {
     Fail(card::kNoSplit);
     return;
   }

@@ -41,12 +41,15 @@ void NPARMargHomo::Take(RecordBatch& batch) {
       const auto column = static_cast<std::size_t>(categories.PlaceOfSecond(second[i]));
       if (row >= scores.size() || column >= scores.size()) continue;
       crossTable[row * scores.size() + column] += weightAt(i);
-      totalN += weightAt(i);
     }
   });
 }
 
 void NPARMargHomo::Compute() {
+  for (std::int64_t& count : crossTable) {
+    count = WeightOrNone(count);
+    totalN += count;
+  }
   if (totalN < 1) {
     Fail(catalogue::run::kNoData);
     return;

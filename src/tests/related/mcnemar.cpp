@@ -47,6 +47,9 @@ void NPARMcNemar::Take(RecordBatch& batch) {
 }
 
 void NPARMcNemar::Compute() {
+  for (auto& row : table) {
+    for (std::int64_t& count : row) count = WeightOrNone(count);
+  }
   const std::int64_t b = table[0][1];
   const std::int64_t c = table[1][0];
   figures = McNemar(b, c);

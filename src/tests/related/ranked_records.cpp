@@ -112,7 +112,7 @@ void NPARRankedRecords::RankRanges(RecordBatch& batch, std::size_t first, std::s
 }
 
 void NPARRankedRecords::Compute() {
-  if (totalN == 0) {
+  if (totalN <= 0) {
     Fail(catalogue::run::kNoData);
     return;
   }
