@@ -51,7 +51,9 @@ class Parameters {
     if (first >= '0' && first <= '9') {
       rest.remove_prefix(1);
       const auto place = static_cast<std::size_t>(first - '0');
-      return place < positional.size() ? std::optional(positional[place]) : std::nullopt;
+      // An empty list says as little as none.
+      const bool isTold = place < positional.size() && !positional[place].empty();
+      return isTold ? std::optional(positional[place]) : std::nullopt;
     }
     const std::string_view name =
         rest.substr(0, rest.find_first_not_of("abcdefghijklmnopqrstuvwxyz"));

@@ -35,9 +35,9 @@ namespace {
 
 std::string JoinNames(const std::vector<std::string>& names) {
   std::string text;
-  for (const std::string& name : names) {
-    if (!text.empty()) text += " ,";
-    text += name;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) text += " ,";
+    text += names[i];
   }
   return text;
 }
@@ -258,8 +258,8 @@ void NPARSettingsTranslator::MakeRelatedEntries(const catalogue::Card& test,
 
 void NPARSettingsTranslator::MakeIndependentEntries(const catalogue::Card& test,
                                                     const QDSettings& chosen) {
+  isIndependentSelected = true;
   for (const std::string& field : independentContinuous) {
-    independentContinuousUsed = true;
     QDSettings entry = StartEntry(test);
     entry.AddNewSetting("variableName", field, "");
     if (!groupField.empty()) entry.AddNewSetting("groupVariableName", groupField, "");
@@ -300,10 +300,10 @@ void NPARSettingsTranslator::CollectRelatedWarnings() {
 }
 
 void NPARSettingsTranslator::CollectIndependentWarnings() {
-  if (!independentCategorical.empty()) {
+  if (isIndependentSelected && !independentCategorical.empty()) {
     Warn(run::kIndependentCategorical, {JoinNames(independentCategorical)});
   }
-  if (!independentContinuous.empty() && !independentContinuousUsed) {
+  if (!isIndependentSelected && !independentContinuous.empty()) {
     // The parameter is the list of categorical fields: hosts read it so.
     Warn(run::kIndependentContinuousUnused, {JoinNames(independentCategorical)});
   }

@@ -79,5 +79,5 @@ class NPARSettingsTranslator final {
   Names testsWithoutFields;
   bool chiSquareSkippedContinuous = false;
   Names relatedTestsWithoutFields;
-  bool independentContinuousUsed = false;
+  bool isIndependentSelected = false;
 };

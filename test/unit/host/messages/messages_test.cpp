@@ -100,6 +100,8 @@ TEST(MessagesTest, PlaceholdersAreFilled) {
     for (std::string each; std::getline(divided, each, '|');) parameters.push_back(each);
     EXPECT_EQ(FillMessage(row.code, parameters, {}, Name), row.expected) << row.catches;
   }
+  EXPECT_EQ(FillMessage(220025, std::vector<std::string>{""}),
+            "no selected test takes the independent-samples fields as they are");
   const std::vector<std::pair<std::string, std::string>> named = {{"other", "9"}, {"group", "0;2"}};
   EXPECT_EQ(FillMessage(220013, {}, named, Name),
             "a sample (0;2) is in no homogeneous subset with another one");

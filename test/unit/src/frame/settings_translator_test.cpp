@@ -34,7 +34,7 @@ const QDVarList& Variables() {
     VariableListBuilder made;
     made.Continuous("c1").Continuous("c2").Continuous("c3").Other("other");
     made.Nominal("n1", {"no", "yes"}).Nominal("n2", {"no", "yes"}).Nominal("n3", {"a", "b", "c"});
-    made.Ordinal("o1", {"low", "high"}).Ordinal("o2", {"low", "high"});
+    made.Ordinal("o1", {"low", "high"}).Ordinal("o2", {"low", "high"}).Continuous("");
     return made.Build();
   }();
   return variables;
@@ -203,6 +203,8 @@ TEST(SettingsTranslator, OneSampleTestsWarnOfFieldsThatTheyLeaveAside) {
        "OKolmogorovSmirnovNormal={distributionFunction=normal variableName=c1 } \n"
        "OKolmogorovSmirnovPoisson={distributionFunction=poisson variableName=c1 } \n"
        "220023: n1 / KolmogorovSmirnov ,KolmogorovSmirnov\n"},
+      {"a first name that is empty", OneSample({"", "c1", "n1"}).Put("OChiSquare", Chosen()),
+       "OChiSquare={variableName=n1 } \n220021:  ,c1\n"},
       {"only categorical fields for a continuous test: no 220023",
        OneSample({"n1"}).Put("OWilcoxonSignedRanks", Chosen()),
        "220022: WilcoxonSignedRanks\nstatus 220001\n"},
@@ -312,7 +314,7 @@ TEST(SettingsTranslator, IndependentTestsMakeAnEntryForEachContinuousField) {
        Independent({"n2", "o1"}).Put("IMannWhitneyU", Chosen()), "220024: n2 ,o1\nstatus 220001\n"},
       {"the parameter for unused continuous fields is the list of the others",
        Independent({"c1", "n2"}).Put("IMannWhitneyU", Chosen({}, "false")),
-       "220024: n2\n220025: n2\nstatus 220001\n"},
+       "220025: n2\nstatus 220001\n"},
       {"the group field as plain text, and none at all",
        Entry("independentVariables", Names{"c1"})
            .Put("groupVariable", "n1")
