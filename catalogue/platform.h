@@ -33,14 +33,16 @@ inline constexpr Code kUnknownOperation{
 inline constexpr Code kBrokenIterator{
     240016, Kind::Error, "the host delivered its records in a form that cannot be read",
     "Check the host: it delivers no more records than asked for, each value a double."};
+inline constexpr Code kHostThrew{
+    240017, Kind::Error, "the host threw an exception",
+    "Check the host: a function of its tables fails by its answer and throws nothing."};
 inline constexpr Code kNoRecord{
     240037, Kind::Error, "no record was read",
     "Check that the data hold records, and that not all are dropped for missing values or "
     "weights."};
-inline constexpr Code kCodes[] = {kNotMade,           kNoVariables,
-                                  kNoParameters,      kUnreadableParameters,
-                                  kNoDataModel,       kUnreadableDataModel,
-                                  kUnreadableRecords, kUnknownOperation,
-                                  kBrokenIterator,    kNoRecord};
+inline constexpr Code kCodes[] = {
+    kNotMade,        kNoVariables,         kNoParameters,      kUnreadableParameters,
+    kNoDataModel,    kUnreadableDataModel, kUnreadableRecords, kUnknownOperation,
+    kBrokenIterator, kHostThrew,           kNoRecord};
 
 }  // namespace catalogue::platform

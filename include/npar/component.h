@@ -6,9 +6,19 @@
  * need, hb_component_endExecution, hb_destroy_component, and hb_cleanup at the end. A component may
  * be configured and executed any number of times.
  *
- * All functions return HB_OK (0) or a code from below; `err` takes a code that says more. A
- * function that fills a buffer sets *needed to the size of the text with its zero byte and, where
- * that is above `capacity`, returns NPAR_BUFFER_TOO_SMALL and leaves the buffer alone.
+ * All functions return HB_OK (0) or a code from below; `err` takes a code that says more: of a
+ * failure that a message tells, the code of the message. It may be null. A function that fills a
+ * buffer sets *needed to the size of the text with its zero byte and, where that is above
+ * `capacity`, returns NPAR_BUFFER_TOO_SMALL and leaves the buffer alone.
+ *
+ * Callbacks: while hb_component_configure, _beginExecution or _endExecution is under way, the same
+ * component refuses these three and hb_destroy_component with NPAR_BUSY, whether they come from a
+ * function of the host's tables or from another thread. From the host's functions the others may be
+ * called, on the thread that they run on. No function throws, whatever the host throws: an
+ * exception counts as an answer HB_FAILED with the code 240017.
+ *
+ * Threads: components on different contexts may be used by different threads at a time. Calls of
+ * one component come one after the other, except hb_component_cancelExecution.
  *
  * Tags: [initialised] after hb_initialise, [created], [configured], [executed] after
  * hb_component_beginExecution has returned, [any thread].
@@ -29,6 +39,7 @@ extern "C" {
 #define NPAR_NULL_MESSAGE_ARGUMENT 9u /* hb_component_getMessages on a null component */
 #define NPAR_BUFFER_TOO_SMALL 13u     /* *needed says how large it must be */
 #define NPAR_NO_HOST_HELPER 15u       /* hb_getModuleInformation before hb_initialise */
+#define NPAR_BUSY 16u                 /* a call into the component is under way: see Callbacks */
 
 /* Answers of hb_component_getIteratorRequirements. */
 #define NPAR_READ_ONCE 1
@@ -42,10 +53,12 @@ uint32_t hb_cleanup(void);
 
 /* Makes a component and stores it in *component. On failure *err is 240001. [initialised] */
 uint32_t hb_create_component(HBContext* context, void* reserved, void** component, int32_t* err);
-/* Frees the component's storage and runs no destructor: end a run first. [created] */
+/* Frees the component's storage and runs no destructor: end a run first. NPAR_BUSY while a call of
+ * the component is under way. [created] */
 uint32_t hb_destroy_component(void* component);
 
-/* Reads the parameter document and the data model and works out the requirements. [created] */
+/* Reads the parameter document and the data model and works out the requirements. A cancel that
+ * came before it is forgotten. [created] */
 uint32_t hb_component_configure(void* component, int32_t* err);
 /* The data model of output `index`: this component has no output records. [configured] */
 uint32_t hb_component_getDataModel(void* component, int32_t index, char* buffer, size_t capacity,
@@ -60,8 +73,8 @@ uint32_t hb_component_getIteratorRequirements(void* component, int32_t* inputs, 
 
 /* The whole run, on the caller's thread. `progress` may be null. [configured] */
 uint32_t hb_component_beginExecution(void* component, HBProgress* progress, int32_t* err);
-/* Asks a run under way to stop; it then returns NPAR_FAILED with the message code 1. [any thread]
- */
+/* Asks the run under way to stop or, between hb_component_configure and a run, the one that comes;
+ * it then returns NPAR_FAILED with the message code 1. [any thread] */
 uint32_t hb_component_cancelExecution(void* component, int32_t* err);
 /* Frees what the run needed; the component stays configured. [executed] */
 uint32_t hb_component_endExecution(void* component, int32_t* err);

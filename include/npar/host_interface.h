@@ -8,6 +8,7 @@
  * unsigned code: HB_OK (0) for success. A function that fails sets *err to a code of the host's own
  * and leaves its out arguments alone. Texts are UTF-8 and end with a zero byte unless a length is
  * given beside them. All calls of one component come from the thread that called the component.
+ * An exception that leaves a function counts as HB_FAILED with the code 240017.
  *
  * Tags at the end of a comment: [host owns] the host keeps the object or text alive for the time
  * that is named, [component releases] the component calls release when it is done, [optional] a
@@ -71,6 +72,7 @@ typedef struct HBHostInformation {
 /* The host as a whole, handed to hb_initialise; it outlives every component. */
 typedef struct HBHostTable {
   size_t size;
+  /* A host that does not say who it is stays unnamed. [optional] */
   uint32_t (*getInformation)(HBHost* self, HBHostInformation* information, int32_t* err);
 } HBHostTable;
 struct HBHost {
@@ -79,21 +81,25 @@ struct HBHost {
 
 /* Records of doubles, in the order and with the fields of the data model.
  * A missing value of a continuous field is the double HB_MISSING_VALUE, a categorical value is its
- * category's number counted from 0, a missing one -1. */
+ * category's number counted from 0, a missing one -1. A code loses its fraction, and not-a-number
+ * is 0; one that is then no category's number, below 0 or too large, is a value without a text: it
+ * counts among the field's frequencies, falls into no group, and is no success. */
 #define HB_MISSING_VALUE (-0x1.ffffffffffffep+1023)
 
 typedef struct HBIteratorTable {
   size_t size;
   /* Back to before the first record. */
   uint32_t (*rewind)(HBIterator* self, int32_t* err);
-  /* On to the next record; HB_END_OF_RECORDS when there is none. */
+  /* On to the next record; HB_END_OF_RECORDS when there is none. [optional] beside readBlock */
   uint32_t (*next)(HBIterator* self, int32_t* err);
   /* One value of the record that stands: *value points to `*valueSize` bytes, a double.
-   * [host owns] until the next call of next or rewind. */
+   * [host owns] until the next call of next or rewind. [optional] beside readBlock */
   uint32_t (*getValue)(HBIterator* self, size_t fieldIndex, const void** value, size_t* valueSize,
                        int32_t* err);
   /* As many whole records of `fieldCount` doubles as fit `capacity` doubles, from the record after
-   * the one that stands; *recordCount is 0 at the end. The fast road. [optional] */
+   * the one that stands; *recordCount is 0 at the end. HB_END_OF_RECORDS says the same, and may
+   * come with the last records. Where the entry is there, next and getValue are never called.
+   * [optional] */
   uint32_t (*readBlock)(HBIterator* self, double* buffer, size_t capacity, size_t fieldCount,
                         size_t* recordCount, int32_t* err);
 } HBIteratorTable;
@@ -104,7 +110,7 @@ struct HBIterator {
 /* How a run goes. What an entry answers stops nothing. */
 typedef struct HBProgressTable {
   size_t size;
-  /* How far the whole run has come: `done` of `total`. [executing] */
+  /* How far the whole run has come: `done` of `total`. [optional] [executing] */
   uint32_t (*report)(HBProgress* self, double done, double total, int32_t* err);
   /* A pass over the records begins that `count` tests share, 1 at least; it comes before the report
    * of its start. `tests` are the names of their algorithms in the result document, the one-sample
@@ -135,7 +141,7 @@ typedef struct HBContainerFileTable {
    * Both texts are the component's and good for the call only. */
   uint32_t (*putStream)(HBContainerFile* self, HBContainerStreamKey* key, const char* metadata,
                         size_t metadataLength, const char* bytes, size_t length, int32_t* err);
-  /* The component is done with the container; the host may publish it. */
+  /* The component is done with the container; the host may publish it. [optional] */
   uint32_t (*close)(HBContainerFile* self, int32_t* err);
 } HBContainerFileTable;
 struct HBContainerFile {

@@ -39,8 +39,10 @@ std::uint32_t ContainerHelper::putString(HBContainerStreamKey* key, const XMLDoc
                                          const std::string& text, std::int32_t* err) const {
   std::string description;
   metadata.doc2string(description);
-  return container->table->putStream(container, key, description.c_str(), description.size(),
-                                     text.c_str(), text.size(), err);
+  return AskHost(err, [&] {
+    return container->table->putStream(container, key, description.c_str(), description.size(),
+                                       text.c_str(), text.size(), err);
+  });
 }
 
 DataHelper::DataHelper(HBIterator* iterator, bool useBlocks)
@@ -48,8 +50,9 @@ DataHelper::DataHelper(HBIterator* iterator, bool useBlocks)
       blocks(useBlocks && iterator != nullptr && HB_HAS(iterator, HBIteratorTable, readBlock)) {}
 
 std::uint32_t DataHelper::Rewind(std::int32_t* err) {
+  isAtEnd = false;
   if (iterator != nullptr && HB_HAS(iterator, HBIteratorTable, rewind)) {
-    return iterator->table->rewind(iterator, err);
+    return AskHost(err, [&] { return iterator->table->rewind(iterator, err); });
   }
   *err = kBrokenIterator;
   return HB_FAILED;
@@ -58,18 +61,19 @@ std::uint32_t DataHelper::Rewind(std::int32_t* err) {
 std::uint32_t DataHelper::ReadBlock(double* buffer, std::size_t capacity, std::size_t fieldCount,
                                     std::size_t* recordCount, std::int32_t* err) {
   *recordCount = 0;
-  if (!blocks) return ReadRecords(buffer, capacity, fieldCount, recordCount, err);
-  const std::uint32_t result =
-      iterator->table->readBlock(iterator, buffer, capacity, fieldCount, recordCount, err);
-  if (result == HB_END_OF_RECORDS) {
-    *recordCount = 0;
-    return HB_OK;
-  }
-  if (result == HB_OK && *recordCount > capacity / std::max<std::size_t>(fieldCount, 1)) {
+  if (isAtEnd) return HB_OK;
+  const std::uint32_t result = AskHost(err, [&] {
+    return blocks ? iterator->table->readBlock(iterator, buffer, capacity, fieldCount, recordCount,
+                                               err)
+                  : ReadRecords(buffer, capacity, fieldCount, recordCount, err);
+  });
+  isAtEnd = result == HB_END_OF_RECORDS;
+  if (result != HB_OK && !isAtEnd) return result;
+  if (*recordCount > capacity / std::max<std::size_t>(fieldCount, 1)) {
     *err = kBrokenIterator;
     return HB_FAILED;
   }
-  return result;
+  return HB_OK;
 }
 
 std::uint32_t DataHelper::ReadRecords(double* buffer, std::size_t capacity, std::size_t fieldCount,
@@ -84,14 +88,13 @@ std::uint32_t DataHelper::ReadRecords(double* buffer, std::size_t capacity, std:
   const std::size_t recordsThatFit = fieldCount == 0 ? 0 : capacity / fieldCount;
   for (std::size_t record = 0; record < recordsThatFit; ++record) {
     const std::uint32_t result = next(iterator, err);
-    if (result == HB_END_OF_RECORDS) break;
     if (result != HB_OK) return result;
     for (std::size_t field = 0; field < fieldCount; ++field, ++buffer) {
       const void* value = nullptr;
       std::size_t valueSize = 0;
       const std::uint32_t answer = getValue(iterator, field, &value, &valueSize, err);
-      if (answer != HB_OK) return answer;
-      if (value == nullptr || valueSize != sizeof(double)) {
+      if (answer != HB_OK && answer != HB_END_OF_RECORDS) return answer;
+      if (answer != HB_OK || value == nullptr || valueSize != sizeof(double)) {
         *err = kBrokenIterator;
         return HB_FAILED;
       }

@@ -238,14 +238,18 @@ XMLDocument::XMLDocument(HBXML* document) : XMLDocument() {
   std::size_t length = 0;
   std::int32_t err = 0;
   if (!HB_HAS(document, HBXMLTable, getText) ||
-      document->table->getText(document, &text, &length, &err) != HB_OK || text == nullptr) {
+      AskHost(&err, [&] { return document->table->getText(document, &text, &length, &err); }) !=
+          HB_OK ||
+      text == nullptr) {
     tree->problem = "the host did not give the document's text";
   } else {
     tree->text.assign(text, length);
     tree->Read();
   }
   // A host that cannot take its document back has no bearing on what was read.
-  if (HB_HAS(document, HBXMLTable, release)) document->table->release(document, &err);
+  if (HB_HAS(document, HBXMLTable, release)) {
+    static_cast<void>(AskHost(&err, [&] { return document->table->release(document, &err); }));
+  }
 }
 
 XMLDocument::XMLDocument(const XMLDocument&) = default;

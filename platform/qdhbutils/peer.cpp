@@ -3,6 +3,9 @@
 #include <npar/component.h>
 
 namespace QDHB_700 {
+
+using HbHelperV1::AskHost;
+
 namespace {
 
 std::uint32_t NotOffered(std::int32_t* err) {
@@ -46,7 +49,8 @@ std::uint32_t QDPeer::GetInputIterator(std::uint32_t index, HBIterator** iterato
   if (context == nullptr || !HB_HAS(context, HBContextTable, getInputIterator)) {
     return NotOffered(err);
   }
-  const std::uint32_t result = context->table->getInputIterator(context, index, iterator, err);
+  const std::uint32_t result =
+      AskHost(err, [&] { return context->table->getInputIterator(context, index, iterator, err); });
   return result == HB_OK && *iterator == nullptr ? HB_FAILED : result;
 }
 
@@ -148,7 +152,7 @@ std::uint32_t QDPeer::BuildModelSettings(const HbHelperV1::XMLDocument&, std::in
 
 std::uint32_t QDPeer::Report_Progress(double done, double total, std::int32_t* err, std::int32_t) {
   if (progress == nullptr || !HB_HAS(progress, HBProgressTable, report)) return HB_OK;
-  return progress->table->report(progress, done, total, err);
+  return AskHost(err, [&] { return progress->table->report(progress, done, total, err); });
 }
 
 std::uint32_t QDPeer::CollectMsgs(std::int32_t type, std::int32_t code, std::int32_t* err) {
@@ -161,11 +165,17 @@ std::uint32_t QDPeer::CollectMsgs(std::int32_t type, std::int32_t code, std::int
 std::uint32_t QDPeer::CollectMsgs(std::int32_t type, std::int32_t code,
                                   const std::vector<std::string>& parameters, std::int32_t* err) {
   messages.push_back({type, code, parameters});
-  if (context == nullptr || !HB_HAS(context, HBContextTable, deliverMessage)) return HB_OK;
-  std::vector<const char*> texts;
-  texts.reserve(parameters.size());
-  for (const std::string& parameter : parameters) texts.push_back(parameter.c_str());
-  return context->table->deliverMessage(context, type, code, texts.data(), texts.size(), err);
+  std::uint32_t answer = HB_OK;
+  if (context != nullptr && HB_HAS(context, HBContextTable, deliverMessage)) {
+    std::vector<const char*> texts;
+    texts.reserve(parameters.size());
+    for (const std::string& parameter : parameters) texts.push_back(parameter.c_str());
+    answer = AskHost(err, [&] {
+      return context->table->deliverMessage(context, type, code, texts.data(), texts.size(), err);
+    });
+  }
+  if (answer == HB_OK && type == kErrorMessage) *err = code;
+  return answer;
 }
 
 void QDPeer::ClearMsgs() noexcept { messages.clear(); }
@@ -175,7 +185,8 @@ std::uint32_t QDPeer::ScanParameters(std::int32_t* err) {
   problem.clear();
   HBXML* handle = nullptr;
   if (context == nullptr || !HB_HAS(context, HBContextTable, getParameters) ||
-      context->table->getParameters(context, &handle, err) != HB_OK || handle == nullptr) {
+      AskHost(err, [&] { return context->table->getParameters(context, &handle, err); }) != HB_OK ||
+      handle == nullptr) {
     *err = kNoParameters;
     return HB_FAILED;
   }
@@ -185,7 +196,9 @@ std::uint32_t QDPeer::ScanParameters(std::int32_t* err) {
 std::uint32_t QDPeer::ParseDataModel(std::int32_t* err, bool withCounts, std::uint32_t number) {
   HBXML* handle = nullptr;
   if (context == nullptr || !HB_HAS(context, HBContextTable, getDataModel) ||
-      context->table->getDataModel(context, number - 1, &handle, err) != HB_OK ||
+      AskHost(err,
+              [&] { return context->table->getDataModel(context, number - 1, &handle, err); }) !=
+          HB_OK ||
       handle == nullptr) {
     *err = kNoDataModel;
     return HB_FAILED;
@@ -204,7 +217,8 @@ void QDPeer::SetDataHelper(HbHelperV1::DataHelper* helper) { dataHelper.reset(he
 std::uint32_t QDPeer::GetHostInformation(QDPeerHostInfo& info, std::int32_t* err) {
   if (host == nullptr || !HB_HAS(host, HBHostTable, getInformation)) return NotOffered(err);
   HBHostInformation answer{};
-  const std::uint32_t result = host->table->getInformation(host, &answer, err);
+  const std::uint32_t result =
+      AskHost(err, [&] { return host->table->getInformation(host, &answer, err); });
   if (result != HB_OK) return result;
   const auto text = [](const char* given) { return std::string(given == nullptr ? "" : given); };
   info = {text(answer.name), text(answer.version), text(answer.copyright), text(answer.vendor),

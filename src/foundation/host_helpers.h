@@ -127,6 +127,20 @@ inline bool FillBuffer(const std::string& text, char* buffer, std::size_t capaci
   return true;
 }
 
+/// The host threw an exception, which the functions of its tables must not.
+inline constexpr std::int32_t kHostThrew = 240017;
+
+/// Calls into the host: its answer, or HB_FAILED with kHostThrew in *err where it throws.
+template <typename Call>
+std::uint32_t AskHost(std::int32_t* err, Call&& call) noexcept {
+  try {
+    return call();
+  } catch (...) {
+    *err = kHostThrew;
+    return HB_FAILED;
+  }
+}
+
 class QD_EXPORT HostHelper {
  public:
   /// Null without a host.
@@ -165,8 +179,9 @@ class QD_EXPORT DataHelper {
 
   std::uint32_t Rewind(std::int32_t* err);
   /// As many whole records as fit, `fieldCount` doubles each, in field order; *recordCount is 0 at
-  /// the end. On the record road, values are fetched one by one. A host's answer that breaks the
-  /// rules of its table is HB_FAILED with kBrokenIterator in *err.
+  /// the end. Records that come together with the end are taken. On the record road, values are
+  /// fetched one by one. A host's answer that breaks the rules of its table is HB_FAILED with
+  /// kBrokenIterator in *err.
   std::uint32_t ReadBlock(double* buffer, std::size_t capacity, std::size_t fieldCount,
                           std::size_t* recordCount, std::int32_t* err);
 
@@ -176,6 +191,7 @@ class QD_EXPORT DataHelper {
 
   HBIterator* iterator;
   bool blocks;
+  bool isAtEnd = false;  // the host has said so since the last rewind, and is not asked again
 };
 
 }  // namespace HbHelperV1

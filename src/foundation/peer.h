@@ -150,7 +150,8 @@ class QD_EXPORT QDPeerIterator : public QDCommon_700::MultiPassRecordIter,
   QDCommon_700::Record current;
 };
 
-/// True from the host's call of CancelExecution until the next run begins. Any thread may set it.
+/// True from the host's call of CancelExecution until the run that it stops has ended: the one
+/// under way, or the next. Any thread may set it.
 class QD_EXPORT QDCancelSource final : public QDCommon_700::ICancelSource {
  public:
   bool IsCancelled() override { return cancelled.load(std::memory_order_relaxed); }
@@ -214,8 +215,9 @@ class QD_EXPORT QDPeer {
   [[nodiscard]] HBHost* GetHBHostHandle() const noexcept { return host; }
 
  protected:
-  /// Keeps a message for GetErrorDetail and delivers it to the host; the host's answer to that. A
-  /// message about an unreadable document, given without parameters, gets the problem's text.
+  /// Keeps a message for GetErrorDetail and delivers it to the host; the host's answer to that. An
+  /// error that it takes goes into *err as well. A message about an unreadable document, given
+  /// without parameters, gets the problem's text.
   std::uint32_t CollectMsgs(std::int32_t type, std::int32_t code, std::int32_t* err);
   std::uint32_t CollectMsgs(std::int32_t type, std::int32_t code,
                             const std::vector<std::string>& parameters, std::int32_t* err);

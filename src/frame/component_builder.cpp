@@ -14,12 +14,19 @@
 #include "kit/contract/allocation.h"
 #include "report/result_writer.h"
 
+using HbHelperV1::AskHost;
+
 namespace {
 
 constexpr std::uint32_t kFirstInput = 1;
 constexpr const char* kContainerKey = "StatXML";
 constexpr const char* kMediaType = "application/vnd.lyra.stat+xml";
 constexpr const char* kFileName = "NPARstatxml.xml";
+
+std::uint32_t NotOffered(std::int32_t* err) {
+  *err = QDHB_700::kNotOffered;
+  return NPAR_NO_HELPER;
+}
 
 std::uint32_t OrElse(std::uint32_t result, std::uint32_t fallback) {
   return result != HB_OK ? result : fallback;
@@ -46,13 +53,13 @@ std::uint32_t NPARComponentBuilder::BuildModelSettings(const HbHelperV1::XMLDocu
 
 std::uint32_t NPARComponentBuilder::Configure(std::int32_t* err) {
   ClearMsgs();
+  GetCancelSource()->Set(false);
   if (ScanParameters(err) != HB_OK) return Fail(*err, NPAR_NOT_CONFIGURED, err);
   if (ParseDataModel(err, false, kFirstInput) != HB_OK) {
     return Fail(*err, NPAR_NOT_CONFIGURED, err);
   }
   MakeInputAdapter(false);
   if (!inputAdapter->BuildVarlist(err)) {
-    *err = catalogue::platform::kNoVariables;
     return Fail(catalogue::platform::kNoVariables, NPAR_FAILED, err);
   }
   HbHelperV1::XMLDocument document;
@@ -76,7 +83,7 @@ std::uint32_t NPARComponentBuilder::BuildExecutionRequirements(const QDSettings&
   if (result == HB_OK) result = CheckWeightNotAnalysed(variables, fields, err);
   if (result != HB_OK) return result;
   const auto helper = HbHelperV1::HostHelper::create(GetHBHostHandle());
-  if (helper == nullptr) return NPAR_NO_HELPER;
+  if (helper == nullptr) return NotOffered(err);
   document = helper->createNew(HbHelperV1::XMLElements::Execution);
   const RequestedFields requested{fields, caseIdField};
   AddMissingOperation(document, settings, variables, requested);
@@ -137,7 +144,11 @@ std::uint32_t NPARComponentBuilder::BeginExecution(HBIterator* iterator, HBProgr
                                                    std::int32_t* err) {
   if (!IsConfigured()) return NPAR_NOT_CONFIGURED;
   ClearMsgs();
-  GetCancelSource()->Set(false);
+  // A cancel that came before the run is meant for it; with its end it is done with.
+  struct CancelEnd {
+    QDHB_700::QDCancelSource* source;
+    ~CancelEnd() { source->Set(false); }
+  } const cancelEnd{GetCancelSource()};
   SetDataHelper(std::make_unique<HbHelperV1::DataHelper>(iterator, true).release());
   SetProgressHandle(progress);
   progressListener->SetProgressHandle(progress);
@@ -157,12 +168,11 @@ std::uint32_t NPARComponentBuilder::RunExecution(std::int32_t* err) {
 
 std::uint32_t NPARComponentBuilder::PrepareAlgorithm(NPARFactory& factory, std::int32_t* err) {
   if (!inputAdapter->BuildVarlist(err)) {
-    *err = catalogue::platform::kNoVariables;
     return Fail(catalogue::platform::kNoVariables, NPAR_FAILED, err);
   }
   if (const std::uint32_t result = TranslateSettings(err); result != HB_OK) return result;
   algorithm.reset();
-  AddModelIdentifier(err);
+  AddModelIdentifier();
   algorithm.reset(factory.CreateQDAlgorithm(*flatSettings, inputAdapter->GetVarList()));
   const std::uint32_t result = Check(factory.GetStatus(), err);
   return result == HB_OK && algorithm == nullptr ? NPAR_FAILED : result;
@@ -181,14 +191,16 @@ std::uint32_t NPARComponentBuilder::TranslateSettings(std::int32_t* err) {
   return Check(translated, err);
 }
 
-void NPARComponentBuilder::AddModelIdentifier(std::int32_t* err) {
+void NPARComponentBuilder::AddModelIdentifier() {
   HBContext* context = GetHBContextHandle();
   std::int64_t identifier = 0;
-  // A host that has no number to give leaves 0 in the document.
+  std::int32_t ignored = 0;  // a host that has no number to give leaves 0 in the document
   if (HB_HAS(context, HBContextTable, newIdentifier)) {
-    context->table->newIdentifier(context, &identifier, err);
+    static_cast<void>(AskHost(
+        &ignored, [&] { return context->table->newIdentifier(context, &identifier, &ignored); }));
   }
-  flatSettings->AddNewSetting("NParStatXMLModelID", static_cast<double>(identifier), "");
+  // As a text, since a double rounds numbers above 2^53.
+  flatSettings->AddNewSetting("NParStatXMLModelID", std::to_string(identifier), "");
 }
 
 std::uint32_t NPARComponentBuilder::ExecuteAlgorithm(QDHB_700::QDPeerIterator& records,
@@ -198,13 +210,11 @@ std::uint32_t NPARComponentBuilder::ExecuteAlgorithm(QDHB_700::QDPeerIterator& r
   const QDStatus status = algorithm->Execute(records, 0);
   // What was read before the host's records broke off is no sample of anything.
   if (records.GetHostError() != 0) {
-    *err = QDHB_700::kIteratorFailed;
     return OrElse(CollectMsgs(QDHB_700::kErrorMessage, QDHB_700::kIteratorFailed,
                               {std::to_string(records.GetHostError())}, err),
                   NPAR_FAILED);
   }
-  if (records.GetDeliveredCount() == 0) {
-    *err = catalogue::platform::kNoRecord;
+  if (records.GetDeliveredCount() == 0 && status.GetErrorCode() != kCancelled) {
     return Fail(catalogue::platform::kNoRecord, NPAR_FAILED, err);
   }
   return Check(status, err);
@@ -214,7 +224,7 @@ std::uint32_t NPARComponentBuilder::PublishResult(std::int32_t* err) {
   std::ostringstream stream;
   NPARRunInfo runInfo;
   QDHB_700::QDPeerHostInfo hostInfo;
-  std::int32_t ignored = 0;  // a host that does not name itself stays unnamed
+  std::int32_t ignored = 0;  // a host may fail to name itself, and to close what it has taken
   if (GetHostInformation(hostInfo, &ignored) == HB_OK) {
     runInfo.applicationName = hostInfo.name;
     runInfo.applicationVersion = hostInfo.version;
@@ -225,15 +235,19 @@ std::uint32_t NPARComponentBuilder::PublishResult(std::int32_t* err) {
 
   HBContext* context = GetHBContextHandle();
   HBContainerFile* container = nullptr;
-  if (!HB_HAS(context, HBContextTable, getOutputContainer)) return NPAR_NO_HELPER;
-  const std::uint32_t asked =
-      context->table->getOutputContainer(context, kContainerKey, 1, &container, err);
+  if (!HB_HAS(context, HBContextTable, getOutputContainer)) return NotOffered(err);
+  const std::uint32_t asked = AskHost(err, [&] {
+    return context->table->getOutputContainer(context, kContainerKey, 1, &container, err);
+  });
   if (asked != HB_OK) return asked;
   const auto helper = HbHelperV1::ContainerHelper::create(container);
-  if (helper == nullptr) return NPAR_NO_HELPER;
+  if (helper == nullptr) return NotOffered(err);
   const std::uint32_t result = helper->putString(
       nullptr, helper->constructMetadata(kMediaType, kFileName), stream.str(), err);
-  if (HB_HAS(container, HBContainerFileTable, close)) container->table->close(container, err);
+  if (HB_HAS(container, HBContainerFileTable, close)) {
+    static_cast<void>(
+        AskHost(&ignored, [&] { return container->table->close(container, &ignored); }));
+  }
   return result;
 }
 
@@ -242,6 +256,7 @@ std::uint32_t NPARComponentBuilder::EndExecution(std::int32_t* err) {
   inputAdapter.reset();
   algorithm.reset();
   flatSettings.reset();
+  GetCancelSource()->Set(false);
   *err = 0;
   return HB_OK;
 }
@@ -250,7 +265,7 @@ std::uint32_t NPARComponentBuilder::ReportNoMemory(std::int32_t* err) noexcept {
   *err = kMemoryExhausted;
   try {
     return Fail(kMemoryExhausted, NPAR_FAILED, err);
-  } catch (const std::exception&) {
+  } catch (...) {
     return NPAR_FAILED;
   }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -33,6 +34,10 @@ class NPARComponentBuilder final : public QDHB_700::QDPeer {
   std::uint32_t BuildModelSettings(const HbHelperV1::XMLDocument& document,
                                    std::int32_t* err) override;
 
+  /// False while a call that must be alone is in hand, and until its Leave.
+  [[nodiscard]] bool Enter() noexcept { return !isInHand.exchange(true); }
+  void Leave() noexcept { isInHand.store(false); }
+
   /// Collects the message that memory ran out, as far as there is memory for it; NPAR_FAILED.
   std::uint32_t ReportNoMemory(std::int32_t* err) noexcept;
 
@@ -52,7 +57,7 @@ class NPARComponentBuilder final : public QDHB_700::QDPeer {
   std::uint32_t ExecuteAlgorithm(QDHB_700::QDPeerIterator& records, std::int32_t* err);
   std::uint32_t PublishResult(std::int32_t* err);
 
-  void AddModelIdentifier(std::int32_t* err);
+  void AddModelIdentifier();
   /// Collects the warnings or the error of a status; the host's answer.
   std::uint32_t CollectStatus(QDStatus status, std::int32_t* err);
   /// Collects as CollectStatus; the host's answer or, where that is 0, `fallback`.
@@ -67,4 +72,5 @@ class NPARComponentBuilder final : public QDHB_700::QDPeer {
   std::unique_ptr<NPARProgressListener> progressListener;
   std::vector<std::string> fieldNames;  // what the selected tests read
   std::string caseIdField;
+  std::atomic<bool> isInHand{false};
 };

@@ -1,14 +1,12 @@
 #include "frame/component_factory.h"
 
-#include <exception>
-
 #include "frame/component_builder.h"
 
 NPARComponentBuilder* NPARComponentFactory::CreateComponent(HBContext* context,
                                                             HBHost* host) noexcept {
   try {
     return new NPARComponentBuilder(context, host);
-  } catch (const std::exception&) {
+  } catch (...) {
     return nullptr;
   }
 }

@@ -30,6 +30,18 @@ std::uint32_t CallComponent(void* component, std::int32_t* err, Call call,
   }
 }
 
+/// A call into a component in which there may be no other such call: not from a callback of the
+/// host's, which would pull the ground from under the call in hand, and not from another thread.
+template <typename Call>
+std::uint32_t CallAlone(void* component, std::int32_t* err, Call call) noexcept {
+  if (component == nullptr) return NPAR_NULL_ARGUMENT;
+  auto& builder = *static_cast<NPARComponentBuilder*>(component);
+  if (!builder.Enter()) return NPAR_BUSY;
+  const std::uint32_t result = CallComponent(component, err, call);
+  builder.Leave();
+  return result;
+}
+
 std::string ModuleInformation(const HbHelperV1::HostHelper& helper) {
   HbHelperV1::XMLDocument document = helper.createNew("ModuleInformation");
   HbHelperV1::XMLElement module = document.addElement("Module");
@@ -48,7 +60,8 @@ std::uint32_t AnnounceRequirements(const NPARComponentBuilder& component, std::i
   constexpr std::int32_t kWantsRequirements = 21;
   HBContext* context = component.GetHBContextHandle();
   if (!HB_HAS(context, HBContextTable, setCodes)) return HB_OK;
-  return context->table->setCodes(context, &kWantsRequirements, 1, err);
+  return HbHelperV1::AskHost(
+      err, [&] { return context->table->setCodes(context, &kWantsRequirements, 1, err); });
 }
 
 }  // namespace
@@ -91,12 +104,13 @@ QD_EXPORT uint32_t hb_create_component(HBContext* context, void*, void** compone
 
 QD_EXPORT uint32_t hb_destroy_component(void* component) {
   if (component == nullptr) return NPAR_NULL_ARGUMENT;
+  if (!static_cast<NPARComponentBuilder*>(component)->Enter()) return NPAR_BUSY;
   ::operator delete(component);  // the storage alone: hosts end a run first
   return HB_OK;
 }
 
 QD_EXPORT uint32_t hb_component_configure(void* component, int32_t* err) {
-  return CallComponent(component, err, [](NPARComponentBuilder& builder, std::int32_t* code) {
+  return CallAlone(component, err, [](NPARComponentBuilder& builder, std::int32_t* code) {
     const std::uint32_t result = builder.Configure(code);
     return result != HB_OK ? result : AnnounceRequirements(builder, code);
   });
@@ -127,7 +141,7 @@ QD_EXPORT uint32_t hb_component_getIteratorRequirements(void* component, int32_t
 
 QD_EXPORT uint32_t hb_component_beginExecution(void* component, HBProgress* progress,
                                                int32_t* err) {
-  return CallComponent(component, err, [=](NPARComponentBuilder& builder, std::int32_t* code) {
+  return CallAlone(component, err, [=](NPARComponentBuilder& builder, std::int32_t* code) {
     HBIterator* records = nullptr;
     if (builder.GetInputIterator(0, &records, code) != HB_OK) return NPAR_NULL_ARGUMENT;
     return builder.BeginExecution(records, progress, code);
@@ -141,7 +155,7 @@ QD_EXPORT uint32_t hb_component_cancelExecution(void* component, int32_t* err) {
 }
 
 QD_EXPORT uint32_t hb_component_endExecution(void* component, int32_t* err) {
-  return CallComponent(component, err, [](NPARComponentBuilder& builder, std::int32_t* code) {
+  return CallAlone(component, err, [](NPARComponentBuilder& builder, std::int32_t* code) {
     return builder.EndExecution(code);
   });
 }

@@ -24,5 +24,7 @@ void NPARProgressListener::PassBegins(const PassInHand& pass) {
   for (const std::string& name : pass.testNames) names.push_back(name.c_str());
   const char* order = pass.orderField.empty() ? nullptr : pass.orderField.c_str();
   std::int32_t err = 0;
-  static_cast<void>(handle->table->beginPass(handle, names.data(), names.size(), order, &err));
+  static_cast<void>(HbHelperV1::AskHost(&err, [&] {
+    return handle->table->beginPass(handle, names.data(), names.size(), order, &err);
+  }));
 }

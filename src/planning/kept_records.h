@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/order/interruption.h"
 #include "kit/order/large_array.h"
 #include "kit/records/batch_source.h"
 
@@ -150,7 +151,10 @@ class KeptWalk : public MultiPassRecordIter, public BatchSource, private RecordB
   const Record* Next() final;
   int GetState() const final { return next < records.Count() ? 0 : 1; }
   int Reset() final;
-  RecordBatch* NextBatch() final { return Advance(kRecordsAtOnce) ? this : nullptr; }
+  RecordBatch* NextBatch() final {
+    Interruption::Check();
+    return Advance(kRecordsAtOnce) ? this : nullptr;
+  }
   [[nodiscard]] int Width() const final { return records.Width(); }
   [[nodiscard]] bool MayHold(const MissingMark& mark) const final {
     return records.Column(mark.variable).Holds(mark.value);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <iterator>
 #include <numeric>
 #include <set>
@@ -15,7 +16,6 @@
 
 namespace {
 
-constexpr std::int32_t kCancelled = 1;
 constexpr std::int32_t kNotExecuted = 6;
 constexpr std::int32_t kNoEntry = 220001;        // the settings hold no list-valued entry
 constexpr std::int32_t kUnfitVariable = 220004;  // a variable of a kind that no test takes
@@ -44,6 +44,25 @@ const TableRow* FindRow(std::string_view entryName) {
   return row == kRows.end() ? nullptr : &*row;
 }
 
+/// Ends a run that is cancelled wherever it is at work.
+class CancelInterruption final : public Interruption {
+ public:
+  explicit CancelInterruption(CancelPair& cancelPair) noexcept : cancelPair(cancelPair) {}
+
+ private:
+  bool ShallStop() override { return cancelPair.Check(); }
+  CancelPair& cancelPair;
+};
+
+/// A 64-bit integer in decimal; 0 where it is left out.
+std::int64_t ReadModelId(const QDSettings& settings) {
+  std::string text;
+  std::int64_t modelId = 0;
+  static_cast<void>(settings.GetSettingValByName("NParStatXMLModelID", text));
+  std::from_chars(text.data(), text.data() + text.size(), modelId);
+  return modelId;
+}
+
 }  // namespace
 
 NPARPlanner::NPARPlanner(const QDSettings* settings, const QDVarList* variables)
@@ -60,7 +79,7 @@ void NPARPlanner::SetCancelSource(ICancelSource* source) {
 }
 
 std::string NPARPlanner::GetDescription() const {
-  return "Nonparemetic Tests Component Ver. 1.0 Copyright (c) Lyra";  // hosts read it so
+  return "Nonparemetic Tests Component Ver. 1.0Copyright (c) Lyra";  // hosts read it so
 }
 
 void NPARPlanner::ResetRun() {
@@ -85,6 +104,7 @@ void NPARPlanner::ReadRunSettings() {
 QDStatus NPARPlanner::Execute(RecordIterator& records, std::int32_t /*reserved*/) {
   ResetRun();
   NPARWarning::Instance().Clear();
+  const CancelInterruption interruption(cancelPair);
   status = GuardAllocation(kNoMemory, [&] { return PrepareRun(records); });
   if (status.IsOK()) {
     // A construct function may set the status of the run, which a success does not take back.
@@ -153,9 +173,7 @@ QDStatus NPARPlanner::BuildTests() {
 }
 
 QDStatus NPARPlanner::RunTests() {
-  const QDStatus summarised = univariates->Run();
-  // A summary that failed shows in the tests that read it; only a lack of memory ends the run.
-  if (summarised.GetErrorCode() == kMemoryExhausted) return summarised;
+  static_cast<void>(univariates->Run());  // a summary that failed shows in what reads it
   ReleaseOrdersOfSummaries();
   return RunWorkers();
 }
@@ -206,9 +224,7 @@ QDStatus NPARPlanner::WriteOutput(std::ostream& stream, const NPARRunInfo& runIn
     const UnivariateResults univariateResults(univariates.get());
     NPARResultWriter writer(variables, &univariateResults, std::move(results), analysisMissing,
                             sigLevel, confidenceLevel, weightIndex, caseIdIndex);
-    std::int32_t modelId = 0;
-    static_cast<void>(settings->GetSettingValByName("NParStatXMLModelID", modelId));
-    return writer.Write(stream, modelId, runInfo);
+    return writer.Write(stream, ReadModelId(*settings), runInfo);
   });
 }
 

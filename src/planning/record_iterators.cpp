@@ -28,6 +28,7 @@ QDStatus InitialDataReader::Read() {
     static_cast<void>(source->Reset());  // a source that stands nowhere has no record
     bool isFirst = true;
     while (RecordBatch* batch = source->NextBatch()) {
+      Interruption::Check();
       if (std::exchange(isFirst, false)) Prepare();
       const QDStatus status = Keep(*batch);
       if (status.IsError()) return status;

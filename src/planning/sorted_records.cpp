@@ -49,6 +49,7 @@ class EntriesToSort {
   template <typename Use>
   void ForEachBlock(Use use) const {
     for (std::size_t first = 0; first < order.count; first += KeptRecords::kBlockSize) {
+      Interruption::Check();
       use(first, std::min(KeptRecords::kBlockSize, order.count - first));
     }
   }

@@ -1,5 +1,11 @@
 #include <gmock/gmock.h>
 
+#include <limits>
+#include <memory>
+#include <thread>
+#include <utility>
+
+#include "support/all_tests_host.h"
 #include "support/loaded_component.h"
 #include "support/parameters_text.h"
 #include "support/schema.h"
@@ -104,6 +110,7 @@ TEST(Exports, RunPublishesOneClosedStream) {
 
 TEST(Exports, ComponentRunsAgainAndConfiguresAgain) {
   AnswersHost host;
+  host.lastIdentifier = std::numeric_limits<std::int64_t>::max() - 3;
   LoadedComponent component(host);
   ASSERT_EQ(component.Configure(), HB_OK);
   ASSERT_EQ(component.Begin(), HB_OK);
@@ -112,8 +119,9 @@ TEST(Exports, ComponentRunsAgainAndConfiguresAgain) {
   ASSERT_EQ(component.Begin(), HB_OK) << "a further run needs no new configuration";
   ASSERT_EQ(component.End(), HB_OK);
   ASSERT_EQ(host.containers.size(), 3u);
-  EXPECT_EQ(host.lastIdentifier, 3) << "each run has an identifier of its own";
   EXPECT_NE(host.containers[0]->text, host.containers[1]->text);
+  EXPECT_THAT(host.containers[2]->text, HasSubstr("modelID=\"9223372036854775807\""))
+      << "each run has an identifier of its own, all its bits";
 
   host.parameters = "<Parameters/>";
   EXPECT_EQ(component.Configure(), NPAR_NOT_CONFIGURED);
@@ -158,6 +166,7 @@ TEST(Exports, SelectionProblemsFailTheConfigurationWithTheirMessage) {
     LoadedComponent component(host);
     EXPECT_EQ(component.Configure(), NPAR_NOT_CONFIGURED);
     EXPECT_THAT(host.messages, ElementsAre(Message{3, row.code, {}}));
+    EXPECT_EQ(component.err, row.code);
     EXPECT_THAT(component.Messages(), HasSubstr("code=\"" + std::to_string(row.code) + "\""));
     EXPECT_EQ(component.Requirements(), "");
     EXPECT_THAT(host.codes, IsEmpty()) << "nothing is announced";
@@ -206,21 +215,21 @@ TEST(Exports, RunWithoutRecordsReports240037AndAsksForNoContainer) {
   EXPECT_EQ(host.CallCount("getOutputContainer"), 0);
 }
 
-TEST(Exports, EveryHostCallThatFailsFailsTheRunWithNothingPublished) {
+TEST(Exports, EveryHostCallThatFailsOrThrowsFailsTheRunWithNothingPublished) {
   struct Case {
     const char* entry;
     std::uint32_t configured;
     std::uint32_t begun;
     std::vector<Message> messages;
   };
-  const std::vector<std::string> kHostCode = {"77"};
+  const std::vector<std::string> kItsCode = {"its code"};
   const Case kCases[] = {
       {"getParameters", NPAR_NOT_CONFIGURED, HB_OK, {{3, 240010, {}}}},
       {"getDataModel", NPAR_NOT_CONFIGURED, HB_OK, {{3, 240012, {}}}},
       {"setCodes", 55, HB_OK, {}},
       {"getInputIterator", HB_OK, NPAR_NULL_ARGUMENT, {}},
-      {"rewind", HB_OK, NPAR_FAILED, {{3, 240014, kHostCode}}},
-      {"readBlock", HB_OK, NPAR_FAILED, {{3, 240014, kHostCode}}},
+      {"rewind", HB_OK, NPAR_FAILED, {{3, 240014, kItsCode}}},
+      {"readBlock", HB_OK, NPAR_FAILED, {{3, 240014, kItsCode}}},
       {"getOutputContainer", HB_OK, 55, {}},
       {"putStream", HB_OK, 55, {}},
       {"getInformation", HB_OK, HB_OK, {}},  // an unnamed host is served all the same
@@ -230,21 +239,34 @@ TEST(Exports, EveryHostCallThatFailsFailsTheRunWithNothingPublished) {
       {"close", HB_OK, HB_OK, {}},
   };
   for (const Case& row : kCases) {
-    SCOPED_TRACE(row.entry);
-    AnswersHost host;
-    LoadedComponent component(host);
-    host.FailCall(row.entry, 1, 55);
-    const std::uint32_t configured = component.Configure();
-    EXPECT_EQ(configured, row.configured);
-    if (configured == HB_OK) {
-      EXPECT_EQ(component.Begin(), row.begun);
-      EXPECT_EQ(host.Published().empty(), row.begun != HB_OK);
-    }
-    EXPECT_EQ(host.messages, row.messages);
+    for (const bool throws : {false, true}) {
+      SCOPED_TRACE(std::string(row.entry) + (throws ? " throws" : ""));
+      const std::uint32_t answer = throws ? HB_FAILED : 55;
+      const std::int32_t itsCode = throws ? 240017 : RecordingHost::kHostError;
+      const auto resultOf = [answer](std::uint32_t result) {
+        return result == 55 ? answer : result;
+      };
+      AnswersHost host;
+      LoadedComponent component(host);
+      host.FailCall(row.entry, 1, throws ? RecordingHost::kThrows : 55);
+      const std::uint32_t configured = component.Configure();
+      EXPECT_EQ(configured, resultOf(row.configured));
+      if (configured == HB_OK) {
+        EXPECT_EQ(component.Begin(), resultOf(row.begun));
+        EXPECT_EQ(host.Published().empty(), row.begun != HB_OK);
+      }
+      std::vector<Message> messages = row.messages;
+      for (Message& message : messages) {
+        if (message.parameters == kItsCode) message.parameters = {std::to_string(itsCode)};
+      }
+      EXPECT_EQ(host.messages, messages);
+      const bool isServed = row.configured == HB_OK && row.begun == HB_OK;
+      EXPECT_EQ(component.err, isServed ? 0 : messages.empty() ? itsCode : messages.back().code);
 
-    EXPECT_EQ(component.Configure(), HB_OK) << "the same component serves on";
-    EXPECT_EQ(component.Begin(), HB_OK);
-    EXPECT_THAT(host.containers.back()->text, HasSubstr(kExactP));
+      EXPECT_EQ(component.Configure(), HB_OK) << "the same component serves on";
+      EXPECT_EQ(component.Begin(), HB_OK);
+      EXPECT_THAT(host.containers.back()->text, HasSubstr(kExactP));
+    }
   }
 }
 
@@ -274,6 +296,78 @@ TEST(Exports, OlderTablesAreServedAsFarAsTheyReach) {
   // With one entry less there is no way to publish.
   host.contextTable.size = offsetof(HBContextTable, getOutputContainer);
   EXPECT_EQ(component.Begin(), NPAR_NO_HELPER);
+}
+
+TEST(Exports, RecordsByBlocksNeedNoOtherRoad) {
+  AnswersHost host;
+  host.iteratorTable.next = nullptr;
+  host.iteratorTable.getValue = nullptr;
+  LoadedComponent component(host);
+  EXPECT_EQ(component.ConfigureAndRun(), HB_OK) << component.Messages();
+}
+
+TEST(Exports, CancelBeforeTheRunIsNotLost) {
+  const LoadedLibrary& library = LoadedLibrary::Instance();
+  AnswersHost host;
+  LoadedComponent component(host);
+  const auto cancel = [&] {
+    EXPECT_EQ(library.cancelExecution(component.Handle(), nullptr), HB_OK);
+  };
+  cancel();
+  ASSERT_EQ(component.Configure(), HB_OK);
+  EXPECT_EQ(component.Begin(), HB_OK) << "forgotten by the configuration";
+  cancel();
+  EXPECT_EQ(component.Begin(), NPAR_FAILED);
+  EXPECT_THAT(host.messages, ElementsAre(Message{3, 1, {}}));
+  EXPECT_EQ(component.err, 1);
+  EXPECT_EQ(component.Begin(), HB_OK) << "it was for that run alone";
+  cancel();
+  EXPECT_EQ(component.End(), HB_OK);
+  EXPECT_EQ(component.Begin(), HB_OK) << "it was for a run that has ended";
+}
+
+TEST(Exports, CallsThatWouldPullTheGroundFromUnderACallInHandAreRefused) {
+  const LoadedLibrary& library = LoadedLibrary::Instance();
+  AnswersHost host;
+  LoadedComponent component(host);
+  int refused = 0;
+  const auto tryAll = [&] {
+    std::int32_t err = 0;
+    std::size_t needed = 0;
+    EXPECT_EQ(component.Configure(), NPAR_BUSY);
+    EXPECT_EQ(component.Begin(), NPAR_BUSY);
+    EXPECT_EQ(component.End(), NPAR_BUSY);
+    EXPECT_EQ(library.destroy(component.Handle()), NPAR_BUSY);
+    EXPECT_EQ(library.getMessages(component.Handle(), nullptr, 0, &needed, &err),
+              NPAR_BUFFER_TOO_SMALL)
+        << "queries are answered";
+    ++refused;
+  };
+  host.onRecords = tryAll;
+  host.onProgress = [&](double) { tryAll(); };
+  host.onMessage = tryAll;
+  EXPECT_EQ(component.ConfigureAndRun(), HB_OK) << component.Messages();
+  EXPECT_THAT(host.Published(), HasSubstr(kExactP));
+  host.parameters = "<Parameters/>";
+  const int before = std::exchange(refused, 0);
+  EXPECT_EQ(component.Configure(), NPAR_NOT_CONFIGURED);
+  EXPECT_GT(before, 3);
+  EXPECT_EQ(refused, 1);
+}
+
+TEST(Exports, TwoComponentsRunInTwoThreads) {
+  AllTestsHost hosts[2];
+  std::unique_ptr<LoadedComponent> components[2];
+  for (int i = 0; i < 2; ++i) components[i] = std::make_unique<LoadedComponent>(hosts[i]);
+  const auto run = [&](int i) {
+    for (int repeat = 0; repeat < 5; ++repeat) {
+      EXPECT_EQ(components[i]->ConfigureAndRun(), HB_OK) << components[i]->Messages();
+    }
+  };
+  std::thread other(run, 1);
+  run(0);
+  other.join();
+  EXPECT_EQ(hosts[0].Published(), hosts[1].Published());
 }
 
 TEST(Exports, ProgressGoesUpFrom25To90) {

@@ -106,6 +106,7 @@ struct RecordingHost::Entries {
                                       std::int32_t* err) {
     RecordingHost& host = HostOf(self);
     host.messages.push_back({type, code, {texts, texts + count}});
+    if (host.onMessage) host.onMessage();
     return host.Called("deliverMessage", err);
   }
 
@@ -260,6 +261,7 @@ std::uint32_t RecordingHost::Called(const std::string& entry, std::int32_t* err)
   calls.push_back(entry);
   const auto failure = failures.find(entry);
   if (failure == failures.end() || ++callCounts[entry] != failure->second.number) return HB_OK;
+  if (failure->second.result == kThrows) throw failure->second.err;
   *err = failure->second.err;
   return failure->second.result;
 }

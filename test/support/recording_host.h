@@ -50,6 +50,8 @@ class RecordingHost {
   void FailCall(const std::string& entry, int number, std::uint32_t result = HB_FAILED,
                 std::int32_t err = kHostError);
   static constexpr std::int32_t kHostError = 77;
+  /// A result for FailCall: the call throws what is no std::exception.
+  static constexpr std::uint32_t kThrows = 0xFFFFFFFF;
 
   /// How often an entry was called.
   [[nodiscard]] int CallCount(const std::string& entry) const;
@@ -76,6 +78,7 @@ class RecordingHost {
   std::int64_t lastIdentifier = 0;
   std::function<void(double)> onProgress;
   std::function<void()> onRecords;  ///< before each next or readBlock
+  std::function<void()> onMessage;
 
   // How the host speaks.
   HBHostTable hostTable;

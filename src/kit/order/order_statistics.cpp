@@ -204,6 +204,7 @@ Cut CutInStretches(const Table& table, double bound) {
 
 template <typename Table>
 Cut CutAt(const Table& table, double bound) {
+  Interruption::Check();
   if constexpr (Table::kIsPlain) return CutInStretches(table, bound);
   Cut cut;
   WalkStaircase(table, bound, [&](std::size_t row, std::size_t end) {

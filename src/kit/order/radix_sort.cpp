@@ -92,6 +92,7 @@ void SortInPlace(Entry* entries, Entry* spare, std::size_t count, std::uint64_t 
   Entry* to = spare;
   for (int digit = 0; digit < digits; ++digit) {
     if (DigitOf(varying >> shift, digit) == 0) continue;
+    if (count > kFewEntries) Interruption::Check();
     auto& place = places[static_cast<std::size_t>(digit)];
     std::exclusive_scan(place.begin(), place.end(), place.begin(), 0U);
     for (std::size_t i = 0; i < count; ++i) {
@@ -136,6 +137,7 @@ void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends) {
   std::size_t spareSize = 0;
   std::size_t begin = 0;
   for (const std::size_t end : ends) {
+    Interruption::Check();
     std::uint64_t differing = 0;
     for (std::size_t i = begin; i < end; ++i) differing |= entries[i].Key() ^ entries[begin].Key();
     const std::size_t size = end - begin;
@@ -171,6 +173,7 @@ void SortKeys(PlainKey* keys, std::size_t count) {
   // Some keys are on their way at once, so that the next one's place is sought while one waits for
   // the memory; each ends where one of them came from.
   for (std::size_t bucket = 0; bucket < ends.size(); ++bucket) {
+    Interruption::Check();
     while (buckets.Ends()[bucket] < ends[bucket]) {
       const std::size_t open = buckets.Ends()[bucket];
       const std::size_t openEnd = std::min<std::size_t>(open + kAtOnce, ends[bucket]);

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
+#include "kit/order/interruption.h"
 #include "kit/order/large_array.h"
 
 /// Bits that compare as unsigned integers as the doubles compare: a negative zero equals zero,
@@ -112,14 +114,24 @@ class EntriesByPlace {
   }
   template <typename Take>
   void ForEachKey(Take take) const {
-    for (std::size_t place = 0; place < count; ++place) take(entryAt(place).Key());
+    ForEachPlace([&](std::size_t place) { take(entryAt(place).Key()); });
   }
   template <typename Take>
   void ForEachEntry(Take take) const {
-    for (std::size_t place = 0; place < count; ++place) take(entryAt(place));
+    ForEachPlace([&](std::size_t place) { take(entryAt(place)); });
   }
 
  private:
+  template <typename Use>
+  void ForEachPlace(Use use) const {
+    constexpr std::size_t kBetweenChecks = std::size_t{1} << 16;
+    for (std::size_t place = 0; place < count;) {
+      Interruption::Check();
+      const std::size_t end = std::min(count, place + kBetweenChecks);
+      for (; place < end; ++place) use(place);
+    }
+  }
+
   std::size_t count;
   EntryAt& entryAt;
 };

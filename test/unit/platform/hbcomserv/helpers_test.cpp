@@ -32,6 +32,29 @@ TEST(DataHelper, BothRoadsGiveTheSameRecordsAsFarAsTheyFit) {
   }
 }
 
+TEST(DataHelper, RecordsThatComeWithTheEndAreTaken) {
+  RecordingHost host;
+  host.iteratorTable.readBlock = [](HBIterator*, double* buffer, std::size_t, std::size_t,
+                                    std::size_t* recordCount, std::int32_t*) -> std::uint32_t {
+    *buffer = 7;
+    *recordCount = 1;
+    return HB_END_OF_RECORDS;
+  };
+  DataHelper helper(host.Iterator(), true);
+  std::array<double, 4> buffer{};
+  for (const char* pass : {"first", "second"}) {
+    SCOPED_TRACE(pass);
+    std::size_t count = 0;
+    std::int32_t err = 0;
+    ASSERT_EQ(helper.Rewind(&err), HB_OK);
+    ASSERT_EQ(helper.ReadBlock(buffer.data(), 4, 1, &count, &err), HB_OK);
+    EXPECT_EQ(count, 1u);
+    EXPECT_EQ(buffer[0], 7);
+    ASSERT_EQ(helper.ReadBlock(buffer.data(), 4, 1, &count, &err), HB_OK);
+    EXPECT_EQ(count, 0u) << "nothing is asked of a host that is at its end";
+  }
+}
+
 TEST(DataHelper, AnswersThatBreakTheRulesAreRefused) {
   RecordingHost host;
   host.records = {{1, 2}};

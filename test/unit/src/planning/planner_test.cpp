@@ -120,6 +120,7 @@ TEST_F(Planner, NeedsAnEntryAndTakesOneOfAnUnknownName) {
 }
 
 TEST_F(Planner, WritesTheResultsOfARunOnce) {
+  EXPECT_EQ(planner.GetDescription(), "Nonparemetic Tests Component Ver. 1.0Copyright (c) Lyra");
   Plant([this] { planner.AddTest(Make("a")); });
   std::ostringstream document;
   EXPECT_EQ(planner.WriteOutput(document, NPARRunInfo()), QDStatus(6));

@@ -1,0 +1,27 @@
+#pragma once
+
+/// Thrown where long work stops because it is no longer wanted; caught where the work was begun.
+struct Interrupted {};
+
+/// Whether the work in hand is still wanted. Whoever begins long work makes one and keeps it until
+/// the end; what does the work, however deep below, asks now and then. A thread asks the latest of
+/// its own.
+class Interruption {
+ public:
+  Interruption() noexcept : outer(latest) { latest = this; }
+  Interruption(const Interruption&) = delete;
+  Interruption& operator=(const Interruption&) = delete;
+  virtual ~Interruption() { latest = outer; }
+
+  /// Throws Interrupted where the work in hand shall stop. Costs about as much as a virtual call:
+  /// once for some hundred values is never felt.
+  static void Check() {
+    if (latest != nullptr && latest->ShallStop()) throw Interrupted();
+  }
+
+ private:
+  [[nodiscard]] virtual bool ShallStop() = 0;
+
+  Interruption* outer;
+  static inline thread_local Interruption* latest = nullptr;
+};
