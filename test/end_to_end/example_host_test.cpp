@@ -23,15 +23,4 @@ TEST(ExampleHost, MissingLibraryIsToldAndExits2) {
   EXPECT_THAT(outcome.out, HasSubstr("no_such_library.so"));
 }
 
-TEST(ExampleHost, AnotherProviderTakesThePlatformsPlaceAtLoadTime) {
-  const ProcessResult outcome =
-      RunShell(std::string("ASAN_OPTIONS=verify_asan_link_order=0 LD_PRELOAD=" NPAR_BUILD_DIR
-                           "/lib/libcounting_distributions.so ") +
-               kHost);
-  EXPECT_EQ(outcome.exitCode, 0) << outcome.out;
-  EXPECT_THAT(outcome.out, HasSubstr("name=\"ExactSig2Tailed\" value=\"0.00390625\""));
-  // One lower and one upper binomial tail, one normal tail.
-  EXPECT_THAT(outcome.out, HasSubstr("CdfBin 2, normal 1\n"));
-}
-
 }  // namespace

@@ -125,16 +125,6 @@ TEST(ExampleReportsTest, EveryNumberOfATextReportIsInTheDocument) {
   }
 }
 
-TEST(ExampleReportsTest, NoLineIsLongerThan80Columns) {
-  using namespace npar_host;
-  for (const Example& example : Examples()) {
-    SCOPED_TRACE(example.parameters);
-    const ResultDocument document = ReadResultDocument(ResultOf(example), "result");
-    std::istringstream text(RenderText(document));
-    for (std::string line; std::getline(text, line);) EXPECT_LE(DisplayWidth(line), 80u) << line;
-  }
-}
-
 TEST(ExampleReportsTest, JsonFollowsItsSchemaAndHasTheFiguresOfTheDocument) {
   using namespace npar_host;
   using Json = nlohmann::json;

@@ -270,13 +270,6 @@ TEST(Exports, EveryHostCallThatFailsOrThrowsFailsTheRunWithNothingPublished) {
   }
 }
 
-TEST(Exports, HostsAnswerToAMessageEndsTheCall) {
-  RecordingHost host;
-  LoadedComponent component(host);
-  host.FailCall("deliverMessage", 1, 55);
-  EXPECT_EQ(component.Configure(), 55u);
-}
-
 TEST(Exports, OlderTablesAreServedAsFarAsTheyReach) {
   AnswersHost host;
   host.contextTable.size = offsetof(HBContextTable, deliverMessage);

@@ -55,6 +55,10 @@ TEST(Limits, OddDataGetAValidDocumentOfEveryTest) {
   constexpr double kDenormal = std::numeric_limits<double>::denorm_min();
   constexpr double kLargest = std::numeric_limits<double>::max();
   const Case kCases[] = {
+      {"one record",
+       [](auto& row, std::size_t i) {
+         if (i > 0) row[8] = 0.0;
+       }},
       {"all equal", [](auto& row, std::size_t) { row[0] = row[1] = row[2] = 7.0; }},
       {"all zero", [](auto& row, std::size_t) { row[0] = row[1] = row[2] = 0.0; }},
       {"all missing",
@@ -137,14 +141,6 @@ TEST(Limits, SumsOfWeightsPass31Bits) {
   EXPECT_THAT(ValidResult(host), testing::HasSubstr("name=\"TotalN\" value=\"" + total + "\""));
 }
 
-TEST(Limits, FewRecordsGetAValidDocument) {
-  for (const std::size_t count : {1u, 2u, 3u}) {
-    SCOPED_TRACE(count);
-    AllTestsHost host(count);
-    EXPECT_GT(Occurrences(ValidResult(host), "<Algorithm "), 30u);
-  }
-}
-
 TEST(Limits, TwoThousandFields) {
   RecordingHost host;
   std::vector<std::string> names;
@@ -211,24 +207,6 @@ TEST(Limits, PairsOfTenThousandGroupsWithDataAreRefused) {
   PairsHost host(10000);
   for (int i = 0; i < 20000; ++i) host.records.push_back({i / 2 * 1.0, i * 1.0});
   ExpectNoTableOfAllPairs(host, 3);
-}
-
-TEST(Limits, FiveHundredTestsInOneRun) {
-  RecordingHost host;
-  std::vector<std::string> names;
-  for (int i = 0; i < 125; ++i) {
-    names.push_back("f" + std::to_string(i));
-    host.fields += "<Field name='" + names.back() + "' measure='continuous'/>";
-  }
-  for (int i = 0; i < 100; ++i) {
-    host.records.emplace_back();
-    for (int k = 0; k < 125; ++k) host.records.back().push_back((i * (k + 3)) % 31);
-  }
-  host.parameters = "<Parameters>" + ListParameter("oneSampleVariables", names) +
-                    Family("OneSample") + Selected("OKolmogorovSmirnovNormal") +
-                    Selected("OKolmogorovSmirnovUniform") + Selected("OWilcoxonSignedRanks") +
-                    Selected("ORuns") + "</Parameters>";
-  EXPECT_EQ(Occurrences(ValidResult(host), "<Algorithm "), 500u);
 }
 
 TEST(Limits, FieldNamesMayHoldAnything) {

@@ -1,6 +1,8 @@
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <span>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -23,63 +25,27 @@ class Choices {
     rest = rest.subspan(1);
     return first;
   }
-  template <typename T, std::size_t kCount>
-  T OneOf(const T (&values)[kCount]) {
-    return values[Below(kCount)];
-  }
+  const auto& OneOf(const auto& values) { return values[Below(std::size(values))]; }
 
  private:
   std::span<const std::uint8_t> rest;
 };
 
-constexpr double kOddNumbers[] = {0.0,
-                                  -0.0,
-                                  1e-308,
-                                  5e-324,
-                                  1e308,
-                                  -1e308,
-                                  2147483647.0,
-                                  2147483648.0,
-                                  std::numeric_limits<double>::infinity(),
-                                  -std::numeric_limits<double>::infinity(),
-                                  std::numeric_limits<double>::quiet_NaN(),
-                                  0.1,
-                                  9007199254740993.0};
-constexpr const char* kTexts[] = {"true",
-                                  "false",
-                                  "0",
-                                  "1",
-                                  "-1",
-                                  "0.5",
-                                  "1e999",
-                                  "nan",
-                                  "",
-                                  "c0",
-                                  "c1",
-                                  "c2",
-                                  "c3",
-                                  "2",
-                                  "3",
-                                  "abc",
-                                  "95",
-                                  "-0.05",
-                                  "1e-9",
-                                  "100",
-                                  "pairWise",
-                                  "stepWise",
-                                  "none",
-                                  "givenCategoryList",
-                                  "getFromData",
-                                  "givenExpectedValue",
-                                  "givenCutPoint",
-                                  "sampleMidPoint",
-                                  "cutPointMedian",
-                                  "cutPointMean",
-                                  "cutPointValue",
-                                  "orderSmallestToLargest",
-                                  "orderLargestToSmallest",
-                                  "analysis",
-                                  "listwise"};
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kOddNumbers[] = {0.0,    -0.0,      1e-308,     5e-324, 1e308, -1e308, 0x1p31 - 1,
+                                  0x1p31, kInfinity, -kInfinity, kNan,   0.1,   0x1p53};
+
+const std::vector<std::string> kTexts = [] {
+  std::istringstream words(
+      "true false 0 1 -1 0.5 1e999 nan c0 c1 c2 c3 2 3 abc 95 -0.05 1e-9 100 pairWise stepWise "
+      "none givenCategoryList getFromData givenExpectedValue givenCutPoint sampleMidPoint "
+      "cutPointMedian cutPointMean cutPointValue orderSmallestToLargest orderLargestToSmallest "
+      "analysis listwise");
+  std::vector<std::string> texts{std::istream_iterator<std::string>(words), {}};
+  texts.insert(texts.begin() + 8, "");  // where the seeds expect it
+  return texts;
+}();
 
 struct FieldPlan {
   std::string name;
@@ -117,7 +83,7 @@ std::string List(Choices& choices, std::span<const FieldPlan> fields) {
 }
 
 std::string SettingValue(Choices& choices) {
-  const auto scalar = [&] { return " value='" + std::string(choices.OneOf(kTexts)) + "'"; };
+  const auto scalar = [&] { return " value='" + choices.OneOf(kTexts) + "'"; };
   switch (choices.Below(4)) {
     case 0: {
       std::string text = "><ListValue>";

@@ -1,11 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
-#include "kit/contract/test.h"
-#include "kit/groups/paired_differences.h"
 #include "kit/order/order_statistics.h"
+#include "tests/related/paired_test.h"
 
 /// Hodges-Lehmann estimate of the median of the paired differences d = second - first, with its
 /// distribution-free interval.
@@ -13,9 +11,9 @@
 /// Formulas, limits, sources: docs/statistics/hodges_lehmann_pairs.md.
 ///
 /// One pass; the Walsh averages are not listed.
-class NPARHodgesLehmannPairs final : public NPARTest {
+class NPARHodgesLehmannPairs final : public NPARPairedTest {
  public:
-  using NPARTest::NPARTest;
+  using NPARPairedTest::NPARPairedTest;
 
   XMLElement* WriteResults() override;
 
@@ -30,7 +28,6 @@ class NPARHodgesLehmannPairs final : public NPARTest {
 
  private:
   double confidenceLevel = 0.95;
-  PairedDifferences differences;
   WeightedValues values;  // d of each record
   double estimate = 0.0;
   double lower = 0.0;

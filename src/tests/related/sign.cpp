@@ -41,14 +41,6 @@ void NPARSign::Compute() {
   approximation = BinomialApproximation(differences.PositiveCount(), n, 0.5);
 }
 
-void NPARSign::StartPass() { differences.StartHistogram(); }
-
-void NPARSign::TakeAgain(RecordBatch& batch) {
-  differences.AddToHistogram(differences.Of(batch), batch.Size(), weight.TruncatedOf(batch));
-}
-
-void NPARSign::Finish() { differences.EndHistogram(); }
-
 XMLElement* NPARSign::WriteResults() {
   return WriteAlgorithm(
       *this,

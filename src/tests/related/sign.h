@@ -2,12 +2,9 @@
 
 #include <cstdint>
 #include <optional>
-#include <vector>
 
-#include "kit/contract/test.h"
-#include "kit/groups/paired_differences.h"
-#include "kit/records/record_weight.h"
 #include "kit/statistics/normal.h"
+#include "tests/related/paired_test.h"
 
 /// Sign test: is the median of the paired differences d = second - first zero?
 ///
@@ -15,12 +12,12 @@
 ///
 /// The exact value decides where there is one. Pass 0 yields every figure; pass 1 only the
 /// histogram of d, whose range pass 0 found.
-class NPARSign final : public NPARTest {
+class NPARSign final : public NPARPairedTest {
  public:
   /// The largest n with an exact p.
   static constexpr std::int64_t kExactLimit = 25;
 
-  using NPARTest::NPARTest;
+  using NPARPairedTest::NPARPairedTest;
 
   XMLElement* WriteResults() override;
 
@@ -30,12 +27,8 @@ class NPARSign final : public NPARTest {
   void Take(RecordBatch& batch) override;
   /// Error 220003: the weights sum to 0. Help message 220916: the exact p is given.
   void Compute() override;
-  void StartPass() override;
-  void TakeAgain(RecordBatch& batch) override;
-  void Finish() override;
 
  private:
-  PairedDifferences differences;
   NormalFigures approximation;  // as it stands where no difference is above or below 0
   std::optional<double> exactSig;
 };

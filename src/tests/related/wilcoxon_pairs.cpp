@@ -39,14 +39,6 @@ void NPARWilcoxonPairs::Compute() {
   figures = WilcoxonSignedRank(ranks.PositiveRankSum(), n, ranks.TieSum());
 }
 
-void NPARWilcoxonPairs::StartPass() { differences.StartHistogram(); }
-
-void NPARWilcoxonPairs::TakeAgain(RecordBatch& batch) {
-  differences.AddToHistogram(differences.Of(batch), batch.Size(), weight.TruncatedOf(batch));
-}
-
-void NPARWilcoxonPairs::Finish() { differences.EndHistogram(); }
-
 XMLElement* NPARWilcoxonPairs::WriteResults() {
   // Without a pair the indices stand as -1.
   return WriteAlgorithm(

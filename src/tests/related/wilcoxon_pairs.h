@@ -1,12 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
-#include "kit/contract/test.h"
-#include "kit/groups/paired_differences.h"
 #include "kit/ranks/signed_ranks.h"
 #include "kit/statistics/signed_rank.h"
+#include "tests/related/paired_test.h"
 
 /// Wilcoxon matched-pairs signed-rank test: are the differences d = second - first symmetric about
 /// zero?
@@ -14,9 +12,9 @@
 /// Formulas, limits, sources: docs/statistics/wilcoxon_pairs.md.
 ///
 /// Pass 0 yields every figure; pass 1 only the histogram of d, whose range pass 0 found.
-class NPARWilcoxonPairs final : public NPARTest {
+class NPARWilcoxonPairs final : public NPARPairedTest {
  public:
-  using NPARTest::NPARTest;
+  using NPARPairedTest::NPARPairedTest;
 
   XMLElement* WriteResults() override;
 
@@ -26,12 +24,8 @@ class NPARWilcoxonPairs final : public NPARTest {
   void Take(RecordBatch& batch) override;
   /// Error 220003: the weights sum to 0.
   void Compute() override;
-  void StartPass() override;
-  void TakeAgain(RecordBatch& batch) override;
-  void Finish() override;
 
  private:
-  PairedDifferences differences;
   SignedRanks ranks;
   NormalFigures figures;
 };

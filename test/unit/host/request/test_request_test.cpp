@@ -31,7 +31,6 @@ struct Row {
 TEST(TestRequestTest, BecomesAnEntryOfTheParameterDocument) {
   const Row rows[] = {
       {"a test without options", "sign", Selected("RSign", "")},
-      {"the colon without options", "sign:", Selected("RSign", "")},
       {"formations that must stand also by default", "binomial",
        Selected("OBinomial", Attribute("catVarClassFormation", "getFromData") +
                                  Attribute("contVarClassFormation", "sampleMidPoint"))},
@@ -66,9 +65,6 @@ TEST(TestRequestTest, BecomesAnEntryOfTheParameterDocument) {
        Selected("IMannWhitneyU", Attribute("userSpecifyGroupList", "true") +
                                      ListAttribute("group1List", {"A", "B"}) +
                                      ListAttribute("group2List", {"C"}))},
-      {"no group lists unless given", "mann-whitney", Selected("IMannWhitneyU", "")},
-      {"the comparison's word", "kruskal-wallis:compare=pairwise",
-       Selected("IKruskalWallis", Attribute("typeOfMultipleComparison", "pairWise"))},
       {"the comparison always said", "friedman",
        Selected("RFriedmansTwoWayByRanks", Attribute("typeOfMultipleComparison", "none"))},
       {"a count with its flag", "moses:outliers=2",
@@ -76,12 +72,6 @@ TEST(TestRequestTest, BecomesAnEntryOfTheParameterDocument) {
                               Attribute("NumberOfOutliers", "2"))},
       {"a flag that also stands switched off", "wilcoxon",
        Selected("OWilcoxonSignedRanks", Attribute("userSpecifyTestValue", "false"))},
-      {"a negative number", "wilcoxon:median=-0.5",
-       Selected("OWilcoxonSignedRanks",
-                Attribute("userSpecifyTestValue", "true") + Attribute("testValue", "-0.5"))},
-      {"the order of hypotheses", "jonckheere-terpstra:order=descending",
-       Selected("IJonckheereTerpstra", Attribute("orderOfHypotheses", "orderLargestToSmallest") +
-                                           Attribute("typeOfMultipleComparison", "none"))},
       {"categories that hold separators and markup", "mcnemar:success=a\\|b|<\\,>",
        Selected("RMcNemar", Attribute("classFormation", "givenCategoryList") +
                                 ListAttribute("categoriesList", {"a|b", "&lt;,>"}))},

@@ -201,33 +201,4 @@ TEST(RequirementsTest, AColumnWithoutAnyValueIsMissingThroughout) {
               ElementsAre("-1 1", "-1 2"));
 }
 
-struct Real {
-  const char* file;
-  const char* fields;
-  Requirements requirements;
-  std::vector<std::int64_t> counts;
-};
-
-// Counted with awk over the files, e.g. awk -F, 'NR>1 && $5<1' titanic.csv | wc -l.
-TEST(RequirementsTest, RealDataIsCountedRightly) {
-  Requirements weighted;
-  weighted.weightField = "freq";
-  weighted.roundWeight = true;
-  Requirements listwise;
-  listwise.listwiseDelete = {"Ozone", "Solar.R"};
-  const Real kRows[] = {
-      {"titanic", "<Field name='freq' role='frequencyWeight'/>", weighted, {24, 2201, 0, 8, 0}},
-      {"airquality", "<Field name='Month' measure='nominal'/>", listwise, {111, 111, 42, 0, 42}},
-      {"tooth_growth", "<Field name='dose' measure='ordinal'/>", {}, {60, 60, 0, 0, 0}},
-  };
-  for (const Real& row : kRows) {
-    SCOPED_TRACE(row.file);
-    CsvReader reader(NPAR_SOURCE_DIR "/examples/" + std::string(row.file) + ".csv");
-    const std::string model = "<DataModel>" + std::string(row.fields) + "</DataModel>";
-    const PreparedData prepared =
-        Prepare(row.requirements, LoadData(reader, ParseModel(model, "model")));
-    EXPECT_EQ(Counts(prepared), row.counts);
-  }
-}
-
 }  // namespace

@@ -9,29 +9,6 @@ namespace {
 
 using HbHelperV1::DataHelper;
 
-TEST(DataHelper, BothRoadsGiveTheSameRecordsAsFarAsTheyFit) {
-  for (const bool useBlocks : {true, false}) {
-    RecordingHost host;
-    host.records = {{1, 2}, {3, 4}, {5, 6}};
-    DataHelper helper(host.Iterator(), useBlocks);
-    std::array<double, 5> buffer{};
-    std::size_t count = 9;
-    std::int32_t err = 0;
-    ASSERT_EQ(helper.ReadBlock(buffer.data(), buffer.size(), 2, &count, &err), HB_OK);
-    EXPECT_EQ(count, 2u);
-    EXPECT_THAT(buffer, testing::ElementsAre(1, 2, 3, 4, 0));
-    ASSERT_EQ(helper.ReadBlock(buffer.data(), buffer.size(), 2, &count, &err), HB_OK);
-    EXPECT_EQ(count, 1u);
-    EXPECT_EQ(buffer[1], 6);
-    ASSERT_EQ(helper.ReadBlock(buffer.data(), buffer.size(), 2, &count, &err), HB_OK);
-    EXPECT_EQ(count, 0u);
-    ASSERT_EQ(helper.Rewind(&err), HB_OK);
-    ASSERT_EQ(helper.ReadBlock(buffer.data(), buffer.size(), 2, &count, &err), HB_OK);
-    EXPECT_EQ(buffer[0], 1);
-    EXPECT_EQ(host.CallCount("readBlock"), useBlocks ? 4 : 0);
-  }
-}
-
 TEST(DataHelper, RecordsThatComeWithTheEndAreTaken) {
   RecordingHost host;
   host.iteratorTable.readBlock = [](HBIterator*, double* buffer, std::size_t, std::size_t,
@@ -105,17 +82,6 @@ TEST(ContainerHelper, PutsTextWithItsDescription) {
   host.containerTable.putStream = nullptr;
   EXPECT_EQ(HbHelperV1::ContainerHelper::create(container), nullptr);
   EXPECT_EQ(HbHelperV1::ContainerHelper::create(nullptr), nullptr);
-}
-
-TEST(FillBuffer, ExactlyTheTextAndItsZeroByteFit) {
-  char buffer[] = "......";
-  std::size_t needed = 0;
-  EXPECT_FALSE(HbHelperV1::FillBuffer("abcde", buffer, 5, &needed));
-  EXPECT_EQ(needed, 6u);
-  EXPECT_STREQ(buffer, "......") << "left alone";
-  EXPECT_TRUE(HbHelperV1::FillBuffer("abcde", buffer, 6, &needed));
-  EXPECT_STREQ(buffer, "abcde");
-  EXPECT_FALSE(HbHelperV1::FillBuffer("abcde", nullptr, 6, &needed));
 }
 
 }  // namespace

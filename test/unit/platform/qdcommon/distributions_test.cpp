@@ -135,51 +135,6 @@ TEST(DistributionsTest, EdgesOfTheDomainHaveExactAnswers) {
   EXPECT_EQ(count, 62U);
 }
 
-TEST(DistributionsTest, TailsAddUpToOneAndNormalIsSymmetric) {
-  for (const double x : {-8.0, -1.0, 0.0, 0.25, 3.0, 37.0}) {
-    EXPECT_NEAR(QDDistFun::CdfStdNorm(x) + QDDistFun::SfStdNorm(x), 1.0, 1e-15);
-    EXPECT_EQ(QDDistFun::CdfStdNorm(x), QDDistFun::SfStdNorm(-x));
-    EXPECT_EQ(QDDistFun::CdfStdNorm(x), QDDistFun::CdfNorm(10 + 4 * x, 10, 4));
-  }
-  for (const double df : {1e-10, 0.7, 39.9, 40.1, 1e6, 1e12}) {
-    for (const double ratio : {1e-8, 0.5, 1.0, 1.0000001, 2.0}) {
-      const double x = df * ratio;
-      EXPECT_NEAR(QDDistFun::CdfChi(x, df) + QDDistFun::SfChi(x, df), 1.0, 1e-15);
-    }
-  }
-}
-
-TEST(DistributionsTest, ChiSquareQuantileIsTheInverseOfItsDistributionFunction) {
-  for (const double df : {0.75, 1.0, 39.0, 41.0, 1e5}) {
-    for (const double p : {1e-100, 1e-5, 0.1, 0.5, 0.9}) {
-      // dp / p is df / 2 dx / x at most: x rounded to a double moves p by that much.
-      const double tolerance = p * (1e-13 + df * 3e-16);
-      EXPECT_NEAR(QDDistFun::CdfChi(QDDistFun::IdfChi(p, df), df), p, tolerance) << p << " " << df;
-    }
-  }
-}
-
-TEST(DistributionsTest, QuantilesOfFAndBetaAndTheBinomialTailAgree) {
-  for (const double k : {0.0, 3.0, 19.0, 20.0, 500.0}) {
-    const double n = 1000.0;
-    for (const double p : {1e-9, 0.025, 0.5, 0.975}) {
-      const double x = QDDistFun::IdfBeta(p, k + 1, n - k);
-      const double f = QDDistFun::IdfF(p, 2 * (k + 1), 2 * (n - k));
-      EXPECT_NEAR(f * (k + 1) / (n - k), x / (1 - x), 1e-13 * x / (1 - x));
-      EXPECT_NEAR(QDDistFun::IdfF(1 - p, 2 * (n - k), 2 * (k + 1)), 1 / f, (2e-16 / p + 1e-13) / f);
-      EXPECT_NEAR(1.0 - Bin(k, n, x), p, 1e-12) << k << " " << p;
-    }
-  }
-}
-
-TEST(DistributionsTest, HypergeometricCountIsTheSameWithDrawnAndMarkedExchanged) {
-  for (const double x : {2.0, 30.0, 55.0, 70.0}) {
-    EXPECT_NEAR(Hyper(x, 200, 700, 2500), Hyper(x, 700, 200, 2500), 1e-15);
-    // What is not drawn: marked items left are k less those drawn.
-    EXPECT_NEAR(Hyper(x, 200, 700, 2500), 1.0 - Hyper(699.0 - x, 2300, 700, 2500), 1e-15);
-  }
-}
-
 struct PowerCase {
   double x, value;
   PowerStatus status;

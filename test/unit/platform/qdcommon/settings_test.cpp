@@ -105,12 +105,6 @@ TEST(Settings, AListIsReadAsEveryListThatAllItsItemsSpell) {
   EXPECT_EQ(ReadByAll(std::vector<QDSettings>(2)), "- - - - - | - - - [{0} {0} ] ");
 }
 
-TEST(Settings, NestedSettingsAreReadAsSettingsOnly) {
-  QDSettings nested;
-  nested.AddNewSetting("isSelected", "true", "");
-  EXPECT_EQ(ReadByAll(nested), "- - - - {1} | - - - - ");
-}
-
 TEST(Settings, AnAbsentNameIsRefusedAndTheFirstOfEqualNamesCounts) {
   QDSettings settings;
   settings.AddNewSetting("Key", "1", "");
@@ -118,19 +112,6 @@ TEST(Settings, AnAbsentNameIsRefusedAndTheFirstOfEqualNamesCounts) {
   settings.AddNewSetting("key", "word", "");
   settings.AddNewSetting("key", 5.0, "");
   EXPECT_EQ(ReadKey(settings), "- - - 'word' - | - - - - ");
-}
-
-TEST(Settings, KindsAreScalarVectorAndSettings) {
-  QDSettings settings;
-  settings.AddNewSetting("scalar", 1.0, "");
-  settings.AddNewSetting("vector", std::vector<QDSettings>(1), "");
-  settings.AddNewSetting("settings", QDSettings(), "");
-  EXPECT_EQ(settings.GetSettingAt(0)->GetValue()->GetKind(), SettingKind::Scalar);
-  EXPECT_EQ(settings.GetSettingAt(1)->GetValue()->GetKind(), SettingKind::Vector);
-  EXPECT_EQ(settings.GetSettingAt(2)->GetValue()->GetKind(), SettingKind::Settings);
-  EXPECT_EQ(settings.GetSettingAt(1)->GetValue()->GetListValue(), nullptr);
-  EXPECT_NE(settings.GetSettingAt(2)->GetValue()->GetListValue(), nullptr);
-  EXPECT_EQ(settings.GetSettingAt(3), nullptr);
 }
 
 TEST(Settings, ReplacingKeepsThePlaceAndRemovingTakesOneOrAll) {

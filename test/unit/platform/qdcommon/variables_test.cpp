@@ -91,13 +91,6 @@ TEST(Variables, CategoriesAreFoundByTextAndNumberAndTheFirstOfEqualOnesCounts) {
   EXPECT_TRUE(std::isnan(list.GetNumber(3)));
 }
 
-TEST(Variables, TextCategoriesHaveNoNumbersToFind) {
-  const QDCatVar text("g", "", VariableKind::StringCategory, StorageKind::String,
-                      VariableRole::Input, 0, false, {{"a", 0, ""}});
-  EXPECT_EQ(text.GetCategories()->FindText("a"), 0);
-  EXPECT_EQ(text.GetCategories()->FindNumber(0.0), -1);
-}
-
 TEST(Variables, AHundredThousandCategoriesAreEachFound) {
   constexpr std::int32_t count = 100000;
   std::vector<QDCategory> categories;
@@ -122,7 +115,6 @@ TEST(Variables, AListKnowsItsNamesItsWeightAndItsCounts) {
   add("a", VariableRole::Input);
   add("w", VariableRole::FrequencyWeight);
   add("a", VariableRole::CaseId);
-  list.SetCounts({10, 20, 3, 4, 5});
   QDVarList moved(std::move(list));
   EXPECT_EQ(moved.Size(), 3);
   EXPECT_EQ(moved.FindVariable("a"), 0);
@@ -131,11 +123,6 @@ TEST(Variables, AListKnowsItsNamesItsWeightAndItsCounts) {
   EXPECT_TRUE(moved.GetVarAt(2)->IsCaseId());
   EXPECT_EQ(moved.GetVarAt(3), nullptr);
   EXPECT_EQ(moved.GetVarAt(-1), nullptr);
-  EXPECT_EQ(moved.GetUnWeightedCount(), 10);
-  EXPECT_EQ(moved.GetWeightedCount(), 20);
-  EXPECT_EQ(moved.GetDroppedCount(), 3);
-  EXPECT_EQ(moved.GetBadWeightCount(), 4);
-  EXPECT_EQ(moved.GetWeightedDroppedCount(), 5);
 }
 
 }  // namespace

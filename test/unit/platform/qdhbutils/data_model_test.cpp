@@ -110,10 +110,6 @@ TEST(DataModel, RefusesWhatItDoesNotUnderstandWithThePlace) {
       {"<Model/>", "line 1, column 1: unknown element 'Model'"},
       {"<DataModel records='1'/>", "line 1, column 1: unexpected attribute 'records'"},
       {"<DataModel recordCount='-1'/>", "line 1, column 1: attribute 'recordCount' cannot be '-1'"},
-      {"<DataModel badWeightCount='1 '/>",
-       "line 1, column 1: attribute 'badWeightCount' cannot be '1 '"},
-      {"<DataModel droppedCount='nan'/>",
-       "line 1, column 1: attribute 'droppedCount' cannot be 'nan'"},
       {"<DataModel weightedCount='inf'/>",
        "line 1, column 1: attribute 'weightedCount' cannot be 'inf'"},
       {"<DataModel>\n <Feild/></DataModel>", "line 2, column 2: unknown element 'Feild'"},
@@ -126,6 +122,8 @@ TEST(DataModel, RefusesWhatItDoesNotUnderstandWithThePlace) {
        "line 1, column 12: attribute 'storage' cannot be 'text'"},
       {"<DataModel><Field name='a' role='weight'/></DataModel>",
        "line 1, column 12: attribute 'role' cannot be 'weight'"},
+      {"<DataModel><Field name='a'><Value value='1' missing='no'/></Field></DataModel>",
+       "line 1, column 28: attribute 'missing' cannot be 'no'"},
       {"<DataModel><Field name='a' measure='continuous' storage='string'/></DataModel>",
        "line 1, column 12: a continuous field cannot be stored as string"},
       {"<DataModel><Field name='a' role='frequencyWeight'/>"
@@ -135,8 +133,6 @@ TEST(DataModel, RefusesWhatItDoesNotUnderstandWithThePlace) {
        "line 1, column 28: unknown element 'Category'"},
       {"<DataModel><Field name='a'><Value/></Field></DataModel>",
        "line 1, column 28: attribute 'value' is missing"},
-      {"<DataModel><Field name='a'><Value value='1' missing='no'/></Field></DataModel>",
-       "line 1, column 28: attribute 'missing' cannot be 'no'"},
       {"<DataModel><Field name='a' measure='nominal' storage='integer'><Value value='x'/></Field>"
        "</DataModel>",
        "line 1, column 64: attribute 'value' cannot be 'x'"},

@@ -85,14 +85,6 @@ TEST(QDPeerIterator, RawRecordsHaveEveryField) {
   EXPECT_EQ((*record)[1], 1000.0);
 }
 
-TEST(QDPeerIterator, NoRecordsIsAnEndAndNoError) {
-  Source source(kThree, 0, true);
-  QDPeerIterator records(&source.helper, &source.adapter, false);
-  EXPECT_FALSE(records.HasNext());
-  EXPECT_EQ(records.GetState(), 1);
-  EXPECT_EQ(records.GetDeliveredCount(), 0);
-}
-
 TEST(QDPeerIterator, EveryHostErrorEndsThePassAndIsTold) {
   struct Case {
     const char* entry;

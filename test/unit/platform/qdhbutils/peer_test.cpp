@@ -64,16 +64,6 @@ TEST(QDPeer, MessagesAreKeptAndDelivered) {
   EXPECT_EQ(MessagesOf(peer), std::string(kDeclaration) + "<Messages />\n");
 }
 
-TEST(QDPeer, HostWithoutDeliveryStillGetsMessagesOnRequest) {
-  RecordingHost host;
-  host.contextTable.size = offsetof(HBContextTable, deliverMessage);
-  Peer peer(host);
-  std::int32_t err = 0;
-  EXPECT_EQ(peer.CollectMsgs(3, 7, &err), HB_OK);
-  EXPECT_THAT(host.messages, ElementsAre());
-  EXPECT_THAT(MessagesOf(peer), testing::HasSubstr("code=\"7\""));
-}
-
 TEST(QDPeer, WhatIsNotOfferedIsRefused) {
   RecordingHost host;
   host.contextTable.size = sizeof(std::size_t);  // a table without any entry

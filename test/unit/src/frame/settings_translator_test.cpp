@@ -158,21 +158,6 @@ TEST(SettingsTranslator, OneSampleTestsMakeAnEntryForEachFieldOfAFittingKind) {
        "OChiSquare={variableName=n1 classFormation=getFromData } \n"
        "OChiSquare={variableName=n1 classFormation=custom custom=[a|b] } \n"
        "OChiSquare={variableName=n1 classFormation=givenExpectedValue custom=[a|b] } \n"},
-      {"each distribution with its parameters",
-       OneSample({"c1"})
-           .Put("OKolmogorovSmirnovNormal",
-                Chosen({{"isUseSample", "false"}, {"mean", "1"}, {"stdDev", "2"}, {"min", "3"}}))
-           .Put("OKolmogorovSmirnovUniform", Chosen({{"min", "3"}, {"max", "4"}, {"mean", "1"}}))
-           .Put("OKolmogorovSmirnovPoisson", Chosen({{"mean", "1"}, {"stdDev", "2"}}))
-           .Put("OKolmogorovSmirnovExponential", Chosen({{"mean", "1"}}))
-           .Put("OWilcoxonSignedRanks",
-                Chosen({{"userSpecifyTestValue", "true"}, {"testValue", "5"}})),
-       "OKolmogorovSmirnovNormal={distributionFunction=normal variableName=c1 isUseSample=false "
-       "mean=1 stdDev=2 } \n"
-       "OKolmogorovSmirnovUniform={distributionFunction=uniform variableName=c1 min=3 max=4 } \n"
-       "OKolmogorovSmirnovPoisson={distributionFunction=poisson variableName=c1 mean=1 } \n"
-       "OKolmogorovSmirnovExponential={distributionFunction=exponential variableName=c1 mean=1 "
-       "} \nOWilcoxonSignedRanks={variableName=c1 userSpecifyTestValue=true testValue=5 } \n"},
   });
 }
 
@@ -232,17 +217,6 @@ TEST(SettingsTranslator, RelatedTestsTakeAllFieldsOfAKindTogether) {
        "RCochransQ={variableName=[n1|n2] classFormation=givenCategoryList "
        "successCategoryList=[yes|no] typeOfMultipleComparison=stepWise } \n"
        "RMarginalHomogeneity={variableName=[o1|o2] } \n"},
-      {"pairs of continuous fields",
-       Related({"c2", "c1"})
-           .Put("RSign", Chosen())
-           .Put("RWilcoxonSignedRanks", Chosen())
-           .Put("RHodgesLehmannEstimatePairs", Chosen())
-           .Put("RFriedmansTwoWayByRanks", Chosen({{"typeOfMultipleComparison", "none"}}))
-           .Put("RKendallsCoefficient", Chosen({{"typeOfMultipleComparison", "pairWise"}})),
-       "RSign={variableName=[c2|c1] } \nRWilcoxonSignedRanks={variableName=[c2|c1] } \n"
-       "RHodgesLehmannEstimatePairs={variableName=[c2|c1] } \n"
-       "RFriedmansTwoWayByRanks={variableName=[c2|c1] typeOfMultipleComparison=none } \n"
-       "RKendallsCoefficient={variableName=[c2|c1] typeOfMultipleComparison=pairWise } \n"},
       {"three fields: none of the pair tests, all of the others",
        Related({"c1", "c2", "c3"})
            .Put("RSign", Chosen())
@@ -279,53 +253,25 @@ TEST(SettingsTranslator, RelatedTestsWarnOfKindsAndCountsThatDoNotFit) {
 
 TEST(SettingsTranslator, IndependentTestsMakeAnEntryForEachContinuousField) {
   Check({
-      {"every test with its keys; entry names that differ from the host's keys",
+      {"keys of each test, lists among them; entry names that differ from the host's keys",
        Independent({"c1"})
-           .Put("IWaldWolfowitzRuns", Chosen({{"userSpecifyGroupList", "false"}}))
            .Put("IHodgesLehmannEstimateIndependent", Chosen())
-           .Put("IKMedian", Chosen({{"typeOfMultipleComparison", "none"},
-                                    {"userSpecifyMedian", "true"},
-                                    {"median", "4"},
-                                    {"userSpecifyGroupRange", "false"}}))
-           .Put("IMannWhitneyU", Chosen({{"userSpecifyGroupList", "true"},
-                                         {"group1List", "a|b"},
-                                         {"group2List", "c|d"}}))
-           .Put("IMoses", Chosen({{"userSpecifyNumberOfOutliers", "true"},
-                                  {"NumberOfOutliers", "2"},
-                                  {"group1List", "a|b"}}))
-           .Put("IKolmogorovSmirnov", Chosen({{"group2List", "c|d"}}))
-           .Put("IKruskalWallis", Chosen({{"typeOfMultipleComparison", "pairWise"}}))
-           .Put("IJonckheereTerpstra", Chosen({{"typeOfMultipleComparison", "stepWise"},
-                                               {"orderOfHypotheses", "orderLargestToSmallest"}})),
-       "IWaldWolfowitzRuns={variableName=c1 groupVariableName=n1 userSpecifyGroupList=false } \n"
+           .Put("IKMedian", Chosen({{"userSpecifyMedian", "true"}, {"median", "4"}}))
+           .Put("IMannWhitneyU", Chosen({{"group1List", "a|b"}, {"orderOfHypotheses", "x"}})),
        "IHodgesLehmannEstimateGroups={variableName=c1 groupVariableName=n1 } \n"
-       "IMedian={variableName=c1 groupVariableName=n1 typeOfMultipleComparison=none "
-       "userSpecifyMedian=true median=4 userSpecifyGroupRange=false } \n"
-       "IMannWhitneyU={variableName=c1 groupVariableName=n1 userSpecifyGroupList=true "
-       "group1List=[a|b] group2List=[c|d] } \n"
-       "IMoses={variableName=c1 groupVariableName=n1 userSpecifyNumberOfOutliers=true "
-       "NumberOfOutliers=2 group1List=[a|b] } \n"
-       "IKolmogorovSmirnov={variableName=c1 groupVariableName=n1 group2List=[c|d] } \n"
-       "IKruskalWallis={variableName=c1 groupVariableName=n1 typeOfMultipleComparison=pairWise "
-       "} \n"
-       "IJonckheereTerpstra={variableName=c1 groupVariableName=n1 "
-       "typeOfMultipleComparison=stepWise orderOfHypotheses=orderLargestToSmallest } \n"},
+       "IMedian={variableName=c1 groupVariableName=n1 userSpecifyMedian=true median=4 } \n"
+       "IMannWhitneyU={variableName=c1 groupVariableName=n1 group1List=[a|b] } \n"},
       {"fields of the wrong kind make no entry and a warning",
        Independent({"n2", "o1"}).Put("IMannWhitneyU", Chosen()), "220024: n2 ,o1\nstatus 220001\n"},
       {"the parameter for unused continuous fields is the list of the others",
        Independent({"c1", "n2"}).Put("IMannWhitneyU", Chosen({}, "false")),
        "220025: n2\nstatus 220001\n"},
-      {"the group field as plain text, and none at all",
+      {"the group field as plain text",
        Entry("independentVariables", Names{"c1"})
            .Put("groupVariable", "n1")
            .Put("isAutomaticallyIndependent", "false")
            .Put("IMannWhitneyU", Chosen()),
        "IMannWhitneyU={variableName=c1 groupVariableName=n1 } \n"},
-      {"no group field leaves its key out",
-       Entry("independentVariables", Names{"c1"})
-           .Put("isAutomaticallyIndependent", "false")
-           .Put("IMannWhitneyU", Chosen()),
-       "IMannWhitneyU={variableName=c1 } \n"},
   });
 }
 

@@ -105,14 +105,6 @@ TEST(OrderStatistics, InfinitiesAndZerosOfEitherSignAreValuesLikeOthers) {
   EXPECT_EQ(averages.Select(15), 3.0);
 }
 
-TEST(OrderStatistics, LateWeightsLeaveTheFirstValuesAtOne) {
-  const WeightedValues data = Sorted({{2.0, 1}, {1.0, 1}, {3.0, 4}});
-  EXPECT_EQ(data.Weight(0), 1);
-  EXPECT_EQ(data.Value(2), 3.0);
-  EXPECT_EQ(data.Weight(2), 4);
-  EXPECT_EQ(data.TotalWeight(), 6);
-}
-
 TEST(OrderStatistics, ProductsOfWeightsPassSixtyFourBits) {
   constexpr std::int64_t kLargest = 2147483647;
   Data data;

@@ -73,14 +73,6 @@ TEST(BoxPlotTest, HingesFencesAndOutliersAreTukeys) {
   EXPECT_EQ(plot.HighOutliers()[0].caseId, 108.0);
 }
 
-TEST(BoxPlotTest, AWeightStandsForThatManyValues) {
-  const GroupBoxPlot weighted = PlotOf({{1, 3}, {2, 1}, {7, 2}, {8, 3}});
-  const GroupBoxPlot listed = PlotOf(Plain({1, 1, 1, 2, 7, 7, 8, 8, 8}));
-  EXPECT_EQ(weighted.Hinges().FirstQuartile(), listed.Hinges().FirstQuartile());
-  EXPECT_EQ(weighted.Hinges().Median(), listed.Hinges().Median());
-  EXPECT_EQ(weighted.Hinges().ThirdQuartile(), listed.Hinges().ThirdQuartile());
-}
-
 TEST(BoxPlotTest, AValueOnTheLowerFenceIsNoOutlierAndNotTheSmallestInside) {
   // Hinges 4 and 8: fences -2 and 14.
   const GroupBoxPlot plot = PlotOf(Plain({-2, 4, 4, 6, 8, 8, 14}));
@@ -90,13 +82,6 @@ TEST(BoxPlotTest, AValueOnTheLowerFenceIsNoOutlierAndNotTheSmallestInside) {
   EXPECT_TRUE(plot.HighOutliers().empty());
   EXPECT_EQ(plot.SmallestNonOutlier(), 4.0);
   EXPECT_EQ(plot.LargestNonOutlier(), 14.0);
-}
-
-TEST(BoxPlotTest, OneValueIsAllOfItsBox) {
-  const GroupBoxPlot plot = PlotOf(Plain({5}));
-  EXPECT_EQ(plot.SmallestNonOutlier(), 5.0);
-  EXPECT_EQ(plot.Hinges().Median(), 5.0);
-  EXPECT_EQ(plot.LargestNonOutlier(), 5.0);
 }
 
 }  // namespace

@@ -109,14 +109,4 @@ TEST(KruskalWallisTest, BoxPlotsHoldHingesOutliersAndCases) {
   EXPECT_EQ(result.Rows("Group1/Outliers"), (Texts{"", ""}));
 }
 
-TEST(KruskalWallisTest, AWeightStandsForThatManyRecordsAndNoCategoryForNone) {
-  const Rows weighted{{1, 0, 2.9}, {2, 0, 1}, {2, 1, 3},   {4, 1, 1}, {5, 2, 2},
-                      {9, 2, 0.5}, {9, 3, 1}, {9, 1e9, 1}, {9, -3, 1}};
-  const AlgorithmElement result =
-      RunEntry(GroupedVariables(3), weighted, "IKruskalWallis", ComparedEntry());
-  const AlgorithmElement listed = Result({{1, 1, 2}, {2, 2, 2, 4}, {5, 5}});
-  EXPECT_EQ(result.Text("TestStatistic"), listed.Text("TestStatistic"));
-  EXPECT_EQ(result.Text("Group1/MeanOfRank"), listed.Text("Group1/MeanOfRank"));
-}
-
 }  // namespace

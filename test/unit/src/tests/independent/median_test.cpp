@@ -81,14 +81,6 @@ TEST(MedianTest, TheStepDownGoesByTheGroupsMedians) {
   EXPECT_EQ(result.MessageCodes(), (Codes{222311, 220013}));
 }
 
-TEST(MedianTest, WeightsCountAsRecords) {
-  // Units 1 1 1 | 2 4 4: the middle ones are 1 and 2.
-  const AlgorithmElement result =
-      RunEntry(GroupedVariables(), {{4, 1, 2.9}, {1, 0, 3}, {2, 1, 1}}, "IMedian", ComparedEntry());
-  EXPECT_EQ(result.Text("Median"), "1.5");
-  EXPECT_EQ(result.Rows("TwoClassComparison/Content"), (Texts{"3;0", "0;3"}));
-}
-
 TEST(MedianTest, AMedianMustBeGivenWhereItIsAnnouncedAndPartTheValues) {
   ExpectMessages("IMedian", GroupedVariables(), GroupedRows({{1, 2}, {2, 2}}),
                  {{"no median", ComparedEntry().Put("userSpecifyMedian", true), Error(222302)},

@@ -35,17 +35,6 @@ TEST(MosesTest, HalfARankIsRoundedUp) {
   EXPECT_EQ(Result({1, 2, 3}, {3}).Text("ObservedControlSpan"), "4");  // ranks 1 to 3.5
 }
 
-TEST(MosesTest, AMixedGroupThatClustersRejects) {
-  Sample control;
-  Sample experimental;
-  for (int i = 0; i < 10; ++i) {
-    control.push_back(20.0 + i);
-    experimental.push_back(i % 2 == 0 ? i : 50.0 + i);
-  }
-  EXPECT_EQ(Result(control, experimental).Decision(), "reject");
-  EXPECT_EQ(Result(experimental, control).Decision(), "retain") << "group 1 is the control group";
-}
-
 TEST(MosesTest, AsManyAreTrimmedAsATwentiethOfTheControls) {
   const auto outliers = [](int controls) {
     return Result(Sample(static_cast<std::size_t>(controls), 1.0), {2}).Text("NumberOfOutliers");

@@ -1,10 +1,6 @@
 #include "tests/independent/two_group_test.h"
 
 #include "support/group_run.h"
-#include "tests/independent/hodges_lehmann_groups.h"
-#include "tests/independent/mann_whitney.h"
-#include "tests/independent/moses.h"
-#include "tests/independent/wald_wolfowitz.h"
 
 // What all tests of two groups do alike.
 
@@ -52,14 +48,6 @@ class TwoGroupTests : public testing::TestWithParam<Kind> {
 
 const Rows kTwoGroups = GroupedRows({kTiedFirst, kTiedSecond});
 const Rows kSwapped = GroupedRows({kTiedSecond, kTiedFirst});
-
-TEST_P(TwoGroupTests, TheElementNamesItsTestAndItsFamily) {
-  const AlgorithmElement result = Run(GroupedVariables(), kTwoGroups);
-  EXPECT_EQ(result.Name(), GetParam().entry);
-  EXPECT_EQ(result.Classification(), "Independent_Samples");
-  EXPECT_EQ(result.Type(),
-            result.Has("Asymptotic/Lower") ? "confidence_interval" : "hypothesis_test");
-}
 
 TEST_P(TwoGroupTests, TextGroupsAscendUnlessTheyAreOrdinal) {
   const auto nominal = GroupedVariables({"b", "a"});
@@ -114,39 +102,12 @@ TEST_P(TwoGroupTests, RecordsOfNoGroupChangeNothing) {
   }
 }
 
-TEST_P(TwoGroupTests, AWeightIsThatManyRecordsWithoutItsFraction) {
-  const Rows weighted{{1, 0, 3.9}, {2, 1, 2}, {2, 0, 1}, {0, 0, 4}, {5, 1, 2.1}, {9, 0, 0.5}};
-  Rows repeated = GroupedRows({{1, 1, 1, 2, 0, 0, 0, 0, 9}, {2, 2, 5, 5}});
-  repeated[8][2] = 0.0;  // 9 carries no weight
-  ExpectSame(Run(GroupedVariables(), weighted), Run(GroupedVariables(), repeated));
-}
-
-TEST_P(TwoGroupTests, TheOrderOfTheRecordsPlaysNoPart) {
-  ExpectSame(Run(GroupedVariables(), {kTwoGroups.rbegin(), kTwoGroups.rend()}),
-             Run(GroupedVariables(), kTwoGroups));
-}
-
 TEST_P(TwoGroupTests, MissingValuesLeaveTheirRecordsOut) {
   const double missing = QDMV::gMissingValue;
-  const auto variables = VariableListBuilder()
-                             .Continuous("x")
-                             .Nominal("g", {"a", "b"})
-                             .Weight("n")
-                             .Continuous("y")
-                             .Build();
-  Rows rows = kTwoGroups;
-  for (std::vector<double>& row : rows) row.push_back(0.0);
-  const AlgorithmElement complete = Run(variables, rows);
-  Rows holes = rows;
-  holes.push_back({missing, 0, 1, 0});
-  holes.push_back({50, -1, 1, 0});
-  ExpectSame(Run(variables, holes), complete);
-  // A value that is missing elsewhere: analysis keeps the record, listwise drops it.
-  rows.push_back({-40, 0, 1, missing});
-  EXPECT_NE(Run(variables, rows).Xml(), complete.Xml());
-  const TestSettings listwise =
-      Entry("missingTreatment", "listwise", GetParam().entry, GroupedEntry());
-  ExpectSame(AlgorithmElement::AllOf(RunDocument(variables, rows, listwise)).front(), complete);
+  Rows holes = kTwoGroups;
+  holes.push_back({missing, 0, 1});
+  holes.push_back({50, -1, 1});
+  ExpectSame(Run(GroupedVariables(), holes), Run(GroupedVariables(), kTwoGroups));
 }
 
 TEST_P(TwoGroupTests, AnEntryIsRefusedWithItsCodeAndParameters) {
@@ -226,28 +187,5 @@ TEST_P(TwoGroupTests, GroupsWithoutDataAreRefused) {
 
 INSTANTIATE_TEST_SUITE_P(Each, TwoGroupTests, testing::ValuesIn(kKinds),
                          [](const auto& info) { return std::string(info.param.entry); });
-
-TEST(TwoGroupTest, WhatAnEntryNeverLeadsToIsRefusedToo) {
-  const TestSettings indices = Entry("variableIndex", 0, "groupVariableIndex", 1);
-  const auto listed = [&indices](const Sample& second) {
-    return TestSettings(indices).Put("userSpecifyGroupList", 1, "group1List", Sample{0.0},
-                                     "group2List", second);
-  };
-  const struct {
-    const char* catches;
-    TestSettings settings;
-    bool hasSummaries;
-    int code;
-  } cases[] = {{"no summaries", indices, false, 220706},
-               {"an empty list", listed({}), true, 220711},
-               {"overlap", listed({0.0}), true, 220710}};
-  for (const auto& row : cases) {
-    SCOPED_TRACE(row.catches);
-    NPARMannWU test(row.settings.Release());
-    UnivariateResults summaries(nullptr);
-    if (row.hasSummaries) test.SetSharedData(&summaries);
-    EXPECT_THAT(test.BeginPass(), HasCode(row.code));
-  }
-}
 
 }  // namespace

@@ -101,11 +101,6 @@ TEST(KsOneSampleTest, AllValuesEqualStepOnce) {
               {{"Positive", "0.5"}, {"Negative", "-0.5"}, {"TestStatistic", "1"}});
 }
 
-TEST(KsOneSampleTest, AWeightIsThatManyRecords) {
-  const AlgorithmElement once = Result("Exponential", {1, 2, 4}, {}, {2, 1, 3});
-  EXPECT_EQ(once.Xml(), Result("Exponential", {1, 1, 2, 4, 4, 4}, {}).Xml());
-}
-
 TEST(KsOneSampleTest, ValuesOutsideAreLeftOutAndTold) {
   const AlgorithmElement uniform = Result("Uniform", kSleep, {{"min", -1.5}, {"max", 3.0}});
   EXPECT_EQ(uniform.Messages(), (Messages{{220311, "warning", {"3"}}}));

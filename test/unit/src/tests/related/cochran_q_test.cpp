@@ -108,11 +108,6 @@ TEST(CochranQTest, TwoDiscordantFieldsGiveTheSquaredDifference) {
   EXPECT_EQ(run(90, "stepWise").MessageCodes(), Codes{221217});
 }
 
-TEST(CochranQTest, EqualFieldsHaveNoVariance) {
-  ExpectTexts(Result(Fields(2), Records({"11", "00"}), On({"a", "b"})),
-              {{"TestStatistic", "0"}, {"AsymptoticSig2Tailed", "1"}});
-}
-
 TEST(CochranQTest, GivenValuesAreTheSuccesses) {
   const AlgorithmElement result = Result(Fields(3), Records(kTwelve), Given(kThree, {"0"}));
   EXPECT_EQ(result.Text("Condition/ConditionKey"), "CategoryListsAreSpecified_R_CochransQ_1");

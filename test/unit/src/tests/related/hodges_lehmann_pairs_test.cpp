@@ -34,11 +34,8 @@ using Differences = std::vector<double>;
 // By listing and sorting the averages in Python, ranks of the interval with SciPy 1.11.4's
 // norm.ppf.
 const EstimateCase kCases[] = {
-    {"one pair", Differences{5}, 0.95, 5, 5, 5},
     {"an odd number of averages; ranks beyond both ends", Differences{1, 2, 3}, 0.95, 2, 1, 3},
     {"an even number of averages", Differences{0.5, 1.5, 2.5, 4}, 0.95, 2.125, 0.5, 4},
-    {"ranks inside", Differences{1, 2, 3, 4}, 0.5, 2.5, 2, 3},
-    {"zero differences alone", Differences{0, 0}, 0.95, 0, 0, 0},
     {"a zero moves all differences and back", Differences{0, 1, 4, -2}, 0.95, 0.75, -2, 4},
     {"an interval on values between the ends", kSeven, 0.95, 1.5, -1, 4.5},
     {"many ties narrow it by a rank on either side", kTied, 0.9, 1, 1, 2},
@@ -55,27 +52,6 @@ TEST(HodgesLehmannPairsTest, EstimateAndIntervalAreThoseOfTheListedAverages) {
     ExpectFigures(AlgorithmElement(test.WriteResults()),
                   {{"Estimate", row.estimate}, {"Lower", row.lower}, {"Upper", row.upper}});
   }
-}
-
-TEST(HodgesLehmannPairsTest, AWeightIsThatManyRecordsLessItsFraction) {
-  const Rows weighted = {{0, 1.5, 3.7}, {0, -2, 1}, {0, 4, 2}, {0, 99, 0.9}};
-  NPARHodgesLehmannPairs byWeight(EstimateSettings(0.8, 2));
-  NPARHodgesLehmannPairs byRecord(EstimateSettings(0.8));
-  ASSERT_THAT(RunAllPasses(byWeight, weighted), IsOk());
-  ASSERT_THAT(RunAllPasses(byRecord, PairsOf({1.5, 1.5, 1.5, -2, 4, 4})), IsOk());
-  EXPECT_EQ(AlgorithmElement(byWeight.WriteResults()).Xml(),
-            AlgorithmElement(byRecord.WriteResults()).Xml());
-}
-
-TEST(HodgesLehmannPairsTest, DocumentHasNoDecision) {
-  NPARHodgesLehmannPairs test(EstimateSettings(0.95));
-  ASSERT_THAT(RunAllPasses(test, {{1, 2}, {QDMV::gMissingValue, 9}}), IsOk());
-  const AlgorithmElement result(test.WriteResults());
-  EXPECT_EQ(result.Type() + result.Decision(), "confidence_interval(absent)");
-  EXPECT_EQ(result.Outline(),
-            "Condition(ConditionKey %0 %1) StatisticsResult(Estimate) Asymptotic(Lower Upper)");
-  ExpectTexts(result,
-              {{"ConditionKey", "R_HodgesLehman_2"}, {"Condition/%0", "0"}, {"Condition/%1", "1"}});
 }
 
 TEST(HodgesLehmannPairsTest, NoPairIsShownAsMissing) {

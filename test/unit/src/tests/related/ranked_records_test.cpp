@@ -126,13 +126,6 @@ TEST(RankedRecordsTest, RangesHaveTheTiesOfTheWholeRecords) {
   EXPECT_THAT(rows, testing::Not(testing::Contains(testing::StartsWith("1;2;"))));
 }
 
-TEST(RankedRecordsTest, AFieldThatStandsAloneIsTold) {
-  const AlgorithmElement result = Result(kFriedman, 3, Rows(30, {1, 2, 3}), "stepWise");
-  EXPECT_EQ(result.MessageCodes(), (Codes{220013, 220013, 220013}));
-  EXPECT_EQ(result.Text("WarningMessages/group"), "0;0");
-  EXPECT_EQ(result.ChildNames().back(), "StructuredTable WarningMessages");
-}
-
 TEST(RankedRecordsTest, AComparisonThatFallsAwayIsAWarning) {
   const struct {
     const char* catches;
