@@ -31,7 +31,8 @@ inline constexpr Option kTwoGroups[] = {kGroup1, kGroup2};
 [[nodiscard]] constexpr Option Success(const Setting& setting) {
   return CategoriesOption("success", setting, {settings::kSuccessFormation, "givenCategoryList"},
                           {settings::kSuccessFormation, "getFromData"}, "A|B",
-                          "the first record's category", "the categories that count as success");
+                          "the first record's category",
+                          "the categories that count as success; all others count as failure");
 }
 
 inline constexpr Fields kEachField{

@@ -23,7 +23,7 @@ inline constexpr Option kOptions[] = {
     CategoriesOption(
         "success", settings::kGivenCategories, {settings::kCategoryClasses, "givenCategoryList"},
         {settings::kCategoryClasses, "getFromData"}, "A|B", "the first record's category",
-        "the categories of the first class of a categorical field"),
+        "the categories of the first class of a categorical field; all others form the second"),
     NumberOption("cut", settings::kGivenCutPoint, {settings::kMidPointClasses, "givenCutPoint"},
                  {settings::kMidPointClasses, "sampleMidPoint"}, "the middle of the range",
                  "the largest value of the first class of a continuous field"),

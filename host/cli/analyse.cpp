@@ -1,6 +1,5 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <memory>
 
@@ -10,7 +9,6 @@
 #include "host/cli/output.h"
 #include "host/cli/report_request.h"
 #include "host/render/result_model.h"
-#include "host/render/text_layout.h"
 #include "host/request/analysis_documents.h"
 #include "host/request/word_list.h"
 
@@ -83,13 +81,28 @@ AnalysisRequest MakeRequest(const AnalyseOptions& options) {
   return request;
 }
 
+constexpr const char* kKeptParameters = "params.xml";
+constexpr const char* kKeptModel = "model.xml";
+
 void KeepDocuments(const std::string& folder, const NamedText& parameters, const NamedText& model) {
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error) throw OutputError("cannot make the folder " + folder + ": " + error.message());
   const std::filesystem::path path(folder);
-  Publish((path / "params.xml").string(), parameters.text);
-  Publish((path / "model.xml").string(), model.text);
+  Publish((path / kKeptParameters).string(), parameters.text);
+  Publish((path / kKeptModel).string(), model.text);
+}
+
+std::vector<std::string> OutputFiles(const AnalyseOptions& options,
+                                     const std::vector<ReportRequest>& reports) {
+  std::vector<std::string> files = {options.out};
+  for (const ReportRequest& report : reports) files.push_back(report.path);
+  if (!options.keepDocuments.empty()) {
+    for (const char* name : {kKeptParameters, kKeptModel}) {
+      files.push_back((std::filesystem::path(options.keepDocuments) / name).string());
+    }
+  }
+  return files;
 }
 
 // Tests are chosen and refused by measurement levels, so those that nobody gave are told.
@@ -102,9 +115,7 @@ void TellInferredMeasures(const AnalysisRequest& request, const Execution& execu
     if (!isGiven) fields.push_back(name);
   }
   const std::string inferred = execution.InferredMeasures(fields);
-  if (!inferred.empty()) {
-    std::fprintf(stderr, "npar: inferred: %s\n", Printable(inferred).c_str());
-  }
+  if (!inferred.empty()) Tell("npar: inferred: " + inferred);
 }
 
 int Analyse(const AnalyseOptions& options) {
@@ -113,6 +124,8 @@ int Analyse(const AnalyseOptions& options) {
   std::vector<ReportRequest> reports;
   for (const std::string& report : options.reports) reports.push_back(ParseReportRequest(report));
   if (reports.empty() && options.out != "-") reports.push_back(ParseReportRequest("text"));
+
+  CheckOutputs(OutputFiles(options, reports), {options.execution.dataPath});
 
   Execution execution(options.execution);
   CheckFields(request, execution.Columns());

@@ -1,13 +1,18 @@
 #include "host/cli/command_line.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <exception>
+#include <new>
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/cli/commands.h"
@@ -31,8 +36,20 @@ input or output that can't be written; 130 cancelled with Ctrl-C.
 )";
 
 int Complain(const std::string& text) {
-  std::fprintf(stderr, "npar: %s\n", text.c_str());
+  Tell("npar: " + text);
   return kExitUsage;
+}
+
+// A file that is opened while a standard descriptor is closed would take its place, and get what is
+// written there. In the place of input and output stands what can only be used the wrong way round,
+// so that reading and writing fail as with a closed one.
+void OccupyStandardDescriptors() {
+  for (const auto& [descriptor, wrongWay] :
+       {std::pair(STDIN_FILENO, O_WRONLY), {STDOUT_FILENO, O_RDONLY}, {STDERR_FILENO, O_WRONLY}}) {
+    if (fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) {
+      static_cast<void>(open("/dev/null", wrongWay));  // takes the lowest free one, which this is
+    }
+  }
 }
 
 bool IsIn(const std::vector<std::string>& names, const std::string& name) {
@@ -82,6 +99,7 @@ std::string Problem(const CLI::ParseError& error, const CLI::App& app,
 }  // namespace
 
 int RunCommandLine(int argc, char** argv) {
+  OccupyStandardDescriptors();
   // A closed pipe is then an error of the write, which is reported.
   std::signal(SIGPIPE, SIG_IGN);
 
@@ -109,8 +127,13 @@ int RunCommandLine(int argc, char** argv) {
         return Complain(failure.what());
       }
     }
-    return Complain(Problem(error, app, {argv + 1, argv + argc}) +
-                    "\nRun npar --help or npar COMMAND --help for the usage.");
+    const int code = Complain(Problem(error, app, {argv + 1, argv + argc}));
+    Tell("Run npar --help or npar COMMAND --help for the usage.");
+    return code;
+  } catch (const std::bad_alloc&) {
+    return Complain(
+        "there is not enough memory; take a machine with more, or ask for fewer fields, tests or "
+        "reports in one call");
   } catch (const std::exception& error) {
     return Complain(error.what());
   }

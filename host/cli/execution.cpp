@@ -14,7 +14,6 @@
 #include "host/data/text_source.h"
 #include "host/loader/analysis_run.h"
 #include "host/messages/messages.h"
-#include "host/render/text.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {
@@ -40,8 +39,8 @@ std::filesystem::path ComponentPath(const ExecutionOptions& options) {
 
 void PrintMessages(const std::vector<RunMessage>& messages) {
   for (const RunMessage& message : messages) {
-    std::fprintf(stderr, "%s %d: %s\n", message.isError ? "error" : "warning", message.code,
-                 Printable(FillMessage(message.code, message.parameters)).c_str());
+    Tell((message.isError ? "error " : "warning ") + std::to_string(message.code) + ": " +
+         FillMessage(message.code, message.parameters));
   }
 }
 
@@ -145,7 +144,9 @@ void AddExecutionOptions(CLI::App& command, ExecutionOptions& options) {
 
 NamedText ReadDocument(const std::string& path) {
   const TextSource source(path);
-  return {source.Name(), std::string(source.Text())};
+  NamedText document{source.Name(), std::string(source.Text())};
+  source.CheckIsWhole();
+  return document;
 }
 
 }  // namespace npar_host

@@ -27,9 +27,20 @@ extern "C" void OnInterrupt(int) {
 }  // namespace
 
 InterruptWatch::InterruptWatch() {
-  if (pipe2(pipe, O_CLOEXEC) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
+  constexpr const char* kRefused =
+      "the system grants no thread or pipe to watch for Ctrl-C; end other programs or raise the "
+      "limits of this one";
+  if (pipe2(pipe, O_CLOEXEC) != 0) {
+    throw std::system_error(errno, std::generic_category(), kRefused);
+  }
   signalPipe = pipe[1];
-  watcher = std::thread([this] { Watch(); });
+  try {
+    watcher = std::thread([this] { Watch(); });
+  } catch (const std::system_error& error) {
+    close(pipe[0]);
+    close(pipe[1]);
+    throw std::system_error(error.code(), kRefused);
+  }
   struct sigaction action {};
   action.sa_handler = OnInterrupt;
   action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace npar_host {
 
@@ -15,8 +16,17 @@ class OutputError : public std::runtime_error {
 
 /// Publishes a text: "-" is standard output, anything else a file that holds either what it held
 /// before or the whole text: it is written to a temporary file in the same folder and renamed. What
-/// is no plain file (a device, a pipe) is written as it is. Throws OutputError, for a closed pipe
-/// and a full disk too.
+/// is no plain file (a device, a pipe) is written as it is. A signal that ends the process leaves
+/// no temporary file. Throws OutputError, for a closed pipe and a full disk too. One at a time in a
+/// process.
 void Publish(const std::string& path, std::string_view text);
+
+/// Writes a line to standard error: with control characters made visible, and cut where a name of
+/// the data has made it too long to read.
+void Tell(std::string_view text);
+
+/// Throws OutputError where two of the paths name one plain file, or one names a file that is read:
+/// the second text would take the place of the first. Devices and "-" may stand often.
+void CheckOutputs(const std::vector<std::string>& written, const std::vector<std::string>& read);
 
 }  // namespace npar_host

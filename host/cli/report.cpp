@@ -41,6 +41,7 @@ void AddReportCommand(CLI::App& program) {
   command->footer(kExamples);
   command->callback([options] {
     const Renderer& renderer = RequireRenderer(options->form);
+    CheckOutputs({options->out}, {options->result});
     const NamedText result = ReadDocument(options->result);
     Publish(options->out, renderer.render(ReadResultDocument(result.text, result.name),
                                           StyleFor(options->out, options->ascii)));

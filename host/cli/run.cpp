@@ -2,16 +2,16 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstdio>
 #include <memory>
-#include <pugixml.hpp>
 
 #include "host/cli/command_line.h"
 #include "host/cli/commands.h"
 #include "host/cli/execution.h"
+#include "host/cli/output.h"
 #include "host/data/input_error.h"
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
+#include "host/data/xml_reader.h"
 #include "host/request/analysis_documents.h"
 
 namespace npar_host {
@@ -29,21 +29,6 @@ struct RunOptions {
   std::string out = "-";
 };
 
-std::string PlaceOf(const NamedText& document, std::ptrdiff_t offset) {
-  return LocationInText(document.name, document.text, static_cast<std::size_t>(offset));
-}
-
-// The component would refuse it too, but does not know the file's name.
-pugi::xml_document ParseParameters(const NamedText& parameters) {
-  pugi::xml_document xml;
-  const auto parsed = xml.load_buffer(parameters.text.data(), parameters.text.size());
-  if (!parsed) {
-    throw InputError(PlaceOf(parameters, parsed.offset) + ": " + parsed.description() +
-                     "; give a well-formed XML document");
-  }
-  return xml;
-}
-
 pugi::xml_node Parameter(const pugi::xml_document& xml, const catalogue::Setting& setting) {
   return xml.first_child().find_child_by_attribute("Parameter", "name", setting.key.c_str());
 }
@@ -54,7 +39,7 @@ void CheckLevels(const NamedText& parameters, const pugi::xml_document& xml) {
     const pugi::xml_attribute value = Parameter(xml, setting).attribute("value");
     double level = 0.0;
     if (!value || (ParseNumber(value.value(), level) && isLevel(level))) return;
-    throw InputError(PlaceOf(parameters, Parameter(xml, setting).offset_debug()) + ": " +
+    throw InputError(PlaceOf(Parameter(xml, setting), parameters.text, parameters.name) + ": " +
                      setting.key + " is " + Quoted(value.value()) + "; " + wanted);
   };
   check(catalogue::run::kSigLevel, IsSignificanceLevel, "give a number between 0 and 1, as 0.05");
@@ -73,16 +58,18 @@ void NameUnknownFields(const NamedText& parameters, const pugi::xml_document& xm
     for (const pugi::xpath_node found : parameter.select_nodes("@value | ListValue/Value/@value")) {
       const std::string field = found.attribute().value();
       if (std::ranges::find(columns, field) != columns.end()) continue;
-      std::fprintf(stderr, "npar: %s: the data have no field %s%s\n",
-                   PlaceOf(parameters, found.parent().offset_debug()).c_str(),
-                   Quoted(field).c_str(), NearMiss(field, columns).c_str());
+      Tell("npar: " + PlaceOf(found.parent(), parameters.text, parameters.name) +
+           ": the data have no field " + Quoted(field) + NearMiss(field, columns));
     }
   }
 }
 
 int Run(const RunOptions& options) {
+  CheckOutputs({options.out}, {options.parameters, options.model, options.execution.dataPath});
   const NamedText parameters = ReadDocument(options.parameters);
-  const pugi::xml_document parametersXml = ParseParameters(parameters);
+  // The component would refuse it too, but does not know the file's name.
+  pugi::xml_document parametersXml;
+  ReadXml(parametersXml, parameters.text, parameters.name);
   CheckLevels(parameters, parametersXml);
   const NamedText model =
       options.model.empty() ? NamedText{"", "<DataModel/>"} : ReadDocument(options.model);

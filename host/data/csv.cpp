@@ -201,6 +201,7 @@ Dataset CsvReader::Read(const std::vector<CellReading>& readings) {
     releaseAt = position + std::min(kReleaseStep, end - position);
   }
   ReadLateTexts(data);
+  source.CheckIsWhole();
   return data;
 }
 
@@ -296,6 +297,7 @@ void CsvReader::ReadLateTexts(Dataset& data) {
 }
 
 void CsvReader::Fail(const char* position, const std::string& message) const {
+  source.CheckIsWhole();  // what is gone reads as zero bytes, which is no fault of the text
   const std::string_view text = source.Text();
   const auto offset = static_cast<std::size_t>(position - text.data());
   throw InputError(LocationInText(source.Name(), text, offset) + ": " + message);

@@ -36,7 +36,14 @@ std::string Quoted(std::string_view text) {
     while (length > 0 && IsContinuationByte(text[length])) --length;
   }
   std::string quoted(1, '"');
-  quoted.append(text.substr(0, length));
+  for (const char byte : text.substr(0, length)) {
+    // The text of an exception ends at a zero byte.
+    if (byte == '\0') {
+      quoted += "\\x00";
+    } else {
+      quoted += byte;
+    }
+  }
   quoted.append(length < text.size() ? "...\"" : "\"");
   return quoted;
 }

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <initializer_list>
-#include <pugixml.hpp>
 #include <sstream>
 #include <unordered_set>
 #include <utility>
@@ -11,6 +10,7 @@
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
 #include "host/data/text_source.h"
+#include "host/data/xml_reader.h"
 
 namespace npar_host {
 namespace {
@@ -43,12 +43,7 @@ class ModelReader {
 
   std::vector<FieldSpec> Read() {
     pugi::xml_document document;
-    const pugi::xml_parse_result parsed =
-        document.load_buffer(text.data(), text.size(), pugi::parse_default, pugi::encoding_utf8);
-    if (!parsed) {
-      Fail(static_cast<std::size_t>(parsed.offset),
-           std::string(parsed.description()) + "; give a well-formed XML document");
-    }
+    ReadXml(document, text, name);
     const pugi::xml_node root = document.document_element();
     if (std::string_view(root.name()) != "DataModel") {
       Fail(root, "the document is a " + Quoted(root.name()) + "; a data model is a \"DataModel\"");
@@ -164,23 +159,10 @@ class ModelReader {
     if (node.first_child()) Fail(node.first_child(), "a value has no content; remove it");
   }
 
-  std::string Location(const pugi::xml_node& node) const {
-    // The offset of an element is that of its name, one behind its beginning; that of a text may
-    // be that of blanks in front.
-    auto offset = static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0));
-    if (node.type() == pugi::node_element) {
-      offset -= offset > 0 ? 1 : 0;
-    } else {
-      offset = std::min(text.find_first_not_of(" \t\r\n", offset), text.size());
-    }
-    return LocationInText(name, text, offset);
-  }
+  std::string Location(const pugi::xml_node& node) const { return PlaceOf(node, text, name); }
 
   [[noreturn]] void Fail(const pugi::xml_node& node, const std::string& message) const {
     throw InputError(Location(node) + ": " + message);
-  }
-  [[noreturn]] void Fail(std::size_t offset, const std::string& message) const {
-    throw InputError(LocationInText(name, text, offset) + ": " + message);
   }
 
   std::string_view text;
@@ -203,7 +185,9 @@ std::vector<FieldSpec> ParseModel(std::string_view text, const std::string& name
 
 std::vector<FieldSpec> ReadModel(const std::string& path) {
   const TextSource source(path);
-  return ParseModel(source.Text(), source.Name());
+  const std::string text(source.Text());
+  source.CheckIsWhole();
+  return ParseModel(text, source.Name());
 }
 
 std::string WriteModel(const DataModel& model, const RecordCounts* counts) {

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
-#include <pugixml.hpp>
 #include <system_error>
 
 #include "host/data/input_error.h"
 #include "host/data/number.h"
+#include "host/data/xml_reader.h"
 
 namespace npar_host {
 namespace {
@@ -283,11 +283,7 @@ std::vector<std::size_t> ResultTest::ConditionFields(std::size_t position,
 
 ResultDocument ReadResultDocument(std::string_view text, std::string_view name) {
   pugi::xml_document xml;
-  const auto parsed = xml.load_buffer(text.data(), text.size());
-  if (!parsed) {
-    throw InputError(LocationInText(name, text, static_cast<std::size_t>(parsed.offset)) +
-                     ": this is no XML: " + parsed.description());
-  }
+  ReadXml(xml, text, name);
   const pugi::xml_node root = xml.child("StatXML");
   const pugi::xml_node output = root.child("Extension").child("NPAROutput");
   if (!output) {

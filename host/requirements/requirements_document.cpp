@@ -1,6 +1,5 @@
-#include <pugixml.hpp>
-
 #include "host/data/input_error.h"
+#include "host/data/xml_reader.h"
 #include "host/requirements/requirements.h"
 
 namespace npar_host {
@@ -25,15 +24,15 @@ constexpr std::string_view kNone = "None";
 constexpr std::string_view kNominal = "Nominal";
 constexpr std::string_view kOrdinal = "Ordinal";
 
+constexpr std::string_view kName = "execution requirements";
+
 class RequirementsReader {
  public:
   explicit RequirementsReader(std::string_view text) : text(text) {}
 
   Requirements Read() {
     pugi::xml_document document;
-    const pugi::xml_parse_result parsed =
-        document.load_buffer(text.data(), text.size(), pugi::parse_default, pugi::encoding_utf8);
-    if (!parsed) Fail(parsed.offset, parsed.description());
+    ReadXml(document, text, kName);
     const pugi::xml_node root = document.document_element();
     if (root.name() != kExecution) Fail(root, "the document is no \"Execution\"");
     for (const pugi::xml_node operation : root.children()) {
@@ -91,11 +90,7 @@ class RequirementsReader {
   }
 
   [[noreturn]] void Fail(const pugi::xml_node& node, const std::string& message) const {
-    Fail(node.offset_debug(), message);
-  }
-  [[noreturn]] void Fail(std::ptrdiff_t offset, const std::string& message) const {
-    const auto position = static_cast<std::size_t>(offset < 0 ? 0 : offset);
-    throw InputError(LocationInText("execution requirements", text, position) + ": " + message +
+    throw InputError(PlaceOf(node, text, kName) + ": " + message +
                      "; use a component that this host can serve");
   }
 

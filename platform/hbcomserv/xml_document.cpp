@@ -144,13 +144,16 @@ void XMLDocument::Tree::Read() {
   if (const Problem found = FindUnsupported(text); found.what != nullptr) {
     return Refuse(found.offset, found.what);
   }
-  const pugi::xml_parse_result result =
-      document.load_buffer(text.data(), text.size(), pugi::parse_default, pugi::encoding_utf8);
+  // As a fragment the parser keeps texts that stand outside of the root.
+  const pugi::xml_parse_result result = document.load_buffer(
+      text.data(), text.size(), pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
   if (!result) return Refuse(static_cast<std::size_t>(result.offset), result.description());
+  if (!document.document_element()) return Refuse(text.size(), "No document element found");
   for (const pugi::xml_node node : document.children()) {
-    if (node != document.document_element() && node.type() == pugi::node_element) {
-      return Refuse(static_cast<std::size_t>(node.offset_debug()) - 1, "a second root element");
-    }
+    if (node == document.document_element()) continue;
+    const auto offset = static_cast<std::size_t>(node.offset_debug());
+    if (node.type() == pugi::node_element) return Refuse(offset - 1, "a second root element");
+    return Refuse(offset, "text beside the root element");
   }
   DepthCheck depth;
   document.traverse(depth);

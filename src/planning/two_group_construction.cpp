@@ -1,7 +1,11 @@
 #include "planning/two_group_construction.h"
 
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
+
+#include "planning/numeric_values.h"
 
 namespace {
 
@@ -20,25 +24,31 @@ std::pair<double, double> OrderDefaultGroups(TestConstruction& construction, std
   return isSwapped ? std::pair{1.0, 0.0} : std::pair{0.0, 1.0};
 }
 
-double CodeOf(const QDCategoryList& categories, double value) {
-  return categories.FindNumber(value);
-}
-double CodeOf(const QDCategoryList& categories, const std::string& value) {
-  return categories.FindText(value);
+/// Codes of the entry's values of a group; empty where it has none.
+std::vector<double> GivenCodes(const TestConstruction& construction, std::string_view key,
+                               const IQDVariable& group) {
+  const QDCategoryList& categories = *group.GetCategories();
+  std::vector<double> codes;
+  if (group.GetType() == VariableKind::NumericCategory) {
+    for (const double value : ReadNumericValues(construction, key, group)) {
+      codes.push_back(categories.FindNumber(value));
+    }
+    return codes;
+  }
+  std::vector<std::string> texts;
+  static_cast<void>(construction.Read(key, texts));
+  for (const std::string& text : texts) codes.push_back(categories.FindText(text));
+  return codes;
 }
 
-template <typename Value>
-void PutGivenGroups(TestConstruction& construction, const QDCategoryList& categories,
+void PutGivenGroups(TestConstruction& construction, const IQDVariable& group,
                     std::int32_t emptyCode) {
-  for (const std::string key : {"group1List", "group2List"}) {
-    std::vector<Value> values;
-    if (!construction.Read(key, values) || values.empty()) {
+  for (const char* key : {"group1List", "group2List"}) {
+    const std::vector<double> codes = GivenCodes(construction, key, group);
+    if (codes.empty()) {
       construction.Fail(emptyCode);
       return;
     }
-    std::vector<double> codes;
-    codes.reserve(values.size());
-    for (const Value& value : values) codes.push_back(CodeOf(categories, value));
     construction.Put(key, codes);
   }
 }
@@ -60,10 +70,9 @@ TestConstruction::TestAndGroup ResolveTwoGroups(TestConstruction& construction,
       const auto [first, second] = OrderDefaultGroups(construction, found.group);
       construction.Put("groupVariableValue1", first);
       construction.Put("groupVariableValue2", second);
-    } else if (construction.KindOf(found.group) == VariableKind::NumericCategory) {
-      PutGivenGroups<double>(construction, categories, codes.emptyList);
     } else {
-      PutGivenGroups<std::string>(construction, categories, codes.emptyList);
+      PutGivenGroups(construction, *construction.Planner().GetVariables().GetVarAt(found.group),
+                     codes.emptyList);
     }
   }
   construction.Put("userSpecifyGroupList", areGiven);

@@ -12,6 +12,8 @@
 #include "host/data/csv.h"
 #include "host/loader/analysis_run.h"
 #include "host/request/test_request.h"
+#include "support/algorithm_element.h"
+#include "support/parameters_text.h"
 #include "support/schema.h"
 
 namespace {
@@ -140,6 +142,49 @@ TEST_F(CommandLineTest, RecordsWithMissingValuesAreCountedAsTheTreatmentSays) {
   }
 }
 
+// Dates stand in documents as numbers, and in requests as people write them.
+TEST_F(CommandLineTest, DatesNameCategoriesInEveryTest) {
+  const std::string data = folder.Write(
+      "d.csv",
+      "x,d,e\n1,2020-01-01,2020-01-01\n2,2020-01-02,2020-01-01\n4,2020-01-01,2020-01-02\n"
+      "3,2020-01-02,2020-01-02\n5,2020-01-01,2020-01-01\n7,2020-01-02,2020-01-01\n");
+  const std::string model =
+      folder.Write("m.xml",
+                   "<DataModel><Field name='d' measure='nominal' storage='date'/>"
+                   "<Field name='e' measure='nominal' storage='date'/></DataModel>");
+  const std::string day = "2020-01-02";
+  const std::string expected =
+      "<Attribute name='classFormation' value='custom'/><Attribute name='custom'><ListValue>"
+      "<StructuredValue><Attribute name='categoryValue' value='2020-01-01'/>"
+      "<Attribute name='expectedValue' value='2'/></StructuredValue><StructuredValue>"
+      "<Attribute name='categoryValue' value='2020-01-02'/>"
+      "<Attribute name='expectedValue' value='1'/></StructuredValue></ListValue></Attribute>";
+  const std::string success = Attribute("classFormation", "givenCategoryList");
+  const std::string classes = Attribute("catVarClassFormation", "givenCategoryList") +
+                              ListAttribute("givenCategoryList", {day});
+  const std::string params = folder.Write(
+      "p.xml", "<Parameters>" + ListParameter("oneSampleVariables", {"d"}) +
+                   ListParameter("relatedVariables", {"d", "e"}) +
+                   ListParameter("independentVariables", {"x"}) +
+                   ListParameter("groupVariable", {"d"}) + Family("OneSample") +
+                   Selected("OChiSquare", expected) + Selected("OBinomial", classes) +
+                   Selected("ORuns", classes) + Family("Related") +
+                   Selected("RMcNemar", success + ListAttribute("categoriesList", {day})) +
+                   Selected("RCochransQ", success + ListAttribute("successCategoryList", {day})) +
+                   Family("Independent") +
+                   Selected("IMannWhitneyU", Attribute("userSpecifyGroupList", "true") +
+                                                 ListAttribute("group1List", {day}) +
+                                                 ListAttribute("group2List", {"2020-01-01"})) +
+                   "</Parameters>");
+  const ProcessResult run = RunNpar({"run", "--params", params, "--data", data, "--model", model});
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  const std::vector<AlgorithmElement> elements = AlgorithmElement::AllOf(run.out);
+  ASSERT_EQ(elements.size(), 6u);
+  for (const AlgorithmElement& element : elements) {
+    EXPECT_TRUE(element.Has("StatisticsResult")) << element.Xml();
+  }
+}
+
 TEST_F(CommandLineTest, ReportsGoToSeveralPlacesInOneCall) {
   const ProcessResult run =
       RunNpar({"analyse", kSleep, "--related", "drug1,drug2", "--test", "sign", "--report", "text",
@@ -161,6 +206,7 @@ TEST_F(CommandLineTest, BadInputIsRefusedWithPlaceAndRemedyAndNothingIsWritten) 
   folder.Write("heavy.csv", "a,b,n\n1,2,1\n3,4,3000000000\n");
   folder.Write("missing.csv", "a,b\nNA,NA\nNA,NA\n");
   folder.Write("broken.xml", "<Parameters>\n <Parameter name=\"x\"");
+  folder.Write("type.xml", "<!DOCTYPE a><a/>");
   folder.Write("nofield.xml", "<Parameters/>");
   folder.Write("notest.xml", PairParameters("drug2", ""));
   folder.Write("unknown.xml", PairParameters("drug9", kSignTest));
@@ -175,10 +221,17 @@ TEST_F(CommandLineTest, BadInputIsRefusedWithPlaceAndRemedyAndNothingIsWritten) 
       {"no field", "run --params @nofield.xml --data examples/sleep.csv", 1, "error 220010: "},
       {"no test", "run --params @notest.xml --data examples/sleep.csv", 1, "error 220001: "},
       {"unknown field is named", "run --params @unknown.xml --data examples/sleep.csv", 1,
-       R"(unknown.xml:2:2: the data have no field "drug9"; did you mean "drug)"},
+       R"(unknown.xml:2:1: the data have no field "drug9"; did you mean "drug)"},
       {"no group", "run --params @nogroup.xml --data examples/sleep.csv", 1, "error 220009: "},
       {"absent document", "run --params @absent.xml --data examples/sleep.csv", 2, "absent.xml: "},
       {"absent data", "run --params @sign.xml --data @absent.csv", 2, "absent.csv: "},
+      {"document type in the parameters", "run --params @type.xml --data examples/sleep.csv", 2,
+       "type.xml:1:1: a document type"},
+      {"document type in the model",
+       "run --params @sign.xml --data examples/sleep.csv --model @type.xml", 2,
+       "type.xml:1:1: a document type"},
+      {"document type in a result", "report @type.xml --as text", 2,
+       "type.xml:1:1: a document type"},
       {"broken data model", "run --params @sign.xml --data examples/sleep.csv --model @broken.xml",
        2, "broken.xml:2:"},
       {"component that is none",
@@ -253,6 +306,56 @@ TEST_F(CommandLineTest, WhatCannotBeWrittenIsAnError) {
       {"/bin/bash", "-c", std::string(kProgram) + " tests | true; exit ${PIPESTATUS[0]}"});
   EXPECT_THAT(closed.exitCode, testing::AnyOf(0, 2));  // 0 where the pipe took all before it closed
   EXPECT_THAT(closed.err, testing::AnyOf(IsEmpty(), HasSubstr("Broken pipe")));
+}
+
+// A file that is opened would take the place of a closed descriptor.
+TEST_F(CommandLineTest, ClosedStandardDescriptorsAreNotTakenByFiles) {
+  const auto run = [](const std::string& arguments) {
+    return RunProcess({"/bin/sh", "-c", std::string(kProgram) + " " + arguments});
+  };
+  const ProcessResult input = run("analyse - --related a,b 0<&-");
+  EXPECT_EQ(input.exitCode, 2);
+  EXPECT_THAT(input.err, HasSubstr("standard input: cannot be read"));
+  const ProcessResult output = run("tests 1>&-");
+  EXPECT_EQ(output.exitCode, 2);
+  EXPECT_THAT(output.err, HasSubstr("cannot write standard output"));
+  const std::string out = folder.Path("r.xml");
+  const std::string analysis = std::string("analyse ") + kSleep + " --related drug1,drug2 --out " +
+                               out + " --report text=" + folder.Path("r.txt");
+  for (const char* closed : {" 0<&-", " 0<&- 1>&-", " 0<&- 1>&- 2>&-"}) {
+    EXPECT_EQ(run(analysis + closed).exitCode, 0) << closed;
+    EXPECT_TRUE(IsValid(FileContent(out), "statxml-7.0.xsd")) << closed;
+  }
+}
+
+TEST_F(CommandLineTest, NoFileIsWrittenTwiceOrOverWhatIsRead) {
+  const std::string data = folder.Write("d.csv", FileContent(kSleep));
+  const std::string same = folder.Path("same.x");
+  const std::vector<std::string> analysis = {"analyse", data, "--related", "drug1,drug2"};
+  const auto refusal = [&](std::vector<std::string> more) {
+    more.insert(more.begin(), analysis.begin(), analysis.end());
+    const ProcessResult run = RunNpar(more);
+    EXPECT_EQ(run.exitCode, 2);
+    return run.err;
+  };
+  EXPECT_THAT(refusal({"--out", same, "--report", "json=" + folder.Path("./same.x")}),
+              HasSubstr("it is written twice"));
+  EXPECT_THAT(refusal({"--keep-documents", folder.Path(""), "--out", folder.Path("model.xml")}),
+              HasSubstr("it is written twice"));
+  EXPECT_THAT(refusal({"--out", data}), HasSubstr("it is read in the same call"));
+  EXPECT_THAT(folder.Names(), ElementsAre("d.csv"));
+  EXPECT_EQ(FileContent(data), FileContent(kSleep));
+}
+
+TEST_F(CommandLineTest, MessagesAreWholeAndShortWhateverTheDataHold) {
+  const std::string zero = folder.Write("zero.csv", std::string("a,b\n1,2\n3,4\0\033[2J\n", 17));
+  EXPECT_THAT(RunNpar({"analyse", zero, "--related", "a,b", "--continuous", "b"}).err,
+              AllOf(HasSubstr("this cell is \"4\\x00\\x1b[2J\"; correct it")));
+  const std::string wide = folder.Write("wide.csv", std::string(10 << 20, 'x') + ",b\n1,2\n3,4\n");
+  const ProcessResult run = RunNpar({"analyse", wide, "--related", "a,b"});
+  EXPECT_EQ(run.exitCode, 2);
+  EXPECT_THAT(run.err, HasSubstr("the data have no field \"a\""));
+  EXPECT_LT(run.err.size(), 10000u);
 }
 
 TEST_F(CommandLineTest, CtrlCWhileReadingEndsWith130AndWritesNothing) {

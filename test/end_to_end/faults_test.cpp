@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <csignal>
 #include <set>
 #include <string>
 
@@ -184,6 +185,10 @@ TEST(Faults, FullDiskAndClosedPipeLeaveNoHalfResult) {
     EXPECT_EQ(result.exitCode, 2) << row.command;
     EXPECT_THAT(result.err, testing::HasSubstr(row.reason));
   }
+  // A signal that ends the process in the middle takes the temporary file along.
+  const ProcessResult ended =
+      RunProcess({"/bin/bash", "-c", "ulimit -f 2; exec " + run + " --out " + old});
+  EXPECT_EQ(ended.exitCode, 128 + SIGXFSZ);
   EXPECT_EQ(FileContent(old), "old");
   EXPECT_THAT(folder.Names(), testing::UnorderedElementsAre("d.csv", "r.html"));
 }

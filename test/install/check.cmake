@@ -12,6 +12,7 @@ endfunction()
 
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${work}/prefix)
 run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR} -B ${work}/host
+  -G ${GENERATOR} -D CMAKE_MAKE_PROGRAM=${MAKE_PROGRAM}
   -D CMAKE_PREFIX_PATH=${work}/prefix -D CMAKE_C_COMPILER=${C_COMPILER}
   -D CMAKE_C_FLAGS=${C_FLAGS})
 run(${CMAKE_COMMAND} --build ${work}/host)

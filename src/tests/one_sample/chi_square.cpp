@@ -34,9 +34,8 @@ void ReadGivenProportions(TestConstruction& construction, const IQDVariable& var
     std::string text;
     double number = 0.0;
     double value = 0.0;
-    const bool hasCategory =
-        item.GetSettingValByName(card::kCategoryValue.key, text) &&
-        (!isNumeric || item.GetSettingValByName(card::kCategoryValue.key, number));
+    const bool hasCategory = item.GetSettingValByName(card::kCategoryValue.key, text) &&
+                             (!isNumeric || variable.TextToNumber(text, number));
     const bool hasValue = item.GetSettingValByName(card::kExpectedValue.key, value) && value > 0.0;
     if (!hasCategory || !hasValue) {
       construction.Fail(card::kBadExpectedValues, variable.GetName());

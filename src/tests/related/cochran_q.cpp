@@ -223,7 +223,8 @@ std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construct
   const bool areGiven =
       construction.IsOK() && construction.ReadText("classFormation") == "givenCategoryList";
   if (areGiven) {
-    PutSuccessValues(construction, card::kSuccessCategories.key.c_str(), kind, card::kNoSplit);
+    PutSuccessValues(construction, card::kSuccessCategories.key.c_str(),
+                     *planner.GetVariables().GetVarAt(tested.front()), card::kNoSplit);
   }
   PutComparisonFlags(construction);
   construction.Put("variableIndex", tested);

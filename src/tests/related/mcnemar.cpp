@@ -105,12 +105,12 @@ namespace {
 /// Puts the given success values and, for each field of the pair, what they select.
 void PutGivenValues(TestConstruction& construction, const CategoryPair& pair) {
   const char* const key = card::kCategories.key.c_str();
-  PutSuccessValues(construction, key, construction.KindOf(pair.first), card::kNoGivenValue);
+  const QDVarList& variables = construction.Planner().GetVariables();
+  PutSuccessValues(construction, key, *variables.GetVarAt(pair.first), card::kNoGivenValue);
   if (!construction.IsOK()) return;
   std::vector<std::string> texts;
   static_cast<void>(construction.Read(key, texts));
   construction.Put("UserSpecifiedSuccessfulListOriginal", texts);
-  const QDVarList& variables = construction.Planner().GetVariables();
   const CategorySelection firstSide = SelectCategories(*variables.GetVarAt(pair.first), texts);
   const CategorySelection secondSide = SelectCategories(*variables.GetVarAt(pair.second), texts);
   construction.Put("UserSpecifiedSuccListVar0", firstSide.codes);

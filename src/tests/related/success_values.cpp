@@ -3,13 +3,13 @@
 #include <string>
 #include <vector>
 
+#include "planning/numeric_values.h"
+
 namespace {
 
 template <typename Value>
-void PutList(TestConstruction& construction, const char* from, const char* to,
+void PutList(TestConstruction& construction, const char* to, const std::vector<Value>& values,
              std::int32_t noValueCode) {
-  std::vector<Value> values;
-  static_cast<void>(construction.Read(from, values));
   if (values.empty()) {
     construction.Fail(noValueCode);
   } else {
@@ -19,11 +19,14 @@ void PutList(TestConstruction& construction, const char* from, const char* to,
 
 }  // namespace
 
-void PutSuccessValues(TestConstruction& construction, const char* key, VariableKind kind,
+void PutSuccessValues(TestConstruction& construction, const char* key, const IQDVariable& variable,
                       std::int32_t noValueCode) {
-  if (kind == VariableKind::NumericCategory) {
-    PutList<double>(construction, key, "successCategoryListNum", noValueCode);
-  } else {
-    PutList<std::string>(construction, key, "successCategoryListStr", noValueCode);
+  if (variable.GetType() == VariableKind::NumericCategory) {
+    PutList(construction, "successCategoryListNum", ReadNumericValues(construction, key, variable),
+            noValueCode);
+    return;
   }
+  std::vector<std::string> texts;
+  static_cast<void>(construction.Read(key, texts));
+  PutList(construction, "successCategoryListStr", texts, noValueCode);
 }

@@ -305,4 +305,22 @@ TEST(CsvTest, WrittenNumbersReadBackToTheLastBit) {
   }));
 }
 
+// Pages that are gone end in a signal where they are read; what is left of the last page is zeros.
+TEST(CsvReader, AFileThatBecomesShorterWhileItIsReadIsToldSo) {
+  const TemporaryFolder folder;
+  std::string text = "a,b\n";
+  while (text.size() < 100000) text += "1,2\n";
+  for (const std::uintmax_t left : {0U, 10U, 50000U, 99996U}) {
+    const std::string path = folder.Write("d.csv", text);
+    CsvReader reader(path);
+    std::filesystem::resize_file(path, left);
+    EXPECT_THAT(
+        [&] {
+          static_cast<void>(reader.Read({CellReading::Detect, CellReading::Detect}));
+        },
+        testing::ThrowsMessage<InputError>(HasSubstr("became shorter")))
+        << left;
+  }
+}
+
 }  // namespace

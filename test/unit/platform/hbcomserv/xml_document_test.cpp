@@ -27,6 +27,7 @@ TEST(XMLDocument, RefusesWhatIsNoPlainXmlAndSaysWhere) {
   const Case kCases[] = {
       {"an unclosed tag", "<a>\n  <b></a>", "line 2, column 8: "},
       {"text that is no XML", "hello", "line 1, column 6: No document element found"},
+      {"text behind the root", "<a/>junk", "line 1, column 5: text beside the root element"},
       {"nothing at all", "", "line 1, column 1: No document element found"},
       {"a document type", "<?xml version=\"1.0\"?>\n<!DOCTYPE a []><a/>",
        "line 2, column 1: a document type is not allowed"},
