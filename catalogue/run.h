@@ -155,6 +155,10 @@ inline constexpr Code kIndependentContinuousUnused{
 inline constexpr Code kWeightTooLarge{
     220026, Kind::Error, "a frequency weight is above 2147483647 or not a number",
     "Scale the weights down, or give the record in several parts."};
+inline constexpr Code kTooManySamples{
+    220027, Kind::Warning, "multiple comparisons take no more than 4096 samples[; there are %0]",
+    "Compare fewer groups or fields; the overall result stands, and a stepwise comparison by "
+    "median, Friedman, Kendall or Cochran takes any number."};
 inline constexpr Code kCodes[] = {kCancelled,
                                   kNoResult,
                                   kNoTest,
@@ -181,6 +185,7 @@ inline constexpr Code kCodes[] = {kCancelled,
                                   kTestsSkipCategorical,
                                   kIndependentCategorical,
                                   kIndependentContinuousUnused,
-                                  kWeightTooLarge};
+                                  kWeightTooLarge,
+                                  kTooManySamples};
 
 }  // namespace catalogue::run

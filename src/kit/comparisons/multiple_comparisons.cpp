@@ -4,12 +4,12 @@
 #include <cmath>
 #include <string>
 
-#include "kit/contract/allocation.h"
 #include "kit/statistics/normal.h"
 
 namespace {
 
 constexpr std::int32_t kSampleStandsAlone = 220013;  // a sample is in no subset with another one
+constexpr std::int32_t kTooManySamples = 220027;     // for a table of their pairs
 
 constexpr std::size_t kFewestSamples = 3;
 
@@ -39,8 +39,11 @@ bool MultipleComparison::PassGate(NPARTest& test, double level, double overallSi
                                   std::size_t sampleCount) {
   if (wanted == ComparisonKind::None) return false;
   const bool isSignificant = level > overallSig;
-  if (isSignificant && WantsPairwise() && sampleCount > kMostSamplesInPairs) {
-    test.ReportStatus(QDStatus(kNoMemory), MessageKind::Error);
+  if (isSignificant && WantsTooManyPairs(sampleCount)) {
+    test.AddMessage({QDStatus(kTooManySamples),
+                     MessageKind::Warning,
+                     {std::to_string(sampleCount)},
+                     {}});
     wanted = ComparisonKind::None;
     return false;
   }
@@ -82,22 +85,30 @@ void MultipleComparison::AddSubset(const SampleRange& range, const RangeFigures&
 
 double MultipleComparison::AdjustedSig(double sig, std::size_t rangeSize) const {
   const std::size_t count = samples.size();
-  if (rangeSize + 1 >= count) return sig;
+  if (!IsAdjusted(rangeSize)) return sig;
   return 1.0 - std::pow(1.0 - sig, static_cast<double>(count) / static_cast<double>(rangeSize));
 }
 
-void MultipleComparison::EndStepwisePass(NPARTest& test,
-                                         const std::function<RangeFigures(std::size_t)>& compute) {
+double MultipleComparison::DecidingLevel(const SampleRange& range) const {
+  if (!policy.judgesOnAdjusted || !IsAdjusted(range.Size())) return sigLevel;
+  const double share = static_cast<double>(range.Size()) / static_cast<double>(samples.size());
+  return -std::expm1(share * std::log1p(-sigLevel));
+}
+
+bool MultipleComparison::AddIfHomogeneous(const SampleRange& range, const RangeFigures& figures) {
+  const double adjSig = AdjustedSig(figures.sig, range.Size());
+  if (sigLevel > (policy.judgesOnAdjusted ? adjSig : figures.sig)) return false;
+  AddSubset(range, figures, adjSig);
+  return true;
+}
+
+void MultipleComparison::EndStepwisePass(NPARTest& test, const ComputeRangeAt& compute) {
   std::vector<SampleRange> left;
   for (std::size_t place = 0; place < workList.size(); ++place) {
     SampleRange range = workList[place];
     if (IsCovered(range)) continue;
-    const RangeFigures figures = compute(place);
-    const double adjSig = AdjustedSig(figures.sig, range.Size());
-    if (!(sigLevel > (policy.judgesOnAdjusted ? adjSig : figures.sig))) {
-      AddSubset(range, figures, adjSig);
-      continue;
-    }
+    const std::optional<RangeFigures> figures = compute(place);
+    if (figures && AddIfHomogeneous(range, *figures)) continue;
     --range.last;
     if (range.Size() > 1) {
       left.push_back(range);

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -81,6 +82,8 @@ struct StepwisePolicy {
   /// cleaned of those inside others and put in order; otherwise such a range is dropped, and its
   /// sample is found at the finish, should no subset hold it.
   bool keepsShrunkSingles = false;
+  /// The test keeps a table of all pairs of groups for its ranges too.
+  bool countsPairsOfGroups = false;
 };
 
 /// Multiple comparisons of k samples after a significant overall test: which of them differ?
@@ -107,12 +110,12 @@ class MultipleComparison {
   /// True while a wanted comparison has not run.
   [[nodiscard]] bool IsPending() const noexcept { return wanted != ComparisonKind::None && !done; }
 
-  /// Pairs of more samples than these would fill many gigabytes as a table.
+  /// A table of the pairs of more samples than these would fill many gigabytes.
   static constexpr std::size_t kMostSamplesInPairs = 4096;
 
   /// Decides after the overall test. A wanted comparison is given up with its warning where the
-  /// test is not significant or there are fewer than 3 samples, with error 220002 where the pairs
-  /// are too many; true: it goes on.
+  /// test is not significant or there are fewer than 3 samples, with 220027 and their number
+  /// where it wants a table of too many pairs; true: it goes on.
   bool PassGate(NPARTest& test, double sigLevel, double overallSig, std::size_t sampleCount);
 
   /// Compares all pairs of samples. `compare(i, j)` gives the figures of two places, i < j;
@@ -128,6 +131,12 @@ class MultipleComparison {
     done = true;
   }
 
+  /// Computes the range at a place of the work list; nothing: its significance is for certain below
+  /// the deciding level, and what it is nobody asks.
+  using ComputeRangeAt = std::function<std::optional<RangeFigures>(std::size_t)>;
+  /// The significance below which a range is told apart: its adjusted one is below the level then.
+  [[nodiscard]] double DecidingLevel(const SampleRange& range) const;
+
   /// Starts the step-down of at least 3 samples in their order.
   void StartStepwise(std::vector<ComparedSample> orderedSamples, double sigLevel);
   /// The ranges that the pass to come tests.
@@ -136,7 +145,7 @@ class MultipleComparison {
   /// A range that a subset covers could only lead to others so covered and is dropped uncomputed.
   /// With no range left the step-down is done, and the test is warned (220013) of each sample that
   /// stands alone.
-  void EndStepwisePass(NPARTest& test, const std::function<RangeFigures(std::size_t)>& compute);
+  void EndStepwisePass(NPARTest& test, const ComputeRangeAt& compute);
   /// The whole step-down of at least 3 samples in their order, for a test that can compute any
   /// range without a further pass.
   void RunStepwise(NPARTest& test, std::vector<ComparedSample> orderedSamples,
@@ -152,8 +161,15 @@ class MultipleComparison {
  private:
   void AddPair(std::int32_t i, std::int32_t j, std::size_t adjustedFor, const PairFigures& figures);
   void AddSubset(const SampleRange& range, const RangeFigures& figures, double adjSig);
+  bool AddIfHomogeneous(const SampleRange& range, const RangeFigures& figures);
   [[nodiscard]] bool IsCovered(const SampleRange& range) const noexcept {
     return coveredUpTo[range.first] > range.last;
+  }
+  [[nodiscard]] bool WantsTooManyPairs(std::size_t sampleCount) const noexcept {
+    return sampleCount > kMostSamplesInPairs && (WantsPairwise() || policy.countsPairsOfGroups);
+  }
+  [[nodiscard]] bool IsAdjusted(std::size_t rangeSize) const noexcept {
+    return rangeSize + 1 < samples.size();
   }
   [[nodiscard]] double AdjustedSig(double sig, std::size_t rangeSize) const;
   void FinishStepwise(NPARTest& test);

@@ -37,17 +37,8 @@ void RangeCounts::Finish() {
     orderedBefore.push_back(sums[place * groupCount + place]);
   }
   above = std::move(sums);
-}
-
-std::vector<double> RangeCounts::RankSums(const SampleRange& range) const {
-  const double* low = &above[range.first * groupCount];
-  const double* high = &above[(range.last + 1) * groupCount];
-  std::vector<double> rankSums(range.Size());
-  for (std::size_t i = 0; i < rankSums.size(); ++i) {
-    const std::size_t place = range.first + i;
-    rankSums[i] = below[place] * 0.5 + (high[place] - low[place]);
-  }
-  return rankSums;
+  sizeBefore.push_back(0.0);
+  for (const double size : below) sizeBefore.push_back(sizeBefore.back() + size);
 }
 
 double RangeCounts::OrderedPairs(const SampleRange& range) const noexcept {

@@ -26,8 +26,16 @@ class RangeCounts {
   /// Once, after the last value; then come the readers.
   void Finish();
 
-  /// Rank sums of the groups of the range.
-  [[nodiscard]] std::vector<double> RankSums(const SampleRange& range) const;
+  /// The sum of the ranks that the group at `place` has within the range.
+  [[nodiscard]] double RankSum(const SampleRange& range, std::size_t place) const noexcept {
+    return below[place] * 0.5 + (above[(range.last + 1) * groupCount + place] -
+                                 above[range.first * groupCount + place]);
+  }
+  /// The weight of the group at `place`, and of all groups of the range.
+  [[nodiscard]] double SizeOf(std::size_t place) const noexcept { return below[place]; }
+  [[nodiscard]] double SizeOf(const SampleRange& range) const noexcept {
+    return sizeBefore[range.last + 1] - sizeBefore[range.first];
+  }
   /// Pairs of values in the order of their groups, equal ones counted a half.
   [[nodiscard]] double OrderedPairs(const SampleRange& range) const noexcept;
   /// Ranges that end at the same place are best asked for one after the other.
@@ -48,6 +56,7 @@ class RangeCounts {
   std::vector<double> below;          // weight of each group below the run; in the end, its size
   std::vector<double> above;          // row a, column b: pairs with the value of a above that of b;
                                       // in the end, row b, column a: those with a group before b
+  std::vector<double> sizeBefore;     // by place: weight of all earlier groups
   std::vector<double> orderedBefore;  // by place: pairs with a value of an earlier group below
   std::vector<RunEntry> tiedRuns;     // by descending place within a run
   std::size_t tiesEnd = kNoPlace;     // the last place of `tiesFrom`

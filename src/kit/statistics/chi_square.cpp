@@ -1,11 +1,18 @@
 #include "kit/statistics/chi_square.h"
 
+#include <cmath>
 #include <numeric>
 
 #include "foundation/names.h"
 
 ChiSquareFigures ChiSquareOf(double statistic, std::size_t samples) {
   return {statistic, QDDistFun::SfChi(statistic, static_cast<double>(samples) - 1.0)};
+}
+
+double SurelySignificantChiSquare(double level, std::size_t samples) {
+  const double df = static_cast<double>(samples) - 1.0;
+  const double t = -std::log(level);
+  return df + 2.0 * std::sqrt(df * t) + 2.0 * t;
 }
 
 GoodnessOfFit ChiSquareGoodnessOfFit(std::span<const std::int64_t> observed,

@@ -12,6 +12,11 @@ struct ChiSquareFigures {
 };
 /// With `samples` - 1 degrees of freedom.
 [[nodiscard]] ChiSquareFigures ChiSquareOf(double statistic, std::size_t samples);
+/// A statistic that is significant below `level` whatever its tail is exactly: with t = -ln level,
+///   P(X >= df + 2 sqrt(df t) + 2 t) <= level
+/// Infinite for a level of 0, not a number for one outside 0 to 1. Source: B. Laurent, P. Massart,
+/// Annals of Statistics 28 (2000), lemma 1.
+[[nodiscard]] double SurelySignificantChiSquare(double level, std::size_t samples);
 
 /// How small the expected counts of a table are, which says whether its chi-square can be trusted:
 /// W. G. Cochran, Biometrics 10 (1954).

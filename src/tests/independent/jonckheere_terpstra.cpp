@@ -47,7 +47,7 @@ NormalFigures Standardize(const JonckheereSums& sums, const std::vector<double>&
 }  // namespace
 
 NPARJonckTer::NPARJonckTer(QDSettings* settings)
-    : NPARTest(settings), comparison(kComparisonCodes) {}
+    : NPARTest(settings), comparison(kComparisonCodes, {.countsPairsOfGroups = true}) {}
 
 void NPARJonckTer::Prepare(const SettingsReader& settings) {
   groups.ReadVariables(settings);

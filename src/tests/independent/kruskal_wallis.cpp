@@ -21,13 +21,13 @@ constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = card::kTooFewPairwi
                                            .tooFewStepwise = card::kTooFewStepwise,
                                            .notSignificantPairwise = card::kNotSignificantPairwise,
                                            .notSignificantStepwise = card::kNotSignificantStepwise};
-constexpr StepwisePolicy kJudgedOnPlainSig{false, false};
+constexpr StepwisePolicy kPolicy{.judgesOnAdjusted = false, .countsPairsOfGroups = true};
 constexpr std::int32_t kPasses = 3;
 
 }  // namespace
 
 NPARKruskalWOneWay::NPARKruskalWOneWay(QDSettings* settings)
-    : NPARTest(settings), comparison(kComparisonCodes, kJudgedOnPlainSig) {}
+    : NPARTest(settings), comparison(kComparisonCodes, kPolicy) {}
 
 void NPARKruskalWOneWay::Prepare(const SettingsReader& settings) {
   groups.ReadVariables(settings);
@@ -125,15 +125,35 @@ void NPARKruskalWOneWay::RunStepwise() {
   ranges = RangeCounts(0);
 }
 
-RangeFigures NPARKruskalWOneWay::ComputeRange(const SampleRange& range) {
-  const std::vector<double> rankSums = ranges.RankSums(range);
+// H is a sum of positive terms, and no correction for ties makes it smaller. In their order the
+// groups at the ends of a range have the largest terms, so that mostly a few of them are enough.
+bool NPARKruskalWOneWay::IsSurelyApart(const SampleRange& range) const {
+  const double n = ranges.SizeOf(range);
+  const double enough = n * (n + 1.0) / 12.0 *
+                        SurelySignificantChiSquare(comparison.DecidingLevel(range), range.Size());
+  double between = 0.0;
+  const auto add = [&](std::size_t place) {
+    const double size = ranges.SizeOf(place);
+    const double deviation = ranges.RankSum(range, place) - size * (n + 1.0) * 0.5;
+    between += deviation * deviation / size;
+  };
+  std::size_t low = range.first;
+  for (std::size_t high = range.last; low < high && !(between > enough); ++low, --high) {
+    add(low);
+    add(high);
+  }
+  return between > enough;
+}
+
+std::optional<RangeFigures> NPARKruskalWOneWay::ComputeRange(const SampleRange& range) {
+  if (IsSurelyApart(range)) return std::nullopt;
   std::vector<RankedGroup> groups;
-  groups.reserve(rankSums.size());
-  for (std::size_t i = 0; i < rankSums.size(); ++i) {
-    groups.push_back({rankSums[i], tally->CountAt(orderedPlaces[range.first + i])});
+  groups.reserve(range.Size());
+  for (std::size_t place = range.first; place <= range.last; ++place) {
+    groups.push_back({ranges.RankSum(range, place), ranges.SizeOf(place)});
   }
   const auto [h, sig] = KruskalWallis(groups, ranges.Ties(range).Cubic());
-  return {h, sig};
+  return RangeFigures{h, sig};
 }
 
 XMLElement* NPARKruskalWOneWay::WriteResults() {

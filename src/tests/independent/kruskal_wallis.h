@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "kit/comparisons/multiple_comparisons.h"
@@ -39,8 +40,9 @@ class NPARKruskalWOneWay final : public NPARTest {
   void RunPairwise();
   void OrderGroups();
   void RunStepwise();
-  /// H within a range of the groups in stepwise order.
-  [[nodiscard]] RangeFigures ComputeRange(const SampleRange& range);
+  /// H within a range of the groups in stepwise order; nothing where it is significant for sure.
+  [[nodiscard]] std::optional<RangeFigures> ComputeRange(const SampleRange& range);
+  [[nodiscard]] bool IsSurelyApart(const SampleRange& range) const;
 
   GroupTally::Key groups;
   GroupTally* tally = nullptr;

@@ -240,6 +240,8 @@ def rows():
         places = around(df, sd, [-30, -6, -2, -0.3, 0, 0.3, 2, 6, 30])
         if df < 1e3:
             places += [1e-300, 1e-10, 1e-3, 0.5, 1.1, 2.2, 30.0, 700.0, 1400.0]
+        if df in (41.0, 300.0):  # about the ends of the uniform expansion
+            places += [0.3 * df, 0.305 * df, 2.35 * df, 2.36 * df]
         for x in places:
             if x == x and x < 1e301:
                 yield "CdfChi", cdf_chi, (x, df), (x, df)

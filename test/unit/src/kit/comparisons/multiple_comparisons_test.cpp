@@ -111,7 +111,7 @@ struct GateCase {
   double p;
   std::size_t samples;
   std::int32_t code;  // 0: passes
-  MessageKind messageKind = MessageKind::Warning;
+  bool countsPairsOfGroups = false;
 };
 
 constexpr std::size_t kMostInPairs = MultipleComparison::kMostSamplesInPairs;
@@ -128,9 +128,12 @@ const GateCase kGateCases[] = {
     {"not a number is not significant", ComparisonKind::Stepwise, std::nan(""), 3,
      kCodes.notSignificantStepwise},
     {"the most pairs that are held", ComparisonKind::Pairwise, 0.049, kMostInPairs, 0},
-    {"too many pairs", ComparisonKind::Pairwise, 0.049, kMostInPairs + 1, 220002,
-     MessageKind::Error},
+    {"too many pairs", ComparisonKind::Pairwise, 0.049, kMostInPairs + 1, 220027},
     {"ranges of any number", ComparisonKind::Stepwise, 0.049, kMostInPairs + 1, 0},
+    {"ranges of the most groups that are counted", ComparisonKind::Stepwise, 0.049, kMostInPairs, 0,
+     true},
+    {"ranges of too many groups that are counted", ComparisonKind::Stepwise, 0.049,
+     kMostInPairs + 1, 220027, true},
     {"pairs that are not wanted any more", ComparisonKind::Pairwise, 0.05, kMostInPairs + 1,
      kCodes.notSignificantPairwise},
 };
@@ -138,7 +141,7 @@ const GateCase kGateCases[] = {
 TEST(MultipleComparisonTest, TheGateWarnsOfWhatItStops) {
   for (const GateCase& row : kGateCases) {
     SCOPED_TRACE(row.catches);
-    MultipleComparison comparison(kCodes);
+    MultipleComparison comparison(kCodes, {.countsPairsOfGroups = row.countsPairsOfGroups});
     comparison.Want(row.kind);
     MessageTaker test;
     EXPECT_EQ(comparison.PassGate(test, 0.05, row.p, row.samples), row.code == 0);
@@ -146,7 +149,7 @@ TEST(MultipleComparisonTest, TheGateWarnsOfWhatItStops) {
     if (row.code == 0) {
       EXPECT_THAT(test.Taken(), IsEmpty());
     } else {
-      EXPECT_THAT(test.Taken(), ElementsAre(Pair(row.code, row.messageKind)));
+      EXPECT_THAT(test.Taken(), ElementsAre(Pair(row.code, MessageKind::Warning)));
     }
   }
 }
@@ -209,6 +212,16 @@ TEST(MultipleComparisonTest, SignificanceIsAdjustedFromTwoBelowAllSamplesOn) {
   RunStepwise(plain, test, 5, [](const SampleRange&) { return 0.3; });
   EXPECT_EQ(plain.GetSubsets().at(0).range.Size(), 4U);
   EXPECT_EQ(plain.GetSubsets().at(0).adjSig, 0.3);  // k - 1 of k
+}
+
+TEST(MultipleComparisonTest, TheDecidingLevelIsTheOneWhoseAdjustmentIsTheLevel) {
+  MultipleComparison comparison(kCodes);
+  comparison.StartStepwise(Samples(10), 0.05);
+  EXPECT_NEAR(1.0 - std::pow(1.0 - comparison.DecidingLevel({2, 5}), 10.0 / 4.0), 0.05, 1e-15);
+  EXPECT_EQ(comparison.DecidingLevel({0, 8}), 0.05);
+  MultipleComparison onPlain(kCodes, {.judgesOnAdjusted = false});
+  onPlain.StartStepwise(Samples(10), 0.05);
+  EXPECT_EQ(onPlain.DecidingLevel({2, 5}), 0.05);
 }
 
 TEST(MultipleComparisonTest, TheAdjustedOrThePlainSignificanceTellsApart) {

@@ -50,10 +50,13 @@ TEST(RangeCountsTest, EveryRangeIsAsIfItWereRankedAlone) {
           }
         }
         ranks.CloseRun();
-        const std::vector<double> rankSums = counts.RankSums(range);
+        double size = 0.0;
         for (std::size_t place = first; place <= last; ++place) {
-          ASSERT_EQ(rankSums[place - first], ranks.GroupEntry(static_cast<double>(place)).rankSum);
+          ASSERT_EQ(counts.RankSum(range, place),
+                    ranks.GroupEntry(static_cast<double>(place)).rankSum);
+          size += counts.SizeOf(place);
         }
+        ASSERT_EQ(counts.SizeOf(range), size);
         ASSERT_EQ(counts.Ties(range).Cubic(), ranks.TieSum());
         ASSERT_EQ(counts.OrderedPairs(range), ordered);
       }

@@ -33,6 +33,18 @@ const FitCase kCases[] = {
     {"an empty category, one of two low", {0, 8}, {1, 3}, 8.0 / 3.0, 0.10247043485974938, 1, 50, 2},
 };
 
+TEST(SurelySignificantChiSquareTest, LiesAboveTheQuantileAndNotFar) {
+  for (const std::size_t samples : {2, 3, 11, 500, 100000}) {
+    for (const double level : {1e-12, 0.01, 0.05, 0.9}) {
+      const double bound = SurelySignificantChiSquare(level, samples);
+      EXPECT_LT(ChiSquareOf(bound, samples).sig, level * 0.9) << samples << ' ' << level;
+      const double df = static_cast<double>(samples) - 1.0;
+      EXPECT_LT(bound, 3.0 * QDDistFun::IdfChi(1.0 - level, df) + 3.0) << samples << ' ' << level;
+    }
+  }
+  EXPECT_EQ(SurelySignificantChiSquare(0.0, 3), std::numeric_limits<double>::infinity());
+}
+
 TEST(ChiSquareStatisticTest, GoodnessOfFitAgreesWithSciPy) {
   for (const FitCase& row : kCases) {
     SCOPED_TRACE(row.catches);
