@@ -40,10 +40,8 @@ bool MultipleComparison::PassGate(NPARTest& test, double level, double overallSi
   if (wanted == ComparisonKind::None) return false;
   const bool isSignificant = level > overallSig;
   if (isSignificant && WantsTooManyPairs(sampleCount)) {
-    test.AddMessage({QDStatus(kTooManySamples),
-                     MessageKind::Warning,
-                     {std::to_string(sampleCount)},
-                     {}});
+    test.AddMessage(
+        {QDStatus(kTooManySamples), MessageKind::Warning, {std::to_string(sampleCount)}, {}});
     wanted = ComparisonKind::None;
     return false;
   }

@@ -28,8 +28,8 @@ class RangeCounts {
 
   /// The sum of the ranks that the group at `place` has within the range.
   [[nodiscard]] double RankSum(const SampleRange& range, std::size_t place) const noexcept {
-    return below[place] * 0.5 + (above[(range.last + 1) * groupCount + place] -
-                                 above[range.first * groupCount + place]);
+    return below[place] * 0.5 +
+           (above[(range.last + 1) * groupCount + place] - above[range.first * groupCount + place]);
   }
   /// The weight of the group at `place`, and of all groups of the range.
   [[nodiscard]] double SizeOf(std::size_t place) const noexcept { return below[place]; }
