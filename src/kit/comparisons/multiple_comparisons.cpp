@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include "kit/order/interruption.h"
 #include "kit/statistics/normal.h"
 
 namespace {
@@ -105,6 +106,7 @@ void MultipleComparison::EndStepwisePass(NPARTest& test, const ComputeRangeAt& c
   for (std::size_t place = 0; place < workList.size(); ++place) {
     SampleRange range = workList[place];
     if (IsCovered(range)) continue;
+    Interruption::Check();
     const std::optional<RangeFigures> figures = compute(place);
     if (figures && AddIfHomogeneous(range, *figures)) continue;
     --range.last;

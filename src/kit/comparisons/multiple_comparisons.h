@@ -10,6 +10,7 @@
 
 #include "foundation/names.h"
 #include "kit/contract/test.h"
+#include "kit/order/interruption.h"
 
 /// What a test of k samples goes on with after a significant result.
 enum class ComparisonKind { None, Pairwise, Stepwise };
@@ -126,7 +127,10 @@ class MultipleComparison {
     const auto count = static_cast<std::int32_t>(samples.size());
     pairs.reserve(samples.size() * (samples.size() - 1) / 2);
     for (std::int32_t i = 0; i < count; ++i) {
-      for (std::int32_t j = i + 1; j < count; ++j) AddPair(i, j, adjustedFor, compare(i, j));
+      for (std::int32_t j = i + 1; j < count; ++j) {
+        Interruption::Check();
+        AddPair(i, j, adjustedFor, compare(i, j));
+      }
     }
     done = true;
   }
