@@ -4,10 +4,10 @@
 // square root of the larger shape in steps, and their leading factor x^a y^b / B(a, b) is a product
 // of powers that nearly cancel, so neither time nor digits last for large ones.
 //
-// From shape kLargeShape on (both shapes, for beta) the tail away from the mean is its density times
-// a factor without any such power. The density, of t = ln x (gamma) or ln(x / y) (beta), is taken
-// apart as in C. Loader, Fast and accurate computation of binomial probabilities (2000): Stirling
-// remainders, and a deviance that is a sum of positive terms.
+// From shape kLargeShape on (both shapes, for beta) the tail away from the mean is its density
+// times a factor without any such power. The density, of t = ln x (gamma) or ln(x / y) (beta), is
+// taken apart as in C. Loader, Fast and accurate computation of binomial probabilities (2000):
+// Stirling remainders, and a deviance that is a sum of positive terms.
 //
 // Gamma: with l = x / a and eta^2 / 2 = l - 1 - ln l, where eta has the sign of l - 1,
 //   Q = erfc(eta sqrt(a / 2)) / 2 + density(t) / a * sum beta_n eta^n      where |eta| <= 1,
