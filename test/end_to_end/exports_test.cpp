@@ -123,6 +123,7 @@ TEST(Exports, ComponentRunsAgainAndConfiguresAgain) {
   EXPECT_THAT(host.containers[2]->text, HasSubstr("modelID=\"9223372036854775807\""))
       << "each run has an identifier of its own, all its bits";
 
+  host.lastIdentifier = 0;
   host.parameters = "<Parameters/>";
   EXPECT_EQ(component.Configure(), NPAR_NOT_CONFIGURED);
   EXPECT_EQ(component.Begin(), NPAR_NOT_CONFIGURED);
