@@ -345,6 +345,7 @@ enum class EffectFormula {
   Concordance,         ///< chi-square / (N (k - 1))
   GivenConcordance,    ///< the figure itself
   ChangedProportion,   ///< of the records that changed class
+  ProportionAngles,    ///< difference of the arcs of an observed and a hypothesised proportion
   RootOfChiSquare,     ///< sqrt(chi-square / N)
   StandardisedByN,     ///< z / sqrt(N)
   UntiedStandardised,  ///< the same, where no value is tied between the groups

@@ -80,7 +80,7 @@ inline constexpr Card kCard{.name = "binomial",
                             .continuousSettings = settings::kCutPoint,
                             .options = kOptions,
                             .decision = options::kAsymptoticDecides,
-                            .effectSize = options::EffectSizeR(EffectFormula::StandardisedByN),
+                            .effectSize = {EffectFormula::ProportionAngles, "Cohen's h", "h"},
                             .page = "binomial.md",
                             .codes = kCodes};
 

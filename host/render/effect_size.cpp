@@ -120,6 +120,21 @@ Figure CohensG(const ResultTest& test) {
   return std::nullopt;
 }
 
+// The table holds percentages, the observed ones first.
+Figure CohensH(const ResultTest& test) {
+  for (const ResultTable& table : test.tables) {
+    if (table.name != "TwoClassComparison") continue;
+    const Figure observed = Cell(table, 0, 0);
+    const Figure hypothesized = Cell(table, 1, 0);
+    if (!observed || !hypothesized) return std::nullopt;
+    const auto angle = [](double percentage) {
+      return 2.0 * std::asin(std::sqrt(percentage / 100.0));
+    };
+    return angle(*observed) - angle(*hypothesized);
+  }
+  return std::nullopt;
+}
+
 // With ties between the groups the number of runs is a range, and so is z.
 bool RunsAreARange(const ResultTest& test) {
   return FindFigure(test.statistics, "InterGroupTies") != 0.0;
@@ -144,6 +159,8 @@ Figure Value(const ResultDocument& document, const ResultTest& test, const catal
       return FindFigure(test.statistics, "KendallsW");
     case EffectFormula::ChangedProportion:
       return CohensG(test);
+    case EffectFormula::ProportionAngles:
+      return CohensH(test);
     case EffectFormula::RootOfChiSquare:
       return RootOfStatisticOverN(test);
     case EffectFormula::UntiedStandardised:

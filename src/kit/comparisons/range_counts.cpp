@@ -64,8 +64,8 @@ TieSums RangeCounts::Ties(const SampleRange& range) {
       if (entry.isLastOfRun) t = 0.0;
     }
     for (std::size_t place = tiesEnd; place > 0; --place) {
-      tiesFrom[place - 1].pairs += tiesFrom[place].pairs;
-      tiesFrom[place - 1].triples += tiesFrom[place].triples;
+      tiesFrom[place - 1].pairs = tiesFrom[place - 1].pairs + tiesFrom[place].pairs;
+      tiesFrom[place - 1].triples = tiesFrom[place - 1].triples + tiesFrom[place].triples;
     }
   }
   return tiesFrom[range.first];

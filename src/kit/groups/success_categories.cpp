@@ -82,8 +82,9 @@ std::int32_t SuccessCategories::TakeGiven() {
 
 void SuccessCategories::DeriveFrom(std::int32_t code) {
   isSuccess.assign(tested.size(), {});
-  isSuccess.front().assign(2, 0);
-  if (code >= 0 && code < 2) isSuccess.front()[static_cast<std::size_t>(code)] = 1;
+  const std::int32_t own = Variable(0).GetCategoryCount();
+  isSuccess.front().assign(static_cast<std::size_t>(std::max(own, 0)), 0);
+  if (code >= 0 && code < own) isSuccess.front()[static_cast<std::size_t>(code)] = 1;
   for (std::size_t place = 1; place < tested.size(); ++place) {
     const std::int32_t count = Variable(place).GetCategoryCount();
     for (std::int32_t other = 0; other < count; ++other) {

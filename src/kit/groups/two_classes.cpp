@@ -1,5 +1,6 @@
 #include "kit/groups/two_classes.h"
 
+#include <numeric>
 #include <utility>
 
 void TwoClasses::ReadFormation(const SettingsReader& settings) {
@@ -16,9 +17,10 @@ TwoClasses::Obstacle TwoClasses::Prepare(const SettingsReader& settings,
                                          const UnivariateResults* sharedData) {
   if (isContinuous) {
     settings.Find("givenCutPoint", cutPoint);
-    if (cutPoint == QDMV::gMissingValue && sharedData != nullptr) {
-      cutPoint =
-          (sharedData->GetMinimum(variableIndex) + sharedData->GetMaximum(variableIndex)) * 0.5;
+    if (cutPoint == QDMV::gMissingValue && sharedData != nullptr &&
+        sharedData->GetMinimum(variableIndex) != QDMV::gMissingValue) {
+      cutPoint = std::midpoint(sharedData->GetMinimum(variableIndex),
+                               sharedData->GetMaximum(variableIndex));
     }
     return Obstacle::None;
   }

@@ -70,14 +70,14 @@ class NPARRank {
   void CloseRun() {
     const double rank = MidRank(ranksBelow, runWeight);
     for (const RunEntry& entry : run) groups[entry.group].Take(rank, entry.weight);
-    tieSum += TieTerm(runWeight);
+    if (runWeight > 1) tieSum = tieSum + TieTerm(runWeight);
   }
 
   /// The group of that key; one that got no value is made and holds no ranks. Good until
   /// another is made.
   RankGroup& GroupEntry(double groupKey) { return groups[PlaceOf(groupKey)]; }
   /// Sum of t^3 - t over the runs of weight t, t at least 2.
-  [[nodiscard]] double TieSum() const noexcept { return tieSum; }
+  [[nodiscard]] DoubleDouble TieSum() const noexcept { return tieSum; }
 
  private:
   static constexpr std::int32_t kSmallKeys = 65536;
@@ -108,7 +108,7 @@ class NPARRank {
   std::vector<RankGroup> groups;  // in order of first use
   std::map<double, std::size_t> placeOfKey;
   std::vector<std::size_t> placeOfSmallKey;
-  double tieSum = 0.0;
+  DoubleDouble tieSum;
   TieRuns runs;
   std::int64_t runWeight = 0;
   std::int64_t ranksBelow = 0;

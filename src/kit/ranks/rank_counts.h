@@ -5,6 +5,7 @@
 #include <map>
 #include <vector>
 
+#include "foundation/double_double.h"
 #include "kit/order/wide_integer.h"
 #include "kit/summaries/histogram.h"
 
@@ -51,7 +52,7 @@ class RankCounts {
   /// Sum of t^3 - t over the groups of t tied values of a record, each times the record's weight,
   /// where every record gave a rank to every sample: so much the squares of the ranks about their
   /// mean, times 12, fall short of k^3 - k in a record.
-  [[nodiscard]] double TieSum() const {
+  [[nodiscard]] DoubleDouble TieSum() const {
     const auto k = static_cast<std::int64_t>(sampleCount);
     WideInteger sum = 0;
     for (std::size_t sample = 0; sample < sampleCount; ++sample) {
@@ -61,7 +62,8 @@ class RankCounts {
         sum += static_cast<WideInteger>(count) * ((k - 1) * (k + 1) - 3 * fromMean * fromMean);
       });
     }
-    return static_cast<double>(sum);
+    const auto high = static_cast<double>(sum);
+    return {high, static_cast<double>(sum - static_cast<WideInteger>(high))};
   }
 
  private:

@@ -63,7 +63,7 @@ void SignedRanks::RankUnits() {
     const auto tied = static_cast<std::int64_t>(end - begin);
     const std::int64_t twiceRank = TwiceMidRank(static_cast<std::int64_t>(begin), tied);
     twiceNegative += negatives * static_cast<std::uint64_t>(twiceRank);
-    if (tied > 1) tieSum += TieTerm(tied);
+    if (tied > 1) tieSum += TieTerm(tied).high;
   }
   negativeRankSum = static_cast<double>(twiceNegative) * 0.5;
   positiveRankSum = static_cast<double>(twiceAll - twiceNegative) * 0.5;
@@ -85,7 +85,7 @@ void SignedRanks::RankRuns(EntryAt entryAt) {
       positiveRankSum += entry.isNegative ? 0.0 : part;
       negativeRankSum += entry.isNegative ? part : 0.0;
     }
-    tieSum += TieTerm(tied);
+    tieSum += TieTerm(tied).high;
     ranksBelow += tied;
   }
 }

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "foundation/double_double.h"
+
 // The rule of ties, for all tests that rank values or count their runs.
 
 /// Values less than this apart tie, whatever their scale.
@@ -58,22 +60,25 @@ template <typename ValueAt>
   return static_cast<double>(TwiceMidRank(below, weight)) * 0.5;
 }
 
-/// t^3 - t of a run of that weight, in doubles since 64 bits hold it up to two million only. A
-/// single record of weight 2 or more is a tie as well.
-[[nodiscard]] constexpr double TieTerm(std::int64_t weight) noexcept {
+/// t^3 - t of a run of that weight, exact up to weights of 2^35: sums of it are taken from N^3 - N,
+/// which leaves little where nearly all values tie. A single record of weight 2 or more is a tie as
+/// well.
+[[nodiscard]] inline DoubleDouble TieTerm(std::int64_t weight) noexcept {
   const auto t = static_cast<double>(weight);
-  return weight < 2 ? 0.0 : t * t * t - t;
+  return weight < 2 ? DoubleDouble() : DoubleDouble::Product(t, t) * t - t;
 }
 
 /// Sums over the runs of ties, t being the weight of a run.
 struct TieSums {
-  double pairs = 0.0;    ///< sum of t (t - 1)
-  double triples = 0.0;  ///< sum of t^2 (t - 1)
+  DoubleDouble pairs;    ///< sum of t (t - 1)
+  DoubleDouble triples;  ///< sum of t^2 (t - 1)
 
   void Add(double t, double sign = 1.0) noexcept {
-    pairs += sign * t * (t - 1.0);
-    triples += sign * t * t * (t - 1.0);
+    if (t == 0.0 || t == 1.0) return;  // the rule among measured values
+    const DoubleDouble ordered = DoubleDouble::Product(sign * t, t - 1.0);
+    pairs = pairs + ordered;
+    triples = triples + ordered * t;
   }
   /// Sum of t^3 - t.
-  [[nodiscard]] double Cubic() const noexcept { return pairs + triples; }
+  [[nodiscard]] DoubleDouble Cubic() const noexcept { return pairs + triples; }
 };

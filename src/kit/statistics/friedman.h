@@ -2,6 +2,7 @@
 
 #include <span>
 
+#include "foundation/double_double.h"
 #include "kit/statistics/chi_square.h"
 
 /// Friedman's statistic of k >= 2 fields that n > 0 records rank, each its own k values, with k - 1
@@ -11,7 +12,8 @@
 /// Summed about the known mean, since the sum of R_j^2 less its expectation would cancel most
 /// digits.
 /// M. Friedman, JASA 32 (1937).
-[[nodiscard]] ChiSquareFigures Friedman(std::span<const double> rankSums, double n, double tieSum);
+[[nodiscard]] ChiSquareFigures Friedman(std::span<const double> rankSums, double n,
+                                        const DoubleDouble& tieSum);
 
 /// Standard error of the difference of two fields' mean ranks, on the same page.
 [[nodiscard]] double FriedmanPairStandardError(double k, double n);

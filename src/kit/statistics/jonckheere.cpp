@@ -8,32 +8,35 @@ namespace {
 
 constexpr double kVarianceTolerance = 1e-12;
 
-double VarianceOf(double e, double f, std::span<const double> sizes) {
+double VarianceOf(const DoubleDouble& e, const DoubleDouble& f, std::span<const double> sizes) {
   double n = 0.0;
-  double pairs = 0.0;
-  double triples = 0.0;
+  DoubleDouble pairs;
+  DoubleDouble triples;
   double cubes = 0.0;
-  double between = 0.0;  // N (N - 1)(2N + 5) less its like of the groups
+  DoubleDouble between;  // N (N - 1)(2N + 5) less its like of the groups
   for (const double size : sizes) {
-    pairs += size * (size - 1.0);
-    triples += (size - 2.0) * size * (size - 1.0);
-    cubes += (2.0 * size + 5.0) * size * (size - 1.0);
-    between += 6.0 * n * size * (n + size + 1.0);
+    const DoubleDouble ordered = DoubleDouble::Product(size, size - 1.0);
+    pairs = pairs + ordered;
+    triples = triples + ordered * (size - 2.0);
+    cubes += (2.0 * size + 5.0) * ordered.high;
+    between = between + DoubleDouble::Product(n, size) * (6.0 * (n + size + 1.0));
     n += size;
   }
   const double all = (2.0 * n + 5.0) * (n - 1.0) * n;
-  const double p = (f - 2.0 * e) * triples / (36.0 * n * (n - 1.0) * (n - 2.0));
-  const double q = (between - 2.0 * f - 5.0 * e) / 72.0;
-  const double s = pairs * e / (8.0 * n * (n - 1.0));
-  const double magnitude =
-      std::fabs(p) + (all + std::fabs(cubes) + 2.0 * f + 5.0 * e) / 72.0 + std::fabs(s);
-  const double variance = p + q + s;
+  const DoubleDouble p = (f - e * 2.0) * triples / (36.0 * n) / (n - 1.0) / (n - 2.0);
+  const DoubleDouble q = (between - f * 2.0 - e * 5.0) / 72.0;
+  const DoubleDouble s = pairs * e / (8.0 * n) / (n - 1.0);
+  const double magnitude = std::fabs(p.high) +
+                           (all + std::fabs(cubes) + 2.0 * f.high + 5.0 * e.high) / 72.0 +
+                           std::fabs(s.high);
+  const double variance = (p + q + s).high;
   return std::fabs(variance) <= kVarianceTolerance * magnitude ? 0.0 : variance;
 }
 
 }  // namespace
 
-NormalFigures JonckheereTerpstra(double statistic, double tiedPairs, double tiedTriples,
+NormalFigures JonckheereTerpstra(double statistic, const DoubleDouble& tiedPairs,
+                                 const DoubleDouble& tiedTriples,
                                  std::span<const double> groupSizes) {
   double n = 0.0;
   double comparisons = 0.0;

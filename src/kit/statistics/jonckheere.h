@@ -2,6 +2,7 @@
 
 #include <span>
 
+#include "foundation/double_double.h"
 #include "kit/statistics/normal.h"
 
 /// Standardises the Jonckheere-Terpstra statistic of k >= 2 ordered groups of sizes above 0
@@ -11,6 +12,6 @@
 /// Differences between the whole and its groups are summed as such: in very unequal groups they
 /// would cancel.
 /// M. Hollander, D. A. Wolfe, Nonparametric Statistical Methods, 2nd ed. (1999), 6.2.
-[[nodiscard]] NormalFigures JonckheereTerpstra(double statistic, double tiedPairs,
-                                               double tiedTriples,
+[[nodiscard]] NormalFigures JonckheereTerpstra(double statistic, const DoubleDouble& tiedPairs,
+                                               const DoubleDouble& tiedTriples,
                                                std::span<const double> groupSizes);

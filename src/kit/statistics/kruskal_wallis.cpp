@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-ChiSquareFigures KruskalWallis(std::span<const RankedGroup> groups, double tieSum) {
+#include "kit/statistics/mann_whitney.h"
+
+ChiSquareFigures KruskalWallis(std::span<const RankedGroup> groups, const DoubleDouble& tieSum) {
   double n = 0.0;
   for (const RankedGroup& group : groups) n += group.size;
   double between = 0.0;
@@ -12,12 +14,11 @@ ChiSquareFigures KruskalWallis(std::span<const RankedGroup> groups, double tieSu
     between += deviation * deviation / group.size;
   }
   // N^3 - N = (N - 1) N (N + 1), of which the correction for ties leaves only this.
-  const double untied = n * n * n - n - tieSum;
+  const double untied = UntiedSum(n, tieSum);
   const double h = untied == 0.0 ? 0.0 : 12.0 * (n - 1.0) * between / untied;
   return ChiSquareOf(std::max(0.0, h), groups.size());
 }
 
-double DunnStandardError(double n1, double n2, double n, double tieSum) {
-  const double variance = (n + 1.0) * n / 12.0 - tieSum / (12.0 * (n - 1.0));
-  return std::sqrt((1.0 / n1 + 1.0 / n2) * variance);
+double DunnStandardError(double n1, double n2, double n, const DoubleDouble& tieSum) {
+  return std::sqrt((1.0 / n1 + 1.0 / n2) * (UntiedSum(n, tieSum) / (12.0 * (n - 1.0))));
 }

@@ -2,6 +2,7 @@
 
 #include <span>
 
+#include "foundation/double_double.h"
 #include "kit/statistics/chi_square.h"
 
 /// A group of values that were ranked with those of others, ties sharing the mean of their ranks.
@@ -15,8 +16,9 @@ struct RankedGroup {
 /// Summed about the known mean rank: the form without it cancels half of the digits in large
 /// samples.
 /// W. H. Kruskal, W. A. Wallis, JASA 47 (1952).
-[[nodiscard]] ChiSquareFigures KruskalWallis(std::span<const RankedGroup> groups, double tieSum);
+[[nodiscard]] ChiSquareFigures KruskalWallis(std::span<const RankedGroup> groups,
+                                             const DoubleDouble& tieSum);
 
 /// Standard error of the difference of the mean ranks of groups of n1 and n2 among n ranked values,
 /// on the same page. O. J. Dunn, Technometrics 6 (1964).
-[[nodiscard]] double DunnStandardError(double n1, double n2, double n, double tieSum);
+[[nodiscard]] double DunnStandardError(double n1, double n2, double n, const DoubleDouble& tieSum);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "foundation/double_double.h"
 #include "kit/statistics/normal.h"
 
 /// U of two groups of n1 and n2 units (docs/statistics/mann_whitney.md): the pairs in which the
@@ -13,17 +14,23 @@
   return (n1 + 1.0) * n1 * 0.5 + n1 * n2 - rankSum1;
 }
 
+/// N^3 - N - T, T being the sum of t^3 - t over the groups of t tied ones among N values: little is
+/// left of either where nearly all values tie.
+[[nodiscard]] inline double UntiedSum(double n, const DoubleDouble& tieSum) {
+  return (DoubleDouble::Product(n, n) * n - n - tieSum).high;
+}
+
 /// Variance of U for n1 and n2 of at least 1; `tieSum` is the sum of t^3 - t over the groups of t
 /// tied values. 0 where all values tie. E. L. Lehmann, Nonparametrics (1975), 1.4.
-[[nodiscard]] inline double MannWhitneyVariance(double n1, double n2, double tieSum) {
+[[nodiscard]] inline double MannWhitneyVariance(double n1, double n2, const DoubleDouble& tieSum) {
   const double n = n1 + n2;
-  return (n * n * n - n - tieSum) / 12.0 * (n1 * n2 / ((n - 1.0) * n));
+  return UntiedSum(n, tieSum) / 12.0 * (n1 * n2 / ((n - 1.0) * n));
 }
 
 /// U beside its mean, without continuity correction; z is 0 where all values tie. H. B. Mann, D. R.
 /// Whitney, Ann. Math. Stat. 18 (1947).
 [[nodiscard]] inline NormalFigures MannWhitneyApproximation(double u, double n1, double n2,
-                                                            double tieSum) {
+                                                            const DoubleDouble& tieSum) {
   return StandardizedFigures(u - n1 * n2 * 0.5, std::sqrt(MannWhitneyVariance(n1, n2, tieSum)));
 }
 

@@ -40,6 +40,10 @@ double ReferenceDistribution::RoughCdf(double x) {
 
 double ReferenceDistribution::PoissonCdf(double x) {
   if (x < 0.0) return 0.0;
+  if (x < nextCount - 1.0) {
+    nextCount = 0.0;
+    poissonSum = 0.0;
+  }
   for (; nextCount <= x; nextCount += 1.0) {
     double term = 0.0;
     const double exponent =

@@ -24,8 +24,8 @@ class ReferenceDistribution {
   void SetFamily(std::string_view word);
   /// Goes over to the normal of the same mean and variance; the family stays Poisson.
   void UseNormalForPoisson();
-  /// The distribution function; the missing value where an exponential fails. Within a pass, x
-  /// ascends: the Poisson function continues the sum of its last call.
+  /// The distribution function; the missing value where an exponential fails. The Poisson function
+  /// continues the sum of its last call, so that ascending x cost one term for each count.
   [[nodiscard]] double Cdf(double x);
   /// The same to within 1e-13, for less time and in any order; not for a Poisson distribution.
   [[nodiscard]] double RoughCdf(double x);

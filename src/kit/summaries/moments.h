@@ -1,40 +1,47 @@
 #pragma once
 
-#include <cmath>
+#include <cstddef>
 #include <cstdint>
 
+#include "foundation/double_double.h"
 #include "foundation/names.h"
 
-/// Weighted mean and sum of squares, updated value by value (D. H. D. West, Comm. ACM 22, 1979).
-struct Moments {
-  double mean = 0.0;
-  double sumOfSquares = 0.0;
-  std::int64_t weightedCount = 0;
+/// Weighted mean and deviation of a column. Right to the last digit that a double shows, so that
+/// neither the order of the values nor how they are grouped into weights changes any.
+///
+/// Sums of x - c and (x - c)^2 about the first chunk's centre c, in double-double; the centre lies
+/// among the values, and so the sums cancel no more than their count (P. A. Samuelson, J. Amer.
+/// Stat. Assoc. 63, 1968). Within a chunk the values are cut at a grid so coarse that sums of
+/// what is above it are whole numbers, exact; what is below is less than 2^-20 of the spread
+/// (S. M. Rump, T. Ogita, S. Oishi, SIAM J. Sci. Comput. 31, 2008: extraction of high-order parts).
+class Moments {
+ public:
+  /// So many values are taken at once at the most.
+  static constexpr std::size_t kChunk = 1024;
 
-  void Add(double x, std::int64_t weight) noexcept {
-    if (weight == 0) return;
-    const auto w = static_cast<double>(weight);
-    const auto earlier = static_cast<double>(weightedCount);
-    weightedCount += weight;
-    const auto total = static_cast<double>(weightedCount);
-    const double delta = (x - mean) * w / total;
-    mean += delta;
-    sumOfSquares += delta * delta * total * earlier / w;
-  }
-  /// The same for a weight of 1, to the last bit.
-  void Add(double x) noexcept {
-    const auto earlier = static_cast<double>(weightedCount);
-    ++weightedCount;
-    const auto total = static_cast<double>(weightedCount);
-    const double delta = (x - mean) / total;
-    mean += delta;
-    sumOfSquares += delta * delta * total * earlier;
-  }
-  /// 0 up to a weight of 1.
-  [[nodiscard]] double StdDev() const noexcept {
-    return weightedCount > 1 ? std::sqrt(sumOfSquares / static_cast<double>(weightedCount - 1))
-                             : 0.0;
-  }
+  /// Takes up to kChunk values with their weights; null: each weighs 1. None weighs 0.
+  void Add(const double* values, const std::int32_t* weights, std::size_t count) noexcept;
+
+  /// 0 without weight; infinite or not a number where a value, or the sum of such values, is.
+  [[nodiscard]] double Mean() const noexcept;
+  /// 0 up to a weight of 1; infinite where squares overflow, not a number with infinite values.
+  [[nodiscard]] double StdDev() const noexcept;
+
+ private:
+  template <bool kIsWeighted>
+  void AddChunk(const double* values, const std::int32_t* weights, std::size_t count) noexcept;
+  void AddHuge(const double* values, const std::int32_t* weights, std::size_t count) noexcept;
+  /// Sums about a centre of their own.
+  void Merge(double chunkCentre, std::int64_t weight, DoubleDouble sum,
+             DoubleDouble squares) noexcept;
+
+  std::int64_t totalWeight = 0;
+  std::int64_t weightOnGrid = 0;  // of the values that are not huge
+  double centre = 0.0;
+  DoubleDouble sumAboutCentre;
+  DoubleDouble squaresAboutCentre;
+  double hugeSum = 0.0;  // in units of kHugeUnit
+  bool hasHuge = false;
 };
 
 /// The least and the greatest of some values; the missing value before the first.

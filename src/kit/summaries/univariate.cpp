@@ -57,20 +57,12 @@ void QDUnivariateSummaries::SetWeightVariable(std::int32_t index) {
 }
 
 bool QDUnivariateSummaries::ReadRecords() {
-  std::vector<QDContUnivariateVariable*> together;
-  std::vector<QDUnivariateVariable*> others;
+  std::vector<QDUnivariateVariable*> reading;
   for (auto& [variable, summary] : summaries) {
-    if (!summary->NeedsPass()) continue;
-    auto* continuous = dynamic_cast<QDContUnivariateVariable*>(summary.get());
-    if (continuous != nullptr && continuous->IsInFirstPass()) {
-      together.push_back(continuous);
-    } else {
-      others.push_back(summary.get());
-    }
+    if (summary->NeedsPass()) reading.push_back(summary.get());
   }
   return records != nullptr && ForEachBatch(*records, [&](RecordBatch& batch) {
-           QDContUnivariateVariable::SummariseTogether(together, batch);
-           for (QDUnivariateVariable* summary : others) summary->ProcessBatch(batch);
+           for (QDUnivariateVariable* summary : reading) summary->ProcessBatch(batch);
          });
 }
 

@@ -50,66 +50,42 @@ StatisticSet QDContUnivariateVariable::TakenFor(Statistic statistic) const {
   }
 }
 
-template <bool kIsWeighted, std::size_t kCount>
-void QDContUnivariateVariable::Summarise(QDContUnivariateVariable* const* variables,
-                                         RecordBatch& batch) {
-  // What changes with every value is kept in registers.
-  std::array<const double*, kCount> values;
-  std::array<Moments, kCount> moments;
-  std::array<Extremes, kCount> extremes;
-  std::array<std::int64_t, kCount> seen{};
-  for (std::size_t k = 0; k < kCount; ++k) {
-    values[k] = batch.Of(variables[k]->variableIndex);
-    moments[k] = variables[k]->moments;
-    extremes[k] = variables[k]->extremes;
-  }
-  const double* weights = kIsWeighted ? batch.Of(variables[0]->weightIndex) : nullptr;
-  for (std::size_t i = 0; i < batch.Size(); ++i) {
-    for (std::size_t k = 0; k < kCount; ++k) {
-      const double x = values[k][i];
+void QDContUnivariateVariable::Summarise(RecordBatch& batch) {
+  const double* values = batch.Of(variableIndex);
+  const std::int32_t* weights = RecordWeight(weightIndex).TruncatedOf(batch);
+  const bool wantsMoments = Wants(Statistic::MeanStdDev);
+  Extremes taken = extremes;  // kept in registers
+  std::int64_t seen = 0;
+  std::array<double, Moments::kChunk> chunk;
+  std::array<std::int32_t, Moments::kChunk> weightsOfChunk;
+  for (std::size_t begin = 0; begin < batch.Size(); begin += Moments::kChunk) {
+    const std::size_t end = std::min(begin + Moments::kChunk, batch.Size());
+    std::size_t size = 0;
+    for (std::size_t i = begin; i < end; ++i) {
+      const double x = values[i];
       if (x == QDMV::gMissingValue) continue;
-      if constexpr (kIsWeighted) {
-        const std::int64_t weight = TruncateToInt32(weights[i]);
-        moments[k].Add(x, weight);
-        seen[k] += weight;
-      } else {
-        moments[k].Add(x);
-        ++seen[k];
+      taken.Take(x);
+      if (weights == nullptr) {
+        chunk[size++] = x;
+        continue;
       }
-      extremes[k].Take(x);
+      seen += weights[i];
+      chunk[size] = x;
+      weightsOfChunk[size] = weights[i];
+      size += weights[i] == 0 ? 0 : 1;
     }
+    if (weights == nullptr) seen += static_cast<std::int64_t>(size);
+    if (!wantsMoments) continue;
+    moments.Add(chunk.data(), weights == nullptr ? nullptr : weightsOfChunk.data(), size);
   }
-  for (std::size_t k = 0; k < kCount; ++k) {
-    QDContUnivariateVariable& variable = *variables[k];
-    if (variable.Wants(Statistic::Minimum)) variable.extremes.minimum = extremes[k].minimum;
-    if (variable.Wants(Statistic::Maximum)) variable.extremes.maximum = extremes[k].maximum;
-    if (variable.Wants(Statistic::MeanStdDev)) variable.moments = moments[k];
-    variable.totalWeight += seen[k];
-  }
-}
-
-void QDContUnivariateVariable::SummariseTogether(
-    std::span<QDContUnivariateVariable* const> variables, RecordBatch& batch) {
-  constexpr std::size_t kMost = 4;  // so many fit the registers
-  while (!variables.empty()) {
-    const std::size_t count = std::min(variables.size(), kMost);
-    const bool isWeighted = variables.front()->weightIndex >= 0;
-    const auto summarise = [&]<std::size_t kCount> {
-      isWeighted ? Summarise<true, kCount>(variables.data(), batch)
-                 : Summarise<false, kCount>(variables.data(), batch);
-    };
-    if (count == 1) summarise.template operator()<1>();
-    if (count == 2) summarise.template operator()<2>();
-    if (count == 3) summarise.template operator()<3>();
-    if (count == kMost) summarise.template operator()<kMost>();
-    variables = variables.subspan(count);
-  }
+  if (Wants(Statistic::Minimum)) extremes.minimum = taken.minimum;
+  if (Wants(Statistic::Maximum)) extremes.maximum = taken.maximum;
+  totalWeight += seen;
 }
 
 void QDContUnivariateVariable::ProcessBatch(RecordBatch& batch) {
   if (pass == 1) {
-    QDContUnivariateVariable* self = this;
-    SummariseTogether({&self, 1}, batch);
+    Summarise(batch);
     return;
   }
   histogram.AddColumnWithMissing(batch.Of(variableIndex), batch.Size(),

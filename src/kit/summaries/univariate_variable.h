@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <initializer_list>
 #include <map>
-#include <span>
 #include <vector>
 
 #include "foundation/names.h"
@@ -93,13 +92,8 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   /// Error 220005: quartiles were asked for and there is no sorted data.
   QDStatus EndPass() override;
   void ProcessBatch(RecordBatch& batch) override;
-  /// ProcessBatch of each, all in their first pass and with the same weights. An update of a mean
-  /// waits for a division before the next can begin: those of several variables wait together.
-  static void SummariseTogether(std::span<QDContUnivariateVariable* const> variables,
-                                RecordBatch& batch);
-  [[nodiscard]] bool IsInFirstPass() const noexcept { return needsPass && pass == 1; }
 
-  [[nodiscard]] double GetMean() const noexcept { return moments.mean; }
+  [[nodiscard]] double GetMean() const noexcept { return moments.Mean(); }
   [[nodiscard]] double GetStdDev() const noexcept { return moments.StdDev(); }
   [[nodiscard]] double GetMinimum() const noexcept { return extremes.minimum; }
   [[nodiscard]] double GetMaximum() const noexcept { return extremes.maximum; }
@@ -112,8 +106,7 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
 
  private:
   [[nodiscard]] StatisticSet TakenFor(Statistic statistic) const override;
-  template <bool kIsWeighted, std::size_t kCount>
-  static void Summarise(QDContUnivariateVariable* const* variables, RecordBatch& batch);
+  void Summarise(RecordBatch& batch);
   QDStatus WalkSortedValues();
 
   std::int32_t pass = 1;

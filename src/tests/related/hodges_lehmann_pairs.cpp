@@ -32,7 +32,7 @@ double TieSumOfSizes(const WeightedValues& values) {
                                      static_cast<double>(values.Weight(place)), 0.0));
   }
   ranks.CloseRun();
-  return ranks.TieSum();
+  return ranks.TieSum().high;
 }
 
 }  // namespace

@@ -130,7 +130,7 @@ void NPARRankedRecords::Finish() {
 }
 
 RangeFigures NPARRankedRecords::ComputeFigures(const std::vector<double>& sums,
-                                               double tieSum) const {
+                                               const DoubleDouble& tieSum) const {
   const auto [x, sig] = Friedman(sums, Records(), tieSum);
   return {x, sig};
 }

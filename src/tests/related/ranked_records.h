@@ -61,7 +61,8 @@ class NPARRankedRecords : public NPARTest {
   void ComparePairs();
   [[nodiscard]] std::vector<ComparedSample> MeanRanks() const;
   /// X and p of the samples with these rank sums.
-  [[nodiscard]] RangeFigures ComputeFigures(const std::vector<double>& sums, double tieSum) const;
+  [[nodiscard]] RangeFigures ComputeFigures(const std::vector<double>& sums,
+                                            const DoubleDouble& tieSum) const;
 
   const Profile& profile;
   std::vector<std::int32_t> variables;

@@ -42,6 +42,12 @@ ResultTest McNemar(const char* upper, const char* lower) {
   return test;
 }
 
+ResultTest Binomial(const char* observed, const char* hypothesized) {
+  ResultTest test = TestOf("OBinomial", {});
+  test.tables = {{"TwoClassComparison", {}, {}, {{observed, "0"}, {hypothesized, "0"}}}};
+  return test;
+}
+
 struct EffectSizeCase {
   const char* catches;
   ResultTest test;
@@ -65,6 +71,9 @@ const EffectSizeCase kCases[] = {
      0.25},
     {"Agresti's approval table: 150 of 236 changes", McNemar("150", "86"), "g", 150.0 / 236 - 0.5},
     {"the larger of the changes in the other cell", McNemar("86", "150"), "g", 150.0 / 236 - 0.5},
+    // 10 of 10 against 1/4: pi - 2 asin(1/2); z / sqrt(N) would be 1.6.
+    {"no correlation above 1", Binomial("100", "25"), "h", 2.0943951023931953},
+    {"fewer than hypothesised", Binomial("0", "50"), "h", -1.5707963267948966},
     {"root of chi-square over N",
      TestOf("OChiSquare", {{"", "TotalN", "100"}, {"", "TestStatistic", "9"}}), "w", 0.3},
     {"two columns", TestOf("IMedian", {{"", "TotalN", "64"}, {"", "TestStatistic", "16"}}), "V",

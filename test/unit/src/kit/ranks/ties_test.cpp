@@ -47,7 +47,7 @@ std::uint8_t GroupOf(std::size_t i) { return i % 3 == 0 ? 0 : 1; }
 
 Figures FiguresOf(NPARRank& ranks) {
   ranks.CloseRun();
-  return {ranks.GroupEntry(0).rankSum, ranks.GroupEntry(1).rankSum, ranks.TieSum()};
+  return {ranks.GroupEntry(0).rankSum, ranks.GroupEntry(1).rankSum, ranks.TieSum().high};
 }
 
 const struct {
@@ -125,9 +125,9 @@ const struct {
        ranges.Finish();
        counts.CloseRun();
        pair.CloseRun();
-       return Figures{ranges.OrderedPairs({0, 1}), ranges.Ties({0, 1}).Cubic(),
-                      counts.Sums().statistic,     counts.Sums().ties.Cubic(),
-                      pair.Sums().statistic,       pair.Sums().ties.Cubic()};
+       return Figures{ranges.OrderedPairs({0, 1}), ranges.Ties({0, 1}).Cubic().high,
+                      counts.Sums().statistic,     counts.Sums().ties.Cubic().high,
+                      pair.Sums().statistic,       pair.Sums().ties.Cubic().high};
      }},
     {"ControlRanks at once and one by one",
      [](const Values& values) {
@@ -165,7 +165,7 @@ TEST(TiesTest, TermsOfRunsAreThoseOfTheFormulas) {
   EXPECT_EQ(MidRank(5, 3), 7.0);
   EXPECT_EQ(MidRank(5, 2), 6.5);
   const std::int64_t weights[] = {-3, 0, 1, 2, 3, std::int64_t{1} << 40};
-  const double terms[] = {0, 0, 0, 6, 24, 0x1p120 - 0x1p40};
+  const DoubleDouble terms[] = {0, 0, 0, 6, 24, {0x1p120, -0x1p40}};
   TieSums sums;
   for (std::size_t i = 0; i < 6; ++i) EXPECT_EQ(TieTerm(weights[i]), terms[i]);
   for (const double t : {3.0, 1.0, 2.0}) sums.Add(t);

@@ -11,7 +11,8 @@ namespace {
 struct FriedmanCase {
   const char* catches;
   std::vector<double> rankSums;
-  double n, tieSum;
+  double n;
+  DoubleDouble tieSum;
   double chiSquare, sig, kendallsW;
 };
 
@@ -35,6 +36,13 @@ const FriedmanCase kCases[] = {
      2,
      0.367879441171442322,
      1e-8},
+    {"three million times as many",
+     {6000000000000003, 6000000000000002, 6000000000000001},
+     3000000000000001,
+     72e15,
+     2,
+     0.367879441171442322,
+     1.0 / 3000000000000001},
     {"and none with ties", {200100000, 2e8, 199900000}, 1e8, 0, 200, 3.72007597602083596e-44, 1e-6},
 };
 

@@ -10,7 +10,8 @@ namespace {
 
 struct JonckheereCase {
   const char* catches;
-  double statistic, tiedPairs, tiedTriples;
+  double statistic;
+  DoubleDouble tiedPairs, tiedTriples;
   std::vector<double> sizes;
   double standardError, z;
 };
@@ -32,6 +33,14 @@ const JonckheereCase kCases[] = {
      {1, 1e8},
      28867513.7481564214,
      3.46410158049673896e-8},
+    // n1 n2 / 4, as Mann and Whitney have it
+    {"all but one of two millions tied",
+     500000500000,
+     DoubleDouble::Product(1999999.0, 1999998.0),
+     DoubleDouble::Product(1999999.0 * 1999998.0, 1999999.0),
+     {1e6, 1e6},
+     5e5,
+     1.0},
     {"and with ties", 3e7, 90, 900, {1e8, 1}, 28867513.7481564214, -0.692820316099347791},
 };
 

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "kit/ranks/ties.h"
 #include "support/matchers.h"
 
 namespace {
@@ -11,7 +12,7 @@ namespace {
 struct KruskalWallisCase {
   const char* catches;
   std::vector<RankedGroup> groups;
-  double tieSum;
+  DoubleDouble tieSum;
   double h, sig;
 };
 
@@ -28,6 +29,12 @@ const KruskalWallisCase kCases[] = {
      0,
      5.75999994240000058,
      0.0561347644508148982},
+    // N^3 - N - T is 3 (N - 1) N, 16 digits below N^3.
+    {"all but one tied",
+     {{1e16, 1e8}, {1e16 + 1e8, 1e8}},
+     TieTerm(199999999),
+     1.0,
+     0.317310507862914},
 };
 
 TEST(KruskalWallisStatisticTest, FiguresAgreeWithTheFormula) {
@@ -39,11 +46,13 @@ TEST(KruskalWallisStatisticTest, FiguresAgreeWithTheFormula) {
   }
 }
 
-// sqrt((1 / 5 + 1 / 6) 20), sqrt((1 / 5 + 1 / 4)(20 - 66 / 168)), sqrt((1 / 2 + 1 / 3) 2)
+// sqrt((1 / 5 + 1 / 6) 20), sqrt((1 / 5 + 1 / 4)(20 - 66 / 168)), sqrt((1 / 2 + 1 / 3) 2), and
+// sqrt((2 / n) (2 n) / 4) where all but one of 2 n values tie
 TEST(KruskalWallisStatisticTest, DunnsStandardErrorIsCorrectedForTies) {
   EXPECT_THAT(DunnStandardError(5, 6, 15, 0), IsCloseTo(2.70801280154532012));
   EXPECT_THAT(DunnStandardError(4, 5, 15, 66), IsCloseTo(2.97038958483803698));
   EXPECT_THAT(DunnStandardError(2, 3, 5, 24), IsCloseTo(1.29099444873580563));
+  EXPECT_THAT(DunnStandardError(1e8, 1e8, 2e8, TieTerm(199999999)), IsCloseTo(1.0));
 }
 
 }  // namespace

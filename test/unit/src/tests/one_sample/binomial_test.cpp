@@ -83,6 +83,9 @@ TEST(BinomialTest, AValueAtTheCutPointIsInTheFirstClass) {
   ExpectTexts(Result(variables, rows,
                      Entry("variableName", "x", "contVarClassFormation", "sampleMidPoint")),
               {{"Condition/%1", "3"}, {"TestStatistic", "4"}});
+  ExpectTexts(Result(variables, {{QDMV::gMissingValue}},
+                     Entry("variableName", "x", "contVarClassFormation", "sampleMidPoint")),
+              {{"Condition/%1", "__MISSING__"}});
 }
 
 TEST(BinomialTest, AShareBelowAnUnevenProbabilityIsTold) {

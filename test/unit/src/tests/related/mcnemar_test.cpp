@@ -77,6 +77,8 @@ TEST(McNemarTest, ConstantFieldsMayDiffer) {
       VariableListBuilder().Nominal("a", {"yes"}).Nominal("b", {"no"}).Weight("n").Build();
   const AlgorithmElement result = Result(variables, {{0, 0, 8}}, On({"a", "b"}));
   EXPECT_EQ(result.Rows("Content"), (Texts{"0;8", "0;0"}));
+  // Neither field has a second category.
+  ExpectTexts(result, {{"RowSuccessList", "0"}, {"RowFailList", ""}, {"ColumnFailList", "0"}});
 }
 
 TEST(McNemarTest, EachFailureHasItsCode) {
