@@ -78,7 +78,8 @@ pugi::xml_node AlgorithmElement::Find(std::string_view path) const {
 }
 
 std::string AlgorithmElement::Text(std::string_view path) const {
-  return Find(path).attribute("value").as_string("(absent)");
+  const pugi::xml_attribute value = Find(path).attribute("value");
+  return value ? value.value() : "(absent)";  // as_string takes an empty copy for none
 }
 
 std::optional<double> AlgorithmElement::Number(std::string_view path) const {

@@ -6,8 +6,9 @@
 #include "foundation/double_double.h"
 #include "foundation/names.h"
 
-/// Weighted mean and deviation of a column. Right to the last digit that a double shows, so that
-/// neither the order of the values nor how they are grouped into weights changes any.
+/// Weighted mean and deviation of a column. Right to the 15 digits that documents show, so that
+/// neither the order of the values nor how they are grouped into weights changes any; a mean below
+/// 2^-20 of the spread may lose the last of them.
 ///
 /// Sums of x - c and (x - c)^2 about the first chunk's centre c, in double-double; the centre lies
 /// among the values, and so the sums cancel no more than their count (P. A. Samuelson, J. Amer.

@@ -67,7 +67,7 @@ TEST(MomentsTest, AreThoseOfFractionsInAnyOrderAndGrouping) {
     for (const std::size_t atOnce : {std::size_t{1}, std::size_t{3}, Moments::kChunk}) {
       for (const bool isExpanded : {false, true}) {
         const Moments moments = MomentsOf(values, atOnce, isExpanded);
-        EXPECT_EQ(moments.Mean(), row.mean);
+        EXPECT_DOUBLE_EQ(moments.Mean(), row.mean);
         EXPECT_DOUBLE_EQ(moments.StdDev(), row.stdDev);
         EXPECT_EQ(moments.StdDev(), MomentsOf(row.values, 7, false).StdDev());
       }
