@@ -23,7 +23,7 @@ class SharedTallies {
   template <typename Kind>
   std::shared_ptr<Kind> Find(const typename Kind::Key& key) {
     for (const auto& tally : list) {
-      const auto found = std::dynamic_pointer_cast<Kind>(tally);
+      auto found = std::dynamic_pointer_cast<Kind>(tally);
       if (found != nullptr && found->GetKey() == key) return found;
     }
     auto made = std::make_shared<Kind>(key);
