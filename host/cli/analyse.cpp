@@ -132,16 +132,19 @@ int Analyse(const AnalyseOptions& options) {
   const NamedText parameters{"the parameter document", ParameterDocument(request)};
   const NamedText model{"the data model", DataModelDocument(request)};
   if (!options.keepDocuments.empty()) KeepDocuments(options.keepDocuments, parameters, model);
-  const auto text = execution.Run(parameters, model);
+  auto text = execution.Run(parameters, model);
   TellInferredMeasures(request, execution);
   if (!text) return execution.ExitCode();
 
-  if (!options.out.empty()) execution.PublishResult(options.out, *text);
-  ResultDocument document = ReadResultDocument(*text, "the result document");
+  if (!options.out.empty()) {
+    execution.PublishResult(options.out, [&](const TextSink& sink) { sink(*text); });
+  }
+  ResultDocument document = ReadResultDocument(*std::move(text), "the result document");
   NameCases(document, [&](double identifier) { return execution.CaseText(identifier); });
   for (const ReportRequest& report : reports) {
-    execution.PublishResult(
-        report.path, report.renderer->render(document, StyleFor(report.path, options.ascii)));
+    execution.PublishResult(report.path, [&](const TextSink& sink) {
+      report.renderer->render(document, StyleFor(report.path, options.ascii), sink);
+    });
   }
   return kExitSuccess;
 }

@@ -117,13 +117,13 @@ std::string Execution::CaseText(double number) const {
   return state->run ? std::string(state->run->CaseText(number)) : std::string();
 }
 
-void Execution::PublishResult(const std::string& path, const std::string& text) {
+void Execution::PublishResult(const std::string& path, const TextWriter& write) {
   if (path == "-") {
-    Publish(path, text);
+    Publish(path, write);
     return;
   }
   const InterruptWatch::Cancelling unharmed(state->watch, [] {});
-  Publish(path, text);
+  Publish(path, write);
 }
 
 void AddExecutionOptions(CLI::App& command, ExecutionOptions& options) {

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "host/cli/output.h"
+
 namespace CLI {
 class App;
 }
@@ -50,7 +52,7 @@ class Execution {
   [[nodiscard]] std::string CaseText(double number) const;
   [[nodiscard]] int ExitCode() const { return exitCode; }
   /// Publishes a text; Ctrl-C can't leave half a file behind.
-  void PublishResult(const std::string& path, const std::string& text);
+  void PublishResult(const std::string& path, const TextWriter& write);
 
  private:
   struct State;

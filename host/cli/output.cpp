@@ -23,28 +23,41 @@ namespace {
                     std::strerror(error));
 }
 
-// Answers 0 or an errno.
-int WriteAll(int descriptor, std::string_view text) {
+// What ends a text that is being written.
+struct WriteFailure {
+  int error;  // errno
+};
+
+void WriteAll(int descriptor, std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = write(descriptor, text.data(), text.size());
-    if (written < 0 && errno != EINTR) return errno;
+    if (written < 0 && errno != EINTR) throw WriteFailure{errno};
     if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+// Answers 0 or an errno.
+int WriteAll(int descriptor, const TextWriter& writer) {
+  try {
+    writer([descriptor](std::string_view piece) { WriteAll(descriptor, piece); });
+  } catch (const WriteFailure& failure) {
+    return failure.error;
   }
   return 0;
 }
 
 // Writes, makes the data reach the disk, and closes. Answers 0 or an errno.
-int WriteAndClose(int descriptor, std::string_view text) {
-  int error = WriteAll(descriptor, text);
+int WriteAndClose(int descriptor, const TextWriter& writer) {
+  int error = WriteAll(descriptor, writer);
   if (error == 0 && fsync(descriptor) != 0 && errno != EINVAL && errno != EROFS) error = errno;
   if (close(descriptor) != 0 && error == 0) error = errno;
   return error;
 }
 
-void WriteInPlace(const std::string& path, std::string_view text) {
+void WriteInPlace(const std::string& path, const TextWriter& writer) {
   const int descriptor = open(path.c_str(), O_WRONLY | O_CLOEXEC);
   if (descriptor < 0) Fail(path, errno);
-  if (const int error = WriteAndClose(descriptor, text)) Fail(path, error);
+  if (const int error = WriteAndClose(descriptor, writer)) Fail(path, error);
 }
 
 // The permissions that a newly made file gets, or those of the file that is replaced.
@@ -112,11 +125,11 @@ class TemporaryFile {
   bool isRenamed = false;
 };
 
-void WriteAndRename(const std::filesystem::path& target, std::string_view text) {
+void WriteAndRename(const std::filesystem::path& target, const TextWriter& writer) {
   TemporaryFile temporary(target.parent_path());
   if (temporary.Descriptor() < 0) Fail(target, errno);
   int error = fchmod(temporary.Descriptor(), WantedMode(target)) == 0 ? 0 : errno;
-  const int writeError = WriteAndClose(temporary.Descriptor(), text);
+  const int writeError = WriteAndClose(temporary.Descriptor(), writer);
   if (error == 0) error = writeError;
   if (error == 0) error = temporary.RenameTo(target);
   if (error != 0) Fail(target, error);
@@ -137,8 +150,12 @@ std::filesystem::path PlainFile(const std::string& path) {
 }  // namespace
 
 void Publish(const std::string& path, std::string_view text) {
+  Publish(path, TextWriter([text](const TextSink& sink) { sink(text); }));
+}
+
+void Publish(const std::string& path, const TextWriter& writer) {
   if (path == "-") {
-    if (const int error = WriteAll(STDOUT_FILENO, text)) Fail(path, error);
+    if (const int error = WriteAll(STDOUT_FILENO, writer)) Fail(path, error);
     return;
   }
   std::error_code failure;
@@ -146,12 +163,12 @@ void Publish(const std::string& path, std::string_view text) {
   if (kind == std::filesystem::file_type::directory) Fail(path, EISDIR);
   if (kind != std::filesystem::file_type::regular &&
       kind != std::filesystem::file_type::not_found) {
-    WriteInPlace(path, text);
+    WriteInPlace(path, writer);
     return;
   }
   // A link keeps pointing to where it points: the file behind it is replaced.
   const auto target = std::filesystem::weakly_canonical(path, failure);
-  WriteAndRename(failure ? std::filesystem::path(path) : target, text);
+  WriteAndRename(failure ? std::filesystem::path(path) : target, writer);
 }
 
 void Tell(std::string_view text) {

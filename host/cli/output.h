@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/render/text_sink.h"
+
 namespace npar_host {
 
 /// Something could not be written; the text names it and the reason.
@@ -20,6 +22,9 @@ class OutputError : public std::runtime_error {
 /// no temporary file. Throws OutputError, for a closed pipe and a full disk too. One at a time in a
 /// process.
 void Publish(const std::string& path, std::string_view text);
+/// The same of a text that comes in pieces.
+using TextWriter = std::function<void(const TextSink& sink)>;
+void Publish(const std::string& path, const TextWriter& write);
 
 /// Writes a line to standard error: with control characters made visible, and cut where a name of
 /// the data has made it too long to read.

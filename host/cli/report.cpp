@@ -42,9 +42,11 @@ void AddReportCommand(CLI::App& program) {
   command->callback([options] {
     const Renderer& renderer = RequireRenderer(options->form);
     CheckOutputs({options->out}, {options->result});
-    const NamedText result = ReadDocument(options->result);
-    Publish(options->out, renderer.render(ReadResultDocument(result.text, result.name),
-                                          StyleFor(options->out, options->ascii)));
+    NamedText result = ReadDocument(options->result);
+    const ResultDocument document = ReadResultDocument(std::move(result.text), result.name);
+    Publish(options->out, [&](const TextSink& sink) {
+      renderer.render(document, StyleFor(options->out, options->ascii), sink);
+    });
   });
 }
 

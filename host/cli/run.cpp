@@ -75,7 +75,7 @@ int Run(const RunOptions& options) {
       options.model.empty() ? NamedText{"", "<DataModel/>"} : ReadDocument(options.model);
   Execution execution(options.execution);
   if (const auto document = execution.Run(parameters, model)) {
-    execution.PublishResult(options.out, *document);
+    execution.PublishResult(options.out, [&](const TextSink& sink) { sink(*document); });
   } else if (execution.ExitCode() == kExitRefused) {
     NameUnknownFields(parameters, parametersXml, execution.Columns());
   }

@@ -78,7 +78,8 @@ class DepthCheck final : public pugi::xml_tree_walker {
 
 }  // namespace
 
-void ReadXml(pugi::xml_document& document, std::string_view text, std::string_view name) {
+void ReadXml(pugi::xml_document& document, std::string_view text, std::string_view name,
+             unsigned parsing) {
   const auto fail = [&](const std::string& place, const std::string& what) {
     throw InputError(place + ": " + what);
   };
@@ -92,7 +93,7 @@ void ReadXml(pugi::xml_document& document, std::string_view text, std::string_vi
 
   // As a fragment the parser keeps texts that stand outside of the root.
   const auto parsed = document.load_buffer(
-      text.data(), text.size(), pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
+      text.data(), text.size(), parsing | pugi::parse_fragment, pugi::encoding_utf8);
   if (parsed.status == pugi::status_out_of_memory) throw std::bad_alloc();
   if (!parsed) {
     failAt(static_cast<std::size_t>(parsed.offset),

@@ -19,7 +19,7 @@ RunResult AnalysisRun::Execute() {
       prepared = Prepare(ParseRequirements(requirements), std::move(data));
       host.OfferRecords(prepared.modelText, prepared.rows);
       result.code = component.BeginExecution(host.Progress());
-      if (result.Succeeded()) result.document = host.Stream();
+      if (result.Succeeded()) result.document = host.TakeStream();
       static_cast<void>(component.EndExecution());  // frees memory only
     }
   }

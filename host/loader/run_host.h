@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/data/dataset.h"
@@ -49,8 +50,8 @@ class RunHost {
 
   /// What the component delivered, in order.
   [[nodiscard]] const std::vector<RunMessage>& Messages() const { return context.messages; }
-  /// The stream that the component put into its container "StatXML"; empty without one.
-  [[nodiscard]] const std::string& Stream() const { return container.stream; }
+  /// Hands over the stream that the component put into its container "StatXML"; empty without one.
+  [[nodiscard]] std::string TakeStream() { return std::move(container.stream); }
 
  private:
   // The interface's objects hold a table and nothing else; each of these adds the host's own state

@@ -1,17 +1,15 @@
 #include "host/render/json.h"
 
 #include <cmath>
-#include <nlohmann/json.hpp>
 #include <string_view>
 
 #include "host/render/effect_size.h"
+#include "host/render/json_writer.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
 
 namespace npar_host {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 constexpr int kFormatVersion = 1;
 constexpr double kLastExactInteger = 9007199254740992.0;  // 2^53
@@ -33,14 +31,14 @@ Json Number(double number) {
 }
 
 // A cell of a table: a number, null for a missing one, a text for what is no finite number.
-Json Cell(const std::string& text) {
+Json Cell(std::string_view text) {
   const auto number = FigureNumber(text);
   if (number && std::isfinite(*number)) return Number(*number);
   const std::string shown = FigureText(text);
   return shown.empty() ? Json(nullptr) : Json(shown);
 }
 
-void AddFigure(Json& object, const std::string& key, const std::string& text) {
+void AddFigure(Json& object, const std::string& key, std::string_view text) {
   const Json cell = Cell(text);
   if (cell.is_string()) {
     object[key] = nullptr;
@@ -100,31 +98,31 @@ class TestObject {
   TestObject(const ResultDocument& document, const ResultTest& test)
       : document(document), test(test) {}
 
-  [[nodiscard]] Json Object() const {
-    Json object;
-    object["name"] = test.name;
-    object["title"] = TestTitle(test.name);
-    object["kind"] = test.type == "hypothesis_test" ? "test" : "estimate";
-    object["family"] = Family(test);
-    object["fields"] = FieldNames();
+  void WriteTo(JsonWriter& out) const {
+    out.OpenObject();
+    out.Member("name", test.name);
+    out.Member("title", TestTitle(test.name));
+    out.Member("kind", test.type == "hypothesis_test" ? "test" : "estimate");
+    out.Member("family", Family(test));
+    out.Member("fields", FieldNames());
     const ResultField* group = GroupField(document, test);
-    object["groupField"] = group == nullptr ? Json(nullptr) : Json(group->name);
-    object["hypothesis"] = TextOrNull(Hypothesis(document, test));
-    object["decision"] = TextOrNull(test.decision);
-    object["statistics"] = Figures(test.statistics);
-    object["effectSize"] = Effect();
-    object["intervals"] = Intervals();
-    object["details"] = Figures(test.details);
-    object["differences"] = Distribution(test.differences);
-    object["groups"] = Groups();
-    object["boxPlots"] = BoxPlots();
-    object["tables"] = Tables();
-    object["pairwise"] = Pairwise();
-    object["stepwise"] = Stepwise();
-    object["unknownValues"] = test.unknownValues;
-    object["condition"] = {{"key", test.conditionKey}, {"parameters", test.conditionParameters}};
-    object["messages"] = Messages();
-    return object;
+    out.Member("groupField", group == nullptr ? Json(nullptr) : Json(group->name));
+    out.Member("hypothesis", TextOrNull(Hypothesis(document, test)));
+    out.Member("decision", TextOrNull(test.decision));
+    out.Member("statistics", Figures(test.statistics));
+    out.Member("effectSize", Effect());
+    out.Member("intervals", Intervals());
+    out.Member("details", Figures(test.details));
+    out.Member("differences", Distribution(test.differences));
+    out.Member("groups", Groups());
+    out.Member("boxPlots", BoxPlots());
+    out.Member("tables", Tables());
+    WritePairwise(out);
+    out.Member("stepwise", Stepwise());
+    out.Member("unknownValues", test.unknownValues);
+    out.Member("condition", {{"key", test.conditionKey}, {"parameters", test.conditionParameters}});
+    out.Member("messages", Messages());
+    out.Close();
   }
 
  private:
@@ -210,7 +208,7 @@ class TestObject {
       }
       for (const auto& cells : table.rows) {
         Json row = Json::array();
-        for (const std::string& cell : cells) row.push_back(Cell(cell));
+        for (const std::string_view cell : cells) row.push_back(Cell(cell));
         rows.push_back(row);
       }
       list.push_back({{"name", Key(table.name)},
@@ -235,23 +233,29 @@ class TestObject {
 
   // The cells behind the two positions, under the columns' names.
   void AddComparisonFigures(Json& object, const ResultTable& content,
-                            const std::vector<std::string>& cells) const {
+                            const TextRows::Row& cells) const {
     for (std::size_t i = 2; i < content.columnNames.size(); ++i) {
       AddFigure(object, Key(content.columnNames[i]), i < cells.size() ? cells[i] : "");
     }
   }
 
-  [[nodiscard]] Json Pairwise() const {
-    if (!test.pairwise.present) return nullptr;
-    Json comparisons = Json::array();
+  // Pair by pair: some thousand samples have millions.
+  void WritePairwise(JsonWriter& out) const {
+    if (!test.pairwise.present) return out.Member("pairwise", nullptr);
+    out.Key("pairwise");
+    out.OpenObject();
+    out.Member("samples", Samples(test.pairwise));
+    out.Key("comparisons");
+    out.OpenArray();
     for (const auto& cells : test.pairwise.content.rows) {
       if (cells.size() < 2) continue;
       Json object{{"first", PositionTitle(document, test, test.pairwise, cells[0])},
                   {"second", PositionTitle(document, test, test.pairwise, cells[1])}};
       AddComparisonFigures(object, test.pairwise.content, cells);
-      comparisons.push_back(object);
+      out.Value(object);
     }
-    return {{"samples", Samples(test.pairwise)}, {"comparisons", comparisons}};
+    out.Close();
+    out.Close();
   }
 
   [[nodiscard]] Json Stepwise() const {
@@ -289,29 +293,32 @@ class TestObject {
 
 }  // namespace
 
-std::string RenderJson(const ResultDocument& document) {
-  Json report;
-  report["format"] = "npar-report";
-  report["formatVersion"] = kFormatVersion;
-  report["application"] = {{"name", document.application},
-                           {"version", document.applicationVersion}};
-  report["modelId"] = document.modelId;
-  report["records"] = {{"count", Number(document.totalCount)},
-                       {"weight", Number(document.totalFreq)},
-                       {"dropped", Number(document.droppedCount)},
-                       {"droppedWeight", Number(document.droppedFreq)},
-                       {"badWeight", Number(document.badWeightCount)}};
-  report["significanceLevel"] = Number(document.sigLevel);
-  report["confidenceLevel"] = Number(document.confidenceLevel);
-  report["missingTreatment"] = document.listwise ? "listwise" : "analysis";
-  report["fields"] = Json::array();
-  for (const ResultField& field : document.fields) report["fields"].push_back(FieldObject(field));
-  report["tests"] = Json::array();
-  for (const ResultTest& test : document.tests) {
-    report["tests"].push_back(TestObject(document, test).Object());
-  }
-  // A text that is no UTF-8 gets replacement characters.
-  return report.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+void RenderJson(const ResultDocument& document, const TextSink& sink) {
+  JsonWriter out(sink);
+  out.OpenObject();
+  out.Member("format", "npar-report");
+  out.Member("formatVersion", kFormatVersion);
+  out.Member("application",
+             {{"name", document.application}, {"version", document.applicationVersion}});
+  out.Member("modelId", document.modelId);
+  out.Member("records", {{"count", Number(document.totalCount)},
+                         {"weight", Number(document.totalFreq)},
+                         {"dropped", Number(document.droppedCount)},
+                         {"droppedWeight", Number(document.droppedFreq)},
+                         {"badWeight", Number(document.badWeightCount)}});
+  out.Member("significanceLevel", Number(document.sigLevel));
+  out.Member("confidenceLevel", Number(document.confidenceLevel));
+  out.Member("missingTreatment", document.listwise ? "listwise" : "analysis");
+  out.Key("fields");
+  out.OpenArray();
+  for (const ResultField& field : document.fields) out.Value(FieldObject(field));
+  out.Close();
+  out.Key("tests");
+  out.OpenArray();
+  for (const ResultTest& test : document.tests) TestObject(document, test).WriteTo(out);
+  out.Close();
+  out.Close();
+  out.Finish();
 }
 
 }  // namespace npar_host

@@ -7,9 +7,12 @@ namespace npar_host {
 namespace {
 
 constexpr Renderer kRenderers[] = {
-    {"text", RenderText},
-    {"html", [](const ResultDocument& document, const TextStyle&) { return RenderHtml(document); }},
-    {"json", [](const ResultDocument& document, const TextStyle&) { return RenderJson(document); }},
+    {"text", [](const ResultDocument& document, const TextStyle& style,
+                const TextSink& sink) { sink(RenderText(document, style)); }},
+    {"html", [](const ResultDocument& document, const TextStyle&,
+                const TextSink& sink) { sink(RenderHtml(document)); }},
+    {"json", [](const ResultDocument& document, const TextStyle&,
+                const TextSink& sink) { RenderJson(document, sink); }},
 };
 
 }  // namespace
@@ -21,6 +24,13 @@ const Renderer* FindRenderer(std::string_view name) {
     if (renderer.name == name) return &renderer;
   }
   return nullptr;
+}
+
+std::string Rendered(const Renderer& renderer, const ResultDocument& document,
+                     const TextStyle& style) {
+  std::string text;
+  renderer.render(document, style, [&text](std::string_view piece) { text += piece; });
+  return text;
 }
 
 }  // namespace npar_host

@@ -12,21 +12,14 @@
 namespace npar_host {
 namespace {
 
-// Items of a ";"-joined text, in which a backslash takes the character after it as it stands. Empty
-// items count; an empty text has none.
+std::vector<std::string> Texts(const TextRows::Row& row) { return {row.begin(), row.end()}; }
+
+// Items of a ";"-joined text, as AddCells reads them.
 std::vector<std::string> SplitCells(std::string_view text) {
-  std::vector<std::string> cells;
-  if (text.empty()) return cells;
-  cells.emplace_back();
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == ';') {
-      cells.emplace_back();
-      continue;
-    }
-    if (text[i] == '\\' && i + 1 < text.size()) ++i;
-    cells.back() += text[i];
-  }
-  return cells;
+  TextRows rows;
+  rows.AddRow();
+  AddCells(rows, text);
+  return Texts(rows[0]);
 }
 
 // A category's value that is text stands as an item of a list would.
@@ -78,7 +71,8 @@ ResultTable ReadTable(pugi::xml_node node) {
   table.rowNames = SplitCells(node.child("RowNames").text().as_string());
   table.columnNames = SplitCells(node.child("ColumnNames").text().as_string());
   for (const pugi::xml_node row : node.children("Row")) {
-    table.rows.push_back(SplitCells(row.text().as_string()));
+    table.rows.AddRow();
+    AddCells(table.rows, row.text().as_string());
   }
   return table;
 }
@@ -133,12 +127,13 @@ ResultBoxPlot ReadBoxPlot(pugi::xml_node node) {
     plot.meanRank = rank.attribute("value").as_string();
   }
   const ResultTable box = ReadTable(Named(node, "SimpleTable", "Box"));
-  if (!box.rows.empty() && box.rows[0].size() == 5) plot.fiveNumbers = box.rows[0];
+  if (!box.rows.empty() && box.rows[0].size() == 5) plot.fiveNumbers = Texts(box.rows[0]);
   const ResultTable outliers = ReadTable(Named(node, "SimpleTable", "Outliers"));
   if (outliers.rows.empty()) return plot;
   for (std::size_t i = 0; i < outliers.rows[0].size(); ++i) {
     const bool hasId = outliers.rows.size() > 1 && i < outliers.rows[1].size();
-    plot.outliers.push_back({outliers.rows[0][i], hasId ? outliers.rows[1][i] : "", ""});
+    const std::string_view id = hasId ? outliers.rows[1][i] : "";
+    plot.outliers.push_back({std::string(outliers.rows[0][i]), std::string(id), ""});
   }
   return plot;
 }
@@ -148,12 +143,12 @@ ResultComparison ReadComparison(pugi::xml_node node, const char* infoName) {
   comparison.present = true;
   const ResultTable info = ReadTable(Named(node, "SimpleTable", infoName));
   if (!info.rows.empty()) {
-    for (const std::string& cell : info.rows[0]) {
+    for (const std::string_view cell : info.rows[0]) {
       const auto codes = SplitCodes(cell);
       comparison.order.push_back(codes.empty() ? -1 : codes.front());
     }
   }
-  if (info.rows.size() > 1) comparison.values = info.rows[1];
+  if (info.rows.size() > 1) comparison.values = Texts(info.rows[1]);
   comparison.content = ReadTable(Named(node, "SimpleTable", "Content"));
   return comparison;
 }
@@ -281,9 +276,10 @@ std::vector<std::size_t> ResultTest::ConditionFields(std::size_t position,
   return fields;
 }
 
-ResultDocument ReadResultDocument(std::string_view text, std::string_view name) {
+ResultDocument ReadResultDocument(std::string text, std::string_view name) {
   pugi::xml_document xml;
-  ReadXml(xml, text, name);
+  ReadXml(xml, text, name, pugi::parse_default | pugi::parse_embed_pcdata);
+  std::string().swap(text);
   const pugi::xml_node root = xml.child("StatXML");
   const pugi::xml_node output = root.child("Extension").child("NPAROutput");
   if (!output) {

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "host/render/text_rows.h"
+
 namespace npar_host {
 
 struct ResultCategory {
@@ -34,7 +36,7 @@ struct ResultTable {
   std::string name;
   std::vector<std::string> rowNames;
   std::vector<std::string> columnNames;
-  std::vector<std::vector<std::string>> rows;
+  TextRows rows;
 
   [[nodiscard]] bool Empty() const { return rows.empty(); }
 };
@@ -147,8 +149,9 @@ struct ResultDocument {
   std::vector<ResultTest> tests;
 };
 
-/// Reads a result document; `name` names it in messages. Throws InputError for anything else.
-[[nodiscard]] ResultDocument ReadResultDocument(std::string_view text, std::string_view name);
+/// Reads a result document; `name` names it in messages. Throws InputError for anything else. A
+/// text that is given away is freed as soon as it is parsed.
+[[nodiscard]] ResultDocument ReadResultDocument(std::string text, std::string_view name);
 
 /// The name of a case whose identifier is that number; empty where the number is all there is.
 using CaseNames = std::function<std::string(double identifier)>;

@@ -309,7 +309,7 @@ class TextReport {
     }
     for (std::size_t i = 0; i < table.rows.size(); ++i) {
       shown.rows.push_back({RowTitle(document, test, table, i)});
-      for (const std::string& cell : table.rows[i]) {
+      for (const std::string_view cell : table.rows[i]) {
         shown.rows.back().push_back(FigureText(cell));
       }
     }

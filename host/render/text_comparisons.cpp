@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/data/number.h"
+#include "host/render/pairs.h"
 #include "host/render/significance.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
@@ -18,7 +19,7 @@ constexpr std::size_t kPositionColumns = 2;
 bool IsSignificance(std::string_view column) { return column == "Sig" || column == "AdjSig"; }
 
 // A significance as publications print it, "= .023" or "< .001"; another figure as it is.
-std::string ComparisonFigure(std::string_view column, const std::string& cell) {
+std::string ComparisonFigure(std::string_view column, std::string_view cell) {
   std::string figure = FigureText(cell);
   const auto number = FigureNumber(cell);
   if (!IsSignificance(column) || !number || !std::isfinite(*number)) return figure;
@@ -26,17 +27,13 @@ std::string ComparisonFigure(std::string_view column, const std::string& cell) {
   return words.substr(words.starts_with("p = ") ? 4 : 2);
 }
 
-std::size_t FindColumn(const ResultTable& table, std::string_view name) {
-  return static_cast<std::size_t>(std::ranges::find(table.columnNames, name) -
-                                  table.columnNames.begin());
-}
-
 // Columns that hold anything, such as the standard error where the test has one.
 std::vector<std::size_t> FilledColumns(const ResultTable& table) {
   std::vector<std::size_t> columns;
   for (std::size_t i = kPositionColumns; i < table.columnNames.size(); ++i) {
-    const bool isFilled = std::ranges::any_of(
-        table.rows, [i](const auto& row) { return i < row.size() && !FigureText(row[i]).empty(); });
+    const bool isFilled = std::ranges::any_of(table.rows, [i](const TextRows::Row& row) {
+      return i < row.size() && !FigureText(row[i]).empty();
+    });
     if (isFilled) columns.push_back(i);
   }
   return columns;
@@ -46,25 +43,23 @@ void WritePairwise(TextPage& page, const ResultDocument& document, const ResultT
                    std::size_t indent) {
   const ResultTable& content = test.pairwise.content;
   const std::vector<std::size_t> columns = FilledColumns(content);
-  const std::size_t adjusted = FindColumn(content, "AdjSig");
   TextTable table{{{"Sample 1", "Sample 2"}}, "llr", true};
   for (const std::size_t column : columns) {
     table.rows[0].push_back(TableLabel(content.columnNames[column]));
   }
   bool hasMark = false;
-  for (const auto& cells : content.rows) {
-    if (cells.size() < kPositionColumns) continue;
+  for (const SamplePair& pair : ListedPairs(test.pairwise)) {
+    const TextRows::Row cells = content.rows[pair.row];
     std::vector<std::string> row;
-    for (std::size_t i = 0; i < kPositionColumns; ++i) {
-      row.push_back(PositionTitle(document, test, test.pairwise, cells[i]));
+    for (const std::size_t position : {pair.first, pair.second}) {
+      row.push_back(SampleTitle(document, test, test.pairwise.order[position]));
     }
     for (const std::size_t column : columns) {
       row.push_back(column < cells.size()
                         ? ComparisonFigure(content.columnNames[column], cells[column])
                         : "");
     }
-    const auto p = adjusted < cells.size() ? FigureNumber(cells[adjusted]) : std::nullopt;
-    const bool isMarked = p && *p < document.sigLevel;
+    const bool isMarked = pair.adjusted < document.sigLevel;
     row.push_back(isMarked ? "*" : "");
     hasMark = hasMark || isMarked;
     table.rows.push_back(row);
@@ -76,22 +71,24 @@ void WritePairwise(TextPage& page, const ResultDocument& document, const ResultT
     page.Paragraph("* adjusted significance below " + FigureText(NumberText(document.sigLevel)),
                    indent);
   }
+  const std::string unlisted = UnlistedPairs(test.pairwise);
+  if (!unlisted.empty()) page.Paragraph(unlisted, indent);
 }
 
 struct Subset {
   std::size_t first, last;  // positions
-  const std::vector<std::string>* cells;
+  TextRows::Row cells;
 };
 
 std::vector<Subset> Subsets(const ResultComparison& stepwise) {
   std::vector<Subset> subsets;
   const auto end = static_cast<double>(stepwise.order.size());
-  for (const auto& cells : stepwise.content.rows) {
+  for (const TextRows::Row cells : stepwise.content.rows) {
     if (cells.size() < kPositionColumns) continue;
     const auto first = FigureNumber(cells[0]);
     const auto last = FigureNumber(cells[1]);
     if (!first || !last || !(*first >= 0.0) || !(*last >= *first) || !(*last < end)) continue;
-    subsets.push_back({static_cast<std::size_t>(*first), static_cast<std::size_t>(*last), &cells});
+    subsets.push_back({static_cast<std::size_t>(*first), static_cast<std::size_t>(*last), cells});
   }
   std::ranges::stable_sort(subsets, {}, &Subset::first);
   return subsets;
@@ -119,7 +116,7 @@ void WriteStepwise(TextPage& page, const ResultDocument& document, const ResultT
     table.rows.push_back({TableLabel(name)});
     for (const Subset& subset : subsets) {
       table.rows.back().push_back(
-          column < subset.cells->size() ? ComparisonFigure(name, (*subset.cells)[column]) : "");
+          column < subset.cells.size() ? ComparisonFigure(name, subset.cells[column]) : "");
     }
   }
   page.Blank();

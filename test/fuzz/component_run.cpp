@@ -35,7 +35,7 @@ void CheckResult(const std::string& published) {
   const npar_host::ResultDocument document =
       npar_host::ReadResultDocument(published, "the published result");
   for (const npar_host::Renderer& renderer : npar_host::AllRenderers()) {
-    Require(!renderer.render(document, {}).empty(), "a report of every result");
+    Require(!Rendered(renderer, document).empty(), "a report of every result");
   }
 }
 

@@ -85,6 +85,18 @@ void Drawing::Box(double x, double y, double width, double height, std::string_v
             "/>\n";
 }
 
+void Drawing::Boxes(const std::vector<Corner>& boxes, double height, std::string_view shapeClass) {
+  if (boxes.empty()) return;
+  const std::string down = Coordinate(height);
+  markup += "<path" + Class(shapeClass) + " d=\"";
+  for (const Corner& box : boxes) {
+    const std::string across = Coordinate(box.width);
+    markup += "M" + Coordinate(box.x) + " " + Coordinate(box.y) + "h" + across + "v" + down + "h-" +
+              across + "z";
+  }
+  markup += "\"/>\n";
+}
+
 void Drawing::Dot(double x, double y, double radius, std::string_view shapeClass) {
   markup += "<circle" + Class(shapeClass) + Attribute("cx", x) + Attribute("cy", y) +
             Attribute("r", radius) + "/>\n";
@@ -143,7 +155,9 @@ void Drawing::Name(double x, double y, std::string_view anchor, std::string_view
   for (std::size_t i = 0; i < head; ++i) shortened += characters[i];
   shortened += kEllipsis;
   for (std::size_t i = tail; i < characters.size(); ++i) shortened += characters[i];
-  Text(x, y, anchor, shortened, shapeClass);
+  markup += "<text" + Class(shapeClass) + Attribute("x", x) + Attribute("y", y) +
+            " text-anchor=\"" + std::string(anchor) + "\"><title>" + Escaped(text) + "</title>" +
+            Escaped(shortened) + "</text>\n";
 }
 
 Scale ScaleOver(const std::vector<double>& values, double from, double to) {

@@ -12,6 +12,11 @@ class Drawing {
  public:
   void Line(double x1, double y1, double x2, double y2, std::string_view shapeClass);
   void Box(double x, double y, double width, double height, std::string_view shapeClass);
+  struct Corner {
+    double x, y, width;
+  };
+  /// Boxes of one height as a single shape.
+  void Boxes(const std::vector<Corner>& boxes, double height, std::string_view shapeClass);
   void Dot(double x, double y, double radius, std::string_view shapeClass);
   void Diamond(double x, double y, double radius, std::string_view shapeClass);
   /// Straight lines through the points (x, y), (x, y) ...
@@ -22,7 +27,8 @@ class Drawing {
   /// The anchor is "start", "middle" or "end".
   void Text(double x, double y, std::string_view anchor, std::string_view text,
             std::string_view shapeClass);
-  /// A name, without its middle where the room may not hold all of it.
+  /// A name, without its middle where the room may not hold all of it; then the whole of it is told
+  /// where a pointer rests.
   void Name(double x, double y, std::string_view anchor, std::string_view text, double room,
             std::string_view shapeClass = "name");
   [[nodiscard]] const std::string& Markup() const { return markup; }
@@ -32,6 +38,7 @@ class Drawing {
 };
 
 constexpr double kPlotWidth = 440.0;
+constexpr double kWidePlotWidth = 920.0;  // of a plot as wide as the page
 
 /// A picture with its description in words. Texts are not yet escaped.
 struct Plot {
@@ -40,6 +47,7 @@ struct Plot {
   std::string description;  // what there is to see, for who cannot see it
   std::string note;         // how to read it; stands under the picture
   Drawing drawing;
+  double width = kPlotWidth;
   double height = 240.0;
   std::string values;  // markup of a table of what is drawn; may be empty
 };

@@ -18,8 +18,8 @@ constexpr std::size_t kLargestCrossTable = 12;
 
 struct Pair {
   std::string title;
-  std::string first;
-  std::string second;
+  std::string_view first;
+  std::string_view second;
 };
 
 double Count(std::string_view text) {
@@ -97,7 +97,7 @@ std::optional<Plot> CrossPlot(const ResultDocument& document, const ResultTest& 
   }
   double highest = 0.0;
   for (const auto& row : table.rows) {
-    for (const std::string& cell : row) highest = std::max(highest, Count(cell));
+    for (const std::string_view cell : row) highest = std::max(highest, Count(cell));
   }
   if (!(highest > 0.0)) return std::nullopt;
   const std::size_t columns = ColumnCount(table);

@@ -92,6 +92,8 @@ tr.foot th, tr.foot td { color: var(--quiet); border-bottom: 0; }
 .results > * { min-width: 0; }
 .results > .wide { grid-column: 1 / -1; }
 figure { margin: 0; max-width: 35rem; min-width: 0; }
+figure.wide { max-width: none; }
+figure.wide svg { min-width: 44rem; }
 figcaption { font-size: .92rem; font-weight: 600; }
 figcaption .note { display: block; font-weight: 400; }
 details { font-size: .9rem; margin-top: .25rem; }
@@ -124,13 +126,17 @@ svg .leader { stroke: var(--line); }
 svg .node { fill: var(--card); stroke: var(--ink); stroke-width: 2.5; }
 svg .edge { fill: none; stroke: var(--quiet); stroke-width: 1; }
 svg .edge.significant { stroke: var(--second); stroke-width: 3; }
-svg .edge.thin { stroke-width: 1; stroke-opacity: .4; }
 svg .cell { fill: var(--first); fill-opacity: 0; stroke: var(--line); }
 svg .cell.shade1 { fill-opacity: .12; }
 svg .cell.shade2 { fill-opacity: .28; }
 svg .cell.shade3 { fill-opacity: .8; }
 svg .cell.shade4 { fill-opacity: 1; }
 svg .cell.change { stroke: var(--second); stroke-width: 2; }
+svg .pair { fill: var(--second); stroke: none; }
+svg .pair.strong { fill-opacity: 1; }
+svg .pair.clear { fill-opacity: .6; }
+svg .pair.plain { fill-opacity: .3; }
+svg .pair.none { fill: var(--faint); }
 svg .onshade { fill: var(--card); }
 footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
 @media (max-width: 40rem) {

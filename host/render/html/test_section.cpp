@@ -12,6 +12,7 @@
 #include "host/render/html/drawing.h"
 #include "host/render/html/frequency_plots.h"
 #include "host/render/html/markup.h"
+#include "host/render/html/pair_matrix.h"
 #include "host/render/html/sample_plots.h"
 #include "host/render/html/test_tables.h"
 #include "host/render/significance.h"
@@ -24,13 +25,17 @@ namespace {
 constexpr std::size_t kLongestValue = 200;
 
 std::string PlotMarkup(const Plot& plot, const std::string& id) {
+  const bool isWide = plot.width > kPlotWidth;
   std::string markup =
-      "<figure class=\"plot " + plot.kind + "\">\n<svg role=\"img\" viewBox=\"0 0 " +
-      std::to_string(static_cast<int>(kPlotWidth)) + " " +
+      "<figure class=\"plot " + plot.kind + (isWide ? " wide\">\n" : "\">\n") +
+      // What is too wide for a phone scrolls, and so takes the focus.
+      (isWide ? "<div class=\"scroll\" role=\"group\" tabindex=\"0\" aria-label=\"Plot\">\n" : "") +
+      "<svg role=\"img\" viewBox=\"0 0 " + std::to_string(static_cast<int>(plot.width)) + " " +
       std::to_string(static_cast<int>(plot.height)) + "\" aria-labelledby=\"" + id +
       "-title\" aria-describedby=\"" + id + "-words\">\n<title id=\"" + id + "-title\">" +
       Escaped(plot.title) + "</title>\n<desc id=\"" + id + "-words\">" + Escaped(plot.description) +
-      "</desc>\n" + plot.drawing.Markup() + "</svg>\n<figcaption>" + Escaped(plot.title);
+      "</desc>\n" + plot.drawing.Markup() + (isWide ? "</svg></div>" : "</svg>") +
+      "\n<figcaption>" + Escaped(plot.title);
   if (!plot.note.empty()) markup += "<span class=\"note\">" + Escaped(plot.note) + "</span>";
   markup += "</figcaption>\n";
   if (!plot.values.empty()) {
@@ -76,7 +81,7 @@ std::string TestPlots(const ResultDocument& document, const ResultTest& test,
   }
   gallery.Add(IntervalPlot(document, test));
   gallery.Add(PairwiseGraph(document, test));
-  gallery.Add(PairwiseGrid(document, test));
+  gallery.Add(PairwiseMatrix(document, test));
   return gallery.Markup();
 }
 

@@ -7,6 +7,7 @@
 #include "host/render/effect_size.h"
 #include "host/render/html/comparison_plots.h"
 #include "host/render/html/markup.h"
+#include "host/render/pairs.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
 
@@ -44,14 +45,14 @@ std::string OutlierCell(const ResultBoxPlot& box) {
 }
 
 bool HasFigures(const ResultTable& table, std::size_t column) {
-  return std::ranges::any_of(table.rows, [column](const auto& row) {
+  return std::ranges::any_of(table.rows, [column](const TextRows::Row& row) {
     return column < row.size() && !FigureText(row[column]).empty();
   });
 }
 
 bool IsSignificanceColumn(std::string_view name) { return name == "Sig" || name == "AdjSig"; }
 
-bool IsMember(const std::vector<std::string>& subset, std::size_t position) {
+bool IsMember(const TextRows::Row& subset, std::size_t position) {
   const auto first = subset.empty() ? std::nullopt : FigureNumber(subset[0]);
   const auto last = subset.size() < 2 ? std::nullopt : FigureNumber(subset[1]);
   const auto here = static_cast<double>(position);
@@ -60,7 +61,7 @@ bool IsMember(const std::vector<std::string>& subset, std::size_t position) {
 
 // Subsets side by side, numbered from `number`, with the samples that are in one of them.
 std::string SubsetsTable(const ResultDocument& document, const ResultTest& test,
-                         std::span<const std::vector<std::string>> subsets, std::size_t number,
+                         std::span<const TextRows::Row> subsets, std::size_t number,
                          const std::string& id) {
   const ResultComparison& comparison = test.stepwise;
   HtmlTable table(id, number == 1 ? "Homogeneous subsets: samples in one column do not differ"
@@ -87,7 +88,7 @@ std::string SubsetsTable(const ResultDocument& document, const ResultTest& test,
     if (!HasFigures(comparison.content, i)) continue;
     std::vector<std::string> cells;
     for (const auto& subset : subsets) {
-      const std::string figure = i < subset.size() ? subset[i] : "";
+      const std::string_view figure = i < subset.size() ? subset[i] : "";
       cells.push_back(IsSignificanceColumn(names[i]) ? SignificanceMarkup(figure)
                                                      : FigureMarkup(figure));
     }
@@ -179,7 +180,7 @@ std::string FrequenciesTable(const ResultDocument& document, const ResultTest& t
   shown.SetColumns(columns);
   for (std::size_t i = 0; i < table.rows.size(); ++i) {
     std::vector<std::string> cells;
-    for (const std::string& cell : table.rows[i]) cells.push_back(FigureMarkup(cell));
+    for (const std::string_view cell : table.rows[i]) cells.push_back(FigureMarkup(cell));
     shown.AddRow(Escaped(Isolated(RowTitle(document, test, table, i))), cells);
   }
   return shown.Markup();
@@ -191,7 +192,6 @@ std::string PairwiseTable(const ResultDocument& document, const ResultTest& test
   if (!comparison.present || comparison.content.Empty()) return {};
   HtmlTable table(id, "Pairwise comparisons");
   const auto& names = comparison.content.columnNames;
-  const std::size_t adjusted = ContentColumn(comparison, "AdjSig");
   std::vector<std::string> columns{"Samples"};
   std::vector<std::size_t> known;  // columns with at least one figure
   for (std::size_t i = 2; i < names.size(); ++i) {
@@ -201,22 +201,25 @@ std::string PairwiseTable(const ResultDocument& document, const ResultTest& test
   }
   columns.push_back("Result");
   table.SetColumns(columns);
-  for (const auto& row : comparison.content.rows) {
-    if (row.size() < 2) continue;
+  for (const SamplePair& pair : ListedPairs(comparison)) {
+    const TextRows::Row row = comparison.content.rows[pair.row];
     std::vector<std::string> cells;
     for (const std::size_t i : known) {
-      const std::string figure = i < row.size() ? row[i] : "";
+      const std::string_view figure = i < row.size() ? row[i] : "";
       cells.push_back(IsSignificanceColumn(names[i]) ? SignificanceMarkup(figure)
                                                      : FigureMarkup(figure));
     }
-    const auto p = adjusted < row.size() ? FigureNumber(row[adjusted]) : std::nullopt;
-    const bool differs = p && *p < document.sigLevel;
+    const bool differs = pair.adjusted < document.sigLevel;
     cells.push_back(differs ? "differ" : "no difference");
-    table.AddRow(Escaped(PositionTitle(document, test, comparison, row[0]) + " \u2013 " +
-                         PositionTitle(document, test, comparison, row[1])),
+    table.AddRow(Escaped(SampleTitle(document, test, comparison.order[pair.first]) + " \u2013 " +
+                         SampleTitle(document, test, comparison.order[pair.second])),
                  cells, differs ? "differs" : "");
   }
-  return table.Markup("wide");
+  if (IsTraceable(comparison)) return table.Markup("wide");
+  const std::string unlisted = UnlistedPairs(comparison);
+  return "<details class=\"wide\"><summary>Pairs of samples</summary>\n" +
+         (unlisted.empty() ? "" : "<p class=\"note\">" + unlisted + "</p>\n") +
+         table.Markup("wide") + "</details>\n";
 }
 
 std::string SubsetsTables(const ResultDocument& document, const ResultTest& test,
@@ -224,7 +227,8 @@ std::string SubsetsTables(const ResultDocument& document, const ResultTest& test
   const ResultComparison& comparison = test.stepwise;
   if (!comparison.present || comparison.content.Empty()) return {};
   // By their first sample, as readers expect the columns.
-  auto subsets = comparison.content.rows;
+  std::vector<TextRows::Row> subsets(comparison.content.rows.begin(),
+                                     comparison.content.rows.end());
   std::ranges::stable_sort(subsets, {}, [](const auto& subset) {
     return subset.empty() ? 0.0 : FigureNumber(subset[0]).value_or(0.0);
   });

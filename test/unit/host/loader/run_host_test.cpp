@@ -104,7 +104,7 @@ TEST_F(RunHostTest, CollectsTheStreamOfTheResultContainerOnly) {
       container->table->putStream(container, nullptr, "", 0, bytes.data(), bytes.size(), &err),
       HB_OK);
   ASSERT_EQ(container->table->close(container, &err), HB_OK);
-  EXPECT_EQ(host.Stream(), bytes);
+  EXPECT_EQ(host.TakeStream(), bytes);
 }
 
 TEST_F(RunHostTest, CollectsMessagesAndProgress) {

@@ -198,7 +198,7 @@ TEST(HtmlReportTest, ManySubsetsMakeTablesThatFitAPage) {
   stepwise.values.assign(11, "1.5");
   stepwise.content.rows.clear();
   for (int i = 0; i < 10; ++i) {
-    stepwise.content.rows.push_back({std::to_string(i), std::to_string(i + 1), "1", "0.5", "0.5"});
+    stepwise.content.rows.AddRow({std::to_string(i), std::to_string(i + 1), "1", "0.5", "0.5"});
   }
   const Page page(document);
   EXPECT_EQ(page.Count("//table[starts-with(caption, 'Homogeneous')]"), 2u);
@@ -213,9 +213,9 @@ TEST(HtmlReportTest, ManySubsetsMakeTablesThatFitAPage) {
       page.Count("//table[starts-with(caption, 'Homogeneous')]/tbody/tr[@class='foot']"));
 }
 
-TEST(HtmlReportTest, PairsThatNoEyeCanTraceAreAlsoAGrid) {
+TEST(HtmlReportTest, PairsThatNoEyeCanTraceAreAMatrix) {
   ResultDocument document = Reference("insect_sprays_pairwise");
-  EXPECT_EQ(Page(document).Count("//figure[contains(@class, 'pairwise-grid')]"), 0u);
+  EXPECT_EQ(Page(document).Count("//figure[contains(@class, 'pairwise-matrix')]"), 0u);
   document.tests.resize(1);
   ResultComparison& pairwise = document.tests[0].pairwise;
   pairwise.order.assign(15, pairwise.order[0]);
@@ -225,20 +225,29 @@ TEST(HtmlReportTest, PairsThatNoEyeCanTraceAreAlsoAGrid) {
   for (int i = 0; i < 15; ++i) {
     pairwise.values.push_back(std::to_string((i * 7) % 15));  // in an order of its own
     for (int j = 0; j < i; ++j) {
-      // Those at ranks 0 and 14, 0 and 13, 1 and 14 differ.
-      const bool differs = std::abs((i * 7) % 15 - (j * 7) % 15) >= 13;
-      pairwise.content.rows.push_back(
-          {std::to_string(j), std::to_string(i), differs ? "0.01" : "0.2"});
+      // Those at ranks 0 and 14, 0 and 13, 1 and 14 differ, the first two more clearly.
+      const int distance = std::abs((i * 7) % 15 - (j * 7) % 15);
+      const bool isLowest = i * 7 % 15 == 0 || j * 7 % 15 == 0;
+      const char* p = distance < 13 ? "0.2" : isLowest ? "0.0001" : "0.02";
+      pairwise.content.rows.AddRow({std::to_string(j), std::to_string(i), p});
     }
   }
   const Page page(document);
-  EXPECT_EQ(page.Count("//path[@class='edge significant thin']"), 3u);
-  EXPECT_EQ(page.Count("//figure[contains(@class, 'pairwise')]//path[contains(@class, 'dashed')]"),
-            0u);
-  const std::string grid = "//figure[contains(@class, 'pairwise-grid')]//rect";
-  EXPECT_EQ(page.Count((grid + "[@class='cell']").c_str()), 15u);
-  // The lowest differs from the two highest, which are neighbours: one box in its row.
-  EXPECT_EQ(page.Count((grid + "[@class='second']").c_str()), 2u);
+  EXPECT_EQ(page.Count("//figure[contains(@class, 'plot pairwise ')]"), 0u);
+  const std::string matrix = "//figure[contains(@class, 'pairwise-matrix')]";
+  EXPECT_EQ(page.Count((matrix + "//rect[@width!='14']").c_str()), 15u);
+  // From the greatest down, the lowest stands in the last row: its two are neighbours, one box 44
+  // wide; the other cell, one before, is 22 wide.
+  const auto cells = [&](const char* shade) {
+    return std::string(page.xml.select_node((matrix + "//path[@class='" + shade + "']").c_str())
+                           .node()
+                           .attribute("d")
+                           .value());
+  };
+  EXPECT_EQ(cells("pair strong"), "M150 204h44v13h-44z");
+  EXPECT_EQ(cells("pair plain"), "M150 190h22v13h-22z");
+  EXPECT_EQ(cells("pair clear"), "");
+  EXPECT_EQ(page.Count("//details[@class='wide']//table"), 1u);
 }
 
 struct HostileCase {

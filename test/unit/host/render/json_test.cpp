@@ -1,11 +1,10 @@
-#include "host/render/json.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "host/render/renderers.h"
 #include "support/json_schema.h"
 
 namespace npar_host {
@@ -15,8 +14,12 @@ using Json = nlohmann::json;
 
 Json Schema() { return Json::parse(std::ifstream("schema/report.schema.json")); }
 
+std::string Text(const ResultDocument& document) {
+  return Rendered(*FindRenderer("json"), document);
+}
+
 Json Report(const ResultDocument& document) {
-  Json report = Json::parse(RenderJson(document));
+  Json report = Json::parse(Text(document));
   EXPECT_EQ(SchemaBreach(report, Schema()), "");
   return report;
 }
@@ -132,7 +135,7 @@ TEST(JsonReportTest, AnyNameMakesValidJson) {
 
 TEST(JsonReportTest, TheSchemaRefusesWhatIsNoReport) {
   const Json schema = Schema();
-  const Json report = Json::parse(RenderJson(GroupDocument()));
+  const Json report = Json::parse(Text(GroupDocument()));
   Json lacks = report;
   lacks["tests"][0].erase("decision");
   EXPECT_EQ(SchemaBreach(lacks, schema), "/tests/0: lacks decision");

@@ -103,8 +103,8 @@ TEST(ResultModelTest, ReadsEveryFormOfATest) {
   EXPECT_THAT(test.groups.at(0).codes, ElementsAre(0, 1));
   EXPECT_FALSE(test.pairwise.present);
   EXPECT_THAT(test.stepwise.order, ElementsAre(1, 0));
-  EXPECT_THAT(test.stepwise.content.rows.at(0), ElementsAre("0", "1", ""));
-  EXPECT_THAT(test.tables.at(0).rows.at(1), ElementsAre("3", "4"));
+  EXPECT_THAT(test.stepwise.content.rows[0], ElementsAre("0", "1", ""));
+  EXPECT_THAT(test.tables.at(0).rows[1], ElementsAre("3", "4"));
 }
 
 TEST(ResultModelTest, SeparatorsInsideTextsAreUnescaped) {

@@ -124,7 +124,7 @@ TEST(TextReportTest, SubsetsThatNeedBlocksRepeatOnlyTheRowsThatHaveAnEntry) {
   ResultTable& content = document.tests[0].stepwise.content;
   content.rows.clear();
   for (int i = 0; i < 5; ++i) {
-    content.rows.push_back({std::to_string(i), std::to_string(i + 1), "12345.5"});
+    content.rows.AddRow({std::to_string(i), std::to_string(i + 1), "12345.5"});
   }
   EXPECT_THAT(RenderText(document, {.width = 40}), HasSubstr(R"(
   Subset           1        2        3
