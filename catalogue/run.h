@@ -37,6 +37,10 @@ inline constexpr NumberKey kSigLevel =
 inline constexpr NumberKey kConfidenceLevel =
     Number("confidenceLevel", kPercentage, 95.0,
            "the level of confidence intervals, a percentage: 95, not 0.95", "99");
+inline constexpr FlagKey kExtendedFigures =
+    Flag("extendedFigures",
+         "whether each test also tells what a write-up needs beside its result: exact values with "
+         "ties, one-sided ones, effect sizes, intervals, sizes and quartiles of groups");
 
 constexpr Setting Automatic(Text key, Text meaning) {
   return {.key = key,
@@ -65,6 +69,7 @@ inline constexpr const Setting* kSettings[] = {&kOneSampleVariables,
                                                &kUserMissing,
                                                &kSigLevel,
                                                &kConfidenceLevel,
+                                               &kExtendedFigures,
                                                &kIsAutomaticallyOneSample,
                                                &kIsAutomaticallyRelated,
                                                &kIsAutomaticallyIndependent};

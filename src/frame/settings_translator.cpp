@@ -98,12 +98,15 @@ void NPARSettingsTranslator::CopyRunKeys() {
     const IQDSettingValue& value = *setting.GetValue();
     std::string text;
     double number = 0.0;
+    bool flag = false;
     if (run::kMissingTreatment.key == name) {
       if (value.Get(text)) target.AddNewSetting(name, text, "");
     } else if (run::kSigLevel.key == name) {
       if (value.Get(number)) target.AddNewSetting(name, number, "");
     } else if (run::kConfidenceLevel.key == name) {
       if (value.Get(number)) target.AddNewSetting(name, number / 100.0, "");  // from percent
+    } else if (run::kExtendedFigures.key == name) {
+      if (value.Get(flag) && flag) target.AddNewSetting(name, 1.0, "");
     } else if (run::kOneSampleVariables.key == name) {
       oneSampleFields = ReadNames(setting);
     } else if (run::kRelatedVariables.key == name) {

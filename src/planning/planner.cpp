@@ -96,6 +96,8 @@ void NPARPlanner::ReadRunSettings() {
   if (settings->GetSettingValByName("missingTreatment", text)) analysisMissing = text == "analysis";
   static_cast<void>(settings->GetSettingValByName("sigLevel", sigLevel));
   static_cast<void>(settings->GetSettingValByName("confidenceLevel", confidenceLevel));
+  static_cast<void>(
+      settings->GetSettingValByName(catalogue::run::kExtendedFigures.key, wantsExtended));
   if (settings->GetSettingValByName("caseIDVariableName", text)) {
     caseIdIndex = variables->FindVariable(text);
   }

@@ -51,6 +51,7 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   [[nodiscard]] const NPARVarInfo& GetVarInfo() const noexcept { return varInfo; }
   [[nodiscard]] double GetSigLevel() const noexcept { return sigLevel; }
   [[nodiscard]] double GetConfidenceLevel() const noexcept { return confidenceLevel; }
+  [[nodiscard]] bool WantsExtended() const noexcept { return wantsExtended; }
   [[nodiscard]] bool HasWeight() const noexcept { return weightIndex >= 0; }
   [[nodiscard]] std::int32_t GetWeightIndex() const noexcept { return weightIndex; }
   [[nodiscard]] std::int32_t GetCaseIdIndex() const noexcept { return caseIdIndex; }
@@ -103,5 +104,6 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   bool analysisMissing = true;
   double sigLevel = 0.05;
   double confidenceLevel = 0.95;
+  bool wantsExtended = false;
   NPARVarInfo varInfo;
 };

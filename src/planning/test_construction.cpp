@@ -1,9 +1,12 @@
 #include "planning/test_construction.h"
 
+#include "catalogue/run.h"
+
 TestConstruction::TestConstruction(NPARPlanner& planner, const QDSettings& entry)
     : planner(planner), entry(entry), settings(std::make_unique<QDSettings>()) {
   Put("sigLevel", planner.GetSigLevel());
   Put("confidenceLevel", planner.GetConfidenceLevel());
+  if (planner.WantsExtended()) Put(catalogue::run::kExtendedFigures.key, true);
   if (planner.HasWeight()) Put("weightVariableIndex", planner.GetWeightIndex());
 }
 

@@ -33,8 +33,9 @@ std::unique_ptr<NPARTest> ConstructTest(TestConstruction& construction);
 ///   return construction.Make<NPARExample>();
 class TestConstruction {
  public:
-  /// Puts "sigLevel", "confidenceLevel" and, with a weight variable, "weightVariableIndex" into the
-  /// fresh settings. Planner and entry must outlive the construction.
+  /// Puts "sigLevel", "confidenceLevel" and, where the run has them, "extendedFigures" and
+  /// "weightVariableIndex" into the fresh settings. Planner and entry must outlive the
+  /// construction.
   TestConstruction(NPARPlanner& planner, const QDSettings& entry);
 
   [[nodiscard]] bool IsOK() const noexcept { return status.IsOK(); }

@@ -7,6 +7,7 @@
 #include "catalogue/card.h"
 #include "foundation/names.h"
 #include "kit/contract/test.h"
+#include "report/extended_tables.h"
 #include "report/messages.h"
 
 /// Key and parameters of a "Condition".
@@ -33,7 +34,7 @@ struct AlgorithmHead {
                                                          const AlgorithmHead& head);
 
 /// The element of a test, which the caller owns: what StartAlgorithm gives and, unless the test has
-/// failed, what `writeFigures(element)` adds.
+/// failed, what `writeFigures(element)` adds and the test's extended figures.
 template <typename WriteFigures>
 [[nodiscard]] XMLElement* WriteAlgorithm(const NPARTest& test, const AlgorithmHead& head,
                                          WriteFigures writeFigures) {
@@ -41,6 +42,7 @@ template <typename WriteFigures>
   if (!test.HasFailed()) {
     writeFigures(*algorithm);
     if (head.messagesLast) WriteMessages(*algorithm, test.GetMessages());
+    WriteExtendedFigures(*algorithm, test.GetExtended());
   }
   return algorithm.release();
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "catalogue/run.h"
+
 QDStatus NPARTest::BeginPass() {
   if (pass > 0) {
     if (!HasFailed()) StartPass();
@@ -10,6 +12,8 @@ QDStatus NPARTest::BeginPass() {
   }
   const SettingsReader reader(settings.get());
   sigLevel = reader.Get("sigLevel", sigLevel);
+  confidenceLevel = reader.Get("confidenceLevel", confidenceLevel);
+  wantsExtended = reader.Get(catalogue::run::kExtendedFigures);
   weight = RecordWeight(reader.Index("weightVariableIndex"));
   passesLeft = 1;
   Prepare(reader);
@@ -42,6 +46,7 @@ QDStatus NPARTest::EndPass() {
   } else {
     Finish();
   }
+  if (wantsExtended && passesLeft == 0 && !HasFailed()) Extend(extended);
   ++pass;
   return status;
 }

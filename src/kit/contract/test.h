@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/contract/extended_figures.h"
 #include "kit/contract/message.h"
 #include "kit/contract/settings_reader.h"
 #include "kit/contract/shared_tallies.h"
@@ -32,6 +33,7 @@ class UnivariateResults;
 ///   StartPass    before every further pass
 ///   TakeAgain    records of a further pass
 ///   Finish       ends it
+///   Extend       after the last pass, where the run asks for extended figures
 /// Prepare alone is run also for a test that is born failed, so that its condition can name what
 /// the settings hold; it stops where only a sound test goes on (HasFailed).
 ///
@@ -86,6 +88,8 @@ class NPARTest {
   [[nodiscard]] bool HasFailed() const noexcept { return status.IsError(); }
   [[nodiscard]] const std::vector<NPARMessage>& GetMessages() const noexcept { return messages; }
   [[nodiscard]] double GetSigLevel() const noexcept { return sigLevel; }
+  /// Empty unless the run asks for them.
+  [[nodiscard]] const ExtendedFigures& GetExtended() const noexcept { return extended; }
 
  protected:
   virtual void Prepare(const SettingsReader& settings) = 0;
@@ -94,6 +98,8 @@ class NPARTest {
   virtual void StartPass() {}
   virtual void TakeAgain(RecordBatch& /*batch*/) {}
   virtual void Finish() {}
+  /// What stands beside the document's figures, of a test that did not fail.
+  virtual void Extend(ExtendedFigures& /*figures*/) {}
 
   /// How many passes are still to come, the one that is about to start included: in Prepare all of
   /// them, in Compute and Finish those after the one that ends.
@@ -119,6 +125,8 @@ class NPARTest {
   UnivariateResults* sharedData = nullptr;
   // Read before Prepare.
   double sigLevel = 0.05;
+  double confidenceLevel = 0.95;  // a probability
+  bool wantsExtended = false;     // Extend will be asked
   RecordWeight weight;
 
  private:
@@ -132,4 +140,5 @@ class NPARTest {
   std::int32_t pass = 0;
   std::vector<std::int32_t> required;
   std::string_view entryName;
+  ExtendedFigures extended;
 };

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <span>
 
+#include "kit/records/record_weight.h"
+
 namespace {
 
 /// Fewer units for each group than this are not worth a loop over the groups.
@@ -16,6 +18,7 @@ void GroupTally::Key::ReadVariables(const SettingsReader& settings) {
   groupVariable = settings.Index("groupVariableIndex");
   caseIdVariable = settings.Index("caseIdVariableIndex");
   weightVariable = settings.Index("weightVariableIndex");
+  wantsQuartiles = settings.Flag("extendedFigures");
 }
 
 void GroupTally::Units::AddTo(NPARRank& ranks) const {
@@ -36,6 +39,7 @@ GroupTally::GroupTally(const Key& key)
 void GroupTally::Take(RecordBatch& batch) {
   Find(batch);
   if (units.count == 0) return;
+  if (pass == 1 && key.wantsQuartiles) WalkToQuartiles();
   if (pass == 0) {
     Count();
   } else if (key.shown == Shown::Histograms) {
@@ -52,6 +56,7 @@ void GroupTally::EndPass() {
   if (pass == 1) {
     for (GroupBoxPlot& plot : boxPlots) plot.FinishHinges();
     for (Histogram& histogram : histograms) histogram.AddZeroBin();
+    for (HingeWalk& walk : quartileWalks) walk.FinishHinges();
   }
   ++pass;
 }
@@ -177,6 +182,11 @@ void GroupTally::EndCounting() {
     groupAt.push_back(group);
     totalWeight += CountOf(group);
   }
+  if (key.wantsQuartiles) {
+    for (const Sample& sample : samples) {
+      quartileWalks.emplace_back(static_cast<double>(WeightOrNone(sample.count)));
+    }
+  }
   if (key.shown == Shown::BoxPlots) {
     boxPlots.reserve(groupAt.size());
     for (const std::int32_t group : groupAt) {
@@ -193,6 +203,28 @@ void GroupTally::EndCounting() {
 void GroupTally::FillHistograms() {
   for (std::size_t i = 0; i < units.count; ++i) {
     histograms[units.GroupOf(i)].AddAscendingOrZero(units.values[i], units.Weight(i));
+  }
+}
+
+void GroupTally::WalkToQuartiles() {
+  bool isAnyByOne = true;
+  isByOne.assign(quartileWalks.size(), 1);
+  if (units.shares != nullptr && units.weights == nullptr) {
+    isAnyByOne = false;
+    for (std::size_t group = 0; group < shares.size(); ++group) {
+      const Share& share = shares[group];
+      const Stretch stretch{share.weight, units.values[0],
+                            units.values[std::max(share.last - 1, 0)],
+                            units.values[std::max(share.last, 0)]};
+      isByOne[group] = share.last >= 0 && !quartileWalks[group].PassOver(stretch) ? 1 : 0;
+      isAnyByOne = isAnyByOne || isByOne[group] != 0;
+    }
+  }
+  if (!isAnyByOne) return;
+  for (std::size_t i = 0; i < units.count; ++i) {
+    const std::size_t group = units.GroupOf(i);
+    if (isByOne[group] == 0 || units.Weight(i) <= 0) continue;
+    quartileWalks[group].TrackHinges(units.values[i], static_cast<double>(units.Weight(i)));
   }
 }
 

@@ -11,7 +11,9 @@
 #include "kit/ranks/rank.h"
 #include "kit/records/record_batch.h"
 #include "kit/summaries/box_plot.h"
+#include "kit/summaries/hinges.h"
 #include "kit/summaries/histogram.h"
+#include "kit/summaries/quartiles.h"
 #include "kit/summaries/stretch.h"
 
 /// What the groups of a variable come to among the records ascending by it, over some passes. Tests
@@ -33,8 +35,11 @@ class GroupTally final : public Tally {
     /// the list counts. Without it each category is a group, numbered by its code.
     std::optional<std::vector<std::int32_t>> groupOfCode;
     Shown shown = Shown::BoxPlots;
+    /// Find the quartiles of each group in the second pass.
+    bool wantsQuartiles = false;
 
-    /// Reads "variableIndex", "groupVariableIndex", "caseIdVariableIndex", "weightVariableIndex".
+    /// Reads "variableIndex", "groupVariableIndex", "caseIdVariableIndex", "weightVariableIndex",
+    /// "extendedFigures".
     void ReadVariables(const SettingsReader& settings);
     bool operator==(const Key&) const = default;
   };
@@ -106,6 +111,11 @@ class GroupTally final : public Tally {
   [[nodiscard]] const std::vector<HistogramBin>& BinsOf(std::int32_t group) const {
     return histograms[static_cast<std::size_t>(group)].GetBins();
   }
+  /// By group, of units; good once the second pass has ended, where the key wants them.
+  [[nodiscard]] Quartiles QuartilesOf(std::int32_t group) const {
+    const HingeWalk& walk = quartileWalks[static_cast<std::size_t>(group)];
+    return {walk.FirstQuartile(), walk.Median(), walk.ThirdQuartile()};
+  }
   /// By place; hinges are good once the second pass has ended, outliers after the third.
   [[nodiscard]] const std::vector<GroupBoxPlot>& BoxPlots() const noexcept { return boxPlots; }
 
@@ -123,6 +133,7 @@ class GroupTally final : public Tally {
   void TrackHinges();
   void Classify();
   void FillHistograms();
+  void WalkToQuartiles();
   void EndCounting();
   /// Shows the units to the box plots: `passOver(plot, stretch)` all those of a group and, where it
   /// answers false, one after the other `take(plot, i)`.
@@ -142,7 +153,8 @@ class GroupTally final : public Tally {
   std::vector<std::size_t> placeOf;   // by group
   std::int64_t totalWeight = 0;
   bool hasNegativeWeight = false;
-  std::vector<Histogram> histograms;  // by group
+  std::vector<Histogram> histograms;     // by group
+  std::vector<HingeWalk> quartileWalks;  // by group
   std::vector<GroupBoxPlot> boxPlots;
   std::vector<std::uint8_t> isByOne;  // by place: its units go one by one
 };

@@ -33,3 +33,18 @@ bool KolmogorovSmirnovSig(double z, double& sig) {
                 : 2.0 * (q - q4 + q8 * q - q16);
   return true;
 }
+
+double LimitingKolmogorovSig(double z) {
+  const bool isSmall = z < kSeriesChange;
+  // exp(-unit k^2) for the odd k of one series; with changing signs for all k of the other.
+  const double unit = isSmall ? kPi * kPi / 8.0 / (z * z) : 2.0 * z * z;
+  double sum = 0.0;
+  double term = 1.0;
+  for (double k = 1.0; std::abs(term) > sum * QDPower::gMachineEpsilon; k += isSmall ? 2.0 : 1.0) {
+    term = std::exp(-unit * k * k);
+    if (!isSmall && std::fmod(k, 2.0) == 0.0) term = -term;
+    sum += term;
+  }
+  if (sum == 0.0) return isSmall ? 1.0 : 0.0;
+  return isSmall ? 1.0 - std::sqrt(kTwoPi) / z * sum : 2.0 * sum;
+}

@@ -7,3 +7,6 @@
 /// where the exponential fails.
 /// N. V. Smirnov, Ann. Math. Stat. 19 (1948).
 [[nodiscard]] bool KolmogorovSmirnovSig(double z, double& sig);
+
+/// The same tail without bands, to the accuracy of a double: 1 for a z of 0.
+[[nodiscard]] double LimitingKolmogorovSig(double z);

@@ -1,5 +1,6 @@
 #include "kit/statistics/proportion_interval.h"
 
+#include <algorithm>
 #include <cmath>
 
 ProportionEstimator::ProportionEstimator(std::int64_t successes, std::int64_t failures,
@@ -85,4 +86,34 @@ double ProportionEstimator::SolveProfile(double start, double chiSquare) const {
     }
   }
   return x;
+}
+
+namespace {
+
+/// The normal quantile of a two-sided level.
+double QuantileOfLevel(double confidenceLevel) {
+  constexpr double kHalf = 0.5;
+  return QDDistFun::IdfStdNorm(1.0 - (1.0 - confidenceLevel) * kHalf);
+}
+
+}  // namespace
+
+ProportionInterval WilsonInterval(std::int64_t x, std::int64_t n, double confidenceLevel) {
+  const auto units = static_cast<double>(n);
+  const double p = static_cast<double>(x) / units;
+  const double z = QuantileOfLevel(confidenceLevel);
+  const double z2 = z * z;
+  const double centre = p + z2 / (2.0 * units);
+  const double reach = z * std::sqrt(p * (1.0 - p) / units + z2 / (4.0 * units * units));
+  const double scale = 1.0 + z2 / units;
+  return {x == 0 ? 0.0 : std::max((centre - reach) / scale, 0.0),
+          x == n ? 1.0 : std::min((centre + reach) / scale, 1.0)};
+}
+
+ProportionInterval AgrestiCoullInterval(std::int64_t x, std::int64_t n, double confidenceLevel) {
+  const double z = QuantileOfLevel(confidenceLevel);
+  const double units = static_cast<double>(n) + z * z;
+  const double p = (static_cast<double>(x) + z * z * 0.5) / units;
+  const double reach = z * std::sqrt(p * (1.0 - p) / units);
+  return {std::max(p - reach, 0.0), std::min(p + reach, 1.0)};
 }

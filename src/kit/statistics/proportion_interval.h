@@ -39,3 +39,11 @@ class ProportionEstimator {
   bool isZero;
   bool isOne;
 };
+
+/// Wilson's interval, without correction, for x successes of n units, at least one: E. B. Wilson,
+/// JASA 22 (1927). With x = 0 the lower limit is 0, with x = n the upper one 1.
+[[nodiscard]] ProportionInterval WilsonInterval(std::int64_t x, std::int64_t n,
+                                                double confidenceLevel);
+/// Agresti's and Coull's, cut to 0 and 1: The American Statistician 52 (1998).
+[[nodiscard]] ProportionInterval AgrestiCoullInterval(std::int64_t x, std::int64_t n,
+                                                      double confidenceLevel);

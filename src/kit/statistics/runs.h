@@ -2,7 +2,9 @@
 
 #include <cmath>
 #include <cstdint>
+#include <optional>
 
+#include "kit/statistics/exact_tails.h"
 #include "kit/statistics/normal.h"
 
 /// Normal approximation of the number of runs of two kinds of units, of which there are n1 and n2,
@@ -39,3 +41,9 @@ struct RunsApproximation {
 /// coefficients are rounded, and past 1000 or so they overflow and give not a number. J. D.
 /// Gibbons, S. Chakraborti, Nonparametric Statistical Inference, 3.2.
 [[nodiscard]] double RunsLowerTail(std::int64_t n1, std::int64_t n2, std::int64_t r);
+
+/// Tails of the same R at any size up to kMostExactRunsUnits units, nothing beyond or for a group
+/// without units. Two-sided is P(|R - mean| >= |r - mean|).
+inline constexpr std::int64_t kMostExactRunsUnits = 100000;
+[[nodiscard]] std::optional<ExactTails> ExactRunsTails(std::int64_t n1, std::int64_t n2,
+                                                       std::int64_t r);

@@ -16,7 +16,6 @@ NPARHodgesLehmannTwoIndep::NPARHodgesLehmannTwoIndep(QDSettings* settings)
     : NPARTwoGroupTest(settings, card::kTwoGroupCodes, Passes::FiguresOnly) {}
 
 void NPARHodgesLehmannTwoIndep::Prepare(const SettingsReader& settings) {
-  confidenceLevel = settings.Get("confidenceLevel", confidenceLevel);
   NPARTwoGroupTest::Prepare(settings);
 }
 

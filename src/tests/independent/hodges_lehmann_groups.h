@@ -26,7 +26,6 @@ class NPARHodgesLehmannTwoIndep final : public NPARTwoGroupTest {
   void ComputeFigures() override;
 
  private:
-  double confidenceLevel = 0.95;
   NPARRank ranks;  // for their ties
   std::array<WeightedValues, 2> values;
   double estimate = 0.0;

@@ -23,7 +23,6 @@ constexpr TwoClassKeys kConditionKeys{"CategoryListsAreSpecified_O_Binomial_2",
 }  // namespace
 
 void NPAREstimateCI::Prepare(const SettingsReader& settings) {
-  confidenceLevel = settings.Get("confidenceLevel", confidenceLevel);
   wantsClopperPearson = settings.Get(card::kClopperPearson);
   wantsJeffreys = settings.Get(card::kJeffreys);
   wantsProfileLikelihood = settings.Get(card::kProfileLikelihood);

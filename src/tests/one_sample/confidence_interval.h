@@ -24,7 +24,6 @@ class NPAREstimateCI final : public TwoClassTest {
   void Compute() override;
 
  private:
-  double confidenceLevel = 0.95;
   bool wantsClopperPearson = false;
   bool wantsJeffreys = false;
   bool wantsProfileLikelihood = false;

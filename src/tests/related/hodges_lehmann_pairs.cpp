@@ -38,7 +38,6 @@ double TieSumOfSizes(const WeightedValues& values) {
 }  // namespace
 
 void NPARHodgesLehmannPairs::Prepare(const SettingsReader& settings) {
-  confidenceLevel = settings.Get("confidenceLevel", confidenceLevel);
   if (!differences.ReadPair(settings)) Fail(card::kNotTwo);
   Require({differences.First(), differences.Second()});
 }

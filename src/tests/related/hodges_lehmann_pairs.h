@@ -27,7 +27,6 @@ class NPARHodgesLehmannPairs final : public NPARPairedTest {
   void Compute() override;
 
  private:
-  double confidenceLevel = 0.95;
   WeightedValues values;  // d of each record
   double estimate = 0.0;
   double lower = 0.0;
