@@ -39,6 +39,7 @@ struct AnalyseOptions {
   double significance = 0.05;
   double confidence = 95.0;
   std::string missing = "analysis";
+  bool noExtended = false;
   std::string keepDocuments;
   std::string out;
   std::vector<std::string> reports;
@@ -77,6 +78,7 @@ AnalysisRequest MakeRequest(const AnalyseOptions& options) {
   request.caseIdField = Unescape(options.caseId);
   request.significance = options.significance;
   request.confidencePercent = options.confidence;
+  request.extendedFigures = !options.noExtended;
   request.listwise = options.missing == "listwise";
   return request;
 }
@@ -189,6 +191,9 @@ void AddAnalyseCommand(CLI::App& program, int& exitCode) {
       ->check(CLI::IsMember({"analysis", "listwise"}).description(""))
       ->type_name("analysis|listwise")
       ->capture_default_str();
+  command->add_flag("--no-extended", options->noExtended,
+                    "leave out the figures beside the results: exact values with ties, effect "
+                    "sizes, intervals, quartiles");
   command->add_option("--out", options->out, "keep the result document, - for standard output")
       ->type_name("FILE");
   addList("--report", options->reports, "FORM[=FILE]",

@@ -1,9 +1,10 @@
 #include "host/render/json.h"
 
-#include <cmath>
 #include <string_view>
 
 #include "host/render/effect_size.h"
+#include "host/render/json_extended.h"
+#include "host/render/json_values.h"
 #include "host/render/json_writer.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
@@ -12,32 +13,6 @@ namespace npar_host {
 namespace {
 
 constexpr int kFormatVersion = 1;
-constexpr double kLastExactInteger = 9007199254740992.0;  // 2^53
-
-// "TotalN" is "totalN".
-std::string Key(std::string_view name) {
-  std::string key(name);
-  if (!key.empty() && key[0] >= 'A' && key[0] <= 'Z') key[0] = static_cast<char>(key[0] + 32);
-  return key;
-}
-
-// A whole number is written without a point.
-Json Number(double number) {
-  if (!std::isfinite(number)) return nullptr;
-  if (number == std::trunc(number) && std::abs(number) <= kLastExactInteger) {
-    return static_cast<std::int64_t>(number);
-  }
-  return number;
-}
-
-// A cell of a table: a number, null for a missing one, a text for what is no finite number.
-Json Cell(std::string_view text) {
-  const auto number = FigureNumber(text);
-  if (number && std::isfinite(*number)) return Number(*number);
-  const std::string shown = FigureText(text);
-  return shown.empty() ? Json(nullptr) : Json(shown);
-}
-
 void AddFigure(Json& object, const std::string& key, std::string_view text) {
   const Json cell = Cell(text);
   if (cell.is_string()) {
@@ -111,6 +86,7 @@ class TestObject {
     out.Member("decision", TextOrNull(test.decision));
     out.Member("statistics", Figures(test.statistics));
     out.Member("effectSize", Effect());
+    if (test.extended) out.Member("extended", ExtendedObject(document, test));
     out.Member("intervals", Intervals());
     out.Member("details", Figures(test.details));
     out.Member("differences", Distribution(test.differences));

@@ -174,6 +174,14 @@ bool NamesGroup(std::string_view name) {
   return false;
 }
 
+ResultExtended ReadExtended(pugi::xml_node node) {
+  ResultExtended extended{ReadFigures(node), {}};
+  for (const pugi::xml_node table : node.children("SimpleTable")) {
+    extended.tables.push_back(ReadTable(table));
+  }
+  return extended;
+}
+
 void ReadTestTable(pugi::xml_node node, ResultTest& test) {
   const std::string_view name = Name(node);
   if (name == "Condition") {
@@ -200,6 +208,8 @@ void ReadTestTable(pugi::xml_node node, ResultTest& test) {
     test.stepwise = ReadComparison(node, "StepwiseInfo");
   } else if (name == "ValsNotInTheCategoreis") {
     for (const ResultStatistic& row : ReadFigures(node)) test.unknownValues.push_back(row.text);
+  } else if (name == "ExtendedFigures") {
+    test.extended = ReadExtended(node);
   } else if (NamesGroup(name)) {
     test.groups.push_back(ReadGroup(node));
   } else {

@@ -103,6 +103,12 @@ struct ResultInterval {
   std::string upper;
 };
 
+/// What a test tells beside its result, where the run asked for it.
+struct ResultExtended {
+  std::vector<ResultStatistic> figures;
+  std::vector<ResultTable> tables;  // named; rows are groups, fields or categories
+};
+
 /// One test or estimate.
 struct ResultTest {
   std::string name;            // "RSign"
@@ -122,6 +128,7 @@ struct ResultTest {
   std::vector<ResultBoxPlot> boxPlots;
   ResultComparison pairwise;
   ResultComparison stepwise;
+  std::optional<ResultExtended> extended;
 
   /// The text of a statistic outside inner tables, or null.
   [[nodiscard]] const std::string* Statistic(std::string_view name) const;

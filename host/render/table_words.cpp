@@ -67,6 +67,23 @@ std::string RowTitle(const ResultDocument& document, const ResultTest& test,
   return field == nullptr ? name : CategoryTitle(*field, code);
 }
 
+std::string ExtendedRowTitle(const ResultDocument& document, const ResultTest& test,
+                             const ResultTable& table, std::size_t row) {
+  if (table.name == "Fields") {
+    const auto index = static_cast<std::size_t>(FigureNumber(table.rowNames[row]).value_or(-1.0));
+    return index < document.fields.size() ? document.fields[index].name : table.rowNames[row];
+  }
+  if (FigureNumber(table.rowNames[row])) return RowTitle(document, test, table, row);
+  // "Group0" or "Group1"; a test that does not list its groups compares the two categories of the
+  // group field, or lists that only its user knows.
+  if (row < test.groups.size()) return GroupTitle(document, test, test.groups[row]);
+  const ResultField* const field = GroupField(document, test);
+  const bool areCategories = test.conditionKey.starts_with("DefaultAllDistinctValuesUsed") &&
+                             field != nullptr && field->categories.size() == 2;
+  return areCategories ? CategoryTitle(*field, static_cast<std::int32_t>(row))
+                       : "group " + std::to_string(row + 1);
+}
+
 std::string ColumnTitle(const ResultDocument& document, const ResultTest& test,
                         const ResultTable& table, std::size_t column) {
   const bool isCross = table.name == kCrossTable;

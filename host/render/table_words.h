@@ -15,6 +15,9 @@ namespace npar_host {
 /// What a row of one of the test's tables stands for: a category, a field or a word.
 [[nodiscard]] std::string RowTitle(const ResultDocument& document, const ResultTest& test,
                                    const ResultTable& table, std::size_t row);
+/// The same of a table of the extended figures; a field is told by its name.
+[[nodiscard]] std::string ExtendedRowTitle(const ResultDocument& document, const ResultTest& test,
+                                           const ResultTable& table, std::size_t row);
 [[nodiscard]] std::string ColumnTitle(const ResultDocument& document, const ResultTest& test,
                                       const ResultTable& table, std::size_t column);
 /// Columns of the table, also of a cross table that does not name its two.

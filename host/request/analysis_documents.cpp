@@ -144,6 +144,7 @@ std::string ParameterDocument(const AnalysisRequest& request) {
   AddParameter(parameters, run::kMissingTreatment.key, request.listwise ? "listwise" : "analysis");
   AddParameter(parameters, run::kSigLevel.key, NumberText(request.significance));
   AddParameter(parameters, run::kConfidenceLevel.key, NumberText(request.confidencePercent));
+  if (request.extendedFigures) AddParameter(parameters, run::kExtendedFigures.key, "true");
   if (!request.caseIdField.empty())
     AddParameter(parameters, run::kCaseIdField.key, request.caseIdField);
   for (const FamilyKeys& keys : kFamilies) {

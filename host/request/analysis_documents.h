@@ -28,6 +28,7 @@ struct AnalysisRequest {
   double significance = 0.05;
   double confidencePercent = 95.0;
   bool listwise = false;
+  bool extendedFigures = true;
 
   [[nodiscard]] const std::vector<std::string>& FieldsOf(catalogue::Family family) const;
   /// Every field that the request names, each once.

@@ -69,6 +69,7 @@ std::string Independent() {
 std::string AllTestsParameters() {
   return "<Parameters><Parameter name='missingTreatment' value='analysis'/>"
          "<Parameter name='sigLevel' value='0.05'/><Parameter name='confidenceLevel' value='95'/>"
+         "<Parameter name='extendedFigures' value='true'/>"
          "<Parameter name='caseIDField' value='id'/>" +
          Fields("oneSampleVariables", "p h x count") + Fields("relatedVariables", "x y p q o1 o2") +
          Fields("independentVariables", "x") + Fields("groupVariable", "h") + OneSample() +

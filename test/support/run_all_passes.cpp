@@ -31,6 +31,12 @@ QDStatus RunPass(NPARTest& test, const Rows& rows) {
   return test.EndPass();
 }
 
+AlgorithmElement OnlyElement(const std::string& document) {
+  std::vector<AlgorithmElement> elements = AlgorithmElement::AllOf(document);
+  if (elements.size() != 1) throw std::runtime_error("the run has not one test");
+  return elements.front();
+}
+
 }  // namespace
 
 QDStatus RunAllPasses(NPARTest& test, const Rows& rows, UnivariateResults* sharedData) {
@@ -71,8 +77,11 @@ std::string RunDocument(const QDVarList& variables, const Rows& rows, const QDSe
 
 AlgorithmElement RunEntry(const QDVarList& variables, const Rows& rows,
                           const std::string& entryName, const QDSettings& entry) {
-  std::vector<AlgorithmElement> elements =
-      AlgorithmElement::AllOf(RunEntryDocument(variables, rows, entryName, entry));
-  if (elements.size() != 1) throw std::runtime_error("no element of " + entryName);
-  return elements.front();
+  return OnlyElement(RunEntryDocument(variables, rows, entryName, entry));
+}
+
+AlgorithmElement RunExtended(const QDVarList& variables, const Rows& rows,
+                             const std::string& entryName, const QDSettings& entry) {
+  return OnlyElement(
+      RunDocument(variables, rows, Entry("extendedFigures", true, entryName, entry)));
 }

@@ -21,7 +21,10 @@ QDStatus RunAllPasses(NPARTest& test, const Rows& rows, UnivariateResults* share
 /// document, and reads the test's element there. `entryName` is one of the test table.
 [[nodiscard]] AlgorithmElement RunEntry(const QDVarList& variables, const Rows& rows,
                                         const std::string& entryName, const QDSettings& entry);
-/// The document of that run.
+/// The same, of a run that asks for extended figures.
+[[nodiscard]] AlgorithmElement RunExtended(const QDVarList& variables, const Rows& rows,
+                                           const std::string& entryName, const QDSettings& entry);
+/// The document of RunEntry.
 [[nodiscard]] std::string RunEntryDocument(const QDVarList& variables, const Rows& rows,
                                            const std::string& entryName, const QDSettings& entry);
 /// The document of a run of the planner's settings, entries of tests among them.

@@ -17,7 +17,7 @@ class FigureValue {
   template <std::integral Integer>
   FigureValue(Integer count) : value(static_cast<std::int64_t>(count)) {}
   FigureValue(double number) {
-    if (std::isfinite(number)) value = number + 0.0;  // no figure is "-0"
+    if (std::isfinite(number)) value = number;
   }
   FigureValue(const std::optional<double>& number) {
     if (number) *this = FigureValue(*number);

@@ -124,7 +124,7 @@ const Tested kFailing[] = {
 };
 
 TestSettings AllEntries(const std::string& missingTreatment) {
-  TestSettings all = Entry("missingTreatment", missingTreatment);
+  TestSettings all = Entry("missingTreatment", missingTreatment, "extendedFigures", true);
   for (const Tested& each : kEntries) all.Put(each.name, each.entry);
   for (const Tested& each : kOrderedEntries) all.Put(each.name, each.entry);
   for (const Tested& each : kFailing) all.Put(each.name, each.entry);
@@ -182,7 +182,7 @@ void RequireSame(const Tested& entry, const std::string& first, const std::strin
 
 AlgorithmElement Run(const Rows& rows, const std::string& name, const TestSettings& entry,
                      bool isWeighted = true) {
-  return RunEntry(Variables(isWeighted), rows, name, entry.Get());
+  return RunExtended(Variables(isWeighted), rows, name, entry.Get());
 }
 
 TEST(PropertyTable, NamesEveryTest) {
@@ -258,6 +258,14 @@ std::string WithoutOutliers(std::string text) {
   return text;
 }
 
+/// An element without its extended figures, and these.
+std::pair<std::string, std::string> Parted(const AlgorithmElement& element) {
+  const std::string text = element.Xml();
+  const std::size_t at = text.find(" <StructuredTable name=\"ExtendedFigures\">");
+  return {at == std::string::npos ? text : text.substr(0, at) + "</Algorithm>\n",
+          at == std::string::npos ? "" : text.substr(at)};
+}
+
 RC_GTEST_PROP(Property, OrderOfRecordsIsOfNoMatter, ()) {
   const Rows rows = *Records(true, kTenth);
   Rows shuffled = rows;
@@ -283,6 +291,20 @@ RC_GTEST_PROP(Property, RecordOfWeightWCountsAsWRecords, ()) {
     const Rows& weighted = isOfTwo ? fractions : rows;
     RequireSame(entry, WithoutOutliers(Run(weighted, entry.name, entry.entry).Xml()),
                 WithoutOutliers(Run(repeated, entry.name, entry.entry, false).Xml()));
+  };
+  std::for_each(std::begin(kEntries), std::end(kEntries), check);
+  std::for_each(std::begin(kOrderedEntries), std::end(kOrderedEntries), check);
+}
+
+RC_GTEST_PROP(Property, ExtendedFiguresStandBesideAnUnchangedResultAndTakeNumbers, ()) {
+  const Rows rows = *Records();
+  const auto check = [&](const Tested& entry) {
+    const auto [result, figures] = Parted(Run(rows, entry.name, entry.entry));
+    RC_LOG() << entry.name << figures;
+    RC_ASSERT(result == RunEntry(Variables(), rows, entry.name, entry.entry.Get()).Xml());
+    for (const char* none : {"nan", "inf", "__MISSING__", "e+308"}) {
+      RC_ASSERT(figures.find(none) == std::string::npos);
+    }
   };
   std::for_each(std::begin(kEntries), std::end(kEntries), check);
   std::for_each(std::begin(kOrderedEntries), std::end(kOrderedEntries), check);

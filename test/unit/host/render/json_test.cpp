@@ -121,6 +121,33 @@ TEST(JsonReportTest, OutliersCarryTheirCase) {
   EXPECT_EQ(plot["outliers"][1]["case"], nullptr);
 }
 
+TEST(JsonReportTest, ExtendedTablesNameTheirRows) {
+  ResultDocument document = GroupDocument();
+  EXPECT_FALSE(Report(document)["tests"][0].contains("extended"));
+  ResultTest& test = document.tests[0];
+  test.extended = {{{"", "TotalN", "12"}, {"", "EtaSquaredH", "0.25"}},
+                   {{"Groups", {"0", "2"}, {"N", "MeanRank"}, {{"5", "2.5"}, {"7", ""}}},
+                    {"Fields", {"1"}, {"N"}, {{"9"}}},
+                    {"Pairs", {}, {"Sample1", "EffectR"}, {{"1", "-0.5"}}}}};
+  EXPECT_EQ(Report(document)["tests"][0]["extended"], Json::parse(R"({
+      "totalN": 12, "etaSquaredH": 0.25,
+      "groups": [{"row": "Alpha", "n": 5, "meanRank": 2.5}, {"row": "c", "n": 7, "meanRank": null}],
+      "fields": [{"row": "g", "n": 9}],
+      "pairs": [{"sample1": 1, "effectR": -0.5}]})"));
+
+  test.extended->tables = {{"Groups", {"Group0", "Group1"}, {"N"}, {{"5"}, {"7"}}}};
+  const auto rows = [&] {
+    const Json groups = Report(document)["tests"][0]["extended"]["groups"];
+    return groups[0]["row"].get<std::string>() + " and " + groups[1]["row"].get<std::string>();
+  };
+  EXPECT_EQ(rows(), "group 1 and group 2");
+  document.fields[1].categories.pop_back();
+  test.conditionKey = "DefaultAllDistinctValuesUsed_I_HodgesLehmann_2";
+  EXPECT_EQ(rows(), "Alpha and b");
+  test.groups = {{{0, 1}, {}, {}}, {{0}, {}, {}}};
+  EXPECT_EQ(rows(), "Alpha, b and Alpha");
+}
+
 TEST(JsonReportTest, AnyNameMakesValidJson) {
   for (const std::string& name : {std::string("quote \" back\\slash"), std::string("\x1b[31m\n\t"),
                                   std::string("no \xff UTF-8"), std::string(10000, 'x')}) {

@@ -30,6 +30,7 @@ TEST(AnalysisDocumentsTest, FlagOfAFamilyIsFollowedByItsTestsInTheirOrder) {
   <Parameter name="missingTreatment" value="listwise" />
   <Parameter name="sigLevel" value="0.01" />
   <Parameter name="confidenceLevel" value="99.5" />
+  <Parameter name="extendedFigures" value="true" />
   <Parameter name="caseIDField" value="id" />
   <Parameter name="relatedVariables">
     <ListValue>

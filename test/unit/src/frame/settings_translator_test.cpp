@@ -108,6 +108,10 @@ TEST(SettingsTranslator, RunKeysAreCopiedWhereTheyCanBeRead) {
        "caseIDVariableName=c1 \nstatus 220001\n"},
       {"texts that are no numbers", Entry("confidenceLevel", "high").Put("sigLevel", "5%"),
        "status 220001\n"},
+      {"a flag that is set", Entry("extendedFigures", "true"),
+       "extendedFigures=1 \nstatus 220001\n"},
+      {"a flag that is not", Entry("extendedFigures", "false"), "status 220001\n"},
+      {"any other text", Entry("extendedFigures", "TRUE"), "status 220001\n"},
   });
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -33,6 +34,20 @@ TEST(KolmogorovSmirnovTest, BandsAgreeWithTheWholeSeries) {
     ASSERT_TRUE(KolmogorovSmirnovSig(row.z, sig));
     EXPECT_NEAR(sig, row.sig, 1e-14);
   }
+}
+
+TEST(KolmogorovSmirnovTest, WithoutBandsTheTailKeepsItsDigits) {
+  // As above, with [1, 199] at 40 digits.
+  const std::pair<double, double> cases[] = {{0.0, 1.0},
+                                             {1e-3, 1.0},
+                                             {0.27, 0.999999584971288579},
+                                             {0.5, 0.963945243664875094},
+                                             {0.999, 0.271073164115063946},
+                                             {1.0, 0.269999671677354521},
+                                             {2.0, 0.000670925255779695347},
+                                             {8.0, 5.14441874528482965e-56},
+                                             {1e3, 0.0}};
+  for (const auto& [z, sig] : cases) EXPECT_NEAR(LimitingKolmogorovSig(z), sig, 1e-13 * sig) << z;
 }
 
 }  // namespace

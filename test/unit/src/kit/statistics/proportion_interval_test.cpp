@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/matchers.h"
+
 namespace {
 
 struct IntervalCase {
@@ -42,6 +44,30 @@ TEST(ProportionIntervalTest, LimitsAgreeWithPublishedMethods) {
     expect(estimator.Jeffreys(), row.jeffreys, 1e-11);
     ASSERT_TRUE(estimator.ProfileLikelihood());
     expect(*estimator.ProfileLikelihood(), row.profile, row.profileTolerance);
+  }
+}
+
+struct ScoreCase {
+  std::int64_t x, n;
+  ProportionInterval wilson, agrestiCoull;
+};
+
+// statsmodels 0.15.0: proportion_confint(x, n, 0.05, "wilson" and "agresti_coull")
+const ScoreCase kScoreCases[] = {
+    {7, 20, {0.18119182410108203, 0.5671457233147638}, {0.179926361438228, 0.5684111859776177}},
+    {0, 10, {0.0, 0.27753279986288926}, {0.0, 0.3208873057505458}},
+    {10, 10, {0.7224672001371106, 1.0}, {0.6791126942494543, 1.0}},
+};
+
+TEST(ProportionIntervalTest, ScoreLimitsAgreeAndEndWithTheProportion) {
+  for (const ScoreCase& row : kScoreCases) {
+    SCOPED_TRACE(row.x);
+    const ProportionInterval wilson = WilsonInterval(row.x, row.n, 0.95);
+    const ProportionInterval agrestiCoull = AgrestiCoullInterval(row.x, row.n, 0.95);
+    EXPECT_THAT(wilson.lower, IsCloseTo(row.wilson.lower, 1e-12));
+    EXPECT_THAT(wilson.upper, IsCloseTo(row.wilson.upper, 1e-12));
+    EXPECT_THAT(agrestiCoull.lower, IsCloseTo(row.agrestiCoull.lower, 1e-12));
+    EXPECT_THAT(agrestiCoull.upper, IsCloseTo(row.agrestiCoull.upper, 1e-12));
   }
 }
 

@@ -80,4 +80,36 @@ TEST(RunsStatisticTest, TheLowerTailIsThatPublished) {
   EXPECT_NEAR(RunsLowerTail(15, 15, 30), 1.0, 1e-15);
 }
 
+struct ExactRunsCase {
+  std::int64_t n1, n2, runs;
+  double less, greater, twoSided;
+};
+
+// Python 3.11 in integers: f(2i), f(2i + 1) of math.comb over comb(n1 + n2, n1).
+const ExactRunsCase kExactRuns[] = {
+    {1, 1, 2, 1.0, 1.0, 1.0},
+    {5, 8, 3, 0.010101010101010101, 0.998445998445998446, 0.010101010101010101},
+    {8, 5, 11, 1.0, 0.016317016317016317, 0.026418026418026418},
+    {8, 8, 9, 0.595182595182595183, 0.595182595182595183, 1.0},
+    {1, 40, 3, 1.0, 0.951219512195121951, 1.0},
+    {24, 26, 35, 0.997120489850357266, 0.00675769259492203171, 0.0098795891473947217},
+    {400, 600, 300, 3.03686131972803465e-33, 1.0, 3.11019964635376771e-33},
+    {2000, 1500, 1500, 6.21878013564707458e-14, 0.999999999999951909, 1.08143402839081071e-13},
+    {1000, 1000, 1400, 1.0, 2.46533521262599197e-73, 4.93067042525198394e-73},
+};
+
+TEST(RunsStatisticTest, ExactTailsAgreeWithIntegers) {
+  for (const ExactRunsCase& row : kExactRuns) {
+    SCOPED_TRACE(testing::Message() << row.n1 << ' ' << row.n2 << ' ' << row.runs);
+    const auto tails = ExactRunsTails(row.n1, row.n2, row.runs);
+    ASSERT_TRUE(tails);
+    EXPECT_NEAR(tails->less, row.less, 1e-12 * row.less);
+    EXPECT_NEAR(tails->greater, row.greater, 1e-12 * row.greater);
+    EXPECT_NEAR(tails->twoSided, row.twoSided, 1e-12 * row.twoSided);
+  }
+  EXPECT_TRUE(ExactRunsTails(1, 99999, 2));
+  EXPECT_FALSE(ExactRunsTails(2, 99999, 2));
+  EXPECT_FALSE(ExactRunsTails(0, 5, 1));
+}
+
 }  // namespace

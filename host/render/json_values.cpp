@@ -1,0 +1,33 @@
+#include "host/render/json_values.h"
+
+#include <cmath>
+#include <cstdint>
+
+#include "host/render/result_model.h"
+#include "host/render/wording.h"
+
+namespace npar_host {
+
+std::string Key(std::string_view name) {
+  std::string key(name);
+  if (!key.empty() && key[0] >= 'A' && key[0] <= 'Z') key[0] = static_cast<char>(key[0] + 32);
+  return key;
+}
+
+Json Number(double number) {
+  constexpr double kLastExactInteger = 9007199254740992.0;  // 2^53
+  if (!std::isfinite(number)) return nullptr;
+  if (number == std::trunc(number) && std::abs(number) <= kLastExactInteger) {
+    return static_cast<std::int64_t>(number);
+  }
+  return number;
+}
+
+Json Cell(std::string_view text) {
+  const auto number = FigureNumber(text);
+  if (number && std::isfinite(*number)) return Number(*number);
+  const std::string shown = FigureText(text);
+  return shown.empty() ? Json(nullptr) : Json(shown);
+}
+
+}  // namespace npar_host
