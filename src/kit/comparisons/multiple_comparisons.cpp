@@ -120,9 +120,8 @@ void MultipleComparison::EndStepwisePass(NPARTest& test, const ComputeRangeAt& c
   if (workList.empty()) FinishStepwise(test);
 }
 
-void MultipleComparison::RunStepwise(
-    NPARTest& test, std::vector<ComparedSample> orderedSamples,
-    const std::function<RangeFigures(const SampleRange&)>& compute) {
+void MultipleComparison::RunStepwise(NPARTest& test, std::vector<ComparedSample> orderedSamples,
+                                     const ComputeRange& compute) {
   StartStepwise(std::move(orderedSamples), test.GetSigLevel());
   while (!done) {
     EndStepwisePass(test, [&](std::size_t place) { return compute(workList[place]); });

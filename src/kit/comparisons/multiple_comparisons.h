@@ -60,6 +60,17 @@ struct RangeFigures {
   double testStatistic = QDMV::gMissingValue;
   double sig = QDMV::gMissingValue;
 };
+/// Do the terms of the samples of a range sum to more than a bound? None is below 0. In their order
+/// the samples at the ends mostly have the largest terms, so that a few of them are enough.
+template <typename TermAt>
+[[nodiscard]] bool TermsPass(const SampleRange& range, double bound, TermAt termAt) {
+  double sum = 0.0;
+  std::size_t low = range.first;
+  for (std::size_t high = range.last; low < high && !(sum > bound); ++low, --high) {
+    sum += termAt(low) + termAt(high);
+  }
+  return sum > bound;
+}
 /// Samples that the step-down does not tell apart; a single sample has no figures.
 struct HomogeneousSubset {
   SampleRange range;
@@ -151,9 +162,10 @@ class MultipleComparison {
   /// stands alone.
   void EndStepwisePass(NPARTest& test, const ComputeRangeAt& compute);
   /// The whole step-down of at least 3 samples in their order, for a test that can compute any
-  /// range without a further pass.
+  /// range without a further pass; `compute` gives the figures of a range.
+  using ComputeRange = std::function<std::optional<RangeFigures>(const SampleRange&)>;
   void RunStepwise(NPARTest& test, std::vector<ComparedSample> orderedSamples,
-                   const std::function<RangeFigures(const SampleRange&)>& compute);
+                   const ComputeRange& compute);
 
   /// In the test's order, or in that of the step-down.
   [[nodiscard]] const std::vector<ComparedSample>& GetSamples() const noexcept { return samples; }

@@ -171,17 +171,13 @@ void NPARJonckTer::EndPairwise() {
 
 void NPARJonckTer::EndStepwise() {
   ranges.Finish();
-  comparison.StartStepwise(OrderedSamples(), sigLevel);
-  while (!comparison.IsDone()) {
-    comparison.EndStepwisePass(*this, [this](std::size_t i) {
-      const SampleRange& range = comparison.GetWorkList()[i];
-      std::vector<double> sizes;
-      sizes.reserve(range.Size());
-      for (std::size_t p = range.first; p <= range.last; ++p) sizes.push_back(SizeAt(p));
-      const JonckheereSums sums{ranges.OrderedPairs(range), ranges.Ties(range)};
-      return RangeFigures{sums.statistic, OneTailedSig(Standardize(sums, sizes).z)};
-    });
-  }
+  comparison.RunStepwise(*this, OrderedSamples(), [this](const SampleRange& range) {
+    std::vector<double> sizes;
+    sizes.reserve(range.Size());
+    for (std::size_t p = range.first; p <= range.last; ++p) sizes.push_back(SizeAt(p));
+    const JonckheereSums sums{ranges.OrderedPairs(range), ranges.Ties(range)};
+    return RangeFigures{sums.statistic, OneTailedSig(Standardize(sums, sizes).z)};
+  });
   ranges = RangeCounts(0);
 }
 

@@ -117,32 +117,21 @@ void NPARKruskalWOneWay::RunStepwise() {
   for (const std::size_t place : orderedPlaces) {
     ordered.push_back({tally->Groups()[place], meanRanks[place]});
   }
-  comparison.StartStepwise(std::move(ordered), sigLevel);
-  while (!comparison.IsDone()) {
-    comparison.EndStepwisePass(
-        *this, [this](std::size_t i) { return ComputeRange(comparison.GetWorkList()[i]); });
-  }
+  comparison.RunStepwise(*this, std::move(ordered),
+                         [this](const SampleRange& range) { return ComputeRange(range); });
   ranges = RangeCounts(0);
 }
 
-// H is a sum of positive terms, and no correction for ties makes it smaller. In their order the
-// groups at the ends of a range have the largest terms, so that mostly a few of them are enough.
+// H is a sum of positive terms, and no correction for ties makes it smaller.
 bool NPARKruskalWOneWay::IsSurelyApart(const SampleRange& range) const {
   const double n = ranges.SizeOf(range);
   const double enough = n * (n + 1.0) / 12.0 *
                         SurelySignificantChiSquare(comparison.DecidingLevel(range), range.Size());
-  double between = 0.0;
-  const auto add = [&](std::size_t place) {
+  return TermsPass(range, enough, [&](std::size_t place) {
     const double size = ranges.SizeOf(place);
     const double deviation = ranges.RankSum(range, place) - size * (n + 1.0) * 0.5;
-    between += deviation * deviation / size;
-  };
-  std::size_t low = range.first;
-  for (std::size_t high = range.last; low < high && !(between > enough); ++low, --high) {
-    add(low);
-    add(high);
-  }
-  return between > enough;
+    return deviation * deviation / size;
+  });
 }
 
 std::optional<RangeFigures> NPARKruskalWOneWay::ComputeRange(const SampleRange& range) {

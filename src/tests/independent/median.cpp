@@ -25,6 +25,9 @@ constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = card::kTooFewPairwi
 
 constexpr std::int32_t kPasses = 3;
 
+/// With fewer groups their table of medians costs more than it saves.
+constexpr std::size_t kFewestForTable = 64;
+
 }  // namespace
 
 NPARKSMedian::NPARKSMedian(QDSettings* settings)
@@ -127,7 +130,10 @@ void NPARKSMedian::EndOverall() {
 }
 
 RangeFigures NPARKSMedian::ComputeFor(std::span<const SortedSample* const> groups) const {
-  const double cut = givenMedian ? *givenMedian : MedianOf(groups);
+  return ComputeAt(givenMedian ? *givenMedian : MedianOf(groups), groups);
+}
+
+RangeFigures NPARKSMedian::ComputeAt(double cut, std::span<const SortedSample* const> groups) {
   TwoRowTable table;
   for (const SortedSample* group : groups) table.Add(group->CountUpTo(cut), group->Total());
   const auto [x, sig] = table.ChiSquare();
@@ -153,16 +159,50 @@ void NPARKSMedian::Compare() {
     return;
   }
   OrderByMeasure(list);
-  std::transform(list.begin(), list.end(), groups.begin(), [this](const ComparedSample& sample) {
-    return &sortedGroups[tally->PlaceOf(sample.index)];
-  });
-  comparison.StartStepwise(std::move(list), sigLevel);
-  while (!comparison.IsDone()) {
-    comparison.EndStepwisePass(*this, [&](std::size_t i) {
-      const SampleRange& range = comparison.GetWorkList()[i];
-      return ComputeFor(std::span(groups).subspan(range.first, range.Size()));
-    });
+  RunStepwise(std::move(list));
+}
+
+void NPARKSMedian::RunStepwise(std::vector<ComparedSample> list) {
+  std::vector<const SortedSample*> ordered;
+  std::vector<std::int64_t> totalBefore{0};
+  std::vector<std::int64_t> givenBefore{0};  // at or below the given median
+  for (const ComparedSample& sample : list) {
+    const SortedSample* group = &sortedGroups[tally->PlaceOf(sample.index)];
+    ordered.push_back(group);
+    totalBefore.push_back(totalBefore.back() + group->Total());
+    givenBefore.push_back(givenBefore.back() + (givenMedian ? group->CountUpTo(*givenMedian) : 0));
   }
+  std::optional<RangeMedians> medians;
+  if (!givenMedian && ordered.size() >= kFewestForTable) medians.emplace(ordered);
+  comparison.RunStepwise(
+      *this, std::move(list), [&](const SampleRange& range) -> std::optional<RangeFigures> {
+        const auto groups = std::span(ordered).subspan(range.first, range.Size());
+        if (!givenMedian && !medians) return ComputeFor(groups);
+        const RangeMedians::Halves halves =
+            givenMedian ? RangeMedians::Halves{*givenMedian, givenBefore[range.last + 1] -
+                                                                 givenBefore[range.first]}
+                        : medians->Halve(range);
+        const std::int64_t total = totalBefore[range.last + 1] - totalBefore[range.first];
+        if (IsSurelyApart(range, halves, total, ordered)) return std::nullopt;
+        return ComputeAt(halves.median, groups);
+      });
+}
+
+// X is a sum of two positive terms for each group, which are alike but for the expected count.
+bool NPARKSMedian::IsSurelyApart(const SampleRange& range, const RangeMedians::Halves& halves,
+                                 std::int64_t total,
+                                 std::span<const SortedSample* const> groups) const {
+  const auto n = static_cast<double>(total);
+  const auto lowerSum = static_cast<double>(halves.upTo);
+  const double enough = SurelySignificantChiSquare(comparison.DecidingLevel(range), range.Size());
+  const double lowerShare = lowerSum / n;
+  const double scale = lowerShare * (1.0 - lowerShare);
+  return TermsPass(range, enough * scale, [&](std::size_t place) {
+    const auto size = static_cast<double>(groups[place]->Total());
+    const double deviation =
+        static_cast<double>(groups[place]->CountUpTo(halves.median)) - size * lowerShare;
+    return deviation * deviation / size;
+  });
 }
 
 void NPARKSMedian::WriteCells(XMLElement& algorithm) const {

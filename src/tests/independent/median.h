@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "kit/comparisons/multiple_comparisons.h"
+#include "kit/comparisons/range_medians.h"
 #include "kit/contract/test.h"
 #include "kit/groups/group_tally.h"
 #include "kit/order/sorted_sample.h"
@@ -43,9 +44,15 @@ class NPARKSMedian final : public NPARTest {
   void CountCell(double x, std::int64_t weight, std::size_t place);
   void EndOverall();
   void Compare();
+  void RunStepwise(std::vector<ComparedSample> list);
   void WriteCells(XMLElement& algorithm) const;
-  /// The test on some of the groups.
+  /// The test on some of the groups, parted at their median or the given one.
   [[nodiscard]] RangeFigures ComputeFor(std::span<const SortedSample* const> groups) const;
+  [[nodiscard]] static RangeFigures ComputeAt(double cut,
+                                              std::span<const SortedSample* const> groups);
+  [[nodiscard]] bool IsSurelyApart(const SampleRange& range, const RangeMedians::Halves& halves,
+                                   std::int64_t total,
+                                   std::span<const SortedSample* const> groups) const;
   /// Decides: the exact p where there is one.
   [[nodiscard]] double DecidingSig() const { return exactSig.value_or(overall.sig); }
 

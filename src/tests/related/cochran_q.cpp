@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <span>
 
 #include "catalogue/cards/cochran_q.h"
 #include "catalogue/run.h"
@@ -17,16 +18,12 @@ namespace card = catalogue::cochran_q;
 
 namespace {
 
-/// Sum of w R (k - R) over the records, exact until it is rounded.
-double WithinRecords(const std::vector<std::int64_t>& counts, WideInteger sumRSquared) {
-  const WideInteger sum = std::accumulate(counts.begin(), counts.end(), WideInteger{0});
-  return static_cast<double>(static_cast<WideInteger>(counts.size()) * sum - sumRSquared);
-}
+constexpr std::int32_t kPassesWithStepwise = 2;
 
-/// Over samples with successes T, where sum w R^2 counts these samples only.
-RangeFigures ComputeQ(const std::vector<std::int64_t>& counts, WideInteger sumRSquared) {
-  const auto [q, sig] = CochranQ(counts, WithinRecords(counts, sumRSquared));
-  return {q, sig};
+/// Sum of w R (k - R) over the records, exact until it is rounded, of k fields with `successes`
+/// together.
+double WithinRecordsOf(std::size_t k, WideInteger successes, WideInteger sumRSquared) {
+  return static_cast<double>(static_cast<WideInteger>(k) * successes - sumRSquared);
 }
 
 }  // namespace
@@ -40,7 +37,8 @@ NPARCochransQ::NPARCochransQ(QDSettings* settings, const QDVarList* variables)
       comparison({.tooFewPairwise = card::kTooFewPairwise,
                   .tooFewStepwise = card::kTooFewStepwise,
                   .notSignificantPairwise = card::kNotSignificantPairwise,
-                  .notSignificantStepwise = card::kNotSignificantStepwise}) {}
+                  .notSignificantStepwise = card::kNotSignificantStepwise},
+                 {.countsPairsOfGroups = true}) {}
 
 void NPARCochransQ::Prepare(const SettingsReader& settings) {
   tested = settings.List<std::int32_t>("variableIndex");
@@ -58,38 +56,26 @@ void NPARCochransQ::Prepare(const SettingsReader& settings) {
     return;
   }
   comparison.Want(ComparisonFromFlags(settings));
-  if (comparison.WantsStepwise()) ExpectPasses(static_cast<std::int32_t>(tested.size()) - 1);
+  if (comparison.WantsStepwise()) ExpectPasses(kPassesWithStepwise);
   successCounts.assign(tested.size(), 0);
-}
-
-void NPARCochransQ::CountSuccesses(RecordBatch& batch, const std::vector<std::int32_t>& fields) {
-  const std::size_t count = batch.Size();
-  successesBefore.assign((fields.size() + 1) * count, 0);
-  std::int32_t* before = successesBefore.data();
-  for (std::size_t place = 0; place < fields.size(); ++place, before += count) {
-    const std::int32_t* codes = batch.TruncatedOf(fields[place]);
-    for (std::size_t i = 0; i < count; ++i) {
-      before[count + i] = before[i] + (categories.IsSuccess(place, codes[i]) ? 1 : 0);
-    }
-  }
 }
 
 void NPARCochransQ::Take(RecordBatch& batch) {
   if (batch.Size() == 0) return;
   categories.LearnFrom(batch.TruncatedOf(tested.front())[0]);
-  CountSuccesses(batch, tested);
+  successesOf.assign(batch.Size(), 0);
   weight.UseTruncated(batch, [&](auto weightAt) {
     for (std::size_t place = 0; place < tested.size(); ++place) {
-      const std::int32_t* before = SuccessesBefore(place, batch);
-      const std::int32_t* after = SuccessesBefore(place + 1, batch);
+      const std::int32_t* codes = batch.TruncatedOf(tested[place]);
       for (std::size_t i = 0; i < batch.Size(); ++i) {
-        successCounts[place] += (after[i] - before[i]) * weightAt(i);
+        const std::int32_t success = categories.IsSuccess(place, codes[i]) ? 1 : 0;
+        successesOf[i] += success;
+        successCounts[place] += success * weightAt(i);
       }
     }
-    const std::int32_t* all = SuccessesBefore(tested.size(), batch);
     for (std::size_t i = 0; i < batch.Size(); ++i) {
       totalN += weightAt(i);
-      sumRSquared += WideInteger{std::int64_t{all[i]} * all[i]} * weightAt(i);
+      sumRSquared += WideInteger{std::int64_t{successesOf[i]} * successesOf[i]} * weightAt(i);
     }
   });
 }
@@ -106,17 +92,23 @@ void NPARCochransQ::Compute() {
     Fail(card::kNoSplit);
     return;
   }
-  overall = ComputeQ(successCounts, sumRSquared);
+  const auto [q, sig] = CochranQ(successCounts, WithinRecords());
+  overall = {q, sig};
   const bool goesOn = comparison.PassGate(*this, sigLevel, overall.sig, tested.size());
   if (goesOn && comparison.WantsPairwise()) ComparePairs();
   if (!comparison.IsPending()) ExpectPasses(0);
 }
 
+double NPARCochransQ::WithinRecords() const {
+  const WideInteger successes =
+      std::accumulate(successCounts.begin(), successCounts.end(), WideInteger{0});
+  return WithinRecordsOf(tested.size(), successes, sumRSquared);
+}
+
 void NPARCochransQ::ComparePairs() {
   const auto n = static_cast<double>(totalN);
   const auto k = static_cast<double>(tested.size());
-  const double standardError =
-      CochranPairStandardError(WithinRecords(successCounts, sumRSquared), n, k);
+  const double standardError = CochranPairStandardError(WithinRecords(), n, k);
   std::vector<ComparedSample> samples;
   for (std::size_t i = 0; i < tested.size(); ++i) {
     samples.push_back({tested[i], static_cast<double>(successCounts[i])});
@@ -147,39 +139,51 @@ std::vector<ComparedSample> NPARCochransQ::OrderedSamples() const {
 }
 
 void NPARCochransQ::StartPass() {
-  if (Pass() == 1) {
-    comparison.StartStepwise(OrderedSamples(), sigLevel);
-    for (const ComparedSample& sample : comparison.GetSamples()) ordered.push_back(sample.index);
-  }
-  rangeSumRSquared.assign(comparison.GetWorkList().size(), 0);
+  ordered = OrderedSamples();
+  ranges = RangeSuccesses(ordered.size());
 }
 
 void NPARCochransQ::TakeAgain(RecordBatch& batch) {
-  // The success of an ordered sample is looked up at its ordered place: hosts know the results so.
-  CountSuccesses(batch, ordered);
-  const std::vector<SampleRange>& ranges = comparison.GetWorkList();
-  weight.UseTruncated(batch, [&](auto weightAt) {
-    for (std::size_t range = 0; range < ranges.size(); ++range) {
-      const std::int32_t* before = SuccessesBefore(ranges[range].first, batch);
-      const std::int32_t* after = SuccessesBefore(ranges[range].last + 1, batch);
-      for (std::size_t i = 0; i < batch.Size(); ++i) {
-        const std::int64_t successes = after[i] - before[i];
-        rangeSumRSquared[range] += WideInteger{successes * successes} * weightAt(i);
-      }
+  ranges.Start(batch.Size(), weight.TruncatedOf(batch));
+  for (std::size_t place = 0; place < ordered.size(); ++place) {
+    const std::int32_t* codes = batch.TruncatedOf(ordered[place].index);
+    for (std::size_t i = 0; i < batch.Size(); ++i) {
+      // Looked up at the ordered place: hosts know the results so.
+      if (categories.IsSuccess(place, codes[i])) ranges.PutSuccess(place, i);
     }
-  });
+  }
+  ranges.CountPairs();
 }
 
 void NPARCochransQ::Finish() {
-  comparison.EndStepwisePass(*this, [this](std::size_t i) {
-    const SampleRange& range = comparison.GetWorkList()[i];
-    std::vector<std::int64_t> counts;
-    for (std::size_t place = range.first; place <= range.last; ++place) {
-      counts.push_back(CountOf(ordered[place]));
-    }
-    return ComputeQ(counts, rangeSumRSquared[i]);
-  });
-  ExpectPasses(comparison.IsPending() ? std::max(GetPassesLeft(), 1) : 0);
+  ranges.Finish();
+  successesBefore.assign(1, 0);
+  for (const ComparedSample& sample : ordered) {
+    orderedCounts.push_back(CountOf(sample.index));
+    successesBefore.push_back(successesBefore.back() + orderedCounts.back());
+  }
+  comparison.RunStepwise(*this, std::move(ordered),
+                         [this](const SampleRange& range) { return ComputeRange(range); });
+  ranges = RangeSuccesses();
+}
+
+std::optional<RangeFigures> NPARCochransQ::ComputeRange(const SampleRange& range) const {
+  const WideInteger successes = successesBefore[range.last + 1] - successesBefore[range.first];
+  const double within = WithinRecordsOf(range.Size(), successes, ranges.SumOfSquares(range));
+  const auto k = static_cast<double>(range.Size());
+  const double mean = static_cast<double>(successes) / k;
+  const double enough = within / (k * (k - 1.0)) *
+                        SurelySignificantChiSquare(comparison.DecidingLevel(range), range.Size());
+  // Q is a sum of squares over `within`, which what stands at ordered places can make negative.
+  if (within > 0.0 && TermsPass(range, enough, [&](std::size_t place) {
+        const double deviation = static_cast<double>(orderedCounts[place]) - mean;
+        return deviation * deviation;
+      })) {
+    return std::nullopt;
+  }
+  const auto counts = std::span(orderedCounts).subspan(range.first, range.Size());
+  const auto [q, sig] = CochranQ(counts, within);
+  return RangeFigures{q, sig};
 }
 
 XMLElement* NPARCochransQ::WriteResults() {

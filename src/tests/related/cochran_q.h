@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "kit/comparisons/multiple_comparisons.h"
+#include "kit/comparisons/range_successes.h"
 #include "kit/contract/test.h"
 #include "kit/groups/success_categories.h"
 #include "kit/order/wide_integer.h"
@@ -13,13 +15,12 @@
 /// Formulas, limits, sources: docs/statistics/cochran_q.md.
 ///
 /// T_j is the weight of the successes of field j, R the number of successes of a record. Success is
-/// what kit/groups/success_categories.h says. One pass, and one for each step.
+/// what kit/groups/success_categories.h says. One pass, and one more for what a step-down needs.
 class NPARCochransQ final : public NPARTest {
  public:
   /// Takes the settings over, not the variables.
   NPARCochransQ(QDSettings* settings, const QDVarList* variables);
 
-  /// The steps of a step-down are no passes that the progress counts.
   XMLElement* WriteResults() override;
 
  protected:
@@ -33,14 +34,10 @@ class NPARCochransQ final : public NPARTest {
   void Finish() override;
 
  private:
-  /// Counts the successes of each record among the first 0, 1, ..., k fields of a list. A field's
-  /// success is looked up at its place in that list.
-  void CountSuccesses(RecordBatch& batch, const std::vector<std::int32_t>& fields);
-  /// By record.
-  [[nodiscard]] const std::int32_t* SuccessesBefore(std::size_t place, RecordBatch& batch) const {
-    return successesBefore.data() + place * batch.Size();
-  }
+  /// Of all fields.
+  [[nodiscard]] double WithinRecords() const;
   [[nodiscard]] std::vector<ComparedSample> OrderedSamples() const;
+  [[nodiscard]] std::optional<RangeFigures> ComputeRange(const SampleRange& range) const;
   void ComparePairs();
   /// T of a field by its index in the data. The table is read at that index as long as it has one
   /// there.
@@ -49,11 +46,14 @@ class NPARCochransQ final : public NPARTest {
   std::vector<std::int32_t> tested;
   SuccessCategories categories;
   MultipleComparison comparison;
-  std::vector<std::int32_t> successesBefore;  // of the records in hand, by place, then by record
+  std::vector<std::int32_t> successesOf;  // the records in hand
   std::int64_t totalN = 0;
   std::vector<std::int64_t> successCounts;  // T by place
   WideInteger sumRSquared = 0;
   RangeFigures overall;
-  std::vector<std::int32_t> ordered;          // the fields as the step-down has them
-  std::vector<WideInteger> rangeSumRSquared;  // by place in the work list
+  // The fields as the step-down has them.
+  std::vector<ComparedSample> ordered;
+  std::vector<std::int64_t> orderedCounts;   // T
+  std::vector<WideInteger> successesBefore;  // T of all earlier ones
+  RangeSuccesses ranges;
 };

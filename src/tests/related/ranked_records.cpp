@@ -15,19 +15,9 @@
 namespace {
 
 constexpr const char* kComparisonKey = catalogue::settings::kComparison.key.c_str();
-constexpr StepwisePolicy kPolicy{.judgesOnAdjusted = true, .keepsShrunkSingles = true};
-
-/// Calls `use(first, count, weightOf)` for as many records at a time as `ranks` can take.
-template <typename Use>
-void ForEachPart(RecordBatch& batch, const RecordWeight& weight, const ColumnRanks& ranks,
-                 Use use) {
-  weight.UseTruncated(batch, [&](auto weightAt) {
-    for (std::size_t first = 0; first < batch.Size(); first += ranks.RecordsAtOnce()) {
-      const std::size_t count = std::min(ranks.RecordsAtOnce(), batch.Size() - first);
-      use(first, count, [&](std::size_t i) { return weightAt(first + i); });
-    }
-  });
-}
+constexpr StepwisePolicy kPolicy{
+    .judgesOnAdjusted = true, .keepsShrunkSingles = true, .countsPairsOfGroups = true};
+constexpr std::int32_t kPassesWithStepwise = 2;
 
 }  // namespace
 
@@ -41,34 +31,31 @@ void NPARRankedRecords::Prepare(const SettingsReader& settings) {
   if (HasFailed()) return;
   Require(variables);
   comparison.Want(ComparisonFromWord(settings.Text(kComparisonKey)));
-  if (comparison.WantsStepwise()) ExpectPasses(static_cast<std::int32_t>(k));
+  if (comparison.WantsStepwise()) ExpectPasses(kPassesWithStepwise);
   rankSums.assign(k, 0.0);
   ranks = ColumnRanks(k);
   rankCounts = RankCounts(k);
 }
 
 void NPARRankedRecords::Take(RecordBatch& batch) {
-  ForEachPart(batch, weight, ranks, [&](std::size_t first, std::size_t count, auto weightOf) {
-    RankFields(batch, first, count, weightOf);
+  weight.UseTruncated(batch, [&](auto weightAt) {
+    for (std::size_t first = 0; first < batch.Size(); first += ranks.RecordsAtOnce()) {
+      const std::size_t count = std::min(ranks.RecordsAtOnce(), batch.Size() - first);
+      RankFields(batch, first, count, [&](std::size_t i) { return weightAt(first + i); });
+    }
   });
 }
 
 void NPARRankedRecords::StartPass() {
-  if (Pass() == 1) {
-    std::vector<ComparedSample> samples = MeanRanks();
-    OrderByMeasure(samples);
-    comparison.StartStepwise(std::move(samples), sigLevel);
-  }
-  rangeRankSums.clear();
-  for (const SampleRange& range : comparison.GetWorkList()) {
-    rangeRankSums.emplace_back(range.Size(), 0.0);
-  }
+  ordered = MeanRanks();
+  OrderByMeasure(ordered);
+  ranges = RangeRanks(ordered.size());
 }
 
 void NPARRankedRecords::TakeAgain(RecordBatch& batch) {
-  ForEachPart(batch, weight, ranks, [&](std::size_t first, std::size_t count, auto weightOf) {
-    RankRanges(batch, first, count, weightOf);
-  });
+  fields.clear();
+  for (const ComparedSample& sample : ordered) fields.push_back(batch.Of(sample.index));
+  ranges.Add(fields, batch, weight);
 }
 
 template <typename WeightOf>
@@ -81,34 +68,6 @@ void NPARRankedRecords::RankFields(RecordBatch& batch, std::size_t first, std::s
     rankCounts.Add(i, ranks.StepsOf(i), count, weightOf);
   }
   for (std::size_t i = 0; i < count; ++i) totalN += weightOf(i);
-}
-
-template <typename WeightOf>
-void NPARRankedRecords::RankRanges(RecordBatch& batch, std::size_t first, std::size_t count,
-                                   WeightOf weightOf) {
-  const std::vector<ComparedSample>& samples = comparison.GetSamples();
-  const std::vector<SampleRange>& ranges = comparison.GetWorkList();
-  // Values tie as they do in the whole record: a range ranks what they have there.
-  fields.clear();
-  for (const ComparedSample& sample : samples) fields.push_back(batch.Of(sample.index));
-  ranks.Rank(fields, first, count);
-  wholeRanks.resize(samples.size());
-  for (std::size_t place = 0; place < samples.size(); ++place) {
-    wholeRanks[place].assign(ranks.StepsOf(place), ranks.StepsOf(place) + count);
-  }
-  for (std::size_t i = 0; i < ranges.size(); ++i) {
-    fields.clear();
-    for (std::size_t place = ranges[i].first; place <= ranges[i].last; ++place) {
-      fields.push_back(wholeRanks[place].data());
-    }
-    ranks.Rank(fields, 0, count);
-    for (std::size_t field = 0; field < fields.size(); ++field) {
-      const std::int32_t* steps = ranks.StepsOf(field);
-      std::int64_t twice = 0;
-      for (std::size_t j = 0; j < count; ++j) twice += weightOf(j) * (steps[j] + 2);
-      rangeRankSums[i][field] += static_cast<double>(twice) * 0.5;
-    }
-  }
 }
 
 void NPARRankedRecords::Compute() {
@@ -124,9 +83,31 @@ void NPARRankedRecords::Compute() {
 }
 
 void NPARRankedRecords::Finish() {
-  comparison.EndStepwisePass(
-      *this, [this](std::size_t i) { return ComputeFigures(rangeRankSums[i], 0.0); });
-  ExpectPasses(comparison.IsPending() ? std::max(GetPassesLeft(), 1) : 0);
+  ranges.Finish();
+  comparison.RunStepwise(*this, std::move(ordered),
+                         [this](const SampleRange& range) { return ComputeRange(range); });
+  ranges = RangeRanks();
+}
+
+// X of a range has no correction for ties, and is a sum of positive terms.
+bool NPARRankedRecords::IsSurelyApart(const SampleRange& range) const {
+  const auto k = static_cast<double>(range.Size());
+  const double enough = (k + 1.0) * k * Records() / 12.0 *
+                        SurelySignificantChiSquare(comparison.DecidingLevel(range), range.Size());
+  return TermsPass(range, enough, [&](std::size_t place) {
+    const double deviation = ranges.RankSum(range, place) - Records() * (k + 1.0) * 0.5;
+    return deviation * deviation;
+  });
+}
+
+std::optional<RangeFigures> NPARRankedRecords::ComputeRange(const SampleRange& range) const {
+  if (IsSurelyApart(range)) return std::nullopt;
+  std::vector<double> sums;
+  sums.reserve(range.Size());
+  for (std::size_t place = range.first; place <= range.last; ++place) {
+    sums.push_back(ranges.RankSum(range, place));
+  }
+  return ComputeFigures(sums, 0.0);
 }
 
 RangeFigures NPARRankedRecords::ComputeFigures(const std::vector<double>& sums,

@@ -2,10 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "catalogue/card.h"
 #include "kit/comparisons/multiple_comparisons.h"
+#include "kit/comparisons/range_ranks.h"
 #include "kit/contract/test.h"
 #include "kit/ranks/column_ranks.h"
 #include "kit/ranks/rank_counts.h"
@@ -16,7 +18,8 @@
 ///
 /// Formulas, limits, sources: docs/statistics/friedman.md.
 ///
-/// R_j is the sum of the ranks of field j, X the test statistic. One pass, and one for each step.
+/// R_j is the sum of the ranks of field j, X the test statistic. One pass, and one more for what a
+/// step-down needs.
 class NPARRankedRecords : public NPARTest {
  public:
   XMLElement* WriteResults() override;
@@ -55,14 +58,13 @@ class NPARRankedRecords : public NPARTest {
   /// `count` records from `first` on; weightOf(i) is the weight of the i-th of them.
   template <typename WeightOf>
   void RankFields(RecordBatch& batch, std::size_t first, std::size_t count, WeightOf weightOf);
-  /// The same for each range of a step.
-  template <typename WeightOf>
-  void RankRanges(RecordBatch& batch, std::size_t first, std::size_t count, WeightOf weightOf);
   void ComparePairs();
   [[nodiscard]] std::vector<ComparedSample> MeanRanks() const;
   /// X and p of the samples with these rank sums.
   [[nodiscard]] RangeFigures ComputeFigures(const std::vector<double>& sums,
                                             const DoubleDouble& tieSum) const;
+  [[nodiscard]] std::optional<RangeFigures> ComputeRange(const SampleRange& range) const;
+  [[nodiscard]] bool IsSurelyApart(const SampleRange& range) const;
 
   const Profile& profile;
   std::vector<std::int32_t> variables;
@@ -73,6 +75,6 @@ class NPARRankedRecords : public NPARTest {
   RankCounts rankCounts;
   std::vector<double> rankSums;  // R by place
   RangeFigures overall;
-  std::vector<std::vector<double>> wholeRanks;     // of the records in hand, by compared sample
-  std::vector<std::vector<double>> rangeRankSums;  // by place in the work list
+  std::vector<ComparedSample> ordered;  // the fields as the step-down has them
+  RangeRanks ranges;
 };
