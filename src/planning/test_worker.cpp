@@ -4,8 +4,24 @@
 #include <utility>
 
 #include "kit/contract/allocation.h"
+#include "kit/contract/stage_progress.h"
 #include "planning/pass_feed.h"
 #include "planning/progress.h"
+
+namespace {
+
+/// Hands on how far a test has come within a stage.
+template <typename Report>
+class TestsProgress final : public StageProgress {
+ public:
+  explicit TestsProgress(Report report) : report(std::move(report)) {}
+
+ private:
+  void Take(double part) override { report(part); }
+  Report report;
+};
+
+}  // namespace
 
 NPARTestWorker::NPARTestWorker(const QDVarList* variables, bool analysisMissing)
     : variables(variables), analysisMissing(analysisMissing) {}
@@ -67,9 +83,10 @@ QDStatus NPARTestWorker::RunPass(const std::vector<NPARTest*>& list, CancelPair&
     const QDStatus walked = feed.Walk(*source, cancelPair);
     if (!walked.IsOK()) return walked;
   }
+  const std::int32_t passesDone = passesTotal - passesLeft;
   passesLeft = 0;
   if (!cancelPair.Check()) {
-    const QDStatus ended = EndPass(feed);
+    const QDStatus ended = EndPass(feed, passesDone);
     if (!ended.IsOK()) return ended;
   }
   ReportPassProgress();
@@ -89,10 +106,17 @@ QDStatus NPARTestWorker::BeginPass(const std::vector<NPARTest*>& list, PassFeed&
   return QDStatus();
 }
 
-QDStatus NPARTestWorker::EndPass(const PassFeed& feed) {
+QDStatus NPARTestWorker::EndPass(const PassFeed& feed, std::int32_t passesDone) {
   for (Tally* tally : feed.AliveTallies()) tally->EndPass();
-  for (NPARTest* test : feed.AliveTests()) {
+  const std::vector<NPARTest*> alive = feed.AliveTests();
+  double testsDone = 0.0;
+  for (NPARTest* test : alive) {
+    const TestsProgress progress([&](double part) {
+      const double pass = (testsDone + part) / static_cast<double>(alive.size());
+      ReportRisenPart((passesDone + pass) / std::max(passesTotal, 1));
+    });
     const QDStatus answer = test->EndPass();
+    testsDone += 1.0;
     if (answer.GetErrorCode() == kMemoryExhausted) return answer;
     if (!answer.IsError()) passesLeft = std::max(passesLeft, test->GetPassesLeft());
   }
@@ -117,16 +141,25 @@ void NPARTestWorker::TellPass(const PassFeed& feed) const {
   listener->PassBegins(pass);
 }
 
+std::int32_t NPARTestWorker::StepAt(double part) const {
+  return TruncateToInt32((part * progressSpan + progressStart) * 100.0);
+}
+
+void NPARTestWorker::ReportRisenPart(double part) {
+  if (StepAt(part) > lastReportedStep) ReportPart(part);
+}
+
+void NPARTestWorker::ReportPart(double part) {
+  if (progressListener == nullptr) return;
+  lastReportedStep = StepAt(part);
+  NPARReporter report;
+  report.SetCurrentStepNum(lastReportedStep);
+  static_cast<void>(progressListener->Report(report));  // a listener's answer stops nothing
+}
+
 void NPARTestWorker::ReportPassProgress() {
-  double fraction = 1.0;
-  if (passesTotal > 0 && passesLeft >= 0 && passesTotal >= passesLeft) {
-    fraction = static_cast<double>(passesTotal - passesLeft) / static_cast<double>(passesTotal);
-  }
   if (passesLeft >= lastReportedLeft) return;
-  if (progressListener != nullptr) {
-    NPARReporter report;
-    report.SetCurrentStepNum(TruncateToInt32((fraction * progressSpan + progressStart) * 100.0));
-    static_cast<void>(progressListener->Report(report));  // a listener's answer stops nothing
-  }
   lastReportedLeft = passesLeft;
+  const bool isWithin = passesTotal > 0 && passesLeft >= 0 && passesTotal >= passesLeft;
+  ReportPart(isWithin ? static_cast<double>(passesTotal - passesLeft) / passesTotal : 1.0);
 }

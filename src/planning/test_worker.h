@@ -56,9 +56,14 @@ class NPARTestWorker final {
   QDStatus RunPasses(CancelPair& cancelPair);
   QDStatus RunPass(const std::vector<NPARTest*>& list, CancelPair& cancelPair);
   QDStatus BeginPass(const std::vector<NPARTest*>& list, PassFeed& feed);
-  QDStatus EndPass(const PassFeed& feed);
+  QDStatus EndPass(const PassFeed& feed, std::int32_t passesDone);
   void TellPass(const PassFeed& feed) const;
   void ReportPassProgress();
+  /// Reports a part of all passes, from 0 to 1.
+  void ReportPart(double part);
+  /// Likewise, as often as the step to report changes.
+  void ReportRisenPart(double part);
+  [[nodiscard]] std::int32_t StepAt(double part) const;
 
   SharedTallies sharedTallies;
   std::vector<std::unique_ptr<NPARTest>> tests;
@@ -76,4 +81,5 @@ class NPARTestWorker final {
   std::int32_t passesTotal = 0;
   std::int32_t passesLeft = 0;
   std::int32_t lastReportedLeft = 0;
+  std::int32_t lastReportedStep = -1;
 };

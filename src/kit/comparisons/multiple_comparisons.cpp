@@ -125,6 +125,10 @@ void MultipleComparison::RunStepwise(NPARTest& test, std::vector<ComparedSample>
   StartStepwise(std::move(orderedSamples), test.GetSigLevel());
   while (!done) {
     EndStepwisePass(test, [&](std::size_t place) { return compute(workList[place]); });
+    // The first range of a list is its widest, and there are about as many as it is wide.
+    const double left = workList.empty() ? 0.0 : static_cast<double>(workList.front().Size());
+    const double share = left / static_cast<double>(samples.size());
+    StageProgress::Tell(1.0 - share * share);
   }
 }
 

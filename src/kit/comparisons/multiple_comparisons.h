@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/contract/stage_progress.h"
 #include "kit/contract/test.h"
 #include "kit/order/interruption.h"
 
@@ -136,8 +137,10 @@ class MultipleComparison {
   void RunPairwise(std::vector<ComparedSample> list, std::size_t adjustedFor, Compare&& compare) {
     samples = std::move(list);
     const auto count = static_cast<std::int32_t>(samples.size());
-    pairs.reserve(samples.size() * (samples.size() - 1) / 2);
+    const std::size_t pairCount = samples.size() * (samples.size() - 1) / 2;
+    pairs.reserve(pairCount);
     for (std::int32_t i = 0; i < count; ++i) {
+      StageProgress::Tell(static_cast<double>(pairs.size()) / static_cast<double>(pairCount));
       for (std::int32_t j = i + 1; j < count; ++j) {
         Interruption::Check();
         AddPair(i, j, adjustedFor, compare(i, j));

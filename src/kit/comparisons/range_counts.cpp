@@ -4,6 +4,8 @@
 #include <functional>
 #include <utility>
 
+#include "kit/order/interruption.h"
+
 RangeCounts::RangeCounts(std::size_t groupCount)
     : groupCount(groupCount), run(groupCount), below(groupCount), above(groupCount * groupCount) {}
 
@@ -29,6 +31,7 @@ void RangeCounts::Finish() {
   // The readers ask for many groups of one range: what belongs to one end of it comes together.
   std::vector<double> sums((groupCount + 1) * groupCount);
   for (std::size_t place = 0; place < groupCount; ++place) {
+    Interruption::Check();
     double sum = 0.0;
     for (std::size_t other = 0; other < groupCount; ++other) {
       sum += above[place * groupCount + other];
@@ -41,13 +44,18 @@ void RangeCounts::Finish() {
   for (const double size : below) sizeBefore.push_back(sizeBefore.back() + size);
 }
 
-double RangeCounts::OrderedPairs(const SampleRange& range) const noexcept {
-  const double* low = &above[range.first * groupCount];
-  double sum = 0.0;
-  for (std::size_t place = range.first + 1; place <= range.last; ++place) {
-    sum += orderedBefore[place] - low[place];
+double RangeCounts::OrderedPairs(const SampleRange& range) {
+  orderedFrom.resize(groupCount);
+  for (; orderedEnd < range.last; ++orderedEnd) {
+    const std::size_t next = orderedEnd + 1;
+    for (std::size_t first = 0; first < next; ++first) orderedFrom[first] += OrderedAt(next, first);
   }
-  return sum;
+  for (; orderedEnd > range.last; --orderedEnd) {
+    for (std::size_t first = 0; first < orderedEnd; ++first) {
+      orderedFrom[first] -= OrderedAt(orderedEnd, first);
+    }
+  }
+  return orderedFrom[range.first];
 }
 
 TieSums RangeCounts::Ties(const SampleRange& range) {

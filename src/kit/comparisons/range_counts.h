@@ -36,9 +36,10 @@ class RangeCounts {
   [[nodiscard]] double SizeOf(const SampleRange& range) const noexcept {
     return sizeBefore[range.last + 1] - sizeBefore[range.first];
   }
+  // Ranges that end at the same place are best asked for one after the other.
+
   /// Pairs of values in the order of their groups, equal ones counted a half.
-  [[nodiscard]] double OrderedPairs(const SampleRange& range) const noexcept;
-  /// Ranges that end at the same place are best asked for one after the other.
+  [[nodiscard]] double OrderedPairs(const SampleRange& range);
   [[nodiscard]] TieSums Ties(const SampleRange& range);
 
  private:
@@ -50,6 +51,10 @@ class RangeCounts {
   static constexpr std::size_t kNoPlace = static_cast<std::size_t>(-1);
 
   void CloseRun();
+  /// Pairs of values of a place with lower ones of the groups from `first` up to it.
+  [[nodiscard]] double OrderedAt(std::size_t place, std::size_t first) const noexcept {
+    return orderedBefore[place] - above[first * groupCount + place];
+  }
 
   std::size_t groupCount;
   TiedRun run;
@@ -58,6 +63,8 @@ class RangeCounts {
                                       // in the end, row b, column a: those with a group before b
   std::vector<double> sizeBefore;     // by place: weight of all earlier groups
   std::vector<double> orderedBefore;  // by place: pairs with a value of an earlier group below
+  std::size_t orderedEnd = 0;         // the last place of `orderedFrom`
+  std::vector<double> orderedFrom;    // by the first place of the range
   std::vector<RunEntry> tiedRuns;     // by descending place within a run
   std::size_t tiesEnd = kNoPlace;     // the last place of `tiesFrom`
   std::vector<TieSums> tiesFrom;      // by the first place of the range

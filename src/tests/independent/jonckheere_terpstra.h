@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "kit/comparisons/multiple_comparisons.h"
@@ -40,6 +41,8 @@ class NPARJonckTer final : public NPARTest {
   void Compare(double x, std::int64_t weight, std::size_t position);
   void EndPairwise();
   void EndStepwise();
+  [[nodiscard]] std::optional<RangeFigures> ComputeRange(const SampleRange& range);
+  [[nodiscard]] bool IsSurelyApart(const SampleRange& range, double statistic) const;
   /// The groups with data in their order, with their overall mean ranks.
   [[nodiscard]] std::vector<ComparedSample> OrderedSamples();
   /// One-sided, in the direction of the overall test.
@@ -54,6 +57,16 @@ class NPARJonckTer final : public NPARTest {
     return later * (later - 1) / 2 + earlier;
   }
 
+  /// Sums of the sizes of groups and of what a variance has of them.
+  struct SizeSums {
+    double sum = 0.0;
+    double squares = 0.0;
+    double cubic = 0.0;  // n^2 (2n + 3)
+    [[nodiscard]] SizeSums With(double n) const noexcept {
+      return {sum + n, squares + n * n, cubic + n * n * (2.0 * n + 3.0)};
+    }
+  };
+
   bool hasGroupRange = false;
   GroupTally::Key groups;
   GroupTally* tally = nullptr;
@@ -66,4 +79,5 @@ class NPARJonckTer final : public NPARTest {
   TieRuns runs;                            // of all values, for the comparisons
   std::vector<JonckheerePair> pairs;       // all pairs of the groups with data
   RangeCounts ranges{0};                   // all ranges of them
+  std::vector<SizeSums> sizesBefore;       // by position: of all earlier groups
 };
