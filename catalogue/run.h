@@ -162,8 +162,8 @@ inline constexpr Code kWeightTooLarge{
     "Scale the weights down, or give the record in several parts."};
 inline constexpr Code kTooManySamples{
     220027, Kind::Warning, "multiple comparisons take no more than 4096 samples[; there are %0]",
-    "Compare fewer groups or fields; the overall result stands, and a stepwise comparison by "
-    "median, Friedman, Kendall or Cochran takes any number."};
+    "Compare fewer groups or fields; the overall result stands, and the median test steps down "
+    "among any number."};
 inline constexpr Code kCodes[] = {kCancelled,
                                   kNoResult,
                                   kNoTest,

@@ -70,6 +70,7 @@ std::optional<std::string> Execution::Run(const NamedText& parameters, const Nam
   ModelledData data = LoadData(state->reader, ParseModel(model.text, model.name));
   for (const Field& field : data.model.fields) state->measures[field.name] = field.measure;
   AnalysisRun& run = state->run.emplace(state->library, parameters.text, std::move(data));
+  run.Prepare();  // up to here Ctrl-C ends the process
   RunResult result;
   {
     run.ListenToProgress({[&](double done, double total) {

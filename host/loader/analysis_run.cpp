@@ -9,19 +9,22 @@ AnalysisRun::AnalysisRun(const ComponentLibrary& library, std::string parameters
       host(std::move(parameters), WriteModel(this->data.model)),
       component(library, host.Context()) {}
 
+void AnalysisRun::Prepare() {
+  std::string requirements;
+  preparation = component.Configure();
+  if (preparation == 0) preparation = component.GetExecutionRequirements(requirements);
+  if (preparation != 0) return;
+  prepared = npar_host::Prepare(ParseRequirements(requirements), std::move(data));
+  host.OfferRecords(prepared.modelText, prepared.rows);
+}
+
 RunResult AnalysisRun::Execute() {
   RunResult result;
-  result.code = component.Configure();
+  result.code = preparation;
   if (result.Succeeded()) {
-    std::string requirements;
-    result.code = component.GetExecutionRequirements(requirements);
-    if (result.Succeeded()) {
-      prepared = Prepare(ParseRequirements(requirements), std::move(data));
-      host.OfferRecords(prepared.modelText, prepared.rows);
-      result.code = component.BeginExecution(host.Progress());
-      if (result.Succeeded()) result.document = host.TakeStream();
-      static_cast<void>(component.EndExecution());  // frees memory only
-    }
+    result.code = component.BeginExecution(host.Progress());
+    if (result.Succeeded()) result.document = host.TakeStream();
+    static_cast<void>(component.EndExecution());  // frees memory only
   }
   result.messages = host.Messages();
   return result;

@@ -29,8 +29,11 @@ class AnalysisRun {
   AnalysisRun(const ComponentLibrary& library, std::string parameters, ModelledData data);
 
   void ListenToProgress(ProgressListener listener) { host.ListenToProgress(std::move(listener)); }
-  /// Runs once: the records are prepared in place. Throws InputError for requirements that the data
-  /// can't meet and ComponentError for a component that breaks the interface's rules.
+  /// Configures the component and prepares the records in place, once. Throws InputError for
+  /// requirements that the data can't meet and ComponentError for a component that breaks the
+  /// interface's rules. What the component refuses is in the result of Execute.
+  void Prepare();
+  /// Runs once, after Prepare.
   [[nodiscard]] RunResult Execute();
   /// The text of the case identifier that the component saw as that number; empty where the number
   /// is the identifier itself. After Execute.
@@ -41,6 +44,7 @@ class AnalysisRun {
  private:
   ModelledData data;
   PreparedData prepared;
+  std::uint32_t preparation = 0;  // the component's code
   RunHost host;
   Component component;
 };

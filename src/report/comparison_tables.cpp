@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "kit/order/interruption.h"
 #include "report/elements.h"
 
 namespace {
@@ -31,7 +32,9 @@ void AddPairs(XMLElement& parent, const std::vector<PairwiseComparison>& pairs) 
       parent, "Content", "",
       "Sample1;Sample2;TestStatistic;StandardError;StandardTestStatistic;Sig;AdjSig");
   std::string row;
+  SparseCheck check;
   for (const PairwiseComparison& pair : pairs) {
+    check.Step();
     row = IntegerText(pair.sample1);
     row += ';';
     row += IntegerText(pair.sample2);

@@ -375,6 +375,7 @@ TEST_F(CommandLineTest, ACancelledRunFailsWithTheMessageCode1) {
   CsvReader reader(kSleep);
   AnalysisRun run(library, PairParameters("drug2", kSignTest), LoadData(reader, {}));
   run.ListenToProgress({[&](double, double) { run.Cancel(); }, {}});
+  run.Prepare();
   const RunResult result = run.Execute();
   EXPECT_FALSE(result.Succeeded());
   EXPECT_THAT(result.document, IsEmpty());

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <limits>
 #include <memory>
 #include <thread>
@@ -362,6 +363,29 @@ TEST(Exports, TwoComponentsRunInTwoThreads) {
   run(0);
   other.join();
   EXPECT_EQ(hosts[0].Published(), hosts[1].Published());
+}
+
+TEST(Exports, ACancelFromAnotherThreadEndsTheRun) {
+  AllTestsHost host;
+  LoadedComponent component(host);
+  ASSERT_EQ(component.Configure(), HB_OK);
+  // Relaxed, so that they order nothing else between the two threads.
+  std::atomic<bool> isReading = false;
+  std::atomic<bool> isCancelled = false;
+  host.onRecords = [&] {
+    isReading.store(true, std::memory_order_relaxed);
+    while (!isCancelled.load(std::memory_order_relaxed)) std::this_thread::yield();
+  };
+  std::thread other([&] {
+    while (!isReading.load(std::memory_order_relaxed)) std::this_thread::yield();
+    std::int32_t err = 0;
+    LoadedLibrary::Instance().cancelExecution(component.Handle(), &err);
+    isCancelled.store(true, std::memory_order_relaxed);
+  });
+  EXPECT_NE(component.Begin(), HB_OK);
+  other.join();
+  EXPECT_THAT(host.messages, ElementsAre(Message{3, 1, {}}));
+  EXPECT_EQ(host.Published(), "");
 }
 
 TEST(Exports, ProgressGoesUpFrom25To90) {

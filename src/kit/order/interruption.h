@@ -25,3 +25,15 @@ class Interruption {
   Interruption* outer;
   static inline thread_local Interruption* latest = nullptr;
 };
+
+/// Asks Interruption::Check once in so many steps of a loop whose steps take next to no time.
+class SparseCheck {
+ public:
+  void Step() {
+    if (++steps % kStepsBetween == 0) Interruption::Check();
+  }
+
+ private:
+  static constexpr unsigned kStepsBetween = 1U << 16;
+  unsigned steps = 0;
+};

@@ -91,7 +91,9 @@ struct DifferenceTable {
 template <typename Table, typename Take>
 void WalkStaircase(const Table& table, double bound, Take take) {
   std::size_t end = table.Columns();
+  SparseCheck check;
   for (std::size_t row = 0; row < table.Rows(); ++row) {
+    check.Step();
     const std::size_t begin = table.FirstColumn(row);
     end = std::max(end, begin);
     while (end > begin && table.Value(row, end - 1) > bound) --end;

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "foundation/names.h"
+#include "kit/order/interruption.h"
 #include "kit/ranks/ties.h"
 
 void SignedRanks::Add(double difference, double weight) {
@@ -52,7 +53,9 @@ void SignedRanks::RankUnits() {
   const std::uint64_t twiceAll = count * (count + 1);
   std::uint64_t twiceNegative = 0;
   std::uint64_t end = 0;
+  SparseCheck check;
   for (std::uint64_t begin = 0; begin < count; begin = end) {
+    check.Step();
     const double first = SizeOf(differences[begin]);
     std::uint64_t negatives = 0;
     end = begin;
@@ -74,7 +77,9 @@ void SignedRanks::RankRuns(EntryAt entryAt) {
   const std::size_t count = differences.Size();
   std::int64_t ranksBelow = 0;
   std::size_t end = 0;
+  SparseCheck check;
   for (std::size_t begin = 0; begin < count; begin = end) {
+    check.Step();
     end = EndOfRun(begin, count, [&entryAt](std::size_t i) { return entryAt(i).size; });
     std::int64_t tied = 0;
     for (std::size_t i = begin; i < end; ++i) tied += TruncateToInt32(entryAt(i).weight);

@@ -4,6 +4,7 @@
 
 #include "catalogue/cards/hodges_lehmann_pairs.h"
 #include "catalogue/run.h"
+#include "kit/order/interruption.h"
 #include "kit/ranks/rank.h"
 #include "kit/statistics/interval_ranks.h"
 #include "kit/statistics/signed_rank.h"
@@ -23,7 +24,9 @@ double TieSumOfSizes(const WeightedValues& values) {
   std::size_t above = 0;
   while (above < values.Size() && values.Value(above) < 0.0) ++above;
   std::size_t below = above;
+  SparseCheck check;
   for (std::size_t left = values.Size(); left > 0; --left) {
+    check.Step();
     // Not-a-numbers are the last of the others, and of all.
     const bool isAboveNext =
         below == 0 || (above < values.Size() && values.Value(above) <= -values.Value(below - 1));
