@@ -172,8 +172,8 @@ void SortKeys(PlainKey* keys, std::size_t count) {
   // first came from. P. M. McIlroy, K. Bostic, M. D. McIlroy, Computing Systems 6 (1993), 5-27.
   // Some keys are on their way at once, so that the next one's place is sought while one waits for
   // the memory; each ends where one of them came from.
+  SparseCheck check;
   for (std::size_t bucket = 0; bucket < ends.size(); ++bucket) {
-    Interruption::Check();
     while (buckets.Ends()[bucket] < ends[bucket]) {
       const std::size_t open = buckets.Ends()[bucket];
       const std::size_t openEnd = std::min<std::size_t>(open + kAtOnce, ends[bucket]);
@@ -181,6 +181,7 @@ void SortKeys(PlainKey* keys, std::size_t count) {
       std::size_t left = openEnd - open;
       std::copy_n(keys + open, left, moving.begin());
       while (left > 0) {
+        check.Step();  // a way may lead through nearly all keys
         for (std::size_t i = 0; i < left; ++i) {
           const std::size_t place = buckets.PlaceOf(moving[i].key);
           __builtin_prefetch(keys + place + kAhead, 1);
