@@ -9,6 +9,7 @@ import argparse
 import pathlib
 import signal
 import subprocess
+import sys
 import tempfile
 import time
 
@@ -78,9 +79,10 @@ def main():
     parser.add_argument("--records", type=int, default=10000000)
     parser.add_argument("--moments", type=int, default=20)
     parser.add_argument("--only", default="", help="tests whose options have this in them")
-    parser.add_argument("--data", type=pathlib.Path, help="a CSV file of one's own, with the options that follow it")
-    parser.add_argument("options", nargs="*", help="after --")
-    arguments = parser.parse_args()
+    parser.add_argument("--data", type=pathlib.Path, help="a CSV file of one's own; after -- the options of its run")
+    words = sys.argv[1:]
+    end = words.index("--") if "--" in words else len(words)
+    arguments = parser.parse_args(words[:end])
     npar = str(arguments.build / "bin/npar")
 
     print("| run | seconds | longest from signal to end | at |\n|---|---:|---:|---:|", flush=True)
@@ -90,7 +92,7 @@ def main():
         print(f"| {options[-1]} | {whole:.2f} | {longest:.3f} | {at:.0%} |", flush=True)
 
     if arguments.data:
-        tell(arguments.data, arguments.options)
+        tell(arguments.data, words[end + 1:])
         return
     with tempfile.TemporaryDirectory() as folder:
         for case, runs in CASES.items():
