@@ -5,6 +5,7 @@
 #include "catalogue/options.h"
 #include "catalogue/sentences.h"
 #include "catalogue/settings.h"
+#include "catalogue/shared_codes.h"
 
 namespace catalogue::binomial {
 
@@ -35,10 +36,7 @@ inline constexpr Hypothesis kHypotheses[] = {
     {"ACutPoint", "The probability that {0} is at most {figure 1} is {figure 2}."},
     {kNone, "The probability that {0} is {categories 1} is {figure 3}."}};
 
-inline constexpr Code kUnknownVariable{221303, Kind::Error, sentences::kUnknownField,
-                                       Meaning::Name};
-inline constexpr Code kUnknownMeasure{221304, Kind::Error, sentences::kUnknownMeasure,
-                                      Meaning::Field};
+inline constexpr TwoClassCodes kClassCodes{221300, 221312};
 inline constexpr Code kNoSummaries{221306, Kind::Error, sentences::kNoSummary};
 inline constexpr Code kTooManyCategories{
     221309, Kind::Error, "the field has more than two categories",
@@ -50,20 +48,11 @@ inline constexpr Code kBelowProbability{
     "the observed proportion of the first class is below the hypothesised one[, %0], so the lower "
     "tail is tested",
     "Nothing needs doing: the p-value is the one-sided one of that direction."};
-inline constexpr Code kNoCategoryList{221312, Kind::Error, sentences::kNoCategoryList};
-inline constexpr Code kNoCutPoint{221313, Kind::Error, sentences::kNoCutPoint};
-inline constexpr Code kNoVariableName{221314, Kind::Error, sentences::kNoFieldNamed};
-inline constexpr Code kCutPointWanted{221315, Kind::Error, sentences::kCutPointWanted,
-                                      Meaning::Field};
-inline constexpr Code kCategoriesWanted{221316, Kind::Error, sentences::kCategoriesWanted,
-                                        Meaning::Field};
 inline constexpr Code kBadProbability{221317, Kind::Error,
                                       "the test probability is not between 0 and 1",
                                       "Give a probability above 0 and below 1."};
-inline constexpr Code kCodes[] = {kUnknownVariable,   kUnknownMeasure,   kNoSummaries,
-                                  kTooManyCategories, kNoCategories,     kBelowProbability,
-                                  kNoCategoryList,    kNoCutPoint,       kNoVariableName,
-                                  kCutPointWanted,    kCategoriesWanted, kBadProbability};
+inline constexpr auto kCodes = Together(kClassCodes, kNoSummaries, kTooManyCategories,
+                                        kNoCategories, kBelowProbability, kBadProbability);
 
 inline constexpr Card kCard{.name = "binomial",
                             .key = "OBinomial",

@@ -4,6 +4,7 @@
 #include "catalogue/options.h"
 #include "catalogue/sentences.h"
 #include "catalogue/settings.h"
+#include "catalogue/shared_codes.h"
 
 namespace catalogue::cochran_q {
 
@@ -35,18 +36,13 @@ inline constexpr Code kNoVariableName{221215, Kind::Error, sentences::kNoFieldNa
 inline constexpr Code kUnfitVariable{
     221216, Kind::Error, "a field is not categorical, or of another type than the first[: %*]",
     "Choose categorical fields that all hold numbers or all hold texts.", Meaning::Field};
-inline constexpr Code kTooFewStepwise{221217, Kind::Warning, sentences::kStepwiseTooFew};
-inline constexpr Code kNotSignificantStepwise{221218, Kind::Warning,
-                                              sentences::kStepwiseNotSignificant};
-inline constexpr Code kTooFewPairwise{221219, Kind::Warning, sentences::kPairwiseTooFew};
-inline constexpr Code kNotSignificantPairwise{221220, Kind::Warning,
-                                              sentences::kPairwiseNotSignificant};
-inline constexpr Code kCodes[] = {kUnknownVariable,  kNoSummaries,
-                                  kNotTwoCategories, kNoSplit,
-                                  kTooManyValues,    kTooFewVariables,
-                                  kNoVariableName,   kUnfitVariable,
-                                  kTooFewStepwise,   kNotSignificantStepwise,
-                                  kTooFewPairwise,   kNotSignificantPairwise};
+inline constexpr ComparisonCodes kComparisonCodes{{.tooFewPairwise = 221219,
+                                                   .tooFewStepwise = 221217,
+                                                   .notSignificantPairwise = 221220,
+                                                   .notSignificantStepwise = 221218}};
+inline constexpr auto kCodes =
+    Together(kUnknownVariable, kNoSummaries, kNotTwoCategories, kNoSplit, kTooManyValues,
+             kTooFewVariables, kNoVariableName, kUnfitVariable, kComparisonCodes);
 
 inline constexpr Card kCard{.name = "cochran-q",
                             .key = "RCochransQ",

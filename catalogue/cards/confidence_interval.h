@@ -2,8 +2,8 @@
 
 #include "catalogue/card.h"
 #include "catalogue/options.h"
-#include "catalogue/sentences.h"
 #include "catalogue/settings.h"
+#include "catalogue/shared_codes.h"
 
 namespace catalogue::confidence_interval {
 
@@ -19,19 +19,8 @@ inline constexpr Hypothesis kHypotheses[] = {
     {"ACutPoint", "Estimated: the proportion of records with {0} at most {figure 1}."},
     {kNone, "Estimated: the proportion of records with {0} {categories 1}."}};
 
-inline constexpr Code kUnknownVariable{221503, Kind::Error, sentences::kUnknownField,
-                                       Meaning::Name};
-inline constexpr Code kUnknownMeasure{221504, Kind::Error, sentences::kUnknownMeasure,
-                                      Meaning::Field};
-inline constexpr Code kNoCategoryList{221511, Kind::Error, sentences::kNoCategoryList};
-inline constexpr Code kNoCutPoint{221512, Kind::Error, sentences::kNoCutPoint};
-inline constexpr Code kNoVariableName{221513, Kind::Error, sentences::kNoFieldNamed};
-inline constexpr Code kCutPointWanted{221514, Kind::Error, sentences::kCutPointWanted,
-                                      Meaning::Field};
-inline constexpr Code kCategoriesWanted{221515, Kind::Error, sentences::kCategoriesWanted,
-                                        Meaning::Field};
-inline constexpr Code kCodes[] = {kUnknownVariable, kUnknownMeasure, kNoCategoryList,  kNoCutPoint,
-                                  kNoVariableName,  kCutPointWanted, kCategoriesWanted};
+inline constexpr TwoClassCodes kClassCodes{221500, 221511};
+inline constexpr auto kCodes = Together(kClassCodes);
 
 /// Comes with the binomial test of the same field, which says its classes.
 inline constexpr Card kCard{.name = "confidence-interval",

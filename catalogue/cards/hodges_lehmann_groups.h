@@ -3,7 +3,7 @@
 #include "catalogue/card.h"
 #include "catalogue/options.h"
 #include "catalogue/settings.h"
-#include "catalogue/two_group_codes.h"
+#include "catalogue/shared_codes.h"
 
 namespace catalogue::hodges_lehmann_groups {
 

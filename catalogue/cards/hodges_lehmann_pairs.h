@@ -3,19 +3,15 @@
 #include "catalogue/card.h"
 #include "catalogue/options.h"
 #include "catalogue/sentences.h"
+#include "catalogue/shared_codes.h"
 
 namespace catalogue::hodges_lehmann_pairs {
 
 inline constexpr Hypothesis kHypotheses[] = {
     {kNone, "Estimated: the median of the differences {1} - {0}."}};
 
-inline constexpr Code kUnknownVariable{222403, Kind::Error, sentences::kUnknownField,
-                                       Meaning::Name};
-inline constexpr Code kNotContinuous{222404, Kind::Error, sentences::kNotContinuous,
-                                     Meaning::Field};
-inline constexpr Code kNotTwo{222409, Kind::Error, sentences::kNotTwoFields};
-inline constexpr Code kNoVariableName{222410, Kind::Error, sentences::kNoFieldNamed};
-inline constexpr Code kCodes[] = {kUnknownVariable, kNotContinuous, kNotTwo, kNoVariableName};
+inline constexpr ContinuousFieldsCodes kFieldsCodes{222400, sentences::kNotTwoFields, 222410};
+inline constexpr auto kCodes = Together(kFieldsCodes);
 
 inline constexpr Card kCard{.name = "hodges-lehmann-pairs",
                             .key = "RHodgesLehmannEstimatePairs",

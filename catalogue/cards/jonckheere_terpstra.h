@@ -4,6 +4,7 @@
 #include "catalogue/options.h"
 #include "catalogue/sentences.h"
 #include "catalogue/settings.h"
+#include "catalogue/shared_codes.h"
 
 namespace catalogue::jonckheere_terpstra {
 
@@ -31,22 +32,18 @@ inline constexpr Code kUnknownVariable{222203, Kind::Error, sentences::kUnknownF
 inline constexpr Code kTooFewGroups{
     222210, Kind::Error, "groups without records cannot be compared",
     "Check the categories of the group field, the missing values and the weights."};
-inline constexpr Code kTooFewPairwise{222211, Kind::Warning, sentences::kPairwiseTooFew};
-inline constexpr Code kTooFewStepwise{222212, Kind::Warning, sentences::kStepwiseTooFew};
-inline constexpr Code kNotSignificantPairwise{222213, Kind::Warning,
-                                              sentences::kPairwiseNotSignificant};
-inline constexpr Code kNotSignificantStepwise{222214, Kind::Warning,
-                                              sentences::kStepwiseNotSignificant};
+inline constexpr ComparisonCodes kComparisonCodes{{.tooFewPairwise = 222211,
+                                                   .tooFewStepwise = 222212,
+                                                   .notSignificantPairwise = 222213,
+                                                   .notSignificantStepwise = 222214}};
 inline constexpr Code kNoVariableName{222215, Kind::Error, sentences::kNoFieldNamed};
 inline constexpr Code kNoGroup{222216, Kind::Error, sentences::kNoGroupNamed};
 inline constexpr Code kNotCategorical{222217, Kind::Error, sentences::kGroupNotCategorical,
                                       Meaning::Field};
 inline constexpr Code kNotContinuous{222218, Kind::Error, sentences::kNotContinuous,
                                      Meaning::Field};
-inline constexpr Code kCodes[] = {
-    kUnknownVariable,        kTooFewGroups,           kTooFewPairwise, kTooFewStepwise,
-    kNotSignificantPairwise, kNotSignificantStepwise, kNoVariableName, kNoGroup,
-    kNotCategorical,         kNotContinuous};
+inline constexpr auto kCodes = Together(kUnknownVariable, kTooFewGroups, kComparisonCodes,
+                                        kNoVariableName, kNoGroup, kNotCategorical, kNotContinuous);
 
 inline constexpr Card kCard{.name = "jonckheere-terpstra",
                             .key = "IJonckheereTerpstra",

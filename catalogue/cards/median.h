@@ -4,6 +4,7 @@
 #include "catalogue/options.h"
 #include "catalogue/sentences.h"
 #include "catalogue/settings.h"
+#include "catalogue/shared_codes.h"
 
 namespace catalogue::median {
 
@@ -27,28 +28,12 @@ inline constexpr Hypothesis kHypotheses[] = {
 
 inline constexpr Code kNoMedian{222302, Kind::Error, "the median is to be given, and is not",
                                 "Give the median as a number."};
-inline constexpr Code kUnknownVariable{222303, Kind::Error, sentences::kUnknownPairOfFields,
-                                       Meaning::Name};
-inline constexpr Code kNotContinuous{222309, Kind::Error, sentences::kNotContinuous,
-                                     Meaning::Field};
-inline constexpr Code kNotCategorical{222310, Kind::Error, sentences::kGroupNotCategorical,
-                                      Meaning::Field};
+inline constexpr SeveralGroupsCodes kGroupsCodes{222300};
 inline constexpr Code kExpectedCounts{222311, Kind::Help, sentences::kExpectedCounts};
-inline constexpr Code kTooFewGroups{222312, Kind::Error, sentences::kTooFewGroups};
 inline constexpr Code kOneSided{
     222313, Kind::Error, "all records lie on one side of the median",
     "Give a median with records at or below and above it, or test a field with fewer ties."};
-inline constexpr Code kTooFewCategories{222315, Kind::Error, sentences::kTooFewCategories};
-inline constexpr Code kTooFewStepwise{222316, Kind::Warning, sentences::kStepwiseTooFew};
-inline constexpr Code kNotSignificantStepwise{222317, Kind::Warning,
-                                              sentences::kStepwiseNotSignificant};
-inline constexpr Code kTooFewPairwise{222318, Kind::Warning, sentences::kPairwiseTooFew};
-inline constexpr Code kNotSignificantPairwise{222319, Kind::Warning,
-                                              sentences::kPairwiseNotSignificant};
-inline constexpr Code kCodes[] = {
-    kNoMedian,       kUnknownVariable,        kNotContinuous,  kNotCategorical,
-    kExpectedCounts, kTooFewGroups,           kOneSided,       kTooFewCategories,
-    kTooFewStepwise, kNotSignificantStepwise, kTooFewPairwise, kNotSignificantPairwise};
+inline constexpr auto kCodes = Together(kNoMedian, kGroupsCodes, kExpectedCounts, kOneSided);
 
 inline constexpr Card kCard{.name = "median",
                             .key = "IKMedian",

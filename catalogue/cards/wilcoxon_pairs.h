@@ -3,19 +3,15 @@
 #include "catalogue/card.h"
 #include "catalogue/options.h"
 #include "catalogue/sentences.h"
+#include "catalogue/shared_codes.h"
 
 namespace catalogue::wilcoxon_pairs {
 
 inline constexpr Hypothesis kHypotheses[] = {
     {kNone, "The differences {1} - {0} are symmetric about 0."}};
 
-inline constexpr Code kUnknownVariable{221003, Kind::Error, sentences::kUnknownField,
-                                       Meaning::Name};
-inline constexpr Code kNotContinuous{221004, Kind::Error, sentences::kNotContinuous,
-                                     Meaning::Field};
-inline constexpr Code kNotTwo{221009, Kind::Error, sentences::kNotTwoFields};
-inline constexpr Code kNoVariableName{221010, Kind::Error, sentences::kNoFieldNamed};
-inline constexpr Code kCodes[] = {kUnknownVariable, kNotContinuous, kNotTwo, kNoVariableName};
+inline constexpr ContinuousFieldsCodes kFieldsCodes{221000, sentences::kNotTwoFields, 221010};
+inline constexpr auto kCodes = Together(kFieldsCodes);
 
 inline constexpr Card kCard{.name = "wilcoxon-pairs",
                             .key = "RWilcoxonSignedRanks",

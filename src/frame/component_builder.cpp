@@ -18,6 +18,17 @@ using HbHelperV1::AskHost;
 
 namespace {
 
+// The platform's codes, which are told in words under the same numbers.
+namespace told = catalogue::platform;
+static_assert(told::kNoParameters == QDHB_700::kNoParameters);
+static_assert(told::kUnreadableParameters == QDHB_700::kBadParameters);
+static_assert(told::kNoDataModel == QDHB_700::kNoDataModel);
+static_assert(told::kUnreadableDataModel == QDHB_700::kBadDataModel);
+static_assert(told::kUnreadableRecords == QDHB_700::kIteratorFailed);
+static_assert(told::kUnknownOperation == QDHB_700::kNotOffered);
+static_assert(told::kBrokenIterator == HbHelperV1::DataHelper::kBrokenIterator);
+static_assert(told::kHostThrew == HbHelperV1::kHostThrew);
+
 constexpr std::uint32_t kFirstInput = 1;
 constexpr const char* kContainerKey = "StatXML";
 constexpr const char* kMediaType = "application/vnd.lyra.stat+xml";

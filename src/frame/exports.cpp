@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "catalogue/platform.h"
 #include "foundation/export.h"
 #include "foundation/host_helpers.h"
 #include "frame/component_builder.h"
@@ -9,8 +10,6 @@
 #include "kit/contract/allocation.h"
 
 namespace {
-
-constexpr std::int32_t kNoComponent = 240001;  // the component object could not be made
 
 HBHost* host = nullptr;  // from hb_initialise; never cleared
 
@@ -95,7 +94,7 @@ QD_EXPORT uint32_t hb_create_component(HBContext* context, void*, void** compone
   NPARComponentFactory factory;
   NPARComponentBuilder* made = factory.CreateComponent(context, host);
   if (made == nullptr) {
-    if (err != nullptr) *err = kNoComponent;
+    if (err != nullptr) *err = catalogue::platform::kNotMade;
     return NPAR_FAILED;
   }
   *component = made;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "catalogue/shared_codes.h"
 #include "planning/test_construction.h"
 
 /// Asks for what is read and shown of the variables, of each that fits: also where another problem
@@ -15,6 +16,17 @@ inline void RegisterTestAndGroup(TestConstruction& construction,
   if (TestConstruction::IsCategorical(construction.KindOf(variables.group))) {
     planner.RegisterGroupVariable(variables.group);
   }
+}
+
+/// The variables of a test of several groups in no order: found, checked, put and asked for.
+inline TestConstruction::TestAndGroup LookUpSeveralGroups(
+    TestConstruction& construction, const catalogue::SeveralGroupsCodes& codes) {
+  const auto variables = construction.LookUpTestAndGroup(
+      {codes.unknownVariable, codes.unknownVariable, codes.unknownVariable, codes.notContinuous,
+       codes.notCategorical, false});
+  construction.PutTestAndGroup(variables);
+  RegisterTestAndGroup(construction, variables);
+  return variables;
 }
 
 /// Makes a k-sample test and gives it to the planner, which drives it over the records ascending by

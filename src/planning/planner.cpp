@@ -16,10 +16,6 @@
 
 namespace {
 
-constexpr std::int32_t kNotExecuted = 6;
-constexpr std::int32_t kNoEntry = 220001;        // the settings hold no list-valued entry
-constexpr std::int32_t kUnfitVariable = 220004;  // a variable of a kind that no test takes
-
 // The tests' part of the whole run's progress.
 constexpr double kTestsStart = 0.25;
 constexpr double kTestsSpan = 0.65;
@@ -171,7 +167,7 @@ QDStatus NPARPlanner::BuildTests() {
     }
   }
   if (univariates->RanOutOfMemory()) return QDStatus(kNoMemory);
-  return isAnyEntry ? QDStatus() : QDStatus(kNoEntry);
+  return isAnyEntry ? QDStatus() : QDStatus(catalogue::run::kNoTest);
 }
 
 QDStatus NPARPlanner::RunTests() {
@@ -216,7 +212,7 @@ QDStatus NPARPlanner::RunWorkers() {
 }
 
 QDStatus NPARPlanner::WriteOutput(std::ostream& stream, const NPARRunInfo& runInfo) {
-  if (!executed || written) return QDStatus(kNotExecuted);
+  if (!executed || written) return QDStatus(catalogue::run::kNoResult);
   written = true;
   return GuardAllocation(kMemoryExhausted, [&] {
     std::vector<std::unique_ptr<XMLElement>> results = mainWorker->TakeResults();
@@ -238,7 +234,7 @@ std::int32_t NPARPlanner::GetVariableLevel(const std::string& name) {
       kind == VariableKind::StringCategory) {
     return static_cast<std::int32_t>(kind);
   }
-  status = QDStatus(kUnfitVariable);
+  status = QDStatus(catalogue::run::kUnfitVariable);
   return 0;
 }
 

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "catalogue/run.h"
 #include "kit/contract/allocation.h"
 
 namespace {
 
-constexpr std::int32_t kNoRecordKept = 220003;    // the source delivered no record that was kept
-constexpr std::int32_t kNoSource = 220005;        // there is no source
-constexpr std::int32_t kWeightTooLarge = 220026;  // a weight above kLargestWeight, or no number
 constexpr double kLargestWeight = 2147483647.0;
 
 }  // namespace
@@ -23,7 +21,7 @@ InitialDataReader::InitialDataReader(BatchSource* source, bool skipMissing,
       variables(variables) {}
 
 QDStatus InitialDataReader::Read() {
-  if (source == nullptr) return QDStatus(kNoSource);
+  if (source == nullptr) return QDStatus(catalogue::run::kNoSortedData);
   return GuardAllocation(kNoMemory, [this] {
     static_cast<void>(source->Reset());  // a source that stands nowhere has no record
     bool isFirst = true;
@@ -33,7 +31,7 @@ QDStatus InitialDataReader::Read() {
       const QDStatus status = Keep(*batch);
       if (status.IsError()) return status;
     }
-    return Count() == 0 ? QDStatus(kNoRecordKept) : QDStatus();
+    return Count() == 0 ? QDStatus(catalogue::run::kNoData) : QDStatus();
   });
 }
 
@@ -57,7 +55,8 @@ QDStatus InitialDataReader::Keep(RecordBatch& batch) {
   if (weightIndex >= 0) {
     const double* weights = batch.Of(weightIndex);
     const auto fits = [](double weight) { return weight <= kLargestWeight; };
-    if (!std::all_of(weights, weights + batch.Size(), fits)) return QDStatus(kWeightTooLarge);
+    if (!std::all_of(weights, weights + batch.Size(), fits))
+      return QDStatus(catalogue::run::kWeightTooLarge);
   }
   records.Append(complete.Select(batch, marks));
   return QDStatus();

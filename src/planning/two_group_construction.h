@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "catalogue/two_group_codes.h"
+#include "catalogue/shared_codes.h"
 #include "planning/test_construction.h"
 
 /// Errors of the entry of a two-group test.

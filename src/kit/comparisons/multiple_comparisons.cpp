@@ -4,13 +4,11 @@
 #include <cmath>
 #include <string>
 
+#include "catalogue/run.h"
 #include "kit/order/interruption.h"
 #include "kit/statistics/normal.h"
 
 namespace {
-
-constexpr std::int32_t kSampleStandsAlone = 220013;  // a sample is in no subset with another one
-constexpr std::int32_t kTooManySamples = 220027;     // for a table of their pairs
 
 constexpr std::size_t kFewestSamples = 3;
 
@@ -41,8 +39,10 @@ bool MultipleComparison::PassGate(NPARTest& test, double level, double overallSi
   if (wanted == ComparisonKind::None) return false;
   const bool isSignificant = level > overallSig;
   if (isSignificant && WantsTooManyPairs(sampleCount)) {
-    test.AddMessage(
-        {QDStatus(kTooManySamples), MessageKind::Warning, {std::to_string(sampleCount)}, {}});
+    test.AddMessage({QDStatus(catalogue::run::kTooManySamples),
+                     MessageKind::Warning,
+                     {std::to_string(sampleCount)},
+                     {}});
     wanted = ComparisonKind::None;
     return false;
   }
@@ -163,7 +163,9 @@ void MultipleComparison::WarnOfSingles(NPARTest& test) const {
     if (subset.range.Size() != 1) continue;
     std::string group = std::to_string(subset.range.first);
     if (policy.keepsShrunkSingles) group += ';' + std::to_string(subset.range.last);
-    test.AddMessage(
-        {QDStatus(kSampleStandsAlone), MessageKind::Warning, {}, {{"group", std::move(group)}}});
+    test.AddMessage({QDStatus(catalogue::run::kSampleStandsAlone),
+                     MessageKind::Warning,
+                     {},
+                     {{"group", std::move(group)}}});
   }
 }

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "catalogue/shared_codes.h"
 #include "foundation/names.h"
 #include "kit/contract/stage_progress.h"
 #include "kit/contract/test.h"
@@ -79,14 +80,6 @@ struct HomogeneousSubset {
   double adjSig = QDMV::gMissingValue;
 };
 
-/// Warnings of a comparison that falls away.
-struct ComparisonCodes {
-  std::int32_t tooFewPairwise;
-  std::int32_t tooFewStepwise;
-  std::int32_t notSignificantPairwise;
-  std::int32_t notSignificantStepwise;
-};
-
 /// Where the step-downs of the tests part.
 struct StepwisePolicy {
   /// A range is told apart when sigLevel is above its adjusted significance, or its plain one.
@@ -112,7 +105,8 @@ struct StepwisePolicy {
 /// 70 (1975); G. Campbell and J. H. Skillings, JASA 80 (1985).
 class MultipleComparison {
  public:
-  explicit MultipleComparison(const ComparisonCodes& codes, StepwisePolicy policy = {})
+  /// The codes live as long as the program.
+  explicit MultipleComparison(const catalogue::ComparisonCodes& codes, StepwisePolicy policy = {})
       : codes(codes), policy(policy) {}
 
   void Want(ComparisonKind kind) noexcept { wanted = kind; }
@@ -196,7 +190,7 @@ class MultipleComparison {
   void CleanSubsets();
   void WarnOfSingles(NPARTest& test) const;
 
-  ComparisonCodes codes;
+  const catalogue::ComparisonCodes& codes;
   StepwisePolicy policy;
   ComparisonKind wanted = ComparisonKind::None;
   bool done = false;

@@ -53,18 +53,18 @@ void TwoGroups::BuildGroupOfCode() {
 }
 
 void TwoGroups::Check(NPARTest& test, const UnivariateResults* summaries,
-                      const TwoGroupCodes& codes) const {
+                      const catalogue::TwoGroupCodes& codes) const {
   const auto finding = [&]() -> std::int32_t {
     if (summaries == nullptr) return codes.noSummaries;
     if (!areUserSpecified) {
       return summaries->GetCategoryCount(key.groupVariable) == 2 ? 0 : codes.notTwoCategories;
     }
-    if (lists[First].empty() || lists[Second].empty()) return codes.unpopulated;
-    if (IsAnyIn(lists[Second], lists[First])) return codes.overlap;
+    if (lists[First].empty() || lists[Second].empty()) return codes.groupWithoutData;
+    if (IsAnyIn(lists[Second], lists[First])) return codes.inBothGroups;
     std::map<std::int32_t, std::int64_t> frequencies;
     static_cast<void>(summaries->GetFrequencies(key.groupVariable, frequencies));
     const bool haveData = HasData(lists[First], frequencies) && HasData(lists[Second], frequencies);
-    return haveData ? 0 : codes.unpopulated;
+    return haveData ? 0 : codes.groupWithoutData;
   }();
   if (finding != 0) test.ReportStatus(QDStatus(finding), MessageKind::Error);
 }

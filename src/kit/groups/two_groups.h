@@ -4,18 +4,11 @@
 #include <cstdint>
 #include <vector>
 
+#include "catalogue/shared_codes.h"
 #include "foundation/names.h"
 #include "kit/contract/test.h"
 #include "kit/groups/group_tally.h"
 #include "kit/summaries/univariate.h"
-
-/// Errors of the groups of a two-group test.
-struct TwoGroupCodes {
-  std::int32_t noSummaries;       ///< the run's summaries were not handed over
-  std::int32_t notTwoCategories;  ///< default groups of a variable without exactly two categories
-  std::int32_t overlap;           ///< a category in both lists
-  std::int32_t unpopulated;       ///< an empty list, or one without any data
-};
 
 /// The two groups of records that a test compares: lists of category codes of the group variable,
 /// given by the user or one category each.
@@ -29,7 +22,8 @@ class TwoGroups {
   void Read(const SettingsReader& settings);
   /// Reports the first finding to the test. A list may name categories that have no data, provided
   /// that one of its categories has some.
-  void Check(NPARTest& test, const UnivariateResults* summaries, const TwoGroupCodes& codes) const;
+  void Check(NPARTest& test, const UnivariateResults* summaries,
+             const catalogue::TwoGroupCodes& codes) const;
 
   /// Of the tally with their histograms.
   [[nodiscard]] const GroupTally::Key& TallyKey() const noexcept { return key; }

@@ -3,13 +3,11 @@
 #include <algorithm>
 #include <array>
 
+#include "catalogue/run.h"
 #include "kit/records/batch_source.h"
 #include "kit/records/record_weight.h"
 
 namespace {
-
-/// Quartiles were asked for and there is no sorted data.
-constexpr std::int32_t kNoSortedData = 220005;
 
 constexpr std::int32_t kFirstStatistic = static_cast<std::int32_t>(Statistic::Mean);
 constexpr std::int32_t kLastStatistic = static_cast<std::int32_t>(Statistic::All);
@@ -114,7 +112,7 @@ QDStatus QDContUnivariateVariable::EndPass() {
 QDStatus QDContUnivariateVariable::WalkSortedValues() {
   BatchSource* sorted =
       sortedData == nullptr ? nullptr : sortedData->GetSortedIterator(variableIndex);
-  if (sorted == nullptr) return QDStatus(kNoSortedData);
+  if (sorted == nullptr) return QDStatus(catalogue::run::kNoSortedData);
   hinges = HingeWalk(static_cast<double>(totalWeight));
   ForEachBatch(*sorted, [this](RecordBatch& batch) {
     const double* values = batch.Of(variableIndex);

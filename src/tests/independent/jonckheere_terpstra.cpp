@@ -18,11 +18,6 @@ namespace card = catalogue::jonckheere_terpstra;
 
 namespace {
 
-constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = card::kTooFewPairwise,
-                                           .tooFewStepwise = card::kTooFewStepwise,
-                                           .notSignificantPairwise = card::kNotSignificantPairwise,
-                                           .notSignificantStepwise = card::kNotSignificantStepwise};
-
 constexpr std::int32_t kPasses = 3;
 
 /// The codes of all categories, ascending: as listed for an ordinal variable, else by value.
@@ -47,7 +42,7 @@ NormalFigures Standardize(const JonckheereSums& sums, const std::vector<double>&
 }  // namespace
 
 NPARJonckTer::NPARJonckTer(QDSettings* settings)
-    : NPARTest(settings), comparison(kComparisonCodes, {.countsPairsOfGroups = true}) {}
+    : NPARTest(settings), comparison(card::kComparisonCodes, {.countsPairsOfGroups = true}) {}
 
 void NPARJonckTer::Prepare(const SettingsReader& settings) {
   groups.ReadVariables(settings);

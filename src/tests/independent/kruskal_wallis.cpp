@@ -17,17 +17,13 @@ namespace card = catalogue::kruskal_wallis;
 
 namespace {
 
-constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = card::kTooFewPairwise,
-                                           .tooFewStepwise = card::kTooFewStepwise,
-                                           .notSignificantPairwise = card::kNotSignificantPairwise,
-                                           .notSignificantStepwise = card::kNotSignificantStepwise};
 constexpr StepwisePolicy kPolicy{.judgesOnAdjusted = false, .countsPairsOfGroups = true};
 constexpr std::int32_t kPasses = 3;
 
 }  // namespace
 
 NPARKruskalWOneWay::NPARKruskalWOneWay(QDSettings* settings)
-    : NPARTest(settings), comparison(kComparisonCodes, kPolicy) {}
+    : NPARTest(settings), comparison(card::kGroupsCodes.comparison, kPolicy) {}
 
 void NPARKruskalWOneWay::Prepare(const SettingsReader& settings) {
   groups.ReadVariables(settings);
@@ -61,7 +57,7 @@ void NPARKruskalWOneWay::Finish() {
 
 void NPARKruskalWOneWay::Compute() {
   if (tally->Groups().size() < 2) {
-    Fail(card::kTooFewGroups);
+    Fail(card::kGroupsCodes.tooFewGroups);
     return;
   }
   overallRanks.CloseRun();
@@ -164,14 +160,10 @@ XMLElement* NPARKruskalWOneWay::WriteResults() {
 
 template <>
 std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
-  const auto variables = construction.LookUpTestAndGroup(
-      {card::kUnknownVariable, card::kUnknownVariable, card::kUnknownVariable, card::kNotContinuous,
-       card::kNotCategorical, false});
-  construction.PutTestAndGroup(variables);
-  RegisterTestAndGroup(construction, variables);
+  const auto variables = LookUpSeveralGroups(construction, card::kGroupsCodes);
   if (!construction.Copy("typeOfMultipleComparison")) construction.Fail(card::kNoComparison);
   if (construction.IsOK() && construction.CategoriesOf(variables.group)->Size() < 2) {
-    construction.Fail(card::kTooFewCategories);
+    construction.Fail(card::kGroupsCodes.tooFewCategories);
   }
   return AddGroupTest<NPARKruskalWOneWay>(construction, variables);
 }

@@ -18,11 +18,6 @@ namespace card = catalogue::median;
 
 namespace {
 
-constexpr ComparisonCodes kComparisonCodes{.tooFewPairwise = card::kTooFewPairwise,
-                                           .tooFewStepwise = card::kTooFewStepwise,
-                                           .notSignificantPairwise = card::kNotSignificantPairwise,
-                                           .notSignificantStepwise = card::kNotSignificantStepwise};
-
 constexpr std::int32_t kPasses = 3;
 
 /// With fewer groups their table of medians costs more than it saves.
@@ -31,7 +26,7 @@ constexpr std::size_t kFewestForTable = 64;
 }  // namespace
 
 NPARKSMedian::NPARKSMedian(QDSettings* settings)
-    : NPARTest(settings), comparison(kComparisonCodes) {}
+    : NPARTest(settings), comparison(card::kGroupsCodes.comparison) {}
 
 void NPARKSMedian::Prepare(const SettingsReader& settings) {
   groups.ReadVariables(settings);
@@ -96,7 +91,7 @@ void NPARKSMedian::Compute() {
   if (tally->TotalWeight() == 0) {
     Fail(catalogue::run::kNoData);
   } else if (tally->Groups().size() < 2) {
-    Fail(card::kTooFewGroups);
+    Fail(card::kGroupsCodes.tooFewGroups);
   }
   lowerCounts.assign(tally->Groups().size(), 0);
   median = givenMedian;
@@ -242,13 +237,9 @@ XMLElement* NPARKSMedian::WriteResults() {
 
 template <>
 std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
-  const auto variables = construction.LookUpTestAndGroup(
-      {card::kUnknownVariable, card::kUnknownVariable, card::kUnknownVariable, card::kNotContinuous,
-       card::kNotCategorical, false});
-  construction.PutTestAndGroup(variables);
-  RegisterTestAndGroup(construction, variables);
+  const auto variables = LookUpSeveralGroups(construction, card::kGroupsCodes);
   if (construction.IsOK() && construction.CategoriesOf(variables.group)->Size() < 2) {
-    construction.Fail(card::kTooFewCategories);
+    construction.Fail(card::kGroupsCodes.tooFewCategories);
   }
   construction.Put("typeOfMultipleComparison",
                    construction.ReadText("typeOfMultipleComparison", "none"));

@@ -4,9 +4,7 @@
 
 NPARTwoGroupTest::NPARTwoGroupTest(QDSettings* settings, const catalogue::TwoGroupCodes& codes,
                                    Passes passes)
-    : NPARTest(settings),
-      codes{codes.noSummaries, codes.notTwoCategories, codes.inBothGroups, codes.groupWithoutData},
-      passCount(static_cast<std::int32_t>(passes)) {}
+    : NPARTest(settings), codes(codes), passCount(static_cast<std::int32_t>(passes)) {}
 
 void NPARTwoGroupTest::Prepare(const SettingsReader& settings) {
   // A test that is born failed reads nothing: its indices stay -1.
@@ -23,7 +21,7 @@ void NPARTwoGroupTest::Compute() {
   if (TotalCount() == 0) {
     Fail(catalogue::run::kNoData);
   } else if (counts[0] < 1 || counts[1] < 1) {
-    Fail(codes.unpopulated);
+    Fail(codes.groupWithoutData);
   } else {
     ComputeFigures();
   }

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "catalogue/two_group_codes.h"
+#include "catalogue/shared_codes.h"
 #include "kit/contract/test.h"
 #include "kit/groups/group_tally.h"
 #include "kit/groups/two_groups.h"
@@ -38,6 +38,6 @@ class NPARTwoGroupTest : public NPARTest {
   std::array<std::int64_t, 2> counts{0, 0};  // sums of weights
 
  private:
-  TwoGroupCodes codes;
+  const catalogue::TwoGroupCodes& codes;
   std::int32_t passCount;
 };

@@ -13,13 +13,6 @@ namespace card = catalogue::binomial;
 
 namespace {
 
-constexpr TwoClassCodes kClassCodes{.noVariableName = card::kNoVariableName,
-                                    .unknownVariable = card::kUnknownVariable,
-                                    .unknownMeasure = card::kUnknownMeasure,
-                                    .noCategoryList = card::kNoCategoryList,
-                                    .noCutPoint = card::kNoCutPoint,
-                                    .cutPointWanted = card::kCutPointWanted,
-                                    .categoriesWanted = card::kCategoriesWanted};
 constexpr TwoClassKeys kConditionKeys{"CategoryListsAreSpecified_O_Binomial_5",
                                       "ACutPointIsSpecified_O_Binomial_4",
                                       "ABinaryTestVariableIsSpecified_O_Binomial_5"};
@@ -93,8 +86,8 @@ XMLElement* NPARBinomial::WriteResults() {
 
 template <>
 std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
-  const TwoClassEntry classes = ReadTwoClasses(construction, kClassCodes);
+  const TwoClassEntry classes = ReadTwoClasses(construction, card::kClassCodes);
   if (construction.IsOK()) construction.Copy(card::kTestProbability.key);
-  CheckTwoClasses(construction, kClassCodes, classes);
+  CheckTwoClasses(construction, card::kClassCodes, classes);
   return construction.Make<NPARBinomial>();
 }

@@ -9,13 +9,6 @@ namespace card = catalogue::confidence_interval;
 
 namespace {
 
-constexpr TwoClassCodes kClassCodes{.noVariableName = card::kNoVariableName,
-                                    .unknownVariable = card::kUnknownVariable,
-                                    .unknownMeasure = card::kUnknownMeasure,
-                                    .noCategoryList = card::kNoCategoryList,
-                                    .noCutPoint = card::kNoCutPoint,
-                                    .cutPointWanted = card::kCutPointWanted,
-                                    .categoriesWanted = card::kCategoriesWanted};
 constexpr TwoClassKeys kConditionKeys{"CategoryListsAreSpecified_O_Binomial_2",
                                       "ACutPointIsSpecified_O_Binomial_2",
                                       "ABinaryTestVariableIsSpecified_O_Binomial_2"};
@@ -69,7 +62,7 @@ XMLElement* NPAREstimateCI::WriteResults() {
 
 template <>
 std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
-  CheckTwoClasses(construction, kClassCodes, ReadTwoClasses(construction, kClassCodes));
+  CheckTwoClasses(construction, card::kClassCodes, ReadTwoClasses(construction, card::kClassCodes));
   for (const catalogue::FlagKey* method : card::kAskedBy) construction.Copy(method->key);
   return construction.Make<NPAREstimateCI>();
 }

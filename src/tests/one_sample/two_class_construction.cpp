@@ -5,11 +5,12 @@
 
 namespace keys = catalogue::settings;
 
-TwoClassEntry ReadTwoClasses(TestConstruction& construction, const TwoClassCodes& codes) {
+TwoClassEntry ReadTwoClasses(TestConstruction& construction,
+                             const catalogue::TwoClassCodes& codes) {
   NPARPlanner& planner = construction.Planner();
   TwoClassEntry entry;
   entry.variable =
-      construction.LookUpVariable("variableName", codes.noVariableName, codes.unknownVariable);
+      construction.LookUpVariable("variableName", codes.noVariable, codes.unknownVariable);
   if (entry.variable < 0) return entry;
   construction.Put("variableIndex", entry.variable);
   const VariableKind kind = construction.KindOf(entry.variable);
@@ -40,7 +41,7 @@ TwoClassEntry ReadTwoClasses(TestConstruction& construction, const TwoClassCodes
   return entry;
 }
 
-void CheckTwoClasses(TestConstruction& construction, const TwoClassCodes& codes,
+void CheckTwoClasses(TestConstruction& construction, const catalogue::TwoClassCodes& codes,
                      const TwoClassEntry& entry) {
   if (!construction.IsOK()) return;
   const VariableKind kind = construction.KindOf(entry.variable);

@@ -34,11 +34,7 @@ NPARCochransQ::NPARCochransQ(QDSettings* settings, const QDVarList* variables)
                              .notTwoCategories = card::kNotTwoCategories,
                              .tooManyValues = card::kTooManyValues,
                              .noGivenSplit = card::kNoSplit}),
-      comparison({.tooFewPairwise = card::kTooFewPairwise,
-                  .tooFewStepwise = card::kTooFewStepwise,
-                  .notSignificantPairwise = card::kNotSignificantPairwise,
-                  .notSignificantStepwise = card::kNotSignificantStepwise},
-                 {.countsPairsOfGroups = true}) {}
+      comparison(card::kComparisonCodes, {.countsPairsOfGroups = true}) {}
 
 void NPARCochransQ::Prepare(const SettingsReader& settings) {
   tested = settings.List<std::int32_t>("variableIndex");

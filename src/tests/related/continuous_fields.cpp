@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
-void LookUpContinuousFields(TestConstruction& construction, const ContinuousFieldsCodes& codes,
-                            FieldCount count) {
+void LookUpContinuousFields(TestConstruction& construction,
+                            const catalogue::ContinuousFieldsCodes& codes, FieldCount count) {
   const std::vector<std::int32_t> variables =
-      construction.LookUpList(codes.noVariableName, codes.unknownVariable);
+      construction.LookUpList(codes.noVariables, codes.unknownVariable);
   construction.Put("variableIndex", variables);
   const bool isCountRight =
       count == FieldCount::Two ? variables.size() == 2 : variables.size() >= 2;

@@ -7,18 +7,9 @@ namespace card = catalogue::friedman;
 
 namespace {
 
-constexpr NPARRankedRecords::Profile kProfile{
-    .card = card::kCard,
-    .conditionKey = "R_FriedmansTwoWayByRanks_1",
-    .fieldCodes = {.noVariableName = card::kNoVariableName,
-                   .unknownVariable = card::kUnknownVariable,
-                   .wrongCount = card::kTooFewVariables,
-                   .notContinuous = card::kNotContinuous},
-    .noComparison = card::kNoComparison,
-    .comparisonCodes = {.tooFewPairwise = card::kTooFewPairwise,
-                        .tooFewStepwise = card::kTooFewStepwise,
-                        .notSignificantPairwise = card::kNotSignificantPairwise,
-                        .notSignificantStepwise = card::kNotSignificantStepwise}};
+constexpr NPARRankedRecords::Profile kProfile{.card = card::kCard,
+                                              .conditionKey = "R_FriedmansTwoWayByRanks_1",
+                                              .codes = card::kRankedRecordsCodes};
 
 }  // namespace
 

@@ -41,7 +41,7 @@ double TieSumOfSizes(const WeightedValues& values) {
 }  // namespace
 
 void NPARHodgesLehmannPairs::Prepare(const SettingsReader& settings) {
-  if (!differences.ReadPair(settings)) Fail(card::kNotTwo);
+  if (!differences.ReadPair(settings)) Fail(card::kFieldsCodes.wrongCount);
   Require({differences.First(), differences.Second()});
 }
 
@@ -89,11 +89,6 @@ XMLElement* NPARHodgesLehmannPairs::WriteResults() {
 
 template <>
 std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
-  LookUpContinuousFields(construction,
-                         {.noVariableName = card::kNoVariableName,
-                          .unknownVariable = card::kUnknownVariable,
-                          .wrongCount = card::kNotTwo,
-                          .notContinuous = card::kNotContinuous},
-                         FieldCount::Two);
+  LookUpContinuousFields(construction, card::kFieldsCodes, FieldCount::Two);
   return construction.Make<NPARHodgesLehmannPairs>();
 }

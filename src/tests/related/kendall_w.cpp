@@ -9,18 +9,9 @@ namespace card = catalogue::kendall_w;
 
 namespace {
 
-constexpr NPARRankedRecords::Profile kProfile{
-    .card = card::kCard,
-    .conditionKey = "R_KendallsCoefficient_1",
-    .fieldCodes = {.noVariableName = card::kNoVariableName,
-                   .unknownVariable = card::kUnknownVariable,
-                   .wrongCount = card::kTooFewVariables,
-                   .notContinuous = card::kNotContinuous},
-    .noComparison = card::kNoComparison,
-    .comparisonCodes = {.tooFewPairwise = card::kTooFewPairwise,
-                        .tooFewStepwise = card::kTooFewStepwise,
-                        .notSignificantPairwise = card::kNotSignificantPairwise,
-                        .notSignificantStepwise = card::kNotSignificantStepwise}};
+constexpr NPARRankedRecords::Profile kProfile{.card = card::kCard,
+                                              .conditionKey = "R_KendallsCoefficient_1",
+                                              .codes = card::kRankedRecordsCodes};
 
 }  // namespace
 

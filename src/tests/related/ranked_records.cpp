@@ -11,6 +11,7 @@
 #include "report/algorithm_element.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
+#include "tests/related/continuous_fields.h"
 
 namespace {
 
@@ -22,12 +23,12 @@ constexpr std::int32_t kPassesWithStepwise = 2;
 }  // namespace
 
 NPARRankedRecords::NPARRankedRecords(QDSettings* settings, const Profile& profile)
-    : NPARTest(settings), profile(profile), comparison(profile.comparisonCodes, kPolicy) {}
+    : NPARTest(settings), profile(profile), comparison(profile.codes.comparison, kPolicy) {}
 
 void NPARRankedRecords::Prepare(const SettingsReader& settings) {
   variables = settings.List<std::int32_t>("variableIndex");
   const std::size_t k = variables.size();
-  if (k < 2) Fail(profile.fieldCodes.wrongCount);
+  if (k < 2) Fail(profile.codes.fields.wrongCount);
   if (HasFailed()) return;
   Require(variables);
   comparison.Want(ComparisonFromWord(settings.Text(kComparisonKey)));
@@ -159,10 +160,10 @@ XMLElement* NPARRankedRecords::WriteResults() {
 }
 
 void NPARRankedRecords::ReadEntry(TestConstruction& construction, const Profile& profile) {
-  LookUpContinuousFields(construction, profile.fieldCodes, FieldCount::TwoOrMore);
+  LookUpContinuousFields(construction, profile.codes.fields, FieldCount::TwoOrMore);
   std::string word;
   if (construction.IsOK() && !construction.Read(kComparisonKey, word)) {
-    construction.Fail(profile.noComparison);
+    construction.Fail(profile.codes.noComparison);
   }
   if (ComparisonFromWord(word) != ComparisonKind::None) construction.Put(kComparisonKey, word);
 }

@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "catalogue/card.h"
+#include "catalogue/shared_codes.h"
 #include "kit/comparisons/multiple_comparisons.h"
 #include "kit/comparisons/range_ranks.h"
 #include "kit/contract/test.h"
 #include "kit/ranks/column_ranks.h"
 #include "kit/ranks/rank_counts.h"
-#include "tests/related/continuous_fields.h"
 
 /// The two-way analysis of variance by ranks, which Friedman's test and Kendall's coefficient
 /// share.
@@ -28,9 +28,7 @@ class NPARRankedRecords : public NPARTest {
   struct Profile {
     const catalogue::Card& card;
     const char* conditionKey;
-    ContinuousFieldsCodes fieldCodes;
-    std::int32_t noComparison;  // the entry does not say which comparison is wanted
-    ComparisonCodes comparisonCodes;
+    const catalogue::RankedRecordsCodes& codes;
   };
 
   /// Reads the entry into the settings of a test.

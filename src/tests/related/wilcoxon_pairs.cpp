@@ -12,7 +12,7 @@ namespace card = catalogue::wilcoxon_pairs;
 
 void NPARWilcoxonPairs::Prepare(const SettingsReader& settings) {
   ExpectPasses(2);
-  if (!differences.ReadPair(settings)) Fail(card::kNotTwo);
+  if (!differences.ReadPair(settings)) Fail(card::kFieldsCodes.wrongCount);
   Require({differences.First(), differences.Second()});
 }
 
@@ -60,11 +60,6 @@ XMLElement* NPARWilcoxonPairs::WriteResults() {
 
 template <>
 std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {
-  LookUpContinuousFields(construction,
-                         {.noVariableName = card::kNoVariableName,
-                          .unknownVariable = card::kUnknownVariable,
-                          .wrongCount = card::kNotTwo,
-                          .notContinuous = card::kNotContinuous},
-                         FieldCount::Two);
+  LookUpContinuousFields(construction, card::kFieldsCodes, FieldCount::Two);
   return construction.Make<NPARWilcoxonPairs>();
 }

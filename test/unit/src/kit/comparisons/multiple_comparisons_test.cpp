@@ -18,7 +18,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-constexpr ComparisonCodes kCodes{1, 2, 3, 4};
+constexpr catalogue::ComparisonCodes kCodes{{1, 2, 3, 4}};
 constexpr std::int32_t kStandsAlone = 220013;
 constexpr StepwisePolicy kKeepsSingles{true, true};
 
