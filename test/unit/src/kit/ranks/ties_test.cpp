@@ -12,8 +12,9 @@
 #include "kit/ranks/rank.h"
 #include "kit/ranks/record_ranks.h"
 #include "kit/ranks/signed_ranks.h"
+#include "kit/groups/two_groups.h"
+#include "tests/independent/control_ranks.h"
 #include "tests/independent/jonckheere_statistic.h"
-#include "tests/independent/moses.h"
 
 namespace {
 
