@@ -41,6 +41,10 @@ class TwoClasses {
   [[nodiscard]] std::int64_t FirstCount() const noexcept { return WeightOrNone(firstCount); }
   [[nodiscard]] std::int64_t SecondCount() const noexcept { return WeightOrNone(secondCount); }
   [[nodiscard]] std::int64_t Total() const noexcept { return FirstCount() + SecondCount(); }
+  /// Of the first class; not a number without records.
+  [[nodiscard]] double FirstShare() const noexcept {
+    return static_cast<double>(FirstCount()) / static_cast<double>(Total());
+  }
   /// The missing value before Prepare.
   [[nodiscard]] double CutPoint() const noexcept { return cutPoint; }
   /// Category codes of the classes, -1 for a given text that is no category.

@@ -39,11 +39,11 @@ std::vector<double> OrdersByRuns(std::int64_t n1, std::int64_t n2) {
   double a = kTop;
   for (std::int64_t i = mode; i <= most; ++i) {
     put(i, a);
-    a *= ratio(i);
+    a = NormalOrNone(a * ratio(i));
   }
   a = kTop;
   for (std::int64_t i = mode - 1; i >= 1; --i) {
-    a /= ratio(i);
+    a = NormalOrNone(a / ratio(i));
     put(i, a);
   }
   return orders;

@@ -6,6 +6,7 @@
 #include "catalogue/cards/binomial.h"
 #include "catalogue/run.h"
 #include "kit/statistics/binomial.h"
+#include "kit/statistics/exact_binomial.h"
 #include "report/elements.h"
 #include "tests/one_sample/two_class_construction.h"
 
@@ -53,6 +54,18 @@ void NPARBinomial::Compute() {
   if (testProbability * 100.0 > first / total * 100.0 && !twoTailed) {
     Help(card::kBelowProbability, {NumberText(testProbability)});
   }
+}
+
+void NPARBinomial::Extend(ExtendedFigures& figures) {
+  AddClasses(figures);
+  if (const auto exact =
+          ExactBinomialTails(classes.FirstCount(), classes.Total(), testProbability)) {
+    figures.Add("ExactSig1TailedLess", exact->less);
+    figures.Add("ExactSig1TailedGreater", exact->greater);
+    figures.Add("ExactSig2Tailed", exact->twoSided);
+  }
+  AddShareIntervals(figures);
+  figures.Add("CohensH", CohensH(classes.FirstShare(), testProbability));
 }
 
 XMLElement* NPARBinomial::WriteResults() {

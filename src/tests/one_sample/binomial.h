@@ -27,6 +27,7 @@ class NPARBinomial final : public TwoClassTest {
   /// Error 220003: the weights sum to 0; 220007: a distribution function failed. Help message
   /// 221311, with p: the observed proportion lies below p (and p is not 1/2).
   void Compute() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
   /// Doubles a one-sided value where the test is two-sided.

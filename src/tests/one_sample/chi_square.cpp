@@ -1,10 +1,13 @@
 #include "tests/one_sample/chi_square.h"
 
+#include <cmath>
 #include <map>
+#include <utility>
 
 #include "catalogue/cards/chi_square.h"
 #include "catalogue/run.h"
 #include "kit/groups/category_selection.h"
+#include "kit/statistics/goodness_of_fit.h"
 #include "planning/test_construction.h"
 #include "report/algorithm_element.h"
 #include "report/elements.h"
@@ -124,8 +127,6 @@ void NPARChiSquare::Prepare(const SettingsReader& settings) {
 }
 
 void NPARChiSquare::Compute() {
-  std::vector<std::int64_t> observed;
-  std::vector<double> proportions;
   for (const Category& category : categories) {
     observed.push_back(category.observed);
     proportions.push_back(category.proportion);
@@ -135,17 +136,36 @@ void NPARChiSquare::Compute() {
     Fail(catalogue::run::kNoData);
     return;
   }
-  const auto [chiSquare, expected] = ChiSquareGoodnessOfFit(observed, proportions);
-  figures = chiSquare;
+  const auto [figures, expected] = ChiSquareGoodnessOfFit(observed, proportions);
+  chiSquare = figures;
   Help(card::kExpectedCounts, {IntegerText(expected.lowCells), NumberText(expected.LowPercentage()),
                                NumberText(expected.smallest)});
+}
+
+void NPARChiSquare::Extend(ExtendedFigures& figures) {
+  const std::vector<double> expected = ExpectedOf(observed, proportions);
+  const ChiSquareFigures ratio = LikelihoodRatio(observed, expected);
+  const auto n = static_cast<double>(totalN);
+  figures.Add("LikelihoodRatioStatistic", ratio.statistic);
+  figures.Add("LikelihoodRatioSig", ratio.sig);
+  figures.Add("CohensW", std::sqrt(chiSquare.statistic / n));
+  figures.Add("ExactMultinomialSig", ExactMultinomialSig(observed, expected));
+  FigureTable table{
+      "Categories", {"Observed", "Expected", "PearsonResidual", "StandardizedResidual"}, {}};
+  for (std::size_t i = 0; i < categories.size(); ++i) {
+    const double deviation = static_cast<double>(observed[i]) - expected[i];
+    table.AddRow(categories[i].code,
+                 {observed[i], expected[i], deviation / std::sqrt(expected[i]),
+                  deviation / std::sqrt(expected[i] * (1.0 - expected[i] / n))});
+  }
+  figures.Add(std::move(table));
 }
 
 XMLElement* NPARChiSquare::WriteResults() {
   return WriteAlgorithm(
       *this,
       {.card = card::kCard,
-       .decidingSig = figures.sig,
+       .decidingSig = chiSquare.sig,
        .condition = {userProbabilities ? "UserSpecifiesProbabilities_O_ChiSquare_1"
                                        : "DefaultEqualProbabilities_O_ChiSquare_1",
                      {IntegerText(variableIndex)}}},
@@ -165,9 +185,9 @@ XMLElement* NPARChiSquare::WriteResults() {
         AddUnknownValues(algorithm, unknownTexts);
         AddFigures(algorithm, "StatisticsResult",
                    {{"TotalN", totalN},
-                    {"TestStatistic", figures.statistic},
+                    {"TestStatistic", chiSquare.statistic},
                     {"DegreeOfFreedom", static_cast<std::int64_t>(categories.size()) - 1},
-                    {"AsymptoticSig2Tailed", figures.sig}});
+                    {"AsymptoticSig2Tailed", chiSquare.sig}});
       });
 }
 

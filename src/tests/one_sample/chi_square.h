@@ -25,6 +25,7 @@ class NPARChiSquare final : public NPARTest {
   /// Error 220003: the weights sum to 0. Help message 220211: cells with E below 5, their
   /// percentage, the smallest E.
   void Compute() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
   struct Category {
@@ -37,6 +38,9 @@ class NPARChiSquare final : public NPARTest {
   bool userProbabilities = true;
   std::vector<std::string> givenTexts;
   std::vector<Category> categories;
+  // By category.
+  std::vector<std::int64_t> observed;
+  std::vector<double> proportions;
   std::int64_t totalN = 0;
-  ChiSquareFigures figures;
+  ChiSquareFigures chiSquare;
 };

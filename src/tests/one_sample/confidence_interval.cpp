@@ -37,6 +37,11 @@ void NPAREstimateCI::Compute() {
   }
 }
 
+void NPAREstimateCI::Extend(ExtendedFigures& figures) {
+  AddClasses(figures);
+  AddShareIntervals(figures);
+}
+
 XMLElement* NPAREstimateCI::WriteResults() {
   return WriteAlgorithm(
       *this,

@@ -22,6 +22,7 @@ class NPAREstimateCI final : public TwoClassTest {
   void Prepare(const SettingsReader& settings) override;
   /// Error 220003: the weights sum to 0; 220007: the exponential of the profile limit failed.
   void Compute() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
   bool wantsClopperPearson = false;

@@ -11,6 +11,8 @@ constexpr std::size_t kFewSteps = 4;
 /// Far above what rounding does to a distribution function, so that no step that decides an extreme
 /// is passed over.
 constexpr double kRoundingMargin = 1e-12;
+/// Sizes no further apart are the same but for rounding.
+constexpr double kAlike = 1e-12;
 
 }  // namespace
 
@@ -55,8 +57,8 @@ void EmpiricalDifferences::EndStep() {
   if (x != 0.0) {
     before = EmpiricalAt(x - 1.0, cumulative - tieWeight) - distribution.Cdf(x - 1.0);
   }
-  TakeDifference(before);
-  TakeDifference(EmpiricalAt(x, cumulative) - distribution.Cdf(x));
+  TakeDifference(before, x - 1.0);
+  TakeDifference(EmpiricalAt(x, cumulative) - distribution.Cdf(x), x);
 }
 
 void EmpiricalDifferences::Finish() {
@@ -88,17 +90,28 @@ void EmpiricalDifferences::TakeSteps(std::size_t begin, std::size_t end) {
   }
   for (std::size_t i = begin; i < end; ++i) {
     const double theoretical = distribution.Cdf(steps[i].x);
-    TakeDifference(empiricalUpTo(i) - theoretical);
-    TakeDifference(empiricalUpTo(i + 1) - theoretical);
+    TakeDifference(empiricalUpTo(i) - theoretical, steps[i].x);
+    TakeDifference(empiricalUpTo(i + 1) - theoretical, steps[i].x);
   }
+}
+
+std::optional<double> EmpiricalDifferences::Location() const {
+  if (!(absolute > 0.0)) return std::nullopt;
+  return places.front().x;
 }
 
 bool EmpiricalDifferences::CannotBeExtreme(double lowest, double highest) const noexcept {
   return highest <= positive - kRoundingMargin && lowest >= negative + kRoundingMargin;
 }
 
-void EmpiricalDifferences::TakeDifference(double difference) {
-  absolute = std::max(absolute, std::abs(difference));
+void EmpiricalDifferences::TakeDifference(double difference, double x) {
+  const double size = std::abs(difference);
+  if (size > absolute) {
+    absolute = size;
+    // Values ascend, and of those that are alike the first counts.
+    std::erase_if(places, [size](const Place& place) { return !(place.size > size - kAlike); });
+    places.push_back({x, size});
+  }
   positive = std::max(positive, difference);
   negative = std::min(negative, difference);
 }

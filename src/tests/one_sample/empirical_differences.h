@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <vector>
 
 #include "foundation/names.h"
@@ -44,6 +45,9 @@ class EmpiricalDifferences {
   /// 0 where no difference is above, or below, 0.
   [[nodiscard]] double Positive() const noexcept { return positive; }
   [[nodiscard]] double Negative() const noexcept { return negative; }
+  /// The smallest value at which a difference is the largest, but for rounding; nothing where all
+  /// are 0 or not a number.
+  [[nodiscard]] std::optional<double> Location() const;
 
  private:
   /// A distinct value and the weight up to and including it.
@@ -59,13 +63,18 @@ class EmpiricalDifferences {
   void TakeSteps(std::size_t begin, std::size_t end);
   /// Are all differences between these inside the extremes so far?
   [[nodiscard]] bool CannotBeExtreme(double lowest, double highest) const noexcept;
-  void TakeDifference(double difference);
+  void TakeDifference(double difference, double x);
 
   ReferenceDistribution distribution;
   std::int64_t totalWeight;
   double absolute = std::numeric_limits<double>::lowest();
   double positive = 0.0;
   double negative = 0.0;
+  struct Place {
+    double x;
+    double size;
+  };
+  std::vector<Place> places;  // of sizes that were the largest; the last ones, but for rounding
 
   std::int64_t cumulative = 0;  // weight up to and including previousValue
   std::int64_t tieWeight = 0;   // weight of previousValue alone

@@ -5,7 +5,9 @@
 
 #include "catalogue/cards/ks_one_sample.h"
 #include "catalogue/run.h"
+#include "kit/statistics/kolmogorov_exact.h"
 #include "kit/statistics/kolmogorov_smirnov.h"
+#include "kit/statistics/lilliefors.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
 
@@ -164,6 +166,56 @@ void NPARKSmirnowOneSample::Finish() {
   differences->Finish();
   testStatistic = std::sqrt(static_cast<double>(totalN)) * differences->Absolute();
   if (!KolmogorovSmirnovSig(testStatistic, sig)) Fail(card::kExponentialFailed);
+}
+
+bool NPARKSmirnowOneSample::IsGiven() const noexcept {
+  switch (distribution.family) {
+    case Family::Normal:
+      return !estimateMean && !estimateStdDev;
+    case Family::Uniform:
+      return !estimateRange;
+    case Family::Exponential:
+      return !estimateMean;
+    case Family::Poisson:
+      break;
+  }
+  return false;
+}
+
+void NPARKSmirnowOneSample::Extend(ExtendedFigures& figures) {
+  figures.Add("ValidN", totalN);
+  figures.Add("AbsoluteDifferenceLocation", differences->Location());
+  figures.Add("LimitingSig2Tailed", LimitingKolmogorovSig(testStatistic));
+  if (IsGiven()) AddExact(figures);
+  const bool isNormal = distribution.family == Family::Normal && estimateMean && estimateStdDev;
+  const bool isExponential = distribution.family == Family::Exponential && estimateMean;
+  if (isNormal || isExponential) AddLilliefors(figures);
+}
+
+void NPARKSmirnowOneSample::AddExact(ExtendedFigures& figures) const {
+  if (totalN > kMostExactKolmogorovUnits) return;
+  figures.Add("ExactSig2Tailed", TwoSidedKolmogorovSig(totalN, differences->Absolute()));
+  figures.Add("ExactSig1TailedLess", OneSidedKolmogorovSig(totalN, differences->Positive()));
+  figures.Add("ExactSig1TailedGreater", OneSidedKolmogorovSig(totalN, -differences->Negative()));
+}
+
+void NPARKSmirnowOneSample::AddLilliefors(ExtendedFigures& figures) const {
+  if (totalN < kFewestLillieforsUnits) return;
+  const double d = differences->Absolute();
+  const LillieforsSig found = distribution.family == Family::Normal
+                                  ? NormalLillieforsSig(totalN, d)
+                                  : ExponentialLillieforsSig(totalN, d);
+  switch (found.kind) {
+    case LillieforsSig::Kind::Value:
+      figures.Add("LillieforsSig", found.sig);
+      break;
+    case LillieforsSig::Kind::AtLeast:
+      figures.Add("LillieforsSigAtLeast", found.sig);
+      break;
+    case LillieforsSig::Kind::AtMost:
+      figures.Add("LillieforsSigAtMost", found.sig);
+      break;
+  }
 }
 
 Condition NPARKSmirnowOneSample::GetCondition() const {

@@ -38,6 +38,7 @@ class NPARKSmirnowOneSample final : public NPARTest {
   void TakeAgain(RecordBatch& batch) override;
   /// Error 220305: an exponential failed.
   void Finish() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
   void AskForEstimates();
@@ -48,6 +49,10 @@ class NPARKSmirnowOneSample final : public NPARTest {
   /// Estimates from the valid ones of records that are not all valid.
   void TakeValid(RecordBatch& batch);
   [[nodiscard]] Condition GetCondition() const;
+  /// Is everything that the distribution needs given?
+  [[nodiscard]] bool IsGiven() const noexcept;
+  void AddExact(ExtendedFigures& figures) const;
+  void AddLilliefors(ExtendedFigures& figures) const;
 
   std::int32_t variableIndex = -1;
   ReferenceDistribution distribution;

@@ -158,6 +158,21 @@ void NPARRuns::Compute() {
   figures = approximation.FiguresOf(runCount);
 }
 
+void NPARRuns::Extend(ExtendedFigures& extended) {
+  extended.Add("FirstGroupN", countBelow);
+  extended.Add("SecondGroupN", countAtOrAbove);
+  if (figures.standardError > 0.0) {
+    const double z = (static_cast<double>(runCount) - mean) / figures.standardError;
+    extended.Add("UncorrectedStandardTestStatistic", z);
+    extended.Add("UncorrectedAsymptoticSig2Tailed", TwoSidedNormalSig(z));
+  }
+  if (const auto exact = ExactRunsTails(countBelow, countAtOrAbove, runCount)) {
+    extended.Add("ExactSig1TailedLess", exact->less);
+    extended.Add("ExactSig1TailedGreater", exact->greater);
+    extended.Add("ExactSig2Tailed", exact->twoSided);
+  }
+}
+
 Condition NPARRuns::GetCondition() const {
   const std::string index = IntegerText(variableIndex);
   if (cutPoint != QDMV::gMissingValue) {

@@ -26,6 +26,7 @@ class NPARRuns final : public NPARTest {
   void Take(RecordBatch& batch) override;
   /// Error 220112: a group is empty.
   void Compute() override;
+  void Extend(ExtendedFigures& extended) override;
 
  private:
   enum class Group { None, AtOrAbove, Below };

@@ -1,6 +1,7 @@
 #include "tests/one_sample/two_class_test.h"
 
 #include "catalogue/cards/binomial.h"
+#include "kit/statistics/proportion_interval.h"
 #include "report/elements.h"
 
 namespace card = catalogue::binomial;
@@ -53,4 +54,21 @@ Condition TwoClassTest::ClassCondition(const TwoClassKeys& keys,
   }
   parameters.insert(parameters.end(), further.begin(), further.end());
   return condition;
+}
+
+void TwoClassTest::AddClasses(ExtendedFigures& figures) const {
+  figures.Add("FirstClassN", classes.FirstCount());
+  figures.Add("SecondClassN", classes.SecondCount());
+  figures.Add("FirstClassShare", classes.FirstShare());
+}
+
+void TwoClassTest::AddShareIntervals(ExtendedFigures& figures) const {
+  const ProportionInterval wilson =
+      WilsonInterval(classes.FirstCount(), classes.Total(), confidenceLevel);
+  figures.Add("WilsonLower", wilson.lower);
+  figures.Add("WilsonUpper", wilson.upper);
+  const ProportionInterval agrestiCoull =
+      AgrestiCoullInterval(classes.FirstCount(), classes.Total(), confidenceLevel);
+  figures.Add("AgrestiCoullLower", agrestiCoull.lower);
+  figures.Add("AgrestiCoullUpper", agrestiCoull.upper);
 }

@@ -29,5 +29,10 @@ class TwoClassTest : public NPARTest {
   [[nodiscard]] Condition ClassCondition(const TwoClassKeys& keys,
                                          const std::vector<std::string>& further) const;
 
+  /// The sizes of the classes and the share of the first.
+  void AddClasses(ExtendedFigures& figures) const;
+  /// Wilson's interval and Agresti's and Coull's for that share.
+  void AddShareIntervals(ExtendedFigures& figures) const;
+
   TwoClasses classes;
 };
