@@ -53,18 +53,17 @@ class DurbinMatrix {
   }
 
  private:
-  /// A row times the matrix and a factor.
+  /// A row times the matrix and a factor. Sums begin with their smallest terms: the other way
+  /// round, thousands of steps add up what rounding takes from each.
   void Multiply(const std::vector<double>& row, double factor, std::vector<double>& product) const {
     const std::size_t last = size - 1;
-    std::fill(product.begin(), product.end(), 0.0);
-    for (std::size_t i = 0; i < last; ++i) {
+    product[0] = row[last] * corner;
+    for (std::size_t j = 1; j < size; ++j) product[j] = row[last] * edge[last - j];
+    for (std::size_t i = last; i-- > 0;) {
       product[0] += row[i] * edge[i];
       const double* const terms = band.data() + (last - i);  // 1 / (i - j + 1)! at j
-      const double element = row[i];
-      for (std::size_t j = 1; j <= i + 1; ++j) product[j] += element * terms[j];
+      for (std::size_t j = 1; j <= i + 1; ++j) product[j] += row[i] * terms[j];
     }
-    product[0] += row[last] * corner;
-    for (std::size_t j = 1; j < size; ++j) product[j] += row[last] * edge[last - j];
     for (double& element : product) element *= factor;
   }
   /// Brings a row that has grown or shrunk far back; the power of 2 that was taken out.

@@ -16,12 +16,9 @@ struct NormalCase {
 // statsmodels 0.15.0: stats._lilliefors.pval_lf(d, n); 0.192 is the point at 0.05 of n = 20 in the
 // table of Dallal and Wilkinson (1986).
 const NormalCase kNormal[] = {
-    {5, 0.3374, Kind::Value, 0.06445653440559704},
-    {20, 0.192, Kind::Value, 0.05162541384106065},
-    {20, 0.25, Kind::Value, 0.001970057563467894},
-    {20, 0.17, Kind::AtLeast, 0.1},
-    {100, 0.1, Kind::Value, 0.015326804531700858},
-    {200, 0.07, Kind::Value, 0.01853577565294793},
+    {5, 0.3374, Kind::Value, 0.06445653440559704},  {20, 0.192, Kind::Value, 0.05162541384106065},
+    {20, 0.25, Kind::Value, 0.001970057563467894},  {20, 0.17, Kind::AtLeast, 0.1},
+    {100, 0.1, Kind::Value, 0.015326804531700858},  {200, 0.07, Kind::Value, 0.01853577565294793},
     {1000, 0.03, Kind::Value, 0.03381348312742053},
 };
 
