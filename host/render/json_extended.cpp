@@ -15,7 +15,7 @@ Json ExtendedObject(const ResultDocument& document, const ResultTest& test) {
   for (const ResultTable& table : test.extended->tables) {
     Json rows = Json::array();
     for (std::size_t row = 0; row < table.rows.size(); ++row) {
-      const auto& cells = table.rows[row];
+      const auto cells = table.rows[row];
       Json item = Json::object();
       if (row < table.rowNames.size()) item["row"] = ExtendedRowTitle(document, test, table, row);
       for (std::size_t i = 0; i < table.columnNames.size(); ++i) {

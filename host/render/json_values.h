@@ -1,12 +1,11 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 
-namespace npar_host {
+#include "host/render/json_writer.h"
 
-using Json = nlohmann::ordered_json;
+namespace npar_host {
 
 /// "TotalN" is "totalN".
 [[nodiscard]] std::string Key(std::string_view name);
