@@ -95,6 +95,34 @@ TEST_F(CommandLineTest, AnalysePrintsTheReportAndKeepsDocumentsThatRunTakes) {
   EXPECT_EQ(report.out, analysis.out);
 }
 
+TEST_F(CommandLineTest, AnalyseAsksForExtendedFiguresUnlessItIsToldNotTo) {
+  for (const bool isLeftOut : {false, true}) {
+    std::vector<std::string> command = {"analyse",
+                                        "examples/titanic.csv",
+                                        "--one-sample",
+                                        "class",
+                                        "--weight",
+                                        "freq",
+                                        "--test",
+                                        "chi-square",
+                                        "--keep-documents",
+                                        folder.Path("kept"),
+                                        "--out",
+                                        folder.Path("a.xml"),
+                                        "--report",
+                                        "json"};
+    if (isLeftOut) command.push_back("--no-extended");
+    const ProcessResult analysis = RunNpar(command);
+    EXPECT_EQ(analysis.exitCode, 0) << analysis.err;
+    for (const auto& [text, mark] :
+         {std::pair{FileContent(folder.Path("kept/params.xml")), "extendedFigures"},
+          {FileContent(folder.Path("a.xml")), "ExtendedFigures"},
+          {analysis.out, "\"row\": \"Crew\""}}) {
+      EXPECT_EQ(text.find(mark) == std::string::npos, isLeftOut) << mark;
+    }
+  }
+}
+
 TEST_F(CommandLineTest, AnalyseTellsTheMeasurementLevelsThatItInferred) {
   const std::vector<std::string> command = {
       "analyse", "examples/tooth_growth.csv", "--independent", "len", "--by", "supp"};

@@ -188,13 +188,14 @@ AlgorithmElement RunsOf(const std::vector<double>& values, double weight = 1.0) 
 TEST(ExtendedOneField, RunsHaveExactTailsAtAnySize) {
   // 3 runs of 5 and 8 units; in integers by Python, z by hand.
   const AlgorithmElement few = RunsOf({1, 1, 1, 1, -1, -1, -1, -1, -1, 1, 1, 1, 1});
-  ExpectFigures(few, {{"ExtendedFigures/FirstGroupN", 5},
-                      {"ExtendedFigures/SecondGroupN", 8},
-                      {"ExtendedFigures/UncorrectedStandardTestStatistic", -2.5550652063998727},
-                      {"ExtendedFigures/UncorrectedAsymptoticSig2Tailed", 0.010616790721250982, 1e-13},
-                      {"ExtendedFigures/ExactSig1TailedLess", 0.010101010101010101},
-                      {"ExtendedFigures/ExactSig1TailedGreater", 0.998445998445998446},
-                      {"ExtendedFigures/ExactSig2Tailed", 0.010101010101010101}});
+  ExpectFigures(few,
+                {{"ExtendedFigures/FirstGroupN", 5},
+                 {"ExtendedFigures/SecondGroupN", 8},
+                 {"ExtendedFigures/UncorrectedStandardTestStatistic", -2.5550652063998727},
+                 {"ExtendedFigures/UncorrectedAsymptoticSig2Tailed", 0.010616790721250982, 1e-13},
+                 {"ExtendedFigures/ExactSig1TailedLess", 0.010101010101010101},
+                 {"ExtendedFigures/ExactSig1TailedGreater", 0.998445998445998446},
+                 {"ExtendedFigures/ExactSig2Tailed", 0.010101010101010101}});
   // One unit of either kind has two runs in any order.
   const AlgorithmElement two = RunsOf({1, -1});
   EXPECT_EQ(two.Text("ExtendedFigures/ExactSig2Tailed"), "1");
