@@ -63,7 +63,7 @@ std::string Run(const npar_host::ComponentLibrary& library, const std::string& p
   Require(component.Configure(), host);
   host.OfferRecords(data.modelText, data.rows);
   Require(component.BeginExecution(host.Progress()), host);
-  return host.Stream();
+  return host.TakeStream();
 }
 
 void WriteColumns(const npar_host::RowStore& rows, const std::string& folder) {

@@ -23,11 +23,7 @@ const TailsCase kCases[] = {
     {"outcomes of the same probability", 3, 10, 0.5, 0.171875, 0.9453125, 0.34375},
     {"a far tail of more outcomes", 1, 40, 0.1, 0.0804736960144772091, 0.985219117058565411,
      0.179990119980028327},
-    {"a large count", 120, 400, 0.25, 0.99002978182881619, 0.0133305570274171827,
-     0.0241774530919626737},
     {"far out", 30, 400, 0.25, 9.63322593434967698e-20, 1.0, 1.7652125280524679e-19},
-    {"half a billion", 499900000, 1000000000, 0.5, 1.2700741798772834e-10, 1 - 1.27e-10,
-     2.5401483597545668e-10, 1e-10},
     {"a billion", 300070000, 1000000000, 0.3, 0.999999318672960167, 6.8156321143287215e-7,
      1.3628955198919791e-6, 1e-10},
 };
@@ -43,12 +39,6 @@ TEST(ExactBinomialTest, TailsAgreeWithFractions) {
   }
   EXPECT_FALSE(ExactBinomialTails(0, 0, 0.5));
   EXPECT_FALSE(ExactBinomialTails(7, kMostExactTrials + 1, 0.5));
-}
-
-// J. Cohen (1988), table 6.2.2: phi = 2 asin sqrt(P).
-TEST(ExactBinomialTest, CohensHIsThatOfTheTable) {
-  EXPECT_NEAR(CohensH(0.4, 0.25), 1.369 - 1.047, 0.001);
-  EXPECT_NEAR(CohensH(0.0, 1.0), -3.142, 0.0005);
 }
 
 }  // namespace

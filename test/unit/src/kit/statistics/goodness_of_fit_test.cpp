@@ -52,11 +52,7 @@ TEST(GoodnessOfFitTest, AMillionOutcomesAreWalkedThrough) {
 }
 
 TEST(GoodnessOfFitTest, TheLikelihoodRatioKeepsItsDigitsNearTheExpectedCounts) {
-  // SciPy 1.17.1: power_divergence([20, 5, 9], [17, 8.5, 8.5], lambda_="log-likelihood"); the
-  // second by its series, (O - E)^2 / E of each half.
-  const ChiSquareFigures far = LikelihoodRatio(Counts{20, 5, 9}, Numbers{17, 8.5, 8.5});
-  EXPECT_NEAR(far.statistic, 2.223326118408369, 1e-14);
-  EXPECT_NEAR(far.sig, 0.3290113405005859, 1e-14);
+  // By its series, (O - E)^2 / E of each half.
   const ChiSquareFigures near =
       LikelihoodRatio(Counts{500000000001, 499999999999}, Numbers{5e11, 5e11});
   EXPECT_NEAR(near.statistic, 4e-12, 1e-22);

@@ -36,10 +36,4 @@ TEST(OrderStatisticLimitsTest, AreTheNarrowestThatHaveTheLevel) {
   EXPECT_FALSE(MedianLimits(1, 0.95));  // one value encloses nothing
 }
 
-TEST(OrderStatisticLimitsTest, ALevelIsAttainableWhereTheOutermostValuesHaveIt) {
-  const auto sixty = [](std::int64_t) { return 1.0 / 64; };
-  EXPECT_TRUE(IsLevelAttainable(1 - 2.0 / 64, sixty));
-  EXPECT_FALSE(IsLevelAttainable(0.97, sixty));
-}
-
 }  // namespace
