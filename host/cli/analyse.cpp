@@ -8,6 +8,8 @@
 #include "host/cli/execution.h"
 #include "host/cli/output.h"
 #include "host/cli/report_request.h"
+#include "host/cli/trace.h"
+#include "host/render/adjustment.h"
 #include "host/render/result_model.h"
 #include "host/request/analysis_documents.h"
 #include "host/request/word_list.h"
@@ -43,7 +45,10 @@ struct AnalyseOptions {
   std::string keepDocuments;
   std::string out;
   std::vector<std::string> reports;
-  bool ascii = false;
+  TextChoices choices;
+  bool noTrace = false;
+  std::string plots;
+  std::string adjust = "none";
 };
 
 // "a,b" and repeated options make one list.
@@ -87,9 +92,7 @@ constexpr const char* kKeptParameters = "params.xml";
 constexpr const char* kKeptModel = "model.xml";
 
 void KeepDocuments(const std::string& folder, const NamedText& parameters, const NamedText& model) {
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (error) throw OutputError("cannot make the folder " + folder + ": " + error.message());
+  MakeFolder(folder);
   const std::filesystem::path path(folder);
   Publish((path / kKeptParameters).string(), parameters.text);
   Publish((path / kKeptModel).string(), model.text);
@@ -143,11 +146,14 @@ int Analyse(const AnalyseOptions& options) {
   }
   ResultDocument document = ReadResultDocument(*std::move(text), "the result document");
   NameCases(document, [&](double identifier) { return execution.CaseText(identifier); });
+  AdjustOverTests(document, FindAdjustment(options.adjust));
+  if (!options.noTrace) document.trace = MakeTrace(options.execution.dataPath, document);
   for (const ReportRequest& report : reports) {
     execution.PublishResult(report.path, [&](const TextSink& sink) {
-      report.renderer->render(document, StyleFor(report.path, options.ascii), sink);
+      report.renderer->render(document, StyleFor(report.path, options.choices), sink);
     });
   }
+  if (!options.plots.empty()) WritePlots(options.plots, document);
   return kExitSuccess;
 }
 
@@ -197,8 +203,14 @@ void AddAnalyseCommand(CLI::App& program, int& exitCode) {
   command->add_option("--out", options->out, "keep the result document, - for standard output")
       ->type_name("FILE");
   addList("--report", options->reports, "FORM[=FILE]",
-          "a report as text, html or json, to standard output or a file (default: text)");
-  AddAsciiOption(*command, options->ascii);
+          "a report as text, html, json, markdown, latex or csv, to standard output or a file "
+          "(default: "
+          "text)");
+  AddAdjustOption(*command, options->adjust);
+  AddTextOptions(*command, options->choices);
+  command->add_flag("--no-trace", options->noTrace,
+                    "leave file, times and command line out of reports: same input, same bytes");
+  AddPlotsOption(*command, options->plots);
   command
       ->add_option("--keep-documents", options->keepDocuments,
                    "write the parameter document and the data model to this folder")

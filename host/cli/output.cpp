@@ -171,6 +171,12 @@ void Publish(const std::string& path, const TextWriter& writer) {
   WriteAndRename(failure ? std::filesystem::path(path) : target, writer);
 }
 
+void MakeFolder(const std::string& folder) {
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) throw OutputError("cannot make the folder " + folder + ": " + error.message());
+}
+
 void Tell(std::string_view text) {
   constexpr std::size_t kLongest = 4000;  // bytes
   const std::string shown = Printable(text.substr(0, kLongest));

@@ -26,6 +26,9 @@ void Publish(const std::string& path, std::string_view text);
 using TextWriter = std::function<void(const TextSink& sink)>;
 void Publish(const std::string& path, const TextWriter& write);
 
+/// Makes a folder and those above it, where they are missing. Throws OutputError.
+void MakeFolder(const std::string& folder);
+
 /// Writes a line to standard error: with control characters made visible, and cut where a name of
 /// the data has made it too long to read.
 void Tell(std::string_view text);

@@ -5,6 +5,7 @@
 #include "host/cli/execution.h"
 #include "host/cli/output.h"
 #include "host/cli/report_request.h"
+#include "host/render/adjustment.h"
 #include "host/render/result_model.h"
 
 namespace npar_host {
@@ -20,7 +21,9 @@ struct ReportOptions {
   std::string result;
   std::string form;
   std::string out = "-";
-  bool ascii = false;
+  TextChoices choices;
+  std::string plots;
+  std::string adjust = "none";
 };
 
 }  // namespace
@@ -32,21 +35,25 @@ void AddReportCommand(CLI::App& program) {
       ->type_name("FILE")
       ->required();
   command->add_option("--as", options->form, "what to show it as")
-      ->type_name("text|html|json")
+      ->type_name("text|html|json|markdown|latex|csv")
       ->required();
   command->add_option("--out", options->out, "the report, - for standard output")
       ->type_name("FILE")
       ->capture_default_str();
-  AddAsciiOption(*command, options->ascii);
+  AddAdjustOption(*command, options->adjust);
+  AddTextOptions(*command, options->choices);
+  AddPlotsOption(*command, options->plots);
   command->footer(kExamples);
   command->callback([options] {
     const Renderer& renderer = RequireRenderer(options->form);
     CheckOutputs({options->out}, {options->result});
     NamedText result = ReadDocument(options->result);
-    const ResultDocument document = ReadResultDocument(std::move(result.text), result.name);
+    ResultDocument document = ReadResultDocument(std::move(result.text), result.name);
+    AdjustOverTests(document, FindAdjustment(options->adjust));
     Publish(options->out, [&](const TextSink& sink) {
-      renderer.render(document, StyleFor(options->out, options->ascii), sink);
+      renderer.render(document, StyleFor(options->out, options->choices), sink);
     });
+    if (!options->plots.empty()) WritePlots(options->plots, document);
   });
 }
 

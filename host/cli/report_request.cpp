@@ -4,10 +4,13 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 #include <vector>
 
+#include "host/cli/output.h"
 #include "host/cli/terminal.h"
 #include "host/data/input_error.h"
+#include "host/render/html/test_plots.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {
@@ -38,16 +41,39 @@ ReportRequest ParseReportRequest(std::string_view text) {
   return request;
 }
 
-void AddAsciiOption(CLI::App& command, bool& ascii) {
-  command.add_flag("--ascii", ascii, "draw the text report in ASCII alone");
+void AddTextOptions(CLI::App& command, TextChoices& choices) {
+  command.add_flag("--ascii", choices.ascii, "draw the text report in ASCII alone");
+  command.add_flag("--sentences", choices.sentences,
+                   "add each test as a sentence for a results section to the text report");
 }
 
-TextStyle StyleFor(std::string_view path, bool ascii) {
+void AddAdjustOption(CLI::App& command, std::string& name) {
+  command.add_option("--adjust", name, "show significances adjusted over all tests of the run")
+      ->check(CLI::IsMember({"none", "bonferroni", "holm", "bh"}).description(""))
+      ->type_name("none|bonferroni|holm|bh")
+      ->capture_default_str();
+}
+
+void AddPlotsOption(CLI::App& command, std::string& folder) {
+  command.add_option("--plots", folder, "write each plot of the tests as SVG to this folder")
+      ->type_name("DIR");
+}
+
+void WritePlots(const std::string& folder, const ResultDocument& document) {
+  MakeFolder(folder);
+  for (const PlotFile& file : PlotFiles(document)) {
+    Publish((std::filesystem::path(folder) / file.name).string(), file.svg);
+  }
+}
+
+TextStyle StyleFor(std::string_view path, const TextChoices& choices) {
   TextStyle style;
-  style.ascii = ascii;
+  style.ascii = choices.ascii;
+  style.sentences = choices.sentences;
+  style.trace = path != "-";
   if (path != "-" || !IsTerminal(STDOUT_FILENO)) return style;
   style.width = std::clamp(TerminalColumns(STDOUT_FILENO), kNarrowest, kWidest);
-  style.ascii = ascii || !LocaleIsUtf8();
+  style.ascii = choices.ascii || !LocaleIsUtf8();
   style.colour = !IsInEnvironment("NO_COLOR") && TerminalKnowsEscapes();
   return style;
 }

@@ -22,10 +22,24 @@ struct ReportRequest {
 /// The renderer of that name; throws UsageError for an unknown one.
 [[nodiscard]] const Renderer& RequireRenderer(std::string_view name);
 
-/// Adds --ascii.
-void AddAsciiOption(CLI::App& command, bool& ascii);
+/// What a user may choose of a text report.
+struct TextChoices {
+  bool ascii = false;
+  bool sentences = false;
+};
+
+/// Adds --ascii and --sentences.
+void AddTextOptions(CLI::App& command, TextChoices& choices);
+/// Adds --adjust, a name that FindAdjustment knows.
+void AddAdjustOption(CLI::App& command, std::string& name);
+/// Adds --plots.
+void AddPlotsOption(CLI::App& command, std::string& folder);
+/// Writes each plot of the tests to a file of the folder. Throws OutputError.
+void WritePlots(const std::string& folder, const ResultDocument& document);
+
 /// How a text is drawn that goes to `path`. Where that is standard output ("-") and a terminal: as
-/// wide as it, in colour unless NO_COLOR is set, in ASCII where its locale is not UTF-8.
-[[nodiscard]] TextStyle StyleFor(std::string_view path, bool ascii);
+/// wide as it, in colour unless NO_COLOR is set, in ASCII where its locale is not UTF-8. A file
+/// tells where the report comes from.
+[[nodiscard]] TextStyle StyleFor(std::string_view path, const TextChoices& choices);
 
 }  // namespace npar_host

@@ -183,6 +183,12 @@ std::optional<EffectSize> FindEffectSize(const ResultDocument& document, const R
                     *value};
 }
 
+std::optional<double> CountedRecords(const ResultDocument& document, const ResultTest& test) {
+  if (const Figure total = FindFigure(test.statistics, "TotalN")) return total;
+  return test.classification == "Independent_Samples" ? GroupedRecords(document, test)
+                                                      : std::nullopt;
+}
+
 std::string EffectSizeGap(const ResultDocument& document, const ResultTest& test) {
   const catalogue::Card* const card = catalogue::FindElement(test.name);
   if (test.Failed() || card == nullptr || FindEffectSize(document, test)) return {};

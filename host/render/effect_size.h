@@ -20,6 +20,11 @@ struct EffectSize {
 [[nodiscard]] std::optional<EffectSize> FindEffectSize(const ResultDocument& document,
                                                        const ResultTest& test);
 
+/// Records, weighted, that a test took: its total, or what the fields' own totals say of it;
+/// nothing where they leave it open.
+[[nodiscard]] std::optional<double> CountedRecords(const ResultDocument& document,
+                                                   const ResultTest& test);
+
 /// Why a test that has a usual effect size shows none here; empty where there is nothing to say.
 [[nodiscard]] std::string EffectSizeGap(const ResultDocument& document, const ResultTest& test);
 

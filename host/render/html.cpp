@@ -1,9 +1,14 @@
 #include "host/render/html.h"
 
 #include "host/data/number.h"
+#include "host/render/effect_size.h"
+#include "host/render/headline.h"
 #include "host/render/html/markup.h"
+#include "host/render/html/script.h"
 #include "host/render/html/style.h"
 #include "host/render/html/test_section.h"
+#include "host/render/significance.h"
+#include "host/render/table_words.h"
 #include "host/render/wording.h"
 
 namespace npar_host {
@@ -34,10 +39,11 @@ std::string Head() {
 <head>
 <meta charset="utf-8"/>
 <meta name="viewport" content="width=device-width, initial-scale=1"/>
-<meta http-equiv="Content-Security-Policy" content="default-src 'none'; style-src 'unsafe-inline'"/>
+<meta http-equiv="Content-Security-Policy" content="default-src 'none'; style-src 'unsafe-inline'; script-src ')" +
+         std::string(kPageScriptHash) + R"('"/>
 <title>Nonparametric tests</title>
 <style>)" +
-         std::string(PageStyle()) + "</style>\n</head>\n";
+         std::string(PlotStyle()) + std::string(PageStyle()) + "</style>\n</head>\n";
 }
 
 std::string Fact(const char* name, const std::string& value) {
@@ -66,21 +72,59 @@ std::string RunFacts(const ResultDocument& document) {
   return facts + "</dl>\n";
 }
 
+std::string StatisticMarkup(const ResultTest& test, const Headline& headline) {
+  if (headline.symbol.empty()) return test.decision.empty() ? OutcomeMarkup(test) : "";
+  std::string markup = "<i>" + headline.symbol + "</i>";
+  if (!headline.freedom.empty()) markup += "(" + FigureMarkup(headline.freedom) + ")";
+  return markup + " = " + FigureMarkup(headline.statistic);
+}
+
+std::string SignificanceOf(const ResultTest& test) {
+  const auto significance = DecidingSignificance(test);
+  if (!significance) return {};
+  std::string markup = SignificanceMarkup(significance->figure) + " <span class=\"kind\">" +
+                       SignificanceKind(*significance) + "</span>";
+  if (test.adjustedSignificance) {
+    markup += " <span class=\"adjusted\">adjusted " +
+              SignificanceMarkup(NumberText(*test.adjustedSignificance)) + "</span>";
+  }
+  return markup;
+}
+
+std::string EffectMarkup(const ResultDocument& document, const ResultTest& test) {
+  const auto effect = FindEffectSize(document, test);
+  if (!effect) return {};
+  return "<i>" + effect->symbol + "</i> = " + FigureMarkup(NumberText(effect->value));
+}
+
 std::string Overview(const ResultDocument& document) {
   std::string markup =
       "<section class=\"overview\" id=\"overview\" aria-labelledby=\"overview-heading\">\n"
       "<h2 id=\"overview-heading\">Overview</h2>\n";
   if (document.tests.empty()) return markup + "<p>No test was run.</p>\n</section>\n";
-  HtmlTable table("overview-table", "Each test with its null hypothesis and its decision");
-  table.SetColumns({"Test", "Null hypothesis or estimate", "Significance", "Decision"});
+  HtmlTable table("overview-table", "Each test with its statistic and its decision");
+  table.SetColumns(
+      {"Test", "Fields", "N", "Statistic or estimate", "<i>p</i>", "Effect size", "Decision"});
+  const bool isAdjusted = !document.adjustment.empty();
   for (std::size_t i = 0; i < document.tests.size(); ++i) {
     const ResultTest& test = document.tests[i];
+    const Headline headline = FindHeadline(document, test);
     table.AddRow("<a href=\"#" + TestSectionId(i) + "\">" + std::to_string(i + 1) + ". " +
                      Escaped(TestTitle(test.name)) + "</a>",
-                 {"<div class=\"sentence\">" + Escaped(Hypothesis(document, test)) + "</div>",
-                  OutcomeMarkup(test), DecisionMarkup(test)});
+                 {Escaped(TestedFields(document, test)),
+                  headline.count ? FigureMarkup(NumberText(*headline.count)) : "",
+                  StatisticMarkup(test, headline), SignificanceOf(test),
+                  EffectMarkup(document, test), DecisionMarkup(test)});
   }
-  return markup + table.Markup("overview") + "</section>\n";
+  // The script shows the tools where there is one; without it the table is whole.
+  return markup +
+         "<p id=\"overview-tools\" class=\"tools\" hidden=\"hidden\"><label><input "
+         "type=\"checkbox\" id=\"only-rejected\"/> Rejected hypotheses only</label> "
+         "<label>Tests and fields with <input type=\"search\" id=\"overview-filter\"/></label> "
+         "<output id=\"overview-count\"></output></p>\n" +
+         table.Markup("overview") +
+         (isAdjusted ? "<p class=\"note\">" + AdjustmentWords(document) + "</p>\n" : "") +
+         "</section>\n";
 }
 
 }  // namespace
@@ -95,7 +139,9 @@ std::string RenderHtml(const ResultDocument& original) {
   for (std::size_t i = 0; i < document.tests.size(); ++i) page += TestSection(document, i);
   page += FieldsSection(document, original) + "</main>\n<footer>\n<p>" +
           Escaped(document.application) + " " + Escaped(document.applicationVersion);
-  return page + "</p>\n</footer>\n</body>\n</html>\n";
+  page += "</p>\n";
+  if (original.trace) page += "<p>" + Escaped(TraceWords(*original.trace)) + "</p>\n";
+  return page + "</footer>\n<script>" + kPageScript + "</script>\n</body>\n</html>\n";
 }
 
 }  // namespace npar_host

@@ -6,6 +6,7 @@
 #include "host/render/json_extended.h"
 #include "host/render/json_values.h"
 #include "host/render/json_writer.h"
+#include "host/render/sentence.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
 
@@ -62,6 +63,15 @@ Json FieldObject(const ResultField& field) {
           {"distribution", Distribution(field.distribution)}};
 }
 
+Json Trace(const ReportTrace& trace) {
+  return {{"file", trace.file},
+          {"bytes", Cell(trace.bytes)},
+          {"changed", TextOrNull(trace.changed)},
+          {"command", trace.command},
+          {"program", trace.program},
+          {"made", trace.made}};
+}
+
 const char* Family(const ResultTest& test) {
   if (test.classification == "One_Sample") return "oneSample";
   return test.classification == "Related_Samples" ? "related" : "independent";
@@ -84,7 +94,11 @@ class TestObject {
     out.Member("groupField", group == nullptr ? Json(nullptr) : Json(group->name));
     out.Member("hypothesis", TextOrNull(Hypothesis(document, test)));
     out.Member("decision", TextOrNull(test.decision));
+    out.Member("sentence", Sentence(document, test));
     out.Member("statistics", Figures(test.statistics));
+    if (test.adjustedSignificance) {
+      out.Member("adjustedSignificance", Number(*test.adjustedSignificance));
+    }
     out.Member("effectSize", Effect());
     if (test.extended) out.Member("extended", ExtendedObject(document, test));
     out.Member("intervals", Intervals());
@@ -277,6 +291,7 @@ void RenderJson(const ResultDocument& document, const TextSink& sink) {
   out.Member("application",
              {{"name", document.application}, {"version", document.applicationVersion}});
   out.Member("modelId", document.modelId);
+  if (document.trace) out.Member("trace", Trace(*document.trace));
   out.Member("records", {{"count", Number(document.totalCount)},
                          {"weight", Number(document.totalFreq)},
                          {"dropped", Number(document.droppedCount)},
@@ -284,6 +299,7 @@ void RenderJson(const ResultDocument& document, const TextSink& sink) {
                          {"badWeight", Number(document.badWeightCount)}});
   out.Member("significanceLevel", Number(document.sigLevel));
   out.Member("confidenceLevel", Number(document.confidenceLevel));
+  if (!document.adjustment.empty()) out.Member("adjustment", document.adjustment);
   out.Member("missingTreatment", document.listwise ? "listwise" : "analysis");
   out.Key("fields");
   out.OpenArray();

@@ -9,6 +9,10 @@
 
 namespace npar_host {
 
+/// docs/statistics/multiple_comparisons.md says how they are adjusted.
+inline constexpr const char* kPairwiseCaption =
+    "Pairwise comparisons: significances are two-sided, adjusted ones after Bonferroni";
+
 /// A pair of samples, by their positions in the comparison.
 struct SamplePair {
   std::size_t row = 0;  // of the comparison's content

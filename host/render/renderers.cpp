@@ -2,6 +2,7 @@
 
 #include "host/render/html.h"
 #include "host/render/json.h"
+#include "host/render/manuscript.h"
 
 namespace npar_host {
 namespace {
@@ -13,6 +14,12 @@ constexpr Renderer kRenderers[] = {
                 const TextSink& sink) { sink(RenderHtml(document)); }},
     {"json", [](const ResultDocument& document, const TextStyle&,
                 const TextSink& sink) { RenderJson(document, sink); }},
+    {"markdown", [](const ResultDocument& document, const TextStyle&,
+                    const TextSink& sink) { sink(RenderMarkdown(document)); }},
+    {"latex", [](const ResultDocument& document, const TextStyle&,
+                 const TextSink& sink) { sink(RenderLatex(document)); }},
+    {"csv", [](const ResultDocument& document, const TextStyle&,
+               const TextSink& sink) { sink(RenderCsv(document)); }},
 };
 
 }  // namespace

@@ -129,6 +129,7 @@ struct ResultTest {
   ResultComparison pairwise;
   ResultComparison stepwise;
   std::optional<ResultExtended> extended;
+  std::optional<double> adjustedSignificance;  // over all tests, where that was asked for
 
   /// The text of a statistic outside inner tables, or null.
   [[nodiscard]] const std::string* Statistic(std::string_view name) const;
@@ -137,6 +138,16 @@ struct ResultTest {
   /// none that exists.
   [[nodiscard]] std::vector<std::size_t> ConditionFields(std::size_t position,
                                                          std::size_t fieldCount) const;
+};
+
+/// Where a report comes from; the document itself does not tell.
+struct ReportTrace {
+  std::string file;     // of the data
+  std::string bytes;    // its size; empty where that is not known
+  std::string changed;  // when it was last written, "2026-01-31 12:00:00 UTC"; empty likewise
+  std::string command;  // as typed
+  std::string program;  // "npar 1.0.0"
+  std::string made;     // when, likewise
 };
 
 /// A whole run.
@@ -154,6 +165,8 @@ struct ResultDocument {
   bool listwise = false;
   std::vector<ResultField> fields;
   std::vector<ResultTest> tests;
+  std::optional<ReportTrace> trace;
+  std::string adjustment;  // how significances are adjusted over the tests; empty: they are not
 };
 
 /// Reads a result document; `name` names it in messages. Throws InputError for anything else. A

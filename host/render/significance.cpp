@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "catalogue/catalogue.h"
+#include "host/render/wording.h"
 
 namespace npar_host {
 namespace {
@@ -47,6 +48,17 @@ std::string SignificanceText(std::string_view figure) {
   std::array<char, 16> digits;
   std::snprintf(digits.data(), digits.size(), "%.3f", *p);
   return "p = " + std::string(digits.data() + 1);
+}
+
+std::string SignificanceCell(std::string_view figure) {
+  const auto p = FigureNumber(figure);
+  if (!p || !std::isfinite(*p)) return FigureText(figure);
+  const std::string words = SignificanceText(figure).substr(2);
+  return words.starts_with("= ") ? words.substr(2) : words;
+}
+
+bool IsSignificanceName(std::string_view name) {
+  return name.find("Sig") != std::string_view::npos;
 }
 
 std::string SignificanceKind(const Significance& significance) {

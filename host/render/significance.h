@@ -20,6 +20,10 @@ struct Significance {
 
 /// "p = .023", "p < .001", "p > .999", "p = 1": three digits, as publications print it.
 [[nodiscard]] std::string SignificanceText(std::string_view figure);
+/// The same without "p": ".023", "< .001"; another text as it is.
+[[nodiscard]] std::string SignificanceCell(std::string_view figure);
+/// Is a figure of that name a significance?
+[[nodiscard]] bool IsSignificanceName(std::string_view name);
 /// "exact, 2-sided".
 [[nodiscard]] std::string SignificanceKind(const Significance& significance);
 

@@ -7,7 +7,9 @@
 #include "catalogue/cards/chi_square.h"
 #include "catalogue/cards/cochran_q.h"
 #include "catalogue/run.h"
+#include "host/data/number.h"
 #include "host/messages/messages.h"
+#include "host/render/significance.h"
 #include "host/render/wording.h"
 
 namespace npar_host {
@@ -158,6 +160,23 @@ std::string MessageWords(const ResultDocument& document, const ResultTest& test,
     }
   }
   return FillMessage(message.code, message.parameters, named, fieldTitle);
+}
+
+std::string AdjustedCell(const ResultTest& test) {
+  return test.adjustedSignificance ? SignificanceCell(NumberText(*test.adjustedSignificance)) : "";
+}
+
+std::string AdjustmentWords(const ResultDocument& document) {
+  return "Adjusted over the tests after " + document.adjustment +
+         "; decisions go by the significance that is not adjusted.";
+}
+
+std::string TraceWords(const ReportTrace& trace) {
+  std::string words = "Made by " + trace.program + " at " + trace.made + " from " + trace.file;
+  if (!trace.bytes.empty()) {
+    words += " (" + trace.bytes + " bytes, written at " + trace.changed + ")";
+  }
+  return words + ": " + trace.command;
 }
 
 }  // namespace npar_host

@@ -39,4 +39,12 @@ namespace npar_host {
 [[nodiscard]] std::string MessageWords(const ResultDocument& document, const ResultTest& test,
                                        const ResultMessage& message);
 
+/// A test's significance adjusted over all tests, as a cell; empty without.
+[[nodiscard]] std::string AdjustedCell(const ResultTest& test);
+/// How they are adjusted, as a sentence.
+[[nodiscard]] std::string AdjustmentWords(const ResultDocument& document);
+
+/// Where the report comes from, as a sentence.
+[[nodiscard]] std::string TraceWords(const ReportTrace& trace);
+
 }  // namespace npar_host

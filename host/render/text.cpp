@@ -1,15 +1,17 @@
 #include "host/render/text.h"
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
-#include <set>
 
 #include "host/data/number.h"
 #include "host/render/effect_size.h"
+#include "host/render/headline.h"
+#include "host/render/listed.h"
+#include "host/render/sentence.h"
 #include "host/render/significance.h"
 #include "host/render/table_words.h"
 #include "host/render/text_comparisons.h"
+#include "host/render/text_fields.h"
 #include "host/render/text_plots.h"
 #include "host/render/wording.h"
 
@@ -18,22 +20,11 @@ namespace {
 
 constexpr std::size_t kIndent = 2;
 constexpr std::size_t kHistogramCells = 20;
-constexpr std::size_t kBarCells = 30;
 constexpr std::size_t kWidestBoxPlot = 60;
+constexpr std::size_t kWideEnoughForEffects = 100;
 constexpr std::size_t kNarrowestBoxPlot = 10;
-constexpr std::size_t kMostCategories = 30;  // of a field's counts
 
 std::string Text(double number) { return FigureText(NumberText(number)); }
-
-bool IsSignificance(const ResultStatistic& figure) {
-  const auto number = FigureNumber(figure.text);
-  return figure.name.find("Sig") != std::string::npos && number && std::isfinite(*number);
-}
-
-std::string FigureOf(const ResultDistribution& distribution, std::string_view name) {
-  const auto found = std::ranges::find(distribution.figures, name, &ResultStatistic::name);
-  return found == distribution.figures.end() ? "" : FigureText(found->text);
-}
 
 // "Rank-biserial correlation (r)", "Kendall's W".
 std::string EffectLabel(const EffectSize& effect, bool ascii) {
@@ -47,6 +38,13 @@ std::string EffectLabel(const EffectSize& effect, bool ascii) {
   return name + " (" + effect.symbol + ")";
 }
 
+// "r = 0.29".
+std::string EffectText(const EffectSize& effect, bool ascii) {
+  const bool hasPlainSymbol = static_cast<unsigned char>(effect.symbol[0]) < 0x80;
+  const std::string symbol = ascii && !hasPlainSymbol ? "eps2" : effect.symbol;
+  return symbol + " = " + Text(effect.value);
+}
+
 class TextReport {
  public:
   TextReport(const ResultDocument& document, const TextStyle& style)
@@ -56,7 +54,8 @@ class TextReport {
     WriteHead();
     if (document.tests.size() > 1) WriteOverview();
     for (std::size_t i = 0; i < document.tests.size(); ++i) WriteTest(i + 1, document.tests[i]);
-    WriteFields();
+    WriteFields(page, document, kIndent);
+    WriteTrace();
     return page.Take();
   }
 
@@ -88,36 +87,36 @@ class TextReport {
   }
 
   void WriteOverview() {
-    TextTable table{{{"Test", "Fields", "Significance", "Decision"}}, "llrl", true};
+    TextTable table{{{"Test", "Fields", "N", "Statistic", "p"}}, "", true};
+    const bool isAdjusted = !document.adjustment.empty();
+    if (isAdjusted) table.rows[0].push_back("Adj. p");
+    const bool hasEffects = page.Style().width >= kWideEnoughForEffects;
+    if (hasEffects) table.rows[0].push_back("Effect");
+    table.rows[0].push_back("Decision");
+    table.alignment =
+        "llrrr" + std::string(isAdjusted ? 1 : 0, 'r') + std::string(hasEffects ? 1 : 0, 'r') + "l";
     for (std::size_t i = 0; i < document.tests.size(); ++i) {
       const ResultTest& test = document.tests[i];
-      const bool isTest = !test.decision.empty();
+      const Headline headline = FindHeadline(document, test);
       const auto significance = DecidingSignificance(test);
-      std::string p;
-      if (isTest && significance) p = SignificanceText(significance->figure);
-      table.rows.push_back({std::to_string(i + 1) + ". " + TestTitle(test.name), FieldsOf(test), p,
-                            isTest ? test.decision : "(estimate)"});
+      const auto effect = FindEffectSize(document, test);
+      table.rows.push_back(
+          {std::to_string(i + 1) + ". " + ShortTitle(test), TestedFields(document, test),
+           headline.count ? Text(*headline.count) : "", StatisticText(headline, Ascii()),
+           significance ? SignificanceCell(significance->figure) : ""});
+      auto& row = table.rows.back();
+      if (isAdjusted) row.push_back(AdjustedCell(test));
+      if (hasEffects) row.push_back(effect ? EffectText(*effect, Ascii()) : "");
+      row.push_back(test.decision.empty() ? "(estimate)" : test.decision);
     }
     page.Blank();
     page.Table(table, 0);
-  }
-
-  std::string FieldsOf(const ResultTest& test) const {
-    std::string fields;
-    const auto add = [&](std::size_t position, const char* joint) {
-      for (const std::string& title : FieldTitles(document, test, position)) {
-        fields += (fields.empty() ? "" : joint) + title;
-      }
-    };
-    add(0, ", ");
-    if (test.classification == "Related_Samples") add(1, ", ");
-    if (test.classification == "Independent_Samples") add(1, " by ");
-    return fields;
+    if (isAdjusted) page.Paragraph(AdjustmentWords(document), 0);
   }
 
   void WriteTest(std::size_t number, const ResultTest& test) {
     page.Blank();
-    page.Heading(std::to_string(number) + ". " + TestTitle(test.name), '-');
+    page.Heading(std::to_string(number) + ". " + TestHeading(document, test), '-');
     page.Paragraph(Hypothesis(document, test), kIndent);
     WriteDecision(test);
     WriteFigures(test);
@@ -133,6 +132,10 @@ class TextReport {
       page.Paragraph(line, kIndent);
     }
     WriteMessages(test);
+    if (page.Style().sentences) {
+      page.Blank();
+      page.Paragraph(Sentence(document, test), kIndent);
+    }
   }
 
   void WriteDecision(const ResultTest& test) {
@@ -155,25 +158,26 @@ class TextReport {
       if (isRuns && figure.group != group) table.rows.push_back({FigureLabel(figure.group)});
       group = figure.group;
       table.rows.push_back({(isRuns ? "  " : "") + FigureLabel(figure.name, figure.group),
-                            FigureText(figure.text),
-                            IsSignificance(figure) ? SignificanceText(figure.text) : ""});
+                            IsSignificanceName(figure.name) ? SignificanceCell(figure.text)
+                                                            : FigureText(figure.text)});
     }
   }
 
   void WriteFigures(const ResultTest& test) {
-    TextTable table{{}, "lrl", false};
+    TextTable table{{}, "lr", false};
     if (test.differences) AddFigures(table, test.differences->figures);
     // A cross table's own entries are codes that its titles already tell.
     std::vector<ResultStatistic> details = test.details;
     std::erase_if(details, [](const auto& d) { return d.group == "CategoryFieldsComparison"; });
     AddFigures(table, details);
     AddFigures(table, test.statistics);
+    const std::string level = PercentText(document.confidenceLevel);
     for (const ResultInterval& interval : test.intervals) {
       if (!interval.method.empty()) {
         table.rows.push_back({FigureLabel(interval.method), FigureText(interval.estimate)});
       }
-      table.rows.push_back({"  Lower limit", FigureText(interval.lower)});
-      table.rows.push_back({"  Upper limit", FigureText(interval.upper)});
+      table.rows.push_back({"  Lower limit, " + level, FigureText(interval.lower)});
+      table.rows.push_back({"  Upper limit, " + level, FigureText(interval.upper)});
     }
     if (const auto effect = FindEffectSize(document, test)) {
       const std::string label = EffectLabel(*effect, Ascii());
@@ -293,8 +297,10 @@ class TextReport {
   void WriteOutliers(const ResultTest& test, const ResultBoxPlot& plot) {
     if (plot.outliers.empty()) return;
     std::string line = "Outliers of " + SampleTitle(document, test, plot.code) + ": ";
-    for (std::size_t i = 0; i < plot.outliers.size(); ++i) {
-      const ResultOutlier& outlier = plot.outliers[i];
+    line += OutlierCount(plot);
+    const std::vector<ResultOutlier> outliers = ListedOutliers(plot);
+    for (std::size_t i = 0; i < outliers.size(); ++i) {
+      const ResultOutlier& outlier = outliers[i];
       line += (i == 0 ? "" : ", ") + FigureText(outlier.value);
       if (!outlier.Case().empty()) line += " (case " + outlier.Case() + ")";
     }
@@ -320,75 +326,20 @@ class TextReport {
 
   void WriteMessages(const ResultTest& test) {
     if (!test.messages.empty()) page.Blank();
-    for (const ResultMessage& message : test.messages) {
+    for (const ListedMessage& listed : ListedMessages(test)) {
+      const ResultMessage& message = *listed.message;
       const std::string kind = MessageKindWord(message);
       const Ink ink = kind == "error" ? Ink::Error : kind == "warning" ? Ink::Warning : Ink::Plain;
-      page.Paragraph(
-          kind + " " + std::to_string(message.code) + ": " + MessageWords(document, test, message),
-          kIndent, ink);
+      page.Paragraph(kind + " " + std::to_string(message.code) + ": " +
+                         MessageWords(document, test, message) + MoreMessages(listed),
+                     kIndent, ink);
     }
   }
 
-  // A document may also hold summaries of fields that no test is about.
-  [[nodiscard]] std::set<std::size_t> TestedFields() const {
-    std::set<std::size_t> fields;
-    for (const ResultTest& test : document.tests) {
-      const std::size_t positions = test.classification == "One_Sample" ? 1 : 2;
-      for (std::size_t position = 0; position < positions; ++position) {
-        for (const std::size_t index : test.ConditionFields(position, document.fields.size())) {
-          if (document.fields[index].distribution) fields.insert(index);
-        }
-      }
-    }
-    return fields;
-  }
-
-  void WriteFields() {
-    const std::set<std::size_t> tested = TestedFields();
-    if (tested.empty()) return;
+  void WriteTrace() {
+    if (!document.trace || !page.Style().trace) return;
     page.Blank();
-    page.Heading("Fields", '-');
-    TextTable continuous{
-        {{"Field", "N", "Minimum", "Maximum", "Mean", "Std. dev.", "Distribution"}},
-        "lrrrrrp",
-        true};
-    for (const std::size_t index : tested) {
-      const ResultField& field = document.fields[index];
-      if (field.isCategorical) continue;
-      const ResultDistribution& values = *field.distribution;
-      continuous.rows.push_back({field.Title()});
-      // Of no value there is no minimum and the like, whatever stands in their place.
-      const bool isEmpty = FigureOf(values, "TotalN") == "0";
-      for (const char* figure : {"TotalN", "Min", "Max", "Mean", "StdDev"}) {
-        const bool isShown = !isEmpty || std::string_view(figure) == "TotalN";
-        continuous.rows.back().push_back(isShown ? FigureOf(values, figure) : "");
-      }
-      continuous.rows.back().push_back(Histogram(values.bins));
-    }
-    if (continuous.rows.size() > 1) page.Table(continuous, kIndent);
-    bool isFirst = continuous.rows.size() == 1;
-    for (const std::size_t index : tested) {
-      const ResultField& field = document.fields[index];
-      if (!field.isCategorical) continue;
-      if (!isFirst) page.Blank();
-      isFirst = false;
-      WriteCategories(field, field.distribution->bins);
-    }
-  }
-
-  void WriteCategories(const ResultField& field, const std::vector<ResultBin>& bins) {
-    double most = 0.0;
-    for (const ResultBin& bin : bins) most = std::max(most, bin.count);
-    TextTable table{{{field.Title(), "Count", ""}}, "lrp", true};
-    for (const ResultBin& bin : bins) {
-      if (table.rows.size() > kMostCategories) {
-        table.rows.push_back({"(and more)"});
-        break;
-      }
-      table.rows.push_back({CategoryTitle(field, static_cast<std::int32_t>(bin.value)),
-                            Text(bin.count), BarLine(bin.count / most, kBarCells, Ascii())});
-    }
-    page.Table(table, kIndent);
+    page.Paragraph(TraceWords(*document.trace), 0);
   }
 
   const ResultDocument& document;

@@ -1,7 +1,6 @@
 #include "host/render/text_comparisons.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string>
 #include <vector>
 
@@ -16,15 +15,8 @@ namespace {
 
 constexpr std::size_t kPositionColumns = 2;
 
-bool IsSignificance(std::string_view column) { return column == "Sig" || column == "AdjSig"; }
-
-// A significance as publications print it, "= .023" or "< .001"; another figure as it is.
 std::string ComparisonFigure(std::string_view column, std::string_view cell) {
-  std::string figure = FigureText(cell);
-  const auto number = FigureNumber(cell);
-  if (!IsSignificance(column) || !number || !std::isfinite(*number)) return figure;
-  const std::string words = SignificanceText(cell);
-  return words.substr(words.starts_with("p = ") ? 4 : 2);
+  return IsSignificanceName(column) ? SignificanceCell(cell) : FigureText(cell);
 }
 
 // Columns that hold anything, such as the standard error where the test has one.
@@ -65,7 +57,7 @@ void WritePairwise(TextPage& page, const ResultDocument& document, const ResultT
     table.rows.push_back(row);
   }
   page.Blank();
-  page.Paragraph(TableLabel("PairwiseResult"), indent);
+  page.Paragraph(kPairwiseCaption, indent);
   page.Table(table, indent);
   if (hasMark) {
     page.Paragraph("* adjusted significance below " + FigureText(NumberText(document.sigLevel)),

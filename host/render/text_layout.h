@@ -12,6 +12,8 @@ struct TextStyle {
   std::size_t width = 80;  // no line is longer
   bool ascii = false;      // plots and names in ASCII alone
   bool colour = false;     // with the escape sequences of a terminal
+  bool trace = false;      // with where the report comes from
+  bool sentences = false;  // with each test as a sentence for a results section
 };
 
 /// The text with what could control a terminal, or is no UTF-8, shown as \xNN or \uNNNN; in ASCII

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <utility>
 
 #include "catalogue/catalogue.h"
@@ -208,10 +209,22 @@ std::string FigureText(std::string_view text) {
   if (text == kMissing) return {};
   const auto number = FigureNumber(text);
   if (!number || !std::isfinite(*number)) return std::string(text);
+  // Above that a whole number is no count, and has more digits than anybody reads.
+  constexpr double kLargestInFull = 1e15;
+  constexpr double kFullAbove = 1e5;
+  constexpr int kDigits = 6;
+  const double size = std::abs(*number);
   std::array<char, 32> digits;
+  if (size >= kFullAbove && size < kLargestInFull) {
+    const int decimals = *number == std::trunc(*number) ? 0 : 1;
+    std::snprintf(digits.data(), digits.size(), "%.*f", decimals, *number);
+    return digits.data();
+  }
   const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), *number,
-                                          std::chars_format::general, 6);
+                                          std::chars_format::general, kDigits);
   return {digits.data(), end};
 }
+
+std::string PercentText(double share) { return FigureText(NumberText(100.0 * share)) + " %"; }
 
 }  // namespace npar_host

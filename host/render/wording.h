@@ -35,7 +35,10 @@ namespace npar_host {
 [[nodiscard]] std::string SampleTitle(const ResultDocument& document, const ResultTest& test,
                                       std::int32_t code);
 
-/// A figure with 6 significant digits; another text as it is, "" for the missing value.
+/// A figure with 6 significant digits, or all before the point, whole numbers as such; another text
+/// as it is, "" for the missing value.
 [[nodiscard]] std::string FigureText(std::string_view text);
+/// "95 %".
+[[nodiscard]] std::string PercentText(double share);
 
 }  // namespace npar_host

@@ -75,7 +75,7 @@ TEST_F(CommandLineTest, AnalysePrintsTheReportAndKeepsDocumentsThatRunTakes) {
                "patient", "--keep-documents", folder.Path("kept"), "--out", folder.Path("a.xml")});
   EXPECT_EQ(analysis.exitCode, 0) << analysis.err;
   EXPECT_THAT(analysis.out,
-              AllOf(HasSubstr("1. Sign test"), HasSubstr("0.00390625"),
+              AllOf(HasSubstr("1. Sign test: drug1, drug2"),
                     HasSubstr("Reject the null hypothesis at the level 0.05: p = .004")));
   EXPECT_TRUE(IsValid(FileContent(folder.Path("kept/params.xml")), "parameters.xsd"));
   EXPECT_TRUE(IsValid(FileContent(folder.Path("kept/model.xml")), "datamodel.xsd"));
@@ -214,12 +214,23 @@ TEST_F(CommandLineTest, DatesNameCategoriesInEveryTest) {
 }
 
 TEST_F(CommandLineTest, ReportsGoToSeveralPlacesInOneCall) {
-  const ProcessResult run =
-      RunNpar({"analyse", kSleep, "--related", "drug1,drug2", "--test", "sign", "--report", "text",
-               "--report", "text=" + folder.Path("report.txt")});
+  std::vector<std::string> command = {"analyse",   kSleep,
+                                      "--related", "drug1,drug2",
+                                      "--test",    "sign",
+                                      "--report",  "text",
+                                      "--report",  "text=" + folder.Path("report.txt"),
+                                      "--plots",   folder.Path("plots")};
+  const ProcessResult run = RunNpar(command);
   EXPECT_EQ(run.exitCode, 0) << run.err;
   EXPECT_THAT(run.out, HasSubstr("Sign test"));
+  // A file tells where it comes from, unless it is to be the same each time.
+  EXPECT_THAT(FileContent(folder.Path("report.txt")),
+              AllOf(StartsWith(run.out), HasSubstr("--related drug1,drug2")));
+  command.emplace_back("--no-trace");
+  EXPECT_EQ(RunNpar(command).out, run.out);
   EXPECT_EQ(FileContent(folder.Path("report.txt")), run.out);
+  EXPECT_THAT(FileContent(folder.Path("plots/1-sign-drug1-drug2-1.svg")),
+              AllOf(StartsWith("<?xml"), Not(HasSubstr("var("))));
 }
 
 struct BadInput {

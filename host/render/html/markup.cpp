@@ -128,9 +128,7 @@ std::string FigureMarkup(std::string_view figure) {
 
 std::string SignificanceMarkup(std::string_view figure) {
   if (FigureText(figure).empty()) return std::string(kNoFigure);
-  std::string shown = SignificanceText(figure).substr(2);  // without "p "
-  if (shown.starts_with("= ")) shown.erase(0, 2);
-  return WithValue(figure, shown);
+  return WithValue(figure, SignificanceCell(figure));
 }
 
 HtmlTable::HtmlTable(std::string id, std::string_view caption)
@@ -161,8 +159,8 @@ void HtmlTable::AddSubheading(const std::string& header) {
 
 std::string HtmlTable::Markup(std::string_view tableClass) const {
   const std::string boxClass = tableClass.starts_with("wide") ? "scroll wide" : "scroll";
-  std::string markup = "<div class=\"" + boxClass +
-                       "\" role=\"group\" tabindex=\"0\" aria-labelledby=\"" + id + "\">\n<table";
+  std::string markup =
+      "<div class=\"" + boxClass + "\" role=\"group\" aria-labelledby=\"" + id + "\">\n<table";
   if (!tableClass.empty()) markup += " class=\"" + std::string(tableClass) + "\"";
   return markup + "><caption id=\"" + id + "\">" + caption + "</caption>\n" + head + "<tbody>\n" +
          body + "</tbody></table></div>\n";

@@ -55,9 +55,13 @@ void DrawOutliers(Drawing& drawing, const ResultBoxPlot& box, const Scale& acros
     if (Finite(outlier.value)) sorted.push_back(&outlier);
   }
   std::ranges::stable_sort(sorted, {}, [](const auto* o) { return *Finite(o->value); });
+  constexpr double kLeastStep = 0.5;  // below, one circle hides the other
   double labelEnd = -INFINITY;
+  double last = -INFINITY;
   for (const ResultOutlier* outlier : sorted) {
     const double x = across(*Finite(outlier->value));
+    if (x - last < kLeastStep) continue;
+    last = x;
     drawing.Dot(x, y, 3.5, "outlier");
     const double half =
         std::min(kCaseRoom, static_cast<double>(outlier->Case().size()) * kCharacterWidth) / 2.0;
@@ -81,16 +85,18 @@ std::vector<double> BoxValues(const std::vector<ResultBoxPlot>& boxes) {
 
 std::optional<Plot> BoxPlots(const ResultDocument& document, const ResultTest& test) {
   if (test.boxPlots.empty()) return std::nullopt;
-  constexpr double kStep = 40.0;
-  constexpr double kHalf = 10.0;
+  constexpr std::size_t kRoomy = 16;  // more boxes stand closer
+  const bool isRoomy = test.boxPlots.size() <= kRoomy;
+  const double step = isRoomy ? 40.0 : 15.0;
+  const double half = isRoomy ? 10.0 : 5.0;
   const auto titles = FieldTitles(document, test, 0);
   const std::string title = titles.empty() ? "the values" : titles[0];
   Plot plot;
   plot.kind = "box-plots";
   plot.title = "Box plots of " + title + " by group";
   const Scale across = ScaleOver(BoxValues(test.boxPlots), kLeft, kRight);
-  const double bottom = kTop + kStep * static_cast<double>(test.boxPlots.size());
-  double y = kTop + kStep / 2.0 + 3.0;
+  const double bottom = kTop + step * static_cast<double>(test.boxPlots.size());
+  double y = kTop + step / 2.0 + 3.0;
   for (const ResultBoxPlot& box : test.boxPlots) {
     const std::string name = SampleTitle(document, test, box.code);
     plot.description += BoxWords(name, box);
@@ -103,13 +109,13 @@ std::optional<Plot> BoxPlots(const ResultDocument& document, const ResultTest& t
     if (five.size() == 5) {
       plot.drawing.Line(five[0], y, five[1], y, "whisker");
       plot.drawing.Line(five[3], y, five[4], y, "whisker");
-      plot.drawing.Line(five[0], y - 5.0, five[0], y + 5.0, "whisker");
-      plot.drawing.Line(five[4], y - 5.0, five[4], y + 5.0, "whisker");
-      plot.drawing.Box(five[1], y - kHalf, five[3] - five[1], 2.0 * kHalf, "box");
-      plot.drawing.Line(five[2], y - kHalf, five[2], y + kHalf, "median");
+      plot.drawing.Line(five[0], y - half / 2.0, five[0], y + half / 2.0, "whisker");
+      plot.drawing.Line(five[4], y - half / 2.0, five[4], y + half / 2.0, "whisker");
+      plot.drawing.Box(five[1], y - half, five[3] - five[1], 2.0 * half, "box");
+      plot.drawing.Line(five[2], y - half, five[2], y + half, "median");
     }
     DrawOutliers(plot.drawing, box, across, y);
-    y += kStep;
+    y += step;
   }
   plot.description.erase(0, 1);
   DrawAxisBelow(plot.drawing, across, bottom, title);

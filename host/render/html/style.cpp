@@ -2,7 +2,7 @@
 
 namespace npar_host {
 
-std::string_view PageStyle() {
+std::string_view PlotStyle() {
   return R"css(
 :root {
   color-scheme: light dark;
@@ -11,6 +11,49 @@ std::string_view PageStyle() {
   --reject: #9a1f3c; --reject-back: #fbe9ed; --retain: #17633a; --retain-back: #e6f4ec;
   --note-back: #eef3fa; --warning: #7a4a00; --warning-back: #fdf3df; --band: #f0f3f8;
 }
+svg text { font-size: 12px; fill: var(--ink); }
+svg .tick { fill: var(--quiet); font-size: 11px; }
+svg .title { fill: var(--quiet); }
+svg .value { font-weight: 600; }
+svg .halo { paint-order: stroke; stroke: var(--card); stroke-width: 4px; }
+svg .axis { stroke: var(--quiet); stroke-width: 1; }
+svg .grid { stroke: var(--line); stroke-width: 1; stroke-dasharray: 1 3; }
+svg .first { fill: var(--first); stroke: none; }
+svg .second { fill: var(--second); stroke: none; }
+svg .zero { fill: var(--zero); stroke: var(--card); }
+svg .hollow { fill: var(--card); stroke: var(--second); stroke-width: 2; }
+svg .line { fill: none; stroke-width: 2; stroke-linejoin: round; }
+svg .first.line { stroke: var(--first); }
+svg .second.line { stroke: var(--second); }
+svg .dashed { stroke-dasharray: 5 4; }
+svg .marker { stroke: var(--ink); stroke-width: 1.5; }
+svg .marker.thick { stroke-width: 4; }
+svg .mark { fill: var(--second); stroke: var(--card); stroke-width: 1.5; }
+svg .whisker { stroke: var(--ink); stroke-width: 1.5; }
+svg .box { fill: var(--first); fill-opacity: .3; stroke: var(--first); stroke-width: 1.5; }
+svg .median { stroke: var(--ink); stroke-width: 3; }
+svg .outlier { fill: none; stroke: var(--second); stroke-width: 1.5; }
+svg .leader { stroke: var(--line); }
+svg .node { fill: var(--card); stroke: var(--ink); stroke-width: 2.5; }
+svg .edge { fill: none; stroke: var(--quiet); stroke-width: 1; }
+svg .edge.significant { stroke: var(--second); stroke-width: 3; }
+svg .cell { fill: var(--first); fill-opacity: 0; stroke: var(--line); }
+svg .cell.shade1 { fill-opacity: .12; }
+svg .cell.shade2 { fill-opacity: .28; }
+svg .cell.shade3 { fill-opacity: .8; }
+svg .cell.shade4 { fill-opacity: 1; }
+svg .cell.change { stroke: var(--second); stroke-width: 2; }
+svg .pair { fill: var(--second); stroke: none; }
+svg .pair.strong { fill-opacity: 1; }
+svg .pair.clear { fill-opacity: .6; }
+svg .pair.plain { fill-opacity: .3; }
+svg .pair.none { fill: var(--faint); }
+svg .onshade { fill: var(--card); }
+)css";
+}
+
+std::string_view PageStyle() {
+  return R"css(
 @media (prefers-color-scheme: dark) {
   :root {
     --page: #12161d; --card: #1a202a; --ink: #e6eaf1; --quiet: #a3aebf; --line: #39424f;
@@ -75,8 +118,20 @@ td { white-space: nowrap; }
 table.figures { width: 100%; max-width: 34rem; }
 table.overview { width: 100%; }
 table.overview th, table.overview td { text-align: left; white-space: normal; }
-table.overview .sentence { min-width: 14rem; }
-table.overview th { min-width: 10rem; }
+table.overview td, table.overview thead th { padding-left: .25rem; }
+table.overview thead th:first-child { padding-left: 0; }
+table.overview th[scope=row] { min-width: 9rem; }
+thead button { font: inherit; color: inherit; background: none; border: 0; padding: 0; cursor: pointer;
+  text-align: inherit; text-decoration: underline dotted; }
+th[aria-sort=ascending] button::after { content: " ↑"; }
+th[aria-sort=descending] button::after { content: " ↓"; }
+.tools { display: flex; flex-wrap: wrap; gap: .5rem 1.5rem; align-items: center; font-size: .92rem; }
+.tools[hidden] { display: none; }
+.tools input { accent-color: var(--link); font: inherit; }
+.apa { border-left: .2rem solid var(--line); padding-left: .75rem; }
+button.copy { font: inherit; font-size: .85rem; color: var(--link); background: var(--card); cursor: pointer;
+  border: 1px solid var(--line); border-radius: .3rem; padding: 0 .5rem; }
+.away { position: absolute; left: -100rem; }
 table.overview .kind { display: block; white-space: nowrap; }
 tr.subheading th { font-weight: 600; padding-top: .75rem; }
 tr.effect th, tr.effect td { background: var(--band); font-weight: 600; }
@@ -100,50 +155,25 @@ details { font-size: .9rem; margin-top: .25rem; }
 summary { cursor: pointer; color: var(--link); padding: .15rem 0; width: fit-content; }
 details .scroll { max-height: 20rem; overflow-y: auto; }
 svg { display: block; width: 100%; height: auto; }
-svg text { font-size: 12px; fill: var(--ink); }
-svg .tick { fill: var(--quiet); font-size: 11px; }
-svg .title { fill: var(--quiet); }
-svg .value { font-weight: 600; }
-svg .halo { paint-order: stroke; stroke: var(--card); stroke-width: 4px; }
-svg .axis { stroke: var(--quiet); stroke-width: 1; }
-svg .grid { stroke: var(--line); stroke-width: 1; stroke-dasharray: 1 3; }
-svg .first { fill: var(--first); stroke: none; }
-svg .second { fill: var(--second); stroke: none; }
-svg .zero { fill: var(--zero); stroke: var(--card); }
-svg .hollow { fill: var(--card); stroke: var(--second); stroke-width: 2; }
-svg .line { fill: none; stroke-width: 2; stroke-linejoin: round; }
-svg .first.line { stroke: var(--first); }
-svg .second.line { stroke: var(--second); }
-svg .dashed { stroke-dasharray: 5 4; }
-svg .marker { stroke: var(--ink); stroke-width: 1.5; }
-svg .marker.thick { stroke-width: 4; }
-svg .mark { fill: var(--second); stroke: var(--card); stroke-width: 1.5; }
-svg .whisker { stroke: var(--ink); stroke-width: 1.5; }
-svg .box { fill: var(--first); fill-opacity: .3; stroke: var(--first); stroke-width: 1.5; }
-svg .median { stroke: var(--ink); stroke-width: 3; }
-svg .outlier { fill: none; stroke: var(--second); stroke-width: 1.5; }
-svg .leader { stroke: var(--line); }
-svg .node { fill: var(--card); stroke: var(--ink); stroke-width: 2.5; }
-svg .edge { fill: none; stroke: var(--quiet); stroke-width: 1; }
-svg .edge.significant { stroke: var(--second); stroke-width: 3; }
-svg .cell { fill: var(--first); fill-opacity: 0; stroke: var(--line); }
-svg .cell.shade1 { fill-opacity: .12; }
-svg .cell.shade2 { fill-opacity: .28; }
-svg .cell.shade3 { fill-opacity: .8; }
-svg .cell.shade4 { fill-opacity: 1; }
-svg .cell.change { stroke: var(--second); stroke-width: 2; }
-svg .pair { fill: var(--second); stroke: none; }
-svg .pair.strong { fill-opacity: 1; }
-svg .pair.clear { fill-opacity: .6; }
-svg .pair.plain { fill-opacity: .3; }
-svg .pair.none { fill: var(--faint); }
-svg .onshade { fill: var(--card); }
 footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
 @media (max-width: 40rem) {
   header, main, footer { padding-left: .75rem; padding-right: .75rem; }
   section.test, section.overview, #fields { padding: .9rem; }
   svg text { font-size: 13px; }
   svg .tick { font-size: 12px; }
+  /* p and decision stand under the name of the test. */
+  table.overview, table.overview caption, table.overview tbody, table.overview tr,
+  table.overview th { display: block; }
+  table.overview tr[hidden] { display: none; }
+  table.overview thead { position: absolute; left: -100rem; }
+  table.overview td { display: inline-block; border: 0; padding: .1rem .75rem .1rem 0; }
+  table.overview td:empty { display: none; }
+  table.overview td:nth-of-type(1) { display: block; }
+  table.overview tr { border-bottom: 1px solid var(--line); padding: .4rem 0; }
+  table.overview th[scope=row] { border: 0; padding: 0; max-width: none; font-weight: 600; }
+  table.overview td:nth-of-type(2)::before { content: "N = "; font-style: italic; }
+  table.overview td:nth-of-type(4)::before { content: "p "; font-style: italic; }
+  table.overview .kind { display: inline; }
 }
 @media print {
   :root { --page: #ffffff; --card: #ffffff; --ink: #000000; --quiet: #444444; --line: #bbbbbb;
@@ -151,12 +181,13 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
     --reject: #9a1f3c; --retain: #17633a; --warning: #7a4a00; --band: #f0f0f0;
     --reject-back: #ffffff; --retain-back: #ffffff; --note-back: #ffffff; --warning-back: #ffffff; }
   body { font-size: 10pt; }
-  .skip, .back, details { display: none; }
+  .skip, .back, .tools, button.copy, details { display: none; }
+  thead button { text-decoration: none; }
   section.test, section.overview, #fields { border: 0; padding: 0; }
   .scroll { overflow: visible; }
   th, td { padding: .2rem .3rem; }
   thead th { overflow-wrap: anywhere; }
-  table.overview th, table.overview .sentence { min-width: 0; }
+  table.overview th[scope=row] { min-width: 0; }
   th[scope=row] { min-width: 7.5rem; }
   figure, tr, .message, table.subsets { break-inside: avoid; }
   h2, h3, .kind { break-after: avoid; }

@@ -4,8 +4,9 @@
 
 namespace npar_host {
 
-/// The page's style sheet: light and dark, narrow and wide, screen and paper. It holds no "<" or
-/// "&", so that it can stand in XHTML.
+/// The style of a page and of all that its classes name, but for plots.
 [[nodiscard]] std::string_view PageStyle();
+/// The colours, as variables of a light page, and the style of plots.
+[[nodiscard]] std::string_view PlotStyle();
 
 }  // namespace npar_host

@@ -6,15 +6,14 @@
 #include <vector>
 
 #include "host/render/effect_size.h"
-#include "host/render/html/comparison_plots.h"
-#include "host/render/html/cumulative_plots.h"
+#include "host/render/headline.h"
 #include "host/render/html/distribution_plots.h"
 #include "host/render/html/drawing.h"
-#include "host/render/html/frequency_plots.h"
 #include "host/render/html/markup.h"
-#include "host/render/html/pair_matrix.h"
-#include "host/render/html/sample_plots.h"
+#include "host/render/html/test_plots.h"
 #include "host/render/html/test_tables.h"
+#include "host/render/listed.h"
+#include "host/render/sentence.h"
 #include "host/render/significance.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
@@ -28,8 +27,7 @@ std::string PlotMarkup(const Plot& plot, const std::string& id) {
   const bool isWide = plot.width > kPlotWidth;
   std::string markup =
       "<figure class=\"plot " + plot.kind + (isWide ? " wide\">\n" : "\">\n") +
-      // What is too wide for a phone scrolls, and so takes the focus.
-      (isWide ? "<div class=\"scroll\" role=\"group\" tabindex=\"0\" aria-label=\"Plot\">\n" : "") +
+      (isWide ? "<div class=\"scroll\" role=\"group\" aria-label=\"Plot\">\n" : "") +
       "<svg role=\"img\" viewBox=\"0 0 " + std::to_string(static_cast<int>(plot.width)) + " " +
       std::to_string(static_cast<int>(plot.height)) + "\" aria-labelledby=\"" + id +
       "-title\" aria-describedby=\"" + id + "-words\">\n<title id=\"" + id + "-title\">" +
@@ -44,45 +42,14 @@ std::string PlotMarkup(const Plot& plot, const std::string& id) {
   return markup + "</figure>\n";
 }
 
-// Gathers the plots that there are, each with an id of its own.
-class PlotGallery {
- public:
-  explicit PlotGallery(std::string id) : id(std::move(id)) {}
-
-  void Add(const std::optional<Plot>& plot) {
-    if (plot) markup += PlotMarkup(*plot, NextId());
-    ++count;
-  }
-  [[nodiscard]] std::string NextId() const { return id + "-plot" + std::to_string(count); }
-  [[nodiscard]] const std::string& Markup() const { return markup; }
-
- private:
-  std::string id;
+std::string PlotsMarkup(const ResultDocument& document, const ResultTest& test,
+                        const std::string& id) {
   std::string markup;
-  std::size_t count = 1;
-};
-
-std::string TestPlots(const ResultDocument& document, const ResultTest& test,
-                      const std::string& id) {
-  PlotGallery gallery(id);
-  gallery.Add(DifferencesPlot(document, test, gallery.NextId() + "-values"));
-  gallery.Add(MedianPlot(document, test, gallery.NextId() + "-values"));
-  gallery.Add(TwoSampleFunctions(document, test));
-  gallery.Add(OneSampleFunctions(document, test));
-  gallery.Add(RunsPlot(test));
-  if (test.classification == "Independent_Samples") {
-    gallery.Add(MirroredPlot(document, test, gallery.NextId() + "-values"));
+  std::size_t number = 1;
+  for (const Plot& plot : TestPlots(document, test, id)) {
+    markup += PlotMarkup(plot, id + "-plot" + std::to_string(number++));
   }
-  gallery.Add(BoxPlots(document, test));
-  gallery.Add(RankPlot(document, test, gallery.NextId() + "-values"));
-  for (const ResultTable& table : test.tables) {
-    gallery.Add(FrequencyPlot(document, test, table));
-    gallery.Add(CrossPlot(document, test, table));
-  }
-  gallery.Add(IntervalPlot(document, test));
-  gallery.Add(PairwiseGraph(document, test));
-  gallery.Add(PairwiseMatrix(document, test));
-  return gallery.Markup();
+  return markup;
 }
 
 std::string TestTables(const ResultDocument& document, const ResultTest& test,
@@ -111,12 +78,24 @@ std::string Messages(const ResultDocument& document, const ResultTest& test) {
   }
   if (test.messages.empty()) return markup;
   markup += "<ul class=\"messages\">\n";
-  for (const ResultMessage& message : test.messages) {
+  for (const ListedMessage& listed : ListedMessages(test)) {
+    const ResultMessage& message = *listed.message;
     markup += "<li class=\"message " + Escaped(message.type) + "\"><b>" +
               Escaped(MessageKindWord(message)) + " " + std::to_string(message.code) + ":</b> " +
-              Escaped(MessageWords(document, test, message)) + "</li>\n";
+              Escaped(MessageWords(document, test, message)) + MoreMessages(listed) + "</li>\n";
   }
   return markup + "</ul>\n";
+}
+
+// The sentence for a results section with its button, which the page's script shows.
+std::string SentenceMarkup(const ResultDocument& document, const ResultTest& test) {
+  std::string markup = "<p class=\"apa\"><span>";
+  for (const SentencePart& part : SentenceParts(document, test)) {
+    markup += part.isSymbol ? "<i>" + Escaped(part.text) + "</i>" : Escaped(part.text);
+  }
+  return markup +
+         "</span> <button type=\"button\" class=\"copy\" hidden=\"hidden\" "
+         "aria-label=\"Copy the sentence\">Copy</button></p>\n";
 }
 
 // The names that are shorter in the page than in the document.
@@ -172,18 +151,21 @@ std::string TestSection(const ResultDocument& document, std::size_t index) {
   const std::string id = TestSectionId(index);
   std::string markup = "<section class=\"test\" id=\"" + id + "\" aria-labelledby=\"" + id +
                        "-heading\">\n<h2 id=\"" + id + "-heading\">" + std::to_string(index + 1) +
-                       ". " + Escaped(TestTitle(test.name)) + "</h2>\n<p class=\"hypothesis\">" +
-                       Escaped(Hypothesis(document, test)) + "</p>\n<p class=\"outcome\">" +
-                       DecisionMarkup(test) + " " + OutcomeMarkup(test) + "</p>\n";
+                       ". " + Escaped(TestHeading(document, test)) +
+                       "</h2>\n<p class=\"hypothesis\">" + Escaped(Hypothesis(document, test)) +
+                       "</p>\n<p class=\"outcome\">" + DecisionMarkup(test) + " " +
+                       OutcomeMarkup(test) + "</p>\n";
   const std::string decision = DecisionText(document, test);
   if (!decision.empty()) markup += "<p class=\"decision\">" + Escaped(decision) + "</p>\n";
-  markup += Messages(document, test);
+  markup += SentenceMarkup(document, test) + Messages(document, test);
   const std::string gap = EffectSizeGap(document, test);
   if (!gap.empty()) markup += "<p class=\"note\">" + gap + "</p>\n";
-  markup += "<div class=\"results\">\n" + TestPlots(document, test, id) +
+  markup += "<div class=\"results\">\n" + PlotsMarkup(document, test, id) +
             TestTables(document, test, id) + "</div>\n";
   return markup +
-         "<p class=\"back\"><a href=\"#overview\">Back to the overview</a></p>\n</section>\n";
+         "<p class=\"back\"><a href=\"#overview\">Back to the overview<span class=\"away\"> from "
+         "test " +
+         std::to_string(index + 1) + "</span></a></p>\n</section>\n";
 }
 
 std::string FieldsSection(const ResultDocument& document, const ResultDocument& original) {

@@ -7,7 +7,9 @@
 #include "host/render/effect_size.h"
 #include "host/render/html/comparison_plots.h"
 #include "host/render/html/markup.h"
+#include "host/render/listed.h"
 #include "host/render/pairs.h"
+#include "host/render/significance.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
 
@@ -23,7 +25,9 @@ void AddFigures(HtmlTable& table, const std::vector<ResultStatistic>& figures) {
     const bool isRuns = figure.group == "MinimumRuns" || figure.group == "MaximumRuns";
     if (isRuns && figure.group != group) table.AddSubheading(Escaped(FigureLabel(figure.group)));
     group = figure.group;
-    table.AddRow(Escaped(FigureLabel(figure.name)), {FigureMarkup(figure.text)});
+    table.AddRow(Escaped(FigureLabel(figure.name)),
+                 {IsSignificanceName(figure.name) ? SignificanceMarkup(figure.text)
+                                                  : FigureMarkup(figure.text)});
   }
 }
 
@@ -36,12 +40,12 @@ std::vector<std::string> FigureCells(const std::vector<ResultStatistic>& figures
 
 std::string OutlierCell(const ResultBoxPlot& box) {
   std::string cell;
-  for (const ResultOutlier& outlier : box.outliers) {
+  for (const ResultOutlier& outlier : ListedOutliers(box)) {
     if (!cell.empty()) cell += ", ";
     cell += FigureMarkup(outlier.value);
     if (!outlier.Case().empty()) cell += " (case " + Escaped(outlier.Case()) + ")";
   }
-  return cell.empty() ? "none" : "<div class=\"list\">" + cell + "</div>";
+  return cell.empty() ? "none" : "<div class=\"list\">" + OutlierCount(box) + cell + "</div>";
 }
 
 bool HasFigures(const ResultTable& table, std::size_t column) {
@@ -49,8 +53,6 @@ bool HasFigures(const ResultTable& table, std::size_t column) {
     return column < row.size() && !FigureText(row[column]).empty();
   });
 }
-
-bool IsSignificanceColumn(std::string_view name) { return name == "Sig" || name == "AdjSig"; }
 
 bool IsMember(const TextRows::Row& subset, std::size_t position) {
   const auto first = subset.empty() ? std::nullopt : FigureNumber(subset[0]);
@@ -89,8 +91,8 @@ std::string SubsetsTable(const ResultDocument& document, const ResultTest& test,
     std::vector<std::string> cells;
     for (const auto& subset : subsets) {
       const std::string_view figure = i < subset.size() ? subset[i] : "";
-      cells.push_back(IsSignificanceColumn(names[i]) ? SignificanceMarkup(figure)
-                                                     : FigureMarkup(figure));
+      cells.push_back(IsSignificanceName(names[i]) ? SignificanceMarkup(figure)
+                                                   : FigureMarkup(figure));
     }
     table.AddRow(Escaped(TableLabel(names[i])), cells, "foot");
   }
@@ -120,8 +122,7 @@ std::string FiguresTable(const ResultDocument& document, const ResultTest& test,
 std::string IntervalsTable(const ResultDocument& document, const ResultTest& test,
                            const std::string& id) {
   if (test.intervals.empty()) return {};
-  HtmlTable table(
-      id, "Confidence intervals at the level " + FigureText(NumberText(document.confidenceLevel)));
+  HtmlTable table(id, PercentText(document.confidenceLevel) + " confidence intervals");
   table.SetColumns({"Method", "Estimate", "Lower limit", "Upper limit"});
   for (const ResultInterval& interval : test.intervals) {
     table.AddRow(Escaped(interval.method.empty() ? "Hodges-Lehmann" : FigureLabel(interval.method)),
@@ -190,7 +191,7 @@ std::string PairwiseTable(const ResultDocument& document, const ResultTest& test
                           const std::string& id) {
   const ResultComparison& comparison = test.pairwise;
   if (!comparison.present || comparison.content.Empty()) return {};
-  HtmlTable table(id, "Pairwise comparisons");
+  HtmlTable table(id, kPairwiseCaption);
   const auto& names = comparison.content.columnNames;
   std::vector<std::string> columns{"Samples"};
   std::vector<std::size_t> known;  // columns with at least one figure
@@ -206,8 +207,8 @@ std::string PairwiseTable(const ResultDocument& document, const ResultTest& test
     std::vector<std::string> cells;
     for (const std::size_t i : known) {
       const std::string_view figure = i < row.size() ? row[i] : "";
-      cells.push_back(IsSignificanceColumn(names[i]) ? SignificanceMarkup(figure)
-                                                     : FigureMarkup(figure));
+      cells.push_back(IsSignificanceName(names[i]) ? SignificanceMarkup(figure)
+                                                   : FigureMarkup(figure));
     }
     const bool differs = pair.adjusted < document.sigLevel;
     cells.push_back(differs ? "differ" : "no difference");

@@ -1,6 +1,8 @@
 // report_test.mjs RESULT.html...: opens each page in headless Chromium and checks what only a browser
-// knows: plots have an extent, nothing is logged or loaded, nothing scrolls sideways on a narrow
-// screen, axe-core finds no serious violation. Screenshots go to the folder that SCREENSHOTS names.
+// knows: plots have an extent, nothing is logged or loaded, nothing scrolls sideways at any width,
+// axe-core finds no serious violation, the keyboard reaches everything, the overview sorts and
+// filters, a page opens in a second and prints on few sheets. Screenshots go to the folder that
+// SCREENSHOTS names.
 import {mkdirSync, mkdtempSync, readFileSync, rmSync} from 'node:fs';
 import {createRequire} from 'node:module';
 import {tmpdir} from 'node:os';
@@ -13,8 +15,13 @@ const views = [
   {name: 'light', width: 1100, scheme: 'light', media: 'screen'},
   {name: 'dark', width: 1100, scheme: 'dark', media: 'screen'},
   {name: 'narrow', width: 360, scheme: 'light', media: 'screen'},
+  {name: 'tablet', width: 768, scheme: 'light', media: 'screen'},
+  {name: 'wide', width: 1920, scheme: 'light', media: 'screen'},
   {name: 'print', width: 720, scheme: 'dark', media: 'print'},
 ];
+const slowestOpening = 1000;  // milliseconds
+// Sheets of A4 that a page may take; a test with its plots and tables takes about one.
+const mostSheets = {departments_pairwise: 12, departments_stepwise: 14};
 const tallestPicture = 16000;  // Chromium takes no larger ones
 const pages = process.argv.slice(2);
 const screenshots = process.env.SCREENSHOTS;
@@ -38,7 +45,10 @@ async function open(browser, file, view) {
     media: view.media,
     features: [{name: 'prefers-color-scheme', value: view.scheme}],
   });
+  const start = performance.now();
   await page.goto(address);
+  const opened = performance.now() - start;
+  if (opened > slowestOpening) fault(`opens in ${Math.round(opened)} ms`);
   return {page, fault};
 }
 
@@ -80,13 +90,60 @@ async function checkAccess(page, fault) {
   }
 }
 
+// Each stop can be seen, and its name tells it from the others of its kind.
 async function checkKeyboard(page, fault) {
-  await page.keyboard.press('Tab');
-  const first = await page.evaluate(() => ({
-    target: document.activeElement.getAttribute('href'),
-    left: document.activeElement.getBoundingClientRect().left,
-  }));
-  if (first.target !== '#main' || first.left < 0) fault('the first stop is no visible skip link');
+  const names = new Map();
+  for (let stop = 0; stop < 400; ++stop) {
+    await page.keyboard.press('Tab');
+    const at = await page.evaluate(() => {
+      const active = document.activeElement;
+      const box = active.getBoundingClientRect();
+      const label = document.getElementById(active.getAttribute('aria-labelledby'));
+      return {
+        isPage: active === document.body,
+        name: active.getAttribute('aria-label') ?? (label ?? active).textContent.trim(),
+        target: active.getAttribute('href') ?? active.closest('section')?.id,
+        isSeen: box.width > 0 && box.right > 0 && box.bottom > 0,
+      };
+    });
+    if (at.isPage) break;
+    if (stop === 0 && at.target !== '#main') fault('the first stop is no skip link');
+    if (!at.isSeen) fault(`a stop out of sight: ${at.name}`);
+    const key = `${at.name} in ${at.target}`;
+    names.set(key, (names.get(key) ?? 0) + 1);
+  }
+  for (const [key, count] of names) {
+    if (count > 1 && !key.startsWith('Values drawn')) fault(`${count} stops alike: ${key}`);
+  }
+}
+
+async function checkOverview(page, fault) {
+  const found = await page.evaluate(() => {
+    const table = document.querySelector('table.overview');
+    if (!table || table.tBodies[0].rows.length < 2) return null;
+    const shown = () => [...table.tBodies[0].rows].filter((row) => row.offsetHeight > 0);
+    const column = [...table.tHead.rows[0].cells].findIndex((cell) => cell.textContent === 'p');
+    table.tHead.rows[0].cells[column].querySelector('button').click();
+    const sorted = shown().map((row) => row.cells[column].querySelector('data')?.value)
+      .filter((value) => value !== undefined).map(Number);
+    document.getElementById('only-rejected').click();
+    const rejected = shown();
+    const wrong = rejected.filter((row) => !row.querySelector('.reject')).length;
+    document.getElementById('only-rejected').click();
+    return {sorted, wrong, all: shown().length === table.tBodies[0].rows.length};
+  });
+  if (!found) return;
+  if (found.sorted.some((p, i) => i > 0 && p < found.sorted[i - 1])) fault('p is not sorted');
+  if (found.wrong > 0) fault('the filter shows hypotheses that are not rejected');
+  if (!found.all) fault('a cleared filter hides tests');
+}
+
+async function checkSheets(page, file, fault) {
+  const name = basename(file, '.html');
+  const pdf = Buffer.from(await page.pdf({format: 'A4'}));
+  const sheets = pdf.toString('latin1').match(/\/Type\s*\/Page\b/g).length;
+  console.log(`${name}: ${sheets} sheets`);
+  if (mostSheets[name] && sheets > mostSheets[name]) fault(`prints on ${sheets} sheets`);
 }
 
 const profile = mkdtempSync(join(tmpdir(), 'npar-browser-'));
@@ -110,7 +167,11 @@ try {
         const clip = {x: 0, y: 0, width: view.width, height: Math.min(height, tallestPicture)};
         await page.screenshot({path: join(screenshots, name), clip, captureBeyondViewport: true});
       }
-      if (view.name === 'light') await checkKeyboard(page, fault);
+      if (view.name === 'light') {
+        await checkKeyboard(page, fault);
+        await checkOverview(page, fault);
+      }
+      if (view.media === 'print') await checkSheets(page, file, fault);
       await page.close();
     }
   }

@@ -294,11 +294,26 @@ TEST(HtmlReportTest, NamesOfAnyContentAreShownAsText) {
         for (ResultStatistic& figure : test.statistics) figure.text = row.name;
       }
       const Page page(document);
-      EXPECT_EQ(page.Count("//script | //img | //*[@onerror] | //*[@src] | //iframe"), 0u);
+      EXPECT_EQ(
+          page.Count("//script[preceding::script] | //img | //*[@onerror] | //*[@src] | //iframe"),
+          0u);
       EXPECT_EQ(page.Count("//style"), 1u);
       EXPECT_EQ(page.Count("//comment()"), 0u);
     }
   }
+}
+
+// The page's policy runs nothing else.
+TEST(HtmlReportTest, ThePolicyNamesTheDigestOfTheScript) {
+  const Page page(ResultDocument{});
+  const std::string script = page.xml.select_node("//script").node().text().as_string();
+  const ProcessResult digest =
+      RunProcess({"/usr/bin/env", "python3", "-c",
+                  "import base64, hashlib, sys; print('sha256-' + base64.b64encode(hashlib.sha256("
+                  "sys.stdin.buffer.read()).digest()).decode(), end='')"},
+                 script);
+  EXPECT_THAT(page.text, HasSubstr("script-src '" + digest.out + "'"));
+  EXPECT_EQ(script.find_first_of("<&"), std::string::npos);
 }
 
 TEST(HtmlReportTest, NamesThatTurnTextAreIsolated) {

@@ -77,14 +77,14 @@ TEST(TextReportTest, ShowsHypothesisDecisionAndFigures) {
 10 records; missing values are excluded test by test. Significance level 0.05,
 confidence level 0.95.
 
-1. Sign test
-------------
+1. Sign test: drug1, drug2
+--------------------------
   The median of the differences drug2 - drug1 is 0.
   Reject the null hypothesis at the level 0.05: p = .004 (exact, 2-sided).
 
-  Positive differences                   9
-  Total N                               10
-  Exact significance (2-sided)  0.00390625  p = .004
+  Positive differences             9
+  Total N                         10
+  Exact significance (2-sided)  .004
 
   Differences  0.8 [█ ▃] 4.6
 )");
@@ -93,7 +93,8 @@ confidence level 0.95.
 TEST(TextReportTest, ComparisonsNameTheirSamplesAndMarkTheSignificantOnes) {
   const std::string text = RenderText(ComparisonDocument({"Alpha", "Beta", "Gamma"}));
   EXPECT_THAT(text, HasSubstr(R"(
-  Pairwise comparisons
+  Pairwise comparisons: significances are two-sided, adjusted ones after
+  Bonferroni
   Sample 1  Sample 2  Statistic     Std.       Std.    Sig.  Adj.
                                    error  statistic          sig.
   Gamma     Beta       -12345.7  12345.7   -2.34568    .012  .046  *

@@ -1,0 +1,246 @@
+#include "host/render/sentence.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <string_view>
+
+#include "catalogue/catalogue.h"
+#include "host/data/number.h"
+#include "host/render/effect_size.h"
+#include "host/render/headline.h"
+#include "host/render/significance.h"
+#include "host/render/table_words.h"
+#include "host/render/wording.h"
+
+namespace npar_host {
+namespace {
+
+using namespace catalogue;
+
+constexpr std::size_t kMostGroups = 4;  // whose sizes and medians a sentence tells
+constexpr double kPercent = 100.0;
+
+// "{f} differed significantly between {g}": {f} the fields, {g} the group field.
+struct Finding {
+  Text element;
+  const char* subject;
+  const char* does;
+  const char* doesNot;
+  const char* rest;
+};
+
+constexpr const char* kDiffered = "differed";
+constexpr const char* kDidNot = "did not differ";
+constexpr const char* kBetween = " between the groups of {g}";
+
+constexpr Finding kFindings[] = {
+    {binomial::kCard.element, "the share of the first class of {f}", kDiffered, kDidNot,
+     " from the hypothesised one"},
+    {chi_square::kCard.element, "the proportions of {f}", kDiffered, kDidNot,
+     " from the hypothesised ones"},
+    {ks_one_sample::kNormal.element, "{f}", "departed", "did not depart",
+     " from the hypothesised distribution"},
+    {runs::kCard.element, "the order of {f}", "departed", "did not depart", " from randomness"},
+    {wilcoxon::kCard.element, "the median of {f}", kDiffered, kDidNot,
+     " from the hypothesised one"},
+    {sign::kCard.element, "{f}", kDiffered, kDidNot, ""},
+    {wilcoxon_pairs::kCard.element, "{f}", kDiffered, kDidNot, ""},
+    {mcnemar::kCard.element, "the proportions of {f}", kDiffered, kDidNot, ""},
+    {marginal_homogeneity::kCard.element, "the distributions of {f}", kDiffered, kDidNot, ""},
+    {cochran_q::kCard.element, "the proportions of {f}", kDiffered, kDidNot, ""},
+    {friedman::kCard.element, "the distributions of {f}", kDiffered, kDidNot, ""},
+    {kendall_w::kCard.element, "the records", "agreed", "did not agree",
+     " in their ranking of {f}"},
+    {mann_whitney::kCard.element, "{f}", kDiffered, kDidNot, kBetween},
+    {kruskal_wallis::kCard.element, "{f}", kDiffered, kDidNot, kBetween},
+    {median::kCard.element, "the medians of {f}", kDiffered, kDidNot, kBetween},
+    {jonckheere_terpstra::kCard.element, "{f}", kDiffered, kDidNot,
+     " along the order of the groups of {g}"},
+    {ks_two_sample::kCard.element, "the distribution of {f}", kDiffered, kDidNot, kBetween},
+    {wald_wolfowitz::kCard.element, "the distribution of {f}", kDiffered, kDidNot, kBetween},
+    {moses::kCard.element, "the range of {f}", kDiffered, kDidNot, kBetween},
+};
+
+std::string Decimals(double value, int count) {
+  std::array<char, 352> digits;  // of the largest double
+  std::snprintf(digits.data(), digits.size(), "%.*f", count, value);
+  return digits.data();
+}
+
+// Two decimals of what is no whole number and no half.
+std::string ShortFigure(std::string_view text) {
+  constexpr double kLargest = 1e15;
+  const auto number = FigureNumber(text);
+  if (!number || !(std::abs(*number) < kLargest) || *number == std::trunc(*number)) {
+    return FigureText(text);
+  }
+  if (std::abs(*number) < 0.01) return FigureText(text);
+  const bool isHalf = 2.0 * *number == std::trunc(2.0 * *number);  // of a sum of ranks
+  return Decimals(*number, isHalf ? 1 : 2);
+}
+
+// What cannot pass 1 has no 0 before its point.
+std::string ShortEffect(const EffectSize& effect) {
+  std::string digits = Decimals(effect.value, 2);
+  if (digits.starts_with("0.")) return digits.substr(1);
+  if (digits.starts_with("-0.")) return "-" + digits.substr(2);
+  return digits;
+}
+
+std::string JoinAnd(const std::vector<std::string>& words) {
+  std::string text;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (i > 0) text += i + 1 == words.size() ? " and " : ", ";
+    text += words[i];
+  }
+  return text;
+}
+
+std::string Subject(const ResultDocument& document, const ResultTest& test) {
+  std::vector<std::string> titles = FieldTitles(document, test, 0);
+  if (test.classification == "Related_Samples") {
+    for (const std::string& title : FieldTitles(document, test, 1)) titles.push_back(title);
+  }
+  if (titles.size() > kMostGroups) return "the " + std::to_string(titles.size()) + " fields";
+  return titles.empty() ? "(unknown field)" : JoinAnd(titles);
+}
+
+class Writer {
+ public:
+  Writer(const ResultDocument& document, const ResultTest& test) : document(document), test(test) {}
+
+  std::vector<SentencePart> Write() {
+    if (test.Failed() || test.decision == "unknown") {
+      Add(TestTitle(test.name) + " of " + TestedFields(document, test) +
+          ": it could not be computed");
+    } else if (test.decision.empty()) {
+      WriteEstimate();
+    } else {
+      WriteFinding();
+      WriteFigures();
+    }
+    Add(".");
+    return std::move(parts);
+  }
+
+ private:
+  void Add(const std::string& text) { parts.push_back({text}); }
+  void AddSymbol(const std::string& symbol, const std::string& text) {
+    Add(", ");
+    parts.push_back({symbol, true});
+    Add(text);
+  }
+
+  void AddFilled(std::string_view phrase) {
+    const std::size_t at = phrase.find('{');
+    Add(std::string(phrase.substr(0, at)));
+    if (at == std::string_view::npos) return;
+    const ResultField* const group = GroupField(document, test);
+    if (phrase[at + 1] == 'f') Add(Subject(document, test));
+    if (phrase[at + 1] == 'g') Add(group == nullptr ? "(unknown field)" : group->Title());
+  }
+
+  void WriteFinding() {
+    Add(TestTitle(test.name) + ": ");
+    const auto* const finding = std::ranges::find_if(
+        kFindings, [this](const Finding& row) { return row.element == test.name; });
+    const bool rejects = test.decision == "reject";
+    if (finding == std::end(kFindings)) {
+      Add(rejects ? "the null hypothesis was rejected" : "the null hypothesis was retained");
+      return;
+    }
+    AddFilled(finding->subject);
+    Add(std::string(" ") + (rejects ? finding->does : finding->doesNot) + " significantly");
+    AddFilled(finding->rest);
+  }
+
+  void WriteFigures() {
+    const Headline headline = FindHeadline(document, test);
+    if (!headline.symbol.empty()) {
+      std::string text = " = " + ShortFigure(headline.statistic);
+      if (!headline.freedom.empty()) text = "(" + FigureText(headline.freedom) + ")" + text;
+      AddSymbol(headline.symbol, text);
+    }
+    WriteSizes(headline);
+    if (const auto significance = DecidingSignificance(test)) {
+      std::string words = SignificanceText(significance->figure).substr(1);
+      const bool isOneSided = significance->sides == 1;
+      if (significance->isExact) words += isOneSided ? " (exact, one-sided)" : " (exact)";
+      if (!significance->isExact && isOneSided) words += " (one-sided)";
+      AddSymbol("p", words);
+    }
+    WriteEffect();
+  }
+
+  // The sizes of two groups or so, or else that of the whole.
+  void WriteSizes(const Headline& headline) {
+    std::vector<std::string> sizes;
+    for (const ResultGroup& group : test.groups) {
+      const auto found = std::ranges::find(group.figures, "N", &ResultStatistic::name);
+      if (found != group.figures.end()) sizes.push_back(FigureText(found->text));
+    }
+    const bool areGroups = test.classification == "Independent_Samples";
+    if (areGroups && sizes.size() == test.groups.size() && sizes.size() > 1 &&
+        sizes.size() <= kMostGroups) {
+      AddSymbol("n", " = " + JoinAnd(sizes));
+    } else if (headline.count) {
+      AddSymbol("N", " = " + FigureText(NumberText(*headline.count)));
+    }
+    WriteMedians();
+  }
+
+  void WriteMedians() {
+    constexpr std::size_t kMedian = 2;
+    if (test.boxPlots.size() < 2 || test.boxPlots.size() > kMostGroups) return;
+    std::vector<std::string> medians;
+    for (const ResultBoxPlot& box : test.boxPlots) {
+      if (box.fiveNumbers.empty()) return;
+      medians.push_back(ShortFigure(box.fiveNumbers[kMedian]));
+    }
+    AddSymbol("Mdn", " = " + JoinAnd(medians));
+  }
+
+  void WriteEffect() {
+    const auto effect = FindEffectSize(document, test);
+    if (!effect) return;
+    const bool isRankBiserial = effect->name.starts_with("Rank-biserial");
+    const bool isNamed = effect->name.ends_with("'s " + effect->symbol);
+    Add(", ");
+    if (isRankBiserial) Add("rank-biserial ");
+    if (isNamed) Add(effect->name.substr(0, effect->name.size() - effect->symbol.size()));
+    parts.push_back({effect->symbol, true});
+    Add(" = " + ShortEffect(*effect));
+  }
+
+  void WriteEstimate() {
+    Add(TestTitle(test.name) + " of " + TestedFields(document, test) + ": ");
+    const std::string level = FigureText(NumberText(kPercent * document.confidenceLevel));
+    for (std::size_t i = 0; i < test.intervals.size(); ++i) {
+      const ResultInterval& interval = test.intervals[i];
+      if (i > 0) Add("; ");
+      Add(ShortFigure(interval.estimate) + ", " + level + " % CI [" + ShortFigure(interval.lower) +
+          ", " + ShortFigure(interval.upper) + "]");
+      if (!interval.method.empty()) Add(" (" + FigureLabel(interval.method) + ")");
+    }
+  }
+
+  const ResultDocument& document;
+  const ResultTest& test;
+  std::vector<SentencePart> parts;
+};
+
+}  // namespace
+
+std::vector<SentencePart> SentenceParts(const ResultDocument& document, const ResultTest& test) {
+  return Writer(document, test).Write();
+}
+
+std::string Sentence(const ResultDocument& document, const ResultTest& test) {
+  std::string sentence;
+  for (const SentencePart& part : SentenceParts(document, test)) sentence += part.text;
+  return sentence;
+}
+
+}  // namespace npar_host

@@ -1,0 +1,88 @@
+#include "host/render/sentence.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/render/headline.h"
+#include "host/render/manuscript.h"
+#include "support/process.h"
+
+namespace npar_host {
+namespace {
+
+using testing::HasSubstr;
+
+ResultDocument Reference(const std::string& name) {
+  return ReadResultDocument(FileContent("test/support/references/results/" + name + ".xml"), name);
+}
+
+const ResultTest& Find(const ResultDocument& document, std::string_view name) {
+  for (const ResultTest& test : document.tests) {
+    if (test.name == name) return test;
+  }
+  ADD_FAILURE() << "no test " << name;
+  return document.tests.front();
+}
+
+struct SentenceCase {
+  const char* document;
+  const char* test;
+  const char* sentence;
+};
+
+// The figures are those of the documents, rounded by hand.
+TEST(SentenceTest, FindingsEstimatesAndExactValuesReadAsAResultsSection) {
+  const SentenceCase cases[] = {
+      {"sleep_pairs", "RSign",
+       "Sign test: drug1 and drug2 differed significantly, S = 9, N = 10, p = .004 (exact), r = "
+       ".84."},
+      {"insect_sprays_pairwise", "IKruskalWallis",
+       "Kruskal-Wallis one-way analysis of variance by ranks: count differed significantly between "
+       "the groups of spray, H(5) = 54.69, N = 72, p < .001, \u03b5\u00b2 = .77."},
+      {"tooth_growth_supp", "IMannWhitneyU",
+       "Mann-Whitney U test: len did not differ significantly between the groups of supp, U = "
+       "324.5, n = 30 and 30, p = .063, rank-biserial r = -.28."},
+      {"sleep_pairs", "RHodgesLehmannEstimatePairs",
+       "Hodges-Lehmann estimate of the median difference of drug1, drug2: 1.30, 95 % CI [0.90, "
+       "2.70]."},
+  };
+  for (const SentenceCase& row : cases) {
+    SCOPED_TRACE(row.test);
+    const ResultDocument document = Reference(row.document);
+    EXPECT_EQ(Sentence(document, Find(document, row.test)), row.sentence);
+  }
+}
+
+TEST(SentenceTest, AFailedTestSaysSo) {
+  ResultDocument document = Reference("sleep_pairs");
+  document.tests[0].decision = "unknown";
+  EXPECT_THAT(Sentence(document, document.tests[0]), HasSubstr("could not be computed."));
+}
+
+TEST(HeadlineTest, EveryTestOfTheReferencesHasAStatisticOrIsAnEstimate) {
+  for (const char* name : {"approval", "discoveries", "insect_sprays_pairwise", "sleep_pairs",
+                           "rounding_times_stepwise", "titanic_expected", "tooth_growth_supp"}) {
+    const ResultDocument document = Reference(name);
+    for (const ResultTest& test : document.tests) {
+      EXPECT_EQ(StatisticText(FindHeadline(document, test)).empty(), test.decision.empty())
+          << test.name;
+    }
+  }
+}
+
+TEST(ManuscriptTest, NamesCannotLeaveTheirCells) {
+  ResultDocument document = Reference("sleep_pairs");
+  for (ResultField& field : document.fields) {
+    if (field.name == "drug1") field.name = field.label = "a|b_c&d,\"e\"%";
+  }
+  EXPECT_THAT(RenderMarkdown(document),
+              HasSubstr("| a\\|b\\_c&amp;d,\"e\"%, drug2 | 10 | S = 9 | .004 |"));
+  EXPECT_THAT(RenderLatex(document),
+              HasSubstr("Sign & a|b\\_c\\&d,\"e\"\\%, drug2 & 10 & S = 9 & .004 &"));
+  EXPECT_THAT(
+      RenderCsv(document),
+      HasSubstr("Sign test,\"a|b_c&d,\"\"e\"\"%, drug2\",10,S,9,,0.00390625,\"exact, 2-sided\","));
+}
+
+}  // namespace
+}  // namespace npar_host
