@@ -20,16 +20,14 @@ const char* const kPageScript = R"js(
   }
 
   // What scrolls can be reached with the keyboard, and nothing else is a stop.
-  const markScrolling = () => {
-    for (const box of all('.scroll')) {
+  const boxes = new ResizeObserver((entries) => {
+    for (const box of entries.map((entry) => entry.target)) {
       const spare = Math.max(box.scrollWidth - box.clientWidth, box.scrollHeight - box.clientHeight);
       if (spare > 1) box.tabIndex = 0;
       else box.removeAttribute('tabindex');
     }
-  };
-  addEventListener('resize', markScrolling);
-  document.addEventListener('toggle', markScrolling, true);
-  markScrolling();
+  });
+  for (const box of all('.scroll')) boxes.observe(box);
 
   const table = document.querySelector('table.overview');
   if (!table || table.tBodies[0].rows.length === 1) return;
@@ -78,6 +76,6 @@ const char* const kPageScript = R"js(
 })();
 )js";
 
-const char* const kPageScriptHash = "sha256-aN89VmSR5Ckpc+lF4iMwutqIeV7x4XL1JvvboyY2JzA=";
+const char* const kPageScriptHash = "sha256-mh7mm74vAUp/EucEBNQvPUTLlfqj5NlTVQcPAzfHtFM=";
 
 }  // namespace npar_host
