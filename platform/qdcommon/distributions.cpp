@@ -152,6 +152,20 @@ double QDDistFun::IdfChi(double p, double df) {
   return static_cast<double>(2 * std::exp(t));
 }
 
+double QDDistFun::SfF(double x, double df1, double df2) {
+  if (!IsShape(df1) || !IsShape(df2) || std::isnan(x)) return kNotANumber;
+  if (x <= 0.0) return 1.0;
+  if (x == kInfinity) return 0.0;
+  // x is the odds of a beta variable with shapes df1 / 2 and df2 / 2, times their ratio.
+  const Real odds = static_cast<Real>(df1) * x;
+  const Real first = odds / (odds + df2);
+  const Real second = df2 / (odds + df2);
+  const Real excess = static_cast<Real>(df1) / 2 * second * (static_cast<Real>(x) - 1);
+  return static_cast<double>(
+      BetaTails(static_cast<Real>(df1) / 2, static_cast<Real>(df2) / 2, first, second, excess)
+          .upper);
+}
+
 double QDDistFun::IdfF(double p, double df1, double df2) {
   if (!IsShape(df1) || !IsShape(df2) || !IsProbability(p)) return kNotANumber;
   if (p == 0.0) return 0.0;

@@ -22,6 +22,8 @@ class QD_EXPORT QDDistFun {
   [[nodiscard]] static double CdfChi(double x, double df);
   [[nodiscard]] static double SfChi(double x, double df);
   [[nodiscard]] static double IdfChi(double p, double df);
+  /// Upper tail of Fisher's F with df1 and df2 above 0; x below 0 counts as 0.
+  [[nodiscard]] static double SfF(double x, double df1, double df2);
   /// Quantile of Fisher's F with df1 and df2 above 0.
   [[nodiscard]] static double IdfF(double p, double df1, double df2);
   /// Quantile of the beta distribution with shapes above 0.

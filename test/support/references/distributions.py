@@ -145,6 +145,11 @@ def idf_chi(p, df):
     return None if t is None else 2 * mpmath.exp(t)
 
 
+def sf_f(x, df1, df2):
+    odds = mpf(df1) * mpf(x)
+    return beta_tails(mpf(df1) / 2, mpf(df2) / 2, odds / (odds + df2), df2 / (odds + df2))[1]
+
+
 def idf_f(p, df1, df2):
     t = beta_log_odds(p, mpf(df1) / 2, mpf(df2) / 2)
     return None if t is None else mpf(df2) / mpf(df1) * mpmath.exp(t)
@@ -261,6 +266,10 @@ def rows():
                 yield "IdfF", idf_f, (p, 2 * first, 2 * second), (p, 2 * first, 2 * second)
             if a == b:
                 break
+
+    for a, b in [(1e-3, 0.02), (0.5, 0.5), (0.5, 100.5), (1.0, 30.0), (2.5, 1e4), (19.5, 40.0), (19.5, 3e5), (25.0, 1e4)]:
+        for x in (0.9, 1.0, 4.0, 1e9):
+            yield "SfF", sf_f, (x, 2 * a, 2 * b), (x, 2 * a, 2 * b)
 
     for n, p in [(1, 0.3), (10, 0.5), (25, 0.5), (30, 1e-10), (30, 1 - 2**-53), (1000, 1 / 3), (10**6, 0.01),
                  (2**31, 0.5), (2**31, 1e-9), (2**31, 1 - 2**-33), (2**33 + 1, 0.999), (10**15, 1e-13),

@@ -52,6 +52,7 @@ const std::map<std::string, Function> kFunctions = {
     {"CdfChi", {2, [](const Arguments& a) { return QDDistFun::CdfChi(a[0], a[1]); }}},
     {"SfChi", {2, [](const Arguments& a) { return QDDistFun::SfChi(a[0], a[1]); }}},
     {"IdfChi", {2, [](const Arguments& a) { return QDDistFun::IdfChi(a[0], a[1]); }}},
+    {"SfF", {3, [](const Arguments& a) { return QDDistFun::SfF(a[0], a[1], a[2]); }}},
     {"IdfF", {3, [](const Arguments& a) { return QDDistFun::IdfF(a[0], a[1], a[2]); }}},
     {"IdfBeta", {3, [](const Arguments& a) { return QDDistFun::IdfBeta(a[0], a[1], a[2]); }}},
     {"CdfBin", {3, [](const Arguments& a) { return Bin(a[0], a[1], a[2]); }}},
@@ -132,7 +133,7 @@ TEST(DistributionsTest, EdgesOfTheDomainHaveExactAnswers) {
           << edge.row << " is " << value;
     }
   }
-  EXPECT_EQ(count, 62U);
+  EXPECT_EQ(count, 66U);
 }
 
 struct PowerCase {
