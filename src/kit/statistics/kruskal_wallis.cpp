@@ -3,7 +3,15 @@
 #include <algorithm>
 #include <cmath>
 
+#include "foundation/names.h"
 #include "kit/statistics/mann_whitney.h"
+
+namespace {
+
+/// Share of the ranks' variation within the groups that counts as some.
+constexpr double kLeastWithin = 1e-12;
+
+}  // namespace
 
 ChiSquareFigures KruskalWallis(std::span<const RankedGroup> groups, const DoubleDouble& tieSum) {
   double n = 0.0;
@@ -21,4 +29,16 @@ ChiSquareFigures KruskalWallis(std::span<const RankedGroup> groups, const Double
 
 double DunnStandardError(double n1, double n2, double n, const DoubleDouble& tieSum) {
   return std::sqrt((1.0 / n1 + 1.0 / n2) * (UntiedSum(n, tieSum) / (12.0 * (n - 1.0))));
+}
+
+KruskalWallisEffects EffectsOf(double h, double k, double n) {
+  KruskalWallisEffects effects{h / (n - 1.0), std::nullopt, std::nullopt};
+  if (!(n > k)) return effects;
+  effects.etaSquared = (h - k + 1.0) / (n - k);
+  const double within = n - 1.0 - h;
+  if (within > kLeastWithin * (n - 1.0)) {
+    const double f = h / (k - 1.0) / (within / (n - k));
+    effects.conover = {f, k - 1.0, n - k, QDDistFun::SfF(f, k - 1.0, n - k)};
+  }
+  return effects;
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <vector>
 
 #include "kit/ranks/ties.h"
@@ -53,6 +54,39 @@ TEST(KruskalWallisStatisticTest, DunnsStandardErrorIsCorrectedForTies) {
   EXPECT_THAT(DunnStandardError(4, 5, 15, 66), IsCloseTo(2.97038958483803698));
   EXPECT_THAT(DunnStandardError(2, 3, 5, 24), IsCloseTo(1.29099444873580563));
   EXPECT_THAT(DunnStandardError(1e8, 1e8, 2e8, TieTerm(199999999)), IsCloseTo(1.0));
+}
+
+struct EffectsCase {
+  const char* catches;
+  double h, k, n;
+  double epsilonSquared;
+  std::optional<double> etaSquared, f, sig;
+};
+
+// By hand; F and its tail of the first are SciPy 1.17.1's f_oneway of the mid-ranks of [1, 4, 2],
+// [3, 3, 6, 5], [5, 7, 8], of which kruskal gives H.
+const EffectsCase kEffects[] = {
+    {"ranks of three groups", 5.648006134969323, 3, 10, 5.648006134969323 / 9,
+     3.648006134969323 / 7, 5.897391901166779, 0.031529165035705374},
+    {"a small H", 0.5, 3, 10, 0.5 / 9, -1.5 / 7, 0.25 / (8.5 / 7), 0.8186861756794399},
+    {"as many groups as units", 3, 4, 4, 1.0, std::nullopt, std::nullopt, std::nullopt},
+    {"nothing within the groups", 9, 3, 10, 1.0, 1.0, std::nullopt, std::nullopt},
+    {"hardly anything", 9 - 1e-10, 3, 10, 1.0, 1.0, 3.15e11, 0.0},
+};
+
+TEST(KruskalWallisStatisticTest, EffectsStandOnH) {
+  for (const EffectsCase& row : kEffects) {
+    SCOPED_TRACE(row.catches);
+    const KruskalWallisEffects effects = EffectsOf(row.h, row.k, row.n);
+    EXPECT_THAT(effects.epsilonSquared, IsCloseTo(row.epsilonSquared, 1e-10));
+    EXPECT_THAT(effects.etaSquared, IsCloseTo(row.etaSquared, 1e-10));
+    ASSERT_EQ(effects.conover.has_value(), row.f.has_value());
+    if (!effects.conover) continue;
+    EXPECT_THAT(effects.conover->f, IsCloseTo(row.f, 1e-6));
+    EXPECT_EQ(effects.conover->df1, row.k - 1);
+    EXPECT_EQ(effects.conover->df2, row.n - row.k);
+    EXPECT_NEAR(effects.conover->sig, *row.sig, 1e-13);
+  }
 }
 
 }  // namespace
