@@ -20,6 +20,9 @@ class Placements {
     count[1] += run.second;
   }
 
+  /// The next units of weight 1, no two of which tie; of each its group, 0 or 1.
+  void AddUntied(const std::int32_t* groups, std::size_t units) noexcept;
+
   /// Units of a group, 0 or 1.
   [[nodiscard]] std::int64_t Count(std::size_t group) const noexcept { return count[group]; }
   /// Sum of the doubled placements; of the second group it is 2 U.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <vector>
 
 #include "kit/statistics/exact_tails.h"
@@ -13,39 +14,45 @@ constexpr double kMostTables = 1e6;
 /// Wider than a double's range: the product of k improbable cells may still be a double.
 using Weight = long double;
 
-constexpr Weight kProbabilityTolerance = 1e-7L;
-
-/// Weights in proportion to C(size, l) odds^l for l from `first` on, the largest near 1: each
-/// follows from the one nearer to the middle by a ratio. With the odds of the rows, whose powers
-/// are alike in all tables, the middle of each group is that of the tables.
+/// Weights in proportion to C(size, l) odds^l for l from `first` to `last`, the largest near 1:
+/// each follows from the one nearer to the middle by a ratio. With the odds of the rows, whose
+/// powers are alike in all tables, the middle of each group is that of the tables. Weights that are
+/// too small for a number stand at either end and count as 0.
 class CellWeights {
  public:
   CellWeights(std::int64_t first, std::int64_t last, std::int64_t size, Weight odds)
-      : first(first), weights(static_cast<std::size_t>(last - first + 1)) {
+      : origin(first), weights(static_cast<std::size_t>(last - first + 1)) {
     const auto ratio = [size, odds](std::int64_t l) {  // of l to l - 1
       return static_cast<Weight>(size - l + 1) * odds / static_cast<Weight>(l);
     };
     const auto middle = static_cast<std::int64_t>(static_cast<Weight>(size) * odds / (1 + odds));
     const std::int64_t start = std::clamp(middle, first, last);
-    At(start) = 1;
-    for (std::int64_t l = start + 1; l <= last; ++l) At(l) = At(l - 1) * ratio(l);
-    for (std::int64_t l = start; l > first; --l) At(l - 1) = At(l) / ratio(l);
+    lowest = start;
+    highest = start;
+    Weight weight = At(start) = 1;
+    while (highest < last && (weight *= ratio(highest + 1)) >= kSmallest) At(++highest) = weight;
+    weight = 1;
+    while (lowest > first && (weight /= ratio(lowest)) >= kSmallest) At(--lowest) = weight;
   }
 
-  [[nodiscard]] std::int64_t First() const noexcept { return first; }
-  [[nodiscard]] std::int64_t Last() const noexcept {
-    return first + static_cast<std::int64_t>(weights.size()) - 1;
-  }
+  /// The ends of what is not 0.
+  [[nodiscard]] std::int64_t First() const noexcept { return lowest; }
+  [[nodiscard]] std::int64_t Last() const noexcept { return highest; }
+  /// Of a possible count.
   [[nodiscard]] Weight Of(std::int64_t l) const noexcept {
-    return weights[static_cast<std::size_t>(l - first)];
+    return weights[static_cast<std::size_t>(l - origin)];
   }
 
  private:
+  static constexpr Weight kSmallest = std::numeric_limits<Weight>::min();
+
   [[nodiscard]] Weight& At(std::int64_t l) noexcept {
-    return weights[static_cast<std::size_t>(l - first)];
+    return weights[static_cast<std::size_t>(l - origin)];
   }
 
-  std::int64_t first;
+  std::int64_t origin;
+  std::int64_t lowest;
+  std::int64_t highest;
   std::vector<Weight> weights;
 };
 
@@ -73,7 +80,7 @@ class TablesWithMargins {
   [[nodiscard]] double SigOfObserved() {
     Weight observed = 1;
     for (std::size_t j = 0; j < groups.size(); ++j) observed *= cells[j].Of(groups[j].lower);
-    bound = observed * (1 + kProbabilityTolerance);
+    bound = observed * (1 + Weight{kProbabilitySlack});
     // Counts of all groups but the last two, which SumInner goes through.
     const std::size_t outer = groups.size() - 2;
     std::vector<std::int64_t> counts(outer, 0);

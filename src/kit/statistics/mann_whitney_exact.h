@@ -9,6 +9,10 @@
 
 /// The exact distribution of U is formed up to this number n1 n2 of pairs.
 inline constexpr std::int64_t kMostMannWhitneyPairs = 10000;
+/// Of groups with at least one unit.
+[[nodiscard]] constexpr bool HasExactMannWhitney(std::int64_t n1, std::int64_t n2) noexcept {
+  return n1 <= kMostMannWhitneyPairs / n2;
+}
 
 /// What the exact distribution of U says (docs/statistics/mann_whitney.md).
 struct MannWhitneyExact {
@@ -22,7 +26,7 @@ struct MannWhitneyExact {
 ///
 /// The shift algorithm (B. Streitberg, J. Röhmel, Statistical Software Newsletter 12 (1986)), run
 /// by run, on the lower and the upper half of the units by themselves: what is counted of either is
-/// joined by the tails alone. That costs at most (n1 n2)^2 / 6 additions, with no ties half of it.
+/// joined by the tails alone. That costs at most (n1 n2)^2 / 4 additions, without ties half of it.
 [[nodiscard]] MannWhitneyExact ConditionalMannWhitney(std::span<const TiedUnits> runs);
 
 /// P(U = u) of n1 and n2 units without ties, u from 0 to n1 n2, n1 n2 from 1 to

@@ -1,13 +1,18 @@
 #include "tests/independent/hodges_lehmann_groups.h"
 
+#include <algorithm>
 #include <cmath>
+#include <numeric>
+#include <vector>
 
 #include "catalogue/cards/hodges_lehmann_groups.h"
-#include "kit/statistics/interval_ranks.h"
 #include "kit/statistics/mann_whitney.h"
+#include "kit/statistics/mann_whitney_exact.h"
+#include "kit/statistics/order_statistic_limits.h"
 #include "planning/two_group_construction.h"
 #include "report/algorithm_element.h"
 #include "report/elements.h"
+#include "report/extended_tables.h"
 #include "report/two_group_tables.h"
 
 namespace card = catalogue::hodges_lehmann_groups;
@@ -39,7 +44,44 @@ void NPARHodgesLehmannTwoIndep::ComputeFigures() {
                              confidenceLevel);
   lower = differences.Select(ToWideInteger(limits.below) + 1);
   upper = differences.Select(ToWideInteger(limits.last));
+  if (wantsExtended) {
+    if (!tally->HasNegativeWeight()) exact = FindExact(differences, limits);
+    quartiles = {QuartilesOf(values[TwoGroups::First]), QuartilesOf(values[TwoGroups::Second])};
+  }
   values = {};
+}
+
+std::optional<NPARHodgesLehmannTwoIndep::Exact> NPARHodgesLehmannTwoIndep::FindExact(
+    const GroupDifferences& differences, const IntervalRanks& limits) const {
+  if (!HasExactMannWhitney(counts[0], counts[1])) return std::nullopt;
+  const std::int64_t pairs = counts[0] * counts[1];
+  std::vector<double> upTo = MannWhitneyProbabilities(counts[0], counts[1]);
+  std::partial_sum(upTo.begin(), upTo.end(), upTo.begin());
+  const auto cumulative = [&upTo](std::int64_t u) { return upTo[static_cast<std::size_t>(u)]; };
+  const auto found = LimitsByOrderStatistics(pairs, confidenceLevel, cumulative);
+  if (pairs < 2 || !found) return std::nullopt;
+  // A rank outside the differences is that of the first or of the last one.
+  const auto rankOf = [pairs](WideInteger rank) {
+    return static_cast<std::int64_t>(std::clamp<WideInteger>(rank, 1, pairs));
+  };
+  const std::int64_t first = rankOf(ToWideInteger(limits.below) + 1);
+  const std::int64_t last = rankOf(ToWideInteger(limits.last));
+  return Exact{1.0 - cumulative(first - 1) - cumulative(pairs - last),
+               IsLevelAttainable(confidenceLevel, cumulative), differences.Select(found->lower),
+               differences.Select(found->upper), found->attainedLevel};
+}
+
+void NPARHodgesLehmannTwoIndep::Extend(ExtendedFigures& figures) {
+  figures.Add("TotalN", TotalCount());
+  if (exact) {
+    figures.Add("AttainedLevel", exact->attainedLevel);
+    figures.Add("LevelIsAttainable", exact->isAttainable ? 1 : 0);
+    figures.Add("ExactLower", exact->lower);
+    figures.Add("ExactUpper", exact->upper);
+    figures.Add("ExactAttainedLevel", exact->ownLevel);
+  }
+  figures.Add(GroupsTable(std::array{SampleFigures{"Group0", counts[0], quartiles[0]},
+                                     SampleFigures{"Group1", counts[1], quartiles[1]}}));
 }
 
 XMLElement* NPARHodgesLehmannTwoIndep::WriteResults() {

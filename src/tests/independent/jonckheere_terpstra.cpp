@@ -13,6 +13,7 @@
 #include "report/box_plot_table.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
+#include "report/extended_tables.h"
 
 namespace card = catalogue::jonckheere_terpstra;
 
@@ -76,7 +77,7 @@ void NPARJonckTer::Take(RecordBatch& /*batch*/) {
   for (std::size_t i = 0; i < units.count; ++i) {
     overallCounts.Add(units.values[i], units.Weight(i), PositionOf(units.groups[i]));
   }
-  if (comparison.IsPending()) units.AddTo(overallRanks);
+  if (comparison.IsPending() || wantsExtended) units.AddTo(overallRanks);
 }
 
 void NPARJonckTer::TakeAgain(RecordBatch& /*batch*/) {
@@ -126,8 +127,8 @@ void NPARJonckTer::Compute() {
   }
   overallCounts.CloseRun();
   overall = Standardize(overallCounts.Sums(), sizes);
-  if (!comparison.PassGate(*this, sigLevel, overall.sig, orderedCodes.size())) return;
   overallRanks.CloseRun();
+  if (!comparison.PassGate(*this, sigLevel, overall.sig, orderedCodes.size())) return;
   if (comparison.WantsPairwise()) {
     pairs.resize(PairIndex(0, orderedCodes.size()));
   } else {
@@ -138,10 +139,52 @@ void NPARJonckTer::Compute() {
 std::vector<ComparedSample> NPARJonckTer::OrderedSamples() {
   std::vector<ComparedSample> list;
   for (const std::int32_t code : orderedCodes) {
-    list.push_back(
-        {code, overallRanks.GroupEntry(code).rankSum / static_cast<double>(tally->CountOf(code))});
+    list.push_back({code, MeanRankOf(code)});
   }
   return list;
+}
+
+double NPARJonckTer::MeanRankOf(std::int32_t code) {
+  return overallRanks.GroupEntry(code).rankSum / static_cast<double>(tally->CountOf(code));
+}
+
+double NPARJonckTer::PairsOfUnits() const {
+  double before = 0.0;
+  double pairsOfUnits = 0.0;
+  for (std::size_t position = 0; position < orderedCodes.size(); ++position) {
+    pairsOfUnits += before * SizeAt(position);
+    before += SizeAt(position);
+  }
+  return pairsOfUnits;
+}
+
+void NPARJonckTer::Extend(ExtendedFigures& figures) {
+  const JonckheereSums& sums = overallCounts.Sums();
+  const auto n = static_cast<double>(tally->TotalWeight());
+  const double pairsOfUnits = PairsOfUnits();
+  figures.Add("TotalN", tally->TotalWeight());
+  if (overall.standardError > 0.0) {
+    const NormalTails tails(overall.z);
+    figures.Add("AsymptoticSig1TailedLess", tails.less);
+    figures.Add("AsymptoticSig1TailedGreater", tails.greater);
+  }
+  if (!tally->HasNegativeWeight()) {
+    if (sums.ties.pairs == DoubleDouble{} && pairsOfUnits <= kMostJonckheerePairs) {
+      std::vector<std::int64_t> sizes;
+      for (const std::int32_t code : orderedCodes) sizes.push_back(tally->CountOf(code));
+      const ExactTails exact = JonckheereExact(TruncateToInt64(sums.statistic), sizes);
+      figures.Add("ExactSig2Tailed", exact.twoSided);
+      figures.Add("ExactSig1TailedLess", exact.less);
+      figures.Add("ExactSig1TailedGreater", exact.greater);
+    }
+    const OrderedAssociation association =
+        AssociationOf(sums.statistic, pairsOfUnits, n, sums.ties.pairs);
+    figures.Add("KendallsTauB", association.kendallsTauB);
+    figures.Add("SomersD", association.somersD);
+  }
+  std::vector<double> meanRanks;
+  for (const std::int32_t code : tally->Groups()) meanRanks.push_back(MeanRankOf(code));
+  figures.Add(GroupsTable(*tally, meanRanks));
 }
 
 double NPARJonckTer::OneTailedSig(double z) const {

@@ -35,8 +35,12 @@ class NPARJonckTer final : public NPARTest {
   void Compute() override;
   void TakeAgain(RecordBatch& batch) override;
   void Finish() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
+  /// Pairs of units of different groups.
+  [[nodiscard]] double PairsOfUnits() const;
+  [[nodiscard]] double MeanRankOf(std::int32_t code);
   /// In a pass of comparisons.
   void Compare(double x, std::int64_t weight, std::size_t position);
   void EndPairwise();
@@ -72,7 +76,7 @@ class NPARJonckTer final : public NPARTest {
   GroupTally* tally = nullptr;
   std::vector<std::size_t> positionOfCode;  // in the hypothesised order of all categories
   JonckheereCounts overallCounts{0};
-  NPARRank overallRanks;  // by category code; only for the comparisons
+  NPARRank overallRanks;  // by category code; only for comparisons and extended figures
   NormalFigures overall;
   MultipleComparison comparison;
   std::vector<std::int32_t> orderedCodes;  // of the groups with data

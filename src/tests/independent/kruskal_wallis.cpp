@@ -1,17 +1,20 @@
 #include "tests/independent/kruskal_wallis.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <string>
 #include <utility>
 
 #include "catalogue/cards/kruskal_wallis.h"
 #include "kit/statistics/kruskal_wallis.h"
+#include "kit/statistics/mann_whitney.h"
 #include "planning/group_construction.h"
 #include "report/algorithm_element.h"
 #include "report/box_plot_table.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
+#include "report/extended_tables.h"
 
 namespace card = catalogue::kruskal_wallis;
 
@@ -90,6 +93,36 @@ void NPARKruskalWOneWay::RunPairwise() {
         meanRanks[a] - meanRanks[b],
         DunnStandardError(tally->CountAt(a), tally->CountAt(b), n, overallRanks.TieSum()));
   });
+}
+
+FigureTable NPARKruskalWOneWay::PairsTable() const {
+  FigureTable table{"Pairs", {"Sample1", "Sample2", "EffectR"}, {}};
+  for (const PairwiseComparison& pair : comparison.GetPairs()) {
+    const std::int64_t units = tally->CountOf(pair.sample1) + tally->CountOf(pair.sample2);
+    const double effect =
+        pair.figures.standardTestStatistic / std::sqrt(static_cast<double>(units));
+    table.AddRow("", {pair.sample1, pair.sample2, effect});
+  }
+  return table;
+}
+
+void NPARKruskalWOneWay::Extend(ExtendedFigures& figures) {
+  const auto n = static_cast<double>(tally->TotalWeight());
+  figures.Add("TotalN", tally->TotalWeight());
+  if (UntiedSum(n, overallRanks.TieSum()) > 0.0) {
+    const KruskalWallisEffects effects =
+        EffectsOf(overall.statistic, static_cast<double>(tally->Groups().size()), n);
+    figures.Add("EpsilonSquared", effects.epsilonSquared);
+    figures.Add("EtaSquaredH", effects.etaSquared);
+    if (effects.conover) {
+      figures.Add("ConoverF", effects.conover->f);
+      figures.Add("ConoverFDegreeOfFreedom1", effects.conover->df1);
+      figures.Add("ConoverFDegreeOfFreedom2", effects.conover->df2);
+      figures.Add("ConoverFSig", effects.conover->sig);
+    }
+  }
+  figures.Add(GroupsTable(*tally, meanRanks));
+  figures.Add(PairsTable());
 }
 
 void NPARKruskalWOneWay::OrderGroups() {

@@ -35,9 +35,11 @@ class NPARKruskalWOneWay final : public NPARTest {
   void StartPass() override;
   void TakeAgain(RecordBatch& batch) override;
   void Finish() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
   void RunPairwise();
+  [[nodiscard]] FigureTable PairsTable() const;
   void OrderGroups();
   void RunStepwise();
   /// H within a range of the groups in stepwise order; nothing where it is significant for sure.

@@ -6,9 +6,11 @@
 
 #include "catalogue/cards/ks_two_sample.h"
 #include "kit/statistics/kolmogorov_smirnov.h"
+#include "kit/statistics/lattice_paths.h"
 #include "planning/two_group_construction.h"
 #include "report/algorithm_element.h"
 #include "report/elements.h"
+#include "report/extended_tables.h"
 #include "report/two_group_tables.h"
 
 namespace card = catalogue::ks_two_sample;
@@ -53,6 +55,11 @@ void NPARKSmirnowTwoSample::Prepare(const SettingsReader& settings) {
 
 void NPARKSmirnowTwoSample::Compute() {
   samples = {Sample{tally->SampleOf(0)}, Sample{tally->SampleOf(1)}};
+  const std::int64_t n1 = samples[0].count;
+  const std::int64_t n2 = samples[1].count;
+  keepsRunEnds = wantsExtended && !tally->HasNegativeWeight() && n1 >= 1 && n2 >= 1 &&
+                 n1 <= kMostLatticePairs / n2;
+  if (keepsRunEnds) endsRun.assign(static_cast<std::size_t>(n1 + n2) + 1, false);
 }
 
 void NPARKSmirnowTwoSample::TakeAgain(RecordBatch& /*batch*/) {
@@ -69,7 +76,7 @@ void NPARKSmirnowTwoSample::TakeAgain(RecordBatch& /*batch*/) {
 }
 
 bool NPARKSmirnowTwoSample::PassOver(const GroupTally::Units& units) {
-  if (units.shares == nullptr || tally->HasNegativeWeight()) return false;
+  if (units.shares == nullptr || tally->HasNegativeWeight() || keepsRunEnds) return false;
   if (samples[0].count < 1 || samples[1].count < 1) return false;
   // Both functions ascend, so their ends bound every difference between.
   const std::size_t larger = samples[0].count >= samples[1].count ? 0 : 1;
@@ -105,6 +112,18 @@ void NPARKSmirnowTwoSample::UpdateDifferences() {
   const double d = samples[0].count >= samples[1].count ? f1 - f2 : f2 - f1;
   if (d >= 0.0) positiveDifference = std::max(positiveDifference, d);
   if (d <= 0.0) negativeDifference = std::min(negativeDifference, d);
+  if (wantsExtended) TakeWholeDistance();
+}
+
+void NPARKSmirnowTwoSample::TakeWholeDistance() {
+  const WideInteger distance = static_cast<WideInteger>(samples[1].count) * samples[0].cumulative -
+                               static_cast<WideInteger>(samples[0].count) * samples[1].cumulative;
+  if (std::max(distance, -distance) > std::max(firstAbove, secondAbove)) location = previousValue;
+  firstAbove = std::max(firstAbove, distance);
+  secondAbove = std::max(secondAbove, -distance);
+  if (keepsRunEnds) {
+    endsRun[static_cast<std::size_t>(samples[0].cumulative + samples[1].cumulative)] = true;
+  }
 }
 
 void NPARKSmirnowTwoSample::Finish() {
@@ -118,6 +137,22 @@ void NPARKSmirnowTwoSample::Finish() {
   const auto n2 = static_cast<double>(samples[1].count);
   z = std::sqrt(n1 * n2 / (n1 + n2)) * absoluteDifference;
   if (!KolmogorovSmirnovSig(z, asymptoticSig)) Fail(card::kExponentialFailed);
+}
+
+void NPARKSmirnowTwoSample::Extend(ExtendedFigures& figures) {
+  figures.Add("TotalN", samples[0].count + samples[1].count);
+  if (keepsRunEnds) {
+    const SmirnovDistances distances{static_cast<std::int64_t>(firstAbove),
+                                     static_cast<std::int64_t>(secondAbove)};
+    const ExactTails exact =
+        ConditionalSmirnov(samples[0].count, samples[1].count, distances, endsRun);
+    figures.Add("ConditionalExactSig2Tailed", exact.twoSided);
+    figures.Add("ConditionalExactSig1TailedLess", exact.less);
+    figures.Add("ConditionalExactSig1TailedGreater", exact.greater);
+  }
+  figures.Add("LimitingSig2Tailed", LimitingKolmogorovSig(z));
+  if (!tally->HasNegativeWeight()) figures.Add("AbsoluteDifferenceLocation", location);
+  figures.Add(TwoGroupsTable(*tally));
 }
 
 XMLElement* NPARKSmirnowTwoSample::WriteResults() {

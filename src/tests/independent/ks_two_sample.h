@@ -3,11 +3,13 @@
 #include <array>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <vector>
 
 #include "kit/contract/test.h"
 #include "kit/groups/group_tally.h"
 #include "kit/groups/two_groups.h"
+#include "kit/order/wide_integer.h"
 
 /// Two-sample Kolmogorov-Smirnov test: does a continuous field have the same distribution in two
 /// groups?
@@ -30,6 +32,7 @@ class NPARKSmirnowTwoSample final : public NPARTest {
   /// Errors 222010: a group is empty; 222005: an exponential failed. Warning 222011: no record of
   /// either group came.
   void Finish() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
   /// What is known of one group.
@@ -42,6 +45,7 @@ class NPARKSmirnowTwoSample final : public NPARTest {
   /// others.
   bool PassOver(const GroupTally::Units& units);
   void UpdateDifferences();
+  void TakeWholeDistance();
 
   TwoGroups groups;
   GroupTally* tally = nullptr;
@@ -53,4 +57,10 @@ class NPARKSmirnowTwoSample final : public NPARTest {
   double absoluteDifference = 0.0;
   double z = 0.0;
   double asymptoticSig = 0.0;
+  // Only for the extended figures: F1 - F2 times n1 n2.
+  bool keepsRunEnds = false;
+  std::vector<bool> endsRun;  // by the number of units up to there
+  WideInteger firstAbove = 0;
+  WideInteger secondAbove = 0;
+  std::optional<double> location;
 };

@@ -1,12 +1,17 @@
 #include "tests/independent/mann_whitney.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "catalogue/cards/mann_whitney.h"
+#include "kit/statistics/brunner_munzel.h"
 #include "kit/statistics/mann_whitney.h"
+#include "kit/statistics/mann_whitney_exact.h"
+#include "kit/statistics/superiority.h"
 #include "planning/two_group_construction.h"
 #include "report/algorithm_element.h"
 #include "report/elements.h"
+#include "report/extended_tables.h"
 #include "report/two_group_tables.h"
 
 namespace card = catalogue::mann_whitney;
@@ -14,7 +19,10 @@ namespace card = catalogue::mann_whitney;
 NPARMannWU::NPARMannWU(QDSettings* settings)
     : NPARTwoGroupTest(settings, card::kTwoGroupCodes, Passes::WithHistograms) {}
 
-void NPARMannWU::TakeUnits(const GroupTally::Units& units) { units.AddTo(ranks); }
+void NPARMannWU::TakeUnits(const GroupTally::Units& units) {
+  units.AddTo(ranks);
+  if (wantsExtended) runs.Take(units);
+}
 
 void NPARMannWU::ComputeFigures() {
   ranks.CloseRun();
@@ -29,6 +37,66 @@ void NPARMannWU::ComputeFigures() {
     exactSig = ExactMannWhitneyP(counts[0], counts[1], mannWhitneyU);
   }
   approximation = MannWhitneyApproximation(mannWhitneyU, n1, n2, ranks.TieSum());
+}
+
+void NPARMannWU::Extend(ExtendedFigures& figures) {
+  const double deviation =
+      mannWhitneyU - static_cast<double>(counts[0]) * static_cast<double>(counts[1]) * 0.5;
+  if (const auto corrected = CorrectedFigures(deviation, approximation.standardError)) {
+    const NormalTails tails(approximation.z);
+    figures.Add("AsymptoticSig1TailedLess", tails.less);
+    figures.Add("AsymptoticSig1TailedGreater", tails.greater);
+    figures.Add("CorrectedStandardTestStatistic", corrected->z);
+    figures.Add("CorrectedAsymptoticSig2Tailed", corrected->sig);
+    figures.Add("CorrectedAsymptoticSig1TailedLess", corrected->less);
+    figures.Add("CorrectedAsymptoticSig1TailedGreater", corrected->greater);
+  }
+  if (!tally->HasNegativeWeight()) {
+    runs.CloseRun();
+    AddExact(figures);
+    AddSuperiority(figures);
+  }
+  figures.Add(TwoGroupsTable(*tally, meanRanks));
+}
+
+void NPARMannWU::AddExact(ExtendedFigures& figures) const {
+  if (!HasExactMannWhitney(counts[0], counts[1])) return;
+  const MannWhitneyExact exact = ConditionalMannWhitney(runs.Kept());
+  figures.Add("ConditionalExactSig2Tailed", exact.sigs.twoSided);
+  figures.Add("ConditionalExactSig1TailedLess", exact.sigs.less);
+  figures.Add("ConditionalExactSig1TailedGreater", exact.sigs.greater);
+  figures.Add("ConditionalExactPointProbability", exact.point);
+}
+
+void NPARMannWU::AddSuperiority(ExtendedFigures& figures) const {
+  const Placements& placements = runs.GetPlacements();
+  const std::array<double, 2> sizes{static_cast<double>(counts[0]), static_cast<double>(counts[1])};
+  const double doubledPairs = 2.0 * sizes[0] * sizes[1];
+  const double theta = static_cast<double>(placements.Sum(TwoGroups::Second)) / doubledPairs;
+  const auto [lower, upper] = SuperiorityInterval(theta, sizes[0], sizes[1], confidenceLevel);
+  // 2 theta - 1 from whole numbers, so that a difference from 0 keeps its digits.
+  const double excess =
+      static_cast<double>(placements.Sum(TwoGroups::Second) - placements.Sum(TwoGroups::First)) /
+      doubledPairs;
+  figures.Add("ProbabilityOfSuperiority", theta);
+  figures.Add("ProbabilityOfSuperiorityLower", lower);
+  figures.Add("ProbabilityOfSuperiorityUpper", upper);
+  figures.Add("RankBiserial", excess);
+  figures.Add("RankBiserialLower", 2.0 * lower - 1.0);
+  figures.Add("RankBiserialUpper", 2.0 * upper - 1.0);
+
+  const std::optional<double> first = placements.Scatter(TwoGroups::First);
+  const std::optional<double> second = placements.Scatter(TwoGroups::Second);
+  if (counts[0] < 2 || counts[1] < 2 || !first || !second) return;
+  const auto test = BrunnerMunzel(excess * 0.5, sizes, {*first, *second}, confidenceLevel);
+  if (!test) return;
+  figures.Add("BrunnerMunzelStatistic", test->statistic);
+  figures.Add("BrunnerMunzelDegreeOfFreedom", test->degreeOfFreedom);
+  figures.Add("BrunnerMunzelSig2Tailed", test->sigs.twoSided);
+  figures.Add("BrunnerMunzelSig1TailedLess", test->sigs.less);
+  figures.Add("BrunnerMunzelSig1TailedGreater", test->sigs.greater);
+  figures.Add("BrunnerMunzelLower", test->interval.lower);
+  figures.Add("BrunnerMunzelUpper", test->interval.upper);
 }
 
 XMLElement* NPARMannWU::WriteResults() {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "kit/groups/two_group_runs.h"
 #include "kit/ranks/rank.h"
 #include "kit/statistics/normal.h"
 #include "tests/independent/two_group_test.h"
@@ -26,9 +27,14 @@ class NPARMannWU final : public NPARTwoGroupTest {
  protected:
   void TakeUnits(const GroupTally::Units& units) override;
   void ComputeFigures() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
+  void AddExact(ExtendedFigures& figures) const;
+  void AddSuperiority(ExtendedFigures& figures) const;
+
   NPARRank ranks;
+  TwoGroupRuns runs;  // only for the extended figures
   std::array<double, 2> meanRanks{0.0, 0.0};
   double mannWhitneyU = 0.0;
   double wilcoxonW = 0.0;

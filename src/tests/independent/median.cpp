@@ -7,12 +7,14 @@
 
 #include "catalogue/cards/median.h"
 #include "catalogue/run.h"
+#include "kit/statistics/freeman_halton.h"
 #include "kit/statistics/two_row_table.h"
 #include "planning/group_construction.h"
 #include "report/algorithm_element.h"
 #include "report/box_plot_table.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
+#include "report/extended_tables.h"
 
 namespace card = catalogue::median;
 
@@ -45,6 +47,7 @@ void NPARKSMedian::Prepare(const SettingsReader& settings) {
 void NPARKSMedian::TakeAgain(RecordBatch& /*batch*/) {
   const GroupTally::Units& units = tally->GetUnits();
   const bool countsCells = Pass() == 1;
+  if (countsCells && wantsExtended) medianLimits.Take(units);
   if (countsCells ? PassOver(units) : !comparison.IsPending()) return;
   for (std::size_t i = 0; i < units.count; ++i) {
     const std::size_t place = tally->PlaceOf(units.groups[i]);
@@ -95,6 +98,7 @@ void NPARKSMedian::Compute() {
   }
   lowerCounts.assign(tally->Groups().size(), 0);
   median = givenMedian;
+  if (wantsExtended) medianLimits = GroupMedianLimits(*tally, confidenceLevel);
 }
 
 void NPARKSMedian::Finish() {
@@ -198,6 +202,31 @@ bool NPARKSMedian::IsSurelyApart(const SampleRange& range, const RangeMedians::H
         static_cast<double>(groups[place]->CountUpTo(halves.median)) - size * lowerShare;
     return deviation * deviation / size;
   });
+}
+
+FigureTable NPARKSMedian::ExtendedGroups() const {
+  FigureTable table = GroupsTable(*tally);
+  table.columns.insert(table.columns.end(), {"MedianLower", "MedianUpper", "MedianAttainedLevel"});
+  for (std::size_t place = 0; place < table.rows.size(); ++place) {
+    std::vector<FigureValue>& cells = table.rows[place].cells;
+    if (const auto& limits = medianLimits.Of(place)) {
+      cells.insert(cells.end(), {limits->lower, limits->upper, limits->ranks.attainedLevel});
+    } else {
+      cells.resize(table.columns.size());
+    }
+  }
+  return table;
+}
+
+void NPARKSMedian::Extend(ExtendedFigures& figures) {
+  if (!tally->HasNegativeWeight()) {
+    std::vector<GroupInRows> rows;
+    for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
+      rows.push_back({lowerCounts[place], tally->CountOf(tally->Groups()[place])});
+    }
+    figures.Add("FisherFreemanHaltonSig", FreemanHaltonSig(rows));
+  }
+  figures.Add(ExtendedGroups());
 }
 
 void NPARKSMedian::WriteCells(XMLElement& algorithm) const {

@@ -9,6 +9,7 @@
 #include "kit/comparisons/multiple_comparisons.h"
 #include "kit/comparisons/range_medians.h"
 #include "kit/contract/test.h"
+#include "kit/groups/group_median_limits.h"
 #include "kit/groups/group_tally.h"
 #include "kit/order/sorted_sample.h"
 #include "kit/statistics/chi_square.h"
@@ -36,6 +37,7 @@ class NPARKSMedian final : public NPARTest {
   void Compute() override;
   void TakeAgain(RecordBatch& batch) override;
   void Finish() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
   /// Counts records that are all on one side of the median; false, and nothing done, for others.
@@ -46,6 +48,8 @@ class NPARKSMedian final : public NPARTest {
   void Compare();
   void RunStepwise(std::vector<ComparedSample> list);
   void WriteCells(XMLElement& algorithm) const;
+  /// With the limits of the medians.
+  [[nodiscard]] FigureTable ExtendedGroups() const;
   /// The test on some of the groups, parted at their median or the given one.
   [[nodiscard]] RangeFigures ComputeFor(std::span<const SortedSample* const> groups) const;
   [[nodiscard]] static RangeFigures ComputeAt(double cut,
@@ -68,4 +72,5 @@ class NPARKSMedian final : public NPARTest {
   std::optional<double> exactSig;
   MultipleComparison comparison;
   std::vector<SortedSample> sortedGroups;  // by place
+  GroupMedianLimits medianLimits;          // only for the extended figures
 };

@@ -8,6 +8,7 @@
 #include "planning/two_group_construction.h"
 #include "report/algorithm_element.h"
 #include "report/elements.h"
+#include "report/extended_tables.h"
 #include "report/two_group_tables.h"
 
 namespace card = catalogue::moses;
@@ -45,6 +46,8 @@ void NPARMoses::Finish() {
   observed = SpanOf(0, ends.Of(0), ends.Of(3));
   trimmed = SpanOf(outliers, ends.Of(1), ends.Of(2));
 }
+
+void NPARMoses::Extend(ExtendedFigures& figures) { figures.Add(TwoGroupsTable(*tally, meanRanks)); }
 
 NPARMoses::Span NPARMoses::SpanOf(std::int64_t trimmedUnits, double first, double last) const {
   const std::int64_t length = TruncateToInt64(std::floor(last - first + 1.0 + 0.5));

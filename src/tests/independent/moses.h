@@ -29,6 +29,7 @@ class NPARMoses final : public NPARTwoGroupTest {
   void ComputeFigures() override;
   void TakeUnitsAgain(const GroupTally::Units& units) override;
   void Finish() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
   struct Span {

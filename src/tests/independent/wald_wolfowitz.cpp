@@ -4,6 +4,7 @@
 #include "planning/two_group_construction.h"
 #include "report/algorithm_element.h"
 #include "report/elements.h"
+#include "report/extended_tables.h"
 #include "report/two_group_tables.h"
 
 namespace card = catalogue::wald_wolfowitz;
@@ -34,6 +35,18 @@ NPARWaldWolfRuns::Figures NPARWaldWolfRuns::FiguresOf(std::int64_t runCount) con
   figures.asymptoticSig = QDDistFun::CdfStdNorm(figures.standardTestStatistic);
   if (TotalCount() <= kExactLimit) figures.exactSig = RunsLowerTail(counts[0], counts[1], runCount);
   return figures;
+}
+
+void NPARWaldWolfRuns::Extend(ExtendedFigures& figures) {
+  const auto fewest = ExactRunsTails(counts[0], counts[1], minimum.runs);
+  const auto most = ExactRunsTails(counts[0], counts[1], maximum.runs);
+  if (fewest && most && !tally->HasNegativeWeight()) {
+    figures.Add("MinimumRunsExactSig1Tailed", fewest->less);
+    figures.Add("MinimumRunsExactSig2Tailed", fewest->twoSided);
+    figures.Add("MaximumRunsExactSig1Tailed", most->less);
+    figures.Add("MaximumRunsExactSig2Tailed", most->twoSided);
+  }
+  figures.Add(TwoGroupsTable(*tally));
 }
 
 void NPARWaldWolfRuns::WriteFigures(XMLElement& statistics, const char* name,

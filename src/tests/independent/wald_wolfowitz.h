@@ -27,6 +27,7 @@ class NPARWaldWolfRuns final : public NPARTwoGroupTest {
   /// Warning 220616 with the number of blocks of values that both groups have.
   void TakeUnits(const GroupTally::Units& units) override;
   void ComputeFigures() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
   struct Figures {
