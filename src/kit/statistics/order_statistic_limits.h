@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 
@@ -15,17 +16,29 @@ inline constexpr double kLevelSlack = 1.0 + 1e-9;
 
 /// The limits for M values and a null distribution on 0..M that is symmetric, `cumulative(j)` being
 /// P(T <= j): the narrowest that have the level, or else the outermost values, and nothing where
-/// these enclose nothing (docs/statistics/README.md, limits by order statistics).
+/// these enclose nothing (docs/statistics/README.md, limits by order statistics). Few values are
+/// asked for where the lower rank is near `guess`.
 template <typename Cumulative>
 [[nodiscard]] std::optional<OrderStatisticLimits> LimitsByOrderStatistics(std::int64_t count,
                                                                           double confidenceLevel,
-                                                                          Cumulative cumulative) {
+                                                                          Cumulative cumulative,
+                                                                          std::int64_t guess = 1) {
   const double alpha = (1.0 - confidenceLevel) * kLevelSlack;
+  const auto hasLevel = [&](std::int64_t rank) { return 2.0 * cumulative(rank - 1) <= alpha; };
   std::int64_t low = 1;
-  std::int64_t high = count / 2;
+  std::int64_t high = std::max<std::int64_t>(1, count / 2);
+  // From the guess in steps that double, then between the last two.
+  std::int64_t middle = std::clamp(guess, low, high);
+  for (std::int64_t step = 1; low < high; step *= 2) {
+    const bool isLow = hasLevel(middle);
+    (isLow ? low : high) = isLow ? middle : std::max(low, middle - 1);
+    const std::int64_t next = isLow ? middle + step : middle - step;
+    if (next <= low || next > high) break;
+    middle = next;
+  }
   while (low < high) {
-    const std::int64_t middle = low + (high - low + 1) / 2;
-    if (2.0 * cumulative(middle - 1) <= alpha) {
+    middle = low + (high - low + 1) / 2;
+    if (hasLevel(middle)) {
       low = middle;
     } else {
       high = middle - 1;
