@@ -15,3 +15,9 @@
 /// Standard error of the difference of two fields' proportions of successes in n > 0 records, on
 /// the same page. L. A. Marascuilo, M. McSweeney, Psychological Bulletin 67 (1967).
 [[nodiscard]] double CochranPairStandardError(double withinRecords, double n, double k);
+
+/// How much of the largest Q there can be k fields reach, from 0 to 1. R. C. Serlin, J. Carr, L. A.
+/// Marascuilo, Psychological Bulletin 92 (1982).
+[[nodiscard]] constexpr double EtaSquaredQ(double q, double n, double k) noexcept {
+  return q / (n * (k - 1.0));
+}

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "foundation/names.h"
+
 ChiSquareFigures Friedman(std::span<const double> rankSums, double n, const DoubleDouble& tieSum) {
   const auto k = static_cast<double>(rankSums.size());
   const double meanSum = n * (k + 1.0) * 0.5;
@@ -20,4 +22,29 @@ ChiSquareFigures Friedman(std::span<const double> rankSums, double n, const Doub
 
 double FriedmanPairStandardError(double k, double n) {
   return std::sqrt((k + 1.0) * k / (n * 6.0));
+}
+
+std::optional<ConcordanceFigures> FindConcordance(std::span<const double> rankSums, double n,
+                                                  const DoubleDouble& tieSum) {
+  constexpr double kLeastDiscord = 1e-12;
+  const auto k = static_cast<double>(rankSums.size());
+  // X is n (k - 1) times agreement / most.
+  DoubleDouble agreement;
+  for (const double sum : rankSums) {
+    const double twiceDeviation = 2.0 * sum - n * (k + 1.0);
+    agreement = agreement + DoubleDouble::Product(3.0 * twiceDeviation, twiceDeviation);
+  }
+  const DoubleDouble most = (DoubleDouble::Product((k - 1.0) * (k + 1.0) * k, n) - tieSum) * n;
+  if (n < 2.0 || !(most.high > 0.0)) return std::nullopt;
+
+  ConcordanceFigures figures;
+  figures.meanSpearman = (agreement * n - most).high / (most.high * (n - 1.0));
+  const double discord = (most - agreement).high;
+  if (discord > kLeastDiscord * most.high) {
+    const double f = (n - 1.0) * agreement.high / discord;
+    const double df1 = k - 1.0;
+    const double df2 = (n - 1.0) * df1;
+    figures.imanDavenport = {f, df1, df2, QDDistFun::SfF(f, df1, df2)};
+  }
+  return figures;
 }

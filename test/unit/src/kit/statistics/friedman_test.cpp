@@ -57,4 +57,29 @@ TEST(FriedmanTest, FiguresAgreeWithTheFormula) {
   EXPECT_THAT(FriedmanPairStandardError(4, 10), IsCloseTo(0.577350269189625765));  // sqrt(1 / 3)
 }
 
+struct ConcordanceCase {
+  const char* catches;
+  std::vector<double> rankSums;
+  double n, tieSum, f, sig, meanSpearman;
+};
+
+// Python's fractions and mpmath 1.4.1. Three rankings of four: the mean of SciPy 1.17.1's spearmanr
+// over the three pairs, and f.sf(2.5, 3, 6).
+const ConcordanceCase kConcordances[] = {
+    {"ties", {53, 47, 32}, 22, 24, 7.121739130434783, 0.0021712983876075208, 0.21768707482993196},
+    {"three rankings", {7, 4, 8, 11}, 3, 0, 2.5, 0.15649013194452378, 1.0 / 3.0},
+    {"one disagrees", {1000001, 1999999, 3e6}, 1e6, 0, 999999000001.0, 0, 0.999999},
+};
+
+TEST(FriedmanTest, ImanDavenportAndMeanSpearmanAgreeWithTheFormula) {
+  for (const ConcordanceCase& row : kConcordances) {
+    SCOPED_TRACE(row.catches);
+    const auto figures = FindConcordance(row.rankSums, row.n, row.tieSum);
+    ASSERT_TRUE(figures && figures->imanDavenport);
+    EXPECT_THAT(figures->meanSpearman, IsCloseTo(row.meanSpearman));
+    EXPECT_THAT(figures->imanDavenport->f, IsCloseTo(row.f));
+    EXPECT_THAT(figures->imanDavenport->sig, IsCloseTo(row.sig, 1e-12));
+  }
+}
+
 }  // namespace

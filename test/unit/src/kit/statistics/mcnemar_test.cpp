@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <limits>
 
 #include "support/matchers.h"
 
@@ -34,6 +35,35 @@ TEST(McNemarStatisticTest, FiguresAgreeWithSciPy) {
     EXPECT_THAT(figures.sig, IsCloseTo(row.sig, 1e-13));
     EXPECT_THAT(McNemarExactSig(row.b, row.c), IsCloseTo(row.exact, 1e-11));
   }
+}
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+struct ChangeCase {
+  std::int64_t b, c;
+  double midP, ratio, lower, upper;
+};
+
+// SciPy 1.17.1: 2 binom.cdf(m, n, 0.5) - binom.pmf(m, n, 0.5), and l / (1 - l) of binomtest(b, b +
+// c).proportion_ci(0.95, "exact").
+const ChangeCase kChanges[] = {
+    {20, 5, 0.0024939179420471204, 4.0, 1.456776504314741, 13.638831336076601},
+    {0, 7, 0.0078125, 0.0, 0.0, 0.6938139800965825},
+    {7, 0, 0.0078125, kInfinity, 1.4413085188349697, kInfinity},
+    {3, 3, 1.0, 1.0, 0.1339375881777302, 7.466164006724067},
+    {1000300, 999700, 0.671373328455846, 1.000600180054016, 0.9978295512690091, 1.00337850249139},
+};
+
+TEST(McNemarStatisticTest, MidPAndOddsOfChangeAgreeWithSciPy) {
+  for (const ChangeCase& row : kChanges) {
+    SCOPED_TRACE(row.b);
+    EXPECT_THAT(McNemarMidP(row.b, row.c), IsCloseTo(row.midP, 1e-11));
+    const ChangeOdds odds = OddsOfChange(row.b, row.c, 0.95);
+    EXPECT_THAT(odds.ratio, IsCloseTo(row.ratio));
+    EXPECT_THAT(odds.lower, IsCloseTo(row.lower, 1e-11));
+    EXPECT_THAT(odds.upper, IsCloseTo(row.upper, 1e-11));
+  }
+  EXPECT_EQ(OddsOfChange(20, 5, 1.0).upper, kInfinity);
 }
 
 }  // namespace

@@ -40,4 +40,20 @@ TEST(SignedRankTest, FiguresAgreeWithTheFormula) {
   }
 }
 
+// SciPy 1.17.1: wilcoxon(d, zero_method="pratt", correction=False, method="approx",
+// alternative="greater") of d = 0, 0, 1.5, -0.5, 2, 3, -1.5, 4, 5, 0.5, 7: statistic and
+// zstatistic, and the two-sided p. The others by Python's fractions and mpmath 1.4.1: the sums of
+// squares of 1 to N and of 1 to the zeros are subtracted there.
+TEST(SignedRankTest, PrattCountsZerosAmongTheRanks) {
+  const PrattFigures small = PrattSignedRank(40, 7, 9, 2, 12);
+  EXPECT_EQ(small.statistic, 54.0);
+  EXPECT_THAT(small.figures.z, IsCloseTo(2.0124611797498106));
+  EXPECT_THAT(small.figures.sig, IsCloseTo(0.0441713449084426, 1e-13));
+  const PrattFigures one = PrattSignedRank(1, 1, 1, 1e6, 0);
+  EXPECT_EQ(one.statistic, 1000001.0);
+  EXPECT_THAT(one.figures.standardError, IsCloseTo(500000.5));
+  EXPECT_EQ(one.figures.z, 1.0);
+  EXPECT_THAT(RankBiserial(40, 9), IsCloseTo(7.0 / 9.0));
+}
+
 }  // namespace
