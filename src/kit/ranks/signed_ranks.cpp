@@ -41,6 +41,7 @@ void SignedRanks::Rank() {
   } else {
     RankWeighted();
   }
+  units.tieSum = tieSum;
   differences = {};
   weights = {};
 }
@@ -48,10 +49,12 @@ void SignedRanks::Rank() {
 void SignedRanks::RankUnits() {
   // Equal sizes share their rank in any order.
   SortKeys(differences.begin(), differences.Size());
+  ListTiesOfUnits();
   // Sums of twice the ranks, of both signs and of the negative ones.
   const std::uint64_t count = differences.Size();
   const std::uint64_t twiceAll = count * (count + 1);
   std::uint64_t twiceNegative = 0;
+  std::uint64_t allNegatives = 0;
   std::uint64_t end = 0;
   SparseCheck check;
   for (std::uint64_t begin = 0; begin < count; begin = end) {
@@ -66,10 +69,24 @@ void SignedRanks::RankUnits() {
     const auto tied = static_cast<std::int64_t>(end - begin);
     const std::int64_t twiceRank = TwiceMidRank(static_cast<std::int64_t>(begin), tied);
     twiceNegative += negatives * static_cast<std::uint64_t>(twiceRank);
+    allNegatives += negatives;
     if (tied > 1) tieSum += TieTerm(tied).high;
   }
   negativeRankSum = static_cast<double>(twiceNegative) * 0.5;
   positiveRankSum = static_cast<double>(twiceAll - twiceNegative) * 0.5;
+  units.negatives = static_cast<std::int64_t>(allNegatives);
+  units.positives = static_cast<std::int64_t>(count - allNegatives);
+  units.positiveRankSum = positiveRankSum;
+}
+
+void SignedRanks::ListTiesOfUnits() {
+  const std::size_t count = differences.Size();
+  if (count > static_cast<std::size_t>(Units::kMostWithTies)) return;
+  std::size_t end = 0;
+  for (std::size_t begin = 0; begin < count; begin = end) {
+    end = EndOfRun(begin, count, [this](std::size_t i) { return SizeOf(differences[i]); });
+    units.ties.push_back(static_cast<std::int64_t>(end - begin));
+  }
 }
 
 template <typename EntryAt>
@@ -87,11 +104,15 @@ void SignedRanks::RankRuns(EntryAt entryAt) {
     for (std::size_t i = begin; i < end; ++i) {
       const Entry entry = entryAt(i);
       const double part = rank * entry.weight;
+      const std::int64_t whole = TruncateToInt32(entry.weight);
+      (entry.isNegative ? units.negatives : units.positives) += whole;
+      units.positiveRankSum += entry.isNegative ? 0.0 : rank * static_cast<double>(whole);
       positiveRankSum += entry.isNegative ? 0.0 : part;
       negativeRankSum += entry.isNegative ? part : 0.0;
     }
     tieSum += TieTerm(tied).high;
     ranksBelow += tied;
+    if (tied > 0 && ranksBelow <= Units::kMostWithTies) units.ties.push_back(tied);
   }
 }
 

@@ -2,6 +2,8 @@
 
 #include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <vector>
 
 #include "kit/order/growing_array.h"
 #include "kit/order/radix_sort.h"
@@ -26,6 +28,21 @@ class SignedRanks {
   /// Sum of t^3 - t over the runs of tied sizes, t being their weight.
   [[nodiscard]] double TieSum() const noexcept { return tieSum; }
 
+  /// The same with weights that lose their fraction in the sums as well: units.
+  struct Units {
+    /// Up to so many, their ties are kept.
+    static constexpr std::int64_t kMostWithTies = 500;
+
+    [[nodiscard]] std::int64_t Count() const noexcept { return positives + negatives; }
+
+    std::int64_t positives = 0;
+    std::int64_t negatives = 0;
+    double positiveRankSum = 0.0;
+    double tieSum = 0.0;             ///< as TieSum
+    std::vector<std::int64_t> ties;  ///< units of each run of tied sizes, ascending by size
+  };
+  [[nodiscard]] const Units& InUnits() const noexcept { return units; }
+
  private:
   [[nodiscard]] static double SizeOf(PlainKey difference) noexcept {
     return std::bit_cast<double>(difference.key >> 1);
@@ -37,6 +54,7 @@ class SignedRanks {
   };
 
   void RankUnits();
+  void ListTiesOfUnits();
   void RankWeighted();
   /// The entries by size, equal ones as they came.
   template <typename EntryAt>
@@ -49,4 +67,5 @@ class SignedRanks {
   double positiveRankSum = 0.0;
   double negativeRankSum = 0.0;
   double tieSum = 0.0;
+  Units units;
 };

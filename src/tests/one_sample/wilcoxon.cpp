@@ -7,6 +7,7 @@
 #include "planning/test_construction.h"
 #include "report/algorithm_element.h"
 #include "report/elements.h"
+#include "report/signed_rank_figures.h"
 
 namespace card = catalogue::wilcoxon;
 
@@ -20,6 +21,7 @@ void NPARWilcoxonSR::Prepare(const SettingsReader& settings) {
   if (HasFailed()) return;
   variableIndex = variable;
   Require({variable});
+  if (wantsExtended) kept = FieldQuartiles({variable});
   if (sharedData != nullptr) {
     distribution.SetRange(sharedData->GetMinimum(variable), sharedData->GetMaximum(variable));
   }
@@ -27,6 +29,7 @@ void NPARWilcoxonSR::Prepare(const SettingsReader& settings) {
 
 void NPARWilcoxonSR::Take(RecordBatch& batch) {
   const double* values = batch.Of(variableIndex);
+  if (wantsExtended) kept.Take(batch, weight);
   const double* weights = weight.Index() < 0 ? nullptr : batch.Of(weight.Index());
   distribution.AddColumn(values, batch.Size(), weight.TruncatedOf(batch));
   for (std::size_t i = 0; i < batch.Size(); ++i) {
@@ -51,6 +54,17 @@ void NPARWilcoxonSR::Compute() {
   ranks.Rank();
   testStatistic = ranks.PositiveRankSum();
   figures = WilcoxonSignedRank(testStatistic, effectiveN, ranks.TieSum());
+}
+
+void NPARWilcoxonSR::Extend(ExtendedFigures& extended) {
+  const SignedRanks::Units& units = ranks.InUnits();
+  extended.Add("PositiveN", units.positives);
+  extended.Add("NegativeN", units.negatives);
+  extended.Add("ZeroN", zeroDifferences);
+  AddSignedRankFigures(extended, units, zeroDifferences);
+  if (!kept.AreKept()) return;
+  kept.Sort();
+  AddPseudoMedian(extended, kept.Of(0), confidenceLevel);
 }
 
 XMLElement* NPARWilcoxonSR::WriteResults() {

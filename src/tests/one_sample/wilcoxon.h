@@ -5,6 +5,7 @@
 #include "kit/contract/test.h"
 #include "kit/ranks/signed_ranks.h"
 #include "kit/statistics/signed_rank.h"
+#include "kit/summaries/field_quartiles.h"
 #include "kit/summaries/histogram.h"
 #include "kit/summaries/univariate.h"
 
@@ -26,6 +27,7 @@ class NPARWilcoxonSR final : public NPARTest {
   void Take(RecordBatch& batch) override;
   /// Error 220003: the weights sum to 0.
   void Compute() override;
+  void Extend(ExtendedFigures& extended) override;
 
  private:
   std::int32_t variableIndex = -1;  // of a test that could be prepared
@@ -34,6 +36,7 @@ class NPARWilcoxonSR final : public NPARTest {
   Histogram distribution;
   double totalWeight = 0.0;
   std::int64_t zeroDifferences = 0;
+  FieldQuartiles kept;  // the field's values, for extended figures
   SignedRanks ranks;
   double effectiveN = 0.0;
   double testStatistic = 0.0;

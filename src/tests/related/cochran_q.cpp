@@ -12,6 +12,7 @@
 #include "report/algorithm_element.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
+#include "report/extended_tables.h"
 #include "tests/related/success_values.h"
 
 namespace card = catalogue::cochran_q;
@@ -180,6 +181,12 @@ std::optional<RangeFigures> NPARCochransQ::ComputeRange(const SampleRange& range
   const auto counts = std::span(orderedCounts).subspan(range.first, range.Size());
   const auto [q, sig] = CochranQ(counts, within);
   return RangeFigures{q, sig};
+}
+
+void NPARCochransQ::Extend(ExtendedFigures& figures) {
+  figures.Add("EtaSquaredQ", EtaSquaredQ(overall.testStatistic, static_cast<double>(totalN),
+                                         static_cast<double>(tested.size())));
+  figures.Add(SuccessTable(tested, successCounts, totalN, confidenceLevel));
 }
 
 XMLElement* NPARCochransQ::WriteResults() {

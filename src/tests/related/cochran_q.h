@@ -32,6 +32,7 @@ class NPARCochransQ final : public NPARTest {
   void StartPass() override;
   void TakeAgain(RecordBatch& batch) override;
   void Finish() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
   /// Of all fields.

@@ -1,12 +1,15 @@
 #include "tests/related/hodges_lehmann_pairs.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 #include "catalogue/cards/hodges_lehmann_pairs.h"
 #include "catalogue/run.h"
 #include "kit/order/interruption.h"
 #include "kit/ranks/rank.h"
 #include "kit/statistics/interval_ranks.h"
+#include "kit/statistics/order_statistic_limits.h"
 #include "kit/statistics/signed_rank.h"
 #include "planning/test_construction.h"
 #include "report/algorithm_element.h"
@@ -38,15 +41,26 @@ double TieSumOfSizes(const WeightedValues& values) {
   return ranks.TieSum().high;
 }
 
+/// That of the limits between two order statistics among all Walsh averages, without ties.
+double AttainedLevel(const IntervalRanks& limits, const SignFlipDistribution& signedRanks) {
+  const auto count = static_cast<double>(signedRanks.Largest());
+  const double first = std::clamp(limits.below + 1.0, 1.0, count);
+  const double last = std::clamp(limits.last, 1.0, count);
+  return 1.0 - signedRanks.UpTo(static_cast<std::int64_t>(first) - 1) -
+         signedRanks.UpTo(static_cast<std::int64_t>(count - last));
+}
+
 }  // namespace
 
 void NPARHodgesLehmannPairs::Prepare(const SettingsReader& settings) {
   if (!differences.ReadPair(settings)) Fail(card::kFieldsCodes.wrongCount);
   Require({differences.First(), differences.Second()});
+  PrepareExtended();
 }
 
 void NPARHodgesLehmannPairs::Take(RecordBatch& batch) {
   const double* d = differences.Of(batch);
+  KeepFields(batch);
   weight.UseTruncated(batch, [&](auto weightAt) {
     differences.Count(d, batch.Size(), weightAt);
     for (std::size_t i = 0; i < batch.Size(); ++i) {
@@ -60,18 +74,39 @@ void NPARHodgesLehmannPairs::Compute() {
     Fail(catalogue::run::kNoData);
     return;
   }
+  values.Sort();
+  const std::int64_t units = values.TotalWeight();
+  if (wantsExtended && WalshInterval::Takes(units)) {
+    signedRanks = SignFlipDistribution::OfRanks(units);
+    exact = FindWalshInterval(values, *signedRanks, confidenceLevel);
+  }
   // Nothing raises minus infinity.
   const bool isRaised = differences.TieCount() > 0 && std::isfinite(differences.Minimum());
   const double shift = isRaised ? 1.0 - differences.Minimum() : 0.0;
   if (shift != 0.0) values.Shift(shift);
-  values.Sort();
   const SignedRankMoments moments(static_cast<double>(differences.TotalN()), TieSumOfSizes(values));
   const IntervalRanks limits(moments.mean, moments.standardError, confidenceLevel);
   const WalshAverages averages(values);
   estimate = averages.Median() - shift;
   lower = averages.Select(ToWideInteger(limits.below) + 1) - shift;
   upper = averages.Select(ToWideInteger(limits.last)) - shift;
+  if (signedRanks) attainedLevel = AttainedLevel(limits, *signedRanks);
   values = WeightedValues();
+}
+
+void NPARHodgesLehmannPairs::Extend(ExtendedFigures& figures) {
+  if (signedRanks) {
+    const bool isAttainable = IsLevelAttainable(
+        confidenceLevel, [this](std::int64_t count) { return signedRanks->UpTo(count); });
+    figures.Add("AttainedLevel", attainedLevel);
+    figures.Add("LevelIsAttainable", isAttainable ? 1 : 0);
+  }
+  if (exact) {
+    figures.Add("ExactLower", exact->lower);
+    figures.Add("ExactUpper", exact->upper);
+    figures.Add("ExactAttainedLevel", exact->attainedLevel);
+  }
+  AddFields(figures);
 }
 
 XMLElement* NPARHodgesLehmannPairs::WriteResults() {

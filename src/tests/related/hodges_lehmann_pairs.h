@@ -1,8 +1,10 @@
 #pragma once
 
-#include <cstdint>
+#include <optional>
 
 #include "kit/order/order_statistics.h"
+#include "kit/ranks/walsh_interval.h"
+#include "kit/statistics/sign_flip.h"
 #include "tests/related/paired_test.h"
 
 /// Hodges-Lehmann estimate of the median of the paired differences d = second - first, with its
@@ -25,10 +27,14 @@ class NPARHodgesLehmannPairs final : public NPARPairedTest {
   void Take(RecordBatch& batch) override;
   /// Error 220003: the weights sum to 0.
   void Compute() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
   WeightedValues values;  // d of each record
   double estimate = 0.0;
   double lower = 0.0;
   double upper = 0.0;
+  std::optional<SignFlipDistribution> signedRanks;  // for extended figures of few units
+  std::optional<WalshInterval> exact;
+  double attainedLevel = 0.0;
 };

@@ -4,6 +4,7 @@
 
 #include "catalogue/cards/marginal_homogeneity.h"
 #include "catalogue/run.h"
+#include "kit/statistics/square_table.h"
 #include "report/elements.h"
 
 namespace card = catalogue::marginal_homogeneity;
@@ -12,6 +13,9 @@ namespace {
 
 /// A larger table is refused before it is asked for: 2^27 cells are 1 GiB.
 constexpr std::size_t kMostCells = std::size_t{1} << 27;
+
+/// Stuart and Maxwell's statistic takes time with the cube of the categories.
+constexpr std::size_t kMostEliminated = 200;
 
 }  // namespace
 
@@ -55,6 +59,32 @@ void NPARMargHomo::Compute() {
     return;
   }
   result = TestMarginalHomogeneity(scores, crossTable);
+}
+
+void NPARMargHomo::Extend(ExtendedFigures& figures) {
+  if (result.figures.standardError > 0.0) {
+    // T sums the scores of the first field: where it is large, the second one lies low.
+    const NormalTails tails(result.figures.z);
+    figures.Add("AsymptoticSig1TailedLess", tails.greater);
+    figures.Add("AsymptoticSig1TailedGreater", tails.less);
+  }
+  if (const auto exact = ExactMarginalHomogeneity(scores, crossTable)) {
+    figures.Add("ConditionalExactSig2Tailed", exact->twoSided);
+    figures.Add("ConditionalExactSig1TailedLess", exact->less);
+    figures.Add("ConditionalExactSig1TailedGreater", exact->greater);
+  }
+  if (scores.size() <= kMostEliminated) {
+    if (const auto overall = StuartMaxwell(crossTable, scores.size())) {
+      figures.Add("StuartMaxwellStatistic", overall->statistic);
+      figures.Add("StuartMaxwellDegreeOfFreedom", overall->degreeOfFreedom);
+      figures.Add("StuartMaxwellSig", overall->sig);
+    }
+  }
+  if (const auto symmetry = Bowker(crossTable, scores.size())) {
+    figures.Add("BowkerStatistic", symmetry->statistic);
+    figures.Add("BowkerDegreeOfFreedom", symmetry->degreeOfFreedom);
+    figures.Add("BowkerSig", symmetry->sig);
+  }
 }
 
 XMLElement* NPARMargHomo::WriteResults() {

@@ -27,6 +27,7 @@ class NPARMargHomo final : public NPARTest {
   void Take(RecordBatch& batch) override;
   /// Error 220003: the weights sum to less than 1.
   void Compute() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
   CategoryUnion categories;

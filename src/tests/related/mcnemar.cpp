@@ -2,9 +2,11 @@
 
 #include "catalogue/cards/mcnemar.h"
 #include "kit/groups/category_selection.h"
+#include "kit/statistics/exact_binomial.h"
 #include "kit/statistics/mcnemar.h"
 #include "planning/test_construction.h"
 #include "report/elements.h"
+#include "report/extended_tables.h"
 #include "tests/related/success_values.h"
 
 namespace card = catalogue::mcnemar;
@@ -57,6 +59,29 @@ void NPARMcNemar::Compute() {
   Help(card::kExactGiven);
   exactSig = McNemarExactSig(b, c);
   if (!exactSig) Fail(card::kDistributionFailed);
+}
+
+void NPARMcNemar::Extend(ExtendedFigures& extended) {
+  const std::int64_t b = table[0][1];
+  const std::int64_t c = table[1][0];
+  if (b + c >= 1) {
+    const ChiSquareFigures uncorrected = UncorrectedMcNemar(b, c);
+    extended.Add("UncorrectedTestStatistic", uncorrected.statistic);
+    extended.Add("UncorrectedAsymptoticSig2Tailed", uncorrected.sig);
+    if (const auto tails = ExactBinomialTails(b, b + c, 0.5)) {
+      extended.Add("ExactSig2Tailed", tails->twoSided);
+      extended.Add("ExactSig1TailedLess", tails->less);
+      extended.Add("ExactSig1TailedGreater", tails->greater);
+      extended.Add("MidPSig2Tailed", McNemarMidP(b, c));
+    }
+    const ChangeOdds odds = OddsOfChange(b, c, confidenceLevel);
+    extended.Add("OddsRatio", odds.ratio);
+    extended.Add("OddsRatioLower", odds.lower);
+    extended.Add("OddsRatioUpper", odds.upper);
+  }
+  const std::int64_t both = table[1][1];
+  extended.Add(SuccessTable(std::array{pair.first, pair.second}, std::array{both + c, both + b},
+                            table[0][0] + b + c + both, confidenceLevel));
 }
 
 void NPARMcNemar::WriteSide(XMLElement& parent, std::size_t place) const {

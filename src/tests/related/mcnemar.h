@@ -33,6 +33,7 @@ class NPARMcNemar final : public NPARTest {
   void Take(RecordBatch& batch) override;
   /// Help message 221612: the exact value is given. Error 221605: the binomial function failed.
   void Compute() override;
+  void Extend(ExtendedFigures& extended) override;
 
  private:
   /// "Row..." or "Column...": the categories of one field on either side.

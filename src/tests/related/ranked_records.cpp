@@ -11,6 +11,7 @@
 #include "report/algorithm_element.h"
 #include "report/comparison_tables.h"
 #include "report/elements.h"
+#include "report/extended_tables.h"
 #include "tests/related/continuous_fields.h"
 
 namespace {
@@ -36,9 +37,11 @@ void NPARRankedRecords::Prepare(const SettingsReader& settings) {
   rankSums.assign(k, 0.0);
   ranks = ColumnRanks(k);
   rankCounts = RankCounts(k);
+  if (wantsExtended) quartiles = FieldQuartiles(variables);
 }
 
 void NPARRankedRecords::Take(RecordBatch& batch) {
+  if (wantsExtended) quartiles.Take(batch, weight);
   weight.UseTruncated(batch, [&](auto weightAt) {
     for (std::size_t first = 0; first < batch.Size(); first += ranks.RecordsAtOnce()) {
       const std::size_t count = std::min(ranks.RecordsAtOnce(), batch.Size() - first);
@@ -133,6 +136,20 @@ void NPARRankedRecords::ComparePairs() {
         rankSums[static_cast<std::size_t>(i)] - rankSums[static_cast<std::size_t>(j)];
     return NormalPair(difference / n, standardError);
   });
+}
+
+void NPARRankedRecords::Extend(ExtendedFigures& figures) {
+  if (const auto concordance = FindConcordance(rankSums, Records(), rankCounts.TieSum())) {
+    if (const auto& f = concordance->imanDavenport) {
+      figures.Add("ImanDavenportF", f->f);
+      figures.Add("ImanDavenportFDegreeOfFreedom1", f->df1);
+      figures.Add("ImanDavenportFDegreeOfFreedom2", f->df2);
+      figures.Add("ImanDavenportFSig", f->sig);
+    }
+    figures.Add("MeanSpearman", concordance->meanSpearman);
+  }
+  quartiles.Sort();
+  figures.Add(FieldsTable(quartiles));
 }
 
 XMLElement* NPARRankedRecords::WriteResults() {

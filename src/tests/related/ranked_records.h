@@ -12,6 +12,7 @@
 #include "kit/contract/test.h"
 #include "kit/ranks/column_ranks.h"
 #include "kit/ranks/rank_counts.h"
+#include "kit/summaries/field_quartiles.h"
 
 /// The two-way analysis of variance by ranks, which Friedman's test and Kendall's coefficient
 /// share.
@@ -47,6 +48,7 @@ class NPARRankedRecords : public NPARTest {
   void StartPass() override;
   void TakeAgain(RecordBatch& batch) override;
   void Finish() override;
+  void Extend(ExtendedFigures& figures) override;
 
   [[nodiscard]] double ChiSquare() const noexcept { return overall.testStatistic; }
   [[nodiscard]] double Fields() const noexcept { return static_cast<double>(variables.size()); }
@@ -70,6 +72,7 @@ class NPARRankedRecords : public NPARTest {
   ColumnRanks ranks;
   std::vector<const double*> fields;  // the columns that are ranked among each other
   std::int64_t totalN = 0;
+  FieldQuartiles quartiles;  // for extended figures
   RankCounts rankCounts;
   std::vector<double> rankSums;  // R by place
   RangeFigures overall;

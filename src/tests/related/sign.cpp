@@ -1,10 +1,15 @@
 #include "tests/related/sign.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "catalogue/cards/sign.h"
 #include "catalogue/run.h"
 #include "kit/statistics/binomial.h"
+#include "kit/statistics/exact_binomial.h"
+#include "kit/statistics/order_statistic_limits.h"
+#include "kit/statistics/proportion_interval.h"
+#include "kit/summaries/quartiles.h"
 #include "planning/test_construction.h"
 #include "report/algorithm_element.h"
 #include "report/difference_table.h"
@@ -19,10 +24,13 @@ void NPARSign::Prepare(const SettingsReader& settings) {
     Fail(card::kNoPair);
   }
   Require({differences.First(), differences.Second()});
+  PrepareExtended();
 }
 
 void NPARSign::Take(RecordBatch& batch) {
   const double* d = differences.Of(batch);
+  KeepFields(batch);
+  KeepDifferences(batch, d);
   weight.UseTruncated(batch, [&](auto weightAt) { differences.Count(d, batch.Size(), weightAt); });
 }
 
@@ -39,6 +47,41 @@ void NPARSign::Compute() {
     if (tails) exactSig = std::min(1.0, 2.0 * std::min(tails->lower, tails->upper));
   }
   approximation = BinomialApproximation(differences.PositiveCount(), n, 0.5);
+}
+
+void NPARSign::Extend(ExtendedFigures& figures) {
+  const std::int64_t above = differences.PositiveCount();
+  const std::int64_t n = above + differences.NegativeCount();
+  if (n >= 1) {
+    if (const auto tails = ExactBinomialTails(above, n, 0.5)) {
+      figures.Add("ExactSig2Tailed", tails->twoSided);
+      figures.Add("ExactSig1TailedLess", tails->less);
+      figures.Add("ExactSig1TailedGreater", tails->greater);
+    }
+    const auto count = static_cast<double>(n);
+    const NormalFigures uncorrected =
+        StandardizedFigures(static_cast<double>(above) - count * 0.5, std::sqrt(count) * 0.5);
+    figures.Add("UncorrectedStandardTestStatistic", uncorrected.z);
+    figures.Add("UncorrectedAsymptoticSig2Tailed", uncorrected.sig);
+    const ProportionInterval wilson = WilsonInterval(above, n, confidenceLevel);
+    figures.Add("PositiveShare", static_cast<double>(above) / static_cast<double>(n));
+    figures.Add("PositiveShareLower", wilson.lower);
+    figures.Add("PositiveShareUpper", wilson.upper);
+  }
+  AddMedian(figures);
+  AddFields(figures);
+}
+
+void NPARSign::AddMedian(ExtendedFigures& figures) {
+  const WeightedValues& values = SortDifferences();
+  if (values.Size() == 0) return;
+  figures.Add("MedianDifference", QuartilesOf(values).median);
+  const std::int64_t n = values.TotalWeight();
+  const auto limits = n < 2 ? std::nullopt : MedianLimits(n, confidenceLevel);
+  if (!limits) return;
+  figures.Add("MedianDifferenceLower", UnitAt(values, limits->lower));
+  figures.Add("MedianDifferenceUpper", UnitAt(values, limits->upper));
+  figures.Add("MedianDifferenceAttainedLevel", limits->attainedLevel);
 }
 
 XMLElement* NPARSign::WriteResults() {

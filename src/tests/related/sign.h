@@ -27,8 +27,11 @@ class NPARSign final : public NPARPairedTest {
   void Take(RecordBatch& batch) override;
   /// Error 220003: the weights sum to 0. Help message 220916: the exact p is given.
   void Compute() override;
+  void Extend(ExtendedFigures& figures) override;
 
  private:
+  void AddMedian(ExtendedFigures& figures);
+
   NormalFigures approximation;  // as it stands where no difference is above or below 0
   std::optional<double> exactSig;
 };

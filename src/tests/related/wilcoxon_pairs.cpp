@@ -6,6 +6,7 @@
 #include "report/algorithm_element.h"
 #include "report/difference_table.h"
 #include "report/elements.h"
+#include "report/signed_rank_figures.h"
 #include "tests/related/continuous_fields.h"
 
 namespace card = catalogue::wilcoxon_pairs;
@@ -14,10 +15,13 @@ void NPARWilcoxonPairs::Prepare(const SettingsReader& settings) {
   ExpectPasses(2);
   if (!differences.ReadPair(settings)) Fail(card::kFieldsCodes.wrongCount);
   Require({differences.First(), differences.Second()});
+  PrepareExtended();
 }
 
 void NPARWilcoxonPairs::Take(RecordBatch& batch) {
   const double* d = differences.Of(batch);
+  KeepFields(batch);
+  KeepDifferences(batch, d);
   weight.UseTruncated(batch, [&](auto weightAt) { differences.Count(d, batch.Size(), weightAt); });
   const std::int32_t* weights = weight.TruncatedOf(batch);
   if (weights == nullptr) {
@@ -37,6 +41,13 @@ void NPARWilcoxonPairs::Compute() {
   ranks.Rank();
   const auto n = static_cast<double>(differences.PositiveCount() + differences.NegativeCount());
   figures = WilcoxonSignedRank(ranks.PositiveRankSum(), n, ranks.TieSum());
+}
+
+void NPARWilcoxonPairs::Extend(ExtendedFigures& extended) {
+  AddSignedRankFigures(extended, ranks.InUnits(), differences.TieCount());
+  const WeightedValues& values = SortDifferences();
+  if (values.Size() > 0) AddPseudoMedian(extended, values, confidenceLevel);
+  AddFields(extended);
 }
 
 XMLElement* NPARWilcoxonPairs::WriteResults() {

@@ -24,6 +24,7 @@ class NPARWilcoxonPairs final : public NPARPairedTest {
   void Take(RecordBatch& batch) override;
   /// Error 220003: the weights sum to 0.
   void Compute() override;
+  void Extend(ExtendedFigures& extended) override;
 
  private:
   SignedRanks ranks;

@@ -292,7 +292,9 @@ RC_GTEST_PROP(Property, RecordOfWeightWCountsAsWRecords, ()) {
     RequireSame(entry, WithoutOutliers(Run(weighted, entry.name, entry.entry).Xml()),
                 WithoutOutliers(Run(repeated, entry.name, entry.entry, false).Xml()));
     RC_LOG() << entry.name << "\n";
-    RC_ASSERT(Parted(Run(fractions, entry.name, entry.entry)).second ==
+    // The median that Wilcoxon's test takes from the data counts fractions.
+    const Rows& units = std::string_view(entry.name) == "OWilcoxonSignedRanks" ? rows : fractions;
+    RC_ASSERT(Parted(Run(units, entry.name, entry.entry)).second ==
               Parted(Run(repeated, entry.name, entry.entry, false)).second);
   };
   std::for_each(std::begin(kEntries), std::end(kEntries), check);
