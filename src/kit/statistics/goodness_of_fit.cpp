@@ -1,5 +1,6 @@
 #include "kit/statistics/goodness_of_fit.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <numeric>
@@ -117,6 +118,10 @@ std::optional<double> ExactMultinomialSig(std::span<const std::int64_t> observed
                                           std::span<const double> expected) {
   const std::int64_t n = SumOf(observed);
   if (!AreFewOutcomes(n, static_cast<std::int64_t>(observed.size()))) return std::nullopt;
+  // Infinite proportions expect what is no number.
+  const auto most = static_cast<double>(n);
+  const auto isCount = [most](double mean) { return mean >= 0.0 && mean <= most; };
+  if (!std::all_of(expected.begin(), expected.end(), isCount)) return std::nullopt;
   const Outcomes outcomes(n, expected);
   const double limit = outcomes.PointOf(observed) * (1.0 + kProbabilitySlack);
   return CutToOne(outcomes.SumUpTo(limit) / PoissonPoint(n, static_cast<double>(n)));

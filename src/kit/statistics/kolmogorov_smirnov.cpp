@@ -1,6 +1,7 @@
 #include "kit/statistics/kolmogorov_smirnov.h"
 
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -35,6 +36,7 @@ bool KolmogorovSmirnovSig(double z, double& sig) {
 }
 
 double LimitingKolmogorovSig(double z) {
+  if (!(z >= 0.0)) return std::numeric_limits<double>::quiet_NaN();
   const bool isSmall = z < kSeriesChange;
   // exp(-unit k^2) for the odd k of one series; with changing signs for all k of the other.
   const double unit = isSmall ? kPi * kPi / 8.0 / (z * z) : 2.0 * z * z;

@@ -8,5 +8,6 @@
 /// N. V. Smirnov, Ann. Math. Stat. 19 (1948).
 [[nodiscard]] bool KolmogorovSmirnovSig(double z, double& sig);
 
-/// The same tail without bands, to the accuracy of a double: 1 for a z of 0.
+/// The same tail without bands, to the accuracy of a double: 1 for a z of 0, not a number for
+/// one below or not a number.
 [[nodiscard]] double LimitingKolmogorovSig(double z);

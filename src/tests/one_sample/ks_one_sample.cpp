@@ -184,6 +184,7 @@ bool NPARKSmirnowOneSample::IsGiven() const noexcept {
 
 void NPARKSmirnowOneSample::Extend(ExtendedFigures& figures) {
   figures.Add("ValidN", totalN);
+  if (!(differences->Absolute() >= 0.0)) return;  // no difference is a number
   figures.Add("AbsoluteDifferenceLocation", differences->Location());
   figures.Add("LimitingSig2Tailed", LimitingKolmogorovSig(testStatistic));
   if (IsGiven()) AddExact(figures);

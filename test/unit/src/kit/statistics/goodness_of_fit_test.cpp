@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <vector>
 
 namespace {
@@ -46,6 +47,7 @@ TEST(GoodnessOfFitTest, AMillionOutcomesAreWalkedThrough) {
   EXPECT_TRUE(hasValue({500, 500, 412}));  // C(1414, 2) = 998991
   EXPECT_FALSE(hasValue({500, 500, 413}));
   EXPECT_FALSE(hasValue(Counts(20, 1)));
+  EXPECT_FALSE(ExactMultinomialSig(Counts{1, 1}, Numbers{std::nan(""), 0.0}));
   Counts many(1412, 0);  // C(1413, 2) = 997578
   many[7] = 2;
   EXPECT_TRUE(hasValue(many));

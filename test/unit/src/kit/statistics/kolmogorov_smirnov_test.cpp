@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -48,6 +49,7 @@ TEST(KolmogorovSmirnovTest, WithoutBandsTheTailKeepsItsDigits) {
                                              {8.0, 5.14441874528482965e-56},
                                              {1e3, 0.0}};
   for (const auto& [z, sig] : cases) EXPECT_NEAR(LimitingKolmogorovSig(z), sig, 1e-13 * sig) << z;
+  EXPECT_TRUE(std::isnan(LimitingKolmogorovSig(-std::numeric_limits<double>::infinity())));
 }
 
 }  // namespace
