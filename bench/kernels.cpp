@@ -4,6 +4,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <ctime>
 #include <fstream>
@@ -18,6 +19,7 @@
 #include "kit/ranks/column_ranks.h"
 #include "kit/ranks/rank.h"
 #include "kit/records/record_batch.h"
+#include "kit/statistics/mann_whitney_exact.h"
 #include "kit/summaries/hinges.h"
 #include "kit/summaries/histogram.h"
 #include "planning/record_iterators.h"
@@ -273,6 +275,29 @@ void CsvRead(benchmark::State& state) {
   CountItems(state);
 }
 BENCHMARK(CsvRead)->Unit(benchmark::kMillisecond);
+
+/// Two groups of so many units each, about half of them tied with another.
+void ExactMannWhitneyWithTies(benchmark::State& state) {
+  const std::int64_t units = state.range(0);
+  std::vector<TiedUnits> runs;
+  TiedUnits all;
+  for (std::uint32_t i = 0; all.first < units || all.second < units; ++i) {
+    TiedUnits run;
+    for (std::uint32_t k = 0; k < 1 + i % 3; ++k) {
+      const bool takesFirst = all.second == units || (i * 2654435761U + k) % 7 < 4;
+      if (takesFirst && all.first < units) {
+        ++run.first;
+        ++all.first;
+      } else if (all.second < units) {
+        ++run.second;
+        ++all.second;
+      }
+    }
+    runs.push_back(run);
+  }
+  for (auto _ : state) benchmark::DoNotOptimize(ConditionalMannWhitney(runs));
+}
+BENCHMARK(ExactMannWhitneyWithTies)->Arg(20)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond);
 
 void XmlWrite(benchmark::State& state) {
   constexpr int kRows = 10000;
