@@ -6,6 +6,7 @@
 #include "host/render/json_extended.h"
 #include "host/render/json_values.h"
 #include "host/render/json_writer.h"
+#include "host/render/reading_notes.h"
 #include "host/render/sentence.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
@@ -112,6 +113,7 @@ class TestObject {
     out.Member("unknownValues", test.unknownValues);
     out.Member("condition", {{"key", test.conditionKey}, {"parameters", test.conditionParameters}});
     out.Member("messages", Messages());
+    out.Member("notes", ReadingNotes(document, test));
     out.Close();
   }
 

@@ -7,6 +7,7 @@
 #include "host/render/effect_size.h"
 #include "host/render/headline.h"
 #include "host/render/listed.h"
+#include "host/render/reading_notes.h"
 #include "host/render/sentence.h"
 #include "host/render/significance.h"
 #include "host/render/table_words.h"
@@ -325,7 +326,8 @@ class TextReport {
   }
 
   void WriteMessages(const ResultTest& test) {
-    if (!test.messages.empty()) page.Blank();
+    const std::vector<std::string> notes = ReadingNotes(document, test);
+    if (!test.messages.empty() || !notes.empty()) page.Blank();
     for (const ListedMessage& listed : ListedMessages(test)) {
       const ResultMessage& message = *listed.message;
       const std::string kind = MessageKindWord(message);
@@ -334,6 +336,7 @@ class TextReport {
                          MessageWords(document, test, message) + MoreMessages(listed),
                      kIndent, ink);
     }
+    for (const std::string& note : notes) page.Paragraph("note: " + note, kIndent);
   }
 
   void WriteTrace() {

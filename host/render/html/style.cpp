@@ -187,6 +187,7 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
   thead button { text-decoration: none; }
   section.test, section.overview, #fields { border: 0; padding: 0; }
   section.test, section.field { content-visibility: visible; }
+  figure.wide svg { min-width: 0; }
   .scroll { overflow: visible; }
   th, td { padding: .2rem .3rem; }
   thead th { overflow-wrap: anywhere; }

@@ -13,6 +13,7 @@
 #include "host/render/html/test_plots.h"
 #include "host/render/html/test_tables.h"
 #include "host/render/listed.h"
+#include "host/render/reading_notes.h"
 #include "host/render/sentence.h"
 #include "host/render/significance.h"
 #include "host/render/table_words.h"
@@ -76,13 +77,17 @@ std::string Messages(const ResultDocument& document, const ResultTest& test) {
     }
     markup += "</p>\n";
   }
-  if (test.messages.empty()) return markup;
+  const std::vector<std::string> notes = ReadingNotes(document, test);
+  if (test.messages.empty() && notes.empty()) return markup;
   markup += "<ul class=\"messages\">\n";
   for (const ListedMessage& listed : ListedMessages(test)) {
     const ResultMessage& message = *listed.message;
     markup += "<li class=\"message " + Escaped(message.type) + "\"><b>" +
               Escaped(MessageKindWord(message)) + " " + std::to_string(message.code) + ":</b> " +
               Escaped(MessageWords(document, test, message)) + MoreMessages(listed) + "</li>\n";
+  }
+  for (const std::string& note : notes) {
+    markup += "<li class=\"message\"><b>note:</b> " + Escaped(note) + "</li>\n";
   }
   return markup + "</ul>\n";
 }

@@ -5,12 +5,15 @@
 
 #include "host/render/headline.h"
 #include "host/render/manuscript.h"
+#include "host/render/reading_notes.h"
 #include "support/process.h"
 
 namespace npar_host {
 namespace {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 
 ResultDocument Reference(const std::string& name) {
   return ReadResultDocument(FileContent("test/support/references/results/" + name + ".xml"), name);
@@ -67,6 +70,30 @@ TEST(HeadlineTest, EveryTestOfTheReferencesHasAStatisticOrIsAnEstimate) {
       EXPECT_EQ(StatisticText(FindHeadline(document, test)).empty(), test.decision.empty())
           << test.name;
     }
+  }
+}
+
+TEST(ReadingNotesTest, SayWhatTheDataShow) {
+  // Quartile distances from 1.5 to 8; groups of 30 whose bins spread alike; mean and standard
+  // deviation of the field itself.
+  const ResultDocument sprays = Reference("insect_sprays_pairwise");
+  EXPECT_THAT(ReadingNotes(sprays, sprays.tests[0]), ElementsAre(HasSubstr("test of medians")));
+  ResultDocument teeth = Reference("tooth_growth_supp");
+  EXPECT_THAT(ReadingNotes(teeth, teeth.tests[0]), IsEmpty());
+  for (ResultStatistic& figure : teeth.tests[0].groups[1].figures) {
+    if (figure.name == "N") figure.text = "4";
+  }
+  EXPECT_THAT(ReadingNotes(teeth, teeth.tests[0]), ElementsAre(HasSubstr("VC has 4")));
+  ResultDocument discoveries = Reference("discoveries");
+  for (ResultTest& test : discoveries.tests) {
+    if (test.name != "OKolmogorovSmirnov") continue;
+    const std::size_t field = test.ConditionFields(0, discoveries.fields.size()).at(0);
+    for (const ResultStatistic& figure : discoveries.fields[field].distribution->figures) {
+      if (figure.name == "Mean") test.conditionParameters.at(1) = figure.text;
+    }
+    EXPECT_THAT(ReadingNotes(discoveries, test), ElementsAre(HasSubstr("same data")));
+    test.conditionParameters.at(1) = "1234.5";
+    EXPECT_THAT(ReadingNotes(discoveries, test), IsEmpty());
   }
 }
 
