@@ -4,18 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "kit/contract/test.h"
 #include "support/algorithm_element.h"
 
 /// Records as tests write them down.
 using Rows = std::vector<std::vector<double>>;
-
-/// Drives a test through its passes over the rows as the worker does: a row with the missing value
-/// at a required place is left out. The first error, or success.
-QDStatus RunAllPasses(NPARTest& test, const Rows& rows, UnivariateResults* sharedData = nullptr);
-
-/// The rows ascending by a variable, equal values in their order.
-[[nodiscard]] Rows SortedBy(std::size_t variable, Rows rows);
 
 /// Runs one entry of the planner's settings over the rows, from the construct function to the
 /// document, and reads the test's element there. `entryName` is one of the test table.

@@ -27,8 +27,6 @@ class TestSettings {
   TestSettings& Put() { return *this; }
   [[nodiscard]] const QDSettings& Get() const { return settings; }
   operator const QDSettings&() const { return settings; }  // NOLINT: they are settings
-  /// A copy for the constructor of a test, which takes it over.
-  [[nodiscard]] QDSettings* Release() const { return new QDSettings(settings); }
 
  private:
   QDSettings settings;
@@ -38,20 +36,4 @@ class TestSettings {
 template <typename... KeysAndValues>
 [[nodiscard]] TestSettings Entry(const KeysAndValues&... keysAndValues) {
   return TestSettings().Put(keysAndValues...);
-}
-
-/// Settings of a test on several related variables; a weight index below 0: unweighted.
-[[nodiscard]] inline QDSettings* RelatedSettings(const TestSettings::Indices& variables,
-                                                 std::int32_t weightIndex = -1,
-                                                 double sigLevel = 0.05) {
-  TestSettings settings = Entry("sigLevel", sigLevel, "variableIndex", variables);
-  if (weightIndex >= 0) settings.Put("weightVariableIndex", weightIndex);
-  return settings.Release();
-}
-
-/// Settings of a test on a pair of variables.
-[[nodiscard]] inline QDSettings* PairSettings(std::int32_t first, std::int32_t second,
-                                              std::int32_t weightIndex = -1,
-                                              double sigLevel = 0.05) {
-  return RelatedSettings({first, second}, weightIndex, sigLevel);
 }

@@ -1,12 +1,23 @@
-#include "tests/independent/median.h"
+#include "catalogue/cards/median.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <numeric>
+#include <optional>
+#include <span>
 #include <string>
 #include <utility>
+#include <vector>
 
-#include "catalogue/cards/median.h"
 #include "catalogue/run.h"
+#include "kit/comparisons/multiple_comparisons.h"
+#include "kit/comparisons/range_medians.h"
+#include "kit/contract/test.h"
+#include "kit/groups/group_median_limits.h"
+#include "kit/groups/group_tally.h"
+#include "kit/order/sorted_sample.h"
+#include "kit/statistics/chi_square.h"
 #include "kit/statistics/freeman_halton.h"
 #include "kit/statistics/two_row_table.h"
 #include "planning/group_construction.h"
@@ -25,244 +36,286 @@ constexpr std::int32_t kPasses = 3;
 /// With fewer groups their table of medians costs more than it saves.
 constexpr std::size_t kFewestForTable = 64;
 
-}  // namespace
+/// Median test: do k independent samples come from populations of one median?
+///
+/// Formulas, limits, sources: docs/statistics/median.md.
+///
+/// L_j is the weight of group j at or below the median, which is that of all records together, or a
+/// given one.
+/// Pass 0 counts the groups, pass 1 finds the median and the cells, pass 2 keeps the sorted groups
+/// for a comparison. Passes 1 and 2 find the box plots too. Records ascend by the test variable.
+class NPARKSMedian final : public NPARTest {
+ public:
+  explicit NPARKSMedian(QDSettings* settings)
+      : NPARTest(settings), comparison(card::kGroupsCodes.comparison) {}
 
-NPARKSMedian::NPARKSMedian(QDSettings* settings)
-    : NPARTest(settings), comparison(card::kGroupsCodes.comparison) {}
-
-void NPARKSMedian::Prepare(const SettingsReader& settings) {
-  groups.ReadVariables(settings);
-  if (HasFailed()) return;
-  ExpectPasses(kPasses);
-  Require({groups.testVariable, groups.groupVariable});
-  double value = 0.0;
-  if (settings.Flag(card::kMedianIsGiven.key) && settings.Find(card::kMedian.key, value)) {
-    givenMedian = value;
+  XMLElement* WriteResults() override {
+    return WriteAlgorithm(
+        *this,
+        {.card = card::kCard,
+         .decidingSig = DecidingSig(),
+         .condition = {"DefaultAllDistinctValuesUsed_I_Median_2",
+                       {IndexText(groups.testVariable), IndexText(groups.groupVariable)}}},
+        [this](XMLElement& algorithm) {
+          WriteCells(algorithm);
+          XMLElement* statistics = AddFigures(algorithm, "StatisticsResult",
+                                              {{"TotalN", tally->TotalWeight()},
+                                               {"Median", *median},
+                                               {"TestStatistic", overall.statistic},
+                                               {"DegreeOfFreedom", lowerCounts.size() - 1},
+                                               {"AsymptoticSig2Tailed", overall.sig}});
+          if (lowerCounts.size() == 2) {
+            AddAttributeRow(*statistics, "YatesTestStatistic", yates.statistic);
+            AddAttributeRow(*statistics, "YatesAsymptoticSig2Tailed", yates.sig);
+            if (exactSig) AddAttributeRow(*statistics, "ExactSig2Tailed", *exactSig);
+          }
+          AddBoxPlotInfo(algorithm, *tally, groups.groupCount);
+          WriteComparison(algorithm, comparison);
+        });
   }
-  groups.groupCount = settings.Get("numberOfCategories", std::int32_t{0});
-  tally = Share<GroupTally>(groups);
-  comparison.Want(ComparisonFromWord(settings.Text("typeOfMultipleComparison", "none")));
-}
 
-void NPARKSMedian::TakeAgain(RecordBatch& /*batch*/) {
-  const GroupTally::Units& units = tally->GetUnits();
-  const bool countsCells = Pass() == 1;
-  if (countsCells && wantsExtended) medianLimits.Take(units);
-  if (countsCells ? PassOver(units) : !comparison.IsPending()) return;
-  for (std::size_t i = 0; i < units.count; ++i) {
-    const std::size_t place = tally->PlaceOf(units.groups[i]);
-    if (place == GroupTally::kNoPlace) continue;
-    if (countsCells) {
-      CountCell(units.values[i], units.Weight(i), place);
-    } else {
-      sortedGroups[place].Add(units.values[i], units.Weight(i));
+ protected:
+  void Prepare(const SettingsReader& settings) override {
+    groups.ReadVariables(settings);
+    if (HasFailed()) return;
+    ExpectPasses(kPasses);
+    Require({groups.testVariable, groups.groupVariable});
+    double value = 0.0;
+    if (settings.Flag(card::kMedianIsGiven.key) && settings.Find(card::kMedian.key, value)) {
+      givenMedian = value;
+    }
+    groups.groupCount = settings.Get("numberOfCategories", std::int32_t{0});
+    tally = Share<GroupTally>(groups);
+    comparison.Want(ComparisonFromWord(settings.Text("typeOfMultipleComparison", "none")));
+  }
+
+  /// Errors 220003: no weight; 222312: fewer than two groups with data; 222313: no value below, or
+  /// none above the median. Help message 222311: cells with E below 5, their percentage, the
+  /// smallest E. Warnings 222318, 222316: fewer than 3 groups; 222319, 222317: not significant;
+  /// 220013: a group alone.
+  void Compute() override {
+    if (tally->TotalWeight() == 0) {
+      Fail(catalogue::run::kNoData);
+    } else if (tally->Groups().size() < 2) {
+      Fail(card::kGroupsCodes.tooFewGroups);
+    }
+    lowerCounts.assign(tally->Groups().size(), 0);
+    median = givenMedian;
+    if (wantsExtended) medianLimits = GroupMedianLimits(*tally, confidenceLevel);
+  }
+
+  void TakeAgain(RecordBatch& /*batch*/) override {
+    const GroupTally::Units& units = tally->GetUnits();
+    const bool countsCells = Pass() == 1;
+    if (countsCells && wantsExtended) medianLimits.Take(units);
+    if (countsCells ? PassOver(units) : !comparison.IsPending()) return;
+    for (std::size_t i = 0; i < units.count; ++i) {
+      const std::size_t place = tally->PlaceOf(units.groups[i]);
+      if (place == GroupTally::kNoPlace) continue;
+      if (countsCells) {
+        CountCell(units.values[i], units.Weight(i), place);
+      } else {
+        sortedGroups[place].Add(units.values[i], units.Weight(i));
+      }
     }
   }
-}
 
-bool NPARKSMedian::PassOver(const GroupTally::Units& units) {
-  if (units.count == 0 || (median && units.values[0] > *median)) return true;
-  if (units.weights != nullptr || units.shares == nullptr) return false;
-  const double last = units.values[units.count - 1];
-  if (median) {
-    if (!(last <= *median)) return false;
-  } else {
-    const std::int64_t after = cumulative + static_cast<std::int64_t>(units.count);
-    if (after > tally->TotalWeight() / 2) return false;
-    cumulative = after;
-    lowerMiddle = last;
+  void Finish() override {
+    if (Pass() == 1) EndOverall();
+    if (Pass() == 2 && comparison.IsPending()) Compare();
   }
-  for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
-    lowerCounts[place] += units.shares[static_cast<std::size_t>(tally->Groups()[place])].weight;
-  }
-  return true;
-}
 
-void NPARKSMedian::CountCell(double x, std::int64_t weight, std::size_t place) {
-  if (!median) {
-    // Values ascend, so all before the upper middle unit are at or below the median.
-    const std::int64_t total = tally->TotalWeight();
-    const std::int64_t before = cumulative;
-    cumulative += weight;
-    if (before < total / 2 + total % 2) lowerMiddle = x;
-    if (cumulative >= total / 2 + 1) median = std::midpoint(lowerMiddle, x);
-  }
-  if (!median || x <= *median) lowerCounts[place] += weight;
-}
-
-void NPARKSMedian::Compute() {
-  if (tally->TotalWeight() == 0) {
-    Fail(catalogue::run::kNoData);
-  } else if (tally->Groups().size() < 2) {
-    Fail(card::kGroupsCodes.tooFewGroups);
-  }
-  lowerCounts.assign(tally->Groups().size(), 0);
-  median = givenMedian;
-  if (wantsExtended) medianLimits = GroupMedianLimits(*tally, confidenceLevel);
-}
-
-void NPARKSMedian::Finish() {
-  if (Pass() == 1) EndOverall();
-  if (Pass() == 2 && comparison.IsPending()) Compare();
-}
-
-void NPARKSMedian::EndOverall() {
-  TwoRowTable table;
-  for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
-    table.Add(lowerCounts[place], tally->CountOf(tally->Groups()[place]));
-  }
-  if (table.IsOneSided()) {
-    Fail(card::kOneSided);
-    return;
-  }
-  overall = table.ChiSquare();
-  if (lowerCounts.size() == 2) {
-    yates = table.YatesChiSquare();
-    if (table.Total() <= TwoRowTable::kExactLimit) exactSig = table.FisherSig();
-  }
-  const ExpectedCounts expected = table.Expected();
-  Help(card::kExpectedCounts, {IntegerText(expected.lowCells), NumberText(expected.LowPercentage()),
-                               NumberText(expected.smallest)});
-  if (comparison.PassGate(*this, sigLevel, DecidingSig(), lowerCounts.size())) {
-    sortedGroups.resize(lowerCounts.size());
-  }
-}
-
-RangeFigures NPARKSMedian::ComputeFor(std::span<const SortedSample* const> groups) const {
-  return ComputeAt(givenMedian ? *givenMedian : MedianOf(groups), groups);
-}
-
-RangeFigures NPARKSMedian::ComputeAt(double cut, std::span<const SortedSample* const> groups) {
-  TwoRowTable table;
-  for (const SortedSample* group : groups) table.Add(group->CountUpTo(cut), group->Total());
-  const auto [x, sig] = table.ChiSquare();
-  return {x, sig};
-}
-
-void NPARKSMedian::Compare() {
-  std::vector<const SortedSample*> groups;
-  std::vector<ComparedSample> list;
-  for (std::size_t place = 0; place < sortedGroups.size(); ++place) {
-    groups.push_back(&sortedGroups[place]);
-    list.push_back({tally->Groups()[place], MedianOf({&groups.back(), 1})});
-  }
-  if (comparison.WantsPairwise()) {
-    const std::size_t groupCount = groups.size();
-    comparison.RunPairwise(std::move(list), groupCount, [&](std::int32_t i, std::int32_t j) {
-      const SortedSample* const pair[] = {groups[static_cast<std::size_t>(i)],
-                                          groups[static_cast<std::size_t>(j)]};
-      const RangeFigures figures = ComputeFor(pair);
-      return PairFigures{figures.testStatistic, QDMV::gMissingValue, QDMV::gMissingValue,
-                         figures.sig};
-    });
-    return;
-  }
-  OrderByMeasure(list);
-  RunStepwise(std::move(list));
-}
-
-void NPARKSMedian::RunStepwise(std::vector<ComparedSample> list) {
-  std::vector<const SortedSample*> ordered;
-  std::vector<std::int64_t> totalBefore{0};
-  std::vector<std::int64_t> givenBefore{0};  // at or below the given median
-  for (const ComparedSample& sample : list) {
-    const SortedSample* group = &sortedGroups[tally->PlaceOf(sample.index)];
-    ordered.push_back(group);
-    totalBefore.push_back(totalBefore.back() + group->Total());
-    givenBefore.push_back(givenBefore.back() + (givenMedian ? group->CountUpTo(*givenMedian) : 0));
-  }
-  std::optional<RangeMedians> medians;
-  if (!givenMedian && ordered.size() >= kFewestForTable) medians.emplace(ordered);
-  comparison.RunStepwise(
-      *this, std::move(list), [&](const SampleRange& range) -> std::optional<RangeFigures> {
-        const auto groups = std::span(ordered).subspan(range.first, range.Size());
-        if (!givenMedian && !medians) return ComputeFor(groups);
-        const RangeMedians::Halves halves =
-            givenMedian ? RangeMedians::Halves{*givenMedian, givenBefore[range.last + 1] -
-                                                                 givenBefore[range.first]}
-                        : medians->Halve(range);
-        const std::int64_t total = totalBefore[range.last + 1] - totalBefore[range.first];
-        if (IsSurelyApart(range, halves, total, ordered)) return std::nullopt;
-        return ComputeAt(halves.median, groups);
-      });
-}
-
-// X is a sum of two positive terms for each group, which are alike but for the expected count.
-bool NPARKSMedian::IsSurelyApart(const SampleRange& range, const RangeMedians::Halves& halves,
-                                 std::int64_t total,
-                                 std::span<const SortedSample* const> groups) const {
-  const auto n = static_cast<double>(total);
-  const auto lowerSum = static_cast<double>(halves.upTo);
-  const double enough = SurelySignificantChiSquare(comparison.DecidingLevel(range), range.Size());
-  const double lowerShare = lowerSum / n;
-  const double scale = lowerShare * (1.0 - lowerShare);
-  return TermsPass(range, enough * scale, [&](std::size_t place) {
-    const auto size = static_cast<double>(groups[place]->Total());
-    const double deviation =
-        static_cast<double>(groups[place]->CountUpTo(halves.median)) - size * lowerShare;
-    return deviation * deviation / size;
-  });
-}
-
-FigureTable NPARKSMedian::ExtendedGroups() const {
-  FigureTable table = GroupsTable(*tally);
-  table.columns.insert(table.columns.end(), {"MedianLower", "MedianUpper", "MedianAttainedLevel"});
-  for (std::size_t place = 0; place < table.rows.size(); ++place) {
-    std::vector<FigureValue>& cells = table.rows[place].cells;
-    if (const auto& limits = medianLimits.Of(place)) {
-      cells.insert(cells.end(), {limits->lower, limits->upper, limits->ranks.attainedLevel});
-    } else {
-      cells.resize(table.columns.size());
+  void Extend(ExtendedFigures& figures) override {
+    if (!tally->HasNegativeWeight()) {
+      std::vector<GroupInRows> rows;
+      for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
+        rows.push_back({lowerCounts[place], tally->CountOf(tally->Groups()[place])});
+      }
+      figures.Add("FisherFreemanHaltonSig", FreemanHaltonSig(rows));
     }
+    figures.Add(ExtendedGroups());
   }
-  return table;
-}
 
-void NPARKSMedian::Extend(ExtendedFigures& figures) {
-  if (!tally->HasNegativeWeight()) {
-    std::vector<GroupInRows> rows;
+ private:
+  /// Counts records that are all on one side of the median; false, and nothing done, for others.
+  bool PassOver(const GroupTally::Units& units) {
+    if (units.count == 0 || (median && units.values[0] > *median)) return true;
+    if (units.weights != nullptr || units.shares == nullptr) return false;
+    const double last = units.values[units.count - 1];
+    if (median) {
+      if (!(last <= *median)) return false;
+    } else {
+      const std::int64_t after = cumulative + static_cast<std::int64_t>(units.count);
+      if (after > tally->TotalWeight() / 2) return false;
+      cumulative = after;
+      lowerMiddle = last;
+    }
     for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
-      rows.push_back({lowerCounts[place], tally->CountOf(tally->Groups()[place])});
+      lowerCounts[place] += units.shares[static_cast<std::size_t>(tally->Groups()[place])].weight;
     }
-    figures.Add("FisherFreemanHaltonSig", FreemanHaltonSig(rows));
+    return true;
   }
-  figures.Add(ExtendedGroups());
-}
 
-void NPARKSMedian::WriteCells(XMLElement& algorithm) const {
-  XMLElement* table = AddStructuredTable(algorithm, "TwoClassComparison");
-  XMLElement* content =
-      AddSimpleTable(*table, "Content", JoinIntegers(tally->Groups()), "lessOrEqual;greater");
-  for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
-    const std::int64_t greater = tally->CountOf(tally->Groups()[place]) - lowerCounts[place];
-    AddRow(*content, IntegerText(lowerCounts[place]) + ';' + IntegerText(greater));
+  /// Counts a record in its cell and finds the median on the way.
+  void CountCell(double x, std::int64_t weight, std::size_t place) {
+    if (!median) {
+      // Values ascend, so all before the upper middle unit are at or below the median.
+      const std::int64_t total = tally->TotalWeight();
+      const std::int64_t before = cumulative;
+      cumulative += weight;
+      if (before < total / 2 + total % 2) lowerMiddle = x;
+      if (cumulative >= total / 2 + 1) median = std::midpoint(lowerMiddle, x);
+    }
+    if (!median || x <= *median) lowerCounts[place] += weight;
   }
-}
 
-XMLElement* NPARKSMedian::WriteResults() {
-  return WriteAlgorithm(
-      *this,
-      {.card = card::kCard,
-       .decidingSig = DecidingSig(),
-       .condition = {"DefaultAllDistinctValuesUsed_I_Median_2",
-                     {IndexText(groups.testVariable), IndexText(groups.groupVariable)}}},
-      [this](XMLElement& algorithm) {
-        WriteCells(algorithm);
-        XMLElement* statistics = AddFigures(algorithm, "StatisticsResult",
-                                            {{"TotalN", tally->TotalWeight()},
-                                             {"Median", *median},
-                                             {"TestStatistic", overall.statistic},
-                                             {"DegreeOfFreedom", lowerCounts.size() - 1},
-                                             {"AsymptoticSig2Tailed", overall.sig}});
-        if (lowerCounts.size() == 2) {
-          AddAttributeRow(*statistics, "YatesTestStatistic", yates.statistic);
-          AddAttributeRow(*statistics, "YatesAsymptoticSig2Tailed", yates.sig);
-          if (exactSig) AddAttributeRow(*statistics, "ExactSig2Tailed", *exactSig);
-        }
-        AddBoxPlotInfo(algorithm, *tally, groups.groupCount);
-        WriteComparison(algorithm, comparison);
+  void EndOverall() {
+    TwoRowTable table;
+    for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
+      table.Add(lowerCounts[place], tally->CountOf(tally->Groups()[place]));
+    }
+    if (table.IsOneSided()) {
+      Fail(card::kOneSided);
+      return;
+    }
+    overall = table.ChiSquare();
+    if (lowerCounts.size() == 2) {
+      yates = table.YatesChiSquare();
+      if (table.Total() <= TwoRowTable::kExactLimit) exactSig = table.FisherSig();
+    }
+    const ExpectedCounts expected = table.Expected();
+    Help(card::kExpectedCounts,
+         {IntegerText(expected.lowCells), NumberText(expected.LowPercentage()),
+          NumberText(expected.smallest)});
+    if (comparison.PassGate(*this, sigLevel, DecidingSig(), lowerCounts.size())) {
+      sortedGroups.resize(lowerCounts.size());
+    }
+  }
+
+  void Compare() {
+    std::vector<const SortedSample*> groups;
+    std::vector<ComparedSample> list;
+    for (std::size_t place = 0; place < sortedGroups.size(); ++place) {
+      groups.push_back(&sortedGroups[place]);
+      list.push_back({tally->Groups()[place], MedianOf({&groups.back(), 1})});
+    }
+    if (comparison.WantsPairwise()) {
+      const std::size_t groupCount = groups.size();
+      comparison.RunPairwise(std::move(list), groupCount, [&](std::int32_t i, std::int32_t j) {
+        const SortedSample* const pair[] = {groups[static_cast<std::size_t>(i)],
+                                            groups[static_cast<std::size_t>(j)]};
+        const RangeFigures figures = ComputeFor(pair);
+        return PairFigures{figures.testStatistic, QDMV::gMissingValue, QDMV::gMissingValue,
+                           figures.sig};
       });
-}
+      return;
+    }
+    OrderByMeasure(list);
+    RunStepwise(std::move(list));
+  }
+
+  void RunStepwise(std::vector<ComparedSample> list) {
+    std::vector<const SortedSample*> ordered;
+    std::vector<std::int64_t> totalBefore{0};
+    std::vector<std::int64_t> givenBefore{0};  // at or below the given median
+    for (const ComparedSample& sample : list) {
+      const SortedSample* group = &sortedGroups[tally->PlaceOf(sample.index)];
+      ordered.push_back(group);
+      totalBefore.push_back(totalBefore.back() + group->Total());
+      givenBefore.push_back(givenBefore.back() +
+                            (givenMedian ? group->CountUpTo(*givenMedian) : 0));
+    }
+    std::optional<RangeMedians> medians;
+    if (!givenMedian && ordered.size() >= kFewestForTable) medians.emplace(ordered);
+    comparison.RunStepwise(
+        *this, std::move(list), [&](const SampleRange& range) -> std::optional<RangeFigures> {
+          const auto groups = std::span(ordered).subspan(range.first, range.Size());
+          if (!givenMedian && !medians) return ComputeFor(groups);
+          const RangeMedians::Halves halves =
+              givenMedian ? RangeMedians::Halves{*givenMedian, givenBefore[range.last + 1] -
+                                                                   givenBefore[range.first]}
+                          : medians->Halve(range);
+          const std::int64_t total = totalBefore[range.last + 1] - totalBefore[range.first];
+          if (IsSurelyApart(range, halves, total, ordered)) return std::nullopt;
+          return ComputeAt(halves.median, groups);
+        });
+  }
+
+  void WriteCells(XMLElement& algorithm) const {
+    XMLElement* table = AddStructuredTable(algorithm, "TwoClassComparison");
+    XMLElement* content =
+        AddSimpleTable(*table, "Content", JoinIntegers(tally->Groups()), "lessOrEqual;greater");
+    for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
+      const std::int64_t greater = tally->CountOf(tally->Groups()[place]) - lowerCounts[place];
+      AddRow(*content, IntegerText(lowerCounts[place]) + ';' + IntegerText(greater));
+    }
+  }
+
+  /// With the limits of the medians.
+  [[nodiscard]] FigureTable ExtendedGroups() const {
+    FigureTable table = GroupsTable(*tally);
+    table.columns.insert(table.columns.end(),
+                         {"MedianLower", "MedianUpper", "MedianAttainedLevel"});
+    for (std::size_t place = 0; place < table.rows.size(); ++place) {
+      std::vector<FigureValue>& cells = table.rows[place].cells;
+      if (const auto& limits = medianLimits.Of(place)) {
+        cells.insert(cells.end(), {limits->lower, limits->upper, limits->ranks.attainedLevel});
+      } else {
+        cells.resize(table.columns.size());
+      }
+    }
+    return table;
+  }
+
+  /// The test on some of the groups, parted at their median or the given one.
+  [[nodiscard]] RangeFigures ComputeFor(std::span<const SortedSample* const> groups) const {
+    return ComputeAt(givenMedian ? *givenMedian : MedianOf(groups), groups);
+  }
+
+  [[nodiscard]] static RangeFigures ComputeAt(double cut,
+                                              std::span<const SortedSample* const> groups) {
+    TwoRowTable table;
+    for (const SortedSample* group : groups) table.Add(group->CountUpTo(cut), group->Total());
+    const auto [x, sig] = table.ChiSquare();
+    return {x, sig};
+  }
+
+  // X is a sum of two positive terms for each group, which are alike but for the expected count.
+  [[nodiscard]] bool IsSurelyApart(const SampleRange& range, const RangeMedians::Halves& halves,
+                                   std::int64_t total,
+                                   std::span<const SortedSample* const> groups) const {
+    const auto n = static_cast<double>(total);
+    const auto lowerSum = static_cast<double>(halves.upTo);
+    const double enough = SurelySignificantChiSquare(comparison.DecidingLevel(range), range.Size());
+    const double lowerShare = lowerSum / n;
+    const double scale = lowerShare * (1.0 - lowerShare);
+    return TermsPass(range, enough * scale, [&](std::size_t place) {
+      const auto size = static_cast<double>(groups[place]->Total());
+      const double deviation =
+          static_cast<double>(groups[place]->CountUpTo(halves.median)) - size * lowerShare;
+      return deviation * deviation / size;
+    });
+  }
+
+  /// Decides: the exact p where there is one.
+  [[nodiscard]] double DecidingSig() const { return exactSig.value_or(overall.sig); }
+
+  GroupTally::Key groups;
+  GroupTally* tally = nullptr;
+  std::optional<double> givenMedian;
+  std::optional<double> median;
+  std::int64_t cumulative = 0;
+  double lowerMiddle = 0.0;
+  std::vector<std::int64_t> lowerCounts;  // L_j, by place
+  ChiSquareFigures overall;
+  ChiSquareFigures yates;  // two groups only
+  std::optional<double> exactSig;
+  MultipleComparison comparison;
+  std::vector<SortedSample> sortedGroups;  // by place
+  GroupMedianLimits medianLimits;          // only for the extended figures
+};
+
+}  // namespace
 
 template <>
 std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {

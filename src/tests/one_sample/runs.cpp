@@ -1,15 +1,22 @@
-#include "tests/one_sample/runs.h"
+#include "catalogue/cards/runs.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
 
-#include "catalogue/cards/runs.h"
 #include "catalogue/settings.h"
+#include "kit/contract/test.h"
 #include "kit/groups/category_selection.h"
+#include "kit/statistics/normal.h"
 #include "kit/statistics/runs.h"
 #include "planning/test_construction.h"
+#include "report/algorithm_element.h"
 #include "report/elements.h"
 
 namespace card = catalogue::runs;
+
 namespace keys = catalogue::settings;
 
 namespace {
@@ -89,121 +96,152 @@ void ReadEntry(TestConstruction& construction) {
   }
 }
 
-}  // namespace
+/// One-sample runs test: is the sequence of a field's values, split into two groups, random?
+///
+/// Formulas, limits, sources: docs/statistics/runs.md.
+///
+/// One pass in the order of the records; a record is one step of one run, whatever its weight.
+class NPARRuns final : public NPARTest {
+ public:
+  using NPARTest::NPARTest;
 
-void NPARRuns::Prepare(const SettingsReader& settings) {
-  variableIndex = settings.Index("variableIndex");
-  Require({variableIndex});
-  isContinuous =
-      settings.Index("measureLevel") == static_cast<std::int32_t>(VariableKind::Continuous);
-  const std::string word = settings.Text("dataCutPoint");
-  if (isContinuous) {
-    if (word == "cutPointMedian" && sharedData != nullptr) {
-      cutPoint = sharedData->GetMedian(variableIndex);
-    } else if (word == "cutPointMean" && sharedData != nullptr) {
-      cutPoint = sharedData->GetMean(variableIndex);
-    } else if (!settings.Find("givenCutPoint", cutPoint)) {
-      Fail(card::kNoCutPoint);
-    }
-  } else if (word.empty()) {
-    group1Values = settings.List<double>("givenCategoryList");
-  } else if (word == "mode" && sharedData != nullptr) {
-    cutPoint = static_cast<double>(sharedData->GetLargestFrequency(variableIndex));
+  XMLElement* WriteResults() override {
+    return WriteAlgorithm(
+        *this,
+        {.card = card::kCard,
+         .decidingSig = figures.sig,
+         .condition = GetCondition(),
+         .unknownTexts = invalidCategories},
+        [this](XMLElement& algorithm) {
+          AddFigures(
+              algorithm, "RunsParameters",
+              {{"Mean", mean}, {"StdDev", figures.standardError}, {"ObservedRunNumber", runCount}});
+          AddFigures(algorithm, "StatisticsResult",
+                     {{"TotalN", countAtOrAbove + countBelow},
+                      {"TestStatistic", runCount},
+                      {"StandardError", figures.standardError},
+                      {"StandardTestStatistic", figures.z},
+                      {"AsymptoticSig2Tailed", figures.sig}});
+        });
   }
-  group2Values = settings.List<double>("group2List");
-  invalidCategories = settings.List<std::string>("GivenCategoryListInvalid");
-}
 
-void NPARRuns::FindGroups(const double* values, std::size_t count) {
-  if (count == 0) return;
-  if (group1Values.empty()) group1Values.push_back(values[0]);
-  if (!group2Values.empty()) return;
-  const double first = group1Values.front();
-  const double* other = std::find_if(values, values + count, [&](double x) { return x != first; });
-  if (other != values + count) group2Values.push_back(*other);
-}
-
-template <typename IsBelow>
-void NPARRuns::CountRuns(RecordBatch& batch, IsBelow isBelow) {
-  const double* values = batch.Of(variableIndex);
-  weight.UseTruncated(batch, [&](auto weightAt) {
-    for (std::size_t i = 0; i < batch.Size(); ++i) {
-      const Group group = isBelow(values[i]) ? Group::Below : Group::AtOrAbove;
-      (group == Group::Below ? countBelow : countAtOrAbove) += weightAt(i);
-      if (group != lastGroup) ++runCount;
-      lastGroup = group;
+ protected:
+  /// Error 220110: no cut point.
+  void Prepare(const SettingsReader& settings) override {
+    variableIndex = settings.Index("variableIndex");
+    Require({variableIndex});
+    isContinuous =
+        settings.Index("measureLevel") == static_cast<std::int32_t>(VariableKind::Continuous);
+    const std::string word = settings.Text("dataCutPoint");
+    if (isContinuous) {
+      if (word == "cutPointMedian" && sharedData != nullptr) {
+        cutPoint = sharedData->GetMedian(variableIndex);
+      } else if (word == "cutPointMean" && sharedData != nullptr) {
+        cutPoint = sharedData->GetMean(variableIndex);
+      } else if (!settings.Find("givenCutPoint", cutPoint)) {
+        Fail(card::kNoCutPoint);
+      }
+    } else if (word.empty()) {
+      group1Values = settings.List<double>("givenCategoryList");
+    } else if (word == "mode" && sharedData != nullptr) {
+      cutPoint = static_cast<double>(sharedData->GetLargestFrequency(variableIndex));
     }
-  });
-}
+    group2Values = settings.List<double>("group2List");
+    invalidCategories = settings.List<std::string>("GivenCategoryListInvalid");
+  }
 
-void NPARRuns::Take(RecordBatch& batch) {
-  if (cutPoint == QDMV::gMissingValue) FindGroups(batch.Of(variableIndex), batch.Size());
-  if (isContinuous) {
-    CountRuns(batch, [cut = cutPoint](double x) { return x < cut; });
-  } else {
-    CountRuns(batch, [this](double x) {
-      return std::find(group1Values.begin(), group1Values.end(), x) != group1Values.end();
+  void Take(RecordBatch& batch) override {
+    if (cutPoint == QDMV::gMissingValue) FindGroups(batch.Of(variableIndex), batch.Size());
+    if (isContinuous) {
+      CountRuns(batch, [cut = cutPoint](double x) { return x < cut; });
+    } else {
+      CountRuns(batch, [this](double x) {
+        return std::find(group1Values.begin(), group1Values.end(), x) != group1Values.end();
+      });
+    }
+  }
+
+  /// Error 220112: a group is empty.
+  void Compute() override {
+    if (countAtOrAbove < 1 || countBelow < 1) {
+      Fail(card::kEmptyGroup);
+      return;
+    }
+    const RunsApproximation approximation(static_cast<double>(countAtOrAbove),
+                                          static_cast<double>(countBelow));
+    mean = approximation.mean;
+    figures = approximation.FiguresOf(runCount);
+  }
+
+  void Extend(ExtendedFigures& extended) override {
+    extended.Add("FirstGroupN", countBelow);
+    extended.Add("SecondGroupN", countAtOrAbove);
+    if (figures.standardError > 0.0) {
+      const double z = (static_cast<double>(runCount) - mean) / figures.standardError;
+      extended.Add("UncorrectedStandardTestStatistic", z);
+      extended.Add("UncorrectedAsymptoticSig2Tailed", TwoSidedNormalSig(z));
+    }
+    if (const auto exact = ExactRunsTails(countBelow, countAtOrAbove, runCount)) {
+      extended.Add("ExactSig1TailedLess", exact->less);
+      extended.Add("ExactSig1TailedGreater", exact->greater);
+      extended.Add("ExactSig2Tailed", exact->twoSided);
+    }
+  }
+
+ private:
+  enum class Group { None, AtOrAbove, Below };
+
+  /// The groups of the data: the first value is the first group, the first other one the second.
+  void FindGroups(const double* values, std::size_t count) {
+    if (count == 0) return;
+    if (group1Values.empty()) group1Values.push_back(values[0]);
+    if (!group2Values.empty()) return;
+    const double first = group1Values.front();
+    const double* other =
+        std::find_if(values, values + count, [&](double x) { return x != first; });
+    if (other != values + count) group2Values.push_back(*other);
+  }
+
+  template <typename IsBelow>
+  void CountRuns(RecordBatch& batch, IsBelow isBelow) {
+    const double* values = batch.Of(variableIndex);
+    weight.UseTruncated(batch, [&](auto weightAt) {
+      for (std::size_t i = 0; i < batch.Size(); ++i) {
+        const Group group = isBelow(values[i]) ? Group::Below : Group::AtOrAbove;
+        (group == Group::Below ? countBelow : countAtOrAbove) += weightAt(i);
+        if (group != lastGroup) ++runCount;
+        lastGroup = group;
+      }
     });
   }
-}
 
-void NPARRuns::Compute() {
-  if (countAtOrAbove < 1 || countBelow < 1) {
-    Fail(card::kEmptyGroup);
-    return;
+  [[nodiscard]] Condition GetCondition() const {
+    const std::string index = IntegerText(variableIndex);
+    if (cutPoint != QDMV::gMissingValue) {
+      return {"ACutPointIsSpecified_O_Runs_2", {index, NumberText(cutPoint)}};
+    }
+    std::vector<double> group1 = group1Values;
+    group1.insert(group1.end(), invalidCategories.size(), -1.0);
+    return {group1Values.empty() ? "ABinaryTestVariableIsSpecified_O_Runs_3"
+                                 : "CategoryListsAreSpecified_O_Runs_3",
+            {index, JoinNumbers(group1), JoinNumbers(group2Values)}};
   }
-  const RunsApproximation approximation(static_cast<double>(countAtOrAbove),
-                                        static_cast<double>(countBelow));
-  mean = approximation.mean;
-  figures = approximation.FiguresOf(runCount);
-}
 
-void NPARRuns::Extend(ExtendedFigures& extended) {
-  extended.Add("FirstGroupN", countBelow);
-  extended.Add("SecondGroupN", countAtOrAbove);
-  if (figures.standardError > 0.0) {
-    const double z = (static_cast<double>(runCount) - mean) / figures.standardError;
-    extended.Add("UncorrectedStandardTestStatistic", z);
-    extended.Add("UncorrectedAsymptoticSig2Tailed", TwoSidedNormalSig(z));
-  }
-  if (const auto exact = ExactRunsTails(countBelow, countAtOrAbove, runCount)) {
-    extended.Add("ExactSig1TailedLess", exact->less);
-    extended.Add("ExactSig1TailedGreater", exact->greater);
-    extended.Add("ExactSig2Tailed", exact->twoSided);
-  }
-}
+  std::int32_t variableIndex = -1;
+  bool isContinuous = false;
+  double cutPoint = QDMV::gMissingValue;
+  std::vector<double> group1Values;
+  std::vector<double> group2Values;
+  std::vector<std::string> invalidCategories;
+  Group lastGroup = Group::None;
+  std::int64_t runCount = 0;
+  std::int64_t countAtOrAbove = 0;
+  std::int64_t countBelow = 0;
+  double mean = QDMV::gMissingValue;
+  NormalFigures figures;
+};
 
-Condition NPARRuns::GetCondition() const {
-  const std::string index = IntegerText(variableIndex);
-  if (cutPoint != QDMV::gMissingValue) {
-    return {"ACutPointIsSpecified_O_Runs_2", {index, NumberText(cutPoint)}};
-  }
-  std::vector<double> group1 = group1Values;
-  group1.insert(group1.end(), invalidCategories.size(), -1.0);
-  return {group1Values.empty() ? "ABinaryTestVariableIsSpecified_O_Runs_3"
-                               : "CategoryListsAreSpecified_O_Runs_3",
-          {index, JoinNumbers(group1), JoinNumbers(group2Values)}};
-}
-
-XMLElement* NPARRuns::WriteResults() {
-  return WriteAlgorithm(
-      *this,
-      {.card = card::kCard,
-       .decidingSig = figures.sig,
-       .condition = GetCondition(),
-       .unknownTexts = invalidCategories},
-      [this](XMLElement& algorithm) {
-        AddFigures(
-            algorithm, "RunsParameters",
-            {{"Mean", mean}, {"StdDev", figures.standardError}, {"ObservedRunNumber", runCount}});
-        AddFigures(algorithm, "StatisticsResult",
-                   {{"TotalN", countAtOrAbove + countBelow},
-                    {"TestStatistic", runCount},
-                    {"StandardError", figures.standardError},
-                    {"StandardTestStatistic", figures.z},
-                    {"AsymptoticSig2Tailed", figures.sig}});
-      });
-}
+}  // namespace
 
 template <>
 std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {

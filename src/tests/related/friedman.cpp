@@ -1,7 +1,7 @@
-#include "tests/related/friedman.h"
-
 #include "catalogue/cards/friedman.h"
+
 #include "planning/test_construction.h"
+#include "tests/related/ranked_records.h"
 
 namespace card = catalogue::friedman;
 
@@ -11,9 +11,19 @@ constexpr NPARRankedRecords::Profile kProfile{.card = card::kCard,
                                               .conditionKey = "R_FriedmansTwoWayByRanks_1",
                                               .codes = card::kRankedRecordsCodes};
 
-}  // namespace
+/// Friedman's two-way analysis of variance by ranks: do k related fields have the same
+/// distribution?
+///
+/// Formulas, limits, sources: docs/statistics/friedman.md.
+///
+/// Everything stands in tests/related/ranked_records.h.
+class NPARFriedman final : public NPARRankedRecords {
+ public:
+  /// Takes the settings over.
+  explicit NPARFriedman(QDSettings* settings) : NPARRankedRecords(settings, kProfile) {}
+};
 
-NPARFriedman::NPARFriedman(QDSettings* settings) : NPARRankedRecords(settings, kProfile) {}
+}  // namespace
 
 template <>
 std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {

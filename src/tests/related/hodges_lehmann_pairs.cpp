@@ -1,20 +1,24 @@
-#include "tests/related/hodges_lehmann_pairs.h"
+#include "catalogue/cards/hodges_lehmann_pairs.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <optional>
 
-#include "catalogue/cards/hodges_lehmann_pairs.h"
 #include "catalogue/run.h"
 #include "kit/order/interruption.h"
+#include "kit/order/order_statistics.h"
 #include "kit/ranks/rank.h"
+#include "kit/ranks/walsh_interval.h"
 #include "kit/statistics/interval_ranks.h"
 #include "kit/statistics/order_statistic_limits.h"
+#include "kit/statistics/sign_flip.h"
 #include "kit/statistics/signed_rank.h"
 #include "planning/test_construction.h"
 #include "report/algorithm_element.h"
 #include "report/elements.h"
 #include "tests/related/continuous_fields.h"
+#include "tests/related/paired_test.h"
 
 namespace card = catalogue::hodges_lehmann_pairs;
 
@@ -50,77 +54,103 @@ double AttainedLevel(const IntervalRanks& limits, const SignFlipDistribution& si
          signedRanks.UpTo(static_cast<std::int64_t>(count - last));
 }
 
-}  // namespace
+/// Hodges-Lehmann estimate of the median of the paired differences d = second - first, with its
+/// distribution-free interval.
+///
+/// Formulas, limits, sources: docs/statistics/hodges_lehmann_pairs.md.
+///
+/// One pass; the Walsh averages are not listed.
+class NPARHodgesLehmannPairs final : public NPARPairedTest {
+ public:
+  using NPARPairedTest::NPARPairedTest;
 
-void NPARHodgesLehmannPairs::Prepare(const SettingsReader& settings) {
-  if (!differences.ReadPair(settings)) Fail(card::kFieldsCodes.wrongCount);
-  Require({differences.First(), differences.Second()});
-  PrepareExtended();
-}
+  XMLElement* WriteResults() override {
+    return WriteAlgorithm(
+        *this,
+        {.card = card::kCard,
+         .decidingSig = QDMV::gMissingValue,
+         .condition = {"R_HodgesLehman_2",  // hosts read it so
+                       {IndexText(differences.First()), IndexText(differences.Second())}}},
+        [this](XMLElement& algorithm) {
+          AddFigures(algorithm, "StatisticsResult", {{"Estimate", estimate}});
+          AddFigures(algorithm, "Asymptotic", {{"Lower", lower}, {"Upper", upper}});
+        });
+  }
 
-void NPARHodgesLehmannPairs::Take(RecordBatch& batch) {
-  const double* d = differences.Of(batch);
-  KeepFields(batch);
-  weight.UseTruncated(batch, [&](auto weightAt) {
-    differences.Count(d, batch.Size(), weightAt);
-    for (std::size_t i = 0; i < batch.Size(); ++i) {
-      if (weightAt(i) >= 1) values.Add(d[i], weightAt(i));
+ protected:
+  /// Reads "confidenceLevel", a probability. Error 222409: "variableIndex" does not hold two
+  /// positions.
+  void Prepare(const SettingsReader& settings) override {
+    if (!differences.ReadPair(settings)) Fail(card::kFieldsCodes.wrongCount);
+    Require({differences.First(), differences.Second()});
+    PrepareExtended();
+  }
+
+  /// A record whose weight is below 1 has no averages.
+  void Take(RecordBatch& batch) override {
+    const double* d = differences.Of(batch);
+    KeepFields(batch);
+    weight.UseTruncated(batch, [&](auto weightAt) {
+      differences.Count(d, batch.Size(), weightAt);
+      for (std::size_t i = 0; i < batch.Size(); ++i) {
+        if (weightAt(i) >= 1) values.Add(d[i], weightAt(i));
+      }
+    });
+  }
+
+  /// Error 220003: the weights sum to 0.
+  void Compute() override {
+    if (differences.TotalN() == 0) {
+      Fail(catalogue::run::kNoData);
+      return;
     }
-  });
-}
+    values.Sort();
+    const std::int64_t units = values.TotalWeight();
+    if (wantsExtended && WalshInterval::Takes(units)) {
+      signedRanks = SignFlipDistribution::OfRanks(units);
+      exact = FindWalshInterval(values, *signedRanks, confidenceLevel);
+    }
+    // Nothing raises minus infinity.
+    const bool isRaised = differences.TieCount() > 0 && std::isfinite(differences.Minimum());
+    const double shift = isRaised ? 1.0 - differences.Minimum() : 0.0;
+    if (shift != 0.0) values.Shift(shift);
+    const SignedRankMoments moments(static_cast<double>(differences.TotalN()),
+                                    TieSumOfSizes(values));
+    const IntervalRanks limits(moments.mean, moments.standardError, confidenceLevel);
+    const WalshAverages averages(values);
+    estimate = averages.Median() - shift;
+    lower = averages.Select(ToWideInteger(limits.below) + 1) - shift;
+    upper = averages.Select(ToWideInteger(limits.last)) - shift;
+    if (signedRanks) attainedLevel = AttainedLevel(limits, *signedRanks);
+    values = WeightedValues();
+  }
 
-void NPARHodgesLehmannPairs::Compute() {
-  if (differences.TotalN() == 0) {
-    Fail(catalogue::run::kNoData);
-    return;
+  void Extend(ExtendedFigures& figures) override {
+    if (signedRanks) {
+      const bool isAttainable = IsLevelAttainable(
+          confidenceLevel, [this](std::int64_t count) { return signedRanks->UpTo(count); });
+      figures.Add("AttainedLevel", attainedLevel);
+      figures.Add("LevelIsAttainable", isAttainable ? 1 : 0);
+    }
+    if (exact) {
+      figures.Add("ExactLower", exact->lower);
+      figures.Add("ExactUpper", exact->upper);
+      figures.Add("ExactAttainedLevel", exact->attainedLevel);
+    }
+    AddFields(figures);
   }
-  values.Sort();
-  const std::int64_t units = values.TotalWeight();
-  if (wantsExtended && WalshInterval::Takes(units)) {
-    signedRanks = SignFlipDistribution::OfRanks(units);
-    exact = FindWalshInterval(values, *signedRanks, confidenceLevel);
-  }
-  // Nothing raises minus infinity.
-  const bool isRaised = differences.TieCount() > 0 && std::isfinite(differences.Minimum());
-  const double shift = isRaised ? 1.0 - differences.Minimum() : 0.0;
-  if (shift != 0.0) values.Shift(shift);
-  const SignedRankMoments moments(static_cast<double>(differences.TotalN()), TieSumOfSizes(values));
-  const IntervalRanks limits(moments.mean, moments.standardError, confidenceLevel);
-  const WalshAverages averages(values);
-  estimate = averages.Median() - shift;
-  lower = averages.Select(ToWideInteger(limits.below) + 1) - shift;
-  upper = averages.Select(ToWideInteger(limits.last)) - shift;
-  if (signedRanks) attainedLevel = AttainedLevel(limits, *signedRanks);
-  values = WeightedValues();
-}
 
-void NPARHodgesLehmannPairs::Extend(ExtendedFigures& figures) {
-  if (signedRanks) {
-    const bool isAttainable = IsLevelAttainable(
-        confidenceLevel, [this](std::int64_t count) { return signedRanks->UpTo(count); });
-    figures.Add("AttainedLevel", attainedLevel);
-    figures.Add("LevelIsAttainable", isAttainable ? 1 : 0);
-  }
-  if (exact) {
-    figures.Add("ExactLower", exact->lower);
-    figures.Add("ExactUpper", exact->upper);
-    figures.Add("ExactAttainedLevel", exact->attainedLevel);
-  }
-  AddFields(figures);
-}
+ private:
+  WeightedValues values;  // d of each record
+  double estimate = 0.0;
+  double lower = 0.0;
+  double upper = 0.0;
+  std::optional<SignFlipDistribution> signedRanks;  // for extended figures of few units
+  std::optional<WalshInterval> exact;
+  double attainedLevel = 0.0;
+};
 
-XMLElement* NPARHodgesLehmannPairs::WriteResults() {
-  return WriteAlgorithm(
-      *this,
-      {.card = card::kCard,
-       .decidingSig = QDMV::gMissingValue,
-       .condition = {"R_HodgesLehman_2",  // hosts read it so
-                     {IndexText(differences.First()), IndexText(differences.Second())}}},
-      [this](XMLElement& algorithm) {
-        AddFigures(algorithm, "StatisticsResult", {{"Estimate", estimate}});
-        AddFigures(algorithm, "Asymptotic", {{"Lower", lower}, {"Upper", upper}});
-      });
-}
+}  // namespace
 
 template <>
 std::unique_ptr<NPARTest> ConstructTest<card::kCard>(TestConstruction& construction) {

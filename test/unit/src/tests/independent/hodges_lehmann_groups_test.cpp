@@ -1,5 +1,3 @@
-#include "tests/independent/hodges_lehmann_groups.h"
-
 #include "support/group_run.h"
 
 namespace {

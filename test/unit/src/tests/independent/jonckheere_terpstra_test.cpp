@@ -1,9 +1,8 @@
-#include "tests/independent/jonckheere_terpstra.h"
-
 #include <algorithm>
 #include <random>
 
 #include "support/group_run.h"
+#include "tests/independent/jonckheere_statistic.h"
 
 namespace {
 

@@ -1,5 +1,3 @@
-#include "tests/independent/kruskal_wallis.h"
-
 #include "support/group_run.h"
 
 namespace {

@@ -1,5 +1,3 @@
-#include "tests/independent/ks_two_sample.h"
-
 #include "support/group_run.h"
 
 namespace {
@@ -44,25 +42,6 @@ TEST(KSTwoSampleTest, TheElementHoldsItsTablesInOrder) {
             "Interval[]) Group1(GroupIndex N Interval[])");
   EXPECT_EQ(result.Rows("Group0/Interval"), (Texts{"2;1;1", "1;4;0"}));
   EXPECT_EQ(result.Rows("Group1/Interval"), (Texts{"1;1;1", "-3;2;0"}));
-}
-
-TEST(KSTwoSampleTest, ASettingThatIsNotThereIsUnreadable) {
-  EXPECT_THAT(NPARKSmirnowTwoSample(Entry("variableIndex", 0).Release()).BeginPass(),
-              HasCode(222001));
-}
-
-TEST(KSTwoSampleTest, ASecondPassWithoutTheRecordsOfTheFirstIsWarnedOf) {
-  NPARKSmirnowTwoSample test(Entry("sigLevel", 0.05, "variableIndex", 0, "groupVariableIndex", 1,
-                                   "groupVariableValue1", 0.0, "groupVariableValue2", 1.0)
-                                 .Release());
-  for (const Rows& rows : {Rows{{1, 0}, {2, 1}}, Rows{}}) {
-    EXPECT_THAT(test.BeginPass(), IsOk());
-    for (const std::vector<double>& row : rows) {
-      EXPECT_THAT(test.ProcessRecord(Record::View(row.data(), 2)), IsOk());
-    }
-    EXPECT_THAT(test.EndPass(), IsOk());
-  }
-  EXPECT_EQ(AlgorithmElement(test.WriteResults()).Messages(), (Messages{{222011, "warning", {}}}));
 }
 
 }  // namespace

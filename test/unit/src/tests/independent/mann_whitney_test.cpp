@@ -1,5 +1,3 @@
-#include "tests/independent/mann_whitney.h"
-
 #include "support/group_run.h"
 
 namespace {

@@ -1,5 +1,3 @@
-#include "tests/independent/moses.h"
-
 #include "support/group_run.h"
 
 namespace {

@@ -1,5 +1,3 @@
-#include "tests/independent/wald_wolfowitz.h"
-
 #include "support/group_run.h"
 
 namespace {

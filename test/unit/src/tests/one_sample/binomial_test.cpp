@@ -1,5 +1,3 @@
-#include "tests/one_sample/binomial.h"
-
 #include "support/entry_run.h"
 
 namespace {
@@ -126,11 +124,6 @@ TEST(BinomialTest, EachFailureHasItsCode) {
                  {{"no record of a category", Answer(), Error(221310)},
                   {"no value to be cut", formed("x", cut, "givenCutPoint").Put("givenCutPoint", 1),
                    Error(220003)}});
-}
-
-TEST(BinomialTest, WithoutSummariesThereAreNoFrequencies) {
-  NPARBinomial test(Entry("variableIndex", 0, "measureLevel", 2).Release());
-  EXPECT_THAT(test.BeginPass(), HasCode(221306));
 }
 
 }  // namespace

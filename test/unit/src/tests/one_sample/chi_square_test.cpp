@@ -1,5 +1,3 @@
-#include "tests/one_sample/chi_square.h"
-
 #include "support/entry_run.h"
 
 namespace {
@@ -98,16 +96,6 @@ TEST(ChiSquareTest, EachFailureHasItsCode) {
         Error(220212, {"grade"})}});
   ExpectMessages("OChiSquare", Variables(), {{-1, -1, -1, 1, 1}},
                  {{"no record", On("letter"), Error(220003)}});
-}
-
-TEST(ChiSquareTest, ExpectedValuesMustMatchTheCategories) {
-  NPARChiSquare test(Entry("variableIndex", 0, "measureLevel", 3, "classFormation", "list",
-                           "givenCategoryList", std::vector<double>{0, 1}, "expectedValue",
-                           std::vector<double>{1})
-                         .Release());
-  EXPECT_THAT(test.BeginPass(), HasCode(220212));
-  NPARChiSquare empty(TestSettings().Release());
-  EXPECT_THAT(empty.BeginPass(), HasCode(220201));
 }
 
 }  // namespace

@@ -1,5 +1,3 @@
-#include "tests/one_sample/confidence_interval.h"
-
 #include "support/entry_run.h"
 
 namespace {

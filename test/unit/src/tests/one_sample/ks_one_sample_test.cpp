@@ -1,5 +1,3 @@
-#include "tests/one_sample/ks_one_sample.h"
-
 #include <algorithm>
 #include <cmath>
 

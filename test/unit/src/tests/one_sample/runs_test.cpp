@@ -1,5 +1,3 @@
-#include "tests/one_sample/runs.h"
-
 #include "support/entry_run.h"
 
 namespace {

@@ -1,5 +1,3 @@
-#include "tests/one_sample/wilcoxon.h"
-
 #include "support/entry_run.h"
 
 namespace {

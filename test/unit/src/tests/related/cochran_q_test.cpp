@@ -1,5 +1,3 @@
-#include "tests/related/cochran_q.h"
-
 #include "support/entry_run.h"
 
 namespace {
@@ -143,8 +141,6 @@ TEST(CochranQTest, EachFailureHasItsCode) {
                  {{"no record", ab, Error(220003)}});
   ExpectMessages("RCochransQ", variables, {{0, 0, 0, 0, 0, 0, 0, 1}},
                  {{"always a success", ab, Error(221210)}});
-  NPARCochransQ test(RelatedSettings({0, 1}), &variables);
-  EXPECT_THAT(test.BeginPass(), HasCode(221206)) << "no summaries";
 }
 
 }  // namespace

@@ -1,13 +1,12 @@
-#include "tests/related/hodges_lehmann_pairs.h"
-
 #include "support/entry_run.h"
 
 namespace {
 
-QDSettings* EstimateSettings(double confidence, std::int32_t weightIndex = -1) {
-  QDSettings* settings = PairSettings(0, 1, weightIndex);
-  settings->AddNewSetting("confidenceLevel", confidence, std::string());
-  return settings;
+AlgorithmElement Result(const Rows& rows, double confidence, const Texts& names) {
+  const TestSettings settings = Entry("missingTreatment", "analysis", "confidenceLevel", confidence,
+                                      "RHodgesLehmannEstimatePairs", Entry("variableName", names));
+  const QDVarList variables = VariableListBuilder().Continuous("x").Continuous("y").Build();
+  return AlgorithmElement::AllOf(RunDocument(variables, rows, settings)).at(0);
 }
 
 Rows PairsOf(const std::vector<double>& differences) {
@@ -47,17 +46,13 @@ const EstimateCase kCases[] = {
 TEST(HodgesLehmannPairsTest, EstimateAndIntervalAreThoseOfTheListedAverages) {
   for (const EstimateCase& row : kCases) {
     SCOPED_TRACE(row.catches);
-    NPARHodgesLehmannPairs test(EstimateSettings(row.confidence));
-    ASSERT_THAT(RunAllPasses(test, PairsOf(row.differences)), IsOk());
-    ExpectFigures(AlgorithmElement(test.WriteResults()),
+    ExpectFigures(Result(PairsOf(row.differences), row.confidence, {"x", "y"}),
                   {{"Estimate", row.estimate}, {"Lower", row.lower}, {"Upper", row.upper}});
   }
 }
 
 TEST(HodgesLehmannPairsTest, NoPairIsShownAsMissing) {
-  NPARHodgesLehmannPairs single(RelatedSettings({0}));
-  EXPECT_THAT(RunAllPasses(single, {{1}}), HasCode(222409));
-  EXPECT_EQ(AlgorithmElement(single.WriteResults()).Text("%0"), "__MISSING__");
+  EXPECT_EQ(Result({{1, 2}}, 0.95, {"x"}).Text("%0"), "__MISSING__");
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
-#include "tests/related/marginal_homogeneity.h"
-
 #include <cmath>
+#include <numeric>
 
 #include "support/entry_run.h"
 
@@ -65,11 +64,11 @@ TEST(MarginalHomogeneityTest, EachFailureHasItsCode) {
 }
 
 TEST(MarginalHomogeneityTest, ATableThatDoesNotFitFailsTheTestAlone) {
-  NPARMargHomo test(Entry("variablePairFirstIndex", 0, "variablePairSecondIndex", 1, "scoreList",
-                          std::vector<double>(11586, 1.0))
-                        .Release(),
-                    CategoryUnion());
-  EXPECT_THAT(test.BeginPass(), HasCode(220002));
+  std::vector<double> categories(11586);
+  std::iota(categories.begin(), categories.end(), 0.0);
+  const QDVarList variables = VariableListBuilder().NominalNumbers("a", categories).Build();
+  EXPECT_EQ(RunEntry(variables, {{0}}, "RMarginalHomogeneity", On({"a", "a"})).Messages(),
+            Error(220002));
 }
 
 }  // namespace

@@ -1,5 +1,3 @@
-#include "tests/related/mcnemar.h"
-
 #include "support/entry_run.h"
 
 namespace {
@@ -106,9 +104,6 @@ TEST(McNemarTest, EachFailureHasItsCode) {
                   {"no given value", given, Error(221611)},
                   {"an unknown one", values({"maybe"}), Error(221611)},
                   {"all values", values({"yes", "no"}), Error(221611)}});
-  NPARMcNemar test(Entry("variablePairFirstIndex", 0, "variablePairSecondIndex", 1).Release(),
-                   &variables);
-  EXPECT_THAT(test.BeginPass(), HasCode(221606)) << "no summaries";
 }
 
 }  // namespace

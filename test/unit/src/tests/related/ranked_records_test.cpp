@@ -1,9 +1,6 @@
 #include "tests/related/ranked_records.h"
 
 #include "support/entry_run.h"
-#include "tests/related/friedman.h"
-#include "tests/related/kendall_w.h"
-
 namespace {
 
 constexpr const char* kFriedman = "RFriedmansTwoWayByRanks";
@@ -57,10 +54,10 @@ TEST(RankedRecordsTest, FiguresAgreeWithSciPy) {
 }
 
 TEST(RankedRecordsTest, DocumentHoldsRanksOfEachFieldAndThenTheFigures) {
-  NPARKendallsW test(RelatedSettings({1, 0}, 2));
   const Rows rows{{1, 2, 3}, {5, 5, 1}, {4, 3, 1}, {QDMV::gMissingValue, 1, 1}, {2, 1, 0.4}};
-  ASSERT_THAT(RunAllPasses(test, rows), IsOk());
-  const AlgorithmElement result(test.WriteResults());
+  const AlgorithmElement result = RunEntry(
+      VariableListBuilder().Continuous("a").Continuous("b").Weight("n").Build(), rows, kKendall,
+      Entry("variableName", Texts{"b", "a"}, "typeOfMultipleComparison", "none"));
   EXPECT_EQ(result.Outline(),
             "Condition(ConditionKey %0) VariableInformation0(GroupIndex MeanOfRank Interval[]) "
             "VariableInformation1(GroupIndex MeanOfRank Interval[]) StatisticsResult(TotalN "

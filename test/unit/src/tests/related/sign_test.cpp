@@ -1,15 +1,18 @@
-#include "tests/related/sign.h"
-
 #include "support/entry_run.h"
 
 namespace {
 
+const QDVarList kVariables =
+    VariableListBuilder().Continuous("x").Continuous("y").Continuous("z").Build();
+
+TestSettings Of(const Texts& names) { return Entry("variableName", names); }
+
 /// Pairs (0, d) with d of either sign and zero.
 Rows Pairs(int above, int below, int tied) {
   Rows rows;
-  for (int i = 0; i < above; ++i) rows.push_back({0.0, 1.0 + i});
-  for (int i = 0; i < below; ++i) rows.push_back({2.0 + i, 1.0});
-  for (int i = 0; i < tied; ++i) rows.push_back({3.0 + i, 3.0 + i});
+  for (int i = 0; i < above; ++i) rows.push_back({0.0, 1.0 + i, 0.0});
+  for (int i = 0; i < below; ++i) rows.push_back({2.0 + i, 1.0, 0.0});
+  for (int i = 0; i < tied; ++i) rows.push_back({3.0 + i, 3.0 + i, 0.0});
   return rows;
 }
 
@@ -17,9 +20,7 @@ Rows Pairs(int above, int below, int tied) {
 // C(25,18) + ... + C(25,25) = 726206 of 2^25 outcomes.
 TEST(SignTest, FiguresAgreeWithCountingAndR) {
   const auto result = [](int above, int below) {
-    NPARSign test(PairSettings(0, 1));
-    EXPECT_THAT(RunAllPasses(test, Pairs(above, below, 3)), IsOk());
-    return AlgorithmElement(test.WriteResults());
+    return RunEntry(kVariables, Pairs(above, below, 3), "RSign", Of({"x", "y"}));
   };
   ExpectFigures(result(18, 7), {{"TestStatistic", 18},
                                 {"StandardTestStatistic", 2.0},
@@ -35,17 +36,17 @@ TEST(SignTest, TheExactValueDecidesAndALevelEqualToItRetains) {
   // n = 6, all above: exact 2 / 64, asymptotic 2 * (1 - Phi(2.5 / sqrt(1.5))) = 0.0412.
   for (const auto& [sigLevel, decision] :
        {std::pair(0.04, "reject"), {0.03125, "retain"}, {0.03126, "reject"}}) {
-    NPARSign test(PairSettings(0, 1, -1, sigLevel));
-    ASSERT_THAT(RunAllPasses(test, Pairs(6, 0, 0)), IsOk());
-    EXPECT_EQ(AlgorithmElement(test.WriteResults()).Decision(), decision) << sigLevel;
+    const std::string document = RunDocument(
+        kVariables, Pairs(6, 0, 0),
+        Entry("missingTreatment", "analysis", "sigLevel", sigLevel, "RSign", Of({"x", "y"})));
+    EXPECT_EQ(AlgorithmElement::AllOf(document).at(0).Decision(), decision) << sigLevel;
   }
 }
 
 TEST(SignTest, DocumentHoldsCountsHistogramAndFigures) {
-  NPARSign test(PairSettings(1, 0));
-  ASSERT_THAT(RunAllPasses(test, {{3, 1}, {1, 1}, {QDMV::gMissingValue, 4}, {0, 1}, {7, 7}}),
-              IsOk());
-  const AlgorithmElement result(test.WriteResults());
+  const AlgorithmElement result = RunEntry(
+      kVariables, {{3, 1, 0}, {1, 1, 0}, {QDMV::gMissingValue, 4, 0}, {0, 1, 0}, {7, 7, 0}},
+      "RSign", Of({"y", "x"}));
   EXPECT_EQ(result.Outline(),
             "Condition(ConditionKey %0 %1) WarningMessages(Message(code type paramNum)) "
             "ContinuousDistribution(NegativeDifferences Ties PositiveDifferences Interval[]) "
@@ -62,36 +63,31 @@ TEST(SignTest, DocumentHoldsCountsHistogramAndFigures) {
   EXPECT_EQ(result.Rows("Interval"), (Texts{"1;1;2", "-1;2;0"}));
 }
 
-TEST(SignTest, NoPairFailsInBeginPassAndStillWritesItsElement) {
+TEST(SignTest, NoPairStillWritesItsElement) {
   const struct {
-    TestSettings::Indices indices;
+    Texts names;
     const char* shown;
-  } cases[] = {{{1, 1}, "1"}, {{0, -1}, "0"}, {{0}, "__MISSING__"}, {{0, 1, 2}, "__MISSING__"}};
+  } cases[] = {{{"y", "y"}, "1"}, {{"x"}, "__MISSING__"}, {{"x", "y", "z"}, "__MISSING__"}};
   for (const auto& row : cases) {
-    NPARSign test(RelatedSettings(row.indices));
-    EXPECT_THAT(test.BeginPass(), HasCode(220918));
-    const AlgorithmElement result(test.WriteResults());
-    EXPECT_EQ(result.Text("%0"), row.shown);
-    EXPECT_EQ(result.Messages(), Error(220918));
+    EXPECT_EQ(RunEntry(kVariables, {{1, 2, 3}}, "RSign", Of(row.names)).Text("%0"), row.shown);
   }
 }
 
 TEST(SignTest, EachFailureHasItsCode) {
   const QDVarList variables =
       VariableListBuilder().Continuous("x").Continuous("y").Nominal("g", {"a"}).Other("z").Build();
-  const auto of = [](const Texts& names) { return Entry("variableName", names); };
   ExpectMessages(
       "RSign", variables, {{1, 2, 0, 0}, {3, 1, 0, 0}},
       {{"no list", Entry(), Error(220912)},
-       {"unknown name ends the walk", of({"x", "nobody", "g"}), Error(220903, {"nobody"})},
-       {"also behind an unfit variable", of({"g", "nobody", "x"}), Error(220903, {"2", "nobody"})},
-       {"every unfit variable is told", of({"g", "x", "z"}), Error(220915, {"2", "3"})},
-       {"one variable", of({"x"}), Error(220918)},
-       {"three variables", of({"x", "y", "x"}), Error(220917)},
-       {"the same twice is found in the first pass", of({"x", "x"}), Error(220918)},
-       {"a pair", of({"y", "x"}), {{220916, "helpMessage", {}}}}});
+       {"unknown name ends the walk", Of({"x", "nobody", "g"}), Error(220903, {"nobody"})},
+       {"also behind an unfit variable", Of({"g", "nobody", "x"}), Error(220903, {"2", "nobody"})},
+       {"every unfit variable is told", Of({"g", "x", "z"}), Error(220915, {"2", "3"})},
+       {"one variable", Of({"x"}), Error(220918)},
+       {"three variables", Of({"x", "y", "x"}), Error(220917)},
+       {"the same twice is found in the first pass", Of({"x", "x"}), Error(220918)},
+       {"a pair", Of({"y", "x"}), {{220916, "helpMessage", {}}}}});
   ExpectMessages("RSign", VariableListBuilder().Continuous("x").Continuous("y").Weight("n").Build(),
-                 {{1, 2, 0.9}}, {{"no weight at all", of({"x", "y"}), Error(220003)}});
+                 {{1, 2, 0.9}}, {{"no weight at all", Of({"x", "y"}), Error(220003)}});
 }
 
 TEST(SignTest, SummariesOfTheFirstTwoVariablesAreShownWhicheverPairIsTested) {

@@ -1,10 +1,15 @@
-#include "tests/related/wilcoxon_pairs.h"
-
 #include <cmath>
 
 #include "support/entry_run.h"
 
 namespace {
+
+AlgorithmElement Result(const Rows& rows, const Texts& names) {
+  VariableListBuilder variables;
+  variables.Continuous("x").Continuous("y");
+  if (rows.front().size() > 2) variables.Weight("n");
+  return RunEntry(variables.Build(), rows, "RWilcoxonSignedRanks", Entry("variableName", names));
+}
 
 // Student, Biometrika 6 (1908): extra hours of sleep.
 const Rows kSleep{{0.7, 1.9}, {-1.6, 0.8}, {-0.2, 1.1}, {-1.2, 0.1}, {-0.1, -0.1},
@@ -13,9 +18,7 @@ const Rows kSleep{{0.7, 1.9}, {-1.6, 0.8}, {-0.2, 1.1}, {-1.2, 0.1}, {-0.1, -0.1
 // SciPy 1.11.4, wilcoxon(d, correction=False, mode="approx"), which leaves out zero differences;
 // two differences tie but for rounding.
 TEST(WilcoxonPairsTest, FiguresAgreeWithSciPy) {
-  NPARWilcoxonPairs test(PairSettings(0, 1));
-  ASSERT_THAT(RunAllPasses(test, kSleep), IsOk());
-  const AlgorithmElement result(test.WriteResults());
+  const AlgorithmElement result = Result(kSleep, {"x", "y"});
   ExpectFigures(result, {{"TestStatistic", 45},
                          {"StandardError", std::sqrt(71.25 - 6.0 / 48.0)},
                          {"StandardTestStatistic", 2.6679112502793854, 1e-12},
@@ -24,10 +27,8 @@ TEST(WilcoxonPairsTest, FiguresAgreeWithSciPy) {
 }
 
 TEST(WilcoxonPairsTest, DocumentHoldsCountsHistogramAndFigures) {
-  NPARWilcoxonPairs test(PairSettings(1, 0, 2));
-  ASSERT_THAT(RunAllPasses(test, {{3, 1, 2}, {1, 1, 3}, {QDMV::gMissingValue, 4, 1}, {0, 1, 1}}),
-              IsOk());
-  const AlgorithmElement result(test.WriteResults());
+  const AlgorithmElement result =
+      Result({{3, 1, 2}, {1, 1, 3}, {QDMV::gMissingValue, 4, 1}, {0, 1, 1}}, {"y", "x"});
   EXPECT_EQ(result.Outline(),
             "Condition(ConditionKey %0 %1) ContinuousDistribution(NegativeDifferences Ties "
             "PositiveDifferences Interval[]) StatisticsResult(TotalN TestStatistic StandardError "
@@ -43,12 +44,9 @@ TEST(WilcoxonPairsTest, DocumentHoldsCountsHistogramAndFigures) {
 }
 
 TEST(WilcoxonPairsTest, TheSameFieldTwiceIsNoErrorAndNoPairIsWrittenAsItStands) {
-  NPARWilcoxonPairs twice(PairSettings(0, 0));
-  EXPECT_THAT(RunAllPasses(twice, {{1}, {2}}), IsOk());
-  EXPECT_EQ(AlgorithmElement(twice.WriteResults()).Text("Ties"), "2");
-  NPARWilcoxonPairs single(RelatedSettings({0}));
-  EXPECT_THAT(RunAllPasses(single, {{1}}), HasCode(221009));
-  EXPECT_EQ(AlgorithmElement(single.WriteResults()).Text("%0"), "-1");
+  const Rows rows{{1, 0}, {2, 0}};
+  EXPECT_EQ(Result(rows, {"x", "x"}).Text("Ties"), "2");
+  EXPECT_EQ(Result(rows, {"x"}).Text("%0"), "-1");
 }
 
 }  // namespace
