@@ -46,6 +46,11 @@ std::string Head() {
          std::string(PlotStyle()) + std::string(PageStyle()) + "</style>\n</head>\n";
 }
 
+std::string BodyTag(const ResultDocument& document) {
+  constexpr std::size_t kMany = 20;  // tests that take long to lay out
+  return document.tests.size() > kMany ? "<body class=\"many\">\n" : "<body>\n";
+}
+
 std::string Fact(const char* name, const std::string& value) {
   return "<div><dt>" + std::string(name) + "</dt><dd>" + value + "</dd></div>\n";
 }
@@ -131,8 +136,8 @@ std::string Overview(const ResultDocument& document) {
 
 std::string RenderHtml(const ResultDocument& original) {
   const ResultDocument document = WithReadableNames(original);
-  std::string page = Head() +
-                     "<body>\n<a class=\"skip\" href=\"#main\">Skip to the results</a>\n"
+  std::string page = Head() + BodyTag(document) +
+                     "<a class=\"skip\" href=\"#main\">Skip to the results</a>\n"
                      "<header>\n<h1>Nonparametric tests</h1>\n" +
                      RunFacts(document) + "</header>\n<main id=\"main\" tabindex=\"-1\">\n" +
                      Overview(document);

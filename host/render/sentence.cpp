@@ -84,6 +84,7 @@ std::string ShortFigure(std::string_view text) {
 // What cannot pass 1 has no 0 before its point.
 std::string ShortEffect(const EffectSize& effect) {
   std::string digits = Decimals(effect.value, 2);
+  if (effect.symbol == "h" || effect.symbol == "w") return digits;
   if (digits.starts_with("0.")) return digits.substr(1);
   if (digits.starts_with("-0.")) return "-" + digits.substr(2);
   return digits;

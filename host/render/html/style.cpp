@@ -87,7 +87,7 @@ a { color: var(--link); text-underline-offset: .15em; }
 section.test, section.overview, #fields { background: var(--card); border: 1px solid var(--line);
   border-radius: .6rem; padding: 1.25rem; margin: 0 0 1.25rem; }
 /* What is out of sight is laid out when it comes into it: pages of hundreds of tests open at once. */
-section.test, section.field { content-visibility: auto; contain-intrinsic-size: auto 50rem; }
+.many section.test, .many section.field { content-visibility: auto; contain-intrinsic-size: auto 50rem; }
 section.field { border-top: 1px solid var(--faint); padding-top: 1rem; margin-top: 1rem; }
 .hypothesis { font-size: 1.05rem; }
 .outcome { display: flex; flex-wrap: wrap; gap: .5rem .75rem; align-items: center; margin: .25rem 0; }
@@ -186,7 +186,7 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
   .skip, .back, .tools, button.copy, details { display: none; }
   thead button { text-decoration: none; }
   section.test, section.overview, #fields { border: 0; padding: 0; }
-  section.test, section.field { content-visibility: visible; }
+  .many section.test, .many section.field { content-visibility: visible; }
   figure.wide svg { min-width: 0; }
   .scroll { overflow: visible; }
   th, td { padding: .2rem .3rem; }

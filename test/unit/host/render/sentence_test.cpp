@@ -42,6 +42,9 @@ TEST(SentenceTest, FindingsEstimatesAndExactValuesReadAsAResultsSection) {
       {"insect_sprays_pairwise", "IKruskalWallis",
        "Kruskal-Wallis one-way analysis of variance by ranks: count differed significantly between "
        "the groups of spray, H(5) = 54.69, N = 72, p < .001, \u03b5\u00b2 = .77."},
+      {"titanic_expected", "OChiSquare",
+       "Chi-square test of proportions: the proportions of class differed significantly from the "
+       "hypothesised ones, \u03c7\u00b2(3) = 152.88, N = 1495, p < .001, Cohen's w = 0.32."},
       {"tooth_growth_supp", "IMannWhitneyU",
        "Mann-Whitney U test: len did not differ significantly between the groups of supp, U = "
        "324.5, n = 30 and 30, p = .063, rank-biserial r = -.28."},
