@@ -121,6 +121,102 @@ inline double DivideByPowerOfTen(std::uint64_t mantissa, std::size_t power) {
                                (std::uint64_t{shift} << 52));
 }
 
+/// The digits of a number around its point, `text` being followed by 32 readable bytes.
+struct PlainDigits {
+  const char* first;     // the first digit
+  const char* rest;      // where those behind the point would begin if all stood behind it
+  const char* end;       // of the last digit
+  std::size_t count;     // of all digits
+  std::size_t integers;  // before a point; 0 without one
+  std::size_t fraction;  // behind it
+};
+
+/// False where no digit ends within 32 bytes.
+[[gnu::always_inline]] inline bool FindDigits(const char* text, std::uint64_t isNegative,
+                                              PlainDigits& digits) {
+  std::uint64_t others = NonDigits(text) ^ isNegative;
+  if (others == 0) return false;
+  digits.first = text + isNegative;
+  digits.end = text + std::countr_zero(others);
+  digits.count = static_cast<std::size_t>(digits.end - digits.first);
+  digits.integers = 0;
+  digits.fraction = 0;
+  digits.rest = digits.first;
+  if (*digits.end == '.') [[likely]] {
+    others &= others - 1;
+    const char* point = std::exchange(digits.end, text + std::countr_zero(others));
+    digits.integers = digits.count;
+    digits.fraction = static_cast<std::size_t>(digits.end - point - 1);
+    digits.count += digits.fraction;
+    digits.rest = digits.first + 1;
+  }
+  return digits.count != 0 && digits.count <= kMostDigits;
+}
+
+/// All digits as one integer; false for more than 16 before the point, or 19 behind leading zeros.
+[[gnu::always_inline]] inline bool ReadMantissa(const PlainDigits& digits,
+                                                std::uint64_t& mantissa) {
+  std::uint64_t head = LoadEight(digits.first);
+  std::uint64_t next = LoadEight(digits.rest + 8);
+  if (digits.integers <= 8) [[likely]] {
+    head = Join(head, LoadEight(digits.rest), digits.integers);
+  } else if (digits.integers <= 16) {
+    next = Join(LoadEight(digits.first + 8), next, digits.integers - 8);
+  } else {
+    return false;
+  }
+  const std::size_t count = digits.count;
+  if (count <= 8) {
+    mantissa = DigitsValue(head, count);
+    return true;
+  }
+  mantissa = DigitsValue(head, 8);
+  if (count <= 16) {
+    mantissa = mantissa * kIntegerPowers[count - 8] + DigitsValue(next, count - 8);
+    return true;
+  }
+  const bool isTooLong = count > kMostSignificantDigits &&
+                         mantissa >= kIntegerPowers[8 + kMostSignificantDigits - count];
+  if (isTooLong) return false;
+  mantissa = mantissa * kIntegerPowers[8] + DigitsValue(next, 8);
+  mantissa =
+      mantissa * kIntegerPowers[count - 16] + DigitsValue(LoadEight(digits.rest + 16), count - 16);
+  return true;
+}
+
+/// Adds an exponent of one or two digits that stands at `end`, which moves behind it; false for
+/// another.
+[[gnu::always_inline]] inline bool ReadExponent(const char*& end, int& exponent) {
+  if (*end != 'e' && *end != 'E') return true;
+  ++end;
+  const bool isSmall = *end == '-';
+  if (isSmall || *end == '+') ++end;
+  if (!IsDigit(*end)) return false;
+  int scale = *end++ - '0';
+  if (IsDigit(*end)) scale = scale * 10 + (*end++ - '0');
+  if (IsDigit(*end)) return false;
+  exponent += isSmall ? -scale : scale;
+  return true;
+}
+
+/// mantissa * 10^exponent, rounded once; false where that takes more care. The mantissa has
+/// `digits` digits.
+[[gnu::always_inline]] inline bool ScaleMantissa(std::uint64_t mantissa, std::size_t digits,
+                                                 int exponent, double& value) {
+  if (digits > 8 && exponent < 0 && exponent >= -kLastPowerOfFive) {
+    value = DivideByPowerOfTen(mantissa, static_cast<std::size_t>(-exponent));
+  } else if (mantissa <= kLastExactInteger && exponent >= -22 && exponent <= 22) {
+    value = static_cast<double>(static_cast<std::int64_t>(mantissa));
+    value = exponent < 0 ? value / kPowersOfTen[static_cast<std::size_t>(-exponent)]
+                         : value * kPowersOfTen[static_cast<std::size_t>(exponent)];
+  } else if (exponent == 0) {
+    value = static_cast<double>(mantissa);  // rounded once
+  } else {
+    return false;
+  }
+  return true;
+}
+
 }  // namespace number_detail
 
 /// Reads a plain decimal number from the beginning of a text that goes on for 32 readable bytes.
@@ -139,74 +235,14 @@ inline double DivideByPowerOfTen(std::uint64_t mantissa, std::size_t power) {
   // and so perhaps for the number before.
   const std::uint64_t isNegative =
       ((std::uint64_t{static_cast<unsigned char>(*text)} ^ '-') - 1) >> 63;
-  std::uint64_t others = NonDigits(text) ^ isNegative;
-  if (others == 0) return nullptr;
-  const char* first = text + isNegative;
-  const char* end = text + std::countr_zero(others);
-  auto digits = static_cast<std::size_t>(end - first);
-  std::size_t integers = 0;  // digits before a point
-  std::size_t fraction = 0;  // and behind it
-  const char* rest = first;  // where those would begin if all stood behind it
-  if (*end == '.') [[likely]] {
-    others &= others - 1;
-    const char* point = std::exchange(end, text + std::countr_zero(others));
-    integers = digits;
-    fraction = static_cast<std::size_t>(end - point - 1);
-    digits += fraction;
-    rest = first + 1;
-  }
-  if (digits == 0 || digits > kMostDigits) return nullptr;
-
-  std::uint64_t head = LoadEight(first);
-  std::uint64_t next = LoadEight(rest + 8);
-  if (integers <= 8) [[likely]] {
-    head = Join(head, LoadEight(rest), integers);
-  } else if (integers <= 16) {
-    next = Join(LoadEight(first + 8), next, integers - 8);
-  } else {
-    return nullptr;
-  }
-  std::uint64_t mantissa;
-  if (digits <= 8) {
-    mantissa = DigitsValue(head, digits);
-  } else {
-    mantissa = DigitsValue(head, 8);
-    if (digits <= 16) {
-      mantissa = mantissa * kIntegerPowers[digits - 8] + DigitsValue(next, digits - 8);
-    } else {
-      const bool isTooLong = digits > kMostSignificantDigits &&
-                             mantissa >= kIntegerPowers[8 + kMostSignificantDigits - digits];
-      if (isTooLong) return nullptr;
-      mantissa = mantissa * kIntegerPowers[8] + DigitsValue(next, 8);
-      mantissa =
-          mantissa * kIntegerPowers[digits - 16] + DigitsValue(LoadEight(rest + 16), digits - 16);
-    }
-  }
-
-  int exponent = -static_cast<int>(fraction);
-  if (*end == 'e' || *end == 'E') {
-    ++end;
-    const bool isSmall = *end == '-';
-    if (isSmall || *end == '+') ++end;
-    if (!IsDigit(*end)) return nullptr;
-    int scale = *end++ - '0';
-    if (IsDigit(*end)) scale = scale * 10 + (*end++ - '0');
-    if (IsDigit(*end)) return nullptr;
-    exponent += isSmall ? -scale : scale;
-  }
-
+  PlainDigits digits;
+  std::uint64_t mantissa = 0;
+  if (!FindDigits(text, isNegative, digits) || !ReadMantissa(digits, mantissa)) return nullptr;
+  const char* end = digits.end;
+  int exponent = -static_cast<int>(digits.fraction);
   double value = 0.0;
-  if (digits > 8 && exponent < 0 && exponent >= -kLastPowerOfFive) {
-    value = DivideByPowerOfTen(mantissa, static_cast<std::size_t>(-exponent));
-  } else if (mantissa <= kLastExactInteger && exponent >= -22 && exponent <= 22) {
-    value = static_cast<double>(static_cast<std::int64_t>(mantissa));
-    value = exponent < 0 ? value / kPowersOfTen[static_cast<std::size_t>(-exponent)]
-                         : value * kPowersOfTen[static_cast<std::size_t>(exponent)];
-  } else if (exponent == 0) {
-    value = static_cast<double>(mantissa);  // rounded once
-  } else {
-    return nullptr;
-  }
+  if (!ReadExponent(end, exponent)) return nullptr;
+  if (!ScaleMantissa(mantissa, digits.count, exponent, value)) return nullptr;
   number = std::bit_cast<double>(std::bit_cast<std::uint64_t>(value) | isNegative << 63);
   return end;
 }
