@@ -32,7 +32,8 @@ constexpr const char* kExamples = R"(Examples:
 Each command has its own --help.
 
 Exit codes: 0 success; 1 the component refused the run; 2 wrong usage, unreadable
-input or output that can't be written; 130 cancelled with Ctrl-C.
+input or output that can't be written; 3 every test of an analysis failed;
+130 cancelled with Ctrl-C.
 )";
 
 int Complain(const std::string& text) {
@@ -105,6 +106,7 @@ int RunCommandLine(int argc, char** argv) {
 
   CLI::App app("Nonparametric hypothesis tests on tables of data.", "npar");
   app.require_subcommand(1);
+  app.set_version_flag("--version", "npar " NPAR_VERSION, "print the version and exit");
   app.footer(kExamples);
   int exitCode = kExitSuccess;
   AddRunCommand(app, exitCode);

@@ -7,6 +7,7 @@ enum ExitCode : int {
   kExitSuccess = 0,      // also when single tests carry messages
   kExitRefused = 1,      // the component refused the run; its messages are on standard error
   kExitUsage = 2,        // wrong usage, unreadable input, output that can't be written
+  kExitAllFailed = 3,    // every test of an analysis failed; the report says why
   kExitCancelled = 130,  // Ctrl-C
 };
 

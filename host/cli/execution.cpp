@@ -2,7 +2,6 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
-#include <map>
 #include <utility>
 
 #include "host/cli/command_line.h"
@@ -10,27 +9,12 @@
 #include "host/cli/output.h"
 #include "host/cli/progress_bar.h"
 #include "host/data/csv.h"
-#include "host/data/input_error.h"
 #include "host/data/text_source.h"
 #include "host/loader/analysis_run.h"
 #include "host/messages/messages.h"
-#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {
-
-char SeparatorOf(const std::string& text) {
-  if (text.empty()) return 0;
-  if (text == "comma") return ',';
-  if (text == "semicolon") return ';';
-  if (text == "tab" || text == "\\t") return '\t';
-  if (text.size() == 1 && text != "\"" && text != "\n" && text != "\r") return text.front();
-  throw UsageError("--separator is comma, semicolon, tab or one character, not " + Quoted(text));
-}
-
-CsvOptions ReadingOptions(const ExecutionOptions& options) {
-  return {SeparatorOf(options.separator), options.missingTokens};
-}
 
 std::filesystem::path ComponentPath(const ExecutionOptions& options) {
   return options.component.empty() ? ComponentLibrary::DefaultPath()
@@ -50,26 +34,39 @@ void PrintMessages(const std::vector<RunMessage>& messages) {
 // loaded before the data, so that a wrong path is told at once.
 struct Execution::State {
   explicit State(const ExecutionOptions& options)
-      : library(ComponentPath(options)), reader(options.dataPath, ReadingOptions(options)) {}
+      : library(ComponentPath(options)), reader(options.dataPath, CsvOptionsOf(options.reading)) {}
 
   InterruptWatch watch;
   ComponentLibrary library;
   CsvReader reader;
-  std::map<std::string, Measure> measures;  // of the data's fields
-  std::optional<AnalysisRun> run;           // outlives the run for the names of its cases
+  std::optional<ProgressBar> bar;
+  Dataset cells;
+  ModelledData data;
+  std::optional<AnalysisRun> run;  // outlives the run for the names of its cases
 };
 
 Execution::Execution(const ExecutionOptions& options) : state(std::make_unique<State>(options)) {}
 Execution::~Execution() = default;
 
-const std::vector<std::string>& Execution::Columns() const { return state->reader.Names(); }
+const CsvReader& Execution::Reader() const { return state->reader; }
 
-std::optional<std::string> Execution::Run(const NamedText& parameters, const NamedText& model) {
-  std::optional<ProgressBar> bar(std::in_place);
-  bar->Name("reading " + state->reader.SourceName());
-  ModelledData data = LoadData(state->reader, ParseModel(model.text, model.name));
-  for (const Field& field : data.model.fields) state->measures[field.name] = field.measure;
-  AnalysisRun& run = state->run.emplace(state->library, parameters.text, std::move(data));
+Dataset& Execution::ReadData(const NamedText& model) {
+  state->bar.emplace();
+  state->bar->Name("reading " + state->reader.SourceName());
+  state->cells = ReadCells(state->reader, ParseModel(model.text, model.name));
+  state->bar.reset();
+  return state->cells;
+}
+
+const DataModel& Execution::FindModel(const NamedText& model) {
+  state->data = npar_host::FindModel(std::move(state->cells), ParseModel(model.text, model.name));
+  return state->data.model;
+}
+
+std::optional<std::string> Execution::Run(const NamedText& parameters) {
+  std::optional<ProgressBar>& bar = state->bar;
+  bar.emplace();
+  AnalysisRun& run = state->run.emplace(state->library, parameters.text, std::move(state->data));
   run.Prepare();  // up to here Ctrl-C ends the process
   RunResult result;
   {
@@ -98,22 +95,6 @@ std::optional<std::string> Execution::Run(const NamedText& parameters, const Nam
   return std::nullopt;
 }
 
-std::string Execution::InferredMeasures(const std::vector<std::string>& fields) const {
-  std::string text;
-  for (const auto& [measure, word] :
-       {std::pair(Measure::Continuous, "continuous"), std::pair(Measure::Nominal, "nominal"),
-        std::pair(Measure::Ordinal, "ordinal")}) {
-    std::vector<std::string> names;
-    for (const std::string& name : fields) {
-      const auto found = state->measures.find(name);
-      if (found != state->measures.end() && found->second == measure) names.push_back(name);
-    }
-    if (names.empty()) continue;
-    text += (text.empty() ? "" : "; ") + std::string(word) + ": " + JoinWords(names, ", ");
-  }
-  return text;
-}
-
 std::string Execution::CaseText(double number) const {
   return state->run ? std::string(state->run->CaseText(number)) : std::string();
 }
@@ -128,15 +109,7 @@ void Execution::PublishResult(const std::string& path, const TextWriter& write) 
 }
 
 void AddExecutionOptions(CLI::App& command, ExecutionOptions& options) {
-  command
-      .add_option("--separator", options.separator,
-                  "between cells: comma, semicolon, tab or a character (default: detected)")
-      ->type_name("S");
-  command
-      .add_option("--missing-token", options.missingTokens,
-                  "cells that are missing besides empty ones; instead of NA")
-      ->allow_extra_args(false)
-      ->type_name("TEXT");
+  AddReadingOptions(command, options.reading);
   command
       .add_option("--component", options.component,
                   "another component than the one installed with npar")

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "host/cli/output.h"
+#include "host/cli/reading_options.h"
+#include "host/data/model.h"
 
 namespace CLI {
 class App;
@@ -22,12 +24,11 @@ struct NamedText {
 /// Where the data come from and who analyses them: the options that `run` and `analyse` share.
 struct ExecutionOptions {
   std::string dataPath;
-  std::string separator;  // empty: detected
-  std::vector<std::string> missingTokens{"NA"};
+  ReadingOptions reading;
   std::string component;  // empty: the one installed with this program
 };
 
-/// Adds --separator, --missing-token and --component.
+/// Adds --component and those of reading.
 void AddExecutionOptions(CLI::App& command, ExecutionOptions& options);
 
 /// Reads the whole file, "-" being standard input. Throws InputError.
@@ -40,14 +41,15 @@ class Execution {
   explicit Execution(const ExecutionOptions& options);
   ~Execution();
 
-  /// Names of the data's columns.
-  [[nodiscard]] const std::vector<std::string>& Columns() const;
-  /// What was inferred of the fields named: "continuous: a, b; nominal: c"; empty for no field.
-  /// After Run.
-  [[nodiscard]] std::string InferredMeasures(const std::vector<std::string>& fields) const;
+  /// The header line is read.
+  [[nodiscard]] const CsvReader& Reader() const;
+  /// Reads the cells by what the data model says of them, first of all.
+  Dataset& ReadData(const NamedText& model);
+  /// Finds the model of the cells, then. The data model may say more than it did.
+  const DataModel& FindModel(const NamedText& model);
   /// The result document, or nothing where the component refused the run or Ctrl-C cancelled it;
-  /// ExitCode() tells.
-  [[nodiscard]] std::optional<std::string> Run(const NamedText& parameters, const NamedText& model);
+  /// ExitCode() tells. At last.
+  [[nodiscard]] std::optional<std::string> Run(const NamedText& parameters);
   /// The case identifier's text behind a number of the result document; see AnalysisRun::CaseText.
   [[nodiscard]] std::string CaseText(double number) const;
   [[nodiscard]] int ExitCode() const { return exitCode; }

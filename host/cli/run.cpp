@@ -74,10 +74,12 @@ int Run(const RunOptions& options) {
   const NamedText model =
       options.model.empty() ? NamedText{"", "<DataModel/>"} : ReadDocument(options.model);
   Execution execution(options.execution);
-  if (const auto document = execution.Run(parameters, model)) {
+  execution.ReadData(model);
+  execution.FindModel(model);
+  if (const auto document = execution.Run(parameters)) {
     execution.PublishResult(options.out, [&](const TextSink& sink) { sink(*document); });
   } else if (execution.ExitCode() == kExitRefused) {
-    NameUnknownFields(parameters, parametersXml, execution.Columns());
+    NameUnknownFields(parameters, parametersXml, execution.Reader().Names());
   }
   return execution.ExitCode();
 }

@@ -1,7 +1,7 @@
 #include "host/data/csv.h"
 
+#include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <unordered_set>
 #include <utility>
 
@@ -13,18 +13,8 @@
 namespace npar_host {
 namespace {
 
-constexpr char kQuote = '"';
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::ptrdiff_t kReleaseStep = std::ptrdiff_t{1} << 24;  // bytes of the file
-
-constexpr std::uint64_t Repeat(char byte) {
-  return 0x0101010101010101U * static_cast<unsigned char>(byte);
-}
-
-/// The highest bit of each byte that is zero. Above the first zero byte others may be marked too.
-constexpr std::uint64_t ZeroBytes(std::uint64_t bytes) {
-  return (bytes - 0x0101010101010101U) & ~bytes & 0x8080808080808080U;
-}
+constexpr std::string_view kSeparators = ",;\t";
 
 std::string_view WithoutBlanks(std::string_view text) {
   const std::size_t first = text.find_first_not_of(" \t");
@@ -32,16 +22,21 @@ std::string_view WithoutBlanks(std::string_view text) {
   return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
-bool CanSeparate(char c) {
-  const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-  return static_cast<signed char>(c) > 0 && !isLetter && !number_detail::IsDigit(c) &&
-         std::string_view("\"\r\n.+-").find(c) == std::string_view::npos;
+/// What a cell that is no number needs to be one.
+std::string NumberAdvice(std::string_view cell) {
+  const std::string known = RecogniseNumbers({cell});
+  if (!known.empty()) return "it looks like " + known;
+  return "correct it, name it with --missing-token, or call the field nominal";
 }
 
 }  // namespace
 
 CsvReader::CsvReader(const std::string& path, CsvOptions chosen)
-    : source(path), options(std::move(chosen)), end(source.Text().data() + source.Text().size()) {
+    : text(path, chosen.encoding),
+      options(std::move(chosen)),
+      tokens(options.missingTokens, options.onlyMissingTokens),
+      cells(text),
+      end(text.End()) {
   double number = 0.0;
   for (const std::string& token : options.missingTokens) {
     hasNumberToken = hasNumberToken || ParseNumber(token, number);
@@ -49,135 +44,75 @@ CsvReader::CsvReader(const std::string& path, CsvOptions chosen)
   ReadHeader();
 }
 
-void CsvReader::ReadHeader() {
-  const std::string_view text = source.Text();
-  const char* position = text.data();
-  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
-    Fail(position, "the file is UTF-16; save it as UTF-8");
-  }
-  if (text.starts_with(kByteOrderMark)) position += kByteOrderMark.size();
+const char* CsvReader::FindHeader() {
+  const char* position = text.Text().data();
   if (position == end) Fail(position, "the file is empty; give a header line and records");
-  if (options.separator == 0) options.separator = DetectSeparator(position);
+  for (std::size_t i = 0; i < options.skippedLines && position != end; ++i) {
+    position = cells.PassLine(position);
+  }
+  cells.comment = options.comment;
+  position = TakeSeparatorLine(cells.PassComments(position));
+  if (position == end) Fail(position, "no header line is left; skip fewer lines");
+  return position;
+}
+
+const char* CsvReader::TakeSeparatorLine(const char* position) {
+  const char* const next = cells.PassLine(position);
+  std::string line(position, next);
+  std::erase_if(line, [](char c) { return c == '"' || c == '\n' || c == '\r'; });
+  constexpr std::string_view kKey = "sep=";
+  if (line.size() != kKey.size() + 1 || !line.starts_with(kKey)) return position;
+  if (options.separator == 0) options.separator = line.back();
+  return cells.PassComments(next);
+}
+
+void CsvReader::ReadHeader() {
+  const char* position = FindHeader();
+  if (options.separator == 0) {
+    options.separator = DetectSeparator(cells, position, kSeparators);
+  }
   if (!CanSeparate(options.separator)) {
     Fail(position, "this character cannot separate cells; take a comma, a semicolon or a tab");
   }
+  cells.separator = options.separator;
+  const char* line = position;
+  const std::size_t separators = cells.CountInLine(line, cells.separator);
+  line = position;
+  cells.skipsBlanks = cells.separator != ' ' && separators > 0 &&
+                      cells.CountInLine(line, cells.separator, true) == separators;
 
   std::unordered_set<std::string> known;
   for (bool isLast = false; !isLast;) {
-    const Cell cell = NextCell(position);
+    const CsvCells::Cell cell = cells.Next(position);
     std::string name(cell.text);
-    if (const char* fault = XmlTextFault(name)) Fail(position, fault);
+    CheckText(name, position);
     if (name.empty()) name = "column" + std::to_string(names.size() + 1);
     if (!known.insert(name).second) {
       Fail(position, "a second column is called " + Quoted(name) + "; give each its own name");
     }
     names.push_back(std::move(name));
-    isLast = IsLineEnd(cell.next);
+    isLast = cells.IsLineEnd(cell.next);
     if (isLast && cell.next != end) lineEnd = *cell.next;
     position = isLast ? cell.next : cell.next + 1;
   }
-  if (position != end) position += position[0] == '\r' && position[1] == '\n' ? 2 : 1;
+  position = cells.PassComments(cells.PassLineEnd(position));
   if (position == end) Fail(position, "no record follows the header line; give at least one");
   firstRecord = position;
 }
 
-char CsvReader::DetectSeparator(const char* header) const {
-  char best = ',';
-  std::size_t most = 0;
-  bool bestIsEven = false;
-  for (const char candidate : {',', ';', '\t'}) {
-    const char* position = header;
-    const std::size_t inHeader = CountInLine(position, candidate);
-    const bool isEven = position == end || CountInLine(position, candidate) == inHeader;
-    if (inHeader == 0 || (bestIsEven && !isEven)) continue;
-    if (inHeader > most || (isEven && !bestIsEven)) {
-      best = candidate;
-      most = inHeader;
-      bestIsEven = isEven;
-    }
-  }
-  return best;
-}
-
-std::size_t CsvReader::CountInLine(const char*& position, char wanted) const {
-  std::size_t count = 0;
-  bool isQuoted = false;
-  while (position != end && (isQuoted || !IsLineEnd(position))) {
-    if (*position == kQuote) isQuoted = !isQuoted;
-    if (*position == wanted && !isQuoted) ++count;
-    ++position;
-  }
-  if (position != end) position += position[0] == '\r' && position[1] == '\n' ? 2 : 1;
-  return count;
-}
-
-bool CsvReader::IsLineEnd(const char* position) const {
-  return *position == '\n' || *position == '\r' || position == end;
-}
-
-const char* CsvReader::FindCellEnd(const char* position) const {
-  const std::uint64_t separators = Repeat(options.separator);
-  for (;; position += sizeof(std::uint64_t)) {
-    if (position >= end) return end;
-    std::uint64_t bytes;
-    std::memcpy(&bytes, position, sizeof bytes);
-    const std::uint64_t found = ZeroBytes(bytes ^ separators) | ZeroBytes(bytes ^ Repeat('\n')) |
-                                ZeroBytes(bytes ^ Repeat('\r'));
-    if (found == 0) continue;
-    return position + std::countr_zero(found) / 8;
-  }
-}
-
-CsvReader::Cell CsvReader::NextCell(const char* position) {
-  if (*position == kQuote && position != end) return QuotedCell(position);
-  const char* next = FindCellEnd(position);
-  return {{position, static_cast<std::size_t>(next - position)}, next};
-}
-
-CsvReader::Cell CsvReader::QuotedCell(const char* position) {
-  const char* part = position + 1;
-  bool hasParts = false;
-  for (;;) {
-    const void* found = std::memchr(part, kQuote, static_cast<std::size_t>(end - part));
-    if (found == nullptr) {
-      Fail(position,
-           "this quote is never closed; close the cell with a quote, double those inside");
-    }
-    const char* quote = static_cast<const char*>(found);
-    const std::string_view text(part, static_cast<std::size_t>(quote - part));
-    if (quote[1] == kQuote && quote + 1 != end) {
-      if (!hasParts) scratch.clear();
-      hasParts = true;
-      scratch.append(text).push_back(kQuote);
-      part = quote + 2;
-      continue;
-    }
-    const char* next = quote + 1;
-    if (!IsLineEnd(next) && *next != options.separator) {
-      Fail(next, "a quoted cell goes on after its closing quote; double the quotes inside a cell");
-    }
-    if (!hasParts) return {text, next};
-    scratch.append(text);
-    return {scratch, next};
-  }
-}
-
-bool CsvReader::IsMissing(std::string_view text) const {
-  if (text.empty()) return true;
-  for (const std::string& token : options.missingTokens) {
-    if (text == token) return true;
-  }
-  return false;
+bool CsvReader::IsMissing(const State& state, std::string_view cell, std::size_t& token) const {
+  token = tokens.Find(cell);
+  if (token == MissingTokens::kNone) return false;
+  return state.reading != CellReading::Text || !tokens.IsForNumbersOnly(token);
 }
 
 bool CsvReader::IsBlankRest(const char* position) const {
-  if (names.size() == 1 || !IsLineEnd(position)) return false;
-  while (position != end && IsLineEnd(position)) ++position;
+  if (names.size() == 1 || !cells.IsLineEnd(position)) return false;
+  while (position != end && cells.IsLineEnd(position)) ++position;
   return position == end;
 }
 
-Dataset CsvReader::Read(const std::vector<CellReading>& readings) {
-  Dataset data;
+void CsvReader::StartColumns(const std::vector<CellReading>& readings, Dataset& data) {
   states.assign(names.size(), State());
   data.columns.reserve(names.size());
   for (std::size_t i = 0; i < names.size(); ++i) {
@@ -185,23 +120,31 @@ Dataset CsvReader::Read(const std::vector<CellReading>& readings) {
     state.reading = readings[i];
     state.name = &names[i];
     if (state.reading == CellReading::Skip) continue;
+    state.isPlain = options.notation.IsPlain() &&
+                    (state.reading == CellReading::Number || state.reading == CellReading::Detect);
     state.indexInRow = data.columns.size();
     state.column = &data.columns.emplace_back();
     state.column->name = names[i];
     state.column->isText = state.reading == CellReading::Text;
+    state.column->missing.assign(tokens.Size(), 0);
   }
   data.rows = RowStore(data.columns.size());
+}
 
+Dataset CsvReader::Read(const std::vector<CellReading>& readings) {
+  Dataset data;
+  StartColumns(readings, data);
   const char* position = firstRecord;
   const char* releaseAt = position + std::min(kReleaseStep, end - position);
   for (std::size_t record = 0; position != end && !IsBlankRest(position); ++record) {
-    position = ReadRecord(position, data.rows.Append(), record);
+    position = cells.PassComments(ReadRecord(position, data.rows.Append(), record));
     if (position < releaseAt) continue;
-    source.Release(position);
+    text.Release(position);
     releaseAt = position + std::min(kReleaseStep, end - position);
   }
+  TurnTokensToTexts(data);
   ReadLateTexts(data);
-  source.CheckIsWhole();
+  text.CheckIsWhole();
   return data;
 }
 
@@ -210,10 +153,12 @@ const char* CsvReader::ReadRecord(const char* position, double* row, std::size_t
   const std::size_t last = states.size() - 1;
   for (std::size_t i = 0;; ++i) {
     State& state = states[i];
-    if (state.reading == CellReading::Number || state.reading == CellReading::Detect) {
+    if (state.isPlain) {
       const char* next = ParsePlainNumber(position, row[state.indexInRow]);
       const bool isWhole = next != nullptr && *next == (i == last ? lineEnd : options.separator);
-      if (isWhole && !(hasNumberToken && IsMissing({position, next}))) {
+      const bool isToken =
+          hasNumberToken && isWhole && tokens.Find({position, next}) != MissingTokens::kNone;
+      if (isWhole && !isToken) {
         position = next + 1;
         if (i != last) continue;
         return lineEnd == '\r' && *position == '\n' ? position + 1 : position;
@@ -226,45 +171,53 @@ const char* CsvReader::ReadRecord(const char* position, double* row, std::size_t
 
 const char* CsvReader::ReadCell(State& state, const char* position, double* row,
                                 std::size_t record) {
-  const Cell cell = NextCell(position);
+  const CsvCells::Cell cell = cells.Next(position);
   if (state.reading == CellReading::Skip) return cell.next;
   double& value = row[state.indexInRow];
-  if (state.reading == CellReading::Text) {
-    value = IsMissing(cell.text) ? kMissingCode : CodeOf(state, cell.text, position);
+  const bool isText = state.reading == CellReading::Text;
+  const std::string_view bare = isText ? cell.text : WithoutBlanks(cell.text);
+  std::size_t token = 0;
+  if (IsMissing(state, bare, token)) {
+    ++state.column->missing[token];
+    value = isText ? kMissingCode : kMissingNumber;
     return cell.next;
   }
-  const std::string_view text = WithoutBlanks(cell.text);
-  if (IsMissing(text)) {
-    value = kMissingNumber;
-  } else if (!ReadValue(state, text, value)) {
-    if (state.reading != CellReading::Detect) FailCell(state, cell.text, position);
-    state.reading = CellReading::Text;
-    state.textFrom = record;
-    state.column->isText = true;
+  if (isText) {
     value = CodeOf(state, cell.text, position);
+    return cell.next;
   }
+  if (ReadValue(state, bare, value)) {
+    if (std::isfinite(value)) return cell.next;
+    const bool isNumber = !std::isnan(value);
+    if (isNumber) ++state.column->infinite;
+    if (!isNumber) ++state.column->missing[tokens.NotANumber()];
+    if (!isNumber) value = kMissingNumber;
+    return cell.next;
+  }
+  if (state.reading != CellReading::Detect) FailCell(state, cell.text, position);
+  TurnToText(state, record);
+  state.column->firstText = static_cast<std::size_t>(position - text.Text().data());
+  value = CodeOf(state, cell.text, position);
   return cell.next;
 }
 
-bool CsvReader::ReadValue(const State& state, std::string_view text, double& value) const {
+bool CsvReader::ReadValue(const State& state, std::string_view cell, double& value) const {
   switch (state.reading) {
     case CellReading::Date:
-      return ParseDate(text, value);
+      return ParseDate(cell, value);
     case CellReading::Time:
-      return ParseTime(text, value);
+      return ParseTime(cell, value);
     case CellReading::Timestamp:
-      return ParseTimestamp(text, value);
+      return ParseTimestamp(cell, value);
     default:
-      return ParseNumber(text, value);
+      return ParseNumberIn(options.notation, cell, value);
   }
 }
 
-double CsvReader::CodeOf(State& state, std::string_view text, const char* position) {
+double CsvReader::CodeOf(State& state, std::string_view cell, const char* position) {
   bool isNew = false;
-  const std::uint32_t code = state.column->texts.Add(text, isNew);
-  if (isNew) {
-    if (const char* fault = XmlTextFault(text)) Fail(position, fault);
-  }
+  const std::uint32_t code = state.column->texts.Add(cell, isNew);
+  if (isNew) CheckText(cell, position);
   return code;
 }
 
@@ -273,9 +226,34 @@ const char* CsvReader::PassSeparator(const char* position, std::size_t column, c
     if (position == end || *position != options.separator) FailRagged(record);
     return position + 1;
   }
-  if (!IsLineEnd(position)) FailRagged(record);
-  if (position == end) return end;
-  return position + (position[0] == '\r' && position[1] == '\n' ? 2 : 1);
+  if (!cells.IsLineEnd(position)) FailRagged(record);
+  return cells.PassLineEnd(position);
+}
+
+void CsvReader::TurnToText(State& state, std::size_t record) {
+  state.reading = CellReading::Text;
+  state.isPlain = false;
+  state.textFrom = record;
+  state.column->isText = true;
+  state.column->infinite = 0;
+  // The records before are read once more.
+  state.column->missing.assign(tokens.Size(), 0);
+}
+
+/// What is missing among numbers is a text where a column holds no number.
+void CsvReader::TurnTokensToTexts(Dataset& data) {
+  for (State& state : states) {
+    if (state.reading != CellReading::Detect) continue;
+    bool hasTokens = false;
+    for (std::size_t token = 0; token < tokens.NotANumber(); ++token) {
+      hasTokens = hasTokens || (tokens.IsForNumbersOnly(token) && state.column->missing[token] > 0);
+    }
+    const std::size_t records = data.rows.Size();
+    for (std::size_t record = 0; hasTokens && record < records; ++record) {
+      hasTokens = data.rows.Row(record)[state.indexInRow] == kMissingNumber;
+    }
+    if (hasTokens) TurnToText(state, records);
+  }
 }
 
 void CsvReader::ReadLateTexts(Dataset& data) {
@@ -286,43 +264,44 @@ void CsvReader::ReadLateTexts(Dataset& data) {
     double* row = data.rows.Row(record);
     for (std::size_t i = 0; i < states.size(); ++i) {
       State& state = states[i];
-      const Cell cell = NextCell(position);
+      const CsvCells::Cell cell = cells.Next(position);
       if (record < state.textFrom) {
-        row[state.indexInRow] =
-            IsMissing(cell.text) ? kMissingCode : CodeOf(state, cell.text, position);
+        std::size_t token = 0;
+        const bool isMissing = IsMissing(state, cell.text, token);
+        if (isMissing) ++state.column->missing[token];
+        row[state.indexInRow] = isMissing ? kMissingCode : CodeOf(state, cell.text, position);
       }
       position = PassSeparator(cell.next, i, position);
     }
+    position = cells.PassComments(position);
   }
 }
 
-void CsvReader::Fail(const char* position, const std::string& message) const {
-  source.CheckIsWhole();  // what is gone reads as zero bytes, which is no fault of the text
-  const std::string_view text = source.Text();
-  const auto offset = static_cast<std::size_t>(position - text.data());
-  throw InputError(LocationInText(source.Name(), text, offset) + ": " + message);
+void CsvReader::CheckText(std::string_view cell, const char* position) const {
+  const char* const fault = XmlTextFault(cell);
+  if (fault == nullptr) return;
+  Fail(position, fault == kNotUtf8 ? std::string(fault) + ", or try --encoding latin1" : fault);
 }
 
-void CsvReader::FailCell(const State& state, std::string_view text, const char* position) const {
+void CsvReader::FailCell(const State& state, std::string_view cell, const char* position) const {
   const char* wanted = "numbers";
-  const char* advice = "correct it, name it with --missing-token, or call the field nominal";
+  std::string advice = "correct it, name it with --missing-token, or call the field nominal";
+  if (state.reading == CellReading::Number) advice = NumberAdvice(WithoutBlanks(cell));
   if (state.reading == CellReading::Date) wanted = "dates (2024-02-29)";
   if (state.reading == CellReading::Time) wanted = "times (23:59:59)";
   if (state.reading == CellReading::Timestamp) wanted = "timestamps (2024-02-29T23:59:59)";
-  if (state.reading == CellReading::Number && text.find(',') != std::string_view::npos) {
-    advice = "write numbers with a decimal point and without thousands separators";
-  }
   Fail(position, "field " + Quoted(*state.name) + " holds " + wanted + ", but this cell is " +
-                     Quoted(text) + "; " + advice);
+                     Quoted(cell) + "; " + advice);
 }
 
 void CsvReader::FailRagged(const char* record) {
-  std::size_t cells = 1;
+  std::size_t found = 1;
   const char* position = record;
-  for (; !IsLineEnd(position = NextCell(position).next); ++position) ++cells;
-  Fail(record, "the record has " + std::to_string(cells) + (cells == 1 ? " cell" : " cells") +
-                   ", the header has " + std::to_string(names.size()) +
-                   "; give both the same number, and quote cells that hold the separator");
+  for (; !cells.IsLineEnd(position = cells.Next(position).next); ++position) ++found;
+  std::string remedy = "; give both the same number, and quote cells that hold the separator";
+  if (record == firstRecord) remedy += "; lines above the header are passed over with --skip N";
+  Fail(record, "the record has " + std::to_string(found) + (found == 1 ? " cell" : " cells") +
+                   ", the header has " + std::to_string(names.size()) + remedy);
 }
 
 }  // namespace npar_host

@@ -5,27 +5,35 @@
 #include <string_view>
 #include <vector>
 
+#include "host/data/csv_cells.h"
+#include "host/data/data_text.h"
 #include "host/data/dataset.h"
-#include "host/data/text_source.h"
+#include "host/data/missing_tokens.h"
+#include "host/data/number_notation.h"
 
 namespace npar_host {
 
 struct CsvOptions {
   /// 0: that of comma, semicolon and tab which divides the header line and the first record alike,
-  /// the most frequent if several do or none does.
+  /// the most frequent if several do or none does; or what a first line "sep=;" says.
   char separator = 0;
-  /// Cells that are missing, besides empty ones.
-  std::vector<std::string> missingTokens{"NA"};
+  /// Cells that are missing, besides the usual ones of MissingTokens or instead of them.
+  std::vector<std::string> missingTokens{};
+  bool onlyMissingTokens = false;
+  NumberNotation notation{};
+  std::size_t skippedLines = 0;  ///< at the beginning of the file
+  char comment = 0;              ///< begins lines that are passed over; 0: none
+  TextEncoding encoding = TextEncoding::Detect;
 };
 
-/// Reads comma-separated values as RFC 4180 describes them: UTF-8, perhaps with a byte order mark,
-/// a header line, cells perhaps in double quotes with a quote inside doubled. Lines end with CRLF,
-/// LF or CR; the last may lack its end. Quotes decide nothing but where a cell ends: a quoted NA is
-/// as missing as a bare one, and a quote inside a bare cell is a character like others.
+/// Reads comma-separated values as RFC 4180 describes them: a header line, cells perhaps in double
+/// quotes with a quote inside doubled. Quotes decide nothing but where a cell ends: a quoted NA is
+/// as missing as a bare one, and a quote inside a bare cell is a character like others. Where a
+/// blank stands behind each separator of the header, blanks in front of cells are none of them.
 ///
-/// A number may have blanks around it and reads as ParseNumber says; "nan" is a value, not a
-/// missing one. Where a cell is not what its column holds, a record has more or fewer cells than
-/// the header, or a text cannot stand in an XML document, an InputError says where.
+/// A number may have blanks around it and reads as ParseNumberIn says; a not-a-number is missing.
+/// Where a cell is not what its column holds, a record has more or fewer cells than the header, or
+/// a text cannot stand in an XML document, an InputError says where.
 class CsvReader {
  public:
   /// Opens the file ("-" is standard input) and reads the header line. A column without a name is
@@ -35,19 +43,21 @@ class CsvReader {
 
   [[nodiscard]] const std::vector<std::string>& Names() const noexcept { return names; }
   /// The path, "standard input" for "-".
-  [[nodiscard]] const std::string& SourceName() const noexcept { return source.Name(); }
+  [[nodiscard]] const std::string& SourceName() const noexcept { return text.Name(); }
+  [[nodiscard]] char Separator() const noexcept { return cells.separator; }
+  [[nodiscard]] const NumberNotation& Notation() const noexcept { return options.notation; }
+  [[nodiscard]] const MissingTokens& Tokens() const noexcept { return tokens; }
+  /// "name:line:column" of a place in the text.
+  [[nodiscard]] std::string LocationOf(std::size_t offset) const { return text.LocationOf(offset); }
 
   /// Reads all records, column i as readings[i] says. The file is gone through once; columns that
   /// turned out to be texts after their first records make a second walk over those.
   [[nodiscard]] Dataset Read(const std::vector<CellReading>& readings);
 
  private:
-  struct Cell {
-    std::string_view text;  // without quotes, good until the next cell
-    const char* next;       // the separator or line end behind it, or the end of the text
-  };
   struct State {
     CellReading reading = CellReading::Detect;
+    bool isPlain = false;  // its cells may be numbers in plain notation
     std::size_t indexInRow = 0;
     std::size_t textFrom = 0;  // records before it stand as numbers, in a column of texts
     Column* column = nullptr;
@@ -55,37 +65,40 @@ class CsvReader {
   };
 
   void ReadHeader();
-  [[nodiscard]] char DetectSeparator(const char* header) const;
-  [[nodiscard]] std::size_t CountInLine(const char*& position, char wanted) const;
+  [[nodiscard]] const char* FindHeader();
+  [[nodiscard]] const char* TakeSeparatorLine(const char* position);
+  void StartColumns(const std::vector<CellReading>& readings, Dataset& data);
 
-  [[nodiscard]] Cell NextCell(const char* position);
-  [[nodiscard]] Cell QuotedCell(const char* position);
-  [[nodiscard]] const char* FindCellEnd(const char* position) const;
-  [[nodiscard]] bool IsLineEnd(const char* position) const;
-  [[nodiscard]] bool IsMissing(std::string_view text) const;
+  [[nodiscard]] bool IsMissing(const State& state, std::string_view cell, std::size_t& token) const;
   /// Blank lines at the end of a file of several columns are no records.
   [[nodiscard]] bool IsBlankRest(const char* position) const;
 
   const char* ReadRecord(const char* position, double* row, std::size_t record);
   const char* ReadCell(State& state, const char* position, double* row, std::size_t record);
-  bool ReadValue(const State& state, std::string_view text, double& value) const;
-  double CodeOf(State& state, std::string_view text, const char* position);
+  bool ReadValue(const State& state, std::string_view cell, double& value) const;
+  double CodeOf(State& state, std::string_view cell, const char* position);
   const char* PassSeparator(const char* position, std::size_t column, const char* record);
+  void TurnToText(State& state, std::size_t record);
+  void TurnTokensToTexts(Dataset& data);
   void ReadLateTexts(Dataset& data);
 
-  [[noreturn]] void Fail(const char* position, const std::string& message) const;
-  [[noreturn]] void FailCell(const State& state, std::string_view text, const char* position) const;
+  [[noreturn]] void Fail(const char* position, const std::string& message) const {
+    text.Fail(position, message);
+  }
+  void CheckText(std::string_view cell, const char* position) const;
+  [[noreturn]] void FailCell(const State& state, std::string_view cell, const char* position) const;
   [[noreturn]] void FailRagged(const char* record);
 
-  TextSource source;
+  DataText text;
   CsvOptions options;
+  MissingTokens tokens;
+  CsvCells cells;
   bool hasNumberToken = false;  // a cell can be missing and yet a plain number
   const char* end;
   const char* firstRecord;
   char lineEnd = '\n';  // the first character of the header's line end
   std::vector<std::string> names;
   std::vector<State> states;
-  std::string scratch;  // a cell whose doubled quotes were undone
 };
 
 }  // namespace npar_host

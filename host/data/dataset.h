@@ -6,6 +6,7 @@
 #include <bit>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -86,6 +87,10 @@ struct Column {
   std::string name;
   bool isText = false;
   TextPool texts;
+  std::vector<std::size_t> missing;  ///< cells that are missing, by MissingTokens' index
+  std::size_t infinite = 0;          ///< cells that spell an infinity
+  /// Where the cell stands that made the column one of texts, in the file's text.
+  std::optional<std::size_t> firstText;
 };
 
 /// A data file as it was read: one value of a row for each column, in the order of the file.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "host/data/input_error.h"
@@ -177,61 +178,86 @@ Field BasicField(const FieldSpec& spec, const Column& column) {
   return field;
 }
 
-std::vector<const FieldSpec*> MatchSpecs(const std::vector<std::string>& names,
-                                         const std::vector<FieldSpec>& specs) {
-  std::unordered_map<std::string_view, std::size_t> columnOfName;
-  for (std::size_t i = 0; i < names.size(); ++i) columnOfName.emplace(names[i], i);
-  static const FieldSpec kNothingSaid;
-  std::vector<const FieldSpec*> specOfColumn(names.size(), &kNothingSaid);
+const FieldSpec kNothingSaid;
+
+void CheckNames(const std::vector<std::string>& names, const std::vector<FieldSpec>& specs) {
+  const std::unordered_set<std::string_view> known(names.begin(), names.end());
   for (const FieldSpec& spec : specs) {
-    const auto found = columnOfName.find(spec.name);
-    if (found == columnOfName.end()) {
-      throw InputError(spec.location + ": the data has no field " + Quoted(spec.name) +
-                       NearMiss(spec.name, names) + "; take a name of the header line");
-    }
-    specOfColumn[found->second] = &spec;
+    if (known.contains(spec.name)) continue;
+    throw InputError(spec.location + ": the data has no field " + Quoted(spec.name) +
+                     NearMiss(spec.name, names) + "; take a name of the header line");
+  }
+}
+
+/// What the specs say of each of the columns.
+template <class Columns, class NameOf>
+std::vector<const FieldSpec*> MatchSpecs(const Columns& columns, const NameOf& nameOf,
+                                         const std::vector<FieldSpec>& specs) {
+  std::unordered_map<std::string_view, const FieldSpec*> specOfName;
+  for (const FieldSpec& spec : specs) specOfName[spec.name] = &spec;
+  std::vector<const FieldSpec*> specOfColumn;
+  for (const auto& column : columns) {
+    const auto found = specOfName.find(nameOf(column));
+    specOfColumn.push_back(found == specOfName.end() ? &kNothingSaid : found->second);
   }
   return specOfColumn;
 }
 
-}  // namespace
-
-ModelledData LoadData(CsvReader& reader, const std::vector<FieldSpec>& specs) {
-  const std::vector<const FieldSpec*> specOfColumn = MatchSpecs(reader.Names(), specs);
-  std::vector<CellReading> readings;
-  std::vector<const FieldSpec*> kept;
-  for (const FieldSpec* spec : specOfColumn) {
-    readings.push_back(ReadingOf(*spec));
-    if (readings.back() != CellReading::Skip) kept.push_back(spec);
-  }
-
-  ModelledData loaded{reader.Read(readings), {}};
+/// Numbers that are categories become indices into a pool for each of the fields.
+std::vector<NumberPool> PoolNumbers(ModelledData& loaded) {
   Dataset& data = loaded.data;
   std::vector<NumberPool> pools(data.columns.size());
-  std::vector<std::size_t> numericCategories;
-  for (std::size_t i = 0; i < kept.size(); ++i) {
-    loaded.model.fields.push_back(BasicField(*kept[i], data.columns[i]));
-    const bool isCategorical = loaded.model.fields[i].IsCategorical();
-    if (isCategorical && !data.columns[i].isText) numericCategories.push_back(i);
+  std::vector<std::size_t> pooled;
+  for (std::size_t i = 0; i < data.columns.size(); ++i) {
+    if (loaded.model.fields[i].IsCategorical() && !data.columns[i].isText) pooled.push_back(i);
   }
-  for (std::size_t record = 0; !numericCategories.empty() && record < data.rows.Size(); ++record) {
+  for (std::size_t record = 0; !pooled.empty() && record < data.rows.Size(); ++record) {
     double* row = data.rows.Row(record);
-    for (const std::size_t i : numericCategories) {
+    for (const std::size_t i : pooled) {
       const bool isMissing = row[i] == kMissingNumber || !std::isfinite(row[i]);
       row[i] = isMissing ? kMissingCode : pools[i].Add(row[i]);
     }
   }
-  for (std::size_t i = 0; i < kept.size(); ++i) {
+  return pools;
+}
+
+}  // namespace
+
+Dataset ReadCells(CsvReader& reader, const std::vector<FieldSpec>& specs) {
+  CheckNames(reader.Names(), specs);
+  std::vector<CellReading> readings;
+  const auto nameOf = [](const std::string& name) { return std::string_view(name); };
+  for (const FieldSpec* spec : MatchSpecs(reader.Names(), nameOf, specs)) {
+    readings.push_back(ReadingOf(*spec));
+  }
+  return reader.Read(readings);
+}
+
+ModelledData FindModel(Dataset cells, const std::vector<FieldSpec>& specs) {
+  ModelledData loaded{std::move(cells), {}};
+  Dataset& data = loaded.data;
+  const auto nameOf = [](const Column& column) { return std::string_view(column.name); };
+  const std::vector<const FieldSpec*> specOfColumn = MatchSpecs(data.columns, nameOf, specs);
+  for (std::size_t i = 0; i < data.columns.size(); ++i) {
+    loaded.model.fields.push_back(BasicField(*specOfColumn[i], data.columns[i]));
+  }
+  std::vector<NumberPool> pools = PoolNumbers(loaded);
+  for (std::size_t i = 0; i < data.columns.size(); ++i) {
     Field& field = loaded.model.fields[i];
+    const FieldSpec& spec = *specOfColumn[i];
     if (!field.IsCategorical()) {
-      ListUserMissing(field, *kept[i], data.columns[i]);
+      ListUserMissing(field, spec, data.columns[i]);
     } else if (data.columns[i].isText) {
-      ListTexts(field, *kept[i], data.columns[i].texts);
+      ListTexts(field, spec, data.columns[i].texts);
     } else {
-      ListNumbers(field, *kept[i], pools[i]);
+      ListNumbers(field, spec, pools[i]);
     }
   }
   return loaded;
+}
+
+ModelledData LoadData(CsvReader& reader, const std::vector<FieldSpec>& specs) {
+  return FindModel(ReadCells(reader, specs), specs);
 }
 
 }  // namespace npar_host

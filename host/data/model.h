@@ -93,13 +93,20 @@ struct ModelledData {
   DataModel model;
 };
 
-/// Reads the data of a file by what `specs` say of its fields; the others are inferred: a column
-/// whose cells all are numbers or missing is continuous, any other nominal text. A field of measure
-/// ordinal or nominal has numeric storage if its cells and the values listed for it all are
-/// numbers. Categories are the values listed, in their order, then others found in the data,
-/// numbers ascending, texts by bytes; not-a-number and infinities are no categories and count as
-/// missing there. InputError for a field that the data does not have, and for all that CsvReader
-/// refuses.
+/// Reads the cells of a file by what `specs` say of its fields; the others are read as numbers, or
+/// as texts where one is no number. InputError for a field that the data does not have, and for all
+/// that CsvReader refuses.
+[[nodiscard]] Dataset ReadCells(CsvReader& reader, const std::vector<FieldSpec>& specs);
+
+/// The model of cells that were read by `specs`, or by specs without the measures that these have.
+/// What they leave out is inferred: a column whose cells all are numbers or missing is continuous,
+/// any other nominal text. A field of measure ordinal or nominal has numeric storage if its cells
+/// and the values listed for it all are numbers. Categories are the values listed, in their order,
+/// then others found in the data, numbers ascending, texts by bytes; infinities are no categories
+/// and count as missing there.
+[[nodiscard]] ModelledData FindModel(Dataset data, const std::vector<FieldSpec>& specs);
+
+/// Both in one.
 [[nodiscard]] ModelledData LoadData(CsvReader& reader, const std::vector<FieldSpec>& specs);
 
 }  // namespace npar_host

@@ -3,9 +3,11 @@
 #include <array>
 
 namespace npar_host {
+
+const char* const kNotUtf8 = "the text is not UTF-8; save the file as UTF-8";
+
 namespace {
 
-constexpr const char* kNotUtf8 = "the text is not UTF-8; save the file as UTF-8";
 constexpr const char* kNoXmlCharacter =
     "the text holds a control character that no XML document can carry; remove it";
 

@@ -6,6 +6,9 @@
 
 namespace npar_host {
 
+/// The fault of a text that is not UTF-8.
+extern const char* const kNotUtf8;
+
 /// What keeps a text from standing in an XML document, and what to do; null for a text that can:
 /// UTF-8 without the control characters that XML 1.0 has no place for. `offset`, where asked for,
 /// is then that of the fault.

@@ -33,11 +33,6 @@ std::string DocumentText(const pugi::xml_document& document) {
   return text.str();
 }
 
-bool HasTests(const AnalysisRequest& request, catalogue::Family family) {
-  return std::ranges::any_of(request.tests,
-                             [&](const auto& test) { return test.Test().family == family; });
-}
-
 void CheckTests(const AnalysisRequest& request) {
   std::set<std::string> seen;
   for (const TestRequest& asked : request.tests) {
@@ -77,6 +72,15 @@ const std::vector<std::string>& AnalysisRequest::FieldsOf(catalogue::Family fami
       break;
   }
   return independentFields;
+}
+
+bool AnalysisRequest::HasTests(catalogue::Family family) const {
+  return std::ranges::any_of(tests, [&](const auto& test) { return test.Test().family == family; });
+}
+
+const FieldMeasure* AnalysisRequest::MeasureOf(std::string_view field) const {
+  const auto found = std::ranges::find(measures, field, &FieldMeasure::field);
+  return found == measures.end() ? nullptr : &*found;
 }
 
 std::vector<std::string> AnalysisRequest::NamedFields() const {
@@ -158,8 +162,7 @@ std::string ParameterDocument(const AnalysisRequest& request) {
   // other key.
   for (const FamilyKeys& keys : kFamilies) {
     if (request.FieldsOf(keys.family).empty()) continue;
-    AddParameter(parameters, keys.automatic->key,
-                 HasTests(request, keys.family) ? "false" : "true");
+    AddParameter(parameters, keys.automatic->key, request.HasTests(keys.family) ? "false" : "true");
     for (const TestRequest& test : request.tests) {
       if (test.Test().family == keys.family) test.WriteTo(parameters);
     }

@@ -13,6 +13,7 @@ struct FieldMeasure {
   std::string field;
   std::string measure;  // "continuous", "ordinal" or "nominal"
   std::vector<std::string> categories;
+  bool isInferred = false;  // from the data, not given
 };
 
 /// An analysis as it is asked for.
@@ -31,6 +32,9 @@ struct AnalysisRequest {
   bool extendedFigures = true;
 
   [[nodiscard]] const std::vector<std::string>& FieldsOf(catalogue::Family family) const;
+  [[nodiscard]] bool HasTests(catalogue::Family family) const;
+  /// The measure of a field that is given, or was inferred; null without one.
+  [[nodiscard]] const FieldMeasure* MeasureOf(std::string_view field) const;
   /// Every field that the request names, each once.
   [[nodiscard]] std::vector<std::string> NamedFields() const;
 };

@@ -178,12 +178,8 @@ TestRequest TestRequest::Parse(std::string_view text) {
   for (const std::string& assignment : SplitWords(assignments, ',')) {
     request.AddOption(assignment);
   }
-  const auto given = [&](const char* option) {
-    return std::ranges::any_of(request.options, [&](const auto& o) {
-      return o.first == catalogue::FindOption(*test, option);
-    });
-  };
-  if (catalogue::FindOption(*test, "group2") != nullptr && given("group1") != given("group2")) {
+  if (catalogue::FindOption(*test, "group2") != nullptr &&
+      request.HasOption("group1") != request.HasOption("group2")) {
     throw UsageError("test " + name + " needs both group1 and group2, or neither");
   }
   return request;
@@ -205,6 +201,32 @@ void TestRequest::AddOption(std::string_view assignment) {
   }
   CheckValue(*test, *option, value);
   options.emplace_back(option, value);
+}
+
+const std::string* TestRequest::FindGiven(std::string_view name) const {
+  const auto given =
+      std::ranges::find_if(options, [&](const auto& option) { return option.first->name == name; });
+  return given == options.end() ? nullptr : &given->second;
+}
+
+std::string TestRequest::ValueOf(std::string_view name) const {
+  const std::string* const given = FindGiven(name);
+  return given == nullptr ? std::string() : *given;
+}
+
+std::vector<NamedCategory> TestRequest::NamedCategories() const {
+  std::vector<NamedCategory> named;
+  for (const auto& [option, value] : options) {
+    const catalogue::OptionKind kind = option->kind;
+    const bool isExpected = kind == catalogue::OptionKind::Expected;
+    if (!isExpected && kind != catalogue::OptionKind::Categories) continue;
+    for (const std::string& part : SplitWords(value, '|')) {
+      std::string category = part, number;
+      if (isExpected) CutAt(part, '=', category, number);
+      named.push_back({std::string(option->name), Unescape(category)});
+    }
+  }
+  return named;
 }
 
 void TestRequest::WriteTo(pugi::xml_node parameters) const {

@@ -132,6 +132,44 @@ TEST_F(CommandLineTest, AnalyseTellsTheMeasurementLevelsThatItInferred) {
   EXPECT_THAT(RunNpar(given).err, IsEmpty());
 }
 
+// What differs from the cells alone, and what nobody would look for.
+TEST_F(CommandLineTest, AnalyseTellsWhatIsOddAboutAField) {
+  const std::string data = folder.Write(
+      "odd.csv", "x,y,item,g\n0,1,1,a\n1,1,2,A\n.,0,5,b\n1,0,inf,b\n0,1,n.d.,b\n0,1,n.d.,b\n");
+  const struct {
+    std::vector<std::string> options;
+    const char* says;
+    int exitCode;
+  } rows[] = {
+      {{"--related", "x,y"}, "npar: x: 1 of 6 cells is missing: 1 \".\"\n", 0},
+      {{"--related", "x-y"}, "npar: inferred: nominal: x, y\n", 0},
+      {{"--related", "x,y", "--test", "sign"}, "npar: inferred: continuous: x, y\n", 0},
+      {{"--one-sample", "it*"},
+       "item: nominal, since 2 of 6 cells are no numbers, first line 6: \"n.d.\"; --missing-token",
+       0},
+      {{"--one-sample", "item", "--missing-token", "n.d."},
+       "npar: item: 1 of 6 cells holds an infinity, which counts as a value\n",
+       0},
+      {{"--one-sample", "g"}, "npar: g: \"a\" and \"A\" differ only by case or spaces", 0},
+      {{"--independent", "y", "--by", "g", "--test", "mann-whitney:group1=a,group2=b"},
+       "leaves out the records of g that are \"A\": they are in neither group\n",
+       0},
+      {{"--independent", "y", "--by", "g", "--test", "jonckheere-terpstra:order=descending"},
+       "takes the groups in the order b, a, A, that of the alphabet",
+       0},
+      {{"--one-sample", "y", "--by", "g"}, "npar: --by g is not used", 0},
+      {{"--related", "x,y,g"}, "npar: g (nominal) is in no test", 0},
+      {{"--independent", "y", "--by", "g", "--test", "mann-whitney"}, "inferred", 3},
+  };
+  for (const auto& row : rows) {
+    std::vector<std::string> command = {"analyse", data};
+    command.insert(command.end(), row.options.begin(), row.options.end());
+    const ProcessResult run = RunNpar(command);
+    EXPECT_EQ(run.exitCode, row.exitCode) << run.err;
+    EXPECT_THAT(run.err, HasSubstr(row.says));
+  }
+}
+
 TEST_F(CommandLineTest, OutliersAreNamedByTheirCase) {
   const std::string data = folder.Write(
       "cases.csv",
@@ -244,6 +282,9 @@ TEST_F(CommandLineTest, BadInputIsRefusedWithPlaceAndRemedyAndNothingIsWritten) 
   folder.Write("empty.csv", "");
   folder.Write("heavy.csv", "a,b,n\n1,2,1\n3,4,3000000000\n");
   folder.Write("missing.csv", "a,b\nNA,NA\nNA,NA\n");
+  folder.Write("comma.csv", "x;g\n1,5;a\n2;b\n");
+  folder.Write("stray.csv", "x,g\n1,a\n2,Yes\n3,b\nn.d.,b\n");
+  folder.Write("sheet.csv", "PK\3\4.....xl/workbook.xml");
   folder.Write("broken.xml", "<Parameters>\n <Parameter name=\"x\"");
   folder.Write("type.xml", "<!DOCTYPE a><a/>");
   folder.Write("nofield.xml", "<Parameters/>");
@@ -283,6 +324,16 @@ TEST_F(CommandLineTest, BadInputIsRefusedWithPlaceAndRemedyAndNothingIsWritten) 
        "error 220026: "},
       {"all records missing", "analyse @missing.csv --related a,b --missing listwise", 1,
        "error 240037: "},
+      {"decimal commas", "analyse @comma.csv --independent x --by g", 2,
+       "comma.csv:2:1: x: could only be nominal, since 1 of 2 cells is no number, first line 2: "
+       "\"1,5\"; these are numbers with decimal commas: add --decimal ,"},
+      {"a stray cell", "analyse @stray.csv --one-sample x", 2,
+       "stray.csv:5:1: x: could only be nominal, since 1 of 4 cells is no number"},
+      {"unknown category", "analyse @stray.csv --one-sample g --test binomial:success=yes", 2,
+       "names \"yes\", which g does not hold; did you mean \"Yes\"?"},
+      {"a spreadsheet", "analyse @sheet.csv --one-sample x", 2, "this is an Excel file; turn it"},
+      {"unknown encoding", "analyse examples/sleep.csv --one-sample drug1 --encoding utf-7", 2,
+       "--encoding is utf-8, utf-16, utf-16be or latin1"},
       {"unknown group variable", "analyse examples/sleep.csv --independent drug1 --by drug3", 2,
        R"(no field "drug3"; did you mean)"},
       {"no data", "analyse --related a,b", 2, "DATA is required"},

@@ -97,7 +97,12 @@ TEST(CsvTest, CellsAreReadAsTheyStand) {
       {"a quote inside a bare cell", "a,b\n5\" pipe,1\n", "[5\" pipe] 1"},
       {"long cells", "a,b\nabcdefgh,12345678\nabcdefghijklmnopq,1234567890123456789012",
        "[abcdefgh] 12345678 / [abcdefghijklmnopq] 1.23456789012346e+21"},
-      {"special numbers", "a,b\nInf,nan\n-INF,+1", "inf nan / -inf 1"},
+      {"infinities are values, a not-a-number is none", "a,b\nInf,-nan\n-INF,+1", "inf ? / -inf 1"},
+      {"tokens among numbers", "a,b\n.,-\n2,?\n*,3", "? ? / 2 ? / ? 3"},
+      {"the same tokens among texts, and alone", "a,b\n.,-\nx,-\nN/A,-",
+       "[.] [-] / [x] [-] / ? [-]"},
+      {"blanks behind each separator", "a, b, \"c, d\"\nx, y, \"1, 2\"\n", "[x] [y] [1, 2]"},
+      {"a line that names the separator", "sep=|\r\na|b\r\n1|2\r\n", "1 2"},
       {"a column turns to texts late and keeps the spelling before", "a,b\n01,1\n,2\n 1e0,3\nx,4",
        "[01] 1 / ? 2 / [ 1e0] 3 / [x] 4"},
       {"two columns turn late, at different records", "a,b\n1,NA\n2,2\ny,3\n4,z",
@@ -127,7 +132,33 @@ TEST(CsvTest, ReadingsAndMissingTokensAreTheCallers) {
   EXPECT_EQ(ReadAs("a,b\n1,2\n1.0,NA", {Text, Skip}), "[1] / [1.0]");
   // A token that is a number is a text all the same: -99.0 is another.
   EXPECT_EQ(ReadAs("a,b\n1,NA\n-99,.\n-99.0, -99", {}, {.missingTokens = {"-99", "."}}),
+            "1 ? / ? ? / -99 ?");
+  EXPECT_EQ(ReadAs("a,b\n1,NA\n-99,.\n-99.0, -99", {},
+                   {.missingTokens = {"-99", "."}, .onlyMissingTokens = true}),
             "1 [NA] / ? ? / -99 [ -99]");
+  EXPECT_EQ(ReadAs("a title\n# more\na;b\n# between\n1.000,5;-0,5\n#1;2\n7;x\n", {},
+                   {.notation = {',', '.'}, .skippedLines = 1, .comment = '#'}),
+            "1000.5 [-0,5] / 7 [x]");
+}
+
+// What was met is told to people: each token by itself, in columns that turn to texts too.
+TEST(CsvTest, MissingCellsAreCountedByTheirText) {
+  const TemporaryFile file("a,b\nNA,-\n1,nan\n,x\n.,NULL\n-inf,\n");
+  CsvReader reader(file.Path());
+  const Dataset data = reader.Read({CellReading::Detect, CellReading::Detect});
+  const auto counts = [&](std::size_t column) {
+    std::string text;
+    for (std::size_t token = 0; token < reader.Tokens().Size(); ++token) {
+      const std::size_t count = data.columns[column].missing[token];
+      if (count == 0) continue;
+      text += std::string(reader.Tokens().Text(token)) + ":" + std::to_string(count) + " ";
+    }
+    return text;
+  };
+  EXPECT_EQ(counts(0), ":1 NA:1 .:1 ");
+  EXPECT_EQ(data.columns[0].infinite, 1u);
+  EXPECT_EQ(counts(1), ":1 nan:1 NULL:1 ");
+  EXPECT_EQ(data.columns[1].firstText, 16u);
 }
 
 TEST(CsvTest, NamesComeFromTheHeader) {
@@ -148,12 +179,6 @@ TEST(CsvTest, ErrorsSayWhereAndWhatToDo) {
       {"byte order mark alone", "\xEF\xBB\xBF", {}, "1:1: the file is empty; "},
       {"header alone", "a,b\n", {}, "2:1: no record follows the header line; "},
       {"header alone without line end", "a,b", {}, "1:4: no record follows the header line; "},
-      {"UTF-16",
-       std::string("\xFF\xFE"
-                   "a\0",
-                   4),
-       {},
-       "1:1: the file is UTF-16; "},
       {"same name twice", "a,b,a\n1,2,3", {}, "1:5: a second column is called \"a\"; "},
       {"too few cells", "a,b\n1,2\n3\n4,5", {}, "3:1: the record has 1 cell, the header has 2; "},
       {"too many cells", "a,b\n1,2,3\n", {}, "2:1: the record has 3 cells, the header has 2; "},
@@ -171,8 +196,8 @@ TEST(CsvTest, ErrorsSayWhereAndWhatToDo) {
       {"decimal comma",
        "a;b\n1;2,5",
        {Number, Number},
-       "2:3: field \"b\" holds numbers, but this cell is \"2,5\"; write numbers with a decimal "
-       "point"},
+       "2:3: field \"b\" holds numbers, but this cell is \"2,5\"; it looks like numbers with "
+       "decimal commas: add --decimal ,"},
       {"columns count characters, lines quoted line ends too",
        "a,b\n\"p\nq\",ä\nx,ä\r\n\"ää\",1,2",
        {},

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/cli/execution.h"
+#include "host/cli/report_request.h"
+#include "host/request/analysis_documents.h"
+
+namespace CLI {
+class App;
+}
+
+namespace npar_host {
+
+/// What a person may say to npar analyse.
+struct AnalyseOptions {
+  ExecutionOptions execution;
+  std::vector<std::string> oneSample, related, independent;
+  std::vector<std::string> continuous, nominal, ordinal;
+  std::string group, weight, caseId;
+  std::vector<std::string> tests;
+  double significance = 0.05;
+  double confidence = 95.0;
+  std::string missing = "analysis";
+  bool noExtended = false;
+  std::string keepDocuments;
+  std::string out;
+  std::vector<std::string> reports;
+  TextChoices choices;
+  bool noTrace = false;
+  std::string plots;
+  std::string adjust = "none";
+};
+
+void AddAnalyseOptions(CLI::App& command, AnalyseOptions& options);
+
+/// The request on data with those columns. Throws UsageError for one that can't be carried out.
+[[nodiscard]] AnalysisRequest MakeRequest(const AnalyseOptions& options,
+                                          const std::vector<std::string>& columns);
+
+}  // namespace npar_host

@@ -1,0 +1,193 @@
+#include "host/cli/field_inference.h"
+
+#include <algorithm>
+
+#include "host/data/input_error.h"
+#include "host/data/number.h"
+#include "host/request/measure_choice.h"
+#include "host/request/test_fit.h"
+#include "host/request/word_list.h"
+
+namespace npar_host {
+namespace {
+
+constexpr std::size_t kFewestNumbers = 3;      // beside which one other cell is a slip
+constexpr std::size_t kMostDifferent = 10000;  // values that are looked at as categories
+
+std::string CellCount(std::size_t count, std::size_t all) {
+  return std::to_string(count) + " of " + std::to_string(all) + (all == 1 ? " cell" : " cells");
+}
+
+std::vector<std::string> DifferentValues(const Dataset& data, std::size_t index) {
+  std::vector<std::string> values;
+  const Column& column = data.columns[index];
+  if (column.isText) {
+    if (column.texts.Size() > kMostDifferent) return {};
+    for (std::size_t code = 0; code < column.texts.Size(); ++code) {
+      values.emplace_back(column.texts[code]);
+    }
+    std::ranges::sort(values);
+    return values;
+  }
+  NumberPool pool;
+  for (std::size_t record = 0; record < data.rows.Size(); ++record) {
+    const double value = data.rows.Row(record)[index];
+    if (value != kMissingNumber) pool.Add(value);
+    if (pool.Size() > kMostDifferent) return {};
+  }
+  std::vector<double> numbers;
+  for (std::size_t code = 0; code < pool.Size(); ++code) numbers.push_back(pool[code]);
+  std::ranges::sort(numbers);
+  for (const double number : numbers) values.push_back(NumberText(number));
+  return values;
+}
+
+std::string Values(const std::vector<double>& values) {
+  std::vector<std::string> texts;
+  for (const double value : values) texts.push_back(NumberText(value));
+  return JoinWords(texts, " and ");
+}
+
+}  // namespace
+
+std::string MissingText(const ColumnFindings& findings) {
+  if (findings.missing == 0) return {};
+  std::vector<std::string> tokens;
+  for (const auto& [text, count] : findings.tokens) {
+    tokens.push_back(std::to_string(count) + " " + (text.empty() ? "empty" : Quoted(text)));
+  }
+  return CellCount(findings.missing, findings.records) +
+         (findings.missing == 1 ? " is missing: " : " are missing: ") + JoinWords(tokens, " and ");
+}
+
+std::string StrayText(const ColumnFindings& findings, const CsvReader& reader) {
+  return "since " + CellCount(findings.strays, findings.Cells()) +
+         (findings.strays == 1 ? " is no number" : " are no numbers") + ", first line " +
+         LineOf(reader, findings.firstStray) + ": " + Quoted(findings.firstStrayText);
+}
+
+FieldInference::FieldInference(const CsvReader& reader, const Dataset& data)
+    : reader(reader), data(data) {}
+
+std::size_t FieldInference::IndexOf(const std::string& field) const {
+  const auto found = std::ranges::find(data.columns, field, &Column::name);
+  return static_cast<std::size_t>(found - data.columns.begin());
+}
+
+const ColumnFindings& FieldInference::FindingsOf(const std::string& field) {
+  const auto known = findings.find(field);
+  if (known != findings.end()) return known->second;
+  return findings[field] = FindInColumn(data, IndexOf(field), reader);
+}
+
+const FieldContent& FieldInference::ContentOf(const AnalysisRequest& request,
+                                              const std::string& field) {
+  const auto known = contents.find(field);
+  if (known != contents.end()) return known->second;
+  const std::size_t index = IndexOf(field);
+  const FieldMeasure* const measure = request.MeasureOf(field);
+  FieldContent& content = contents[field];
+  content.isText = data.columns[index].isText;
+  content.isCategorical = content.isText || field == request.groupField ||
+                          (measure != nullptr && measure->measure != "continuous");
+  content.values = DifferentValues(data, index);
+  return content;
+}
+
+void FieldInference::RefuseStray(const std::string& field) {
+  const ColumnFindings& found = FindingsOf(field);
+  const bool isSlip = found.strays == 1 && found.numbers >= kFewestNumbers;
+  if (!isSlip && found.numberNotation.empty()) return;
+  std::string message = reader.LocationOf(found.firstStray) + ": " + field +
+                        ": could only be nominal, " + StrayText(found, reader) + "; ";
+  if (!found.numberNotation.empty()) {
+    message += "these are " + found.numberNotation;
+  } else {
+    message += "correct the cell, or add --missing-token " + Quoted(found.firstStrayText) +
+               " if it stands for a missing value";
+  }
+  throw InputError(message + " (--nominal " + field + " takes them as categories)");
+}
+
+void FieldInference::Infer(AnalysisRequest& request) {
+  for (const std::string& field : request.NamedFields()) {
+    const bool isTold = request.MeasureOf(field) != nullptr || field == request.groupField ||
+                        field == request.weightField || field == request.caseIdField;
+    if (!isTold && data.columns[IndexOf(field)].isText) RefuseStray(field);
+  }
+  const FewValuesOf valuesOf = [this](const std::string& field) {
+    const bool isText = data.columns[IndexOf(field)].isText;
+    return isText ? nullptr : &FindingsOf(field).fewValues;
+  };
+  for (FieldMeasure& measure : InferNominal(request, valuesOf)) {
+    request.measures.push_back(std::move(measure));
+  }
+}
+
+std::string FieldInference::InferredLine(const AnalysisRequest& request) const {
+  std::vector<std::string> continuous;
+  std::vector<std::string> nominal;
+  for (const std::string& field : request.NamedFields()) {
+    const FieldMeasure* const measure = request.MeasureOf(field);
+    const bool isTold = (measure != nullptr && !measure->isInferred) ||
+                        field == request.weightField || field == request.caseIdField;
+    if (isTold) continue;
+    const bool isNominal =
+        measure != nullptr || field == request.groupField || data.columns[IndexOf(field)].isText;
+    (isNominal ? nominal : continuous).push_back(field);
+  }
+  std::string text;
+  if (!continuous.empty()) text = "continuous: " + JoinWords(continuous, ", ");
+  if (!nominal.empty())
+    text += (text.empty() ? "" : "; ") + ("nominal: " + JoinWords(nominal, ", "));
+  return text.empty() ? text : "inferred: " + text;
+}
+
+void FieldInference::NoteField(const AnalysisRequest& request, const std::string& field,
+                               std::vector<std::string>& notes) {
+  const Column& column = data.columns[IndexOf(field)];
+  const ColumnFindings& found = FindingsOf(field);
+  const FieldMeasure* const measure = request.MeasureOf(field);
+  const auto note = [&](const std::string& text) { notes.push_back(field + ": " + text); };
+  if (const std::string missing = MissingText(found); !missing.empty()) note(missing);
+  if (found.infinite > 0) {
+    note(CellCount(found.infinite, found.records) + (found.infinite == 1 ? " holds" : " hold") +
+         " an infinity, which counts as a value");
+  }
+  if (field == request.weightField || field == request.caseIdField) return;
+  if (measure != nullptr && measure->isInferred) {
+    note("nominal, since its cells hold " + Values(found.fewValues) + " alone; --continuous " +
+         field + " if they measure something");
+  } else if (measure == nullptr && column.isText && found.numbers >= found.strays &&
+             found.strays > 0 && field != request.groupField) {
+    note("nominal, " + StrayText(found, reader) + "; --missing-token " +
+         Quoted(found.firstStrayText) + " if that stands for a missing value");
+  } else if (measure == nullptr && found.IsLikeScale() && field != request.groupField &&
+             !NeedsContinuous(request, field)) {
+    note("whole numbers " + NumberText(found.fewValues.front()) + " to " +
+         NumberText(found.fewValues.back()) + ": continuous; --ordinal " + field +
+         " if it is a scale");
+  }
+  if (!column.isText) return;
+  for (const std::string& group : NearlyEqualTexts(column)) {
+    note(group + " differ only by case or spaces, and are different categories");
+  }
+}
+
+std::vector<std::string> FieldInference::Notes(const AnalysisRequest& request) {
+  std::vector<std::string> notes;
+  const std::string inferred = InferredLine(request);
+  if (!inferred.empty()) notes.push_back(inferred);
+  for (const std::string& field : request.NamedFields()) NoteField(request, field, notes);
+  const npar_host::ContentOf contentOf = [&](const std::string& field) -> const FieldContent& {
+    return ContentOf(request, field);
+  };
+  for (std::string& note : CheckCategories(request, contentOf)) notes.push_back(std::move(note));
+  for (std::string& note : ExplainMisfits(request, contentOf)) notes.push_back(std::move(note));
+  if (!request.groupField.empty() && request.independentFields.empty()) {
+    notes.push_back("--by " + request.groupField + " is not used: no --independent field is given");
+  }
+  return notes;
+}
+
+}  // namespace npar_host

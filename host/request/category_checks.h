@@ -1,0 +1,25 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "host/request/analysis_documents.h"
+
+namespace npar_host {
+
+/// What a field of the data holds.
+struct FieldContent {
+  bool isCategorical = false;
+  bool isText = false;
+  std::vector<std::string> values;  // different ones, numbers ascending, texts by bytes
+};
+using ContentOf = std::function<const FieldContent&(const std::string& field)>;
+
+/// Compares the categories that options name with those of the data, and answers with what a person
+/// should know of them, sentence by sentence: categories left out or absent, the order of groups
+/// that nobody gave. UsageError for a category that the data do not have.
+[[nodiscard]] std::vector<std::string> CheckCategories(const AnalysisRequest& request,
+                                                       const ContentOf& contentOf);
+
+}  // namespace npar_host

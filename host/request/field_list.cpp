@@ -1,0 +1,105 @@
+#include "host/request/field_list.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "host/request/word_list.h"
+
+namespace npar_host {
+namespace {
+
+/// Does the text fit the pattern, in which a backslash takes the next character as it stands?
+bool Fits(std::string_view pattern, std::string_view text) {
+  constexpr std::size_t kNone = std::string_view::npos;
+  std::size_t p = 0;
+  std::size_t t = 0;
+  std::size_t star = kNone;  // where the last one stands, and what it took so far
+  std::size_t taken = 0;
+  while (t < text.size()) {
+    const bool isEscaped = p + 1 < pattern.size() && pattern[p] == '\\';
+    const std::size_t at = isEscaped ? p + 1 : p;
+    if (!isEscaped && p < pattern.size() && pattern[p] == '*') {
+      star = p++;
+      taken = t;
+    } else if (at < pattern.size() &&
+               (pattern[at] == text[t] || (!isEscaped && pattern[at] == '?'))) {
+      p = at + 1;
+      ++t;
+    } else if (star != kNone) {
+      p = star + 1;
+      t = ++taken;
+    } else {
+      return false;
+    }
+  }
+  while (p < pattern.size() && pattern[p] == '*') ++p;
+  return p == pattern.size();
+}
+
+bool IsPattern(std::string_view item) {
+  std::string head, tail;
+  return CutAt(item, '*', head, tail) || CutAt(item, '?', head, tail);
+}
+
+std::vector<std::string> Range(std::string_view item, const std::vector<std::string>& columns) {
+  const std::vector<std::string> parts = SplitWords(item, '-');
+  std::string first;
+  for (std::size_t i = 0; i + 1 < parts.size(); ++i) {
+    first += (i > 0 ? "-" : "") + parts[i];
+    std::string last = parts[i + 1];
+    for (std::size_t j = i + 2; j < parts.size(); ++j) last += "-" + parts[j];
+    const auto begin = std::ranges::find(columns, Unescape(first));
+    const auto end = std::find(begin, columns.end(), Unescape(last));
+    if (end != columns.end()) return {begin, end + 1};
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string EscapeQuoted(std::string_view list) {
+  std::string escaped;
+  bool isStart = true;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    const std::size_t close = isStart && list[i] == '"' ? list.find('"', i + 1) : list.npos;
+    const bool isQuoted = close != list.npos && (close + 1 == list.size() ||
+                                                 list[close + 1] == ',' || list[close + 1] == '=');
+    if (isQuoted) {
+      for (const char c : list.substr(i + 1, close - i - 1)) escaped.append({'\\', c});
+      i = close;
+      isStart = false;
+      continue;
+    }
+    if (list[i] == '\\' && i + 1 < list.size()) escaped += list[i++];
+    escaped += list[i];
+    isStart = list[i] == ',' && !(i > 0 && list[i - 1] == '\\');
+  }
+  return escaped;
+}
+
+std::vector<std::string> ExpandField(std::string_view item,
+                                     const std::vector<std::string>& columns) {
+  const std::string name = Unescape(item);
+  if (std::ranges::find(columns, name) != columns.end()) return {name};
+  std::vector<std::string> fields = Range(item, columns);
+  if (fields.empty() && IsPattern(item)) {
+    std::ranges::copy_if(columns, std::back_inserter(fields),
+                         [&](const std::string& column) { return Fits(item, column); });
+  }
+  return fields.empty() ? std::vector<std::string>{name} : fields;
+}
+
+std::vector<std::string> ExpandFields(const std::vector<std::string>& items,
+                                      const std::vector<std::string>& columns) {
+  std::vector<std::string> fields;
+  for (const std::string& item : items) {
+    const std::vector<std::string> more = ExpandField(item, columns);
+    for (const std::string& field : more) {
+      const bool isKnown = std::ranges::find(fields, field) != fields.end();
+      if (more.size() == 1 || !isKnown) fields.push_back(field);
+    }
+  }
+  return fields;
+}
+
+}  // namespace npar_host
