@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "host/cli/analyse_options.h"
+#include "host/cli/analysis_cells.h"
 #include "host/cli/command_line.h"
 #include "host/cli/commands.h"
 #include "host/cli/execution.h"
@@ -11,6 +12,7 @@
 #include "host/cli/output.h"
 #include "host/cli/report_request.h"
 #include "host/cli/trace.h"
+#include "host/data/reshape.h"
 #include "host/render/adjustment.h"
 #include "host/render/result_model.h"
 #include "host/request/analysis_documents.h"
@@ -35,6 +37,7 @@ Examples:
 
 constexpr const char* kKeptParameters = "params.xml";
 constexpr const char* kKeptModel = "model.xml";
+constexpr const char* kKeptData = "data.csv";
 
 void KeepDocuments(const std::string& folder, const NamedText& parameters, const NamedText& model) {
   MakeFolder(folder);
@@ -43,12 +46,17 @@ void KeepDocuments(const std::string& folder, const NamedText& parameters, const
   Publish((path / kKeptModel).string(), model.text);
 }
 
+// npar run takes the cells as they stand in its file.
+void KeepData(const std::string& folder, const Dataset& data) {
+  Publish((std::filesystem::path(folder) / kKeptData).string(), WriteCsv(data));
+}
+
 std::vector<std::string> OutputFiles(const AnalyseOptions& options,
                                      const std::vector<ReportRequest>& reports) {
   std::vector<std::string> files = {options.out};
   for (const ReportRequest& report : reports) files.push_back(report.path);
   if (!options.keepDocuments.empty()) {
-    for (const char* name : {kKeptParameters, kKeptModel}) {
+    for (const char* name : {kKeptParameters, kKeptModel, kKeptData}) {
       files.push_back((std::filesystem::path(options.keepDocuments) / name).string());
     }
   }
@@ -73,15 +81,19 @@ int Analyse(const AnalyseOptions& options) {
   CheckOutputs(OutputFiles(options, reports), {options.execution.dataPath});
 
   Execution execution(options.execution);
-  AnalysisRequest request = MakeRequest(options, execution.Reader().Names());
-  CheckFields(request, execution.Reader().Names());
+  AnalysisCells analysis = ReadAnalysisCells(options, execution);
+  AnalysisRequest& request = analysis.request;
   const auto model = [&] { return NamedText{"the data model", DataModelDocument(request)}; };
-  FieldInference inference(execution.Reader(), execution.ReadData(model()));
+  FieldInference inference(execution.Reader(), *analysis.cells);
   inference.Infer(request);
+  for (const std::string& note : analysis.notes) Tell("npar: " + note);
   for (const std::string& note : inference.Notes(request)) Tell("npar: " + note);
-  execution.FindModel(model());
   const NamedText parameters{"the parameter document", ParameterDocument(request)};
-  if (!options.keepDocuments.empty()) KeepDocuments(options.keepDocuments, parameters, model());
+  if (!options.keepDocuments.empty()) {
+    KeepDocuments(options.keepDocuments, parameters, model());
+    if (analysis.isReshaped) KeepData(options.keepDocuments, *analysis.cells);
+  }
+  execution.FindModel(model());
   auto text = execution.Run(parameters);
   if (!text) return execution.ExitCode();
 

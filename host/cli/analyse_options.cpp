@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include "host/request/field_list.h"
+#include "host/request/scores.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {
@@ -10,18 +11,9 @@ namespace {
 
 constexpr double kPercent = 100.0;
 
-/// The items of lists: "a,b" and repeated options make one.
-std::vector<std::string> Items(const std::vector<std::string>& texts) {
-  std::vector<std::string> items;
-  for (const std::string& text : texts) {
-    for (std::string& item : SplitWords(EscapeQuoted(text), ',')) items.push_back(std::move(item));
-  }
-  return items;
-}
-
 void AddMeasures(AnalysisRequest& request, const std::vector<std::string>& texts,
                  const char* measure, const std::vector<std::string>& columns) {
-  for (const std::string& item : Items(texts)) {
+  for (const std::string& item : FieldItems(texts)) {
     std::string fields, categories;
     CutAt(item, '=', fields, categories);
     FieldMeasure given = ParseFieldMeasure(item, measure);
@@ -36,17 +28,34 @@ std::string OneField(const std::string& text) { return Unescape(EscapeQuoted(tex
 
 }  // namespace
 
-AnalysisRequest MakeRequest(const AnalyseOptions& options,
-                            const std::vector<std::string>& columns) {
+std::vector<std::string> FieldItems(const std::vector<std::string>& texts) {
+  std::vector<std::string> items;
+  for (const std::string& text : texts) {
+    for (std::string& item : SplitWords(EscapeQuoted(text), ',')) items.push_back(std::move(item));
+  }
+  return items;
+}
+
+AnalysisRequest MakeRequest(const AnalyseOptions& options, const std::vector<std::string>& columns,
+                            const std::vector<std::string>& times) {
   AnalysisRequest request;
-  request.oneSampleFields = ExpandFields(Items(options.oneSample), columns);
-  request.relatedFields = ExpandFields(Items(options.related), columns);
-  request.independentFields = ExpandFields(Items(options.independent), columns);
+  request.oneSampleFields = ExpandFields(FieldItems(options.oneSample), columns);
+  request.relatedFields = ExpandFields(FieldItems(options.related), columns);
+  request.independentFields = ExpandFields(FieldItems(options.independent), columns);
+  const bool hasFields = !request.oneSampleFields.empty() || !request.relatedFields.empty() ||
+                         !request.independentFields.empty();
+  if (!hasFields) request.relatedFields = times;
   request.groupField = OneField(options.group);
   for (const std::string& test : options.tests) request.tests.push_back(TestRequest::Parse(test));
   AddMeasures(request, options.continuous, "continuous", columns);
   AddMeasures(request, options.nominal, "nominal", columns);
   AddMeasures(request, options.ordinal, "ordinal", columns);
+  for (const std::string& text : options.scores) {
+    for (Scoring& scoring : ParseScores(text, columns)) {
+      request.measures.push_back({scoring.field, "continuous", {}});
+      request.scorings.push_back(std::move(scoring));
+    }
+  }
   request.weightField = OneField(options.weight);
   request.caseIdField = OneField(options.caseId);
   request.significance = options.significance;
@@ -75,6 +84,12 @@ void AddAnalyseOptions(CLI::App& command, AnalyseOptions& options) {
   addList("--continuous", options.continuous, "F,..", "fields that hold measurements");
   addList("--nominal", options.nominal, "F,..", "fields that hold categories");
   addList("--ordinal", options.ordinal, "F[=a<b<c],..", "fields that hold ordered categories");
+  addList("--scores", options.scores, "F=a<b<c",
+          "numbers for ordered categories, 1, 2, 3 or as given: F=a=0,b=2.5");
+  command
+      .add_option("--long", options.longFields,
+                  "a record is one value of a subject at a time; the times become related fields")
+      ->type_name("SUBJECT,TIME,VALUE");
   command.add_option("--weight", options.weight, "the field that counts how often a record stands")
       ->type_name("F");
   command.add_option("--case-id", options.caseId, "the field that names the records")

@@ -18,7 +18,8 @@ struct AnalyseOptions {
   ExecutionOptions execution;
   std::vector<std::string> oneSample, related, independent;
   std::vector<std::string> continuous, nominal, ordinal;
-  std::string group, weight, caseId;
+  std::vector<std::string> scores;
+  std::string group, weight, caseId, longFields;
   std::vector<std::string> tests;
   double significance = 0.05;
   double confidence = 95.0;
@@ -35,8 +36,13 @@ struct AnalyseOptions {
 
 void AddAnalyseOptions(CLI::App& command, AnalyseOptions& options);
 
-/// The request on data with those columns. Throws UsageError for one that can't be carried out.
+/// The items of lists, in words for Unescape: "a,b" and repeated options make one.
+[[nodiscard]] std::vector<std::string> FieldItems(const std::vector<std::string>& texts);
+
+/// The request on data with those columns, of which `times` are related where no family has a
+/// field. Throws UsageError for one that can't be carried out.
 [[nodiscard]] AnalysisRequest MakeRequest(const AnalyseOptions& options,
-                                          const std::vector<std::string>& columns);
+                                          const std::vector<std::string>& columns,
+                                          const std::vector<std::string>& times);
 
 }  // namespace npar_host

@@ -111,6 +111,7 @@ int RunCommandLine(int argc, char** argv) {
   int exitCode = kExitSuccess;
   AddRunCommand(app, exitCode);
   AddAnalyseCommand(app, exitCode);
+  AddDescribeCommand(app);
   AddReportCommand(app);
   AddExplainCommand(app);
   AddTestsCommand(app);

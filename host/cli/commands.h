@@ -10,6 +10,7 @@ namespace npar_host {
 /// those that run the component leave its outcome in `exitCode`.
 void AddRunCommand(CLI::App& program, int& exitCode);
 void AddAnalyseCommand(CLI::App& program, int& exitCode);
+void AddDescribeCommand(CLI::App& program);
 void AddReportCommand(CLI::App& program);
 void AddExplainCommand(CLI::App& program);
 void AddTestsCommand(CLI::App& program);

@@ -45,7 +45,8 @@ std::vector<Choice> OptionChoices() {
   return {{{"--test"}, TestWords()},
           {{"--as", "--report"}, FormWords()},
           {{"--missing"}, "analysis listwise"},
-          {{"--separator"}, "comma semicolon tab"}};
+          {{"--separator"}, "comma semicolon tab space pipe"},
+          {{"--encoding"}, "utf-8 utf-16 utf-16be latin1"}};
 }
 
 std::vector<Choice> CommandChoices() {
@@ -159,7 +160,8 @@ std::string ZshArguments(const CLI::App& command) {
   const std::vector<Choice> choices = CommandChoices();
   if (const Choice* choice = FindChoice(choices, command.get_name())) {
     text += " \\\n        '*:argument:(" + choice->words + ")'";
-  } else if (command.get_name() == "analyse" || command.get_name() == "report") {
+  } else if (command.get_name() == "analyse" || command.get_name() == "describe" ||
+             command.get_name() == "report") {
     text += " \\\n        ':file:_files'";
   }
   return text + " ;;\n";

@@ -4,6 +4,7 @@
 
 #include "host/data/input_error.h"
 #include "host/data/number.h"
+#include "host/request/automatic_choice.h"
 #include "host/request/measure_choice.h"
 #include "host/request/test_fit.h"
 #include "host/request/word_list.h"
@@ -95,6 +96,7 @@ const FieldContent& FieldInference::ContentOf(const AnalysisRequest& request,
 }
 
 void FieldInference::RefuseStray(const std::string& field) {
+  if (!data.columns[IndexOf(field)].isText) return;
   const ColumnFindings& found = FindingsOf(field);
   const bool isSlip = found.strays == 1 && found.numbers >= kFewestNumbers;
   if (!isSlip && found.numberNotation.empty()) return;
@@ -113,7 +115,7 @@ void FieldInference::Infer(AnalysisRequest& request) {
   for (const std::string& field : request.NamedFields()) {
     const bool isTold = request.MeasureOf(field) != nullptr || field == request.groupField ||
                         field == request.weightField || field == request.caseIdField;
-    if (!isTold && data.columns[IndexOf(field)].isText) RefuseStray(field);
+    if (!isTold) RefuseStray(field);
   }
   const FewValuesOf valuesOf = [this](const std::string& field) {
     const bool isText = data.columns[IndexOf(field)].isText;
@@ -183,6 +185,7 @@ std::vector<std::string> FieldInference::Notes(const AnalysisRequest& request) {
     return ContentOf(request, field);
   };
   for (std::string& note : CheckCategories(request, contentOf)) notes.push_back(std::move(note));
+  for (std::string& note : ExplainChoice(request, contentOf)) notes.push_back(std::move(note));
   for (std::string& note : ExplainMisfits(request, contentOf)) notes.push_back(std::move(note));
   if (!request.groupField.empty() && request.independentFields.empty()) {
     notes.push_back("--by " + request.groupField + " is not used: no --independent field is given");

@@ -22,6 +22,8 @@ class FieldInference {
   /// Adds the measures that differ from those of the cells alone. InputError for a column of
   /// numbers that holds one cell which is none, and for numbers in another notation.
   void Infer(AnalysisRequest& request);
+  /// The InputErrors of Infer, of one field.
+  void RefuseStray(const std::string& field);
   /// "inferred: continuous: a, b; nominal: c", and a sentence for whatever is odd about a field;
   /// after Infer. UsageError for a category that the data do not have.
   [[nodiscard]] std::vector<std::string> Notes(const AnalysisRequest& request);
@@ -30,7 +32,6 @@ class FieldInference {
   [[nodiscard]] std::size_t IndexOf(const std::string& field) const;
   const ColumnFindings& FindingsOf(const std::string& field);
   const FieldContent& ContentOf(const AnalysisRequest& request, const std::string& field);
-  void RefuseStray(const std::string& field);
   [[nodiscard]] std::string InferredLine(const AnalysisRequest& request) const;
   void NoteField(const AnalysisRequest& request, const std::string& field,
                  std::vector<std::string>& notes);

@@ -8,6 +8,7 @@
 #include "host/cli/output.h"
 #include "host/data/input_error.h"
 #include "host/data/near_miss.h"
+#include "host/request/automatic_choice.h"
 #include "host/request/test_request.h"
 #include "host/request/word_list.h"
 
@@ -38,7 +39,7 @@ std::string DescribeAll() {
     }
     text += '\n' + Describe(*test);
   }
-  return text;
+  return text + "\n" + kAutomaticChoice;
 }
 
 // For programs: what a function that asks for a test needs to be written from.

@@ -148,6 +148,19 @@ Dataset CsvReader::Read(const std::vector<CellReading>& readings) {
   return data;
 }
 
+std::string CsvReader::LocationOfRecord(std::size_t record) const {
+  CsvCells walk = cells;
+  const char* position = firstRecord;
+  for (std::size_t i = 0; i < record; ++i) {
+    for (std::size_t cell = 0; cell < names.size(); ++cell) {
+      position = walk.Next(position).next;
+      if (cell + 1 < names.size()) ++position;
+    }
+    position = walk.PassComments(walk.PassLineEnd(position));
+  }
+  return LocationOf(static_cast<std::size_t>(position - text.Text().data()));
+}
+
 const char* CsvReader::ReadRecord(const char* position, double* row, std::size_t record) {
   const char* start = position;
   const std::size_t last = states.size() - 1;

@@ -50,6 +50,9 @@ class CsvReader {
   /// "name:line:column" of a place in the text.
   [[nodiscard]] std::string LocationOf(std::size_t offset) const { return text.LocationOf(offset); }
 
+  /// The same of the first cell of a record, counted from 0.
+  [[nodiscard]] std::string LocationOfRecord(std::size_t record) const;
+
   /// Reads all records, column i as readings[i] says. The file is gone through once; columns that
   /// turned out to be texts after their first records make a second walk over those.
   [[nodiscard]] Dataset Read(const std::vector<CellReading>& readings);

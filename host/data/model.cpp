@@ -166,6 +166,13 @@ Field BasicField(const FieldSpec& spec, const Column& column) {
   if (field.measure == Measure::Infer) {
     field.measure = column.isText ? Measure::Nominal : Measure::Continuous;
   }
+  const bool isRefused = field.measure == Measure::Continuous && column.isText &&
+                         spec.storage == Storage::Infer && spec.role == Role::Input;
+  if (isRefused) {
+    throw InputError("field " + Quoted(column.name) +
+                     " is to be continuous, but its cells are no numbers; --scores gives "
+                     "categories numbers");
+  }
   field.storage = spec.storage;
   if (field.storage == Storage::Infer) {
     field.storage = column.isText ? Storage::String : Storage::Real;

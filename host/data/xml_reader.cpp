@@ -92,8 +92,8 @@ void ReadXml(pugi::xml_document& document, std::string_view text, std::string_vi
   if (const char* fault = markup.Fault()) failAt(markup.Offset(), fault);
 
   // As a fragment the parser keeps texts that stand outside of the root.
-  const auto parsed = document.load_buffer(
-      text.data(), text.size(), parsing | pugi::parse_fragment, pugi::encoding_utf8);
+  const auto parsed = document.load_buffer(text.data(), text.size(), parsing | pugi::parse_fragment,
+                                           pugi::encoding_utf8);
   if (parsed.status == pugi::status_out_of_memory) throw std::bad_alloc();
   if (!parsed) {
     failAt(static_cast<std::size_t>(parsed.offset),

@@ -9,8 +9,8 @@ namespace npar_host {
 /// Reads a document that another program or a person wrote. It is what XML 1.0 takes for well
 /// formed, in UTF-8, with one root and nothing but comments beside it, and elements that nest at
 /// most 200 deep. A document type is refused, and with it every entity but the five of XML: nothing
-/// is expanded and nothing outside is read. `parsing` is how pugixml keeps it. Throws InputError with
-/// the place.
+/// is expanded and nothing outside is read. `parsing` is how pugixml keeps it. Throws InputError
+/// with the place.
 void ReadXml(pugi::xml_document& document, std::string_view text, std::string_view name,
              unsigned parsing = pugi::parse_default);
 

@@ -27,6 +27,32 @@ std::string FieldName(const std::string& index, const FieldNames& fields) {
   return fields(position).value_or(index);
 }
 
+/// Warnings about fields and tests that don't fit list the tests in their last parameter.
+bool ListsTests(std::int32_t code, std::size_t parameters) {
+  namespace run = catalogue::run;
+  constexpr std::int32_t kWithTests[] = {
+      run::kRelatedContinuousMismatch, run::kRelatedOrdinalMismatch, run::kRelatedNominalMismatch,
+      run::kRelatedWithoutFields,      run::kOneSampleWithoutFields, run::kTestsSkipCategorical};
+  const std::size_t wanted = code == run::kTestsSkipCategorical ? 2 : 1;
+  return parameters == wanted && std::ranges::find(kWithTests, code) != std::end(kWithTests);
+}
+
+/// Tests by the names that a person asks for them by, for those that the component lists them by.
+std::string AskedNames(std::string_view list) {
+  constexpr std::string_view kJoint = " ,";  // as it stands in the message
+  std::string names;
+  while (!list.empty()) {
+    const std::string_view name = list.substr(0, list.find(kJoint));
+    list.remove_prefix(std::min(list.size(), name.size() + kJoint.size()));
+    const auto* const card = std::ranges::find_if(
+        catalogue::kTests, [&](const auto* each) { return each->warningName == name; });
+    const bool isKnown = card != catalogue::kTests.end();
+    if (!names.empty()) names += ", ";
+    names += isKnown ? std::string_view((*card)->name) : name;
+  }
+  return names;
+}
+
 /// The parameters of one message, ready to be shown.
 class Parameters {
  public:
@@ -103,9 +129,10 @@ std::string FillMessage(std::int32_t code, std::span<const std::string> paramete
   const catalogue::ToldCode* const told = catalogue::FindCode(code);
   std::string_view text = "a message that this host has no text for[: %*]";
   if (told != nullptr) text = told->code.text;
-  const Parameters shown(parameters, named,
-                         told == nullptr ? catalogue::Meaning::Plain : told->code.parameters,
-                         fields);
+  std::vector<std::string> plain(parameters.begin(), parameters.end());
+  if (ListsTests(code, plain.size())) plain.back() = AskedNames(plain.back());
+  const Parameters shown(
+      plain, named, told == nullptr ? catalogue::Meaning::Plain : told->code.parameters, fields);
   bool isComplete = true;
   return Fill(text, shown, isComplete);
 }

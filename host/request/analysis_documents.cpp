@@ -8,6 +8,7 @@
 #include "host/data/input_error.h"
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
+#include "host/request/field_list.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {
@@ -91,6 +92,7 @@ std::vector<std::string> AnalysisRequest::NamedFields() const {
   for (const FamilyKeys& keys : kFamilies) std::ranges::for_each(FieldsOf(keys.family), add);
   add(groupField);
   for (const FieldMeasure& measure : measures) add(measure.field);
+  for (const Scoring& scoring : scorings) add(scoring.field);
   add(weightField);
   add(caseIdField);
   return names;
@@ -136,6 +138,8 @@ void CheckRequest(const AnalysisRequest& request) {
 void CheckFields(const AnalysisRequest& request, const std::vector<std::string>& columns) {
   for (const std::string& name : request.NamedFields()) {
     if (std::ranges::find(columns, name) == columns.end()) {
+      const std::string hint = SeparatorHint(columns);
+      if (!hint.empty()) throw UsageError("the data have no field " + Quoted(name) + ": " + hint);
       throw UsageError("the data have no field " + Quoted(name) + NearMiss(name, columns) +
                        " (fields: " + JoinWords(columns, ", ") + ")");
     }

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/data/reshape.h"
 #include "host/request/test_request.h"
 
 namespace npar_host {
@@ -24,6 +25,7 @@ struct AnalysisRequest {
   std::string groupField;
   std::vector<TestRequest> tests;
   std::vector<FieldMeasure> measures;
+  std::vector<Scoring> scorings;
   std::string weightField;
   std::string caseIdField;
   double significance = 0.05;

@@ -149,6 +149,13 @@ class CategoryCheck {
 
 }  // namespace
 
+std::string MeasureOf(const AnalysisRequest& request, const ContentOf& contentOf,
+                      const std::string& field) {
+  const FieldMeasure* const given = request.MeasureOf(field);
+  if (given != nullptr) return given->measure;
+  return contentOf(field).isCategorical ? "nominal" : "continuous";
+}
+
 std::vector<std::string> CheckCategories(const AnalysisRequest& request,
                                          const ContentOf& contentOf) {
   return CategoryCheck(request, contentOf).Run();

@@ -16,6 +16,10 @@ struct FieldContent {
 };
 using ContentOf = std::function<const FieldContent&(const std::string& field)>;
 
+/// "continuous", "ordinal" or "nominal": as given, or else by what the field holds.
+[[nodiscard]] std::string MeasureOf(const AnalysisRequest& request, const ContentOf& contentOf,
+                                    const std::string& field);
+
 /// Compares the categories that options name with those of the data, and answers with what a person
 /// should know of them, sentence by sentence: categories left out or absent, the order of groups
 /// that nobody gave. UsageError for a category that the data do not have.

@@ -3,10 +3,18 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "host/data/input_error.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {
+
+/// Bytes of the character of UTF-8 at that place.
+std::size_t LengthAt(std::string_view text, std::size_t at) {
+  std::size_t end = at + 1;
+  while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) ++end;
+  return end - at;
+}
 
 /// Does the text fit the pattern, in which a backslash takes the next character as it stands?
 bool Fits(std::string_view pattern, std::string_view text) {
@@ -21,8 +29,10 @@ bool Fits(std::string_view pattern, std::string_view text) {
     if (!isEscaped && p < pattern.size() && pattern[p] == '*') {
       star = p++;
       taken = t;
-    } else if (at < pattern.size() &&
-               (pattern[at] == text[t] || (!isEscaped && pattern[at] == '?'))) {
+    } else if (!isEscaped && p < pattern.size() && pattern[p] == '?') {
+      ++p;
+      t += LengthAt(text, t);
+    } else if (at < pattern.size() && pattern[at] == text[t]) {
       p = at + 1;
       ++t;
     } else if (star != kNone) {
@@ -87,6 +97,21 @@ std::vector<std::string> ExpandField(std::string_view item,
                          [&](const std::string& column) { return Fits(item, column); });
   }
   return fields.empty() ? std::vector<std::string>{name} : fields;
+}
+
+std::string SeparatorHint(const std::vector<std::string>& columns) {
+  if (columns.size() != 1) return {};
+  const std::string& header = columns.front();
+  const std::string told = "the header is one field, " + Quoted(header) + "; ";
+  for (const char separator : {';', '|', '\t', ',', ':'}) {
+    if (header.find(separator) == std::string::npos) continue;
+    const std::string shown = separator == '\t' ? "tab" : std::string(1, separator);
+    return told + "if \"" + shown + "\" divides fields, add --separator '" + shown + "'";
+  }
+  if (header.find(' ') == std::string::npos) return {};
+  return told +
+         "if it is a title, pass it over with --skip 1; if blanks divide fields, add --separator "
+         "space";
 }
 
 std::vector<std::string> ExpandFields(const std::vector<std::string>& items,

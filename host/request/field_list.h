@@ -16,6 +16,10 @@ namespace npar_host {
 [[nodiscard]] std::vector<std::string> ExpandField(std::string_view item,
                                                    const std::vector<std::string>& columns);
 
+/// What to say of a header of one column that looks like several: "the header is one field ...";
+/// empty for others.
+[[nodiscard]] std::string SeparatorHint(const std::vector<std::string>& columns);
+
 /// All fields of a list, those of ranges and patterns once.
 [[nodiscard]] std::vector<std::string> ExpandFields(const std::vector<std::string>& items,
                                                     const std::vector<std::string>& columns);

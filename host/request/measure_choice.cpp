@@ -43,11 +43,9 @@ std::vector<FieldMeasure> InferNominal(const AnalysisRequest& request,
   for (const std::string& field : request.relatedFields) {
     const FieldMeasure* const given = request.MeasureOf(field);
     const std::vector<double>* const values = valuesOf(field);
-    const bool isCategorical =
-        given != nullptr ? given->measure != "continuous" : values == nullptr;
-    if (isCategorical) continue;
     if (values != nullptr) relatedValues.insert(values->begin(), values->end());
-    areRelatedOfTwo = areRelatedOfTwo && isOfTwo(field);
+    const bool isNominal = given != nullptr && given->measure == "nominal" && values != nullptr;
+    areRelatedOfTwo = areRelatedOfTwo && (isNominal || isOfTwo(field));
   }
   areRelatedOfTwo = areRelatedOfTwo && relatedValues.size() <= kMostOfTwoClasses;
 

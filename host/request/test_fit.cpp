@@ -41,11 +41,7 @@ class Misfits {
 
  private:
   [[nodiscard]] const Level& LevelOf(const std::string& field) const {
-    const FieldMeasure* const given = request.MeasureOf(field);
-    const FieldContent& content = contentOf(field);
-    const std::string word = given != nullptr        ? given->measure
-                             : content.isCategorical ? "nominal"
-                                                     : "continuous";
+    const std::string word = MeasureOf(request, contentOf, field);
     return *std::ranges::find(kLevels, word, &Level::word);
   }
   [[nodiscard]] std::string Told(const std::string& field) const {

@@ -126,9 +126,11 @@ TEST_F(CommandLineTest, AnalyseAsksForExtendedFiguresUnlessItIsToldNotTo) {
 TEST_F(CommandLineTest, AnalyseTellsTheMeasurementLevelsThatItInferred) {
   const std::vector<std::string> command = {
       "analyse", "examples/tooth_growth.csv", "--independent", "len", "--by", "supp"};
-  EXPECT_EQ(RunNpar(command).err, "npar: inferred: continuous: len; nominal: supp\n");
+  EXPECT_EQ(RunNpar(command).err,
+            "npar: inferred: continuous: len; nominal: supp\n"
+            "npar: mann-whitney is chosen, because supp has 2 groups\n");
   auto given = command;
-  given.insert(given.end(), {"--continuous", "len", "--nominal", "supp"});
+  given.insert(given.end(), {"--continuous", "len", "--nominal", "supp", "--test", "mann-whitney"});
   EXPECT_THAT(RunNpar(given).err, IsEmpty());
 }
 
@@ -149,7 +151,7 @@ TEST_F(CommandLineTest, AnalyseTellsWhatIsOddAboutAField) {
        0},
       {{"--one-sample", "item", "--missing-token", "n.d."},
        "npar: item: 1 of 6 cells holds an infinity, which counts as a value\n",
-       0},
+       3},
       {{"--one-sample", "g"}, "npar: g: \"a\" and \"A\" differ only by case or spaces", 0},
       {{"--independent", "y", "--by", "g", "--test", "mann-whitney:group1=a,group2=b"},
        "leaves out the records of g that are \"A\": they are in neither group\n",
@@ -540,7 +542,7 @@ TEST_F(CommandLineTest, MessagesCarryTheirText) {
 
 TEST_F(CommandLineTest, EachCommandHasHelpWithExamples) {
   for (const char* command :
-       {"run", "analyse", "report", "explain", "tests", "info", "completion"}) {
+       {"run", "analyse", "describe", "report", "explain", "tests", "info", "completion"}) {
     const ProcessResult help = RunNpar({command, "--help"});
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_THAT(help.out, HasSubstr(std::string("\n  npar ") + command));
@@ -560,7 +562,7 @@ TEST_F(CommandLineTest, TheManPageNamesTheOptionsOfTheHelpAndNoOther) {
   };
   std::string help;
   for (const char* command :
-       {"run", "analyse", "report", "explain", "tests", "info", "completion"}) {
+       {"run", "analyse", "describe", "report", "explain", "tests", "info", "completion"}) {
     help += RunNpar({command, "--help"}).out;
   }
   const std::string page =

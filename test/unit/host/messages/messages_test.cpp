@@ -89,6 +89,8 @@ const FillCase kFills[] = {
      "the Poisson distribution takes whole numbers from 0 on and a mean above 0"},
     {"one part kept when the other falls", 220023, "a ,b",
      "categorical fields a ,b are left out by tests of continuous fields"},
+    {"tests by the names that people ask for", 220023, "a|CochransQ ,Sign",
+     "categorical fields a are left out by tests of continuous fields: cochran-q, sign"},
     {"non-ASCII text", 220011, "größe", "a selected field is not in the data: \"größe\""},
     {"unknown code", 299999, "a|b", "a message that this host has no text for: a, b"},
 };

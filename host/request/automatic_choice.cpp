@@ -1,0 +1,91 @@
+#include "host/request/automatic_choice.h"
+
+#include <map>
+#include <set>
+
+#include "host/request/word_list.h"
+
+namespace npar_host {
+namespace {
+
+using catalogue::Family;
+
+constexpr std::size_t kTwo = 2;
+
+std::string Chosen(const std::string& test, const std::string& reason) {
+  return test + " is chosen, because " + reason;
+}
+
+std::string Verb(const std::vector<std::string>& fields, const char* one, const char* several) {
+  return JoinWords(fields, " and ") + (fields.size() == 1 ? one : several);
+}
+
+void ExplainOneSample(const AnalysisRequest& request, const ContentOf& contentOf,
+                      std::vector<std::string>& notes) {
+  std::vector<std::string> continuous, ofTwo, ofMore;
+  for (const std::string& field : request.oneSampleFields) {
+    const std::size_t count = contentOf(field).values.size();
+    if (MeasureOf(request, contentOf, field) == "continuous") {
+      continuous.push_back(field);
+    } else if (count >= kTwo) {
+      (count == kTwo ? ofTwo : ofMore).push_back(field);
+    }
+  }
+  if (!ofTwo.empty()) {
+    notes.push_back(Chosen("binomial", Verb(ofTwo, " has", " have") + " two categories"));
+  }
+  if (!ofMore.empty()) {
+    notes.push_back(
+        Chosen("chi-square", Verb(ofMore, " has", " have") + " more than two categories"));
+  }
+  if (!continuous.empty()) {
+    notes.push_back(Chosen("ks-normal", Verb(continuous, " is", " are") + " continuous"));
+  }
+}
+
+void ExplainRelated(const AnalysisRequest& request, const ContentOf& contentOf,
+                    std::vector<std::string>& notes) {
+  std::map<std::string, std::vector<std::string>> fieldsOf;
+  for (const std::string& field : request.relatedFields) {
+    fieldsOf[MeasureOf(request, contentOf, field)].push_back(field);
+  }
+  for (const auto& [measure, fields] : fieldsOf) {
+    if (fields.size() < kTwo) continue;
+    std::set<std::string> categories;
+    for (const std::string& field : fields) {
+      const std::vector<std::string>& values = contentOf(field).values;
+      categories.insert(values.begin(), values.end());
+    }
+    const bool isContinuous = measure == "continuous";
+    if (!isContinuous && categories.size() > kTwo) continue;
+    const bool isPair = fields.size() == kTwo;
+    const std::string test = isContinuous ? (isPair ? "wilcoxon-pairs" : "friedman")
+                                          : (isPair ? "mcnemar" : "cochran-q");
+    notes.push_back(Chosen(test, "--related names " + std::to_string(fields.size()) + " " +
+                                     measure + " fields" +
+                                     (isContinuous ? "" : " of the same two categories")));
+  }
+}
+
+void ExplainIndependent(const AnalysisRequest& request, const ContentOf& contentOf,
+                        std::vector<std::string>& notes) {
+  const std::size_t groups = contentOf(request.groupField).values.size();
+  if (groups < kTwo) return;
+  notes.push_back(Chosen(groups == kTwo ? "mann-whitney" : "kruskal-wallis",
+                         request.groupField + " has " + std::to_string(groups) + " groups"));
+}
+
+}  // namespace
+
+std::vector<std::string> ExplainChoice(const AnalysisRequest& request, const ContentOf& contentOf) {
+  std::vector<std::string> notes;
+  const auto isChosen = [&](Family family) {
+    return !request.FieldsOf(family).empty() && !request.HasTests(family);
+  };
+  if (isChosen(Family::OneSample)) ExplainOneSample(request, contentOf, notes);
+  if (isChosen(Family::Related)) ExplainRelated(request, contentOf, notes);
+  if (isChosen(Family::Independent)) ExplainIndependent(request, contentOf, notes);
+  return notes;
+}
+
+}  // namespace npar_host
