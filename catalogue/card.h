@@ -317,7 +317,8 @@ struct Fields {
 
 /// The null hypothesis as a sentence; for an estimate, what is estimated. Placeholders: "{0}" and
 /// "{1}" for the titles of the fields in the condition's first and second parameter, "{figure 1}"
-/// for a parameter that is a number, "{categories 1}" for one that lists categories.
+/// for a parameter that is a number, "{categories 1}" for one that lists categories, "{order 1}"
+/// for all categories of the field in the second parameter.
 struct Hypothesis {
   Text condition;  // how the name of the "Condition" table begins; kNone for any
   Text sentence;

@@ -94,7 +94,8 @@ inline constexpr Code kNoData{
     "Check the missing values and the weights; records without a valid value are left out."};
 inline constexpr Code kUnfitVariable{
     220004, Kind::Error, "a field is of a measure that no test takes",
-    "Call the field continuous, ordinal or nominal in the data model, or leave it out."};
+    "Call the field continuous, ordinal or nominal, by an option or in the data model, or leave it "
+    "out."};
 inline constexpr Code kNoSortedData{
     220005, Kind::Error, "the records cannot be read in the order that is needed",
     "This should not happen; report it with the parameters and the kind of data."};
@@ -142,7 +143,8 @@ inline constexpr Code kRelatedWithoutFields{
     "Name related fields of the measure that these tests take, or take the tests off."};
 inline constexpr Code kChiSquareSkipsContinuous{
     220021, Kind::Warning, "the chi-square test leaves continuous fields out[: %0]",
-    "Call these fields nominal or ordinal in the data model if they hold categories."};
+    "Call these fields nominal or ordinal if they hold categories (--nominal, --ordinal, or the "
+    "data model)."};
 inline constexpr Code kOneSampleWithoutFields{
     220022, Kind::Warning, "one-sample tests have no field of a measure that they take[: %0]",
     "Name fields of the measure that these tests take, or take the tests off."};

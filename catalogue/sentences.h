@@ -14,10 +14,12 @@ inline constexpr Sentence kUnknownField = {
     "Compare the name, upper and lower case too, with the header of the data."};
 inline constexpr Sentence kNotContinuous = {
     "a field is not continuous[: %*]",
-    "Choose a field that holds measurements, or call it continuous in the data model."};
+    "Choose a field that holds measurements, or call it continuous (--continuous, or the data "
+    "model); --scores gives ordered categories numbers."};
 inline constexpr Sentence kGroupNotCategorical = {
     "the group field is not categorical[: %*]",
-    "Choose a group field that holds categories, or call it nominal or ordinal in the data model."};
+    "Choose a group field that holds categories, or call it nominal or ordinal (--nominal, "
+    "--ordinal, or the data model)."};
 inline constexpr Sentence kTooFewFields = {"fewer than two fields are to be compared",
                                            "Name at least two fields."};
 inline constexpr Sentence kNotTwoFields = {"the test compares a pair of fields",
@@ -74,7 +76,7 @@ inline constexpr Sentence kCategoriesWanted = {
     "Give the categories of the first class, or let the data decide, or test a continuous field."};
 inline constexpr Sentence kUnknownMeasure = {
     "the measure of the field is neither continuous nor categorical",
-    "Give the field a measure that the test takes in the data model."};
+    "Give the field a measure that the test takes, by an option or in the data model."};
 inline constexpr Sentence kNoGivenSuccess = {
     "the success categories are missing, or do not divide any field into success and failure",
     "Give at least one category that is in the data, and not all of them."};

@@ -25,7 +25,7 @@ inline constexpr Option kOptions[] = {
 
 inline constexpr Hypothesis kHypotheses[] = {{kNone,
                                               "The distribution of {0} is the same in all groups "
-                                              "of {1}, against a trend over their order."}};
+                                              "of {1}, against a trend over the order {order 1}."}};
 
 inline constexpr Code kUnknownVariable{222203, Kind::Error, sentences::kUnknownField,
                                        Meaning::Name};

@@ -16,6 +16,7 @@
 #include "host/render/adjustment.h"
 #include "host/render/result_model.h"
 #include "host/request/analysis_documents.h"
+#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {
@@ -23,15 +24,18 @@ namespace {
 constexpr const char* kExamples =
     R"(A family of fields without a --test of its own gets the tests that fit the fields'
 measurement levels: without --continuous and its like, a column of numbers is continuous
-and any other nominal, and so is the field of --by. npar tests lists the tests and their
-options. A backslash takes the character after it as it stands, where a name holds a
-separator.
+(one of no more than two different numbers nominal, where no test needs it otherwise) and
+any other nominal, and so is the field of --by. npar tests lists the tests and their
+options. A list of fields takes ranges and patterns. A backslash takes the character after
+it as it stands, and quotes a whole name, where a name holds a separator.
 
 Examples:
   npar analyse examples/sleep.csv --related drug1,drug2 --test sign
   npar analyse scores.csv --independent score --by class --test 'mann-whitney:group1=a,group2=b|c'
   npar analyse survey.csv --one-sample answer --test 'chi-square:expected=yes=2|no=1'
   npar analyse survey.csv --related before,after --ordinal 'before=low<high,after=low<high'
+  npar analyse answers.csv --related q1-q5 --scores 'q*=never<sometimes<often'
+  npar analyse export.csv.gz --independent score --by sex --decimal , --missing-token n.d.
   npar analyse counts.csv --one-sample sex --weight n --report text --report text=report.txt
 )";
 
@@ -113,6 +117,47 @@ int Analyse(const AnalyseOptions& options) {
   return ExitCodeOf(document);
 }
 
+// "out.sex.xml": where each of several analyses writes.
+std::string PathOf(const std::string& path, const std::string& group) {
+  if (path.empty() || path == "-") return path;
+  std::string name = Unescape(group);
+  std::ranges::replace(name, '/', '_');
+  const std::filesystem::path whole(path);
+  return (whole.parent_path() / whole.stem()).string() + "." + name + whole.extension().string();
+}
+
+AnalyseOptions OptionsFor(const AnalyseOptions& options, const std::string& group,
+                          bool isOneOfSeveral) {
+  AnalyseOptions one = options;
+  one.group = group;
+  if (!isOneOfSeveral) return one;
+  one.out = PathOf(options.out, group);
+  one.keepDocuments = PathOf(options.keepDocuments, group);
+  for (std::string& report : one.reports) {
+    const std::size_t sign = report.find('=');
+    if (sign == std::string::npos) continue;
+    report = report.substr(0, sign + 1) + PathOf(report.substr(sign + 1), group);
+  }
+  return one;
+}
+
+// One analysis for each group field.
+int AnalyseAll(const AnalyseOptions& options) {
+  const std::vector<std::string> groups = FieldItems(options.groups);
+  if (groups.size() < 2)
+    return Analyse(OptionsFor(options, groups.empty() ? "" : groups[0], false));
+  if (options.execution.dataPath == "-") {
+    throw UsageError("several --by read the data once for each: give a file instead of -");
+  }
+  int worst = kExitSuccess;
+  for (const std::string& group : groups) {
+    const int code = Analyse(OptionsFor(options, group, true));
+    if (code == kExitCancelled) return code;
+    if (worst == kExitSuccess) worst = code;
+  }
+  return worst;
+}
+
 }  // namespace
 
 void AddAnalyseCommand(CLI::App& program, int& exitCode) {
@@ -121,7 +166,7 @@ void AddAnalyseCommand(CLI::App& program, int& exitCode) {
   const auto options = std::make_shared<AnalyseOptions>();
   AddAnalyseOptions(*command, *options);
   command->footer(kExamples);
-  command->callback([options, &exitCode] { exitCode = Analyse(*options); });
+  command->callback([options, &exitCode] { exitCode = AnalyseAll(*options); });
 }
 
 }  // namespace npar_host

@@ -45,7 +45,7 @@ AnalysisRequest MakeRequest(const AnalyseOptions& options, const std::vector<std
   const bool hasFields = !request.oneSampleFields.empty() || !request.relatedFields.empty() ||
                          !request.independentFields.empty();
   if (!hasFields) request.relatedFields = times;
-  request.groupField = OneField(options.group);
+  request.groupField = Unescape(options.group);
   for (const std::string& test : options.tests) request.tests.push_back(TestRequest::Parse(test));
   AddMeasures(request, options.continuous, "continuous", columns);
   AddMeasures(request, options.nominal, "nominal", columns);
@@ -78,8 +78,8 @@ void AddAnalyseOptions(CLI::App& command, AnalyseOptions& options) {
   addList("--one-sample", options.oneSample, "F,..", "fields to be tested each on its own");
   addList("--related", options.related, "F,..", "fields measured on the same records");
   addList("--independent", options.independent, "F,..", "fields compared between groups");
-  command.add_option("--by", options.group, "the field that divides the records into groups")
-      ->type_name("G");
+  addList("--by", options.groups, "G,..",
+          "the field that divides the records into groups; an analysis for each of several");
   addList("--test", options.tests, "NAME[:key=value,..]", "a test, with options (npar tests)");
   addList("--continuous", options.continuous, "F,..", "fields that hold measurements");
   addList("--nominal", options.nominal, "F,..", "fields that hold categories");

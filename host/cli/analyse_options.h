@@ -18,8 +18,9 @@ struct AnalyseOptions {
   ExecutionOptions execution;
   std::vector<std::string> oneSample, related, independent;
   std::vector<std::string> continuous, nominal, ordinal;
-  std::vector<std::string> scores;
-  std::string group, weight, caseId, longFields;
+  std::vector<std::string> scores, groups;
+  std::string group;  // of `groups`, the one of this analysis
+  std::string weight, caseId, longFields;
   std::vector<std::string> tests;
   double significance = 0.05;
   double confidence = 95.0;

@@ -125,12 +125,35 @@ std::string CategoriesParameter(const ResultDocument& document, const ResultTest
   return text.empty() ? "(none of the categories)" : text;
 }
 
+// "a, b, c": the categories of the field of parameter `position` in their order, some of many.
+std::string OrderParameter(const ResultDocument& document, const ResultTest& test,
+                           std::size_t position) {
+  constexpr std::size_t kMostListed = 12;
+  const auto indices = test.ConditionFields(position, document.fields.size());
+  if (indices.empty()) return "of the groups";
+  const ResultField& field = document.fields[indices.front()];
+  const std::size_t count = field.categories.size();
+  const std::size_t begins = count > kMostListed ? kMostListed - 1 : count;
+  std::vector<std::string> titles;
+  for (std::size_t code = 0; code < begins; ++code) {
+    titles.push_back(CategoryTitle(field, static_cast<std::int32_t>(code)));
+  }
+  if (begins < count) {
+    titles.emplace_back("...");
+    titles.push_back(CategoryTitle(field, static_cast<std::int32_t>(count - 1)));
+  }
+  std::string text;
+  for (const std::string& title : titles) text += (text.empty() ? "" : ", ") + title;
+  return text;
+}
+
 // What stands for a placeholder, without its braces: "0", "figure 1", "categories 2".
 std::string Filling(const ResultDocument& document, const ResultTest& test,
                     std::string_view placeholder) {
   const auto position = static_cast<std::size_t>(placeholder.back() - '0');
   if (placeholder.starts_with("figure")) return FigureParameter(test, position);
   if (placeholder.starts_with("categories")) return CategoriesParameter(document, test, position);
+  if (placeholder.starts_with("order")) return OrderParameter(document, test, position);
   const std::vector<std::string> titles = FieldTitles(document, test, position);
   return titles.empty() ? "(unknown field)" : JoinAnd(titles);
 }

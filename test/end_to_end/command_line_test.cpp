@@ -172,6 +172,15 @@ TEST_F(CommandLineTest, AnalyseTellsWhatIsOddAboutAField) {
   }
 }
 
+TEST_F(CommandLineTest, SeveralGroupFieldsMakeAnAnalysisEach) {
+  const ProcessResult run =
+      RunNpar({"analyse", "examples/airquality.csv", "--independent", "Ozone", "--by", "Month,Temp",
+               "--test", "kruskal-wallis", "--out", folder.Path("r.xml")});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_THAT(run.out, AllOf(HasSubstr("groups of Month"), HasSubstr("groups of Temp")));
+  EXPECT_THAT(folder.Names(), ElementsAre("r.Month.xml", "r.Temp.xml"));
+}
+
 TEST_F(CommandLineTest, OutliersAreNamedByTheirCase) {
   const std::string data = folder.Write(
       "cases.csv",
