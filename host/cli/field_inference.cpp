@@ -91,7 +91,7 @@ const FieldContent& FieldInference::ContentOf(const AnalysisRequest& request,
   content.isText = data.columns[index].isText;
   content.isCategorical = content.isText || field == request.groupField ||
                           (measure != nullptr && measure->measure != "continuous");
-  content.values = DifferentValues(data, index);
+  if (content.isCategorical) content.values = DifferentValues(data, index);
   return content;
 }
 

@@ -12,7 +12,8 @@ namespace npar_host {
 struct FieldContent {
   bool isCategorical = false;
   bool isText = false;
-  std::vector<std::string> values;  // different ones, numbers ascending, texts by bytes
+  // Different ones of a categorical field, numbers ascending, texts by bytes.
+  std::vector<std::string> values;
 };
 using ContentOf = std::function<const FieldContent&(const std::string& field)>;
 

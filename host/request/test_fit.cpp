@@ -67,12 +67,12 @@ class Misfits {
     const FieldContent& content = contentOf(field);
     if ((measures & catalogue::kContinuous) == 0) return "; --nominal " + field + " makes it one";
     if (!content.isText) return "; --continuous " + field + " makes it one";
+    const FieldMeasure* const given = request.MeasureOf(field);
+    const bool isOrdered = given != nullptr && !given->categories.empty();
+    std::vector<std::string> categories = isOrdered ? given->categories : content.values;
+    if (categories.size() > kMostShown) categories.resize(kMostShown);
     return "; its categories get numbers by --scores '" + field + "=" +
-           JoinWords({content.values.begin(),
-                      content.values.begin() + static_cast<std::ptrdiff_t>(std::min<std::size_t>(
-                                                   3, content.values.size()))},
-                     "<", "<") +
-           "'";
+           JoinWords(categories, "<", "<") + "'";
   }
   [[nodiscard]] std::string Remedies(Family family, unsigned measures) const {
     std::string remedies;
