@@ -41,8 +41,12 @@ ReportRequest ParseReportRequest(std::string_view text) {
   return request;
 }
 
+void AddAsciiOption(CLI::App& command, bool& ascii) {
+  command.add_flag("--ascii", ascii, "draw the text report in ASCII alone");
+}
+
 void AddTextOptions(CLI::App& command, TextChoices& choices) {
-  command.add_flag("--ascii", choices.ascii, "draw the text report in ASCII alone");
+  AddAsciiOption(command, choices.ascii);
   command.add_flag("--sentences", choices.sentences,
                    "add each test as a sentence for a results section to the text report");
 }

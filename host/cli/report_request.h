@@ -28,6 +28,7 @@ struct TextChoices {
   bool sentences = false;
 };
 
+void AddAsciiOption(CLI::App& command, bool& ascii);
 /// Adds --ascii and --sentences.
 void AddTextOptions(CLI::App& command, TextChoices& choices);
 /// Adds --adjust, a name that FindAdjustment knows.
