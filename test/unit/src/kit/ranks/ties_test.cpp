@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "kit/comparisons/range_counts.h"
+#include "kit/groups/two_groups.h"
 #include "kit/ranks/column_ranks.h"
 #include "kit/ranks/merged_runs.h"
 #include "kit/ranks/rank.h"
 #include "kit/ranks/record_ranks.h"
 #include "kit/ranks/signed_ranks.h"
-#include "kit/groups/two_groups.h"
 #include "tests/independent/control_ranks.h"
 #include "tests/independent/jonckheere_statistic.h"
 
