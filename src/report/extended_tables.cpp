@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "kit/groups/two_groups.h"
+#include "kit/statistics/normal.h"
 #include "kit/statistics/proportion_interval.h"
 #include "report/elements.h"
 
@@ -85,6 +86,24 @@ FigureTable TwoGroupsTable(const GroupTally& tally, std::span<const double> mean
     if (!meanRanks.empty()) groups[place].meanRank = meanRanks[place];
   }
   return GroupsTable(groups);
+}
+
+void AddNormalFigures(ExtendedFigures& figures, double deviation, double standardError) {
+  const auto corrected = CorrectedFigures(deviation, standardError);
+  if (!corrected) return;
+  const NormalTails tails(deviation / standardError);
+  figures.Add("AsymptoticSig1TailedLess", tails.less);
+  figures.Add("AsymptoticSig1TailedGreater", tails.greater);
+  figures.Add("CorrectedStandardTestStatistic", corrected->z);
+  figures.Add("CorrectedAsymptoticSig2Tailed", corrected->sig);
+  figures.Add("CorrectedAsymptoticSig1TailedLess", corrected->less);
+  figures.Add("CorrectedAsymptoticSig1TailedGreater", corrected->greater);
+}
+
+void AddConditionalFigures(ExtendedFigures& figures, const ExactTails& tails) {
+  figures.Add("ConditionalExactSig2Tailed", tails.twoSided);
+  figures.Add("ConditionalExactSig1TailedLess", tails.less);
+  figures.Add("ConditionalExactSig1TailedGreater", tails.greater);
 }
 
 FigureTable FieldsTable(const FieldQuartiles& fields) {

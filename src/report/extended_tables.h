@@ -9,11 +9,18 @@
 #include "foundation/names.h"
 #include "kit/contract/extended_figures.h"
 #include "kit/groups/group_tally.h"
+#include "kit/statistics/exact_tails.h"
 #include "kit/summaries/field_quartiles.h"
 #include "kit/summaries/quartiles.h"
 
 /// Appends the table "ExtendedFigures"; nothing where there are none.
 void WriteExtendedFigures(XMLElement& algorithm, const ExtendedFigures& figures);
+
+/// Adds the one-sided and the continuity-corrected significances of a statistic that lies
+/// `deviation` above its mean; none where it has no spread.
+void AddNormalFigures(ExtendedFigures& figures, double deviation, double standardError);
+/// Adds the exact significances given the ties.
+void AddConditionalFigures(ExtendedFigures& figures, const ExactTails& tails);
 
 /// What the table "Groups" tells of one group, and "Fields" of one continuous field.
 struct SampleFigures {

@@ -6,23 +6,9 @@
 #include "kit/ranks/walsh_interval.h"
 #include "kit/statistics/sign_flip.h"
 #include "kit/statistics/signed_rank.h"
+#include "report/extended_tables.h"
 
 namespace {
-
-void AddAsymptotic(ExtendedFigures& figures, const SignedRanks::Units& units) {
-  const auto n = static_cast<double>(units.Count());
-  const SignedRankMoments moments(n, units.tieSum);
-  const double deviation = units.positiveRankSum - moments.mean;
-  const auto corrected = CorrectedFigures(deviation, moments.standardError);
-  if (!corrected) return;
-  const NormalTails tails(deviation / moments.standardError);
-  figures.Add("AsymptoticSig1TailedLess", tails.less);
-  figures.Add("AsymptoticSig1TailedGreater", tails.greater);
-  figures.Add("CorrectedStandardTestStatistic", corrected->z);
-  figures.Add("CorrectedAsymptoticSig2Tailed", corrected->sig);
-  figures.Add("CorrectedAsymptoticSig1TailedLess", corrected->less);
-  figures.Add("CorrectedAsymptoticSig1TailedGreater", corrected->greater);
-}
 
 void AddConditional(ExtendedFigures& figures, const SignedRanks::Units& units) {
   // Weights below 0 may take away from n what stands in a run of ties.
@@ -30,10 +16,7 @@ void AddConditional(ExtendedFigures& figures, const SignedRanks::Units& units) {
   if (n < 1 || n != units.Count() || n > SignedRanks::Units::kMostWithTies) return;
   const auto distribution = SignFlipDistribution::OfTwiceMidRanks(units.ties);
   const std::int64_t twiceSum = std::llround(2.0 * units.positiveRankSum);
-  const ExactTails tails = distribution.TailsOf(twiceSum);
-  figures.Add("ConditionalExactSig2Tailed", tails.twoSided);
-  figures.Add("ConditionalExactSig1TailedLess", tails.less);
-  figures.Add("ConditionalExactSig1TailedGreater", tails.greater);
+  AddConditionalFigures(figures, distribution.TailsOf(twiceSum));
   figures.Add("ConditionalExactPointProbability", distribution.At(twiceSum));
 }
 
@@ -41,10 +24,11 @@ void AddConditional(ExtendedFigures& figures, const SignedRanks::Units& units) {
 
 void AddSignedRankFigures(ExtendedFigures& figures, const SignedRanks::Units& units,
                           std::int64_t zeros) {
-  AddAsymptotic(figures, units);
+  const auto n = static_cast<double>(units.Count());
+  const SignedRankMoments moments(n, units.tieSum);
+  AddNormalFigures(figures, units.positiveRankSum - moments.mean, moments.standardError);
   AddConditional(figures, units);
   if (units.Count() < 1) return;
-  const auto n = static_cast<double>(units.Count());
   const PrattFigures pratt =
       PrattSignedRank(units.positiveRankSum, static_cast<double>(units.positives), n,
                       static_cast<double>(zeros), units.tieSum);

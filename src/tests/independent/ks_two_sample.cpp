@@ -133,11 +133,8 @@ class NPARKSmirnowTwoSample final : public NPARTest {
     if (keepsRunEnds) {
       const SmirnovDistances distances{static_cast<std::int64_t>(firstAbove),
                                        static_cast<std::int64_t>(secondAbove)};
-      const ExactTails exact =
-          ConditionalSmirnov(samples[0].count, samples[1].count, distances, endsRun);
-      figures.Add("ConditionalExactSig2Tailed", exact.twoSided);
-      figures.Add("ConditionalExactSig1TailedLess", exact.less);
-      figures.Add("ConditionalExactSig1TailedGreater", exact.greater);
+      AddConditionalFigures(
+          figures, ConditionalSmirnov(samples[0].count, samples[1].count, distances, endsRun));
     }
     figures.Add("LimitingSig2Tailed", LimitingKolmogorovSig(z));
     if (!tally->HasNegativeWeight()) figures.Add("AbsoluteDifferenceLocation", location);

@@ -81,15 +81,7 @@ class NPARMannWU final : public NPARTwoGroupTest {
   void Extend(ExtendedFigures& figures) override {
     const double deviation =
         mannWhitneyU - static_cast<double>(counts[0]) * static_cast<double>(counts[1]) * 0.5;
-    if (const auto corrected = CorrectedFigures(deviation, approximation.standardError)) {
-      const NormalTails tails(approximation.z);
-      figures.Add("AsymptoticSig1TailedLess", tails.less);
-      figures.Add("AsymptoticSig1TailedGreater", tails.greater);
-      figures.Add("CorrectedStandardTestStatistic", corrected->z);
-      figures.Add("CorrectedAsymptoticSig2Tailed", corrected->sig);
-      figures.Add("CorrectedAsymptoticSig1TailedLess", corrected->less);
-      figures.Add("CorrectedAsymptoticSig1TailedGreater", corrected->greater);
-    }
+    AddNormalFigures(figures, deviation, approximation.standardError);
     if (!tally->HasNegativeWeight()) {
       runs.CloseRun();
       AddExact(figures);
@@ -102,9 +94,7 @@ class NPARMannWU final : public NPARTwoGroupTest {
   void AddExact(ExtendedFigures& figures) const {
     if (!HasExactMannWhitney(counts[0], counts[1])) return;
     const MannWhitneyExact exact = ConditionalMannWhitney(runs.Kept());
-    figures.Add("ConditionalExactSig2Tailed", exact.sigs.twoSided);
-    figures.Add("ConditionalExactSig1TailedLess", exact.sigs.less);
-    figures.Add("ConditionalExactSig1TailedGreater", exact.sigs.greater);
+    AddConditionalFigures(figures, exact.sigs);
     figures.Add("ConditionalExactPointProbability", exact.point);
   }
 

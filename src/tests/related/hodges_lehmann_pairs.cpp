@@ -78,18 +78,14 @@ class NPARHodgesLehmannPairs final : public NPARPairedTest {
   }
 
  protected:
-  /// Reads "confidenceLevel", a probability. Error 222409: "variableIndex" does not hold two
-  /// positions.
+  /// Error 222409: "variableIndex" does not hold two positions.
   void Prepare(const SettingsReader& settings) override {
-    if (!differences.ReadPair(settings)) Fail(card::kFieldsCodes.wrongCount);
-    Require({differences.First(), differences.Second()});
-    PrepareExtended();
+    PreparePair(settings, card::kFieldsCodes.wrongCount);
   }
 
   /// A record whose weight is below 1 has no averages.
   void Take(RecordBatch& batch) override {
-    const double* d = differences.Of(batch);
-    KeepFields(batch);
+    const double* d = TakePair(batch);
     weight.UseTruncated(batch, [&](auto weightAt) {
       differences.Count(d, batch.Size(), weightAt);
       for (std::size_t i = 0; i < batch.Size(); ++i) {

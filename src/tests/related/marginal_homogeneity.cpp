@@ -111,9 +111,7 @@ class NPARMargHomo final : public NPARTest {
       figures.Add("AsymptoticSig1TailedGreater", tails.less);
     }
     if (const auto exact = ExactMarginalHomogeneity(scores, crossTable)) {
-      figures.Add("ConditionalExactSig2Tailed", exact->twoSided);
-      figures.Add("ConditionalExactSig1TailedLess", exact->less);
-      figures.Add("ConditionalExactSig1TailedGreater", exact->greater);
+      AddConditionalFigures(figures, *exact);
     }
     if (scores.size() <= kMostEliminated) {
       if (const auto overall = StuartMaxwell(crossTable, scores.size())) {

@@ -10,16 +10,25 @@ void NPARPairedTest::TakeAgain(RecordBatch& batch) {
 
 void NPARPairedTest::Finish() { differences.EndHistogram(); }
 
-void NPARPairedTest::PrepareExtended() {
+void NPARPairedTest::PreparePair(const SettingsReader& settings, std::int32_t wrongCount) {
+  if (!differences.ReadPair(settings)) Fail(wrongCount);
+  Require({differences.First(), differences.Second()});
   fields = FieldQuartiles({differences.First(), differences.Second()});
 }
 
-void NPARPairedTest::KeepFields(RecordBatch& batch) {
+const double* NPARPairedTest::TakePair(RecordBatch& batch) {
   if (wantsExtended) fields.Take(batch, weight);
+  return differences.Of(batch);
+}
+
+const double* NPARPairedTest::TakeDifferences(RecordBatch& batch) {
+  const double* d = TakePair(batch);
+  if (wantsExtended) KeepDifferences(batch, d);
+  weight.UseTruncated(batch, [&](auto weightAt) { differences.Count(d, batch.Size(), weightAt); });
+  return d;
 }
 
 void NPARPairedTest::KeepDifferences(RecordBatch& batch, const double* d) {
-  if (!wantsExtended) return;
   if (fields.Count() > FieldQuartiles::kMostUnits) {
     kept = WeightedValues();
     return;

@@ -16,11 +16,12 @@ class NPARPairedTest : public NPARTest {
   void TakeAgain(RecordBatch& batch) override;
   void Finish() override;
 
-  /// In Prepare, once the pair is read: the values of both fields are kept for extended figures.
-  void PrepareExtended();
-  /// In Take, with the differences `d`: keeps both, as far as extended figures are wanted.
-  void KeepFields(RecordBatch& batch);
-  void KeepDifferences(RecordBatch& batch, const double* d);
+  /// In Prepare: the pair. Fails with the code where "variableIndex" does not hold two positions.
+  void PreparePair(const SettingsReader& settings, std::int32_t wrongCount);
+  /// In Take: the differences. The values of both fields are kept for extended figures.
+  const double* TakePair(RecordBatch& batch);
+  /// The same; the differences are counted, and kept as well.
+  const double* TakeDifferences(RecordBatch& batch);
   /// In Extend: the kept differences ascending; none where there are too many.
   [[nodiscard]] const WeightedValues& SortDifferences();
   /// In Extend: the table "Fields".
@@ -29,6 +30,8 @@ class NPARPairedTest : public NPARTest {
   PairedDifferences differences;
 
  private:
+  void KeepDifferences(RecordBatch& batch, const double* d);
+
   FieldQuartiles fields;
   WeightedValues kept;  // differences
 };

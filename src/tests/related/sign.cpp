@@ -58,22 +58,14 @@ class NPARSign final : public NPARPairedTest {
   /// Error 220918: "variableIndex" does not hold two different positions.
   void Prepare(const SettingsReader& settings) override {
     ExpectPasses(2);
-    if (!differences.ReadPair(settings) ||
-        std::min(differences.First(), differences.Second()) < 0 ||
+    PreparePair(settings, card::kNoPair);
+    if (std::min(differences.First(), differences.Second()) < 0 ||
         differences.First() == differences.Second()) {
       Fail(card::kNoPair);
     }
-    Require({differences.First(), differences.Second()});
-    PrepareExtended();
   }
 
-  void Take(RecordBatch& batch) override {
-    const double* d = differences.Of(batch);
-    KeepFields(batch);
-    KeepDifferences(batch, d);
-    weight.UseTruncated(batch,
-                        [&](auto weightAt) { differences.Count(d, batch.Size(), weightAt); });
-  }
+  void Take(RecordBatch& batch) override { TakeDifferences(batch); }
 
   /// Error 220003: the weights sum to 0. Help message 220916: the exact p is given.
   void Compute() override {

@@ -50,17 +50,11 @@ class NPARWilcoxonPairs final : public NPARPairedTest {
   /// Error 221009: "variableIndex" does not hold two positions.
   void Prepare(const SettingsReader& settings) override {
     ExpectPasses(2);
-    if (!differences.ReadPair(settings)) Fail(card::kFieldsCodes.wrongCount);
-    Require({differences.First(), differences.Second()});
-    PrepareExtended();
+    PreparePair(settings, card::kFieldsCodes.wrongCount);
   }
 
   void Take(RecordBatch& batch) override {
-    const double* d = differences.Of(batch);
-    KeepFields(batch);
-    KeepDifferences(batch, d);
-    weight.UseTruncated(batch,
-                        [&](auto weightAt) { differences.Count(d, batch.Size(), weightAt); });
+    const double* d = TakeDifferences(batch);
     const std::int32_t* weights = weight.TruncatedOf(batch);
     if (weights == nullptr) {
       ranks.AddUnits(d, batch.Size());
