@@ -120,6 +120,11 @@ void ExpectExtended(const AlgorithmElement& result, const std::string& figures,
   const Texts rows = fields.empty() ? Texts() : result.Rows("ExtendedFigures/Fields");
   ASSERT_EQ(rows.size(), fields.size());
   for (std::size_t i = 0; i < rows.size(); ++i) EXPECT_THAT(rows[i], IsRow(fields[i]));
+  if (fields.empty()) return;
+  const bool areBinary = fields == kFieldsPQ;
+  EXPECT_EQ(result.ColumnNames("ExtendedFigures/Fields"),
+            areBinary ? "SuccessN;SuccessShare;WilsonLower;WilsonUpper"
+                      : "N;Median;LowerQuartile;UpperQuartile");
 }
 
 TEST(RelatedExtendedFigures, AgreeWithCountingAndSciPy) {
