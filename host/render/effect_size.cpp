@@ -78,9 +78,13 @@ Figure TotalOfMedianTest(const ResultDocument& document, const ResultTest& test)
   return std::nullopt;
 }
 
-// The Kruskal-Wallis statistics have no total. A record counts where neither its value nor its
-// group is missing, so the total is known where at most one of the two fields has missing values.
+// The Kruskal-Wallis statistics have no total; the extended figures have. A record counts where
+// neither its value nor its group is missing, so the total is known where at most one of the two
+// fields has missing values.
 Figure GroupedRecords(const ResultDocument& document, const ResultTest& test) {
+  if (test.extended) {
+    if (const Figure total = FindFigure(test.extended->figures, "TotalN")) return total;
+  }
   const auto tested = test.ConditionFields(0, document.fields.size());
   const ResultField* group = GroupField(document, test);
   if (tested.empty() || group == nullptr) return std::nullopt;

@@ -2,6 +2,7 @@
 
 #include "host/data/number.h"
 #include "host/render/effect_size.h"
+#include "host/render/extended_figures.h"
 #include "host/render/headline.h"
 #include "host/render/pairs.h"
 #include "host/render/significance.h"
@@ -18,18 +19,36 @@ std::string IntervalText(const ResultInterval& interval) {
          FigureText(interval.upper) + "]";
 }
 
+void AddFurther(std::vector<std::string>& row, const ExtendedColumns& further,
+                std::optional<std::size_t> from) {
+  for (const std::string& cell : further.Cells(from)) row.push_back(FigureText(cell));
+}
+
 ManuscriptTable GroupsTable(const ResultDocument& document, const ResultTest& test) {
   ManuscriptTable table{"Groups", {"Group"}, {}};
   if (test.groups.empty()) return table;
   for (const ResultStatistic& figure : test.groups.front().figures) {
     table.columns.push_back(FigureLabel(figure.name));
   }
+  const ExtendedColumns further = GroupColumns(test);
+  for (const std::string& label : further.Labels()) table.columns.push_back(label);
   if (table.columns.size() == 1) return table;
-  for (const ResultGroup& group : test.groups) {
+  for (std::size_t i = 0; i < test.groups.size(); ++i) {
+    const ResultGroup& group = test.groups[i];
     table.rows.push_back({GroupTitle(document, test, group)});
     for (const ResultStatistic& figure : group.figures) {
       table.rows.back().push_back(FigureText(figure.text));
     }
+    AddFurther(table.rows.back(), further, further.RowOfGroup(test, i));
+  }
+  return table;
+}
+
+ManuscriptTable SamplesTable(const ResultDocument& document, const ResultTest& test) {
+  const ExtendedSamplesTable samples = ExtendedSamples(document, test);
+  ManuscriptTable table{samples.caption, samples.columns, samples.rows};
+  for (auto& row : table.rows) {
+    for (std::size_t i = 1; i < row.size(); ++i) row[i] = FigureText(row[i]);
   }
   return table;
 }
@@ -37,11 +56,14 @@ ManuscriptTable GroupsTable(const ResultDocument& document, const ResultTest& te
 ManuscriptTable BoxesTable(const ResultDocument& document, const ResultTest& test) {
   constexpr std::size_t kLowerQuartile = 1, kMedian = 2, kUpperQuartile = 3;
   ManuscriptTable table{"Groups", {"Group", "Median", "Lower quartile", "Upper quartile"}, {}};
+  const ExtendedColumns further = BoxColumns(test);
+  for (const std::string& label : further.Labels()) table.columns.push_back(label);
   for (const ResultBoxPlot& box : test.boxPlots) {
     table.rows.push_back({SampleTitle(document, test, box.code)});
     for (const std::size_t i : {kMedian, kLowerQuartile, kUpperQuartile}) {
       table.rows.back().push_back(box.fiveNumbers.empty() ? "" : FigureText(box.fiveNumbers[i]));
     }
+    AddFurther(table.rows.back(), further, further.RowOf(box.code));
   }
   return table;
 }
@@ -118,6 +140,7 @@ ManuscriptTable TestsTable(const ResultDocument& document) {
 
 std::vector<ManuscriptTable> TablesOf(const ResultDocument& document, const ResultTest& test) {
   std::vector<ManuscriptTable> tables = {GroupsTable(document, test), BoxesTable(document, test),
+                                         SamplesTable(document, test),
                                          IntervalsTable(document, test)};
   for (const ResultTable& table : test.tables) {
     tables.push_back(FrequenciesTable(document, test, table));

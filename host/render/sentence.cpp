@@ -9,6 +9,7 @@
 #include "catalogue/catalogue.h"
 #include "host/data/number.h"
 #include "host/render/effect_size.h"
+#include "host/render/extended_figures.h"
 #include "host/render/headline.h"
 #include "host/render/significance.h"
 #include "host/render/table_words.h"
@@ -20,7 +21,6 @@ namespace {
 using namespace catalogue;
 
 constexpr std::size_t kMostGroups = 4;  // whose sizes and medians a sentence tells
-constexpr double kPercent = 100.0;
 
 // "{f} differed significantly between {g}": {f} the fields, {g} the group field.
 struct Finding {
@@ -82,8 +82,8 @@ std::string ShortFigure(std::string_view text) {
 }
 
 // What cannot pass 1 has no 0 before its point.
-std::string ShortEffect(const EffectSize& effect) {
-  std::string digits = Decimals(effect.value, 2);
+std::string ShortEffect(const EffectSize& effect, double value) {
+  std::string digits = Decimals(value, 2);
   if (effect.symbol == "h" || effect.symbol == "w") return digits;
   if (digits.starts_with("0.")) return digits.substr(1);
   if (digits.starts_with("-0.")) return "-" + digits.substr(2);
@@ -193,13 +193,9 @@ class Writer {
   }
 
   void WriteMedians() {
-    constexpr std::size_t kMedian = 2;
-    if (test.boxPlots.size() < 2 || test.boxPlots.size() > kMostGroups) return;
-    std::vector<std::string> medians;
-    for (const ResultBoxPlot& box : test.boxPlots) {
-      if (box.fiveNumbers.empty()) return;
-      medians.push_back(ShortFigure(box.fiveNumbers[kMedian]));
-    }
+    std::vector<std::string> medians = SampleMedians(test);
+    if (medians.size() < 2 || medians.size() > kMostGroups) return;
+    for (std::string& median : medians) median = ShortFigure(median);
     AddSymbol("Mdn", " = " + JoinAnd(medians));
   }
 
@@ -212,17 +208,22 @@ class Writer {
     if (isRankBiserial) Add("rank-biserial ");
     if (isNamed) Add(effect->name.substr(0, effect->name.size() - effect->symbol.size()));
     parts.push_back({effect->symbol, true});
-    Add(" = " + ShortEffect(*effect));
+    Add(" = " + ShortEffect(*effect, effect->value));
+    if (const auto limits = EffectLimits(test, *effect)) {
+      const double lower = FigureNumber(limits->lower).value_or(0.0);
+      const double upper = FigureNumber(limits->upper).value_or(0.0);
+      Add(", " + PercentText(document.confidenceLevel) + " CI [" + ShortEffect(*effect, lower) +
+          ", " + ShortEffect(*effect, upper) + "]");
+    }
   }
 
   void WriteEstimate() {
     Add(TestTitle(test.name) + " of " + TestedFields(document, test) + ": ");
-    const std::string level = FigureText(NumberText(kPercent * document.confidenceLevel));
     for (std::size_t i = 0; i < test.intervals.size(); ++i) {
       const ResultInterval& interval = test.intervals[i];
       if (i > 0) Add("; ");
-      Add(ShortFigure(interval.estimate) + ", " + level + " % CI [" + ShortFigure(interval.lower) +
-          ", " + ShortFigure(interval.upper) + "]");
+      Add(ShortFigure(interval.estimate) + ", " + PercentText(document.confidenceLevel) + " CI [" +
+          ShortFigure(interval.lower) + ", " + ShortFigure(interval.upper) + "]");
       if (!interval.method.empty()) Add(" (" + FigureLabel(interval.method) + ")");
     }
   }

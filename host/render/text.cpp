@@ -5,6 +5,7 @@
 
 #include "host/data/number.h"
 #include "host/render/effect_size.h"
+#include "host/render/extended_figures.h"
 #include "host/render/headline.h"
 #include "host/render/listed.h"
 #include "host/render/reading_notes.h"
@@ -12,6 +13,7 @@
 #include "host/render/significance.h"
 #include "host/render/table_words.h"
 #include "host/render/text_comparisons.h"
+#include "host/render/text_extended.h"
 #include "host/render/text_fields.h"
 #include "host/render/text_plots.h"
 #include "host/render/wording.h"
@@ -124,8 +126,10 @@ class TextReport {
     WriteDifferences(test);
     WriteGroups(test);
     WriteBoxPlots(test);
+    WriteSamples(page, document, test, kIndent);
     for (const ResultTable& table : test.tables) WriteTable(test, table);
     WriteComparisons(page, document, test, kIndent);
+    WriteFurtherFigures(page, test, kIndent);
     if (!test.unknownValues.empty()) {
       std::string line = "Given values that are no category:";
       for (const std::string& value : test.unknownValues) line += ' ' + value;
@@ -150,6 +154,8 @@ class TextReport {
                   SignificanceKind(*significance) + ").";
     }
     page.Paragraph(decision, kIndent, test.decision == "reject" ? Ink::Strong : Ink::Plain);
+    const std::string difference = ExactDifference(document, test);
+    if (!difference.empty()) page.Paragraph(difference, kIndent, Ink::Strong);
   }
 
   static void AddFigures(TextTable& table, const std::vector<ResultStatistic>& figures) {
@@ -172,6 +178,7 @@ class TextReport {
     std::erase_if(details, [](const auto& d) { return d.group == "CategoryFieldsComparison"; });
     AddFigures(table, details);
     AddFigures(table, test.statistics);
+    AddExact(table, test);
     const std::string level = PercentText(document.confidenceLevel);
     for (const ResultInterval& interval : test.intervals) {
       if (!interval.method.empty()) {
@@ -180,19 +187,22 @@ class TextReport {
       table.rows.push_back({"  Lower limit, " + level, FigureText(interval.lower)});
       table.rows.push_back({"  Upper limit, " + level, FigureText(interval.upper)});
     }
+    AddAttainedLevel(table, test);
     if (const auto effect = FindEffectSize(document, test)) {
       const std::string label = EffectLabel(*effect, Ascii());
       // Kendall's test gives its own among the statistics.
       const bool isShown = std::ranges::any_of(
           table.rows, [&label](const auto& row) { return row.front() == label; });
       if (!isShown) table.rows.push_back({label, Text(effect->value)});
+      AddEffectLimits(table, document, test);
     }
     if (!table.rows.empty()) {
       page.Blank();
       page.Table(table, kIndent);
     }
-    const std::string gap = EffectSizeGap(document, test);
-    if (!gap.empty()) page.Paragraph(gap, kIndent);
+    for (const std::string& gap : {EffectSizeGap(document, test), LevelGap(document, test)}) {
+      if (!gap.empty()) page.Paragraph(gap, kIndent);
+    }
   }
 
   [[nodiscard]] std::string Histogram(const std::vector<ResultBin>& bins) const {
@@ -227,14 +237,20 @@ class TextReport {
     for (const ResultStatistic& figure : test.groups.front().figures) {
       table.rows[0].push_back(FigureLabel(figure.name));
     }
+    const ExtendedColumns further = GroupColumns(test);
+    for (const std::string& label : further.Labels()) table.rows[0].push_back(label);
     if (!range.isEmpty) {
+      table.alignment = "l" + std::string(table.rows[0].size() - 1, 'r') + "p";
       table.rows[0].push_back("Distribution");
-      table.alignment = "l" + std::string(test.groups.front().figures.size(), 'r') + "p";
     }
-    for (const ResultGroup& group : test.groups) {
+    for (std::size_t i = 0; i < test.groups.size(); ++i) {
+      const ResultGroup& group = test.groups[i];
       table.rows.push_back({GroupTitle(document, test, group)});
       for (const ResultStatistic& figure : group.figures) {
         table.rows.back().push_back(FigureText(figure.text));
+      }
+      for (const std::string& cell : FigureTexts(further.Cells(further.RowOfGroup(test, i)))) {
+        table.rows.back().push_back(cell);
       }
       if (!range.isEmpty) {
         table.rows.back().push_back(HistogramLine(group.bins, range, cells, Ascii()));
@@ -248,12 +264,17 @@ class TextReport {
     if (test.boxPlots.empty()) return;
     const bool hasRanks = test.boxPlots.front().meanRank.has_value();
     TextTable table{{{"Group"}}, "lr", true};
+    const ExtendedColumns further = BoxColumns(test);
+    for (const std::string& label : further.Labels()) table.rows[0].push_back(label);
     if (hasRanks) table.rows[0].push_back("Mean rank");
     for (const char* column : {"Lower whisker", "25 %", "Median", "75 %", "Upper whisker"}) {
       table.rows[0].push_back(column);
     }
     for (const ResultBoxPlot& plot : test.boxPlots) {
       table.rows.push_back({SampleTitle(document, test, plot.code)});
+      for (const std::string& cell : FigureTexts(further.Cells(further.RowOf(plot.code)))) {
+        table.rows.back().push_back(cell);
+      }
       if (hasRanks) table.rows.back().push_back(FigureText(plot.meanRank.value_or("")));
       for (const std::string& number : plot.fiveNumbers) {
         table.rows.back().push_back(FigureText(number));
@@ -314,10 +335,15 @@ class TextReport {
     for (std::size_t i = 0; i < ColumnCount(table); ++i) {
       shown.rows[0].push_back(ColumnTitle(document, test, table, i));
     }
+    const ExtendedColumns further(test, "Categories", {"Observed", "Expected"});
+    for (const std::string& label : further.Labels()) shown.rows[0].push_back(label);
     for (std::size_t i = 0; i < table.rows.size(); ++i) {
       shown.rows.push_back({RowTitle(document, test, table, i)});
       for (const std::string_view cell : table.rows[i]) {
         shown.rows.back().push_back(FigureText(cell));
+      }
+      for (const std::string& cell : FigureTexts(further.Cells(i))) {
+        shown.rows.back().push_back(cell);
       }
     }
     page.Blank();

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/data/number.h"
+#include "host/render/extended_figures.h"
 #include "host/render/pairs.h"
 #include "host/render/significance.h"
 #include "host/render/table_words.h"
@@ -39,6 +40,8 @@ void WritePairwise(TextPage& page, const ResultDocument& document, const ResultT
   for (const std::size_t column : columns) {
     table.rows[0].push_back(TableLabel(content.columnNames[column]));
   }
+  const ExtendedColumns further(test, "Pairs", {"Sample1", "Sample2"});
+  for (const std::string& label : further.Labels()) table.rows[0].push_back(label);
   bool hasMark = false;
   for (const SamplePair& pair : ListedPairs(test.pairwise)) {
     const TextRows::Row cells = content.rows[pair.row];
@@ -51,6 +54,7 @@ void WritePairwise(TextPage& page, const ResultDocument& document, const ResultT
                         ? ComparisonFigure(content.columnNames[column], cells[column])
                         : "");
     }
+    for (const std::string& cell : further.Cells(pair.row)) row.push_back(FigureText(cell));
     const bool isMarked = pair.adjusted < document.sigLevel;
     row.push_back(isMarked ? "*" : "");
     hasMark = hasMark || isMarked;

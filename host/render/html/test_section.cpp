@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/render/effect_size.h"
+#include "host/render/extended_figures.h"
 #include "host/render/headline.h"
 #include "host/render/html/distribution_plots.h"
 #include "host/render/html/drawing.h"
@@ -58,13 +59,15 @@ std::string TestTables(const ResultDocument& document, const ResultTest& test,
   std::string markup = FiguresTable(document, test, id + "-figures") +
                        IntervalsTable(document, test, id + "-intervals") +
                        GroupsTable(document, test, id + "-groups") +
-                       BoxesTable(document, test, id + "-boxes");
+                       BoxesTable(document, test, id + "-boxes") +
+                       SamplesTable(document, test, id + "-samples");
   std::size_t number = 1;
   for (const ResultTable& table : test.tables) {
     markup += FrequenciesTable(document, test, table, id + "-table" + std::to_string(number++));
   }
   markup += PairwiseTable(document, test, id + "-pairs");
   markup += SubsetsTables(document, test, id + "-subsets");
+  markup += FurtherTable(test, id + "-further");
   return markup;
 }
 
@@ -162,9 +165,14 @@ std::string TestSection(const ResultDocument& document, std::size_t index) {
                        OutcomeMarkup(test) + "</p>\n";
   const std::string decision = DecisionText(document, test);
   if (!decision.empty()) markup += "<p class=\"decision\">" + Escaped(decision) + "</p>\n";
+  const std::string difference = ExactDifference(document, test);
+  if (!difference.empty()) {
+    markup += "<p class=\"message warning\">" + Escaped(difference) + "</p>\n";
+  }
   markup += SentenceMarkup(document, test) + Messages(document, test);
-  const std::string gap = EffectSizeGap(document, test);
-  if (!gap.empty()) markup += "<p class=\"note\">" + gap + "</p>\n";
+  for (const std::string& gap : {EffectSizeGap(document, test), LevelGap(document, test)}) {
+    if (!gap.empty()) markup += "<p class=\"note\">" + gap + "</p>\n";
+  }
   markup += "<div class=\"results\">\n" + PlotsMarkup(document, test, id) +
             TestTables(document, test, id) + "</div>\n";
   return markup +

@@ -5,6 +5,8 @@
 
 #include "host/data/number.h"
 #include "host/render/effect_size.h"
+#include "host/render/extended_figures.h"
+#include "host/render/extended_words.h"
 #include "host/render/html/comparison_plots.h"
 #include "host/render/html/markup.h"
 #include "host/render/listed.h"
@@ -19,15 +21,30 @@ namespace {
 // More would run off a printed page.
 constexpr std::size_t kMostSubsetsAcross = 6;
 
+std::string ShowMarkup(std::string_view name, std::string_view figure) {
+  return IsSignificanceName(name) ? SignificanceMarkup(figure) : FigureMarkup(figure);
+}
+
+// Columns and cells that the extended figures add to a table.
+void AddLabels(std::vector<std::string>& columns, const ExtendedColumns& further) {
+  for (const std::string& label : further.Labels()) columns.push_back(Escaped(label));
+}
+void AddFurther(std::vector<std::string>& cells, const ExtendedColumns& further,
+                std::optional<std::size_t> row) {
+  for (const std::string& figure : further.Cells(row)) cells.push_back(FigureMarkup(figure));
+}
+
+std::string LimitsMarkup(const Limits& limits) {
+  return "[" + FigureMarkup(limits.lower) + ", " + FigureMarkup(limits.upper) + "]";
+}
+
 void AddFigures(HtmlTable& table, const std::vector<ResultStatistic>& figures) {
   std::string group;
   for (const ResultStatistic& figure : figures) {
     const bool isRuns = figure.group == "MinimumRuns" || figure.group == "MaximumRuns";
     if (isRuns && figure.group != group) table.AddSubheading(Escaped(FigureLabel(figure.group)));
     group = figure.group;
-    table.AddRow(Escaped(FigureLabel(figure.name)),
-                 {IsSignificanceName(figure.name) ? SignificanceMarkup(figure.text)
-                                                  : FigureMarkup(figure.text)});
+    table.AddRow(Escaped(FigureLabel(figure.name)), {ShowMarkup(figure.name, figure.text)});
   }
 }
 
@@ -91,8 +108,7 @@ std::string SubsetsTable(const ResultDocument& document, const ResultTest& test,
     std::vector<std::string> cells;
     for (const auto& subset : subsets) {
       const std::string_view figure = i < subset.size() ? subset[i] : "";
-      cells.push_back(IsSignificanceName(names[i]) ? SignificanceMarkup(figure)
-                                                   : FigureMarkup(figure));
+      cells.push_back(ShowMarkup(names[i], figure));
     }
     table.AddRow(Escaped(TableLabel(names[i])), cells, "foot");
   }
@@ -111,10 +127,17 @@ std::string FiguresTable(const ResultDocument& document, const ResultTest& test,
     table.AddRow(Escaped(FigureLabel(detail.name, detail.group)), {FigureMarkup(detail.text)});
   }
   AddFigures(table, test.statistics);
+  if (const auto exact = ExactBeside(test)) {
+    table.AddRow(Escaped(ExtendedLabel(exact->name)), {ShowMarkup(exact->name, exact->text)});
+  }
   if (const auto effect = FindEffectSize(document, test)) {
     const bool namesSymbol = effect->name.ends_with(" " + effect->symbol);
     table.AddRow(Escaped(effect->name + (namesSymbol ? "" : " " + effect->symbol)),
                  {FigureMarkup(NumberText(effect->value))}, "effect");
+    if (const auto limits = EffectLimits(test, *effect)) {
+      table.AddRow(PercentText(document.confidenceLevel) + " CI of " + Escaped(effect->symbol),
+                   {LimitsMarkup(*limits)}, "effect");
+    }
   }
   return table.IsEmpty() ? "" : table.Markup("figures");
 }
@@ -123,11 +146,16 @@ std::string IntervalsTable(const ResultDocument& document, const ResultTest& tes
                            const std::string& id) {
   if (test.intervals.empty()) return {};
   HtmlTable table(id, PercentText(document.confidenceLevel) + " confidence intervals");
-  table.SetColumns({"Method", "Estimate", "Lower limit", "Upper limit"});
+  const std::string_view attained = ExtendedFigure(test, "AttainedLevel");
+  std::vector<std::string> columns{"Method", "Estimate", "Lower limit", "Upper limit"};
+  if (!attained.empty()) columns.emplace_back("Level attained");
+  table.SetColumns(columns);
   for (const ResultInterval& interval : test.intervals) {
+    std::vector<std::string> cells{FigureMarkup(interval.estimate), FigureMarkup(interval.lower),
+                                   FigureMarkup(interval.upper)};
+    if (!attained.empty()) cells.push_back(FigureMarkup(attained));
     table.AddRow(Escaped(interval.method.empty() ? "Hodges-Lehmann" : FigureLabel(interval.method)),
-                 {FigureMarkup(interval.estimate), FigureMarkup(interval.lower),
-                  FigureMarkup(interval.upper)});
+                 cells);
   }
   return table.Markup();
 }
@@ -141,9 +169,13 @@ std::string GroupsTable(const ResultDocument& document, const ResultTest& test,
   for (const ResultStatistic& figure : test.groups.front().figures) {
     columns.push_back(Escaped(FigureLabel(figure.name)));
   }
+  const ExtendedColumns further = GroupColumns(test);
+  AddLabels(columns, further);
   table.SetColumns(columns);
-  for (const ResultGroup& group : test.groups) {
-    table.AddRow(Escaped(GroupTitle(document, test, group)), FigureCells(group.figures));
+  for (std::size_t i = 0; i < test.groups.size(); ++i) {
+    std::vector<std::string> cells = FigureCells(test.groups[i].figures);
+    AddFurther(cells, further, further.RowOfGroup(test, i));
+    table.AddRow(Escaped(GroupTitle(document, test, test.groups[i])), cells);
   }
   return table.Markup();
 }
@@ -154,12 +186,15 @@ std::string BoxesTable(const ResultDocument& document, const ResultTest& test,
   const bool hasRanks = test.boxPlots.front().meanRank.has_value();
   HtmlTable table(id, "Groups");
   std::vector<std::string> columns{"Group"};
+  const ExtendedColumns further = BoxColumns(test);
+  AddLabels(columns, further);
   if (hasRanks) columns.push_back("Mean rank");
   columns.insert(columns.end(), {"Lower whisker", "25\u00a0%", "Median", "75\u00a0%",
                                  "Upper whisker", "Outliers"});
   table.SetColumns(columns);
   for (const ResultBoxPlot& box : test.boxPlots) {
     std::vector<std::string> cells;
+    AddFurther(cells, further, further.RowOf(box.code));
     if (hasRanks) cells.push_back(FigureMarkup(box.meanRank.value_or("")));
     for (std::size_t i = 0; i < 5; ++i) {
       cells.push_back(FigureMarkup(box.fiveNumbers.empty() ? "" : box.fiveNumbers[i]));
@@ -170,6 +205,29 @@ std::string BoxesTable(const ResultDocument& document, const ResultTest& test,
   return table.Markup("wide");
 }
 
+std::string SamplesTable(const ResultDocument& document, const ResultTest& test,
+                         const std::string& id) {
+  const ExtendedSamplesTable samples = ExtendedSamples(document, test);
+  if (samples.rows.empty()) return {};
+  HtmlTable table(id, samples.caption);
+  table.SetColumns(samples.columns);
+  for (const auto& row : samples.rows) {
+    std::vector<std::string> cells;
+    for (std::size_t i = 1; i < row.size(); ++i) cells.push_back(FigureMarkup(row[i]));
+    table.AddRow(Escaped(row.front()), cells);
+  }
+  return table.Markup();
+}
+
+std::string FurtherTable(const ResultTest& test, const std::string& id) {
+  HtmlTable table(id, "Further figures");
+  for (const FurtherFigure& figure : FurtherFigures(test)) {
+    table.AddRow(Escaped(figure.label), {FurtherCell(figure, ShowMarkup)});
+  }
+  if (table.IsEmpty()) return {};
+  return "<details><summary>Further figures</summary>\n" + table.Markup("figures") + "</details>\n";
+}
+
 std::string FrequenciesTable(const ResultDocument& document, const ResultTest& test,
                              const ResultTable& table, const std::string& id) {
   if (table.Empty()) return {};
@@ -178,10 +236,13 @@ std::string FrequenciesTable(const ResultDocument& document, const ResultTest& t
   for (std::size_t i = 0; i < ColumnCount(table); ++i) {
     columns.push_back(Escaped(Isolated(ColumnTitle(document, test, table, i))));
   }
+  const ExtendedColumns further(test, "Categories", {"Observed", "Expected"});
+  AddLabels(columns, further);
   shown.SetColumns(columns);
   for (std::size_t i = 0; i < table.rows.size(); ++i) {
     std::vector<std::string> cells;
     for (const std::string_view cell : table.rows[i]) cells.push_back(FigureMarkup(cell));
+    AddFurther(cells, further, i);
     shown.AddRow(Escaped(Isolated(RowTitle(document, test, table, i))), cells);
   }
   return shown.Markup();
@@ -200,6 +261,8 @@ std::string PairwiseTable(const ResultDocument& document, const ResultTest& test
     known.push_back(i);
     columns.push_back(Escaped(TableLabel(names[i])));
   }
+  const ExtendedColumns further(test, "Pairs", {"Sample1", "Sample2"});
+  AddLabels(columns, further);
   columns.push_back("Result");
   table.SetColumns(columns);
   for (const SamplePair& pair : ListedPairs(comparison)) {
@@ -207,9 +270,9 @@ std::string PairwiseTable(const ResultDocument& document, const ResultTest& test
     std::vector<std::string> cells;
     for (const std::size_t i : known) {
       const std::string_view figure = i < row.size() ? row[i] : "";
-      cells.push_back(IsSignificanceName(names[i]) ? SignificanceMarkup(figure)
-                                                   : FigureMarkup(figure));
+      cells.push_back(ShowMarkup(names[i], figure));
     }
+    AddFurther(cells, further, pair.row);
     const bool differs = pair.adjusted < document.sigLevel;
     cells.push_back(differs ? "differ" : "no difference");
     table.AddRow(Escaped(SampleTitle(document, test, comparison.order[pair.first]) + " \u2013 " +

@@ -18,6 +18,11 @@ namespace npar_host {
                                       const std::string& id);
 [[nodiscard]] std::string BoxesTable(const ResultDocument& document, const ResultTest& test,
                                      const std::string& id);
+/// The samples of a test whose document has no table of them.
+[[nodiscard]] std::string SamplesTable(const ResultDocument& document, const ResultTest& test,
+                                       const std::string& id);
+/// The extended figures that stand nowhere else, folded.
+[[nodiscard]] std::string FurtherTable(const ResultTest& test, const std::string& id);
 /// Frequencies or a cross table.
 [[nodiscard]] std::string FrequenciesTable(const ResultDocument& document, const ResultTest& test,
                                            const ResultTable& table, const std::string& id);
