@@ -102,6 +102,14 @@ std::optional<Limits> EffectLimits(const ResultTest& test, const EffectSize& eff
   return limits;
 }
 
+bool IsLevelName(std::string_view name) { return name.ends_with("AttainedLevel"); }
+
+std::string AttainedText(std::string_view level) {
+  constexpr double kSteps = 1e4;  // hundredths of a percent
+  const auto share = FigureNumber(level);
+  return share ? PercentText(std::round(*share * kSteps) / kSteps) : FigureText(level);
+}
+
 std::string LevelGap(const ResultDocument& document, const ResultTest& test) {
   const std::string_view isAttainable = ExtendedFigure(test, "LevelIsAttainable");
   if (isAttainable.empty() || FigureNumber(isAttainable) != 0.0) return {};
@@ -121,9 +129,13 @@ std::vector<std::string> SampleMedians(const ResultTest& test) {
   const auto column = std::ranges::find(samples->columnNames, "Median");
   if (column == samples->columnNames.end()) return {};
   const auto at = static_cast<std::size_t>(column - samples->columnNames.begin());
-  for (const TextRows::Row& row : samples->rows) {
-    if (at >= row.size() || row[at].empty()) return {};
-    medians.emplace_back(row[at]);
+  const ExtendedColumns columns(test, samples->name);
+  const std::size_t count = test.groups.empty() ? samples->rows.size() : test.groups.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto row = test.groups.empty() ? i : columns.RowOfGroup(test, i);
+    const std::string median = columns.Cells(row)[at];
+    if (median.empty()) return {};
+    medians.push_back(median);
   }
   return medians;
 }

@@ -30,6 +30,10 @@ struct Limits {
 /// Limits of the effect size at the run's confidence level.
 [[nodiscard]] std::optional<Limits> EffectLimits(const ResultTest& test, const EffectSize& effect);
 
+/// "95.12 %": a level that limits attain.
+[[nodiscard]] std::string AttainedText(std::string_view level);
+/// Is a figure of that name a level?
+[[nodiscard]] bool IsLevelName(std::string_view name);
 /// Why limits of a Hodges-Lehmann estimate cannot have the level that was asked for; empty where
 /// they can.
 [[nodiscard]] std::string LevelGap(const ResultDocument& document, const ResultTest& test);

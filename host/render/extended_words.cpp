@@ -15,18 +15,18 @@ struct Entry {
 constexpr bool kPageOnly = false;
 
 constexpr Entry kEntries[] = {
-    // Significances; those of one side stand as a pair.
+    // Significances; the one-sided ones stand as a pair.
     {"ConditionalExactSig2Tailed", "Exact significance with ties (2-sided)"},
-    {"ConditionalExactSig1Tailed", "Exact with ties (1-sided: less, greater)"},
+    {"ConditionalExactSig1Tailed", "Exact with ties, less and greater"},
     {"ConditionalExactPointProbability", "Exact probability of the statistic", kPageOnly},
     {"ExactSig2Tailed", "Exact significance (2-sided)"},
-    {"ExactSig1Tailed", "Exact (1-sided: less, greater)"},
+    {"ExactSig1Tailed", "Exact, less and greater"},
     {"ExactMultinomialSig", "Exact multinomial significance"},
     {"FisherFreemanHaltonSig", "Exact significance (Fisher-Freeman-Halton)"},
-    {"AsymptoticSig1Tailed", "Asymptotic (1-sided: less, greater)", kPageOnly},
+    {"AsymptoticSig1Tailed", "Asymptotic, less and greater", kPageOnly},
     {"CorrectedStandardTestStatistic", "Standardised statistic, corrected", kPageOnly},
     {"CorrectedAsymptoticSig2Tailed", "Corrected significance (2-sided)", kPageOnly},
-    {"CorrectedAsymptoticSig1Tailed", "Corrected (1-sided: less, greater)", kPageOnly},
+    {"CorrectedAsymptoticSig1Tailed", "Corrected, less and greater", kPageOnly},
     {"UncorrectedTestStatistic", "Statistic without correction", kPageOnly},
     {"UncorrectedStandardTestStatistic", "Standardised statistic, not corrected", kPageOnly},
     {"UncorrectedAsymptoticSig2Tailed", "Significance without correction (2-sided)", kPageOnly},
@@ -58,7 +58,7 @@ constexpr Entry kEntries[] = {
     {"BrunnerMunzelStatistic", "Brunner-Munzel statistic"},
     {"BrunnerMunzelDegreeOfFreedom", "Brunner-Munzel degrees of freedom", kPageOnly},
     {"BrunnerMunzelSig2Tailed", "Brunner-Munzel significance (2-sided)"},
-    {"BrunnerMunzelSig1Tailed", "Brunner-Munzel (1-sided: less, greater)", kPageOnly},
+    {"BrunnerMunzelSig1Tailed", "Brunner-Munzel, less and greater", kPageOnly},
     {"BrunnerMunzel", "Superiority, Brunner-Munzel limits", kPageOnly},
     {"ConoverF", "Conover-Iman F"},
     {"ConoverFDegreeOfFreedom1", "Conover-Iman degrees of freedom 1", kPageOnly},

@@ -81,6 +81,20 @@ std::string ShortFigure(std::string_view text) {
   return Decimals(*number, isHalf ? 1 : 2);
 }
 
+// All with two decimals where one of them has two.
+std::vector<std::string> AlikeFigures(std::vector<std::string> figures) {
+  const auto isShort = [](const std::string& figure) {
+    const double twice = 2.0 * FigureNumber(figure).value_or(0.0);
+    return twice == std::trunc(twice);
+  };
+  const bool areShort = std::ranges::all_of(figures, isShort);
+  for (std::string& figure : figures) {
+    const bool isLonger = !areShort && isShort(figure);
+    figure = isLonger ? Decimals(FigureNumber(figure).value_or(0.0), 2) : ShortFigure(figure);
+  }
+  return figures;
+}
+
 // What cannot pass 1 has no 0 before its point.
 std::string ShortEffect(const EffectSize& effect, double value) {
   std::string digits = Decimals(value, 2);
@@ -193,10 +207,9 @@ class Writer {
   }
 
   void WriteMedians() {
-    std::vector<std::string> medians = SampleMedians(test);
+    const std::vector<std::string> medians = SampleMedians(test);
     if (medians.size() < 2 || medians.size() > kMostGroups) return;
-    for (std::string& median : medians) median = ShortFigure(median);
-    AddSymbol("Mdn", " = " + JoinAnd(medians));
+    AddSymbol("Mdn", " = " + JoinAnd(AlikeFigures(medians)));
   }
 
   void WriteEffect() {

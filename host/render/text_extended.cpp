@@ -10,8 +10,7 @@ namespace {
 
 std::string Show(std::string_view name, std::string_view figure) {
   if (IsSignificanceName(name)) return SignificanceCell(figure);
-  const auto level = name.ends_with("AttainedLevel") ? FigureNumber(figure) : std::nullopt;
-  return level ? PercentText(*level) : FigureText(figure);
+  return IsLevelName(name) ? AttainedText(figure) : FigureText(figure);
 }
 
 }  // namespace
@@ -36,7 +35,7 @@ void AddEffectLimits(TextTable& table, const ResultDocument& document, const Res
 
 void AddAttainedLevel(TextTable& table, const ResultTest& test) {
   const std::string_view level = ExtendedFigure(test, "AttainedLevel");
-  if (!level.empty()) table.rows.push_back({"  Level attained", Show("AttainedLevel", level)});
+  if (!level.empty()) table.rows.push_back({"  Level attained", AttainedText(level)});
 }
 
 void WriteSamples(TextPage& page, const ResultDocument& document, const ResultTest& test,

@@ -21,8 +21,13 @@ namespace {
 // More would run off a printed page.
 constexpr std::size_t kMostSubsetsAcross = 6;
 
+std::string LevelMarkup(std::string_view level) {
+  return "<data value=\"" + Escaped(level) + "\">" + Escaped(AttainedText(level)) + "</data>";
+}
+
 std::string ShowMarkup(std::string_view name, std::string_view figure) {
-  return IsSignificanceName(name) ? SignificanceMarkup(figure) : FigureMarkup(figure);
+  if (IsSignificanceName(name)) return SignificanceMarkup(figure);
+  return IsLevelName(name) ? LevelMarkup(figure) : FigureMarkup(figure);
 }
 
 // Columns and cells that the extended figures add to a table.
@@ -153,7 +158,7 @@ std::string IntervalsTable(const ResultDocument& document, const ResultTest& tes
   for (const ResultInterval& interval : test.intervals) {
     std::vector<std::string> cells{FigureMarkup(interval.estimate), FigureMarkup(interval.lower),
                                    FigureMarkup(interval.upper)};
-    if (!attained.empty()) cells.push_back(FigureMarkup(attained));
+    if (!attained.empty()) cells.push_back(LevelMarkup(attained));
     table.AddRow(Escaped(interval.method.empty() ? "Hodges-Lehmann" : FigureLabel(interval.method)),
                  cells);
   }
