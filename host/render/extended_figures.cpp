@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 
-#include "host/data/number.h"
 #include "host/render/extended_words.h"
 #include "host/render/significance.h"
 #include "host/render/table_words.h"
@@ -96,8 +95,9 @@ std::string ExactDifference(const ResultDocument& document, const ResultTest& te
 std::optional<Limits> EffectLimits(const ResultTest& test, const EffectSize& effect) {
   const Limits limits{ExtendedFigure(test, "RankBiserialLower"),
                       ExtendedFigure(test, "RankBiserialUpper")};
-  const bool areOfIt =
-      IsSame(ExtendedFigure(test, "RankBiserial"), NumberText(effect.value)) || effect.value == 0.0;
+  constexpr double kRounding = 1e-9;
+  const auto value = FigureNumber(ExtendedFigure(test, "RankBiserial"));
+  const bool areOfIt = value && std::abs(*value - effect.value) <= kRounding;
   if (limits.lower.empty() || limits.upper.empty() || !areOfIt) return std::nullopt;
   return limits;
 }
