@@ -45,13 +45,16 @@ double TieSumOfSizes(const WeightedValues& values) {
   return ranks.TieSum().high;
 }
 
-/// That of the limits between two order statistics among all Walsh averages, without ties.
+/// That of the limits between two order statistics among all Walsh averages, without ties. A rank
+/// outside them is that of the first or of the last one.
 double AttainedLevel(const IntervalRanks& limits, const SignFlipDistribution& signedRanks) {
-  const auto count = static_cast<double>(signedRanks.Largest());
-  const double first = std::clamp(limits.below + 1.0, 1.0, count);
-  const double last = std::clamp(limits.last, 1.0, count);
-  return 1.0 - signedRanks.UpTo(static_cast<std::int64_t>(first) - 1) -
-         signedRanks.UpTo(static_cast<std::int64_t>(count - last));
+  const std::int64_t count = signedRanks.Largest();
+  const auto rankOf = [count](WideInteger rank) {
+    return static_cast<std::int64_t>(std::clamp<WideInteger>(rank, 1, count));
+  };
+  const std::int64_t first = rankOf(ToWideInteger(limits.below) + 1);
+  const std::int64_t last = rankOf(ToWideInteger(limits.last));
+  return 1.0 - signedRanks.UpTo(first - 1) - signedRanks.UpTo(count - last);
 }
 
 /// Hodges-Lehmann estimate of the median of the paired differences d = second - first, with its
