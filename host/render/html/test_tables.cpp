@@ -162,7 +162,7 @@ std::string IntervalsTable(const ResultDocument& document, const ResultTest& tes
     table.AddRow(Escaped(interval.method.empty() ? "Hodges-Lehmann" : FigureLabel(interval.method)),
                  cells);
   }
-  return table.Markup();
+  return table.Markup(attained.empty() ? "" : "wide");
 }
 
 std::string GroupsTable(const ResultDocument& document, const ResultTest& test,
@@ -182,7 +182,7 @@ std::string GroupsTable(const ResultDocument& document, const ResultTest& test,
     AddFurther(cells, further, further.RowOfGroup(test, i));
     table.AddRow(Escaped(GroupTitle(document, test, test.groups[i])), cells);
   }
-  return table.Markup();
+  return table.Markup(further.IsEmpty() ? "" : "wide");
 }
 
 std::string BoxesTable(const ResultDocument& document, const ResultTest& test,
