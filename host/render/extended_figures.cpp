@@ -195,7 +195,9 @@ ExtendedColumns GroupColumns(const ResultTest& test) {
 
 ExtendedColumns BoxColumns(const ResultTest& test) {
   if (test.boxPlots.empty()) return {test, ""};
-  std::vector<std::string_view> shown = {"LowerQuartile", "Median", "UpperQuartile"};
+  // With the limits of the medians the table would run off a printed page.
+  std::vector<std::string_view> shown = {"LowerQuartile", "Median",      "UpperQuartile",
+                                         "MedianLower",   "MedianUpper", "MedianAttainedLevel"};
   if (test.boxPlots.front().meanRank) shown.emplace_back("MeanRank");
   return {test, "Groups", shown};
 }
