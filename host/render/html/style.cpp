@@ -192,7 +192,8 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
   th, td { padding: .2rem .3rem; }
   thead th { overflow-wrap: anywhere; }
   table.overview th[scope=row] { min-width: 0; }
-  th[scope=row] { min-width: 7.5rem; }
+  th[scope=row] { min-width: 5rem; }
+  .list { min-width: 4rem; }
   figure, tr, .message, table.subsets { break-inside: avoid; }
   h2, h3, .kind { break-after: avoid; }
   svg, .badge, tr.effect { print-color-adjust: exact; -webkit-print-color-adjust: exact; }
