@@ -45,6 +45,7 @@ std::vector<std::string> DifferentValues(const Dataset& data, std::size_t index)
 
 std::string Values(const std::vector<double>& values) {
   std::vector<std::string> texts;
+  texts.reserve(values.size());
   for (const double value : values) texts.push_back(NumberText(value));
   return JoinWords(texts, " and ");
 }

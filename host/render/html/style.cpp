@@ -183,6 +183,7 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
     --reject: #9a1f3c; --retain: #17633a; --warning: #7a4a00; --band: #f0f0f0;
     --reject-back: #ffffff; --retain-back: #ffffff; --note-back: #ffffff; --warning-back: #ffffff; }
   body { font-size: 10pt; }
+  table { font-size: 9pt; }
   .skip, .back, .tools, button.copy, details { display: none; }
   thead button { text-decoration: none; }
   section.test, section.overview, #fields { border: 0; padding: 0; }
