@@ -74,7 +74,7 @@ std::size_t PeakOfLargeBlocks(const std::function<void()>& work) {
   return largeBlocks.PeakOf(work);
 }
 
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 namespace {
 
 void* Allocate(std::size_t size) {
