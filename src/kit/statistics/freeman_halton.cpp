@@ -82,20 +82,23 @@ class TablesWithMargins {
     for (std::size_t j = 0; j < groups.size(); ++j) observed *= cells[j].Of(groups[j].lower);
     bound = observed * (1 + Weight{kProbabilitySlack});
     // Counts of all groups but the last two, which SumInner goes through.
-    const std::size_t outer = groups.size() - 2;
-    std::vector<std::int64_t> counts(outer, 0);
-    std::size_t next = outer;
+    std::vector<std::int64_t> counts(groups.size() - 2, 0);
     do {
       SumInner(counts);
-      for (next = outer; next > 0; --next) {
-        if (++counts[next - 1] <= groups[next - 1].size) break;
-        counts[next - 1] = 0;
-      }
-    } while (next > 0);
+    } while (Advance(counts));
     return CutToOne(static_cast<double>(improbable / all));
   }
 
  private:
+  /// To the next counts; false behind the last ones.
+  [[nodiscard]] bool Advance(std::vector<std::int64_t>& counts) const {
+    for (std::size_t at = counts.size(); at > 0; --at) {
+      if (++counts[at - 1] <= groups[at - 1].size) return true;
+      counts[at - 1] = 0;
+    }
+    return false;
+  }
+
   void SumInner(const std::vector<std::int64_t>& counts) {
     Weight outerWeight = 1;
     std::int64_t rest = lowerSum;
