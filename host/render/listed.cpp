@@ -48,6 +48,7 @@ std::vector<ResultOutlier> ListedOutliers(const ResultBoxPlot& box) {
   order.resize(kMostOutliers);
   std::ranges::sort(order);
   std::vector<ResultOutlier> listed;
+  listed.reserve(order.size());
   for (const std::size_t i : order) listed.push_back(box.outliers[i]);
   return listed;
 }

@@ -58,8 +58,9 @@ class CategoryCheck {
       if (IsIn(values, category)) continue;
       const std::string near = NearMiss(category, unlisted);
       if (!near.empty() || !unlisted.empty()) {
-        throw UsageError(option + " names " + Quoted(category) + ", which the field does not hold" +
-                         near + "; it holds " + Listed(values, " and "));
+        std::string told = option + " names " + Quoted(category);
+        told.append(", which the field does not hold").append(near);
+        throw UsageError(told + "; it holds " + Listed(values, " and "));
       }
       notes.push_back(measure.field + ": no record is " + Quoted(category));
     }

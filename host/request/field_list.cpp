@@ -106,7 +106,12 @@ std::string SeparatorHint(const std::vector<std::string>& columns) {
   for (const char separator : {';', '|', '\t', ',', ':'}) {
     if (header.find(separator) == std::string::npos) continue;
     const std::string shown = separator == '\t' ? "tab" : std::string(1, separator);
-    return told + "if \"" + shown + "\" divides fields, add --separator '" + shown + "'";
+    return std::string(told)
+        .append("if \"")
+        .append(shown)
+        .append("\" divides fields, add --separator '")
+        .append(shown)
+        .append("'");
   }
   if (header.find(' ') == std::string::npos) return {};
   return told +

@@ -49,6 +49,7 @@ class Misfits {
   }
   [[nodiscard]] std::string ToldAll(const std::vector<std::string>& fields) const {
     std::vector<std::string> told;
+    told.reserve(fields.size());
     for (const std::string& field : fields) told.push_back(Told(field));
     return JoinWords(told, " and ");
   }

@@ -91,8 +91,9 @@ void Drawing::Boxes(const std::vector<Corner>& boxes, double height, std::string
   markup += "<path" + Class(shapeClass) + " d=\"";
   for (const Corner& box : boxes) {
     const std::string across = Coordinate(box.width);
-    markup += "M" + Coordinate(box.x) + " " + Coordinate(box.y) + "h" + across + "v" + down + "h-" +
-              across + "z";
+    markup.append("M").append(Coordinate(box.x)).append(" ").append(Coordinate(box.y));
+    markup.append("h").append(across).append("v").append(down);
+    markup.append("h-").append(across).append("z");
   }
   markup += "\"/>\n";
 }

@@ -70,6 +70,7 @@ std::optional<ExactTails> ExactMarginalHomogeneity(std::span<const double> score
   }
   if (units == 0 || !(static_cast<double>(units) * moved <= kMostSteps)) return std::nullopt;
   std::vector<UnitRun> runs;
+  runs.reserve(changes.size());
   for (const auto& [size, count] : changes) {
     runs.push_back({static_cast<std::int64_t>(size), count});
   }
