@@ -4,6 +4,7 @@
 
 #include "host/cli/field_inference.h"
 #include "host/data/input_error.h"
+#include "host/data/join_words.h"
 #include "host/data/near_miss.h"
 #include "host/data/reshape.h"
 #include "host/request/word_list.h"

@@ -18,8 +18,8 @@
 #include "host/cli/commands.h"
 #include "host/cli/output.h"
 #include "host/data/input_error.h"
+#include "host/data/join_words.h"
 #include "host/data/near_miss.h"
-#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {

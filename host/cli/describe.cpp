@@ -10,11 +10,11 @@
 #include "host/cli/output.h"
 #include "host/cli/reading_options.h"
 #include "host/cli/report_request.h"
+#include "host/data/join_words.h"
 #include "host/data/model.h"
 #include "host/data/number.h"
 #include "host/render/text_layout.h"
 #include "host/request/field_list.h"
-#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "host/data/input_error.h"
+#include "host/data/join_words.h"
 #include "host/data/number.h"
 #include "host/request/automatic_choice.h"
 #include "host/request/measure_choice.h"
 #include "host/request/test_fit.h"
-#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "host/cli/terminal.h"
+#include "host/data/join_words.h"
 #include "host/render/text_layout.h"
 #include "host/render/wording.h"
-#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {

@@ -10,6 +10,7 @@
 #include "host/cli/output.h"
 #include "host/cli/terminal.h"
 #include "host/data/input_error.h"
+#include "host/data/join_words.h"
 #include "host/render/html/test_plots.h"
 #include "host/request/word_list.h"
 

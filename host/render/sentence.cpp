@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "catalogue/catalogue.h"
+#include "host/data/join_words.h"
 #include "host/data/number.h"
 #include "host/render/effect_size.h"
 #include "host/render/extended_figures.h"
@@ -104,22 +105,13 @@ std::string ShortEffect(const EffectSize& effect, double value) {
   return digits;
 }
 
-std::string JoinAnd(const std::vector<std::string>& words) {
-  std::string text;
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    if (i > 0) text += i + 1 == words.size() ? " and " : ", ";
-    text += words[i];
-  }
-  return text;
-}
-
 std::string Subject(const ResultDocument& document, const ResultTest& test) {
   std::vector<std::string> titles = FieldTitles(document, test, 0);
   if (test.classification == "Related_Samples") {
     for (const std::string& title : FieldTitles(document, test, 1)) titles.push_back(title);
   }
   if (titles.size() > kMostGroups) return "the " + std::to_string(titles.size()) + " fields";
-  return titles.empty() ? "(unknown field)" : JoinAnd(titles);
+  return titles.empty() ? "(unknown field)" : JoinWords(titles, " and ");
 }
 
 class Writer {
@@ -199,7 +191,7 @@ class Writer {
     const bool areGroups = test.classification == "Independent_Samples";
     if (areGroups && sizes.size() == test.groups.size() && sizes.size() > 1 &&
         sizes.size() <= kMostGroups) {
-      AddSymbol("n", " = " + JoinAnd(sizes));
+      AddSymbol("n", " = " + JoinWords(sizes, " and "));
     } else if (headline.count) {
       AddSymbol("N", " = " + FigureText(NumberText(*headline.count)));
     }
@@ -209,7 +201,7 @@ class Writer {
   void WriteMedians() {
     const std::vector<std::string> medians = SampleMedians(test);
     if (medians.size() < 2 || medians.size() > kMostGroups) return;
-    AddSymbol("Mdn", " = " + JoinAnd(AlikeFigures(medians)));
+    AddSymbol("Mdn", " = " + JoinWords(AlikeFigures(medians), " and "));
   }
 
   void WriteEffect() {

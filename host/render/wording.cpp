@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "catalogue/catalogue.h"
+#include "host/data/join_words.h"
 #include "host/data/number.h"
 
 namespace npar_host {
@@ -93,15 +94,6 @@ std::string LookUp(const Words (&table)[size], std::string_view key) {
   return std::string(key);
 }
 
-std::string JoinAnd(const std::vector<std::string>& words) {
-  std::string text;
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    if (i > 0) text += i + 1 == words.size() ? " and " : ", ";
-    text += words[i];
-  }
-  return text;
-}
-
 std::string Parameter(const ResultTest& test, std::size_t position) {
   return position < test.conditionParameters.size() ? test.conditionParameters[position] : "";
 }
@@ -155,7 +147,7 @@ std::string Filling(const ResultDocument& document, const ResultTest& test,
   if (placeholder.starts_with("categories")) return CategoriesParameter(document, test, position);
   if (placeholder.starts_with("order")) return OrderParameter(document, test, position);
   const std::vector<std::string> titles = FieldTitles(document, test, position);
-  return titles.empty() ? "(unknown field)" : JoinAnd(titles);
+  return titles.empty() ? "(unknown field)" : JoinWords(titles, " and ");
 }
 
 }  // namespace

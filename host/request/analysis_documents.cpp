@@ -6,6 +6,7 @@
 
 #include "catalogue/run.h"
 #include "host/data/input_error.h"
+#include "host/data/join_words.h"
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
 #include "host/request/field_list.h"

@@ -3,7 +3,7 @@
 #include <map>
 #include <set>
 
-#include "host/request/word_list.h"
+#include "host/data/join_words.h"
 
 namespace npar_host {
 namespace {

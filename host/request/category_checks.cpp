@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/data/input_error.h"
+#include "host/data/join_words.h"
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
 #include "host/request/word_list.h"

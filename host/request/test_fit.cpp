@@ -4,7 +4,7 @@
 #include <array>
 #include <set>
 
-#include "host/request/word_list.h"
+#include "host/data/join_words.h"
 
 namespace npar_host {
 namespace {

@@ -9,6 +9,7 @@
 
 #include "catalogue/catalogue.h"
 #include "host/data/input_error.h"
+#include "host/data/join_words.h"
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
 #include "host/request/word_list.h"

@@ -24,9 +24,4 @@ bool CutAt(std::string_view text, char separator, std::string& head, std::string
 /// Takes the escaping backslashes away.
 [[nodiscard]] std::string Unescape(std::string_view text);
 
-/// The words as a person lists them: "a, b or c".
-[[nodiscard]] std::string JoinWords(const std::vector<std::string>& words,
-                                    std::string_view lastJoint = " or ",
-                                    std::string_view joint = ", ");
-
 }  // namespace npar_host

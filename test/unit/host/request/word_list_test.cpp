@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "host/data/join_words.h"
+
 namespace npar_host {
 namespace {
 
