@@ -101,13 +101,12 @@ bool MultipleComparison::AddIfHomogeneous(const SampleRange& range, const RangeF
   return true;
 }
 
-void MultipleComparison::EndStepwisePass(NPARTest& test, const ComputeRangeAt& compute) {
+void MultipleComparison::JudgeWorkList(const ComputeRange& compute) {
   std::vector<SampleRange> left;
-  for (std::size_t place = 0; place < workList.size(); ++place) {
-    SampleRange range = workList[place];
+  for (SampleRange range : workList) {
     if (IsCovered(range)) continue;
     Interruption::Check();
-    const std::optional<RangeFigures> figures = compute(place);
+    const std::optional<RangeFigures> figures = compute(range);
     if (figures && AddIfHomogeneous(range, *figures)) continue;
     --range.last;
     if (range.Size() > 1) {
@@ -117,19 +116,19 @@ void MultipleComparison::EndStepwisePass(NPARTest& test, const ComputeRangeAt& c
     }
   }
   workList = std::move(left);
-  if (workList.empty()) FinishStepwise(test);
 }
 
 void MultipleComparison::RunStepwise(NPARTest& test, std::vector<ComparedSample> orderedSamples,
                                      const ComputeRange& compute) {
   StartStepwise(std::move(orderedSamples), test.GetSigLevel());
-  while (!done) {
-    EndStepwisePass(test, [&](std::size_t place) { return compute(workList[place]); });
+  while (!workList.empty()) {
+    JudgeWorkList(compute);
     // The first range of a list is its widest, and there are about as many as it is wide.
     const double left = workList.empty() ? 0.0 : static_cast<double>(workList.front().Size());
     const double share = left / static_cast<double>(samples.size());
     StageProgress::Tell(1.0 - share * share);
   }
+  FinishStepwise(test);
 }
 
 void MultipleComparison::FinishStepwise(NPARTest& test) {

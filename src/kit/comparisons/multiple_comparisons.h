@@ -96,9 +96,8 @@ struct StepwisePolicy {
 ///
 /// Pairwise, every pair is compared at once. Stepwise, the samples stand in an order, and ranges of
 /// neighbours are tested: (0, k-2), (1, k-1), (2, k-1), ..., (k-2, k-1) at first. A range whose
-/// samples differ loses its last one and is tested again after the next pass; one whose samples do
-/// not is a homogeneous subset. All ranges share a pass; what a test collects for a range starts
-/// anew in each pass, since every range that stays has shrunk.
+/// samples differ loses its last one and is tested again once all others were; one whose samples do
+/// not is a homogeneous subset.
 ///
 /// The significance of a range of m samples is adjusted as 1 - (1 - sig)^(k/m), or left as it is
 /// for m >= k - 1: T. A. Ryan, Psychological Bulletin 57 (1960); I. Einot and K. R. Gabriel, JASA
@@ -143,24 +142,16 @@ class MultipleComparison {
     done = true;
   }
 
-  /// Computes the range at a place of the work list; nothing: its significance is for certain below
-  /// the deciding level, and what it is nobody asks.
-  using ComputeRangeAt = std::function<std::optional<RangeFigures>(std::size_t)>;
   /// The significance below which a range is told apart: its adjusted one is below the level then.
+  /// While the step-down runs.
   [[nodiscard]] double DecidingLevel(const SampleRange& range) const;
 
-  /// Starts the step-down of at least 3 samples in their order.
-  void StartStepwise(std::vector<ComparedSample> orderedSamples, double sigLevel);
-  /// The ranges that the pass to come tests.
-  [[nodiscard]] const std::vector<SampleRange>& GetWorkList() const noexcept { return workList; }
-  /// Judges the work list after a pass; `compute` gives the figures of the range at a place of it.
-  /// A range that a subset covers could only lead to others so covered and is dropped uncomputed.
-  /// With no range left the step-down is done, and the test is warned (220013) of each sample that
-  /// stands alone.
-  void EndStepwisePass(NPARTest& test, const ComputeRangeAt& compute);
-  /// The whole step-down of at least 3 samples in their order, for a test that can compute any
-  /// range without a further pass; `compute` gives the figures of a range.
+  /// Computes a range; nothing: its significance is for certain below the deciding level, and what
+  /// it is nobody asks.
   using ComputeRange = std::function<std::optional<RangeFigures>(const SampleRange&)>;
+  /// The whole step-down of at least 3 samples in their order, at the test's level. A range that a
+  /// subset covers could only lead to others so covered and is dropped uncomputed. In the end the
+  /// test is warned (220013) of each sample that stands alone.
   void RunStepwise(NPARTest& test, std::vector<ComparedSample> orderedSamples,
                    const ComputeRange& compute);
 
@@ -185,6 +176,9 @@ class MultipleComparison {
     return rangeSize + 1 < samples.size();
   }
   [[nodiscard]] double AdjustedSig(double sig, std::size_t rangeSize) const;
+  void StartStepwise(std::vector<ComparedSample> orderedSamples, double level);
+  /// Judges each range of the work list; those told apart shrink and stay in it.
+  void JudgeWorkList(const ComputeRange& compute);
   void FinishStepwise(NPARTest& test);
   void AddUncoveredSingles();
   void CleanSubsets();
