@@ -76,31 +76,32 @@ volatile double sink;  // what is written here is computed
 
 }  // namespace
 
-Floor MeasureFloor(const npar_host::RowStore& rows) {
+Floor MeasureFloor(const std::vector<std::vector<double>>& columns) {
+  const std::vector<double>& values = columns.front();
   Floor floor;
   std::clock_t start = std::clock();
   double sum = 0.0;
-  for (std::size_t row = 0; row < rows.Size(); ++row) {
-    for (std::size_t column = 0; column < rows.Width(); ++column) sum += rows.Row(row)[column];
+  for (const std::vector<double>& column : columns) {
+    for (const double value : column) sum += value;
   }
   sink = sum;
   floor.scan = Since(start);
 
-  Pairs pairs = MakePairs(rows.Size());
-  Pairs spare = MakePairs(rows.Size());
-  for (std::size_t row = 0; row < rows.Size(); ++row) {
-    pairs[row] = {KeyOf(rows.Row(row)[0]), static_cast<std::uint32_t>(row)};
+  Pairs pairs = MakePairs(values.size());
+  Pairs spare = MakePairs(values.size());
+  for (std::size_t record = 0; record < values.size(); ++record) {
+    pairs[record] = {KeyOf(values[record]), static_cast<std::uint32_t>(record)};
   }
   start = std::clock();
-  SortByDigits(pairs, spare, rows.Size());
+  SortByDigits(pairs, spare, values.size());
   floor.sort = Since(start);
 
   constexpr std::size_t kAhead = 32;
   start = std::clock();
   sum = 0.0;
-  for (std::size_t i = 0; i < rows.Size(); ++i) {
-    if (i + kAhead < rows.Size()) __builtin_prefetch(rows.Row(pairs[i + kAhead].number));
-    sum += rows.Row(pairs[i].number)[0];
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (i + kAhead < values.size()) __builtin_prefetch(&values[pairs[i + kAhead].number]);
+    sum += values[pairs[i].number];
   }
   sink = sum;
   floor.walk = Since(start);

@@ -1,8 +1,7 @@
 #pragma once
 
 #include <string>
-
-#include "host/data/dataset.h"
+#include <vector>
 
 /// What the machine needs for the work that no rank test can go without, in seconds of processor
 /// time: one look at every value, one stable radix sort of pairs of a key and a 32-bit number, one
@@ -13,9 +12,9 @@ struct Floor {
   double walk = 0.0;
 };
 
-/// On these records, sorted by their first field. Nothing of the component takes part: plain loops
-/// show what it could reach.
-[[nodiscard]] Floor MeasureFloor(const npar_host::RowStore& rows);
+/// On the records of these fields, sorted by the first. Nothing of the component takes part: plain
+/// loops show what it could reach.
+[[nodiscard]] Floor MeasureFloor(const std::vector<std::vector<double>>& columns);
 
 /// The seconds that it takes to map a file of numbers into memory and to read every cell below its
 /// header with std::from_chars; nothing is checked or kept.

@@ -66,21 +66,33 @@ std::string ModelText(const DataShape& shape) {
 
 }  // namespace
 
+npar_host::RecordView GeneratedData::View() const {
+  std::vector<npar_host::FieldView> fields(columns.size());
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    fields[i].numbers.Append(columns[i].data(), columns[i].size(), nullptr);
+  }
+  return {std::move(fields), Records()};
+}
+
 GeneratedData Generate(const DataShape& shape) {
   Random random(20);
   const std::size_t width =
       shape.fields + (shape.groups > 0 ? 1U : 0U) + (shape.hasWeight ? 1U : 0U);
-  GeneratedData data{npar_host::RowStore(width), ModelText(shape)};
+  GeneratedData data{std::vector<std::vector<double>>(width), ModelText(shape)};
+  for (std::vector<double>& column : data.columns) column.reserve(shape.records);
   for (std::size_t record = 0; record < shape.records; ++record) {
-    double* row = data.rows.Append();
+    std::vector<double>* column = data.columns.data();
     const std::uint64_t group = shape.groups > 0 ? random.Below(shape.groups) : 0;
     for (std::size_t i = 0; i < shape.fields; ++i) {
       double x = random.NearNormal() + kGroupShift * static_cast<double>(group + i);
       if (shape.isCoarse) x = std::floor(x * kStepsPerDeviation);
-      *row++ = shape.hasMissing && random.Below(kMissingOneIn) == 0 ? npar_host::kMissingNumber : x;
+      const bool isMissing = shape.hasMissing && random.Below(kMissingOneIn) == 0;
+      column++->push_back(isMissing ? npar_host::kMissingNumber : x);
     }
-    if (shape.groups > 0) *row++ = static_cast<double>(group);
-    if (shape.hasWeight) *row++ = static_cast<double>(1 + random.Below(kLargestWeight));
+    if (shape.groups > 0) column++->push_back(static_cast<double>(group));
+    if (shape.hasWeight) {
+      column++->push_back(static_cast<double>(1 + random.Below(kLargestWeight)));
+    }
   }
   return data;
 }

@@ -3,8 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
-#include "host/data/dataset.h"
+#include "host/requirements/record_view.h"
 
 /// What generated records are like: continuous fields "x0", "x1", ..., about normal, then "group"
 /// and "weight" where they are asked for.
@@ -17,10 +18,14 @@ struct DataShape {
   bool hasWeight = false;   ///< frequency weights from 1 to 5
 };
 
-/// Records in the memory of a host, with the data model that it hands over beside them.
+/// Fields in the memory of a host, with the data model that it hands over beside them.
 struct GeneratedData {
-  npar_host::RowStore rows{0};
+  std::vector<std::vector<double>> columns;
   std::string modelText;
+
+  [[nodiscard]] std::size_t Records() const { return columns.front().size(); }
+  /// As a host hands them over; not longer than this lives.
+  [[nodiscard]] npar_host::RecordView View() const;
 };
 
 /// The same records for the same shape, on every machine.

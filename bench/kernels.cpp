@@ -31,13 +31,7 @@ namespace {
 constexpr std::size_t kCount = 1000000;
 constexpr std::size_t kSortCount = 10000000;
 
-std::vector<double> Column(const npar_host::RowStore& rows, std::size_t column) {
-  std::vector<double> values(rows.Size());
-  for (std::size_t i = 0; i < values.size(); ++i) values[i] = rows.Row(i)[column];
-  return values;
-}
-
-std::vector<double> Values() { return Column(Generate({.records = kCount}).rows, 0); }
+std::vector<double> Values() { return Generate({.records = kCount}).columns[0]; }
 
 std::vector<double> Sorted(std::vector<double> values) {
   std::sort(values.begin(), values.end());
@@ -47,21 +41,25 @@ std::vector<double> Sorted(std::vector<double> values) {
 /// The host's records as a source of the component.
 class Source final : public MultiPassRecordIter {
  public:
-  explicit Source(const npar_host::RowStore& rows)
-      : rows(rows), record(Record::View(nullptr, static_cast<int>(rows.Width()))) {}
-  bool HasNext() override { return next < rows.Size(); }
+  explicit Source(const GeneratedData& data)
+      : data(data),
+        values(data.columns.size()),
+        record(Record::View(values.data(), static_cast<int>(values.size()))) {}
+  bool HasNext() override { return next < data.Records(); }
   const Record* Next() override {
-    record.LookAt(rows.Row(next++));
+    for (std::size_t i = 0; i < values.size(); ++i) values[i] = data.columns[i][next];
+    ++next;
     return &record;
   }
-  int GetState() const override { return next < rows.Size() ? 0 : 1; }
+  int GetState() const override { return next < data.Records() ? 0 : 1; }
   int Reset() override {
     next = 0;
     return GetState();
   }
 
  private:
-  const npar_host::RowStore& rows;
+  const GeneratedData& data;
+  std::vector<double> values;
   Record record;
   std::size_t next = 0;
 };
@@ -70,11 +68,10 @@ void CountItems(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kCount));
 }
 
-/// A kernel and the plain radix sort of the rows' first field in turn. The counter "sorts" is the
+/// A kernel and the plain radix sort of the first field in turn. The counter "sorts" is the
 /// kernel's processor time over that of the sort.
 template <class Kernel>
-void CompareWithSort(benchmark::State& state, const npar_host::RowStore& rows,
-                     const Kernel& kernel) {
+void CompareWithSort(benchmark::State& state, const GeneratedData& data, const Kernel& kernel) {
   std::clock_t spent = 0;
   double sorting = 0.0;
   for (auto _ : state) {
@@ -82,11 +79,11 @@ void CompareWithSort(benchmark::State& state, const npar_host::RowStore& rows,
     kernel();
     spent += std::clock() - start;
     state.PauseTiming();
-    sorting += MeasureFloor(rows).sort;
+    sorting += MeasureFloor(data.columns).sort;
     state.ResumeTiming();
   }
   state.counters["sorts"] = static_cast<double>(spent) / CLOCKS_PER_SEC / sorting;
-  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(rows.Size()));
+  state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(data.Records()));
 }
 
 GeneratedData DataToSort(const benchmark::State& state) {
@@ -99,8 +96,8 @@ void OnDataToSort(benchmark::internal::Benchmark* kernel) {
 
 void RadixSort(benchmark::State& state) {
   const GeneratedData data = DataToSort(state);
-  const std::vector<double> values = Column(data.rows, 0);
-  CompareWithSort(state, data.rows, [&values] {
+  const std::vector<double>& values = data.columns[0];
+  CompareWithSort(state, data, [&values] {
     const RecordOrder order =
         AscendingOrder(values.size(), [&values](std::size_t place) { return values[place]; });
     benchmark::DoNotOptimize(order.begin());
@@ -111,9 +108,9 @@ BENCHMARK(RadixSort)->Apply(OnDataToSort);
 /// Records of weight 1, as the tests of two and more groups rank them.
 void Ranking(benchmark::State& state) {
   const GeneratedData data = DataToSort(state);
-  const std::vector<double> values = Sorted(Column(data.rows, 0));
-  const std::vector<double> groups = Column(data.rows, 1);
-  CompareWithSort(state, data.rows, [&values, &groups] {
+  const std::vector<double> values = Sorted(data.columns[0]);
+  const std::vector<double>& groups = data.columns[1];
+  CompareWithSort(state, data, [&values, &groups] {
     NPARRank ranks;
     ranks.AddUnits(values.data(), groups.data(), values.size());
     ranks.CloseRun();
@@ -125,9 +122,9 @@ BENCHMARK(Ranking)->Apply(OnDataToSort);
 /// One at a time: records with weights, and the sizes of differences.
 void RankingOneByOne(benchmark::State& state) {
   const GeneratedData data = DataToSort(state);
-  const std::vector<double> values = Sorted(Column(data.rows, 0));
-  const std::vector<double> groups = Column(data.rows, 1);
-  CompareWithSort(state, data.rows, [&values, &groups] {
+  const std::vector<double> values = Sorted(data.columns[0]);
+  const std::vector<double>& groups = data.columns[1];
+  CompareWithSort(state, data, [&values, &groups] {
     NPARRank ranks;
     for (std::size_t i = 0; i < values.size(); ++i) {
       static_cast<void>(ranks.AddValue(values[i], 1.0, groups[i]));
@@ -142,8 +139,8 @@ BENCHMARK(RankingOneByOne)->Apply(OnDataToSort);
 void RankingWithinRecords(benchmark::State& state) {
   constexpr std::size_t kFields = 5;
   const GeneratedData data = DataToSort(state);
-  const std::vector<double> values = Column(data.rows, 0);
-  CompareWithSort(state, data.rows, [&values] {
+  const std::vector<double>& values = data.columns[0];
+  CompareWithSort(state, data, [&values] {
     const std::size_t records = values.size() / kFields;
     std::vector<const double*> columns;
     for (std::size_t i = 0; i < kFields; ++i) columns.push_back(values.data() + i * records);
@@ -162,7 +159,7 @@ BENCHMARK(RankingWithinRecords)->Apply(OnDataToSort);
 void SortedWalk(benchmark::State& state) {
   const GeneratedData data = Generate({.records = kCount, .groups = 2});
   QDVarList variables;
-  Source source(data.rows);
+  Source source(data);
   IteratorBatches batches(source);
   InitialDataReader reader(&batches, false, {}, &variables);
   if (!reader.Read().IsOK()) state.SkipWithError("the records cannot be read");
@@ -185,7 +182,7 @@ BENCHMARK(SortedWalk);
 void MissingScan(benchmark::State& state) {
   const GeneratedData data = Generate({.records = kCount, .fields = 2, .hasMissing = true});
   const std::vector<MissingMark> marks{{0, QDMV::gMissingValue}, {1, QDMV::gMissingValue}};
-  Source source(data.rows);
+  Source source(data);
   IteratorBatches batches(source);
   CompleteRecords complete;
   for (auto _ : state) {
@@ -235,8 +232,7 @@ void GroupDifferencesMedian(benchmark::State& state) {
   const GeneratedData data = Generate({.records = kCount, .groups = 2});
   WeightedValues samples[2];
   for (std::size_t i = 0; i < kCount; ++i) {
-    const double* row = data.rows.Row(i);
-    samples[row[1] == 0.0 ? 0 : 1].Add(row[0], 1);
+    samples[data.columns[1][i] == 0.0 ? 0 : 1].Add(data.columns[0][i], 1);
   }
   for (WeightedValues& sample : samples) sample.Sort();
   for (auto _ : state) benchmark::DoNotOptimize(GroupDifferences(samples[0], samples[1]).Median());

@@ -61,32 +61,30 @@ std::string Run(const npar_host::ComponentLibrary& library, const std::string& p
   npar_host::RunHost host(parameters, data.modelText);
   npar_host::Component component(library, host.Context());
   Require(component.Configure(), host);
-  host.OfferRecords(data.modelText, data.rows);
+  const npar_host::RecordView records = data.View();
+  host.OfferRecords(data.modelText, records);
   Require(component.BeginExecution(host.Progress()), host);
   return host.TakeStream();
 }
 
-void WriteColumns(const npar_host::RowStore& rows, const std::string& folder) {
-  for (std::size_t column = 0; column < rows.Width(); ++column) {
-    std::ofstream file(folder + "/column" + std::to_string(column), std::ios::binary);
-    for (std::size_t row = 0; row < rows.Size(); ++row) {
-      file.write(reinterpret_cast<const char*>(rows.Row(row) + column), sizeof(double));
-    }
+void WriteColumns(const GeneratedData& data, const std::string& folder) {
+  for (std::size_t i = 0; i < data.columns.size(); ++i) {
+    std::ofstream file(folder + "/column" + std::to_string(i), std::ios::binary);
+    file.write(reinterpret_cast<const char*>(data.columns[i].data()),
+               static_cast<std::streamsize>(data.Records() * sizeof(double)));
     if (!file.flush()) throw std::runtime_error("cannot write into " + folder);
   }
 }
 
-void WriteCsv(const npar_host::RowStore& rows, int digits, const std::string& path) {
+void WriteCsv(const GeneratedData& data, int digits, const std::string& path) {
   std::ofstream file(path, std::ios::binary);
-  for (std::size_t column = 0; column < rows.Width(); ++column) {
-    file << (column == 0 ? "c" : ",c") << column;
-  }
-  for (std::size_t row = 0; row < rows.Size(); ++row) {
-    for (std::size_t column = 0; column < rows.Width(); ++column) {
+  for (std::size_t i = 0; i < data.columns.size(); ++i) file << (i == 0 ? "c" : ",c") << i;
+  for (std::size_t record = 0; record < data.Records(); ++record) {
+    for (std::size_t i = 0; i < data.columns.size(); ++i) {
       char text[32];
-      const auto written = std::to_chars(text, std::end(text), rows.Row(row)[column],
+      const auto written = std::to_chars(text, std::end(text), data.columns[i][record],
                                          std::chars_format::general, digits);
-      file.put(column == 0 ? '\n' : ',').write(text, written.ptr - text);
+      file.put(i == 0 ? '\n' : ',').write(text, written.ptr - text);
     }
   }
   if (!(file << '\n').flush()) throw std::runtime_error("cannot write " + path);
@@ -118,16 +116,16 @@ void Serve(const npar_host::ComponentLibrary& library, const std::string& parame
       document = Run(library, parameters, data);
       watch.Answer();
     } else if (order == "floor") {
-      const Floor floor = MeasureFloor(data.rows);
+      const Floor floor = MeasureFloor(data.columns);
       std::cout << floor.scan << ' ' << floor.sort << ' ' << floor.walk << std::endl;
     } else if (order == "document") {
       std::cout << document.size() << '\n' << document << std::flush;
     } else if (order == "columns") {
-      WriteColumns(data.rows, path);
-      std::cout << data.rows.Width() << std::endl;
+      WriteColumns(data, path);
+      std::cout << data.columns.size() << std::endl;
     } else if (order == "csv") {
-      WriteCsv(data.rows, digits, path);
-      std::cout << data.rows.Width() << std::endl;
+      WriteCsv(data, digits, path);
+      std::cout << data.columns.size() << std::endl;
     } else if (order == "read") {
       const Stopwatch watch;
       npar_host::CsvReader reader(path);
@@ -136,7 +134,7 @@ void Serve(const npar_host::ComponentLibrary& library, const std::string& parame
     } else if (order == "scan") {
       std::cout << MeasureCsvScan(path) << std::endl;
     } else if (order == "memory") {
-      std::cout << LargestMemory() << ' ' << data.rows.Size() * data.rows.Width() * sizeof(double)
+      std::cout << LargestMemory() << ' ' << data.Records() * data.columns.size() * sizeof(double)
                 << std::endl;
     } else {
       throw std::runtime_error("no such order: " + line);

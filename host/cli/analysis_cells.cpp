@@ -49,7 +49,7 @@ std::vector<std::string> Widen(const AnalyseOptions& options, Execution& executi
   WideData wide = MakeWide(*analysis.cells, columns,
                            [&](std::size_t record) { return reader.LocationOfRecord(record); });
   std::vector<std::string>& notes = analysis.notes;
-  notes.push_back("long data: " + std::to_string(wide.data.rows.Size()) + " of " +
+  notes.push_back("long data: " + std::to_string(wide.data.records) + " of " +
                   names[columns.subject] + ", with the fields " + JoinWords(wide.times, " and "));
   if (!wide.absent.empty()) {
     const std::size_t told = std::min(kMostTold, wide.absent.size());

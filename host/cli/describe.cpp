@@ -140,7 +140,7 @@ void Describe(const DescribeOptions& options) {
   const Dataset data = ReadCells(reader, {});
   const std::vector<FieldDescription> fields = DescribeFields(data, reader);
   const std::vector<std::string> commands = SuggestCommands(fields, options.path);
-  const std::size_t records = data.rows.Size();
+  const std::size_t records = data.records;
   const bool ascii = StyleFor("-", {.ascii = options.ascii}).ascii;
   Publish("-", options.asJson ? AsJson(fields, records, commands)
                               : AsText(fields, reader, records, commands, ascii));

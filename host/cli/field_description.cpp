@@ -16,16 +16,14 @@ constexpr std::size_t kMostOfTwoClasses = 2;
 constexpr std::size_t kMostGroups = 12;  // that a test would be suggested for
 
 /// Counts cells by their code in a pool; texts are codes already.
-std::vector<std::size_t> CountByCode(const Dataset& data, std::size_t column, NumberPool& pool) {
-  const bool isText = data.columns[column].isText;
-  std::vector<std::size_t> counts(isText ? data.columns[column].texts.Size() : 0);
-  for (std::size_t record = 0; record < data.rows.Size(); ++record) {
-    const double cell = data.rows.Row(record)[column];
-    if (cell == (isText ? kMissingCode : kMissingNumber)) continue;
-    const std::size_t code = isText ? static_cast<std::size_t>(cell) : pool.Add(cell);
+std::vector<std::size_t> CountByCode(const Column& column, NumberPool& pool) {
+  std::vector<std::size_t> counts(column.isText ? column.texts.Size() : 0);
+  column.ForEachCell([&](double cell) {
+    if (column.IsMissing(cell)) return;
+    const std::size_t code = column.isText ? static_cast<std::size_t>(cell) : pool.Add(cell);
     if (code >= counts.size()) counts.resize(code + 1);
     ++counts[code];
-  }
+  });
   return counts;
 }
 
@@ -80,7 +78,7 @@ FieldDescription DescribeField(const Dataset& data, std::size_t index, const Csv
   field.name = column.name;
   field.findings = FindInColumn(data, index, reader);
   NumberPool pool;
-  const std::vector<std::size_t> counts = CountByCode(data, index, pool);
+  const std::vector<std::size_t> counts = CountByCode(column, pool);
   field.different = counts.size();
   const bool isNominal = column.isText || field.different <= kMostOfTwoClasses;
   field.kind = isNominal ? "nominal" : "continuous";

@@ -31,11 +31,11 @@ std::vector<std::string> DifferentValues(const Dataset& data, std::size_t index)
     return values;
   }
   NumberPool pool;
-  for (std::size_t record = 0; record < data.rows.Size(); ++record) {
-    const double value = data.rows.Row(record)[index];
+  const bool areMany = column.numbers.Any([&](double value) {
     if (value != kMissingNumber) pool.Add(value);
-    if (pool.Size() > kMostDifferent) return {};
-  }
+    return pool.Size() > kMostDifferent;
+  });
+  if (areMany) return {};
   std::vector<double> numbers;
   for (std::size_t code = 0; code < pool.Size(); ++code) numbers.push_back(pool[code]);
   std::ranges::sort(numbers);

@@ -16,22 +16,20 @@ constexpr double kLargestOfScale = 10.0;
 constexpr std::size_t kMostCompared = 1000;  // texts
 
 /// Stops at the first value too many, as a rule after a few records.
-std::vector<double> FewValues(const Dataset& data, std::size_t column) {
+std::vector<double> FewValues(const Column& column) {
   std::vector<double> values;
-  for (std::size_t record = 0; record < data.rows.Size(); ++record) {
-    const double value = data.rows.Row(record)[column];
-    if (value == kMissingNumber) continue;
+  const bool areMany = column.numbers.Any([&](double value) {
+    if (value == kMissingNumber) return false;
     const auto place = std::ranges::lower_bound(values, value);
-    if (place != values.end() && *place == value) continue;
-    if (values.size() == kFewValues) return {};
+    if (place != values.end() && *place == value) return false;
     values.insert(place, value);
-  }
-  return values;
+    return values.size() > kFewValues;
+  });
+  return areMany ? std::vector<double>() : values;
 }
 
-void CountStrays(const Dataset& data, std::size_t column, const NumberNotation& notation,
-                 ColumnFindings& findings) {
-  const TextPool& texts = data.columns[column].texts;
+void CountStrays(const Column& column, const NumberNotation& notation, ColumnFindings& findings) {
+  const TextPool& texts = column.texts;
   std::vector<bool> isNumber(texts.Size());
   std::vector<std::string_view> all(texts.Size());
   double number = 0.0;
@@ -43,11 +41,10 @@ void CountStrays(const Dataset& data, std::size_t column, const NumberNotation& 
   }
   findings.numberNotation = RecogniseNumbers(all);
   if (!hasNumbers && findings.numberNotation.empty()) return;
-  for (std::size_t record = 0; record < data.rows.Size(); ++record) {
-    const double code = data.rows.Row(record)[column];
-    if (code != kMissingCode)
-      ++(isNumber[static_cast<std::size_t>(code)] ? findings.numbers : findings.strays);
-  }
+  column.codes.ForEach([&](std::int32_t code) {
+    if (code == kMissingCode) return;
+    ++(isNumber[static_cast<std::size_t>(code)] ? findings.numbers : findings.strays);
+  });
   const auto first = std::ranges::find(isNumber, false) - isNumber.begin();
   findings.firstStrayText = texts[static_cast<std::size_t>(first)];
 }
@@ -78,7 +75,7 @@ ColumnFindings FindInColumn(const Dataset& data, std::size_t column, const CsvRe
   const MissingTokens& tokens = reader.Tokens();
   const Column& cells = data.columns[column];
   ColumnFindings findings;
-  findings.records = data.rows.Size();
+  findings.records = data.records;
   findings.infinite = cells.infinite;
   for (std::size_t token = 0; token < cells.missing.size(); ++token) {
     if (cells.missing[token] == 0) continue;
@@ -86,10 +83,10 @@ ColumnFindings FindInColumn(const Dataset& data, std::size_t column, const CsvRe
     findings.tokens.emplace_back(tokens.Text(token), cells.missing[token]);
   }
   if (!cells.isText) {
-    findings.fewValues = FewValues(data, column);
+    findings.fewValues = FewValues(cells);
   } else if (cells.firstText) {
     findings.firstStray = *cells.firstText;
-    CountStrays(data, column, reader.Notation(), findings);
+    CountStrays(cells, reader.Notation(), findings);
   }
   return findings;
 }

@@ -24,6 +24,8 @@ struct CsvOptions {
   std::size_t skippedLines = 0;  ///< at the beginning of the file
   char comment = 0;              ///< begins lines that are passed over; 0: none
   TextEncoding encoding = TextEncoding::Detect;
+  std::size_t threads = 1;                        ///< that read it, the caller's among them
+  std::size_t pieceBytes = std::size_t{1} << 20;  ///< that one of them reads at a time
 };
 
 /// Reads comma-separated values as RFC 4180 describes them: a header line, cells perhaps in double
@@ -54,43 +56,17 @@ class CsvReader {
   [[nodiscard]] std::string LocationOfRecord(std::size_t record) const;
 
   /// Reads all records, column i as readings[i] says. The file is gone through once; columns that
-  /// turned out to be texts after their first records make a second walk over those.
+  /// turned out to be texts after their first records make a second walk over those. Data and
+  /// errors are the same for any number of threads.
   [[nodiscard]] Dataset Read(const std::vector<CellReading>& readings);
 
  private:
-  struct State {
-    CellReading reading = CellReading::Detect;
-    bool isPlain = false;  // its cells may be numbers in plain notation
-    std::size_t indexInRow = 0;
-    std::size_t textFrom = 0;  // records before it stand as numbers, in a column of texts
-    Column* column = nullptr;
-    const std::string* name = nullptr;
-  };
-
   void ReadHeader();
   [[nodiscard]] const char* FindHeader();
   [[nodiscard]] const char* TakeSeparatorLine(const char* position);
-  void StartColumns(const std::vector<CellReading>& readings, Dataset& data);
-
-  [[nodiscard]] bool IsMissing(const State& state, std::string_view cell, std::size_t& token) const;
-  /// Blank lines at the end of a file of several columns are no records.
-  [[nodiscard]] bool IsBlankRest(const char* position) const;
-
-  const char* ReadRecord(const char* position, double* row, std::size_t record);
-  const char* ReadCell(State& state, const char* position, double* row, std::size_t record);
-  bool ReadValue(const State& state, std::string_view cell, double& value) const;
-  double CodeOf(State& state, std::string_view cell, const char* position);
-  const char* PassSeparator(const char* position, std::size_t column, const char* record);
-  void TurnToText(State& state, std::size_t record);
-  void TurnTokensToTexts(Dataset& data);
-  void ReadLateTexts(Dataset& data);
-
   [[noreturn]] void Fail(const char* position, const std::string& message) const {
     text.Fail(position, message);
   }
-  void CheckText(std::string_view cell, const char* position) const;
-  [[noreturn]] void FailCell(const State& state, std::string_view cell, const char* position) const;
-  [[noreturn]] void FailRagged(const char* record);
 
   DataText text;
   CsvOptions options;
@@ -101,7 +77,6 @@ class CsvReader {
   const char* firstRecord;
   char lineEnd = '\n';  // the first character of the header's line end
   std::vector<std::string> names;
-  std::vector<State> states;
 };
 
 }  // namespace npar_host

@@ -25,8 +25,21 @@ class CsvCells {
   char separator = ',';
   char comment = '\0';       // begins lines that are passed over; none
   bool skipsBlanks = false;  // in front of each cell
+  /// Nobody knows yet whether a cell begins where reading does. A fault is then a TrialFault, found
+  /// without looking through the whole text.
+  bool isTrial = false;
+  struct TrialFault {};
+
+  /// Throws an InputError that says where, but on trial.
+  [[noreturn]] void Fail(const char* position, const std::string& message) const {
+    if (isTrial) throw TrialFault();
+    text.Fail(position, message);
+  }
 
   [[nodiscard]] const char* End() const { return end; }
+  [[nodiscard]] std::size_t OffsetOf(const char* position) const {
+    return static_cast<std::size_t>(position - text.Text().data());
+  }
   [[nodiscard]] bool IsEnd(const char* position) const { return position == end; }
   [[nodiscard]] bool IsLineEnd(const char* position) const {
     return *position == '\n' || *position == '\r' || position == end;

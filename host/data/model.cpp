@@ -210,22 +210,18 @@ std::vector<const FieldSpec*> MatchSpecs(const Columns& columns, const NameOf& n
   return specOfColumn;
 }
 
-/// Numbers that are categories become indices into a pool for each of the fields.
-std::vector<NumberPool> PoolNumbers(ModelledData& loaded) {
-  Dataset& data = loaded.data;
-  std::vector<NumberPool> pools(data.columns.size());
-  std::vector<std::size_t> pooled;
-  for (std::size_t i = 0; i < data.columns.size(); ++i) {
-    if (loaded.model.fields[i].IsCategorical() && !data.columns[i].isText) pooled.push_back(i);
-  }
-  for (std::size_t record = 0; !pooled.empty() && record < data.rows.Size(); ++record) {
-    double* row = data.rows.Row(record);
-    for (const std::size_t i : pooled) {
-      const bool isMissing = row[i] == kMissingNumber || !std::isfinite(row[i]);
-      row[i] = isMissing ? kMissingCode : pools[i].Add(row[i]);
-    }
-  }
-  return pools;
+/// Numbers that are categories become indices into a pool.
+NumberPool PoolNumbers(Column& column) {
+  NumberPool pool;
+  std::vector<std::int32_t> codes;
+  codes.reserve(column.numbers.Size());
+  column.numbers.ForEach([&](double number) {
+    const bool isMissing = number == kMissingNumber || !std::isfinite(number);
+    codes.push_back(isMissing ? kMissingCode : static_cast<std::int32_t>(pool.Add(number)));
+  });
+  column.codes = std::move(codes);
+  column.numbers = {};
+  return pool;
 }
 
 }  // namespace
@@ -248,7 +244,6 @@ ModelledData FindModel(Dataset cells, const std::vector<FieldSpec>& specs) {
   for (std::size_t i = 0; i < data.columns.size(); ++i) {
     loaded.model.fields.push_back(BasicField(*specOfColumn[i], data.columns[i]));
   }
-  std::vector<NumberPool> pools = PoolNumbers(loaded);
   for (std::size_t i = 0; i < data.columns.size(); ++i) {
     Field& field = loaded.model.fields[i];
     const FieldSpec& spec = *specOfColumn[i];
@@ -257,7 +252,8 @@ ModelledData FindModel(Dataset cells, const std::vector<FieldSpec>& specs) {
     } else if (data.columns[i].isText) {
       ListTexts(field, spec, data.columns[i].texts);
     } else {
-      ListNumbers(field, spec, pools[i]);
+      NumberPool pool = PoolNumbers(data.columns[i]);
+      ListNumbers(field, spec, pool);
     }
   }
   return loaded;

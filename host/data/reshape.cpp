@@ -15,32 +15,38 @@
 namespace npar_host {
 namespace {
 
-constexpr std::size_t kNoRecord = std::numeric_limits<std::size_t>::max();
-
-bool IsMissingCell(const Column& column, double cell) {
-  return cell == (column.isText ? kMissingCode : kMissingNumber);
-}
-
 std::string CellText(const Column& column, double cell) {
   return column.isText ? std::string(column.texts[static_cast<std::size_t>(cell)])
                        : NumberText(cell);
 }
 
-/// The cell as another column of the same kind holds it.
-double CopyCell(const Column& from, double cell, Column& to) {
-  if (IsMissingCell(from, cell)) {
-    ++to.missing.front();
-    return cell;
-  }
-  bool isNew = false;
-  return from.isText ? to.texts.Add(from.texts[static_cast<std::size_t>(cell)], isNew) : cell;
-}
+constexpr std::size_t kNoRecord = std::numeric_limits<std::size_t>::max();
 
-Column EmptyColumn(std::string name, const Column& like) {
+/// A column of some records of another one, missing where there is no record.
+Column CopyCells(const Column& from, std::string name, const std::vector<std::size_t>& records) {
   Column column;
   column.name = std::move(name);
-  column.isText = like.isText;
-  column.missing.assign(std::max<std::size_t>(1, like.missing.size()), 0);
+  column.isText = from.isText;
+  column.missing.assign(std::max<std::size_t>(1, from.missing.size()), 0);
+  std::vector<double> numbers;
+  std::vector<std::int32_t> codes;
+  bool isNew = false;
+  for (const std::size_t record : records) {
+    const double missing = from.IsCoded() ? kMissingCode : kMissingNumber;
+    double cell = record == kNoRecord ? missing : from.Cell(record);
+    if (from.IsMissing(cell)) {
+      ++column.missing.front();
+    } else if (from.isText) {
+      cell = column.texts.Add(from.texts[static_cast<std::size_t>(cell)], isNew);
+    }
+    if (from.IsCoded()) {
+      codes.push_back(static_cast<std::int32_t>(cell));
+    } else {
+      numbers.push_back(cell);
+    }
+  }
+  column.numbers = std::move(numbers);
+  column.codes = std::move(codes);
   return column;
 }
 
@@ -69,21 +75,19 @@ struct Places {
   std::vector<std::size_t> ofRecord;  // kNoRecord: missing
 };
 
-Places PlacesOf(const Dataset& data, std::size_t index) {
-  const Column& column = data.columns[index];
+Places PlacesOf(const Column& column) {
   Places places;
   std::map<double, std::size_t> placeOfCell;
   std::vector<double> cells;
-  for (std::size_t record = 0; record < data.rows.Size(); ++record) {
-    const double cell = data.rows.Row(record)[index];
-    if (IsMissingCell(column, cell)) {
+  column.ForEachCell([&](double cell) {
+    if (column.IsMissing(cell)) {
       places.ofRecord.push_back(kNoRecord);
-      continue;
+      return;
     }
     const auto [found, isNew] = placeOfCell.emplace(cell, cells.size());
     if (isNew) cells.push_back(cell);
     places.ofRecord.push_back(found->second);
-  }
+  });
   std::vector<std::size_t> order(cells.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
   if (!column.isText) {
@@ -107,8 +111,8 @@ class Widening {
       : data(data),
         columns(columns),
         placeOf(placeOf),
-        subjects(PlacesOf(data, columns.subject)),
-        times(PlacesOf(data, columns.time)) {}
+        subjects(PlacesOf(data.columns[columns.subject])),
+        times(PlacesOf(data.columns[columns.time])) {}
 
   WideData Run() {
     PlaceRecords();
@@ -116,7 +120,6 @@ class Widening {
       if (i == columns.subject || IsConstant(i)) kept.push_back(i);
     }
     MakeColumns();
-    FillRows();
     return std::move(wide);
   }
 
@@ -128,7 +131,7 @@ class Widening {
   void PlaceRecords() {
     recordOf.assign(subjects.texts.size() * times.texts.size(), kNoRecord);
     firstOf.assign(subjects.texts.size(), kNoRecord);
-    for (std::size_t record = 0; record < data.rows.Size(); ++record) {
+    for (std::size_t record = 0; record < data.records; ++record) {
       const std::size_t subject = subjects.ofRecord[record];
       const std::size_t time = times.ofRecord[record];
       if (subject == kNoRecord || time == kNoRecord) {
@@ -154,44 +157,41 @@ class Widening {
   /// Does the column hold one value for each subject?
   bool IsConstant(std::size_t column) const {
     if (column == columns.time || column == columns.value) return false;
-    for (std::size_t record = 0; record < data.rows.Size(); ++record) {
+    std::vector<double> cells;
+    data.columns[column].ForEachCell([&](double cell) { cells.push_back(cell); });
+    for (std::size_t record = 0; record < data.records; ++record) {
       const std::size_t subject = subjects.ofRecord[record];
       if (subject == kNoRecord || firstOf[subject] == kNoRecord) continue;
-      if (data.rows.Row(record)[column] != data.rows.Row(firstOf[subject])[column]) return false;
+      if (cells[record] != cells[firstOf[subject]]) return false;
     }
     return true;
   }
 
   void MakeColumns() {
     std::vector<Column>& made = wide.data.columns;
-    for (const std::size_t i : kept)
-      made.push_back(EmptyColumn(data.columns[i].name, data.columns[i]));
-    for (const std::string& time : times.texts) {
-      const bool isTaken = std::ranges::find(made, time, &Column::name) != made.end();
-      const Column& value = data.columns[columns.value];
-      wide.times.push_back(isTaken ? value.name + "_" + time : time);
-      made.push_back(EmptyColumn(wide.times.back(), value));
-    }
-    wide.data.rows = RowStore(made.size());
-  }
-
-  void FillRows() {
-    const Column& value = data.columns[columns.value];
+    std::vector<std::size_t> present;  // subjects
+    std::vector<std::size_t> records;
     for (std::size_t subject = 0; subject < subjects.texts.size(); ++subject) {
       if (firstOf[subject] == kNoRecord) continue;
-      double* row = wide.data.rows.Append();
-      const double* first = data.rows.Row(firstOf[subject]);
-      std::size_t column = 0;
-      for (const std::size_t i : kept) {
-        row[column] = CopyCell(data.columns[i], first[i], wide.data.columns[column]);
-        ++column;
-      }
-      for (std::size_t time = 0; time < times.texts.size(); ++time, ++column) {
-        const std::size_t record = RecordAt(subject, time);
-        const double missing = value.isText ? kMissingCode : kMissingNumber;
-        const double cell = record == kNoRecord ? missing : data.rows.Row(record)[columns.value];
-        if (record == kNoRecord) wide.absent.push_back(Pair(subject, time));
-        row[column] = CopyCell(value, cell, wide.data.columns[column]);
+      present.push_back(subject);
+      records.push_back(firstOf[subject]);
+    }
+    wide.data.records = present.size();
+    for (const std::size_t i : kept) {
+      made.push_back(CopyCells(data.columns[i], data.columns[i].name, records));
+    }
+    const Column& value = data.columns[columns.value];
+    for (std::size_t time = 0; time < times.texts.size(); ++time) {
+      const std::string& text = times.texts[time];
+      const bool isTaken = std::ranges::find(made, text, &Column::name) != made.end();
+      wide.times.push_back(isTaken ? value.name + "_" + text : text);
+      std::ranges::transform(present, records.begin(),
+                             [&](std::size_t subject) { return RecordAt(subject, time); });
+      made.push_back(CopyCells(value, wide.times.back(), records));
+    }
+    for (const std::size_t subject : present) {
+      for (std::size_t time = 0; time < times.texts.size(); ++time) {
+        if (RecordAt(subject, time) == kNoRecord) wide.absent.push_back(Pair(subject, time));
       }
     }
   }
@@ -217,15 +217,15 @@ void AppendQuoted(std::string& text, std::string_view cell) {
 
 std::vector<std::string> ScoreCategories(Dataset& data, const Scoring& scoring) {
   const auto found = std::ranges::find(data.columns, scoring.field, &Column::name);
-  const auto index = static_cast<std::size_t>(found - data.columns.begin());
   Column& column = *found;
   std::map<double, double> scoreOfCell;
   std::vector<std::string> held;
-  for (std::size_t record = 0; record < data.rows.Size(); ++record) {
-    double& cell = data.rows.Row(record)[index];
-    if (IsMissingCell(column, cell)) {
-      cell = kMissingNumber;
-      continue;
+  std::vector<double> scores;
+  scores.reserve(data.records);
+  column.ForEachCell([&](double cell) {
+    if (column.IsMissing(cell)) {
+      scores.push_back(kMissingNumber);
+      return;
     }
     const auto [known, isNew] = scoreOfCell.emplace(cell, 0.0);
     if (isNew) {
@@ -234,8 +234,10 @@ std::vector<std::string> ScoreCategories(Dataset& data, const Scoring& scoring) 
       if (!score) FailScore(scoring, held.back());
       known->second = *score;
     }
-    cell = known->second;
-  }
+    scores.push_back(known->second);
+  });
+  column.numbers = std::move(scores);
+  column.codes = {};
   column.isText = false;
   column.texts = TextPool();
   column.firstText.reset();
@@ -262,16 +264,16 @@ std::string WriteCsv(const Dataset& data) {
   }
   text += '\n';
   std::array<char, 32> buffer;
-  for (std::size_t record = 0; record < data.rows.Size(); ++record) {
-    const double* const row = data.rows.Row(record);
+  for (std::size_t record = 0; record < data.records; ++record) {
     for (std::size_t i = 0; i < data.columns.size(); ++i) {
       if (i > 0) text += ',';
       const Column& column = data.columns[i];
-      if (IsMissingCell(column, row[i])) continue;
+      const double cell = column.Cell(record);
+      if (column.IsMissing(cell)) continue;
       if (column.isText) {
-        AppendQuoted(text, column.texts[static_cast<std::size_t>(row[i])]);
+        AppendQuoted(text, column.texts[static_cast<std::size_t>(cell)]);
       } else {
-        const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), row[i]);
+        const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), cell);
         text.append(buffer.data(), written.ptr);
       }
     }

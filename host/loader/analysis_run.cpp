@@ -15,7 +15,7 @@ void AnalysisRun::Prepare() {
   if (preparation == 0) preparation = component.GetExecutionRequirements(requirements);
   if (preparation != 0) return;
   prepared = npar_host::Prepare(ParseRequirements(requirements), std::move(data));
-  host.OfferRecords(prepared.modelText, prepared.rows);
+  host.OfferRecords(prepared.modelText, prepared.records);
 }
 
 RunResult AnalysisRun::Execute() {

@@ -29,7 +29,7 @@ class AnalysisRun {
   AnalysisRun(const ComponentLibrary& library, std::string parameters, ModelledData data);
 
   void ListenToProgress(ProgressListener listener) { host.ListenToProgress(std::move(listener)); }
-  /// Configures the component and prepares the records in place, once. Throws InputError for
+  /// Configures the component and prepares the records, once. Throws InputError for
   /// requirements that the data can't meet and ComponentError for a component that breaks the
   /// interface's rules. What the component refuses is in the result of Execute.
   void Prepare();

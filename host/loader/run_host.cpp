@@ -57,22 +57,29 @@ RunHost::Iterator::Iterator() : HBIterator{&kTable} {}
 const HBIteratorTable RunHost::Iterator::kTable = {
     sizeof(HBIteratorTable),
     [](HBIterator* self, int32_t*) -> uint32_t {
-      static_cast<Iterator*>(self)->nextRecord = 0;
+      auto& iterator = *static_cast<Iterator*>(self);
+      iterator.nextRecord = 0;
+      iterator.standing.clear();
       return HB_OK;
     },
-    [](HBIterator* self, int32_t*) -> uint32_t {
+    [](HBIterator* self, int32_t* err) -> uint32_t {
       auto& iterator = *static_cast<Iterator*>(self);
-      if (iterator.nextRecord == iterator.records->Size()) return HB_END_OF_RECORDS;
-      ++iterator.nextRecord;
+      try {
+        std::vector<double> record(iterator.records->Width());
+        if (iterator.records->Read(iterator.nextRecord, 1, record.data()) == 0) {
+          return HB_END_OF_RECORDS;
+        }
+        iterator.standing = std::move(record);
+      } catch (const std::bad_alloc&) {
+        return Fail(err, kOutOfMemory);
+      }
       return HB_OK;
     },
     [](HBIterator* self, size_t fieldIndex, const void** value, size_t* valueSize,
        int32_t* err) -> uint32_t {
       const auto& iterator = *static_cast<Iterator*>(self);
-      if (iterator.nextRecord == 0 || fieldIndex >= iterator.records->Width()) {
-        return Fail(err, kNoRecordStands);
-      }
-      *value = iterator.records->Row(iterator.nextRecord - 1) + fieldIndex;
+      if (fieldIndex >= iterator.standing.size()) return Fail(err, kNoRecordStands);
+      *value = iterator.standing.data() + fieldIndex;
       *valueSize = sizeof(double);
       return HB_OK;
     },
@@ -82,8 +89,7 @@ const HBIteratorTable RunHost::Iterator::kTable = {
       if (fieldCount != iterator.records->Width() || fieldCount == 0) {
         return Fail(err, kOtherFieldCount);
       }
-      *recordCount = iterator.records->Copy(iterator.nextRecord, capacity / fieldCount, buffer);
-      iterator.nextRecord += *recordCount;
+      *recordCount = iterator.records->Read(iterator.nextRecord, capacity / fieldCount, buffer);
       return HB_OK;
     }};
 
@@ -174,10 +180,11 @@ RunHost::RunHost(std::string parameters, std::string dataModel)
       preparedModel(""),
       context(*this) {}
 
-void RunHost::OfferRecords(std::string preparedText, const RowStore& records) {
+void RunHost::OfferRecords(std::string preparedText, const RecordView& records) {
   preparedModel.text = std::move(preparedText);
   iterator.records = &records;
   iterator.nextRecord = 0;
+  iterator.standing.clear();
   executing = true;
 }
 

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/data/dataset.h"
+#include "host/requirements/record_view.h"
 
 namespace npar_host {
 
@@ -45,7 +45,7 @@ class RunHost {
 
   /// From here on the component is executing: it gets the data model of the prepared records and
   /// the records themselves, which stay the caller's.
-  void OfferRecords(std::string preparedModel, const RowStore& records);
+  void OfferRecords(std::string preparedModel, const RecordView& records);
   void ListenToProgress(ProgressListener listener) { progress.listener = std::move(listener); }
 
   /// What the component delivered, in order.
@@ -63,8 +63,10 @@ class RunHost {
   };
   struct Iterator : HBIterator {
     Iterator();
-    const RowStore* records = nullptr;
-    std::size_t nextRecord = 0;  // the record that stands is the one before
+    const RecordView* records = nullptr;
+    // In the numbering of the data, where not all are kept.
+    std::size_t nextRecord = 0;
+    std::vector<double> standing;  // the record that next went on to; none before it
     static const HBIteratorTable kTable;
   };
   struct ProgressHandle : HBProgress {

@@ -1,6 +1,7 @@
 #include "host/requirements/requirements.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <unordered_map>
@@ -12,6 +13,7 @@ namespace npar_host {
 namespace {
 
 constexpr std::size_t kNoField = std::numeric_limits<std::size_t>::max();
+constexpr std::size_t kRecordsAtOnce = 1024;
 
 /// A weight as a count of records: truncated toward zero, at most what 64 bits hold.
 std::int64_t CountOf(double weight) {
@@ -26,30 +28,6 @@ void AddTo(std::int64_t& sum, std::int64_t count) {
   sum = count > kMost - sum ? kMost : sum + count;
 }
 
-/// What happens to the cells of one field.
-struct FieldPlan {
-  double missing = kMissingNumber;   // what a missing cell is delivered as
-  std::vector<double> valueOfCell;   // what is delivered, where cells are indices of categories
-  std::vector<double> missingCells;  // user-missing cells of other fields
-  bool isNumbered = false;           // the record number is delivered
-
-  [[nodiscard]] bool IsCopy() const {
-    return valueOfCell.empty() && missingCells.empty() && !isNumbered;
-  }
-
-  /// What is delivered for a cell; a numbered field's cell only says whether it is missing.
-  [[nodiscard]] double Deliver(double cell, double recordNumber) const {
-    if (!valueOfCell.empty()) {
-      return cell < 0.0 ? missing : valueOfCell[static_cast<std::size_t>(cell)];
-    }
-    for (const double userMissing : missingCells) {
-      if (cell == userMissing) return missing;
-    }
-    if (!isNumbered) return cell;
-    return cell < 0.0 ? missing : recordNumber;
-  }
-};
-
 class Preparation {
  public:
   Preparation(const Requirements& requirements, ModelledData& loaded)
@@ -57,8 +35,8 @@ class Preparation {
 
   PreparedData Run() {
     PlanFields();
-    WalkRecords();
-    prepared.rows = std::move(data.rows);
+    prepared.records = RecordView(std::move(views), data.records);
+    CheckRecords();
     prepared.model = std::move(model);
     prepared.modelText = WriteModel(prepared.model, &prepared.counts);
     return std::move(prepared);
@@ -76,7 +54,7 @@ class Preparation {
 
   void PlanFields() {
     const std::size_t count = model.fields.size();
-    plans.resize(count);
+    views.resize(count);
     for (std::size_t i = 0; i < count; ++i) fieldOfName.emplace(model.fields[i].name, i);
     std::vector<bool> isExcluded(count, false);
     std::vector<bool> isUncoded(count, false);
@@ -97,19 +75,34 @@ class Preparation {
 
   void PlanField(std::size_t i, bool isExcluded, bool isUncoded) {
     Field& field = model.fields[i];
-    FieldPlan& plan = plans[i];
+    Column& column = data.columns[i];
+    FieldView& view = views[i];
     if (field.IsCategorical() && isUncoded && field.storage == Storage::String) {
       NumberRecords(field, isExcluded);
     }
     if (field.isNumbered) {
-      plan.isNumbered = true;
-      if (caseField == kNoField || isUncoded)
-        caseField = i;  // the one asked for, if two hold texts
+      view.isNumbered = true;
+      // The one asked for, if two hold texts.
+      if (caseField == kNoField || isUncoded) caseField = i;
     } else if (field.IsCategorical()) {
-      PlanCategories(field, plan, isExcluded, isUncoded);
+      PlanCategories(field, view, isExcluded, isUncoded);
     }
-    if (isExcluded && !field.IsCategorical()) plan.missingCells = field.userMissingCells;
-    if (!plan.IsCopy()) changed.push_back(i);
+    if (isExcluded && !field.IsCategorical()) view.missingCells = field.userMissingCells;
+    if (column.IsCoded() && view.valueOfCode.empty()) PlanCodes(column, view);
+    view.isRounded = i == weightField && requirements.roundWeight;
+    view.numbers = column.numbers;
+    view.codes = column.codes;
+  }
+
+  /// The codes themselves are delivered, or stand for a record that has a number.
+  static void PlanCodes(const Column& column, FieldView& view) {
+    const double missing = view.isNumbered ? view.missing : kMissingCode;
+    view.valueOfCode.push_back(missing);
+    for (std::size_t code = 0; code < column.texts.Size(); ++code) {
+      const auto value = static_cast<double>(code);
+      const bool isMissing = std::ranges::find(view.missingCells, value) != view.missingCells.end();
+      view.valueOfCode.push_back(isMissing ? view.missing : value);
+    }
   }
 
   /// Turns a field of text categories into one whose record numbers are delivered.
@@ -129,24 +122,23 @@ class Preparation {
 
   /// Excluded user-missing values are no categories any more; the codes close ranks. Uncoded, the
   /// numbers themselves are delivered.
-  static void PlanCategories(Field& field, FieldPlan& plan, bool isExcluded, bool isUncoded) {
-    plan.missing = isUncoded ? kMissingNumber : kMissingCode;
+  static void PlanCategories(Field& field, FieldView& view, bool isExcluded, bool isUncoded) {
+    view.missing = isUncoded ? kMissingNumber : kMissingCode;
     std::vector<double> valueOfCode;
     std::vector<Category> remaining;
     for (Category& category : field.categories) {
       if (isExcluded && category.isUserMissing) {
-        valueOfCode.push_back(plan.missing);
+        valueOfCode.push_back(view.missing);
         continue;
       }
       category.isUserMissing = false;
       valueOfCode.push_back(isUncoded ? category.number : static_cast<double>(remaining.size()));
       remaining.push_back(std::move(category));
     }
-    plan.valueOfCell.reserve(field.codeOfCell.size() + 1);
+    view.valueOfCode.push_back(view.missing);
     for (const std::int32_t code : field.codeOfCell) {
-      plan.valueOfCell.push_back(valueOfCode[static_cast<std::size_t>(code)]);
+      view.valueOfCode.push_back(valueOfCode[static_cast<std::size_t>(code)]);
     }
-    if (plan.valueOfCell.empty()) plan.valueOfCell.push_back(plan.missing);  // every cell missing
     field.categories = std::move(remaining);
     if (isUncoded) {
       field.categories.clear();
@@ -154,68 +146,69 @@ class Preparation {
     }
   }
 
-  void WalkRecords() {
-    const bool keepsCases = caseField != kNoField;
-    if (keepsCases) {
+  void CheckRecords() {
+    if (caseField != kNoField) {
       prepared.caseTexts = std::move(data.columns[caseField].texts);
-      prepared.caseOfRecord.reserve(data.rows.Size());
+      prepared.caseOfRecord = data.columns[caseField].codes;
     }
-    std::size_t kept = 0;
-    for (std::size_t record = 0; record < data.rows.Size(); ++record) {
-      double* row = data.rows.Row(record);
-      if (keepsCases) {
-        prepared.caseOfRecord.push_back(static_cast<std::int32_t>(row[caseField]));
-      }
-      for (const std::size_t i : changed) {
-        row[i] = plans[i].Deliver(row[i], static_cast<double>(record + 1));
-      }
-      if (!IsKept(row)) continue;
-      if (kept != record) std::copy_n(row, plans.size(), data.rows.Row(kept));
-      ++kept;
+    if (weightField == kNoField && deletedListwise.empty()) {
+      prepared.counts.kept = prepared.counts.weighted = static_cast<std::int64_t>(data.records);
+      return;
     }
-    data.rows.Truncate(kept);
+    isLeftOut.assign(data.records, 0);
+    for (std::size_t first = 0; first < data.records; first += kRecordsAtOnce) {
+      CheckRecords(first, std::min(kRecordsAtOnce, data.records - first));
+    }
+    if (prepared.counts.kept != static_cast<std::int64_t>(data.records)) {
+      prepared.records.LeaveOut(isLeftOut);
+    }
   }
 
-  bool IsKept(double* row) {
-    RecordCounts& counts = prepared.counts;
-    std::int64_t weight = 1;
+  void CheckRecords(std::size_t first, std::size_t count) {
+    std::array<double, kRecordsAtOnce> weights;
+    weights.fill(1.0);
     if (weightField != kNoField) {
-      double& cell = row[weightField];
-      const bool isMissing = cell == kMissingNumber;
-      if (!isMissing && requirements.roundWeight) cell = std::round(cell);
-      if (isMissing || !(cell >= 1.0)) {
-        ++counts.badWeight;
-        return false;
-      }
-      weight = CountOf(cell);
+      prepared.records.Field(weightField).Deliver(first, count, weights.data(), 1);
     }
+    std::uint8_t* const leftOut = isLeftOut.data() + first;
     for (const std::size_t i : deletedListwise) {
-      if (row[i] != plans[i].missing) continue;
-      ++counts.dropped;
-      AddTo(counts.weightedDropped, weight);
-      return false;
+      std::array<double, kRecordsAtOnce> values;
+      const FieldView& field = prepared.records.Field(i);
+      field.Deliver(first, count, values.data(), 1);
+      for (std::size_t record = 0; record < count; ++record) {
+        leftOut[record] |= static_cast<std::uint8_t>(values[record] == field.missing);
+      }
     }
-    ++counts.kept;
-    AddTo(counts.weighted, weight);
-    return true;
+    RecordCounts& counts = prepared.counts;
+    for (std::size_t record = 0; record < count; ++record) {
+      const double weight = weights[record];
+      if (weight == kMissingNumber || !(weight >= 1.0)) {
+        ++counts.badWeight;
+        leftOut[record] = 1;
+      } else {
+        const bool isDropped = leftOut[record] != 0;
+        ++(isDropped ? counts.dropped : counts.kept);
+        AddTo(isDropped ? counts.weightedDropped : counts.weighted, CountOf(weight));
+      }
+    }
   }
 
   const Requirements& requirements;
   Dataset& data;
   DataModel& model;
   std::unordered_map<std::string, std::size_t> fieldOfName;
-  std::vector<FieldPlan> plans;
-  std::vector<std::size_t> changed;  // fields whose cells are not delivered as they stand
+  std::vector<FieldView> views;
   std::vector<std::size_t> deletedListwise;
   std::size_t weightField = kNoField;
   std::size_t caseField = kNoField;
+  std::vector<std::uint8_t> isLeftOut;  // by record
   PreparedData prepared;
 };
 
 }  // namespace
 
 std::string_view PreparedData::CaseText(double recordNumber) const {
-  if (!(recordNumber >= 1.0) || recordNumber > static_cast<double>(caseOfRecord.size())) return {};
+  if (!(recordNumber >= 1.0) || recordNumber > static_cast<double>(caseOfRecord.Size())) return {};
   const std::int32_t text = caseOfRecord[static_cast<std::size_t>(recordNumber) - 1];
   return text < 0 ? std::string_view() : caseTexts[static_cast<std::size_t>(text)];
 }

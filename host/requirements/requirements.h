@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "host/data/dataset.h"
 #include "host/data/model.h"
+#include "host/requirements/record_view.h"
 
 namespace npar_host {
 
@@ -31,7 +31,7 @@ struct Requirements {
 
 /// The records that a component gets, and what it is told of them.
 struct PreparedData {
-  RowStore rows{0};  ///< one value for each field of the model
+  RecordView records;  ///< a value for each field of the model
   DataModel model;
   RecordCounts counts;
   std::string modelText;  ///< the data model document of these records, counts included
@@ -41,7 +41,7 @@ struct PreparedData {
   [[nodiscard]] std::string_view CaseText(double recordNumber) const;
 
   TextPool caseTexts;
-  std::vector<std::int32_t> caseOfRecord;  ///< in caseTexts, -1 missing; by record number less 1
+  Chunks<std::int32_t> caseOfRecord;  ///< in caseTexts; by record number less 1
 };
 
 /// Carries the requirements out, in this order: user-missing values become missing in the fields
@@ -51,8 +51,8 @@ struct PreparedData {
 /// values become codes, missing ones -1 there and HB_MISSING_VALUE elsewhere.
 ///
 /// A categorical field that is required without encoding (a case identifier that the data model
-/// does not call one) is delivered as the numbers it holds; texts as record numbers. The data is
-/// prepared in place. InputError for a field that the data does not have.
+/// does not call one) is delivered as the numbers it holds; texts as record numbers. The cells stay
+/// where they are. InputError for a field that the data does not have.
 [[nodiscard]] PreparedData Prepare(const Requirements& requirements, ModelledData loaded);
 
 }  // namespace npar_host

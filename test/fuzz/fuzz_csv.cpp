@@ -17,14 +17,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     npar_host::CsvReader reader(path);
     const npar_host::ModelledData read = npar_host::LoadData(reader, {});
     Require(read.data.columns.size() == reader.Names().size(), "a column for each name");
-    Require(read.data.rows.Width() == reader.Names().size(), "a value for each column");
     Require(read.model.fields.size() == reader.Names().size(), "a field for each column");
-    for (std::size_t row = 0; row < read.data.rows.Size(); ++row) {
-      for (std::size_t column = 0; column < read.data.columns.size(); ++column) {
-        const npar_host::Column& each = read.data.columns[column];
-        if (!each.isText || read.model.fields[column].IsCategorical()) continue;
-        Require(read.data.rows.Row(row)[column] >= -1.0, "a code of a text");
-      }
+    for (const npar_host::Column& each : read.data.columns) {
+      Require((each.IsCoded() ? each.codes.Size() : each.numbers.Size()) == read.data.records,
+              "a cell for each record");
+      if (!each.isText) continue;
+      each.codes.ForEach([&](std::int32_t code) {
+        Require(code >= -1 && code < static_cast<std::int64_t>(each.texts.Size()), "a code");
+      });
     }
   } catch (const npar_host::InputError&) {
     // refused with its place, as it should be

@@ -92,8 +92,8 @@ TEST(ModelTest, CodesOfCellsFollowTheCategories) {
   // Cells are numbered by first appearance: low 0, high 1, mid 2, and 3 0, 1 1.
   EXPECT_EQ(loaded.model.fields[0].codeOfCell, (std::vector<std::int32_t>{2, 1, 0}));
   EXPECT_EQ(loaded.model.fields[1].codeOfCell, (std::vector<std::int32_t>{1, 0}));
-  EXPECT_EQ(loaded.data.rows.Row(2)[0], 2.0);
-  EXPECT_EQ(loaded.data.rows.Row(2)[1], 0.0);
+  EXPECT_EQ(loaded.data.columns[0].Cell(2), 2.0);
+  EXPECT_EQ(loaded.data.columns[1].Cell(2), 0.0);
 }
 
 TEST(ModelTest, MomentsBecomeNumbersWithReadableLabels) {
@@ -102,10 +102,9 @@ TEST(ModelTest, MomentsBecomeNumbersWithReadableLabels) {
            "<Field name='d' storage='date'/><Field name='t' storage='time'/>"
            "<Field name='s' storage='timestamp'/><Field name='c' measure='ordinal' storage='date'>"
            "<Value value='1970-01-03' label='last'/></Field>");
-  const double* row = loaded.data.rows.Row(0);
-  EXPECT_EQ(row[0], 19782.0);
-  EXPECT_EQ(row[1], 3600.0);
-  EXPECT_EQ(row[2], 86400.0);
+  EXPECT_EQ(loaded.data.columns[0].Cell(0), 19782.0);
+  EXPECT_EQ(loaded.data.columns[1].Cell(0), 3600.0);
+  EXPECT_EQ(loaded.data.columns[2].Cell(0), 86400.0);
   EXPECT_THAT(WriteModel(loaded.model),
               HasSubstr("<Field name=\"c\" measure=\"ordinal\" storage=\"date\" role=\"input\">\n"
                         "  <Value value=\"2\" label=\"last\" />\n"

@@ -9,14 +9,11 @@ namespace {
 using testing::ElementsAre;
 
 // Three records of two fields: 0 1, 10 11, 20 21.
-RowStore ThreeRecords() {
-  RowStore rows(2);
-  for (int i = 0; i < 3; ++i) {
-    double* row = rows.Append();
-    row[0] = 10.0 * i;
-    row[1] = 10.0 * i + 1.0;
-  }
-  return rows;
+RecordView ThreeRecords() {
+  std::vector<FieldView> fields(2);
+  fields[0].numbers = std::vector{0.0, 10.0, 20.0};
+  fields[1].numbers = std::vector{1.0, 11.0, 21.0};
+  return {std::move(fields), 3};
 }
 
 class RunHostTest : public testing::Test {
@@ -35,7 +32,7 @@ class RunHostTest : public testing::Test {
     return {text, length};
   }
 
-  const RowStore rows = ThreeRecords();
+  const RecordView records = ThreeRecords();
   RunHost host{"<Parameters/>", "<DataModel/>"};
   HBContext* context = host.Context();
   int32_t err = 0;
@@ -45,14 +42,14 @@ TEST_F(RunHostTest, RecordsAreOfferedOnlyWhileExecuting) {
   HBIterator* iterator = nullptr;
   EXPECT_EQ(context->table->getInputIterator(context, 0, &iterator, &err), HB_FAILED);
   EXPECT_EQ(Model(), "<DataModel/>");
-  host.OfferRecords("<DataModel prepared='1'/>", rows);
+  host.OfferRecords("<DataModel prepared='1'/>", records);
   EXPECT_EQ(Model(), "<DataModel prepared='1'/>");
   EXPECT_EQ(context->table->getInputIterator(context, 1, &iterator, &err), HB_FAILED);
   EXPECT_EQ(context->table->getInputIterator(context, 0, &iterator, &err), HB_OK);
 }
 
 TEST_F(RunHostTest, RecordsComeOneByOneAndAgainAfterRewind) {
-  host.OfferRecords("", rows);
+  host.OfferRecords("", records);
   HBIterator* iterator = Iterator();
   const void* value = nullptr;
   size_t size = 0;
@@ -71,7 +68,7 @@ TEST_F(RunHostTest, RecordsComeOneByOneAndAgainAfterRewind) {
 }
 
 TEST_F(RunHostTest, BlocksHoldWholeRecordsAndEndWithNone) {
-  host.OfferRecords("", rows);
+  host.OfferRecords("", records);
   HBIterator* iterator = Iterator();
   std::vector<double> buffer(5, -1.0);
   size_t count = 0;

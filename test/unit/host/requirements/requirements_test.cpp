@@ -31,10 +31,11 @@ PreparedData PrepareText(const std::string& csv, const std::string& fields,
 /// a continuous field.
 std::vector<std::string> Rows(const PreparedData& prepared) {
   std::vector<std::string> rows;
-  for (std::size_t record = 0; record < prepared.rows.Size(); ++record) {
+  std::vector<double> record(prepared.records.Width());
+  for (std::size_t next = 0; prepared.records.Read(next, 1, record.data()) == 1;) {
     std::string& text = rows.emplace_back();
-    for (std::size_t i = 0; i < prepared.rows.Width(); ++i) {
-      const double value = prepared.rows.Row(record)[i];
+    for (std::size_t i = 0; i < record.size(); ++i) {
+      const double value = record[i];
       text += (i > 0 ? " " : "") + (value == kMissingNumber ? "?" : NumberText(value));
     }
   }
