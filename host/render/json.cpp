@@ -3,11 +3,14 @@
 #include <string_view>
 
 #include "host/render/effect_size.h"
+#include "host/render/extended_figures.h"
+#include "host/render/headline.h"
 #include "host/render/json_extended.h"
 #include "host/render/json_values.h"
 #include "host/render/json_writer.h"
 #include "host/render/reading_notes.h"
 #include "host/render/sentence.h"
+#include "host/render/significance.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
 
@@ -95,6 +98,8 @@ class TestObject {
     out.Member("groupField", group == nullptr ? Json(nullptr) : Json(group->name));
     out.Member("hypothesis", TextOrNull(Hypothesis(document, test)));
     out.Member("decision", TextOrNull(test.decision));
+    out.Member("significance", DecidingFigure());
+    out.Member("statistic", HeadFigure());
     out.Member("sentence", Sentence(document, test));
     out.Member("statistics", Figures(test.statistics));
     if (test.adjustedSignificance) {
@@ -128,6 +133,32 @@ class TestObject {
       }
     }
     return names;
+  }
+
+  [[nodiscard]] std::string ExactFigure(const Significance& deciding) const {
+    if (deciding.isExact) return deciding.figure;
+    const auto beside = ExactBeside(test);
+    return beside && deciding.sides == 2 ? std::string(beside->text) : std::string();
+  }
+
+  [[nodiscard]] Json DecidingFigure() const {
+    const auto significance = DecidingSignificance(test);
+    if (!significance) return nullptr;
+    Json object{{"kind", significance->isExact ? "exact" : "asymptotic"},
+                {"sides", significance->sides}};
+    AddFigure(object, "value", significance->figure);
+    AddFigure(object, "exact", ExactFigure(*significance));
+    AddFigure(object, "asymptotic", AsymptoticSignificance(test, *significance));
+    return object;
+  }
+
+  [[nodiscard]] Json HeadFigure() const {
+    const Headline headline = FindHeadline(document, test);
+    if (headline.symbol.empty()) return nullptr;
+    Json object{{"symbol", headline.symbol}};
+    AddFigure(object, "value", headline.statistic);
+    AddFigure(object, "degreeOfFreedom", headline.freedom);
+    return object;
   }
 
   [[nodiscard]] Json Effect() const {

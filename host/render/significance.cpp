@@ -23,6 +23,14 @@ constexpr Candidate kCandidates[] = {
     {"AsymptoticSig1Tailed", false, 1},
 };
 
+const ResultStatistic* FindDeciding(const ResultTest& test, const catalogue::Card& card,
+                                    const Candidate& candidate) {
+  for (const ResultStatistic& figure : test.statistics) {
+    if (card.decision.table == figure.group && figure.name == candidate.name) return &figure;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 std::optional<Significance> DecidingSignificance(const ResultTest& test) {
@@ -30,13 +38,22 @@ std::optional<Significance> DecidingSignificance(const ResultTest& test) {
   if (card == nullptr) return std::nullopt;
   for (const Candidate& candidate : kCandidates) {
     if (candidate.isExact && card->decision.by == catalogue::Decides::Asymptotic) continue;
-    for (const ResultStatistic& figure : test.statistics) {
-      if (card->decision.table == figure.group && figure.name == candidate.name) {
-        return Significance{figure.text, candidate.isExact, candidate.sides};
-      }
+    if (const ResultStatistic* const figure = FindDeciding(test, *card, candidate)) {
+      return Significance{figure->text, candidate.isExact, candidate.sides};
     }
   }
   return std::nullopt;
+}
+
+std::string AsymptoticSignificance(const ResultTest& test, const Significance& deciding) {
+  const catalogue::Card* const card = catalogue::FindElement(test.name);
+  for (const Candidate& candidate : kCandidates) {
+    if (card == nullptr || candidate.isExact || candidate.sides != deciding.sides) continue;
+    if (const ResultStatistic* const figure = FindDeciding(test, *card, candidate)) {
+      return figure->text;
+    }
+  }
+  return {};
 }
 
 std::string SignificanceText(std::string_view figure) {

@@ -17,6 +17,10 @@ struct Significance {
 
 /// Nothing for estimates, and for tests that gave none.
 [[nodiscard]] std::optional<Significance> DecidingSignificance(const ResultTest& test);
+/// The asymptotic significance of as many sides as the deciding one, which it may be; empty
+/// without.
+[[nodiscard]] std::string AsymptoticSignificance(const ResultTest& test,
+                                                 const Significance& deciding);
 
 /// "p = .023", "p < .001", "p > .999", "p = 1": three digits, as publications print it.
 [[nodiscard]] std::string SignificanceText(std::string_view figure);
