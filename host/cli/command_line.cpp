@@ -17,6 +17,7 @@
 
 #include "host/cli/commands.h"
 #include "host/cli/output.h"
+#include "host/cli/trace.h"
 #include "host/data/input_error.h"
 #include "host/data/join_words.h"
 #include "host/data/near_miss.h"
@@ -101,6 +102,7 @@ std::string Problem(const CLI::ParseError& error, const CLI::App& app,
 
 int RunCommandLine(int argc, char** argv) {
   OccupyStandardDescriptors();
+  RememberCommandLine(argc, argv);
   // A closed pipe is then an error of the write, which is reported.
   std::signal(SIGPIPE, SIG_IGN);
 

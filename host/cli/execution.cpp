@@ -8,6 +8,7 @@
 #include "host/cli/interrupt.h"
 #include "host/cli/output.h"
 #include "host/cli/progress_bar.h"
+#include "host/cli/trace.h"
 #include "host/data/csv.h"
 #include "host/data/text_source.h"
 #include "host/loader/analysis_run.h"
@@ -16,9 +17,16 @@
 namespace npar_host {
 namespace {
 
+// Components keep it in 32 bits.
+constexpr std::int64_t kLargestModelId = 0x7FFFFFFF;
+
 std::filesystem::path ComponentPath(const ExecutionOptions& options) {
   return options.component.empty() ? ComponentLibrary::DefaultPath()
                                    : std::filesystem::path(options.component);
+}
+
+std::int64_t ModelIdOf(const ExecutionOptions& options) {
+  return options.modelId == 0 && SourceDate() ? 1 : options.modelId;
 }
 
 void PrintMessages(const std::vector<RunMessage>& messages) {
@@ -34,8 +42,11 @@ void PrintMessages(const std::vector<RunMessage>& messages) {
 // loaded before the data, so that a wrong path is told at once.
 struct Execution::State {
   explicit State(const ExecutionOptions& options)
-      : library(ComponentPath(options)), reader(options.dataPath, CsvOptionsOf(options.reading)) {}
+      : modelId(ModelIdOf(options)),
+        library(ComponentPath(options)),
+        reader(options.dataPath, CsvOptionsOf(options.reading)) {}
 
+  std::int64_t modelId;  // 0: one at random
   InterruptWatch watch;
   ComponentLibrary library;
   CsvReader reader;
@@ -67,6 +78,7 @@ std::optional<std::string> Execution::Run(const NamedText& parameters) {
   std::optional<ProgressBar>& bar = state->bar;
   bar.emplace();
   AnalysisRun& run = state->run.emplace(state->library, parameters.text, std::move(state->data));
+  if (const std::int64_t identifier = state->modelId) run.SetIdentifier(identifier);
   run.Prepare();  // up to here Ctrl-C ends the process
   RunResult result;
   {
@@ -114,6 +126,11 @@ void AddExecutionOptions(CLI::App& command, ExecutionOptions& options) {
       .add_option("--component", options.component,
                   "another component than the one installed with npar")
       ->type_name("libnpar.so");
+  command
+      .add_option("--model-id", options.modelId,
+                  "the run's number in the result document (default: at random)")
+      ->check(CLI::Range(std::int64_t{1}, kLargestModelId).description(""))
+      ->type_name("N");
 }
 
 NamedText ReadDocument(const std::string& path) {

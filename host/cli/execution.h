@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,10 +26,11 @@ struct NamedText {
 struct ExecutionOptions {
   std::string dataPath;
   ReadingOptions reading;
-  std::string component;  // empty: the one installed with this program
+  std::int64_t modelId = 0;  // 0: one at random
+  std::string component;     // empty: the one installed with this program
 };
 
-/// Adds --component and those of reading.
+/// Adds --component, --model-id and those of reading.
 void AddExecutionOptions(CLI::App& command, ExecutionOptions& options);
 
 /// Reads the whole file, "-" being standard input. Throws InputError.

@@ -1,26 +1,43 @@
 #include "host/cli/trace.h"
 
-#include <sys/stat.h>
-
+#include <algorithm>
 #include <array>
-#include <ctime>
-#include <fstream>
-#include <iterator>
+#include <charconv>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+#include "host/data/input_error.h"
+#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {
 
-std::string TimeText(std::time_t time) {
-  std::tm parts{};
-  gmtime_r(&time, &parts);
+std::vector<std::string> commandLine;
+
+std::string TimeText(std::int64_t seconds) {
+  const std::chrono::sys_seconds time{std::chrono::seconds(seconds)};
+  const auto day = std::chrono::floor<std::chrono::days>(time);
+  const std::chrono::year_month_day date(day);
+  const std::chrono::hh_mm_ss clock(time - day);
   std::array<char, 64> text;
-  const std::size_t length =
-      std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S UTC", &parts);
-  return {text.data(), length};
+  const int length = std::snprintf(
+      text.data(), text.size(), "%d-%02u-%02u %02d:%02d:%02d UTC", static_cast<int>(date.year()),
+      static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+      static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+      static_cast<int>(clock.seconds().count()));
+  return {text.data(), static_cast<std::size_t>(length)};
+}
+
+std::int64_t SecondsSince1970(std::chrono::system_clock::time_point time) {
+  return std::chrono::floor<std::chrono::seconds>(time).time_since_epoch().count();
 }
 
 // As a shell takes it.
-std::string Quoted(const std::string& word) {
+std::string ShellWord(const std::string& word) {
   constexpr const char* kPlain =
       "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_./:=,+@%";
   if (!word.empty() && word.find_first_not_of(kPlain) == std::string::npos) return word;
@@ -30,31 +47,46 @@ std::string Quoted(const std::string& word) {
 }
 
 std::string CommandLine() {
-  std::ifstream file("/proc/self/cmdline", std::ios::binary);
-  const std::string words((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
   std::string line = "npar";
-  std::size_t start = words.find('\0');  // behind the program's path
-  while (start != std::string::npos && start + 1 < words.size()) {
-    const std::size_t end = words.find('\0', start + 1);
-    line += " " + Quoted(words.substr(start + 1, end - start - 1));
-    start = end;
-  }
+  for (const std::string& word : commandLine) line += " " + ShellWord(word);
   return line;
 }
 
 }  // namespace
 
+std::optional<std::int64_t> SourceDate() {
+  constexpr std::int64_t kEndOfYear9999 = 253402300799;
+  const char* const text = std::getenv("SOURCE_DATE_EPOCH");
+  if (text == nullptr || *text == '\0') return std::nullopt;
+  const std::string_view digits = text;
+  std::int64_t seconds = -1;
+  const auto [end, error] = std::from_chars(digits.begin(), digits.end(), seconds);
+  if (error != std::errc() || end != digits.end() || seconds < 0 || seconds > kEndOfYear9999) {
+    throw UsageError("the environment variable SOURCE_DATE_EPOCH is " + Quoted(text) +
+                     "; give it the seconds since 1970 of the time to be told, or unset it");
+  }
+  return seconds;
+}
+
+void RememberCommandLine(int argc, const char* const* argv) {
+  commandLine.assign(argv + std::min(argc, 1), argv + argc);
+}
+
 ReportTrace MakeTrace(const std::string& dataPath, const ResultDocument& document) {
   ReportTrace trace;
   trace.file = dataPath == "-" ? "standard input" : dataPath;
-  struct stat file {};
-  if (dataPath != "-" && stat(dataPath.c_str(), &file) == 0 && S_ISREG(file.st_mode)) {
-    trace.bytes = std::to_string(file.st_size);
-    trace.changed = TimeText(file.st_mtime);
+  const std::optional<std::int64_t> sourceDate = SourceDate();
+  const std::filesystem::path path(dataPath);
+  std::error_code failure;
+  if (dataPath != "-" && std::filesystem::is_regular_file(path, failure)) {
+    trace.bytes = std::to_string(std::filesystem::file_size(path, failure));
+    const std::int64_t changed = SecondsSince1970(
+        std::chrono::file_clock::to_sys(std::filesystem::last_write_time(path, failure)));
+    trace.changed = TimeText(std::min(changed, sourceDate.value_or(changed)));
   }
   trace.command = CommandLine();
   trace.program = document.application + " " + document.applicationVersion;
-  trace.made = TimeText(std::time(nullptr));
+  trace.made = TimeText(sourceDate.value_or(SecondsSince1970(std::chrono::system_clock::now())));
   return trace;
 }
 

@@ -28,6 +28,7 @@ class AnalysisRun {
   /// The parameter document as text; the data with all their records. The library outlives the run.
   AnalysisRun(const ComponentLibrary& library, std::string parameters, ModelledData data);
 
+  void SetIdentifier(std::int64_t identifier) { host.SetIdentifier(identifier); }
   void ListenToProgress(ProgressListener listener) { host.ListenToProgress(std::move(listener)); }
   /// Configures the component and prepares the records, once. Throws InputError for
   /// requirements that the data can't meet and ComponentError for a component that breaks the

@@ -152,8 +152,9 @@ const HBContextTable RunHost::ContextHandle::kTable = {
     },
     // This host carries out the requirements of every component, asked or not.
     [](HBContext*, const int32_t*, size_t, int32_t*) -> uint32_t { return HB_OK; },
-    [](HBContext*, int64_t* identifier, int32_t*) -> uint32_t {
-      *identifier = NewIdentifier();
+    [](HBContext* self, int64_t* identifier, int32_t*) -> uint32_t {
+      const auto& given = static_cast<ContextHandle*>(self)->identifier;
+      *identifier = given ? *given : NewIdentifier();
       return HB_OK;
     },
     [](HBContext* self, const char* key, size_t, HBContainerFile** container,

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -46,6 +47,8 @@ class RunHost {
   /// From here on the component is executing: it gets the data model of the prepared records and
   /// the records themselves, which stay the caller's.
   void OfferRecords(std::string preparedModel, const RecordView& records);
+  /// The number of the run in its document, instead of one at random.
+  void SetIdentifier(std::int64_t identifier) { context.identifier = identifier; }
   void ListenToProgress(ProgressListener listener) { progress.listener = std::move(listener); }
 
   /// What the component delivered, in order.
@@ -83,6 +86,7 @@ class RunHost {
     explicit ContextHandle(RunHost& host);
     RunHost& host;
     std::vector<RunMessage> messages;
+    std::optional<std::int64_t> identifier;
     static const HBContextTable kTable;
   };
 

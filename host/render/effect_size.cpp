@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string_view>
 
+#include "arithmetic/elementary.h"
 #include "catalogue/catalogue.h"
 #include "host/render/wording.h"
 
@@ -132,7 +133,7 @@ Figure CohensH(const ResultTest& test) {
     const Figure hypothesized = Cell(table, 1, 0);
     if (!observed || !hypothesized) return std::nullopt;
     const auto angle = [](double percentage) {
-      return 2.0 * std::asin(std::sqrt(percentage / 100.0));
+      return 2.0 * arithmetic::Asin(std::sqrt(percentage / 100.0));
     };
     return angle(*observed) - angle(*hypothesized);
   }

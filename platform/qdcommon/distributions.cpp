@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -21,11 +22,9 @@ bool IsShape(double value) { return value > 0.0 && value < kInfinity; }
 
 bool IsProbability(double value) { return value >= 0.0 && value <= 1.0; }
 
-bool IsCount(double value) {
-  return value >= 0.0 && value < kInfinity && std::floor(value) == value;
-}
+bool IsCount(double value) { return value >= 0.0 && value < kInfinity && floor(value) == value; }
 
-Real NormalLower(Real z) { return std::erfc(-z / kRootTwo) / 2; }
+Real NormalLower(Real z) { return erfc(-z / kRootTwo) / 2; }
 
 // A logarithm beyond which neither e to it nor its product with a ratio of two doubles is a double.
 constexpr Real kLogLimit = 2300;
@@ -34,33 +33,38 @@ constexpr Real kLogLimit = 2300;
 // standard deviations reach down to the smallest p and are 4e-14 of it, if that.
 constexpr Real kCertainShape = 1e30L;
 
-// The place t of probability p in (0, 1), where `tails` gives the tails at t: Newton's iteration on
-// the logarithm of the smaller tail. Both tails are log-concave in t, so a step from the outer side
-// never passes the root, and one from the inner side lands on the outer side; there it is halved
-// while the tail is too small for a number.
-template <typename TailsAt>
-Real FindQuantile(double p, Real start, TailsAt tailsAt) {
+struct TailAndDensity {
+  Real tail;
+  Real density;
+};
+
+// The place t of probability p in (0, 1): Newton's iteration on the logarithm of the smaller
+// tail, that on `side`, of which tailAt gives tail and density at t. Both tails are log-concave in
+// t, so a step from the outer side never passes the root, and one from the inner side lands on the
+// outer side; there it is halved while the tail is too small for a number.
+template <typename TailAt>
+Real FindQuantile(double p, Real start, TailAt tailAt) {
   const bool isLower = p <= 0.5;
-  const Real target = isLower ? std::log(static_cast<Real>(p)) : std::log(1 - static_cast<Real>(p));
+  const Side side = isLower ? Side::Lower : Side::Upper;
+  const Real target = isLower ? log(static_cast<Real>(p)) : log(1 - static_cast<Real>(p));
   Real t = start;
   Real lastStep = kLogLimit;
   for (int round = 0; round < 200; ++round) {
-    const Tails tails = tailsAt(t);
-    const Real tail = isLower ? tails.lower : tails.upper;
+    const auto [tail, density] = tailAt(t, side);
     if (!(tail > 0)) {
       lastStep /= 2;
       t -= lastStep;
       continue;
     }
-    if (!(tails.density > 0)) return t;
-    Real step = (target - std::log(tail)) * (tail / tails.density);
+    if (!(density > 0)) return t;
+    Real step = (target - log(tail)) * (tail / density);
     if (!isLower) step = -step;
     Real next = t + step;
     if (next > kLogLimit) next = kLogLimit;
     if (next < -kLogLimit) next = -kLogLimit;
     lastStep = next - t;
     t = next;
-    if (std::fabs(lastStep) <= 1e-17L * std::fmax(1, std::fabs(t))) break;
+    if (fabs(lastStep) <= 1e-17L * std::max<Real>(1, fabs(t))) break;
   }
   return t;
 }
@@ -76,36 +80,37 @@ constexpr Real kTinyShape = 1e-5L;
 Real TinyBetaLogOdds(Real p, Real a, Real b) {
   const Real ofA = p * a;
   const Real ofB = p * b;
-  const Real low = std::fma(p, a, -ofA) + std::fma(p, b, -ofB);
+  const Real low = ProductRest(p, a) + ProductRest(p, b);
   const Real difference = (p < 0.5L ? (ofA - b) + ofB : (ofB - b) + ofA) + low;  // p (a + b) - b
   const Real gammas = a * b * (kZeta2 - kZeta3 * (a + b) + kZeta4 * (a * a + 1.5L * a * b + b * b));
-  const bool isLower = std::log1p(difference / b) - gammas <= 0;
+  const bool isLower = log1p(difference / b) - gammas <= 0;
   if (!isLower) std::swap(a, b);
-  const Real top = std::log1p((isLower ? difference : -difference) / b) - gammas;
+  const Real top = log1p((isLower ? difference : -difference) / b) - gammas;
   Real t = top / a;
   // S(x) is -ln(1 - x) but for the shapes, so that each round adds five digits.
   for (int round = 0; round < 5; ++round) {
-    const Real x = 1 / (1 + std::exp(-t));
+    const Real x = 1 / (1 + exp(-t));
     Real sum = 0;
     Real term = 1;
     for (int n = 1; n < 80; ++n) {
       term *= (static_cast<Real>(n) - b) / static_cast<Real>(n) * x;
       sum += term / (a + static_cast<Real>(n));
     }
-    t = top / a - std::log1p(a * sum) / a - std::log1p(-x);
+    t = top / a - log1p(a * sum) / a - log1p(-x);
   }
   return isLower ? t : -t;
 }
 
 // Log odds of the beta quantile.
 Real BetaLogOdds(double p, Real a, Real b) {
-  if (std::fmax(a, b) < kTinyShape) return TinyBetaLogOdds(p, a, b);
-  const Real center = std::log(a) - std::log(b);
-  if (std::fmin(a, b) > kCertainShape) return center;
-  return FindQuantile(p, center, [&](Real t) {
-    const Real x = 1 / (1 + std::exp(-t));
-    const Real y = 1 / (1 + std::exp(t));
-    return BetaTails(a, b, x, y, b * x - a * y);
+  if (std::max<Real>(a, b) < kTinyShape) return TinyBetaLogOdds(p, a, b);
+  const Real center = log(a) - log(b);
+  if (std::min<Real>(a, b) > kCertainShape) return center;
+  return FindQuantile(p, center, [&](Real t, Side side) {
+    const Real x = 1 / (1 + exp(-t));
+    const Real y = 1 / (1 + exp(t));
+    const BetaPlace place{a, b, x, y, b * x - a * y};
+    return TailAndDensity{BetaTail(place, side), BetaDensity(place)};
   });
 }
 
@@ -131,14 +136,16 @@ double QDDistFun::CdfChi(double x, double df) {
   if (!IsShape(df) || std::isnan(x)) return kNotANumber;
   if (x <= 0.0) return 0.0;
   if (x == kInfinity) return 1.0;
-  return static_cast<double>(GammaTails(static_cast<Real>(df) / 2, static_cast<Real>(x) / 2).lower);
+  return static_cast<double>(
+      GammaTail(static_cast<Real>(df) / 2, static_cast<Real>(x) / 2, Side::Lower));
 }
 
 double QDDistFun::SfChi(double x, double df) {
   if (!IsShape(df) || std::isnan(x)) return kNotANumber;
   if (x <= 0.0) return 1.0;
   if (x == kInfinity) return 0.0;
-  return static_cast<double>(GammaTails(static_cast<Real>(df) / 2, static_cast<Real>(x) / 2).upper);
+  return static_cast<double>(
+      GammaTail(static_cast<Real>(df) / 2, static_cast<Real>(x) / 2, Side::Upper));
 }
 
 double QDDistFun::IdfChi(double p, double df) {
@@ -147,9 +154,11 @@ double QDDistFun::IdfChi(double p, double df) {
   if (p == 1.0) return kInfinity;
   const Real a = static_cast<Real>(df) / 2;
   if (a > kCertainShape) return df;
-  const Real t =
-      FindQuantile(p, std::log(a), [&](Real logX) { return GammaTails(a, std::exp(logX)); });
-  return static_cast<double>(2 * std::exp(t));
+  const Real t = FindQuantile(p, log(a), [&](Real logX, Side side) {
+    const Real x = exp(logX);
+    return TailAndDensity{GammaTail(a, x, side), GammaDensity(a, x)};
+  });
+  return static_cast<double>(2 * exp(t));
 }
 
 double QDDistFun::SfF(double x, double df1, double df2) {
@@ -162,8 +171,8 @@ double QDDistFun::SfF(double x, double df1, double df2) {
   const Real second = df2 / (odds + df2);
   const Real excess = static_cast<Real>(df1) / 2 * second * (static_cast<Real>(x) - 1);
   return static_cast<double>(
-      BetaTails(static_cast<Real>(df1) / 2, static_cast<Real>(df2) / 2, first, second, excess)
-          .upper);
+      BetaTail({static_cast<Real>(df1) / 2, static_cast<Real>(df2) / 2, first, second, excess},
+               Side::Upper));
 }
 
 double QDDistFun::IdfF(double p, double df1, double df2) {
@@ -172,13 +181,13 @@ double QDDistFun::IdfF(double p, double df1, double df2) {
   if (p == 1.0) return kInfinity;
   const Real first = df1;
   const Real second = df2;
-  return static_cast<double>(second / first * std::exp(BetaLogOdds(p, first / 2, second / 2)));
+  return static_cast<double>(second / first * exp(BetaLogOdds(p, first / 2, second / 2)));
 }
 
 double QDDistFun::IdfBeta(const double& p, const double& a, const double& b) {
   if (!IsShape(a) || !IsShape(b) || !IsProbability(p)) return kNotANumber;
   if (p == 0.0 || p == 1.0) return p;
-  return static_cast<double>(1 / (1 + std::exp(-BetaLogOdds(p, a, b))));
+  return static_cast<double>(1 / (1 + exp(-BetaLogOdds(p, a, b))));
 }
 
 double QDDistFun::CdfBin(double x, double n, double p, std::int32_t& error) {
@@ -188,26 +197,27 @@ double QDDistFun::CdfBin(double x, double n, double p, std::int32_t& error) {
   if (x >= n || p == 0.0) return 1.0;
   if (p == 1.0) return 0.0;
   // P(X > k) is the beta distribution function with shapes k + 1 and n - k at p.
-  const Real above = static_cast<Real>(std::floor(x)) + 1;
-  const Real rest = static_cast<Real>(n) - std::floor(x);
+  const Real above = static_cast<Real>(floor(x)) + 1;
+  const Real rest = static_cast<Real>(n) - floor(x);
   const Real chance = p;
-  const Real excess = std::fma(static_cast<Real>(n) + 1, chance, -above);
-  return static_cast<double>(BetaTails(above, rest, chance, 1 - chance, excess).upper);
+  const Real trials = static_cast<Real>(n) + 1;
+  const Real excess = (trials * chance - above) + ProductRest(trials, chance);
+  return static_cast<double>(BetaTail({above, rest, chance, 1 - chance, excess}, Side::Upper));
 }
 
 double QDDistFun::CDFHyper(double x, double n, double k, double total, std::int32_t& error) {
   const bool isTable = IsCount(n) && IsCount(k) && IsCount(total) && n <= total && k <= total;
   error = isTable && !std::isnan(x) ? 0 : 1;
   if (error != 0) return kNotANumber;
-  const Real least = std::fmax(0, static_cast<Real>(n) - (static_cast<Real>(total) - k));
+  const Real least = std::max<Real>(0, static_cast<Real>(n) - (static_cast<Real>(total) - k));
   if (x < least) return 0.0;
-  if (x >= std::fmin(n, k)) return 1.0;
-  return static_cast<double>(HypergeometricLower(std::floor(x), n, k, total));
+  if (x >= std::min<Real>(n, k)) return 1.0;
+  return static_cast<double>(HypergeometricLower(floor(x), n, k, total));
 }
 
 double QDDistFun::lyradnlgam(const double& x) {
   if (!(x > 0.0)) return kNotANumber;
-  return static_cast<double>(LogGamma(x));
+  return static_cast<double>(lgamma(x));
 }
 
 }  // namespace QDMath_700

@@ -29,7 +29,7 @@ constexpr Real kLastTerm = 1e-25L;
 
 // ln c! - (c ln c - c), continuous in c >= 0.
 Real FactorialRemainder(Real c) {
-  return c > 0 ? StirlingRemainder(c) + std::log(c) / 2 + kHalfLogTwoPi : 0;
+  return c > 0 ? StirlingRemainder(c) + log(c) / 2 + kHalfLogTwoPi : 0;
 }
 
 // c ln(c / e) + e - c of a cell c >= 0 that deviates by d = c - e from its expectation.
@@ -50,8 +50,7 @@ class Table {
   [[nodiscard]] Real Deviation(Real x) const {
     const Real observed = x * total;
     const Real expected = n * k;
-    return (observed - expected + (std::fma(x, total, -observed) - std::fma(n, k, -expected))) /
-           total;
+    return (observed - expected + (ProductRest(x, total) - ProductRest(n, k))) / total;
   }
 
   [[nodiscard]] std::array<Real, 4> Cells(Real x) const {
@@ -71,7 +70,7 @@ class Table {
   // d ln P(X = x) / dx.
   [[nodiscard]] Real Slope(Real x) const {
     const std::array<Real, 4> cells = Cells(x);
-    return std::log(cells[1] / cells[0] * (cells[2] / cells[3]));
+    return log(cells[1] / cells[0] * (cells[2] / cells[3]));
   }
 
  private:
@@ -81,7 +80,7 @@ class Table {
 // P(X <= x) or P(X >= x), term by term.
 Real SumTail(const Table& table, Real x, bool isLower) {
   auto [marked, drawnRest, markedRest, rest] = table.Cells(x);
-  Real term = std::exp(table.LogProbability(x, table.Deviation(x)));
+  Real term = exp(table.LogProbability(x, table.Deviation(x)));
   Real sum = term;
   while (term > kLastTerm * sum) {
     if (isLower) {
@@ -104,12 +103,12 @@ Real IntegrateTail(const Table& table, Real x, bool isLower) {
   const Real deviation = table.Deviation(x) - sign / 2;
   const Real top = table.LogProbability(edge, deviation);
   const Real slope = table.Slope(edge);
-  if (!(std::fabs(slope) < 0.01L)) return std::exp(top);  // far below the smallest double
-  const Real scale = 1 / std::fmax(std::fabs(slope), 1 / std::sqrt(table.Variance()));
+  if (!(fabs(slope) < 0.01L)) return exp(top);  // far below the smallest double
+  const Real scale = 1 / std::max<Real>(fabs(slope), 1 / sqrt(table.Variance()));
   const Real integral = TailRule::Get().Integrate(scale, [&](Real s) {
     return table.LogProbability(edge + sign * s, deviation + sign * s) - top;
   });
-  return std::exp(top) * (integral + sign * slope / 24);
+  return exp(top) * (integral + sign * slope / 24);
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <array>
-#include <cmath>
 #include <cstddef>
+
+#include "qdcommon/tails.h"
 
 namespace QDMath_700 {
 
@@ -13,19 +14,19 @@ class TailRule {
  public:
   TailRule() {
     for (std::size_t i = 0; i < kCount; ++i) {
-      const long double u = kFirst + kStep * static_cast<long double>(i);
-      const long double decay = std::exp(-u);
-      point[i] = std::exp(u - decay);
+      const Real u = kFirst + kStep * static_cast<Real>(i);
+      const Real decay = exp(-u);
+      point[i] = exp(u - decay);
       weight[i] = kStep * point[i] * (1 + decay);
     }
   }
 
   /// Integral over s > 0 of exp(exponent(s)), smooth, concave and falling from 0 on `scale`.
   template <typename Exponent>
-  [[nodiscard]] long double Integrate(long double scale, Exponent exponent) const {
-    long double sum = 0;
+  [[nodiscard]] Real Integrate(Real scale, Exponent exponent) const {
+    Real sum = 0;
     for (std::size_t i = 0; i < kCount; ++i) {
-      sum += weight[i] * std::exp(exponent(scale * point[i]));
+      sum += weight[i] * exp(exponent(scale * point[i]));
     }
     return scale * sum;
   }
@@ -38,11 +39,11 @@ class TailRule {
  private:
   // From 1e-31 to 70: what lies outside is below 1e-28 of the integral.
   static constexpr std::size_t kCount = 138;
-  static constexpr long double kStep = 1 / 16.0L;
-  static constexpr long double kFirst = -4.25L;
+  static constexpr Real kStep = 1 / 16.0L;
+  static constexpr Real kFirst = -4.25L;
 
-  std::array<long double, kCount> point;
-  std::array<long double, kCount> weight;
+  std::array<Real, kCount> point;
+  std::array<Real, kCount> weight;
 };
 
 }  // namespace QDMath_700

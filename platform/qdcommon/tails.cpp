@@ -24,11 +24,14 @@
 
 #include "qdcommon/tails.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
+
+#include "arithmetic/for_boost.h"
+//
 #include <boost/math/special_functions/beta.hpp>
-#include <boost/math/special_functions/erf.hpp>
 #include <boost/math/special_functions/gamma.hpp>
-#include <cmath>
 
 #include "qdcommon/quadrature.h"
 
@@ -36,18 +39,7 @@ namespace QDMath_700 {
 
 namespace {
 
-namespace policies = boost::math::policies;
-
-// Boost answers with infinity or not-a-number instead of throwing, in the type it was asked in.
-using Policy = policies::policy<policies::domain_error<policies::ignore_error>,
-                                policies::pole_error<policies::ignore_error>,
-                                policies::overflow_error<policies::ignore_error>,
-                                policies::underflow_error<policies::ignore_error>,
-                                policies::denorm_error<policies::ignore_error>,
-                                policies::rounding_error<policies::ignore_error>,
-                                policies::evaluation_error<policies::ignore_error>,
-                                policies::indeterminate_result_error<policies::ignore_error>,
-                                policies::promote_float<false>, policies::promote_double<false>>;
+using arithmetic::Policy;
 
 constexpr Real kTwoPi = 6.283185307179586476925286766559006L;
 constexpr Real kHalfLogTwoPi = 0.918938533204672741780329736405618L;
@@ -64,7 +56,7 @@ constexpr Real kHugeShape = 1e11L;
 
 // e^s - 1 - s, without loss around 0.
 Real ExpLess(Real s) {
-  if (!(std::fabs(s) < 0.5L)) return std::expm1(s) - s;
+  if (!(fabs(s) < 0.5L)) return expm1(s) - s;
   Real sum = 0;
   for (int k = 18; k >= 3; --k) sum = (1 + sum) * s / static_cast<Real>(k);
   return (1 + sum) * s * s / 2;
@@ -129,7 +121,7 @@ Real UpperFraction(Real a, Real x) {
   Real rho = 0;
   Real term = 1;
   Real sum = 1;
-  while (std::fabs(term) > std::fabs(sum) * kSmallestPart) {
+  while (fabs(term) > fabs(sum) * kSmallestPart) {
     p += s;
     s += 2;
     q += r;
@@ -142,15 +134,38 @@ Real UpperFraction(Real a, Real x) {
   return sum / first;
 }
 
-// The tail on the side of `excess`, away from the mean, and its complement.
-Tails FromTail(Real tail, Real density, bool isUpper) {
-  return isUpper ? Tails{1 - tail, tail, density} : Tails{tail, 1 - tail, density};
+// The tail away from the mean, for large shapes.
+Real OuterGammaTail(Real a, Real x) {
+  const bool isUpper = x > a;
+  const Real density = GammaDensity(a, x);
+  const Real halfSquare = -LogLess(x / a, (x - a) / a);
+  if (halfSquare > 0.5L) {
+    return density * (isUpper ? UpperFraction(a, x) : LowerSeries(a, x) / a);
+  }
+  static const UniformSeries series;
+  const Real eta = sqrt(2 * halfSquare);
+  const Real sum = isUpper ? series.Sum(a, eta) : -series.Sum(a, -eta);
+  return erfc(sqrt(a * halfSquare)) / 2 + density / a * sum;
+}
+
+Real OuterBetaTail(const BetaPlace& place) {
+  const auto& [a, b, x, y, excess] = place;
+  const Real n = a + b;
+  const Real sign = excess > 0 ? 1 : -1;
+  const Real scale = 1 / std::max<Real>(fabs(excess), sqrt(n * x * y));
+  const Real integral = TailRule::Get().Integrate(scale, [&](Real distance) {
+    const Real s = sign * distance;
+    // h(t + s) - h(t) = a s - n ln(1 + z)
+    const Real z = x * expm1(s);
+    return -excess * s - n * (LogLess(1 + z, z) + x * ExpLess(s));
+  });
+  return BetaDensity(place) * integral;
 }
 
 }  // namespace
 
 Real LogLess(Real ratio, Real d) {
-  if (!(std::fabs(d) <= 0.5L)) return std::log(ratio) - d;
+  if (!(fabs(d) <= 0.5L)) return log(ratio) - d;
   // With r = d / (2 + d): ln(1 + d) = 2 atanh(r) and 2 r - d = -d r.
   const Real r = d / (2 + d);
   const Real square = r * r;
@@ -159,12 +174,10 @@ Real LogLess(Real ratio, Real d) {
   return -d * r + 2 * r * square * sum;
 }
 
-Real LogGamma(Real x) { return boost::math::lgamma(x, Policy()); }
-
-Real NormalQuantile(Real p) { return -std::sqrt(2.0L) * boost::math::erfc_inv(2 * p, Policy()); }
+Real NormalQuantile(Real p) { return -sqrt(Real(2)) * erfc_inv(2 * p); }
 
 Real StirlingRemainder(Real a) {
-  if (a < kLargeShape) return LogGamma(a) - (a - 0.5L) * std::log(a) + a - kHalfLogTwoPi;
+  if (a < kLargeShape) return lgamma(a) - (a - 0.5L) * log(a) + a - kHalfLogTwoPi;
   static constexpr std::array<Real, 7> kTerms = {
       1 / 156.0L, -691 / 360360.0L, 1 / 1188.0L, -1 / 1680.0L, 1 / 1260.0L, -1 / 360.0L, 1 / 12.0L};
   const Real square = 1 / (a * a);
@@ -173,57 +186,43 @@ Real StirlingRemainder(Real a) {
   return sum / a;
 }
 
-Tails GammaTails(Real a, Real x) {
-  const Real excess = x - a;
-  const Real halfSquare = -LogLess(x / a, excess / a);  // eta^2 / 2
-  const Real density = std::sqrt(a / kTwoPi) * std::exp(-a * halfSquare - StirlingRemainder(a));
-  if (a < kLargeShape) {
-    return {boost::math::gamma_p(a, x, Policy()), boost::math::gamma_q(a, x, Policy()), density};
-  }
-  const bool isUpper = excess > 0;
-  if (halfSquare > 0.5L) {
-    const Real tail = isUpper ? UpperFraction(a, x) : LowerSeries(a, x) / a;
-    return FromTail(density * tail, density, isUpper);
-  }
-  static const UniformSeries series;
-  const Real eta = std::sqrt(2 * halfSquare);
-  const Real sum = isUpper ? series.Sum(a, eta) : -series.Sum(a, -eta);
-  const Real tail = std::erfc(std::sqrt(a * halfSquare)) / 2 + density / a * sum;
-  return FromTail(tail, density, isUpper);
+Real GammaDensity(Real a, Real x) {
+  const Real halfSquare = -LogLess(x / a, (x - a) / a);  // eta^2 / 2
+  return sqrt(a / kTwoPi) * exp(-a * halfSquare - StirlingRemainder(a));
 }
 
-Tails BetaTails(Real a, Real b, Real x, Real y, Real excess) {
-  if (x > y) {
-    const Tails mirrored = BetaTails(b, a, y, x, -excess);
-    return {mirrored.upper, mirrored.lower, mirrored.density};
+Real GammaTail(Real a, Real x, Side side) {
+  if (a < kLargeShape) {
+    return side == Side::Lower ? boost::math::gamma_p(a, x, Policy())
+                               : boost::math::gamma_q(a, x, Policy());
   }
+  const Side outer = x > a ? Side::Upper : Side::Lower;
+  const Real tail = OuterGammaTail(a, x);
+  return side == outer ? tail : 1 - tail;
+}
+
+Real BetaDensity(const BetaPlace& place) {
+  const auto& [a, b, x, y, excess] = place;
   const Real n = a + b;
   const Real deviance =
       a * LogLess(x * (n / a), excess / a) + b * LogLess(y * (n / b), -excess / b);
-  const Real density =
-      std::sqrt(a / kTwoPi * (b / n)) *
-      std::exp(deviance + StirlingRemainder(n) - StirlingRemainder(a) - StirlingRemainder(b));
-  if (std::fmin(a, b) < kLargeShape) {
-    if (b > kHugeShape) {
-      const Tails limit = GammaTails(a, -(b + (a - 1) / 2) * std::log1p(-x));
-      return {limit.lower, limit.upper, density};
-    }
-    if (a > kHugeShape) {
-      const Tails limit = GammaTails(b, -(a + (b - 1) / 2) * std::log(x));
-      return {limit.upper, limit.lower, density};
-    }
-    return {boost::math::ibeta(a, b, x, Policy()), boost::math::ibetac(a, b, x, Policy()), density};
+  return sqrt(a / kTwoPi * (b / n)) *
+         exp(deviance + StirlingRemainder(n) - StirlingRemainder(a) - StirlingRemainder(b));
+}
+
+Real BetaTail(const BetaPlace& place, Side side) {
+  const auto& [a, b, x, y, excess] = place;
+  const Side otherSide = side == Side::Lower ? Side::Upper : Side::Lower;
+  if (x > y) return BetaTail({b, a, y, x, -excess}, otherSide);
+  if (std::min<Real>(a, b) >= kLargeShape) {
+    const Side outer = excess > 0 ? Side::Upper : Side::Lower;
+    const Real tail = OuterBetaTail(place);
+    return side == outer ? tail : 1 - tail;
   }
-  const bool isUpper = excess > 0;
-  const Real sign = isUpper ? 1 : -1;
-  const Real scale = 1 / std::fmax(std::fabs(excess), std::sqrt(n * x * y));
-  const Real integral = TailRule::Get().Integrate(scale, [&](Real distance) {
-    const Real s = sign * distance;
-    // h(t + s) - h(t) = a s - n ln(1 + z)
-    const Real z = x * std::expm1(s);
-    return -excess * s - n * (LogLess(1 + z, z) + x * ExpLess(s));
-  });
-  return FromTail(density * integral, density, isUpper);
+  if (b > kHugeShape) return GammaTail(a, -(b + (a - 1) / 2) * log1p(-x), side);
+  if (a > kHugeShape) return GammaTail(b, -(a + (b - 1) / 2) * log(x), otherSide);
+  return side == Side::Lower ? boost::math::ibeta(a, b, x, Policy())
+                             : boost::math::ibetac(a, b, x, Policy());
 }
 
 }  // namespace QDMath_700

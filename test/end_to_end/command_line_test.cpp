@@ -282,6 +282,31 @@ TEST_F(CommandLineTest, ReportsGoToSeveralPlacesInOneCall) {
               AllOf(StartsWith("<?xml"), Not(HasSubstr("var("))));
 }
 
+TEST_F(CommandLineTest, ASourceDateMakesRunsTheSameToTheLastByte) {
+  const std::vector<std::string> command = {"/usr/bin/env",
+                                            "SOURCE_DATE_EPOCH=86399",
+                                            kProgram,
+                                            "analyse",
+                                            kSleep,
+                                            "--related",
+                                            "drug1,drug2",
+                                            "--out",
+                                            folder.Path("result.xml"),
+                                            "--report",
+                                            "html=" + folder.Path("report.html")};
+  std::vector<std::string> results;
+  for (int run = 0; run < 2; ++run) {
+    ASSERT_EQ(RunProcess(command).exitCode, 0);
+    results.push_back(FileContent(folder.Path("result.xml")) +
+                      FileContent(folder.Path("report.html")));
+  }
+  EXPECT_EQ(results[0], results[1]);
+  EXPECT_THAT(results[0], AllOf(HasSubstr("modelID=\"1\""), HasSubstr("1970-01-01 23:59:59 UTC")));
+  const ProcessResult numbered = RunNpar({"analyse", kSleep, "--related", "drug1,drug2", "--out",
+                                          folder.Path("result.xml"), "--model-id", "17"});
+  EXPECT_THAT(FileContent(folder.Path("result.xml")), HasSubstr("modelID=\"17\"")) << numbered.err;
+}
+
 struct BadInput {
   const char* catches;
   std::string command;  // @NAME: a file of the table below

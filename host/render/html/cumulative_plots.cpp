@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "arithmetic/elementary.h"
 #include "catalogue/cards/ks_one_sample.h"
 #include "catalogue/cards/ks_two_sample.h"
 #include "host/render/html/markup.h"
@@ -78,10 +79,11 @@ double Parameter(const ResultTest& test, std::size_t position) {
 double PoissonShare(double mean, double value) {
   if (mean > kMostPoissonMean) return NAN;
   double sum = 0.0;
+  const double logarithmOfMean = arithmetic::Log(mean);
   const auto last = static_cast<std::int64_t>(std::clamp(value, -1.0, 10.0 * kMostPoissonMean));
   for (std::int64_t k = 0; k <= last; ++k) {
     const auto count = static_cast<double>(k);
-    sum += std::exp(count * std::log(mean) - mean - std::lgamma(count + 1.0));
+    sum += arithmetic::Exp(count * logarithmOfMean - mean - arithmetic::LogGamma(count + 1.0));
   }
   return std::min(sum, 1.0);
 }
@@ -96,9 +98,9 @@ double HypothesisedShare(const ResultTest& test, double value) {
   }
   if (test.conditionKey.starts_with("Poisson")) return PoissonShare(first, value);
   if (test.conditionKey.starts_with("Exponential")) {
-    return value > 0.0 ? 1.0 - std::exp(-value / first) : 0.0;
+    return value > 0.0 ? 1.0 - arithmetic::Exp(-value / first) : 0.0;
   }
-  return 0.5 * std::erfc((first - value) / (second * std::sqrt(2.0)));
+  return 0.5 * arithmetic::Erfc((first - value) / (second * std::sqrt(2.0)));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "arithmetic/elementary.h"
 #include "catalogue/cards/wilcoxon.h"
 #include "host/data/number.h"
 #include "host/render/html/markup.h"
@@ -51,7 +52,7 @@ double ClassWidth(const std::vector<double>& values, double total) {
   const auto [low, high] = std::ranges::minmax(values);
   const bool areWhole = std::ranges::all_of(values, [](double v) { return v == std::floor(v); });
   if (areWhole && high - low < static_cast<double>(kMostSingleBars)) return 1.0;
-  const double classes = std::clamp(2.0 * std::cbrt(std::max(total, 1.0)), 6.0, 40.0);
+  const double classes = std::clamp(2.0 * arithmetic::Cbrt(std::max(total, 1.0)), 6.0, 40.0);
   const double width = RoundStep(high - low, classes);
   return areWhole ? std::max(width, 1.0) : width;
 }

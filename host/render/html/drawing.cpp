@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "arithmetic/elementary.h"
 #include "host/render/html/markup.h"
 
 namespace npar_host {
@@ -179,7 +180,7 @@ Scale ScaleOver(const std::vector<double>& values, double from, double to) {
 double RoundStep(double range, double parts) {
   const double raw = range / parts;
   if (!(raw > 0.0) || !std::isfinite(raw)) return 1.0;
-  const double power = std::pow(10.0, std::floor(std::log10(raw)));
+  const double power = arithmetic::Pow(10.0, std::floor(arithmetic::Log10(raw)));
   for (const double factor : {1.0, 2.0, 5.0}) {
     if (factor * power >= raw * (1.0 - 1e-9)) return factor * power;
   }

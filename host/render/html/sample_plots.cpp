@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "arithmetic/elementary.h"
 #include "catalogue/cards/runs.h"
 #include "host/data/number.h"
 #include "host/render/html/markup.h"
@@ -250,7 +251,8 @@ std::optional<Plot> RunsPlot(const ResultTest& test) {
   std::vector<std::pair<double, double>> curve;
   for (int i = -35; i <= 35; ++i) {
     const double z = i / 10.0;
-    curve.emplace_back(across(*mean + z * *deviation), kBottom - 84.0 * std::exp(-z * z / 2.0));
+    curve.emplace_back(across(*mean + z * *deviation),
+                       kBottom - 84.0 * arithmetic::Exp(-z * z / 2.0));
   }
   plot.drawing.Polyline(curve, "second line dashed");
   plot.drawing.Line(across(*mean), kBottom - 84.0, across(*mean), kBottom, "grid");

@@ -1,9 +1,9 @@
 #include "kit/comparisons/multiple_comparisons.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string>
 
+#include "arithmetic/elementary.h"
 #include "catalogue/run.h"
 #include "kit/order/interruption.h"
 #include "kit/statistics/normal.h"
@@ -85,13 +85,14 @@ void MultipleComparison::AddSubset(const SampleRange& range, const RangeFigures&
 double MultipleComparison::AdjustedSig(double sig, std::size_t rangeSize) const {
   const std::size_t count = samples.size();
   if (!IsAdjusted(rangeSize)) return sig;
-  return 1.0 - std::pow(1.0 - sig, static_cast<double>(count) / static_cast<double>(rangeSize));
+  return 1.0 -
+         arithmetic::Pow(1.0 - sig, static_cast<double>(count) / static_cast<double>(rangeSize));
 }
 
 double MultipleComparison::DecidingLevel(const SampleRange& range) const {
   if (!policy.judgesOnAdjusted || !IsAdjusted(range.Size())) return sigLevel;
   const double share = static_cast<double>(range.Size()) / static_cast<double>(samples.size());
-  return -std::expm1(share * std::log1p(-sigLevel));
+  return -arithmetic::Expm1(share * arithmetic::Log1p(-sigLevel));
 }
 
 bool MultipleComparison::AddIfHomogeneous(const SampleRange& range, const RangeFigures& figures) {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "arithmetic/elementary.h"
 #include "foundation/names.h"
 
 ChiSquareFigures ChiSquareOf(double statistic, std::size_t samples) {
@@ -11,7 +12,7 @@ ChiSquareFigures ChiSquareOf(double statistic, std::size_t samples) {
 
 double SurelySignificantChiSquare(double level, std::size_t samples) {
   const double df = static_cast<double>(samples) - 1.0;
-  const double t = -std::log(level);
+  const double t = -arithmetic::Log(level);
   return df + 2.0 * std::sqrt(df * t) + 2.0 * t;
 }
 

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "arithmetic/elementary.h"
 #include "kit/statistics/binomial.h"
 #include "kit/statistics/saddle_point.h"
 
@@ -31,7 +32,7 @@ std::optional<ExactTails> ExactBinomialTails(std::int64_t count, std::int64_t n,
   ExactTails exact{tails->lower, tails->upper, 1.0};
   const double expected = static_cast<double>(n) * p;
   if (static_cast<double>(count) == expected) return exact;
-  const double limit = LogBinomialPoint(count, n, p) + std::log1p(kProbabilitySlack);
+  const double limit = LogBinomialPoint(count, n, p) + arithmetic::Log1p(kProbabilitySlack);
   const auto isSmall = [&](std::int64_t k) { return LogBinomialPoint(k, n, p) <= limit; };
   // Beyond the expected count probabilities fall, on either side.
   double far = 0.0;
@@ -51,5 +52,5 @@ std::optional<ExactTails> ExactBinomialTails(std::int64_t count, std::int64_t n,
 }
 
 double CohensH(double share, double p) {
-  return 2.0 * std::asin(std::sqrt(share)) - 2.0 * std::asin(std::sqrt(p));
+  return 2.0 * arithmetic::Asin(std::sqrt(share)) - 2.0 * arithmetic::Asin(std::sqrt(p));
 }

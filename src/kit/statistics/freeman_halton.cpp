@@ -5,6 +5,7 @@
 #include <limits>
 #include <vector>
 
+#include "arithmetic/elementary.h"
 #include "kit/statistics/exact_tails.h"
 
 namespace {
@@ -12,7 +13,7 @@ namespace {
 constexpr double kMostTables = 1e6;
 
 /// Wider than a double's range: the product of k improbable cells may still be a double.
-using Weight = long double;
+using Weight = arithmetic::Extended;
 
 /// Weights in proportion to C(size, l) odds^l for l from `first` to `last`, the largest near 1:
 /// each follows from the one nearer to the middle by a ratio. With the odds of the rows, whose

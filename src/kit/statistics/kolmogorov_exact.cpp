@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "arithmetic/elementary.h"
 #include "kit/statistics/exact_tails.h"
 #include "kit/statistics/saddle_point.h"
 
@@ -35,7 +36,7 @@ class DurbinMatrix {
     }
     const double excess = 2.0 * h - 1.0;
     corner = 1.0 - 2.0 * power;
-    if (excess > 0.0) corner += std::pow(excess, static_cast<double>(size));
+    if (excess > 0.0) corner += arithmetic::Pow(excess, static_cast<double>(size));
     corner *= band[0];
   }
 
@@ -95,7 +96,7 @@ double OneSidedKolmogorovSig(std::int64_t n, double d) {
   for (std::int64_t j = 0; j < n; ++j) {
     const double share = d + static_cast<double>(j) / units;
     if (!(share < 1.0)) break;
-    sum += d / share * std::exp(LogBinomialPoint(j, n, share));
+    sum += d / share * arithmetic::Exp(LogBinomialPoint(j, n, share));
   }
   return CutToOne(sum);
 }

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <limits>
 
+#include "arithmetic/elementary.h"
+
 namespace {
 
 constexpr double kPi = 3.141592653589793;
@@ -43,7 +45,7 @@ double LimitingKolmogorovSig(double z) {
   double sum = 0.0;
   double term = 1.0;
   for (double k = 1.0; std::abs(term) > sum * QDPower::gMachineEpsilon; k += isSmall ? 2.0 : 1.0) {
-    term = std::exp(-unit * k * k);
+    term = arithmetic::Exp(-unit * k * k);
     if (!isSmall && std::fmod(k, 2.0) == 0.0) term = -term;
     sum += term;
   }

@@ -1,9 +1,10 @@
 #include "kit/statistics/lattice_paths.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <utility>
+
+#include "arithmetic/elementary.h"
 
 namespace {
 
@@ -18,7 +19,7 @@ struct Boundary {
 
 /// More digits and a wider range than a double's, since a share is an average of averages over as
 /// many steps as there are units, and may be as small as the inverse of the number of paths.
-using Share = long double;
+using Share = arithmetic::Extended;
 
 /// The share of all paths that touch the boundary. share[i] is that of the paths to (i, j) with
 /// i + j = m, for one m after the other.

@@ -4,16 +4,18 @@
 #include <cmath>
 #include <iterator>
 
+#include "arithmetic/elementary.h"
+
 LillieforsSig NormalLillieforsSig(std::int64_t n, double d) {
   constexpr double kMostUnits = 100.0;
   constexpr double kPower = 0.49;
   constexpr double kLargestSig = 0.1;  // that the formula holds for
   const auto units = static_cast<double>(n);
-  const double k = units > kMostUnits ? d * std::pow(units / kMostUnits, kPower) : d;
+  const double k = units > kMostUnits ? d * arithmetic::Pow(units / kMostUnits, kPower) : d;
   const double m = std::min(units, kMostUnits);
   const double scaled = m + 2.78019;
-  const double sig = std::exp(-7.01256 * k * k * scaled + 2.99587 * k * std::sqrt(scaled) -
-                              0.122119 + 0.974598 / std::sqrt(m) + 1.67997 / m);
+  const double sig = arithmetic::Exp(-7.01256 * k * k * scaled + 2.99587 * k * std::sqrt(scaled) -
+                                     0.122119 + 0.974598 / std::sqrt(m) + 1.67997 / m);
   if (sig > kLargestSig) return {LillieforsSig::Kind::AtLeast, kLargestSig};
   return {LillieforsSig::Kind::Value, sig};
 }
@@ -36,6 +38,6 @@ LillieforsSig ExponentialLillieforsSig(std::int64_t n, double d) {
   if (above == std::begin(kPoints)) return {LillieforsSig::Kind::AtLeast, above->sig};
   const UpperPoint& below = above[-1];
   const double share = (modified - below.d) / (above->d - below.d);
-  return {LillieforsSig::Kind::Value,
-          std::exp((1.0 - share) * std::log(below.sig) + share * std::log(above->sig))};
+  return {LillieforsSig::Kind::Value, arithmetic::Exp((1.0 - share) * arithmetic::Log(below.sig) +
+                                                      share * arithmetic::Log(above->sig))};
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "arithmetic/elementary.h"
+
 ProportionEstimator::ProportionEstimator(std::int64_t successes, std::int64_t failures,
                                          double confidenceLevel)
     : a(static_cast<double>(successes)),
@@ -53,7 +55,7 @@ std::optional<ProportionInterval> ProportionEstimator::ProfileLikelihood() const
 
 double ProportionEstimator::LogLikelihood(double x) const {
   if (!(x > 0.0 && x < 1.0)) return 0.0;
-  return b * std::log(1.0 - x) + a * std::log(x);
+  return b * arithmetic::Log(1.0 - x) + a * arithmetic::Log(x);
 }
 
 double ProportionEstimator::SolveProfile(double start, double chiSquare) const {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "arithmetic/elementary.h"
 #include "foundation/names.h"
 
 namespace {
@@ -14,8 +15,8 @@ constexpr double kHalf = 0.5;
 double StirlingError(double n) {
   constexpr double kSeriesFrom = 16.0;  // the first term left out is below 1e-16
   if (n < kSeriesFrom) {
-    return QDDistFun::lyradnlgam(n + 1.0) - (n + kHalf) * std::log(n) + n -
-           std::log(kTwoPi) * kHalf;
+    return QDDistFun::lyradnlgam(n + 1.0) - (n + kHalf) * arithmetic::Log(n) + n -
+           arithmetic::Log(kTwoPi) * kHalf;
   }
   // Bernoulli's numbers over 2 j (2 j - 1).
   constexpr double kTerms[] = {1.0 / 12,    -1.0 / 360, 1.0 / 1260,
@@ -37,7 +38,8 @@ double DevianceTerm(double x, double mean) {
   if (x == 0.0) return mean;
   const double difference = x - mean;
   constexpr double kNear = 0.1;
-  if (!(std::abs(difference) < kNear * (x + mean))) return x * std::log(x / mean) - difference;
+  if (!(std::abs(difference) < kNear * (x + mean)))
+    return x * arithmetic::Log(x / mean) - difference;
   // With v = difference / (x + mean), ln(x / mean) is 2 artanh v.
   const double v = difference / (x + mean);
   double power = 2.0 * x * v;
@@ -56,15 +58,16 @@ double LogBinomialPoint(std::int64_t k, std::int64_t n, double p) {
   const auto trials = static_cast<double>(n);
   const auto successes = static_cast<double>(k);
   const auto failures = static_cast<double>(n - k);
-  if (k == 0) return trials * std::log1p(-p);
-  if (k == n) return trials * std::log(p);
+  if (k == 0) return trials * arithmetic::Log1p(-p);
+  if (k == n) return trials * arithmetic::Log(p);
   return StirlingError(trials) - StirlingError(successes) - StirlingError(failures) -
          DevianceTerm(successes, trials * p) - DevianceTerm(failures, trials * (1.0 - p)) +
-         kHalf * std::log(trials / (kTwoPi * successes * failures));
+         kHalf * arithmetic::Log(trials / (kTwoPi * successes * failures));
 }
 
 double PoissonPoint(std::int64_t k, double mean) {
-  if (k == 0) return std::exp(-mean);
+  if (k == 0) return arithmetic::Exp(-mean);
   const auto count = static_cast<double>(k);
-  return std::exp(-StirlingError(count) - DevianceTerm(count, mean)) / std::sqrt(kTwoPi * count);
+  return arithmetic::Exp(-StirlingError(count) - DevianceTerm(count, mean)) /
+         std::sqrt(kTwoPi * count);
 }

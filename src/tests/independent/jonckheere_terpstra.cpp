@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "arithmetic/elementary.h"
 #include "kit/comparisons/multiple_comparisons.h"
 #include "kit/comparisons/range_counts.h"
 #include "kit/contract/test.h"
@@ -265,7 +266,7 @@ class NPARJonckTer final : public NPARTest {
     const double n = all.sum - earlier.sum;
     const double deviation = statistic - (n * n - (all.squares - earlier.squares)) / 4.0;
     const double variance = (n * n * (2.0 * n + 3.0) - (all.cubic - earlier.cubic)) / 72.0;
-    const double enough = variance * -2.0 * std::log(2.0 * comparison.DecidingLevel(range));
+    const double enough = variance * -2.0 * arithmetic::Log(2.0 * comparison.DecidingLevel(range));
     return (deviation < 0.0) == (overall.z < 0.0) &&
            deviation * deviation > std::max(enough, variance);
   }
