@@ -29,6 +29,8 @@ constexpr SoftwareExtended::SoftwareExtended(double number) noexcept {
   }
 }
 
+static_assert(std::numeric_limits<long double>::digits >= 64, "constants would lose digits");
+
 constexpr SoftwareExtended::SoftwareExtended(long double number) noexcept
     : SoftwareExtended(static_cast<double>(number)) {
   if (!IsOrdinary()) return;

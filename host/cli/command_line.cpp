@@ -1,18 +1,12 @@
 #include "host/cli/command_line.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cerrno>
-#include <csignal>
 #include <exception>
 #include <new>
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "host/cli/commands.h"
@@ -21,6 +15,7 @@
 #include "host/data/input_error.h"
 #include "host/data/join_words.h"
 #include "host/data/near_miss.h"
+#include "host/os/standard_streams.h"
 
 namespace npar_host {
 namespace {
@@ -40,18 +35,6 @@ input or output that can't be written; 3 every test of an analysis failed;
 int Complain(const std::string& text) {
   Tell("npar: " + text);
   return kExitUsage;
-}
-
-// A file that is opened while a standard descriptor is closed would take its place, and get what is
-// written there. In the place of input and output stands what can only be used the wrong way round,
-// so that reading and writing fail as with a closed one.
-void OccupyStandardDescriptors() {
-  for (const auto& [descriptor, wrongWay] :
-       {std::pair(STDIN_FILENO, O_WRONLY), {STDOUT_FILENO, O_RDONLY}, {STDERR_FILENO, O_WRONLY}}) {
-    if (fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) {
-      static_cast<void>(open("/dev/null", wrongWay));  // takes the lowest free one, which this is
-    }
-  }
 }
 
 bool IsIn(const std::vector<std::string>& names, const std::string& name) {
@@ -101,13 +84,13 @@ std::string Problem(const CLI::ParseError& error, const CLI::App& app,
 }  // namespace
 
 int RunCommandLine(int argc, char** argv) {
-  OccupyStandardDescriptors();
-  RememberCommandLine(argc, argv);
-  // A closed pipe is then an error of the write, which is reported.
-  std::signal(SIGPIPE, SIG_IGN);
+  PrepareStandardStreams();
+  const std::vector<std::string> words = ProgramWords(argc, argv);
+  RememberCommandLine(words);
 
   CLI::App app("Nonparametric hypothesis tests on tables of data.", "npar");
   app.require_subcommand(1);
+  app.allow_windows_style_options(false);  // a leading slash begins a path
   app.set_version_flag("--version", "npar " NPAR_VERSION, "print the version and exit");
   app.footer(kExamples);
   int exitCode = kExitSuccess;
@@ -120,7 +103,7 @@ int RunCommandLine(int argc, char** argv) {
   AddInfoCommand(app);
   AddCompletionCommand(app);
   try {
-    app.parse(argc, argv);
+    app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
     return exitCode;
   } catch (const CLI::ParseError& error) {
     std::ostringstream help;
@@ -132,7 +115,7 @@ int RunCommandLine(int argc, char** argv) {
         return Complain(failure.what());
       }
     }
-    const int code = Complain(Problem(error, app, {argv + 1, argv + argc}));
+    const int code = Complain(Problem(error, app, words));
     Tell("Run npar --help or npar COMMAND --help for the usage.");
     return code;
   } catch (const std::bad_alloc&) {

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "host/cli/command_line.h"
-#include "host/cli/interrupt.h"
 #include "host/cli/output.h"
 #include "host/cli/progress_bar.h"
 #include "host/cli/trace.h"
@@ -13,6 +12,7 @@
 #include "host/data/text_source.h"
 #include "host/loader/analysis_run.h"
 #include "host/messages/messages.h"
+#include "host/os/interrupt.h"
 
 namespace npar_host {
 namespace {

@@ -1,14 +1,12 @@
 #include "host/cli/progress_bar.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <utility>
 #include <vector>
 
-#include "host/cli/terminal.h"
 #include "host/data/join_words.h"
+#include "host/os/terminal.h"
 #include "host/render/text_layout.h"
 #include "host/render/wording.h"
 
@@ -42,7 +40,7 @@ std::string PassTitle(const PassInHand& pass) {
 }
 
 ProgressBar::ProgressBar()
-    : isSeen(IsTerminal(STDERR_FILENO) && TerminalKnowsEscapes()), isAscii(!LocaleIsUtf8()) {}
+    : isSeen(IsTerminal(kStandardError) && TerminalKnowsEscapes()), isAscii(!LocaleIsUtf8()) {}
 
 ProgressBar::~ProgressBar() {
   if (isDrawn) std::fprintf(stderr, "\r%s", kClearToEnd);
@@ -64,7 +62,7 @@ void ProgressBar::Name(std::string newTitle) {
 void ProgressBar::Draw() {
   if (!isSeen) return;
   isDrawn = true;
-  const std::size_t columns = TerminalColumns(STDERR_FILENO);
+  const std::size_t columns = TerminalColumns(kStandardError);
   // The last column stays free: some terminals begin a new line behind it.
   const std::size_t room = columns > kLeftOfTitle + 1 ? columns - kLeftOfTitle - 1 : 0;
   const std::size_t filled = static_cast<std::size_t>(percent) * kWidth / 100;

@@ -1,16 +1,14 @@
 #include "host/cli/report_request.h"
 
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <vector>
 
 #include "host/cli/output.h"
-#include "host/cli/terminal.h"
 #include "host/data/input_error.h"
 #include "host/data/join_words.h"
+#include "host/os/terminal.h"
 #include "host/render/html/test_plots.h"
 #include "host/request/word_list.h"
 
@@ -76,8 +74,8 @@ TextStyle StyleFor(std::string_view path, const TextChoices& choices) {
   style.ascii = choices.ascii;
   style.sentences = choices.sentences;
   style.trace = path != "-";
-  if (path != "-" || !IsTerminal(STDOUT_FILENO)) return style;
-  style.width = std::clamp(TerminalColumns(STDOUT_FILENO), kNarrowest, kWidest);
+  if (path != "-" || !IsTerminal(kStandardOutput)) return style;
+  style.width = std::clamp(TerminalColumns(kStandardOutput), kNarrowest, kWidest);
   style.ascii = choices.ascii || !LocaleIsUtf8();
   style.colour = !IsInEnvironment("NO_COLOR") && TerminalKnowsEscapes();
   return style;

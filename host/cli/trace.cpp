@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "host/data/input_error.h"
+#include "host/os/whole_file.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {
@@ -32,8 +33,9 @@ std::string TimeText(std::int64_t seconds) {
   return {text.data(), static_cast<std::size_t>(length)};
 }
 
-std::int64_t SecondsSince1970(std::chrono::system_clock::time_point time) {
-  return std::chrono::floor<std::chrono::seconds>(time).time_since_epoch().count();
+std::int64_t Now() {
+  const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  return now.time_since_epoch().count();
 }
 
 // As a shell takes it.
@@ -68,9 +70,7 @@ std::optional<std::int64_t> SourceDate() {
   return seconds;
 }
 
-void RememberCommandLine(int argc, const char* const* argv) {
-  commandLine.assign(argv + std::min(argc, 1), argv + argc);
-}
+void RememberCommandLine(const std::vector<std::string>& words) { commandLine = words; }
 
 ReportTrace MakeTrace(const std::string& dataPath, const ResultDocument& document) {
   ReportTrace trace;
@@ -80,13 +80,13 @@ ReportTrace MakeTrace(const std::string& dataPath, const ResultDocument& documen
   std::error_code failure;
   if (dataPath != "-" && std::filesystem::is_regular_file(path, failure)) {
     trace.bytes = std::to_string(std::filesystem::file_size(path, failure));
-    const std::int64_t changed = SecondsSince1970(
-        std::chrono::file_clock::to_sys(std::filesystem::last_write_time(path, failure)));
-    trace.changed = TimeText(std::min(changed, sourceDate.value_or(changed)));
+    if (const std::optional<std::int64_t> changed = LastChange(dataPath)) {
+      trace.changed = TimeText(std::min(*changed, sourceDate.value_or(*changed)));
+    }
   }
   trace.command = CommandLine();
   trace.program = document.application + " " + document.applicationVersion;
-  trace.made = TimeText(sourceDate.value_or(SecondsSince1970(std::chrono::system_clock::now())));
+  trace.made = TimeText(sourceDate ? *sourceDate : Now());
   return trace;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/render/result_model.h"
 
@@ -12,8 +13,8 @@ namespace npar_host {
 /// then gives the same bytes. Throws UsageError for what is no such number.
 [[nodiscard]] std::optional<std::int64_t> SourceDate();
 
-/// Keeps the words that the program was called with, for MakeTrace.
-void RememberCommandLine(int argc, const char* const* argv);
+/// Keeps the words behind the program's name, for MakeTrace.
+void RememberCommandLine(const std::vector<std::string>& words);
 
 /// What a report tells of its origin: the data file ("-" is standard input) and this process.
 [[nodiscard]] ReportTrace MakeTrace(const std::string& dataPath, const ResultDocument& document);

@@ -15,11 +15,28 @@ class ComponentError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// What a component exports (npar/component.h).
+struct ComponentExports {
+  decltype(&hb_initialise) initialise = nullptr;
+  decltype(&hb_create_component) create = nullptr;
+  decltype(&hb_destroy_component) destroy = nullptr;
+  decltype(&hb_component_configure) configure = nullptr;
+  decltype(&hb_component_getExecutionRequirements) getExecutionRequirements = nullptr;
+  decltype(&hb_component_beginExecution) beginExecution = nullptr;
+  decltype(&hb_component_cancelExecution) cancelExecution = nullptr;
+  decltype(&hb_component_endExecution) endExecution = nullptr;
+  decltype(&hb_component_getMessages) getMessages = nullptr;
+  decltype(&hb_getModuleInformation) getModuleInformation = nullptr;
+};
+
 /// A component library in this process, initialised with the host's description of itself. It is
 /// never unloaded: a component may hold process-wide objects that outlive its runs.
 class ComponentLibrary {
  public:
-  /// Throws ComponentError for a path that is no file, no library or lacks an export.
+  /// One that is linked in. Throws ComponentError where it refuses to be initialised.
+  explicit ComponentLibrary(const ComponentExports& exports);
+  /// Loads one. Throws ComponentError also for a path that is no file, no library or lacks an
+  /// export.
   explicit ComponentLibrary(const std::filesystem::path& path);
 
   /// Where the library lies that is installed with this program: ../lib beside the program's
@@ -32,15 +49,7 @@ class ComponentLibrary {
  private:
   friend class Component;
 
-  decltype(&hb_create_component) create;
-  decltype(&hb_destroy_component) destroy;
-  decltype(&hb_component_configure) configure;
-  decltype(&hb_component_getExecutionRequirements) getExecutionRequirements;
-  decltype(&hb_component_beginExecution) beginExecution;
-  decltype(&hb_component_cancelExecution) cancelExecution;
-  decltype(&hb_component_endExecution) endExecution;
-  decltype(&hb_component_getMessages) getMessages;
-  decltype(&hb_getModuleInformation) getModuleInformation;
+  ComponentExports exports;
 };
 
 /// One component object, ended and destroyed with this. The library and the context outlive it.

@@ -99,7 +99,12 @@ uint32_t hb_component_getMessages(void* component, char* buffer, size_t capacity
 uint32_t hb_getModuleInformation(char* buffer, size_t capacity, size_t* needed, int32_t* err);
 #endif
 
-/* The mangled name under which hb_getModuleInformation is found by dlsym. */
+/* The mangled name under which hb_getModuleInformation is found by dlsym; it tells the type that
+ * size_t is: unsigned long on Linux, macOS and WebAssembly, unsigned long long on 64-bit Windows. */
+#ifdef _WIN64
+#define NPAR_MODULE_INFORMATION_SYMBOL "_Z23hb_getModuleInformationPcyPyPi"
+#else
 #define NPAR_MODULE_INFORMATION_SYMBOL "_Z23hb_getModuleInformationPcmPmPi"
+#endif
 
 #endif /* NPAR_COMPONENT_H */

@@ -48,7 +48,11 @@ template <typename Value>
     memory = std::malloc(bytes + 1);  // never null for no bytes
   } else {
     const std::size_t rounded = (bytes + kHugePage - 1) / kHugePage * kHugePage;
+#ifdef __linux__
     memory = std::aligned_alloc(kHugePage, rounded);
+#else
+    memory = std::malloc(rounded);
+#endif
     if (memory != nullptr) AdviseHugePages(memory, rounded);
   }
   if (memory == nullptr) throw std::bad_alloc();

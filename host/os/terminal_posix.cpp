@@ -1,5 +1,3 @@
-#include "host/cli/terminal.h"
-
 #include <langinfo.h>
 #include <locale.h>
 #include <sys/ioctl.h>
@@ -7,6 +5,8 @@
 
 #include <cstdlib>
 #include <string_view>
+
+#include "host/os/terminal.h"
 
 namespace npar_host {
 namespace {

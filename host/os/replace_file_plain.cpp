@@ -1,0 +1,49 @@
+#include <cerrno>
+#include <cstdio>
+#include <fstream>
+#include <system_error>
+
+#include "host/os/replace_file.h"
+
+namespace npar_host {
+namespace {
+
+constexpr int kNoReason = EIO;
+
+int Failure() { return errno != 0 ? errno : kNoReason; }
+
+}  // namespace
+
+int WriteStandardOutput(const PieceWriter& writer) {
+  errno = 0;
+  bool isWritten = true;
+  writer([&](std::string_view piece) {
+    isWritten = isWritten && std::fwrite(piece.data(), 1, piece.size(), stdout) == piece.size();
+  });
+  return isWritten && std::fflush(stdout) == 0 ? 0 : Failure();
+}
+
+int WriteInPlace(const std::filesystem::path& path, const PieceWriter& writer) {
+  errno = 0;
+  std::ofstream stream(path, std::ios::binary);
+  writer([&](std::string_view piece) {
+    stream.write(piece.data(), static_cast<std::streamsize>(piece.size()));
+  });
+  stream.close();
+  return stream ? 0 : Failure();
+}
+
+int ReplaceFile(const std::filesystem::path& target, const PieceWriter& writer) {
+  std::filesystem::path temporary = target;
+  temporary += ".npar-part";
+  int error = WriteInPlace(temporary, writer);
+  std::error_code failure;
+  if (error == 0) {
+    std::filesystem::rename(temporary, target, failure);
+    error = failure ? failure.default_error_condition().value() : 0;
+  }
+  if (error != 0) std::filesystem::remove(temporary, failure);
+  return error;
+}
+
+}  // namespace npar_host
