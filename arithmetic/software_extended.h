@@ -81,7 +81,7 @@ class SoftwareExtended {
     return x;
   }
   friend constexpr bool operator==(SoftwareExtended a, SoftwareExtended b) noexcept {
-    return (a <=> b) == 0;
+    return std::is_eq(a <=> b);
   }
   friend constexpr std::partial_ordering operator<=>(SoftwareExtended a,
                                                      SoftwareExtended b) noexcept {

@@ -100,7 +100,8 @@ uint32_t hb_getModuleInformation(char* buffer, size_t capacity, size_t* needed, 
 #endif
 
 /* The mangled name under which hb_getModuleInformation is found by dlsym; it tells the type that
- * size_t is: unsigned long on Linux, macOS and WebAssembly, unsigned long long on 64-bit Windows. */
+ * size_t is: unsigned long on Linux, macOS and WebAssembly, unsigned long long on 64-bit Windows.
+ */
 #ifdef _WIN64
 #define NPAR_MODULE_INFORMATION_SYMBOL "_Z23hb_getModuleInformationPcyPyPi"
 #else
