@@ -73,9 +73,10 @@ static uint32_t GetValue(HBIterator* self, size_t fieldIndex, const void** value
   return HB_OK;
 }
 
-/* A host with many records also fills in readBlock, which costs one call for a few thousand. */
-static const HBIteratorTable kRecordsTable = {sizeof(HBIteratorTable), Rewind, Next, GetValue,
-                                              NULL};
+/* A host with many records also fills in readBlock, which costs one call for a few thousand; one
+ * that holds columns fills in getColumn alone. */
+static const HBIteratorTable kRecordsTable = {
+    .size = sizeof(HBIteratorTable), .rewind = Rewind, .next = Next, .getValue = GetValue};
 static HBIterator records = {&kRecordsTable};
 
 /* container: the component puts one stream, the result document, and closes the container. */

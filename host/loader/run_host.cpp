@@ -1,5 +1,6 @@
 #include "host/loader/run_host.h"
 
+#include <algorithm>
 #include <mutex>
 #include <new>
 #include <random>
@@ -16,6 +17,7 @@ constexpr int32_t kNoRecordStands = 2;
 constexpr int32_t kOtherFieldCount = 3;
 constexpr int32_t kNoSuchContainer = 4;
 constexpr int32_t kOutOfMemory = 5;
+constexpr int32_t kNoSuchField = 6;
 
 constexpr std::string_view kResultContainer = "StatXML";
 
@@ -91,7 +93,40 @@ const HBIteratorTable RunHost::Iterator::kTable = {
       }
       *recordCount = iterator.records->Read(iterator.nextRecord, capacity / fieldCount, buffer);
       return HB_OK;
+    },
+    [](HBIterator* self, size_t fieldIndex, size_t record, const double** values, size_t* count,
+       int32_t* isLasting, int32_t* err) -> uint32_t {
+      auto& iterator = *static_cast<Iterator*>(self);
+      const RecordView& records = *iterator.records;
+      if (fieldIndex >= records.Width()) return Fail(err, kNoSuchField);
+      const bool areLent = records.IsWhole() && records.Field(fieldIndex).IsPlain();
+      std::span<const double> part;
+      try {
+        part = areLent ? records.Field(fieldIndex).numbers.From(record)
+                       : iterator.Deliver(fieldIndex, record);
+      } catch (const std::bad_alloc&) {
+        return Fail(err, kOutOfMemory);
+      }
+      if (part.empty()) return HB_END_OF_RECORDS;
+      *values = part.data();
+      *count = part.size();
+      *isLasting = areLent ? 1 : 0;
+      return HB_OK;
     }};
+
+std::span<const double> RunHost::Iterator::Deliver(std::size_t field, std::size_t record) {
+  constexpr std::size_t kMostAtOnce = 4096;
+  constexpr std::size_t kFewestAtOnce = 256;
+  constexpr std::size_t kMostValues = std::size_t{1} << 20;  // of all fields
+  const std::size_t room = std::clamp(kMostValues / records->Width(), kFewestAtOnce, kMostAtOnce);
+  delivered.resize(records->Width());
+  Delivered& part = delivered[field];
+  if (part.behind != record) part.nextRecord = records->SourceOf(record);
+  part.values.resize(room);
+  const std::size_t count = records->ReadField(field, part.nextRecord, room, part.values.data());
+  part.behind = record + count;
+  return {part.values.data(), count};
+}
 
 RunHost::ProgressHandle::ProgressHandle() : HBProgress{&kTable} {}
 
@@ -186,6 +221,7 @@ void RunHost::OfferRecords(std::string preparedText, const RecordView& records) 
   iterator.records = &records;
   iterator.nextRecord = 0;
   iterator.standing.clear();
+  iterator.delivered.clear();
   executing = true;
 }
 

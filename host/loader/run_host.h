@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -70,6 +71,15 @@ class RunHost {
     // In the numbering of the data, where not all are kept.
     std::size_t nextRecord = 0;
     std::vector<double> standing;  // the record that next went on to; none before it
+    /// What of a field was handed over last, where it does not stand so in the data.
+    struct Delivered {
+      std::vector<double> values;
+      std::size_t behind = 0;      // the number of the record behind it,
+      std::size_t nextRecord = 0;  // and the same in the numbering of the data
+    };
+    std::vector<Delivered> delivered;  // by field
+    /// The values of a field from a record on; none at the end. Throws std::bad_alloc.
+    std::span<const double> Deliver(std::size_t field, std::size_t record);
     static const HBIteratorTable kTable;
   };
   struct ProgressHandle : HBProgress {

@@ -74,20 +74,47 @@ std::size_t RecordView::EndOfRun(std::size_t record) const noexcept {
   return IsWhole() ? records : FindBit(kept, record, records, true);
 }
 
-std::size_t RecordView::Read(std::size_t& next, std::size_t count, double* target) const {
+std::size_t RecordView::SourceOf(std::size_t record) const noexcept {
+  if (IsWhole()) return record;
+  std::size_t word = 0;
+  for (; word < kept.size(); ++word) {
+    const auto inWord = static_cast<std::size_t>(std::popcount(kept[word]));
+    if (inWord > record) break;
+    record -= inWord;
+  }
+  std::size_t source = NextKept(word * kWordBits);
+  for (; record > 0 && source < records; --record) source = NextKept(source + 1);
+  return source;
+}
+
+/// Calls `deliver(first, count, done)` for runs of kept records, `done` of them before.
+template <class Deliver>
+std::size_t RecordView::ForEachRun(std::size_t& next, std::size_t count,
+                                   const Deliver& deliver) const {
   std::size_t done = 0;
   while (done < count) {
     next = NextKept(next);
     const std::size_t run = std::min(EndOfRun(next) - next, count - done);
     if (run == 0) break;
-    for (std::size_t field = 0; field < fields.size(); ++field) {
-      fields[field].Deliver(next, run, target + field, fields.size());
-    }
-    target += run * fields.size();
+    deliver(next, run, done);
     done += run;
     next += run;
   }
   return done;
+}
+
+std::size_t RecordView::Read(std::size_t& next, std::size_t count, double* target) const {
+  return ForEachRun(next, count, [&](std::size_t first, std::size_t run, std::size_t done) {
+    double* const row = target + done * Width();
+    for (std::size_t i = 0; i < Width(); ++i) fields[i].Deliver(first, run, row + i, Width());
+  });
+}
+
+std::size_t RecordView::ReadField(std::size_t field, std::size_t& next, std::size_t count,
+                                  double* target) const {
+  return ForEachRun(next, count, [&](std::size_t first, std::size_t run, std::size_t done) {
+    fields[field].Deliver(first, run, target + done, 1);
+  });
 }
 
 }  // namespace npar_host

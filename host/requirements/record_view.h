@@ -49,8 +49,15 @@ class RecordView {
   /// Copies up to `count` kept records, values side by side, from the record `next` of the data on,
   /// which moves behind them; how many there were.
   std::size_t Read(std::size_t& next, std::size_t count, double* target) const;
+  /// The same of one field.
+  std::size_t ReadField(std::size_t field, std::size_t& next, std::size_t count,
+                        double* target) const;
+  /// The number in the data of the kept record with that number.
+  [[nodiscard]] std::size_t SourceOf(std::size_t record) const noexcept;
 
  private:
+  template <class Deliver>
+  std::size_t ForEachRun(std::size_t& next, std::size_t count, const Deliver& deliver) const;
   /// Behind the last of the kept records that follow one another from `record` on.
   [[nodiscard]] std::size_t EndOfRun(std::size_t record) const noexcept;
 

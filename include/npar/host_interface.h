@@ -88,12 +88,13 @@ struct HBHost {
 
 typedef struct HBIteratorTable {
   size_t size;
-  /* Back to before the first record. */
+  /* Back to before the first record. [optional] beside getColumn */
   uint32_t (*rewind)(HBIterator* self, int32_t* err);
-  /* On to the next record; HB_END_OF_RECORDS when there is none. [optional] beside readBlock */
+  /* On to the next record; HB_END_OF_RECORDS when there is none. [optional] beside readBlock and
+   * getColumn */
   uint32_t (*next)(HBIterator* self, int32_t* err);
   /* One value of the record that stands: *value points to `*valueSize` bytes, a double.
-   * [host owns] until the next call of next or rewind. [optional] beside readBlock */
+   * [host owns] until the next call of next or rewind. [optional] beside readBlock and getColumn */
   uint32_t (*getValue)(HBIterator* self, size_t fieldIndex, const void** value, size_t* valueSize,
                        int32_t* err);
   /* As many whole records of `fieldCount` doubles as fit `capacity` doubles, from the record after
@@ -102,6 +103,14 @@ typedef struct HBIteratorTable {
    * [optional] */
   uint32_t (*readBlock)(HBIterator* self, double* buffer, size_t capacity, size_t fieldCount,
                         size_t* recordCount, int32_t* err);
+  /* Values of one field side by side: *values points to *count of them, 1 at least, the first being
+   * that of the record with the number `record`, counted from 0; HB_END_OF_RECORDS behind the last
+   * one. *isLasting other than 0 lends them: [host owns] until hb_component_beginExecution returns,
+   * unchanged, and the component reads them where they stand instead of keeping a copy. Otherwise
+   * [host owns] until the next call for the same field. Every field has as many values. Where the
+   * entry is there, the others of this table are never called. [optional] */
+  uint32_t (*getColumn)(HBIterator* self, size_t fieldIndex, size_t record, const double** values,
+                        size_t* count, int32_t* isLasting, int32_t* err);
 } HBIteratorTable;
 struct HBIterator {
   const HBIteratorTable* table;

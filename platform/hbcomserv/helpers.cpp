@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 #include "foundation/host_helpers.h"
 
@@ -47,7 +48,8 @@ std::uint32_t ContainerHelper::putString(HBContainerStreamKey* key, const XMLDoc
 
 DataHelper::DataHelper(HBIterator* iterator, bool useBlocks)
     : iterator(iterator),
-      blocks(useBlocks && iterator != nullptr && HB_HAS(iterator, HBIteratorTable, readBlock)) {}
+      blocks(useBlocks && iterator != nullptr && HB_HAS(iterator, HBIteratorTable, readBlock)),
+      columns(useBlocks && iterator != nullptr && HB_HAS(iterator, HBIteratorTable, getColumn)) {}
 
 std::uint32_t DataHelper::Rewind(std::int32_t* err) {
   isAtEnd = false;
@@ -70,6 +72,26 @@ std::uint32_t DataHelper::ReadBlock(double* buffer, std::size_t capacity, std::s
   isAtEnd = result == HB_END_OF_RECORDS;
   if (result != HB_OK && !isAtEnd) return result;
   if (*recordCount > capacity / std::max<std::size_t>(fieldCount, 1)) {
+    *err = kBrokenIterator;
+    return HB_FAILED;
+  }
+  return HB_OK;
+}
+
+std::uint32_t DataHelper::GetPart(std::size_t field, std::size_t record,
+                                  QDCommon_700::ColumnPart& part, std::int32_t* err) {
+  part = {};
+  std::int32_t isLasting = 0;
+  const std::uint32_t result = AskHost(err, [&] {
+    return iterator->table->getColumn(iterator, field, record, &part.values, &part.count,
+                                      &isLasting, err);
+  });
+  if (result == HB_END_OF_RECORDS) part = {};
+  if (result != HB_OK) return result == HB_END_OF_RECORDS ? HB_OK : result;
+  part.isLasting = isLasting != 0;
+  constexpr std::size_t kMostValues = std::numeric_limits<std::ptrdiff_t>::max() / sizeof(double);
+  const bool isAligned = reinterpret_cast<std::uintptr_t>(part.values) % alignof(double) == 0;
+  if (part.values == nullptr || !isAligned || part.count == 0 || part.count > kMostValues) {
     *err = kBrokenIterator;
     return HB_FAILED;
   }

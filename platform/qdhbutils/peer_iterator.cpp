@@ -21,13 +21,7 @@ QDPeerIterator::QDPeerIterator(HbHelperV1::DataHelper* dataHelper, InputAdapter*
       adapter(adapter),
       raw(raw),
       width(raw ? static_cast<int>(adapter->FieldCount()) : adapter->GetVarList().Size()),
-      buffer(RecordsPerBlock(width) * static_cast<std::size_t>(width)),
-      rows(RecordsPerBlock(width)),
-      current(QDCommon_700::Record::View(buffer.data(), width)) {
-  for (std::size_t row = 0; row < rows.size(); ++row) {
-    rows[row] = buffer.data() + row * static_cast<std::size_t>(width);
-  }
-}
+      current(QDCommon_700::Record::View(nullptr, width)) {}
 
 QDPeerIterator::~QDPeerIterator() = default;
 
@@ -60,9 +54,39 @@ bool QDPeerIterator::NextBlock(QDCommon_700::RecordBlock& block) {
   return true;
 }
 
+bool QDPeerIterator::GetPart(std::int32_t variable, std::size_t record,
+                             QDCommon_700::ColumnPart& part) {
+  part = {};
+  if (state == 2) return false;
+  const std::size_t field = raw ? static_cast<std::size_t>(variable) : adapter->FieldOf(variable);
+  std::int32_t err = 0;
+  const std::uint32_t result = dataHelper->GetPart(field, record, part, &err);
+  if (result != HB_OK) return Fail(result, err);
+  mostOfColumns = std::max(mostOfColumns, record + part.count);
+  if (part.count == 0) {
+    if (!endOfColumns) endOfColumns = record;
+    mostOfColumns = std::max(mostOfColumns, record);
+  }
+  // Columns of different lengths.
+  if (mostOfColumns > endOfColumns.value_or(mostOfColumns)) {
+    part = {};
+    return Fail(HB_FAILED, HbHelperV1::DataHelper::kBrokenIterator);
+  }
+  delivered += static_cast<std::int64_t>(part.count);
+  return true;
+}
+
 int QDPeerIterator::GetRecordWidth() const { return width; }
 
+void QDPeerIterator::MakeBuffer() {
+  const auto size = static_cast<std::size_t>(width);
+  rows.resize(RecordsPerBlock(width));
+  buffer.resize(RecordsPerBlock(width) * size);
+  for (std::size_t row = 0; row < rows.size(); ++row) rows[row] = buffer.data() + row * size;
+}
+
 bool QDPeerIterator::Refill() {
+  if (buffer.empty()) MakeBuffer();
   if (!rewound) Reset();
   if (state != 0) return false;
   position = filled = 0;

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "foundation/export.h"
+#include "foundation/iterators.h"
 
 /// Handy classes over the host's tables and documents.
 namespace HbHelperV1 {
@@ -171,10 +172,11 @@ class QD_EXPORT ContainerHelper {
 /// Reads a host's records.
 class QD_EXPORT DataHelper {
  public:
-  /// `useBlocks`: take the block road where the host offers it.
+  /// `useBlocks`: take the roads of many records where the host offers them.
   DataHelper(HBIterator* iterator, bool useBlocks);
 
-  /// The iterator offers no road, or gave more records than asked for or a value that is no double.
+  /// The iterator offers no road, or gave more records than asked for, a value that is no double or
+  /// a column without values.
   static constexpr std::int32_t kBrokenIterator = 240016;
 
   std::uint32_t Rewind(std::int32_t* err);
@@ -184,6 +186,11 @@ class QD_EXPORT DataHelper {
   /// kBrokenIterator in *err.
   std::uint32_t ReadBlock(double* buffer, std::size_t capacity, std::size_t fieldCount,
                           std::size_t* recordCount, std::int32_t* err);
+  /// Does the host hand out whole columns?
+  [[nodiscard]] bool HasColumns() const noexcept { return columns; }
+  /// Values of a field from a record on; none behind the last record. As ReadBlock answers.
+  std::uint32_t GetPart(std::size_t field, std::size_t record, QDCommon_700::ColumnPart& part,
+                        std::int32_t* err);
 
  private:
   std::uint32_t ReadRecords(double* buffer, std::size_t capacity, std::size_t fieldCount,
@@ -191,6 +198,7 @@ class QD_EXPORT DataHelper {
 
   HBIterator* iterator;
   bool blocks;
+  bool columns;
   bool isAtEnd = false;  // the host has said so since the last rewind, and is not asked again
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "foundation/export.h"
 #include "foundation/record.h"
@@ -40,6 +41,27 @@ class QD_EXPORT IRecordBlocks {
   virtual ~IRecordBlocks() = default;
   /// False at the end. The rows are good until the next call.
   virtual bool NextBlock(RecordBlock& block) = 0;
+  /// Doubles in a record.
+  [[nodiscard]] virtual int GetRecordWidth() const = 0;
+};
+
+/// Values of one variable side by side; none behind the last record.
+struct ColumnPart {
+  const double* values = nullptr;
+  std::size_t count = 0;
+  bool isLasting = false;  ///< as long as the run, else until the next part of the variable
+};
+
+/// An iterator that may also hand out its variables one by one. Found by dynamic_cast; a road of
+/// its own, which knows no place among the records.
+class QD_EXPORT IRecordColumns {
+ public:
+  virtual ~IRecordColumns() = default;
+  /// Is the road open? Always, or never.
+  [[nodiscard]] virtual bool HasColumns() const = 0;
+  /// The values of a variable from the record with that number on, counted from 0, as far as they
+  /// stand side by side. False where the records broke off, for good.
+  virtual bool GetPart(std::int32_t variable, std::size_t record, ColumnPart& part) = 0;
   /// Doubles in a record.
   [[nodiscard]] virtual int GetRecordWidth() const = 0;
 };

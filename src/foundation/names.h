@@ -14,8 +14,10 @@
 #include "foundation/variables.h"
 #include "foundation/xml.h"
 
+using QDCommon_700::ColumnPart;
 using QDCommon_700::ICancelSource;
 using QDCommon_700::IRecordBlocks;
+using QDCommon_700::IRecordColumns;
 using QDCommon_700::MultiPassRecordIter;
 using QDCommon_700::ProgressListener;
 using QDCommon_700::ProgressReport;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -87,6 +88,10 @@ class QD_EXPORT InputAdapter {
   /// As GetValues, in field order and with every field of the data model.
   std::uint32_t GetRawValues(double* buffer, std::size_t capacity, std::size_t* recordCount,
                              std::int32_t* err);
+  /// The field of a variable.
+  [[nodiscard]] std::size_t FieldOf(std::int32_t variable) const {
+    return fieldOfVariable[static_cast<std::size_t>(variable)];
+  }
 
  protected:
   virtual bool IsValidFields() const;
@@ -110,10 +115,11 @@ class QD_EXPORT InputAdapter {
   std::vector<double> rawBuffer;
 };
 
-/// The host's records as an iterator: reads them in blocks, delivers them one by one or in blocks.
-/// The source is rewound before the first record of every pass.
+/// The host's records as an iterator: reads them in blocks, delivers them one by one or in blocks,
+/// or hands out the host's columns. The source is rewound before the first record of every pass.
 class QD_EXPORT QDPeerIterator : public QDCommon_700::MultiPassRecordIter,
-                                 public QDCommon_700::IRecordBlocks {
+                                 public QDCommon_700::IRecordBlocks,
+                                 public QDCommon_700::IRecordColumns {
  public:
   /// Neither is taken over. `raw`: every field of the data model, in its order.
   QDPeerIterator(HbHelperV1::DataHelper* dataHelper, InputAdapter* adapter, bool raw);
@@ -124,14 +130,17 @@ class QD_EXPORT QDPeerIterator : public QDCommon_700::MultiPassRecordIter,
   int GetState() const override;
   int Reset() override;
   bool NextBlock(QDCommon_700::RecordBlock& block) override;
+  bool HasColumns() const override { return dataHelper->HasColumns(); }
+  bool GetPart(std::int32_t variable, std::size_t record, QDCommon_700::ColumnPart& part) override;
   int GetRecordWidth() const override;
 
-  /// Records delivered since the iterator was made, over all passes.
+  /// Records delivered since the iterator was made, over all passes; of columns values.
   [[nodiscard]] std::int64_t GetDeliveredCount() const noexcept { return delivered; }
   /// The first code that the host's iterator reported in any pass, 0 if none.
   [[nodiscard]] std::int32_t GetHostError() const noexcept { return hostError; }
 
  private:
+  void MakeBuffer();
   bool Refill();
   bool Fail(std::uint32_t result, std::int32_t err);
 
@@ -145,6 +154,8 @@ class QD_EXPORT QDPeerIterator : public QDCommon_700::MultiPassRecordIter,
   std::size_t filled = 0;
   bool rewound = false;
   std::int64_t delivered = 0;
+  std::size_t mostOfColumns = 0;            // values that some column has
+  std::optional<std::size_t> endOfColumns;  // where one ended, and all must
   std::int32_t hostError = 0;
   int state = 0;
   QDCommon_700::Record current;

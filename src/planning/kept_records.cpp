@@ -37,19 +37,20 @@ std::uint64_t LostBits(double value) noexcept {
 
 }  // namespace
 
-void KeptColumn::Append(std::size_t kept, const double* values, std::size_t count) {
+void KeptColumn::Append(std::size_t kept, const double* values, std::size_t count,
+                        bool areLasting) {
   Survey(kept, values, count);
   if (isNarrow && AppendNarrow(kept, values, count)) return;
   if (isNarrow) Widen(kept);
-  AppendWide(kept, values, count);
+  AppendWide(kept, values, count, areLasting);
 }
 
-void KeptColumn::AppendWide(std::size_t kept, const double* values, std::size_t count) {
-  doubles.Reserve(kept + count);
+void KeptColumn::AppendWide(std::size_t kept, const double* values, std::size_t count,
+                            bool areLasting) {
   while (count > 0) {
     const std::size_t room = doubles.BlockSize() - (kept & (doubles.BlockSize() - 1));
     const std::size_t part = std::min(count, room);
-    std::copy_n(values, part, doubles.Place(kept));
+    doubles.Put(kept, values, part, areLasting);
     kept += part;
     values += part;
     count -= part;
@@ -116,7 +117,9 @@ void KeptColumn::Widen(std::size_t kept) {
 
 void KeptRecords::Append(RecordBatch& batch) {
   for (std::int32_t variable = 0; variable < Width(); ++variable) {
-    columns[static_cast<std::size_t>(variable)].Append(count, batch.Of(variable), batch.Size());
+    const double* values = batch.Of(variable);
+    columns[static_cast<std::size_t>(variable)].Append(count, values, batch.Size(),
+                                                       batch.IsLasting(variable));
   }
   count += batch.Size();
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "foundation/names.h"
@@ -10,7 +11,7 @@
 #include "kit/order/large_array.h"
 #include "kit/records/batch_source.h"
 
-/// Values in blocks of a power of two, which never move.
+/// Values in blocks of a power of two, which never move: of its own, or lent ones.
 template <typename Value>
 class BlockList {
  public:
@@ -24,22 +25,47 @@ class BlockList {
   [[nodiscard]] std::size_t Capacity() const noexcept { return blocks.size() << shift; }
   /// Throws std::bad_alloc.
   void Reserve(std::size_t count) {
-    while (Capacity() < count) AddBlocks();
+    while (Capacity() < count) blocks.push_back(MakeBlock());
+  }
+  /// Puts values of one block behind the `number` that there are. Lasting ones stay where they are
+  /// while those of their block stand side by side. Throws std::bad_alloc.
+  void Put(std::size_t number, const Value* values, std::size_t count, bool areLasting) {
+    const std::size_t before = number & (BlockSize() - 1);
+    if (before == 0) {
+      isLastLent = areLasting;
+      // What is lent is never written to.
+      blocks.push_back(areLasting ? const_cast<Value*>(values) : MakeBlock());
+    } else if (isLastLent && !(areLasting && blocks.back() + before == values)) {
+      Value* const own = MakeBlock();
+      std::copy_n(blocks.back(), before, own);
+      blocks.back() = own;
+      isLastLent = false;
+    }
+    if (!isLastLent) std::copy_n(values, count, blocks.back() + before);
   }
 
  private:
-  /// As many as there are, up to a limit.
-  void AddBlocks() {
-    constexpr std::size_t kLargestPiece = (std::size_t{32} << 20) / sizeof(Value);
-    const std::size_t most = std::max(kLargestPiece >> shift, std::size_t{1});
-    const std::size_t added = std::clamp(blocks.size(), std::size_t{1}, most);
-    pieces.push_back(MakeLargeArray<Value>(added << shift));
-    for (std::size_t i = 0; i < added; ++i) blocks.push_back(pieces.back().get() + (i << shift));
+  /// Memory is taken for as many blocks as it was before, up to a limit.
+  Value* MakeBlock() {
+    if (spare == 0) {
+      constexpr std::size_t kLargestPiece = (std::size_t{32} << 20) / sizeof(Value);
+      const std::size_t most = std::max(kLargestPiece >> shift, std::size_t{1});
+      spare = std::clamp(made, std::size_t{1}, most);
+      pieces.push_back(MakeLargeArray<Value>(spare << shift));
+      nextSpare = pieces.back().get();
+    }
+    --spare;
+    ++made;
+    return std::exchange(nextSpare, nextSpare + BlockSize());
   }
 
   int shift;
   std::vector<Value*> blocks;
+  bool isLastLent = false;
   std::vector<LargeArray<Value>> pieces;
+  Value* nextSpare = nullptr;
+  std::size_t spare = 0;  // blocks
+  std::size_t made = 0;
 };
 
 /// One variable of the kept records: a byte each while all its values are whole numbers from 0 to
@@ -51,8 +77,9 @@ class KeptColumn {
 
   explicit KeptColumn(int blockShift) noexcept : bytes(blockShift), doubles(blockShift) {}
 
-  /// Puts some values behind the `kept` ones that there are. Throws std::bad_alloc.
-  void Append(std::size_t kept, const double* values, std::size_t count);
+  /// Puts some values behind the `kept` ones that there are. Those that last as long as the run
+  /// need not be copied. Throws std::bad_alloc.
+  void Append(std::size_t kept, const double* values, std::size_t count, bool areLasting);
 
   [[nodiscard]] bool IsNarrow() const noexcept { return isNarrow; }
   /// Only of a narrow one. The bytes up to the end of the block stand behind it.
@@ -99,7 +126,7 @@ class KeptColumn {
   void Survey(std::size_t kept, const double* values, std::size_t count) noexcept;
   /// False, and nothing appended, where a value does not fit.
   [[nodiscard]] bool AppendNarrow(std::size_t kept, const double* values, std::size_t count);
-  void AppendWide(std::size_t kept, const double* values, std::size_t count);
+  void AppendWide(std::size_t kept, const double* values, std::size_t count, bool areLasting);
   void Widen(std::size_t kept);
 
   bool isNarrow = true;

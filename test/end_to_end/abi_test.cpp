@@ -31,8 +31,8 @@ std::string Layout() {
          STRUCT(HBHostTable) + MEMBER(HBHostTable, size) + MEMBER(HBHostTable, getInformation) +
          STRUCT(HBIteratorTable) + MEMBER(HBIteratorTable, size) + MEMBER(HBIteratorTable, rewind) +
          MEMBER(HBIteratorTable, next) + MEMBER(HBIteratorTable, getValue) +
-         MEMBER(HBIteratorTable, readBlock) + STRUCT(HBProgressTable) +
-         MEMBER(HBProgressTable, size) + MEMBER(HBProgressTable, report) +
+         MEMBER(HBIteratorTable, readBlock) + MEMBER(HBIteratorTable, getColumn) +
+         STRUCT(HBProgressTable) + MEMBER(HBProgressTable, size) + MEMBER(HBProgressTable, report) +
          MEMBER(HBProgressTable, beginPass) + STRUCT(HBContainerStreamKeyTable) +
          MEMBER(HBContainerStreamKeyTable, size) + MEMBER(HBContainerStreamKeyTable, getName) +
          STRUCT(HBContainerFileTable) + MEMBER(HBContainerFileTable, size) +

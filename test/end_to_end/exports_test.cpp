@@ -301,6 +301,32 @@ TEST(Exports, RecordsByBlocksNeedNoOtherRoad) {
   EXPECT_EQ(component.ConfigureAndRun(), HB_OK) << component.Messages();
 }
 
+TEST(Exports, ColumnsNeedNoOtherRoadAndAreOfOneLength) {
+  for (const bool areLasting : {false, true}) {
+    AnswersHost host;
+    host.OfferColumns(areLasting);
+    host.iteratorTable.rewind = nullptr;
+    host.iteratorTable.readBlock = nullptr;
+    LoadedComponent component(host);
+    EXPECT_EQ(component.ConfigureAndRun(), HB_OK) << component.Messages();
+    EXPECT_THAT(host.containers.back()->text, HasSubstr(kExactP));
+  }
+  AnswersHost host;
+  host.iteratorTable.getColumn = [](HBIterator*, std::size_t field, std::size_t record,
+                                    const double** values, std::size_t* count, std::int32_t*,
+                                    std::int32_t*) -> std::uint32_t {
+    static constexpr double kValues[3] = {1, 2, 3};
+    const std::size_t size = field == 0 ? 2 : 3;
+    if (record >= size) return HB_END_OF_RECORDS;
+    *values = kValues + record;
+    *count = size - record;
+    return HB_OK;
+  };
+  LoadedComponent component(host);
+  EXPECT_EQ(component.ConfigureAndRun(), NPAR_FAILED);
+  EXPECT_THAT(host.messages, ElementsAre(Message{3, 240014, {"240016"}}));
+}
+
 TEST(Exports, CancelBeforeTheRunIsNotLost) {
   const LoadedLibrary& library = LoadedLibrary::Instance();
   AnswersHost host;

@@ -50,20 +50,34 @@ constexpr int kStep = 7;
 constexpr int kStep = 1;
 #endif
 
-/// A run of every test on one of the two roads to the records; its blocks are short, so that there
-/// are moments between them.
+enum class Road { Records, Blocks, Columns, LentColumns };
+
+/// A run of every test on one of the roads to the records; its blocks are short, so that there are
+/// moments between them.
 struct FaultyHost : AllTestsHost {
-  explicit FaultyHost(bool hasBlocks) {
+  explicit FaultyHost(Road road) {
     mostInABlock = 9;
-    if (!hasBlocks) iteratorTable.readBlock = nullptr;
+    if (road == Road::Records) iteratorTable.readBlock = nullptr;
+    if (road >= Road::Columns) OfferColumns(road == Road::LentColumns);
   }
 };
 
-class Faults : public testing::TestWithParam<bool> {};
-std::string RoadName(const testing::TestParamInfo<bool>& road) {
-  return road.param ? "Blocks" : "Records";
+class Faults : public testing::TestWithParam<Road> {};
+std::string RoadName(const testing::TestParamInfo<Road>& road) {
+  constexpr const char* kNames[] = {"Records", "Blocks", "Columns", "LentColumns"};
+  return kNames[static_cast<int>(road.param)];
 }
-INSTANTIATE_TEST_SUITE_P(Road, Faults, testing::Bool(), RoadName);
+INSTANTIATE_TEST_SUITE_P(Road, Faults,
+                         testing::Values(Road::Records, Road::Blocks, Road::Columns,
+                                         Road::LentColumns),
+                         RoadName);
+
+TEST_P(Faults, EveryRoadToTheRecordsGivesTheSameDocument) {
+  FaultyHost host(GetParam());
+  LoadedComponent component(host);
+  ASSERT_EQ(component.ConfigureAndRun(), HB_OK) << component.Messages();
+  EXPECT_EQ(host.Published(), UndisturbedResult());
+}
 
 TEST_P(Faults, AnyCallOfTheHostMayFail) {
   const std::string expected = UndisturbedResult();

@@ -70,6 +70,7 @@ struct RecordingHost::Entries {
                                         std::int32_t* err) {
     const std::uint32_t result = HostOf(self).Called("getInputIterator", err);
     if (result == HB_OK) *iterator = HostOf(self).Iterator();
+    HostOf(self).columns.clear();
     return result;
   }
 
@@ -154,6 +155,29 @@ struct RecordingHost::Entries {
     return result;
   }
 
+  static std::uint32_t GetColumn(HBIterator* self, std::size_t fieldIndex, std::size_t record,
+                                 const double** values, std::size_t* count, std::int32_t* isLasting,
+                                 std::int32_t* err) {
+    RecordingHost& host = HostOf(self);
+    if (host.onRecords) host.onRecords();
+    const std::uint32_t result = host.Called("getColumn", err);
+    if (result != HB_OK) return result;
+    if (record >= host.records.size()) return HB_END_OF_RECORDS;
+    const bool isWhole = host.areColumnsLasting;
+    std::vector<double>& column = host.columns[fieldIndex];
+    const std::size_t start = isWhole ? 0 : record;
+    const std::size_t left = host.records.size() - start;
+    const std::size_t size = isWhole ? left : std::min(left, host.mostInABlock);
+    if (!isWhole || column.empty()) {
+      column.assign(size, 0.0);
+      for (std::size_t i = 0; i < size; ++i) column[i] = host.records[start + i].at(fieldIndex);
+    }
+    *values = column.data() + (record - start);
+    *count = size - (record - start);
+    *isLasting = isWhole ? 1 : 0;
+    return result;
+  }
+
   static std::uint32_t Report(HBProgress* self, double done, double, std::int32_t* err) {
     RecordingHost& host = HostOf(self);
     host.progress.push_back(done);
@@ -206,8 +230,8 @@ RecordingHost::RecordingHost()
       contextTable{sizeof(HBContextTable),      Entries::GetParameters, Entries::GetDataModel,
                    Entries::GetInputIterator,   Entries::SetCodes,      Entries::NewIdentifier,
                    Entries::GetOutputContainer, Entries::DeliverMessage},
-      iteratorTable{sizeof(HBIteratorTable), Entries::Rewind, Entries::Next, Entries::GetValue,
-                    Entries::ReadBlock},
+      iteratorTable{sizeof(HBIteratorTable), Entries::Rewind,    Entries::Next,
+                    Entries::GetValue,       Entries::ReadBlock, nullptr},
       progressTable{sizeof(HBProgressTable), Entries::Report, Entries::BeginPass},
       containerTable{sizeof(HBContainerFileTable), Entries::PutStream, Entries::Close},
       xmlTable{sizeof(HBXMLTable), Entries::GetText, Entries::Release},
@@ -232,6 +256,11 @@ HBXML* RecordingHost::Document(const std::string& text) {
   document->text = text;
   objects->documents.push_back(std::move(document));
   return objects->documents.back().get();
+}
+
+void RecordingHost::OfferColumns(bool areLasting) {
+  areColumnsLasting = areLasting;
+  iteratorTable.getColumn = Entries::GetColumn;
 }
 
 void RecordingHost::FailCall(const std::string& entry, int number, std::uint32_t result,

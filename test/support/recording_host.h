@@ -46,6 +46,9 @@ class RecordingHost {
   /// A document of the host's, for readers of documents.
   [[nodiscard]] HBXML* Document(const std::string& text);
 
+  /// From here on the iterator hands out columns: lasting ones as a whole, others by parts of
+  /// `mostInABlock`, which the next part of the field overwrites.
+  void OfferColumns(bool areLasting);
   /// Fails the call with that number, from 1, of an entry such as "getParameters".
   void FailCall(const std::string& entry, int number, std::uint32_t result = HB_FAILED,
                 std::int32_t err = kHostError);
@@ -104,4 +107,6 @@ class RecordingHost {
   std::map<std::string, Failure> failures;
   std::map<std::string, int> callCounts;
   std::int64_t position = -1;
+  bool areColumnsLasting = false;
+  std::map<std::size_t, std::vector<double>> columns;  // by field; of the run
 };

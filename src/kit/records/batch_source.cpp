@@ -2,17 +2,26 @@
 
 #include <algorithm>
 
-IteratorBatches::IteratorBatches(RecordIterator& records) noexcept
+IteratorBatches::IteratorBatches(RecordIterator& records)
     : records(records),
       multiPass(dynamic_cast<MultiPassRecordIter*>(&records)),
-      blocks(dynamic_cast<IRecordBlocks*>(&records)) {}
+      blocks(dynamic_cast<IRecordBlocks*>(&records)) {
+  auto* source = dynamic_cast<IRecordColumns*>(&records);
+  if (source != nullptr && source->HasColumns()) columns = std::make_unique<ColumnBatch>(*source);
+}
 
 int IteratorBatches::Reset() {
+  if (columns != nullptr) {
+    width = columns->Width();
+    columns->StartOver();
+    return records.GetState();
+  }
   rest = {};
   return multiPass == nullptr ? records.GetState() : multiPass->Reset();
 }
 
 RecordBatch* IteratorBatches::NextBatch() {
+  if (columns != nullptr) return columns->Advance() ? columns.get() : nullptr;
   while (rest.count == 0) {
     if (!(blocks != nullptr ? ReadBlock() : CopyRecords())) return nullptr;
   }

@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
+#include "kit/records/column_batch.h"
 #include "kit/records/missing.h"
 #include "kit/records/record_batch.h"
 
@@ -34,11 +36,12 @@ bool ForEachBatch(BatchSource& records, Take take) {
   return any;
 }
 
-/// The records of any iterator: in blocks where it hands them out so, else one by one.
+/// The records of any iterator: by columns or in blocks where it hands them out so, else one by
+/// one.
 class IteratorBatches final : public BatchSource {
  public:
   /// The iterator is not taken over.
-  explicit IteratorBatches(RecordIterator& records) noexcept;
+  explicit IteratorBatches(RecordIterator& records);
 
   /// False for an iterator that walks its records once: Reset leaves it where it is.
   [[nodiscard]] bool CanStartOver() const noexcept { return multiPass != nullptr; }
@@ -53,6 +56,7 @@ class IteratorBatches final : public BatchSource {
   RecordIterator& records;
   MultiPassRecordIter* multiPass;
   IRecordBlocks* blocks;
+  std::unique_ptr<ColumnBatch> columns;  // null where the iterator has none
   int width = 0;
   RecordBlock rest;            // read and not yet handed out
   std::vector<double> copies;  // of records that come one by one

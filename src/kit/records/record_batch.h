@@ -26,6 +26,8 @@ class RecordBatch {
     if (place >= columns.size() || columns[place].serial != serial) Find(place);
     return columns[place].values;
   }
+  /// Do these values stay where they are as long as the run?
+  [[nodiscard]] virtual bool IsLasting(std::int32_t /*variable*/) const { return false; }
   /// The same without their fractions, as category codes and counts take them.
   [[nodiscard]] const std::int32_t* TruncatedOf(std::int32_t variable) {
     const auto place = static_cast<std::size_t>(variable);

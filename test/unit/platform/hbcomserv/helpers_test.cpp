@@ -59,6 +59,25 @@ TEST(DataHelper, AnswersThatBreakTheRulesAreRefused) {
             HB_FAILED);
   EXPECT_EQ(err, DataHelper::kBrokenIterator);
 
+  for (const bool hasValues : {false, true}) {
+    host.iteratorTable.getColumn =
+        hasValues ? [](HBIterator*, std::size_t, std::size_t, const double** values, std::size_t*,
+                       std::int32_t*, std::int32_t*) -> std::uint32_t {
+      static constexpr double kValue = 1.0;
+      *values = &kValue;  // and none of them
+      return HB_OK;
+    }
+    : [](HBIterator*, std::size_t, std::size_t, const double**, std::size_t* total, std::int32_t*,
+         std::int32_t*) -> std::uint32_t {
+        *total = 5;
+        return HB_OK;
+      };
+    err = 0;
+    QDCommon_700::ColumnPart part;
+    EXPECT_EQ(DataHelper(host.Iterator(), true).GetPart(0, 0, part, &err), HB_FAILED);
+    EXPECT_EQ(err, DataHelper::kBrokenIterator);
+  }
+
   err = 0;
   EXPECT_EQ(DataHelper(nullptr, true).ReadBlock(buffer.data(), 4, 2, &count, &err), HB_FAILED);
   EXPECT_EQ(DataHelper(nullptr, true).Rewind(&err), HB_FAILED);

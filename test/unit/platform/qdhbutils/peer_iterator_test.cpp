@@ -85,6 +85,26 @@ TEST(QDPeerIterator, RawRecordsHaveEveryField) {
   EXPECT_EQ((*record)[1], 1000.0);
 }
 
+TEST(QDPeerIterator, ColumnsAreThoseOfTheVariables) {
+  Source source(kTwoOfThree, 20, true);
+  source.host.OfferColumns(false);
+  source.host.mostInABlock = 7;
+  HbHelperV1::DataHelper helper(source.host.Iterator(), true);
+  QDPeerIterator records(&helper, &source.adapter, false);
+  ASSERT_TRUE(records.HasColumns());
+  QDCommon_700::ColumnPart part;
+  ASSERT_TRUE(records.GetPart(1, 15, part));
+  EXPECT_EQ(part.values[0], 2015.0);
+  EXPECT_EQ(part.count, 5u);
+  EXPECT_FALSE(part.isLasting);
+  ASSERT_TRUE(records.GetPart(1, 20, part));
+  EXPECT_EQ(part.count, 0u);
+  EXPECT_EQ(records.GetHostError(), 0);
+  source.host.FailCall("getColumn", 1);
+  EXPECT_FALSE(records.GetPart(0, 0, part));
+  EXPECT_EQ(records.GetHostError(), RecordingHost::kHostError);
+}
+
 TEST(QDPeerIterator, EveryHostErrorEndsThePassAndIsTold) {
   struct Case {
     const char* entry;

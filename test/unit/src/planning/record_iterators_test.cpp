@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <map>
 #include <new>
 
 #include "support/kept_records.h"
@@ -29,6 +31,66 @@ TEST(InitialDataReader, KeepsEveryRecordOnBothSidesOfABlockEdge) {
       NParMemoIterator memo(reader.Records());
       EXPECT_EQ(Walk(memo, 0), expected);
       EXPECT_EQ(WalkBatches(memo, 0), expected);
+    }
+  }
+}
+
+/// Columns in parts of some length, each in memory of its own that the next one of a column takes
+/// over unless they last.
+class ColumnRecords final : public MultiPassRecordIter, public IRecordColumns {
+ public:
+  ColumnRecords(std::vector<std::vector<double>> columns, std::size_t partSize, bool areLasting)
+      : columns(std::move(columns)), partSize(partSize), areLasting(areLasting) {}
+  bool HasNext() override { return false; }
+  const Record* Next() override { return nullptr; }
+  int GetState() const override { return 0; }
+  int Reset() override { return 0; }
+  bool HasColumns() const override { return true; }
+  bool GetPart(std::int32_t variable, std::size_t record, ColumnPart& part) override {
+    const std::vector<double>& column = columns[static_cast<std::size_t>(variable)];
+    const std::size_t first = record - record % partSize;
+    const std::size_t size = std::min(partSize, column.size() - first);
+    std::vector<double>& memory = parts[{variable, areLasting ? first : 0}];
+    memory.assign(&column[first], &column[first] + size);
+    part = {&memory[record - first], size - (record - first), areLasting};
+    return true;
+  }
+  int GetRecordWidth() const override { return static_cast<int>(columns.size()); }
+
+  std::map<std::pair<std::int32_t, std::size_t>, std::vector<double>> parts;
+
+ private:
+  std::vector<std::vector<double>> columns;
+  std::size_t partSize;
+  bool areLasting;
+};
+
+// Whole numbers that take a byte until one does not, and others; parts that end within blocks.
+TEST(InitialDataReader, KeepsColumnsInPartsOfAnyLength) {
+  for (const int count : {1, 255, 257, 2048, 2049, 9000}) {
+    std::vector<double> values;
+    std::vector<double> codes;
+    for (int i = 0; i < count; ++i) {
+      values.push_back(i + 0.5);
+      codes.push_back(i < 3000 ? i % 7 : i);
+    }
+    for (const std::size_t partSize : {100U, 2048U, 3000U, 10000U}) {
+      for (const bool areLasting : {false, true}) {
+        SCOPED_TRACE(testing::Message() << count << " " << partSize << " " << areLasting);
+        ColumnRecords source({values, codes}, partSize, areLasting);
+        const QDVarList variables = TwoVariables();
+        IteratorBatches batches(source);
+        InitialDataReader reader(&batches, false, {0, 1}, &variables);
+        ASSERT_EQ(reader.Read(), QDStatus());
+        NParMemoIterator memo(reader.Records());
+        EXPECT_EQ(WalkBatches(memo, 0), values);
+        EXPECT_EQ(WalkBatches(memo, 1), codes);
+        EXPECT_EQ(WalkBatches(batches, 1), codes) << "and once more";
+        // A block that lies within a part stands where it was lent.
+        source.parts[{0, 0}][0] = -1.0;
+        const std::size_t block = std::min<std::size_t>(KeptRecords::kBlockSize, values.size());
+        EXPECT_EQ(WalkBatches(memo, 0)[0], areLasting && partSize >= block ? -1.0 : 0.5);
+      }
     }
   }
 }
