@@ -8,7 +8,10 @@
 //   document  answers with the result document of the last run, after its length in a line
 //   columns   writes the fields, each as a file of doubles, into the folder named behind it
 //   csv       writes the records as comma-separated values: digits and path stand behind it
-//   read      reads the file named behind it as `npar run` does; answers seconds as `run` does
+//   read      reads a file as `npar run` does; answers seconds as `run` does. Behind it stand
+//   threads,
+//             how many of the first fields are named as for `npar analyse` (0: none is), and the
+//             path
 //   scan      what the machine needs for that; answers its seconds of processor time
 //   memory    answers the largest memory of the process so far, and that of the records, in bytes
 
@@ -24,6 +27,7 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "bench/cases.h"
 #include "bench/floor.h"
@@ -99,6 +103,19 @@ std::int64_t LargestMemory() {
   throw std::runtime_error("/proc/self/status does not tell the largest memory");
 }
 
+void Read(const std::string& path, std::size_t threads, std::size_t named) {
+  const Stopwatch watch;
+  npar_host::CsvReader reader(path, {.threads = threads});
+  std::vector<npar_host::FieldSpec> specs;
+  for (std::size_t i = named; named > 0 && i < reader.Names().size(); ++i) {
+    npar_host::FieldSpec& spec = specs.emplace_back();
+    spec.name = reader.Names()[i];
+    spec.role = npar_host::Role::None;
+  }
+  const npar_host::ModelledData read = npar_host::LoadData(reader, specs);
+  watch.Answer();
+}
+
 void Serve(const npar_host::ComponentLibrary& library, const std::string& parameters,
            const GeneratedData& data) {
   std::string document;
@@ -108,7 +125,10 @@ void Serve(const npar_host::ComponentLibrary& library, const std::string& parame
     std::string path;
     int digits = 0;
     words >> order;
+    std::size_t threads = 0;
+    std::size_t named = 0;
     if (order == "csv") words >> digits;
+    if (order == "read") words >> threads >> named;
     words >> std::ws;
     std::getline(words, path);
     if (order == "run") {
@@ -127,10 +147,7 @@ void Serve(const npar_host::ComponentLibrary& library, const std::string& parame
       WriteCsv(data, digits, path);
       std::cout << data.columns.size() << std::endl;
     } else if (order == "read") {
-      const Stopwatch watch;
-      npar_host::CsvReader reader(path);
-      const npar_host::ModelledData read = npar_host::LoadData(reader, {});
-      watch.Answer();
+      Read(path, threads, named);
     } else if (order == "scan") {
       std::cout << MeasureCsvScan(path) << std::endl;
     } else if (order == "memory") {
@@ -146,10 +163,12 @@ void Serve(const npar_host::ComponentLibrary& library, const std::string& parame
 
 int main(int argc, char** argv) {
   std::string caseName;
+  std::size_t fields = 0;
   DataShape shape{.records = 100000};
   CLI::App app("Runs of the component on generated records");
   app.add_option("case", caseName, "mann-whitney, friedman, ...")->required();
   app.add_option("--records", shape.records);
+  app.add_option("--fields", fields, "instead of those of the case");
   app.add_flag("--coarse", shape.isCoarse, "about a hundred distinct values");
   app.add_flag("--missing", shape.hasMissing, "one value in twenty is missing");
   app.add_flag("--weights", shape.hasWeight, "frequency weights from 1 to 5");
@@ -157,7 +176,7 @@ int main(int argc, char** argv) {
   try {
     const BenchCase* benchCase = FindCase(caseName);
     if (benchCase == nullptr) throw std::runtime_error("no such case: " + caseName);
-    shape.fields = benchCase->fields;
+    shape.fields = fields > 0 ? fields : benchCase->fields;
     shape.groups = benchCase->groups;
     const npar_host::ComponentLibrary library(npar_host::ComponentLibrary::DefaultPath());
     Serve(library, ParametersOf(*benchCase), Generate(shape));

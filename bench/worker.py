@@ -15,9 +15,12 @@ class Worker:
         self.process.wait()
 
     def ask(self, order):
+        return [float(figure) for figure in self.ask_words(order)]
+
+    def ask_words(self, order):
         self.process.stdin.write(order + "\n")
         self.process.stdin.flush()
         answer = self.process.stdout.readline().split()
         if not answer:
             raise RuntimeError(f"{order}: no answer from {self.process.args}")
-        return [float(figure) for figure in answer]
+        return answer

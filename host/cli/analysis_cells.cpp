@@ -1,6 +1,9 @@
 #include "host/cli/analysis_cells.h"
 
 #include <algorithm>
+#include <iterator>
+#include <string_view>
+#include <unordered_set>
 
 #include "host/cli/field_inference.h"
 #include "host/data/input_error.h"
@@ -69,6 +72,18 @@ std::vector<std::string> Widen(const AnalyseOptions& options, Execution& executi
   return wide.times;
 }
 
+/// The columns that play no part. Listwise, a missing value in any of them leaves its record out.
+std::vector<std::string> UnusedFields(const AnalysisRequest& request,
+                                      const std::vector<std::string>& columns) {
+  std::vector<std::string> unused;
+  if (request.listwise) return unused;
+  const std::vector<std::string> named = request.NamedFields();
+  const std::unordered_set<std::string_view> used(named.begin(), named.end());
+  std::ranges::copy_if(columns, std::back_inserter(unused),
+                       [&](const std::string& column) { return !used.contains(column); });
+  return unused;
+}
+
 void Score(AnalysisCells& analysis) {
   for (const Scoring& scoring : analysis.request.scorings) {
     for (const std::string& category : ScoreCategories(*analysis.cells, scoring)) {
@@ -92,6 +107,7 @@ AnalysisCells ReadAnalysisCells(const AnalyseOptions& options, Execution& execut
   request = MakeRequest(options, columns, times);
   CheckFields(request, columns);
   if (analysis.cells == nullptr) {
+    request.unusedFields = UnusedFields(request, columns);
     // What is scored holds categories as yet.
     AnalysisRequest asRead = request;
     std::erase_if(asRead.measures, [&](const FieldMeasure& measure) {
@@ -101,6 +117,8 @@ AnalysisCells ReadAnalysisCells(const AnalyseOptions& options, Execution& execut
     analysis.cells = &execution.ReadData(ModelOf(asRead));
   }
   Score(analysis);
+  // Data that were made of the file have no further columns.
+  if (analysis.isReshaped) request.unusedFields.clear();
   return analysis;
 }
 

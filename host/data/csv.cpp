@@ -7,6 +7,7 @@
 #include "host/data/csv_piece.h"
 #include "host/data/input_error.h"
 #include "host/data/number.h"
+#include "host/data/ordered_pieces.h"
 
 namespace npar_host {
 namespace {
@@ -86,7 +87,8 @@ void CsvReader::ReadHeader() {
 
 Dataset CsvReader::Read(const std::vector<CellReading>& readings) {
   const CsvFormat format{names, tokens, options.notation, firstRecord, lineEnd, hasNumberToken};
-  return CsvAssembly(text, format, cells, readings).Run(options.threads, options.pieceBytes);
+  const std::size_t threads = options.threads == 0 ? MachineThreads() : options.threads;
+  return CsvAssembly(text, format, cells, readings).Run(threads, options.pieceBytes);
 }
 
 std::string CsvReader::LocationOfRecord(std::size_t record) const {

@@ -24,7 +24,7 @@ struct CsvOptions {
   std::size_t skippedLines = 0;  ///< at the beginning of the file
   char comment = 0;              ///< begins lines that are passed over; 0: none
   TextEncoding encoding = TextEncoding::Detect;
-  std::size_t threads = 1;                        ///< that read it, the caller's among them
+  std::size_t threads = 0;  ///< that read it, the caller's among them; 0: those of the machine
   std::size_t pieceBytes = std::size_t{1} << 20;  ///< that one of them reads at a time
 };
 

@@ -52,6 +52,10 @@ class CsvCells {
     return {{position, static_cast<std::size_t>(next - position)}, next};
   }
 
+  /// Passes over cells and the separators behind them, at most `count`, which falls by as many;
+  /// stops before a cell that is quoted or the last of its line.
+  [[nodiscard]] const char* PassPlain(const char* position, std::size_t& count) const;
+
   /// Behind the line end at `position`, where there is one.
   [[nodiscard]] const char* PassLineEnd(const char* position) const {
     if (position == end) return end;

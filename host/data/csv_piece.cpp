@@ -53,7 +53,10 @@ std::int32_t CodeOfCell(const CsvCells& cells, std::string_view cell, const char
 
 CsvPiece::CsvPiece(const CsvFormat& format, const CsvCells& cells,
                    const std::vector<CellReading>& readings)
-    : format(format), cells(cells), columns(readings.size()) {
+    : format(format), cells(cells), columns(readings.size()), skipped(readings.size() + 1) {
+  for (std::size_t i = columns.size(); i > 0; --i) {
+    skipped[i - 1] = readings[i - 1] == CellReading::Skip ? skipped[i] + 1 : 0;
+  }
   for (std::size_t i = 0; i < columns.size(); ++i) {
     CsvPieceColumn& column = columns[i];
     column.reading = readings[i];
@@ -104,6 +107,12 @@ const char* CsvPiece::ReadRecord(const char* position) {
   const char* const start = position;
   const std::size_t last = columns.size() - 1;
   for (std::size_t i = 0;; ++i) {
+    if (skipped[i] > 1) {
+      std::size_t left = skipped[i];
+      position = cells.PassPlain(position, left);
+      i += skipped[i] - left;
+      if (i > last) FailRagged(start);
+    }
     const CsvPieceColumn& column = columns[i];
     if (column.isPlain) {
       const char* next = ParsePlainNumber(position, column.numbers.Get()[records]);

@@ -96,6 +96,7 @@ class CsvPiece {
   const CsvFormat& format;
   CsvCells cells;
   std::vector<CsvPieceColumn> columns;  // of all names
+  std::vector<std::size_t> skipped;     // columns from here on that are not kept
   std::size_t records = 0;
   std::size_t capacity = 0;
 };

@@ -1,10 +1,15 @@
 #include "host/data/ordered_pieces.h"
 
+#ifdef __linux__
+#include <sched.h>
+#endif
+
 #include <algorithm>
 #include <condition_variable>
 #include <cstdint>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -16,12 +21,16 @@ class Run {
   explicit Run(const OrderedPieces& pieces) : pieces(pieces), isDone(pieces.count) {}
 
   void OnAllThreads() {
-    {
-      const std::size_t most = std::min(pieces.threads, pieces.count);
-      std::vector<std::jthread> others;
-      for (std::size_t i = 1; i < most; ++i) others.emplace_back([this] { OnThisThread(); });
-      OnThisThread();
+    const std::size_t most = std::min(pieces.threads, pieces.count);
+    std::vector<std::thread> others;
+    others.reserve(most);
+    try {
+      while (others.size() + 1 < most) others.emplace_back([this] { OnThisThread(); });
+    } catch (const std::system_error&) {
+      // The system has no thread to spare; those that there are do the work.
     }
+    OnThisThread();
+    for (std::thread& other : others) other.join();
     if (failure) std::rethrow_exception(failure);
   }
 
@@ -78,6 +87,13 @@ class Run {
 }  // namespace
 
 std::size_t MachineThreads() {
+#ifdef __linux__
+  // The machine may have more than the process is allowed to use.
+  cpu_set_t allowed;
+  if (sched_getaffinity(0, sizeof allowed, &allowed) == 0) {
+    return static_cast<std::size_t>(std::max(1, CPU_COUNT(&allowed)));
+  }
+#endif
   return std::max<std::size_t>(1, std::thread::hardware_concurrency());
 }
 

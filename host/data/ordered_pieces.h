@@ -5,7 +5,7 @@
 
 namespace npar_host {
 
-/// Threads that this machine runs at a time, 1 at least.
+/// Threads that this process may run at a time, 1 at least.
 [[nodiscard]] std::size_t MachineThreads();
 
 /// Does work in numbered pieces on several threads, the caller's among them, and takes what came of

@@ -206,6 +206,11 @@ std::string DataModelDocument(const AnalysisRequest& request) {
   if (!request.caseIdField.empty()) {
     field(request.caseIdField).append_attribute("role") = "caseId";
   }
+  for (const std::string& name : request.unusedFields) {
+    pugi::xml_node node = model.append_child("Field");
+    node.append_attribute("name") = name.c_str();
+    node.append_attribute("role") = "none";
+  }
   return DocumentText(document);
 }
 

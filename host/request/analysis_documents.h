@@ -28,6 +28,7 @@ struct AnalysisRequest {
   std::vector<Scoring> scorings;
   std::string weightField;
   std::string caseIdField;
+  std::vector<std::string> unusedFields;  // of the data, that nobody names: not read
   double significance = 0.05;
   double confidencePercent = 95.0;
   bool listwise = false;

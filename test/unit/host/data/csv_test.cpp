@@ -329,15 +329,49 @@ TEST(CsvTest, WrittenTextsReadBack) {
   }));
 }
 
-// Quotes that open no cell, line ends in quotes, columns that turn to texts late, comments, faults.
+/// A text of three columns, or nearly so: quotes that open no cell, line ends in quotes, columns
+/// that turn to texts late, comments, faults.
+std::string RoughText(const std::vector<std::uint8_t>& picks) {
+  const std::vector<std::string> kWords = {
+      "1",          "2.5",         ",",
+      ",",          "\n",          "\"",
+      "\"a,b\nc\"", "NA",          ".",
+      "y",          "inf",         "\"\"",
+      "\xE4",       "x\n",         "#1,2,3\n",
+      "\r\n",       "1,2,3\n",     "a,2,3\n",
+      "4,,\n",      "5,\"6\",7\n", "long cells pass,the edge of a block of sixty-four bytes,8\n"};
+  std::string text = "a,b,c\n1,2,3\n";
+  for (const std::uint8_t pick : picks) text += kWords[pick % kWords.size()];
+  return text;
+}
+
 TEST(CsvTest, PiecesOnThreadsComeToTheSameAsTheWhole) {
   EXPECT_TRUE(rc::check([](const std::vector<std::uint8_t>& picks) {
-    const std::vector<std::string> kWords = {
-        "1",  "2.5", ",", ",",    ",",   "\n",   "\n",   "x\n",   "\r\n",  "\"",       "\"a,b\nc\"",
-        "NA", ".",   "y", "#z\n", "inf", "\"\"", "\xE4", "1,2\n", "3,4\n", "5,\"6\"\n"};
-    std::string text = "a,b\n1,2\n";
-    for (const std::uint8_t pick : picks) text += kWords[pick % kWords.size()];
-    static_cast<void>(OutcomeOf(TemporaryFile(text), {}, {.comment = '#'}));
+    static_cast<void>(OutcomeOf(TemporaryFile(RoughText(picks)), {}, {.comment = '#'}));
+  }));
+}
+
+TEST(CsvTest, ColumnsThatAreSkippedChangeNothingOfOthers) {
+  using enum CellReading;
+  EXPECT_TRUE(rc::check([](const std::vector<std::uint8_t>& picks) {
+    const TemporaryFile file(RoughText(picks));
+    const auto read = [&](const std::vector<CellReading>& readings) {
+      return CsvReader(file.Path(), {.comment = '#'}).Read(readings);
+    };
+    Dataset all;
+    try {
+      all = read({Detect, Detect, Detect});
+    } catch (const InputError&) {
+      return;
+    }
+    for (std::size_t kept = 0; kept < 3; ++kept) {
+      std::vector<CellReading> readings(3, Skip);
+      readings[kept] = Detect;
+      Dataset one;
+      one.records = all.records;
+      one.columns.push_back(std::move(all.columns[kept]));
+      RC_ASSERT(AllCells(read(readings)) == AllCells(one));
+    }
   }));
 }
 
