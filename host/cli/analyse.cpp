@@ -8,7 +8,6 @@
 #include "host/cli/command_line.h"
 #include "host/cli/commands.h"
 #include "host/cli/execution.h"
-#include "host/cli/field_inference.h"
 #include "host/cli/output.h"
 #include "host/cli/report_request.h"
 #include "host/cli/trace.h"
@@ -16,6 +15,7 @@
 #include "host/render/adjustment.h"
 #include "host/render/result_model.h"
 #include "host/request/analysis_documents.h"
+#include "host/request/field_inference.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {

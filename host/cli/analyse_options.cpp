@@ -9,8 +9,6 @@
 namespace npar_host {
 namespace {
 
-constexpr double kPercent = 100.0;
-
 void AddMeasures(AnalysisRequest& request, const std::vector<std::string>& texts,
                  const char* measure, const std::vector<std::string>& columns) {
   for (const std::string& item : FieldItems(texts)) {
@@ -59,8 +57,7 @@ AnalysisRequest MakeRequest(const AnalyseOptions& options, const std::vector<std
   request.weightField = OneField(options.weight);
   request.caseIdField = OneField(options.caseId);
   request.significance = options.significance;
-  const bool isProportion = options.confidence > 0.0 && options.confidence < 1.0;
-  request.confidencePercent = options.confidence * (isProportion ? kPercent : 1.0);
+  request.confidencePercent = ConfidencePercent(options.confidence);
   request.extendedFigures = !options.noExtended;
   request.listwise = options.missing == "listwise";
   CheckRequest(request);

@@ -5,11 +5,11 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "host/cli/field_inference.h"
 #include "host/data/input_error.h"
 #include "host/data/join_words.h"
 #include "host/data/near_miss.h"
 #include "host/data/reshape.h"
+#include "host/request/field_inference.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {
@@ -17,12 +17,6 @@ namespace {
 
 constexpr std::size_t kLongFields = 3;
 constexpr std::size_t kMostTold = 5;  // pairs without a record
-
-std::vector<std::string> NamesOf(const Dataset& data) {
-  std::vector<std::string> names;
-  for (const Column& column : data.columns) names.push_back(column.name);
-  return names;
-}
 
 std::size_t IndexOf(const std::vector<std::string>& names, const std::string& field) {
   const auto found = std::ranges::find(names, field);
@@ -45,7 +39,7 @@ std::vector<std::string> Widen(const AnalyseOptions& options, Execution& executi
   }
   analysis.cells = &execution.ReadData({"the data model", "<DataModel/>"});
   const CsvReader& reader = execution.Reader();
-  const std::vector<std::string> names = NamesOf(*analysis.cells);
+  const std::vector<std::string> names = analysis.cells->Names();
   const LongColumns columns{IndexOf(names, fields[0]), IndexOf(names, fields[1]),
                             IndexOf(names, fields[2])};
   FieldInference(reader, *analysis.cells).RefuseStray(names[columns.value]);
@@ -101,7 +95,7 @@ AnalysisCells ReadAnalysisCells(const AnalyseOptions& options, Execution& execut
   std::vector<std::string> times;
   if (!options.longFields.empty()) {
     times = Widen(options, execution, analysis);
-    columns = NamesOf(*analysis.cells);
+    columns = analysis.cells->Names();
   }
   AnalysisRequest& request = analysis.request;
   request = MakeRequest(options, columns, times);

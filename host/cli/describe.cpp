@@ -6,7 +6,6 @@
 
 #include "host/cli/commands.h"
 #include "host/cli/field_description.h"
-#include "host/cli/field_inference.h"
 #include "host/cli/output.h"
 #include "host/cli/reading_options.h"
 #include "host/cli/report_request.h"
@@ -14,6 +13,7 @@
 #include "host/data/model.h"
 #include "host/data/number.h"
 #include "host/render/text_layout.h"
+#include "host/request/field_inference.h"
 #include "host/request/field_list.h"
 
 namespace npar_host {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/cli/field_inference.h"
 #include "host/data/number.h"
+#include "host/request/field_inference.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {

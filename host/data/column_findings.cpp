@@ -71,8 +71,8 @@ bool ColumnFindings::IsLikeScale() const {
          });
 }
 
-ColumnFindings FindInColumn(const Dataset& data, std::size_t column, const CsvReader& reader) {
-  const MissingTokens& tokens = reader.Tokens();
+ColumnFindings FindInColumn(const Dataset& data, std::size_t column, const CellSource& source) {
+  const MissingTokens& tokens = source.Tokens();
   const Column& cells = data.columns[column];
   ColumnFindings findings;
   findings.records = data.records;
@@ -86,13 +86,13 @@ ColumnFindings FindInColumn(const Dataset& data, std::size_t column, const CsvRe
     findings.fewValues = FewValues(cells);
   } else if (cells.firstText) {
     findings.firstStray = *cells.firstText;
-    CountStrays(cells, reader.Notation(), findings);
+    CountStrays(cells, source.Notation(), findings);
   }
   return findings;
 }
 
-std::string LineOf(const CsvReader& reader, std::size_t offset) {
-  std::string location = reader.LocationOf(offset);  // "name:line:column"
+std::string LineOf(const CellSource& source, std::size_t offset) {
+  std::string location = source.LocationOf(offset);  // "name:line:column"
   location.resize(location.rfind(':'));
   return location.substr(location.rfind(':') + 1);
 }

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/data/csv.h"
+#include "host/data/cell_source.h"
 #include "host/data/dataset.h"
 
 namespace npar_host {
@@ -34,10 +34,10 @@ struct ColumnFindings {
 };
 
 [[nodiscard]] ColumnFindings FindInColumn(const Dataset& data, std::size_t column,
-                                          const CsvReader& reader);
+                                          const CellSource& source);
 
 /// Where a message names a cell.
-[[nodiscard]] std::string LineOf(const CsvReader& reader, std::size_t offset);
+[[nodiscard]] std::string LineOf(const CellSource& source, std::size_t offset);
 
 /// Groups of texts of the column that differ only by case or spaces, each told as
 /// "Male" and "male ".

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/data/cell_source.h"
 #include "host/data/csv_cells.h"
 #include "host/data/data_text.h"
 #include "host/data/dataset.h"
@@ -36,7 +37,7 @@ struct CsvOptions {
 /// A number may have blanks around it and reads as ParseNumberIn says; a not-a-number is missing.
 /// Where a cell is not what its column holds, a record has more or fewer cells than the header, or
 /// a text cannot stand in an XML document, an InputError says where.
-class CsvReader {
+class CsvReader : public CellSource {
  public:
   /// Opens the file ("-" is standard input) and reads the header line. A column without a name is
   /// called by its number, "column1". InputError for a file without header or records, and for two
@@ -47,12 +48,15 @@ class CsvReader {
   /// The path, "standard input" for "-".
   [[nodiscard]] const std::string& SourceName() const noexcept { return text.Name(); }
   [[nodiscard]] char Separator() const noexcept { return cells.separator; }
-  [[nodiscard]] const NumberNotation& Notation() const noexcept { return options.notation; }
-  [[nodiscard]] const MissingTokens& Tokens() const noexcept { return tokens; }
-  /// "name:line:column" of a place in the text.
-  [[nodiscard]] std::string LocationOf(std::size_t offset) const { return text.LocationOf(offset); }
+  [[nodiscard]] const NumberNotation& Notation() const noexcept override {
+    return options.notation;
+  }
+  [[nodiscard]] const MissingTokens& Tokens() const noexcept override { return tokens; }
+  [[nodiscard]] std::string LocationOf(std::size_t offset) const override {
+    return text.LocationOf(offset);
+  }
 
-  /// The same of the first cell of a record, counted from 0.
+  /// LocationOf the first cell of a record, counted from 0.
   [[nodiscard]] std::string LocationOfRecord(std::size_t record) const;
 
   /// Reads all records, column i as readings[i] says. The file is gone through once; columns that

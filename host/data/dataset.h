@@ -63,6 +63,12 @@ struct Column {
 struct Dataset {
   std::vector<Column> columns;
   std::size_t records = 0;
+
+  [[nodiscard]] std::vector<std::string> Names() const {
+    std::vector<std::string> names;
+    for (const Column& column : columns) names.push_back(column.name);
+    return names;
+  }
 };
 
 }  // namespace npar_host

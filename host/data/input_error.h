@@ -3,13 +3,27 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace npar_host {
 
-/// What a person gave us cannot be used. The text reads "file:line:column: what; what to do".
-class InputError : public std::runtime_error {
+/// What somebody gave or asked for cannot be used. The text reads "what; what to do".
+class UserError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  /// `field` is the one that it is about, where that is one.
+  explicit UserError(const std::string& text, std::string field = {})
+      : std::runtime_error(text), field(std::move(field)) {}
+
+  [[nodiscard]] const std::string& Field() const noexcept { return field; }
+
+ private:
+  std::string field;
+};
+
+/// Of data and documents. Where they have a file, the text begins with "file:line:column: ".
+class InputError : public UserError {
+ public:
+  using UserError::UserError;
 };
 
 /// "name:line:column" of an offset in a text. Lines end with LF, CRLF or CR, columns count

@@ -3,12 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "host/data/input_error.h"
 #include "host/data/iso_time.h"
-#include "host/data/near_miss.h"
 #include "host/data/number.h"
 
 namespace npar_host {
@@ -44,36 +42,6 @@ std::string MomentLabel(Storage storage, double number) {
     default:
       return {};
   }
-}
-
-CellReading ReadingOf(const FieldSpec& spec) {
-  if (spec.role == Role::None) return CellReading::Skip;
-  switch (spec.storage) {
-    case Storage::Date:
-      return CellReading::Date;
-    case Storage::Time:
-      return CellReading::Time;
-    case Storage::Timestamp:
-      return CellReading::Timestamp;
-    case Storage::String:
-      return CellReading::Text;
-    case Storage::Real:
-    case Storage::Integer:
-      return CellReading::Number;
-    case Storage::Infer:
-      break;
-  }
-  if (spec.role == Role::FrequencyWeight) return CellReading::Number;
-  if (spec.role == Role::CaseId) return CellReading::Detect;
-  if (spec.measure == Measure::Continuous || spec.measure == Measure::Other) {
-    return CellReading::Number;
-  }
-  double number = 0.0;
-  const bool listsTexts =
-      spec.measure != Measure::Infer &&
-      std::any_of(spec.values.begin(), spec.values.end(),
-                  [&](const ValueSpec& value) { return !ParseNumber(value.value, number); });
-  return listsTexts ? CellReading::Text : CellReading::Detect;
 }
 
 [[noreturn]] void FailValue(const ValueSpec& value, const std::string& message) {
@@ -170,8 +138,9 @@ Field BasicField(const FieldSpec& spec, const Column& column) {
                          spec.storage == Storage::Infer && spec.role == Role::Input;
   if (isRefused) {
     throw InputError("field " + Quoted(column.name) +
-                     " is to be continuous, but its cells are no numbers; --scores gives "
-                     "categories numbers");
+                         " is to be continuous, but its cells are no numbers; --scores gives "
+                         "categories numbers",
+                     column.name);
   }
   field.storage = spec.storage;
   if (field.storage == Storage::Infer) {
@@ -183,31 +152,6 @@ Field BasicField(const FieldSpec& spec, const Column& column) {
     if (column.isText) field.storage = Storage::Integer;
   }
   return field;
-}
-
-const FieldSpec kNothingSaid;
-
-void CheckNames(const std::vector<std::string>& names, const std::vector<FieldSpec>& specs) {
-  const std::unordered_set<std::string_view> known(names.begin(), names.end());
-  for (const FieldSpec& spec : specs) {
-    if (known.contains(spec.name)) continue;
-    throw InputError(spec.location + ": the data has no field " + Quoted(spec.name) +
-                     NearMiss(spec.name, names) + "; take a name of the header line");
-  }
-}
-
-/// What the specs say of each of the columns.
-template <class Columns, class NameOf>
-std::vector<const FieldSpec*> MatchSpecs(const Columns& columns, const NameOf& nameOf,
-                                         const std::vector<FieldSpec>& specs) {
-  std::unordered_map<std::string_view, const FieldSpec*> specOfName;
-  for (const FieldSpec& spec : specs) specOfName[spec.name] = &spec;
-  std::vector<const FieldSpec*> specOfColumn;
-  for (const auto& column : columns) {
-    const auto found = specOfName.find(nameOf(column));
-    specOfColumn.push_back(found == specOfName.end() ? &kNothingSaid : found->second);
-  }
-  return specOfColumn;
 }
 
 /// Numbers that are categories become indices into a pool.
@@ -226,21 +170,23 @@ NumberPool PoolNumbers(Column& column) {
 
 }  // namespace
 
-Dataset ReadCells(CsvReader& reader, const std::vector<FieldSpec>& specs) {
-  CheckNames(reader.Names(), specs);
-  std::vector<CellReading> readings;
-  const auto nameOf = [](const std::string& name) { return std::string_view(name); };
-  for (const FieldSpec* spec : MatchSpecs(reader.Names(), nameOf, specs)) {
-    readings.push_back(ReadingOf(*spec));
+std::vector<const FieldSpec*> MatchSpecs(const std::vector<std::string>& names,
+                                         const std::vector<FieldSpec>& specs) {
+  static const FieldSpec nothingSaid;
+  std::unordered_map<std::string_view, const FieldSpec*> specOfName;
+  for (const FieldSpec& spec : specs) specOfName[spec.name] = &spec;
+  std::vector<const FieldSpec*> matching;
+  for (const std::string& name : names) {
+    const auto found = specOfName.find(name);
+    matching.push_back(found == specOfName.end() ? &nothingSaid : found->second);
   }
-  return reader.Read(readings);
+  return matching;
 }
 
 ModelledData FindModel(Dataset cells, const std::vector<FieldSpec>& specs) {
   ModelledData loaded{std::move(cells), {}};
   Dataset& data = loaded.data;
-  const auto nameOf = [](const Column& column) { return std::string_view(column.name); };
-  const std::vector<const FieldSpec*> specOfColumn = MatchSpecs(data.columns, nameOf, specs);
+  const std::vector<const FieldSpec*> specOfColumn = MatchSpecs(data.Names(), specs);
   for (std::size_t i = 0; i < data.columns.size(); ++i) {
     loaded.model.fields.push_back(BasicField(*specOfColumn[i], data.columns[i]));
   }
@@ -257,10 +203,6 @@ ModelledData FindModel(Dataset cells, const std::vector<FieldSpec>& specs) {
     }
   }
   return loaded;
-}
-
-ModelledData LoadData(CsvReader& reader, const std::vector<FieldSpec>& specs) {
-  return FindModel(ReadCells(reader, specs), specs);
 }
 
 }  // namespace npar_host

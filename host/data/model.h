@@ -93,6 +93,10 @@ struct ModelledData {
   DataModel model;
 };
 
+/// What the specs say of each of the fields; the answer points into them.
+[[nodiscard]] std::vector<const FieldSpec*> MatchSpecs(const std::vector<std::string>& names,
+                                                       const std::vector<FieldSpec>& specs);
+
 /// Reads the cells of a file by what `specs` say of its fields; the others are read as numbers, or
 /// as texts where one is no number. InputError for a field that the data does not have, and for all
 /// that CsvReader refuses.

@@ -9,7 +9,6 @@
 #include "host/data/model.h"
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
-#include "host/data/text_source.h"
 #include "host/data/xml_reader.h"
 
 namespace npar_host {
@@ -181,13 +180,6 @@ const char* TextOf(Value value, const std::array<Word<Value>, count>& words) {
 
 std::vector<FieldSpec> ParseModel(std::string_view text, const std::string& name) {
   return ModelReader(text, name).Read();
-}
-
-std::vector<FieldSpec> ReadModel(const std::string& path) {
-  const TextSource source(path);
-  const std::string text(source.Text());
-  source.CheckIsWhole();
-  return ParseModel(text, source.Name());
 }
 
 std::string WriteModel(const DataModel& model, const RecordCounts* counts) {

@@ -1,5 +1,7 @@
 #include "host/render/json_writer.h"
 
+#include <algorithm>
+
 namespace npar_host {
 namespace {
 
@@ -30,19 +32,28 @@ void JsonWriter::BeginItem() {
 
 void JsonWriter::Key(std::string_view name) {
   BeginItem();
-  text += Dump(name) + ": ";
+  // The library makes a writer of a kilobyte for each value; names are mostly plain.
+  const bool isPlain = std::ranges::all_of(name, [](char letter) {
+    return letter > ' ' && letter <= '~' && letter != '"' && letter != '\\';
+  });
+  if (isPlain) {
+    text.append("\"").append(name).append("\": ");
+  } else {
+    text += Dump(name) + ": ";
+  }
   hasKey = true;
 }
 
 void JsonWriter::Value(const Json& value) {
   BeginItem();
   // Inside a string a line break is escaped, so that each one here begins a line of the value.
-  for (const char letter : Dump(value)) {
-    if (letter == '\n') {
-      BreakLine();
-    } else {
-      text += letter;
-    }
+  const std::string dumped = Dump(value);
+  for (std::size_t begin = 0;;) {
+    const std::size_t end = dumped.find('\n', begin);
+    text.append(dumped, begin, end - begin);
+    if (end == std::string::npos) break;
+    BreakLine();
+    begin = end + 1;
   }
   if (text.size() < kPiece) return;
   sink(text);

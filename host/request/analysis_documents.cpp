@@ -53,11 +53,13 @@ void CheckMeasures(const AnalysisRequest& request) {
   std::set<std::string> seen;
   for (const FieldMeasure& measure : request.measures) {
     if (!seen.insert(measure.field).second) {
-      throw UsageError("field " + Quoted(measure.field) + " is given two measurement levels");
+      throw UsageError("field " + Quoted(measure.field) + " is given two measurement levels",
+                       measure.field);
     }
     if (measure.measure != "continuous" && measure.field == request.weightField) {
-      throw UsageError("field " + Quoted(measure.field) + " is the weight and can't be " +
-                       measure.measure);
+      throw UsageError(
+          "field " + Quoted(measure.field) + " is the weight and can't be " + measure.measure,
+          measure.field);
     }
   }
 }
@@ -99,6 +101,12 @@ std::vector<std::string> AnalysisRequest::NamedFields() const {
   return names;
 }
 
+double ConfidencePercent(double level) {
+  constexpr double kPercent = 100.0;
+  const bool isProportion = level > 0.0 && level < 1.0;
+  return level * (isProportion ? kPercent : 1.0);
+}
+
 FieldMeasure ParseFieldMeasure(std::string_view text, const char* measure) {
   FieldMeasure result;
   std::string name, categories;
@@ -124,7 +132,8 @@ void CheckRequest(const AnalysisRequest& request) {
   if (std::ranges::find(request.independentFields, request.groupField) !=
       request.independentFields.end()) {
     throw UsageError("field " + Quoted(request.groupField) +
-                     " can't be compared between its own groups: give another to --by");
+                         " can't be compared between its own groups: give another to --by",
+                     request.groupField);
   }
   if (!IsSignificanceLevel(request.significance)) {
     throw UsageError("--significance must lie between 0 and 1, as 0.05 does");
@@ -140,9 +149,11 @@ void CheckFields(const AnalysisRequest& request, const std::vector<std::string>&
   for (const std::string& name : request.NamedFields()) {
     if (std::ranges::find(columns, name) == columns.end()) {
       const std::string hint = SeparatorHint(columns);
-      if (!hint.empty()) throw UsageError("the data have no field " + Quoted(name) + ": " + hint);
+      if (!hint.empty())
+        throw UsageError("the data have no field " + Quoted(name) + ": " + hint, name);
       throw UsageError("the data have no field " + Quoted(name) + NearMiss(name, columns) +
-                       " (fields: " + JoinWords(columns, ", ") + ")");
+                           " (fields: " + JoinWords(columns, ", ") + ")",
+                       name);
     }
   }
 }

@@ -51,6 +51,9 @@ struct AnalysisRequest {
   return percentage >= 1.0 && percentage < 100.0;
 }
 
+/// A confidence level as people give it, a percentage or a proportion below 1, as a percentage.
+[[nodiscard]] double ConfidencePercent(double level);
+
 /// "NAME" or "NAME=a<b<c", with backslashes before separators that belong to a name.
 [[nodiscard]] FieldMeasure ParseFieldMeasure(std::string_view text, const char* measure);
 

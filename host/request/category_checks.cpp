@@ -61,7 +61,7 @@ class CategoryCheck {
       if (!near.empty() || !unlisted.empty()) {
         std::string told = option + " names " + Quoted(category);
         told.append(", which the field does not hold").append(near);
-        throw UsageError(told + "; it holds " + Listed(values, " and "));
+        throw UsageError(told + "; it holds " + Listed(values, " and "), measure.field);
       }
       notes.push_back(measure.field + ": no record is " + Quoted(category));
     }

@@ -1,16 +1,17 @@
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "host/data/input_error.h"
+
 namespace npar_host {
 
 /// What was asked for is wrong; the text says what and what to do.
-class UsageError : public std::runtime_error {
+class UsageError : public UserError {
  public:
-  using std::runtime_error::runtime_error;
+  using UserError::UserError;
 };
 
 /// Splits at a separator. A backslash takes the character after it as it stands, so that a name may

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "host/data/cell_source.h"
 #include "host/data/column_findings.h"
-#include "host/data/csv.h"
 #include "host/data/dataset.h"
 #include "host/request/analysis_documents.h"
 #include "host/request/category_checks.h"
@@ -17,7 +17,7 @@ namespace npar_host {
 class FieldInference {
  public:
   /// Both outlive the object.
-  FieldInference(const CsvReader& reader, const Dataset& data);
+  FieldInference(const CellSource& source, const Dataset& data);
 
   /// Adds the measures that differ from those of the cells alone. InputError for a column of
   /// numbers that holds one cell which is none, and for numbers in another notation.
@@ -36,7 +36,7 @@ class FieldInference {
   void NoteField(const AnalysisRequest& request, const std::string& field,
                  std::vector<std::string>& notes);
 
-  const CsvReader& reader;
+  const CellSource& source;
   const Dataset& data;
   std::map<std::string, ColumnFindings> findings;
   std::map<std::string, FieldContent> contents;
@@ -45,6 +45,6 @@ class FieldInference {
 /// "3 of 20 cells are missing: 2 "NaN", 1 empty"; empty where none is.
 [[nodiscard]] std::string MissingText(const ColumnFindings& findings);
 /// "since 6 of 240 cells are no numbers, first line 2: "n.d."" and what they may be.
-[[nodiscard]] std::string StrayText(const ColumnFindings& findings, const CsvReader& reader);
+[[nodiscard]] std::string StrayText(const ColumnFindings& findings, const CellSource& source);
 
 }  // namespace npar_host

@@ -1,4 +1,4 @@
-#include "host/cli/field_inference.h"
+#include "host/request/field_inference.h"
 
 #include <algorithm>
 
@@ -62,14 +62,14 @@ std::string MissingText(const ColumnFindings& findings) {
          (findings.missing == 1 ? " is missing: " : " are missing: ") + JoinWords(tokens, " and ");
 }
 
-std::string StrayText(const ColumnFindings& findings, const CsvReader& reader) {
+std::string StrayText(const ColumnFindings& findings, const CellSource& source) {
   return "since " + CellCount(findings.strays, findings.Cells()) +
          (findings.strays == 1 ? " is no number" : " are no numbers") + ", first line " +
-         LineOf(reader, findings.firstStray) + ": " + Quoted(findings.firstStrayText);
+         LineOf(source, findings.firstStray) + ": " + Quoted(findings.firstStrayText);
 }
 
-FieldInference::FieldInference(const CsvReader& reader, const Dataset& data)
-    : reader(reader), data(data) {}
+FieldInference::FieldInference(const CellSource& source, const Dataset& data)
+    : source(source), data(data) {}
 
 std::size_t FieldInference::IndexOf(const std::string& field) const {
   const auto found = std::ranges::find(data.columns, field, &Column::name);
@@ -79,7 +79,7 @@ std::size_t FieldInference::IndexOf(const std::string& field) const {
 const ColumnFindings& FieldInference::FindingsOf(const std::string& field) {
   const auto known = findings.find(field);
   if (known != findings.end()) return known->second;
-  return findings[field] = FindInColumn(data, IndexOf(field), reader);
+  return findings[field] = FindInColumn(data, IndexOf(field), source);
 }
 
 const FieldContent& FieldInference::ContentOf(const AnalysisRequest& request,
@@ -101,15 +101,15 @@ void FieldInference::RefuseStray(const std::string& field) {
   const ColumnFindings& found = FindingsOf(field);
   const bool isSlip = found.strays == 1 && found.numbers >= kFewestNumbers;
   if (!isSlip && found.numberNotation.empty()) return;
-  std::string message = reader.LocationOf(found.firstStray) + ": " + field +
-                        ": could only be nominal, " + StrayText(found, reader) + "; ";
+  std::string message = source.LocationOf(found.firstStray) + ": " + field +
+                        ": could only be nominal, " + StrayText(found, source) + "; ";
   if (!found.numberNotation.empty()) {
     message += "these are " + found.numberNotation;
   } else {
     message += "correct the cell, or add --missing-token " + Quoted(found.firstStrayText) +
                " if it stands for a missing value";
   }
-  throw InputError(message + " (--nominal " + field + " takes them as categories)");
+  throw InputError(message + " (--nominal " + field + " takes them as categories)", field);
 }
 
 void FieldInference::Infer(AnalysisRequest& request) {
@@ -163,7 +163,7 @@ void FieldInference::NoteField(const AnalysisRequest& request, const std::string
          field + " if they measure something");
   } else if (measure == nullptr && column.isText && found.numbers >= found.strays &&
              found.strays > 0 && field != request.groupField) {
-    note("nominal, " + StrayText(found, reader) + "; --missing-token " +
+    note("nominal, " + StrayText(found, source) + "; --missing-token " +
          Quoted(found.firstStrayText) + " if that stands for a missing value");
   } else if (measure == nullptr && found.IsLikeScale() && field != request.groupField &&
              !NeedsContinuous(request, field)) {
