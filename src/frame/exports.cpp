@@ -7,6 +7,7 @@
 #include "foundation/host_helpers.h"
 #include "frame/component_builder.h"
 #include "frame/component_factory.h"
+#include "frame/linked.h"
 #include "kit/contract/allocation.h"
 
 namespace {
@@ -77,6 +78,14 @@ QD_EXPORT uint32_t hb_getModuleInformation(char* buffer, size_t capacity, size_t
     if (err != nullptr) *err = kMemoryExhausted;
     return NPAR_FAILED;
   }
+}
+
+std::uint32_t EndLinkedComponent(void* component) {
+  if (component == nullptr) return NPAR_NULL_ARGUMENT;
+  auto* const builder = static_cast<NPARComponentBuilder*>(component);
+  if (!builder->Enter()) return NPAR_BUSY;
+  delete builder;
+  return HB_OK;
 }
 
 extern "C" {

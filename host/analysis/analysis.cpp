@@ -1,0 +1,180 @@
+#include "host/analysis/analysis.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/analysis/failure.h"
+#include "host/analysis/linked_component.h"
+#include "host/data/input_error.h"
+#include "host/data/join_words.h"
+#include "host/render/json_writer.h"
+#include "host/render/renderers.h"
+#include "host/request/field_inference.h"
+#include "host/request/word_list.h"
+
+namespace npar_host {
+namespace {
+
+constexpr const char* kDocument = "document";
+constexpr const char* kNotes = "notes";
+constexpr const char* kMessages = "messages";
+
+FieldSpec& SpecOf(std::vector<FieldSpec>& specs, const std::string& name) {
+  const auto found = std::ranges::find(specs, name, &FieldSpec::name);
+  if (found != specs.end()) return *found;
+  specs.emplace_back().name = name;
+  return specs.back();
+}
+
+/// For the field that forms groups those that a record has: a test of two groups wants no third.
+std::vector<std::string> Categories(const ArrowField& field, const AnalysisRequest& request) {
+  if (field.name != request.groupField) return field.order.entries;
+  std::vector<std::string> used;
+  for (std::size_t i = 0; i < field.order.entries.size(); ++i) {
+    if (field.order.isUsed[i]) used.push_back(field.order.entries[i]);
+  }
+  return used;
+}
+
+}  // namespace
+
+void Analysis::TakeStream(ArrowArrayStream& stream) {
+  if (!table.IsEmpty()) throw StateError("the analysis has data already; run it first");
+  ArrowTable taken;
+  taken.TakeStream(stream);
+  table = std::move(taken);
+}
+
+void Analysis::AddColumn(const NparColumn& column) {
+  if (table.HasStream()) throw StateError("the analysis has a stream of records; run it first");
+  table.AddColumn(column);
+}
+
+void Analysis::HeedCancel() const {
+  if (isCancelled) throw CancelledError();
+}
+
+void Analysis::Cancel() {
+  isCancelled = true;
+  const std::lock_guard lock(activeMutex);
+  if (active != nullptr) active->Cancel();
+}
+
+void Analysis::TakeMeasures(const ArrowCells& cells, AnalysisRequest& request) {
+  for (std::size_t i = 0; i < cells.fields.size(); ++i) {
+    const ArrowField& field = cells.fields[i];
+    const bool isRole = field.name == request.weightField || field.name == request.caseIdField;
+    if (!field.isDictionary || isRole) continue;
+    const auto given = std::ranges::find(request.measures, field.name, &FieldMeasure::field);
+    if (given == request.measures.end()) {
+      request.measures.push_back(
+          {field.name, field.isOrdered ? "ordinal" : "nominal",
+           field.isOrdered ? Categories(field, request) : std::vector<std::string>()});
+    } else if (field.isOrdered && given->measure == "ordinal" && given->categories.empty()) {
+      given->categories = Categories(field, request);
+    }
+  }
+}
+
+ModelledData Analysis::Model(ArrowCells cells, AnalysisRequest& request) {
+  TakeMeasures(cells, request);
+  const ArrowSource source;
+  FieldInference inference(source, cells.data);
+  inference.Infer(request);
+  notes = inference.Notes(request);
+  std::vector<FieldSpec> specs = ParseModel(DataModelDocument(request), "the data model");
+  for (const ArrowField& field : cells.fields) {
+    if (field.storage != Storage::Infer) SpecOf(specs, field.name).storage = field.storage;
+  }
+  return FindModel(std::move(cells.data), specs);
+}
+
+void Analysis::Run(const Progress& progress) {
+  documentText.reset();
+  document.reset();
+  messages.clear();
+  notes.clear();
+  forms.clear();
+  if (table.IsEmpty()) {
+    throw StateError("the analysis has no data; give it a stream or columns before a run");
+  }
+  ArrowTable data = std::exchange(table, {});
+  struct Forgetting {
+    std::atomic<bool>& flag;
+    ~Forgetting() { flag = false; }
+  } const forgetting{isCancelled};
+  HeedCancel();
+  AnalysisRequest request = choices.request;
+  CheckRequest(request);
+  CheckFields(request, data.Names());
+  ModelledData modelled =
+      Model(ImportColumns(data, request.NamedFields(), [this] { HeedCancel(); }), request);
+  AnalysisRun run(LinkedComponent(), ParameterDocument(request), std::move(modelled));
+  run.Prepare();
+  Execute(run, progress);
+  // The names of cases are the run's; without them it can go.
+  if (!request.caseIdField.empty()) {
+    ReadDocument([&run](double identifier) { return std::string(run.CaseText(identifier)); });
+  }
+}
+
+void Analysis::Execute(AnalysisRun& run, const Progress& progress) {
+  run.ListenToProgress({[&](double done, double total) {
+                          if (progress) progress(done, total);
+                          // One that came before the component had begun is not lost.
+                          if (isCancelled) run.Cancel();
+                        },
+                        {}});
+  const auto activate = [this](AnalysisRun* now) {
+    const std::lock_guard lock(activeMutex);
+    active = now;
+  };
+  HeedCancel();
+  activate(&run);
+  RunResult result;
+  try {
+    result = run.Execute();
+  } catch (...) {
+    activate(nullptr);
+    throw;
+  }
+  activate(nullptr);
+  if (!result.Succeeded()) HeedCancel();
+  if (!result.Succeeded()) throw RefusedError(std::move(result.messages));
+  messages = std::move(result.messages);
+  documentText = std::move(result.document);
+}
+
+void Analysis::ReadDocument(const CaseNames& names) {
+  document = ReadResultDocument(*documentText, "the result document");
+  if (names) NameCases(*document, names);
+  AdjustOverTests(*document, choices.adjustment);
+}
+
+const ResultDocument& Analysis::Document() {
+  if (!document) ReadDocument({});
+  return *document;
+}
+
+std::string Analysis::Render(const std::string& form) {
+  if (form == kNotes) return Json(notes).dump();
+  if (form == kMessages) return MessagesJson(messages);
+  const Renderer* const renderer = FindRenderer(form);
+  if (renderer != nullptr) return Rendered(*renderer, Document(), choices.style);
+  std::vector<std::string> names = {kDocument};
+  for (const Renderer& each : AllRenderers()) names.emplace_back(each.name);
+  names.insert(names.end(), {kNotes, kMessages});
+  throw UsageError("there is no result as " + Quoted(form) + "; there is " +
+                   JoinWords(names, " and "));
+}
+
+const std::string& Analysis::Result(const std::string& form) {
+  if (!documentText) throw StateError("there is no result; a run has to succeed first");
+  if (form == kDocument) return *documentText;
+  const auto known = forms.find(form);
+  if (known != forms.end()) return known->second;
+  std::string text = Render(form);
+  return forms[form] = std::move(text);
+}
+
+}  // namespace npar_host

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <npar/analysis.h>
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/analysis/choices.h"
+#include "host/analysis/outcome.h"
+#include "host/arrow/arrow_table.h"
+#include "host/arrow/import.h"
+#include "host/loader/analysis_run.h"
+#include "host/render/result_model.h"
+
+namespace npar_host {
+
+/// An analysis of columns in memory: request, data, a run, its results. What is wrong with request
+/// or data is thrown as UsageError or InputError, calls out of order as StateError.
+class Analysis {
+ public:
+  using Progress = std::function<void(double done, double total)>;
+
+  [[nodiscard]] Choices& Choose() { return choices; }
+  /// Takes the batches of a stream and releases it, unless the analysis has data already.
+  void TakeStream(ArrowArrayStream& stream);
+  void AddColumn(const NparColumn& column);
+
+  /// Uses the data up. Throws RefusedError and CancelledError too.
+  void Run(const Progress& progress);
+  /// Stops the run under way, or the next one. From any thread.
+  void Cancel();
+  /// The results in a form; good until the next run.
+  [[nodiscard]] const std::string& Result(const std::string& form);
+
+ private:
+  void HeedCancel() const;
+  /// What the types of columns say where nobody said otherwise.
+  static void TakeMeasures(const ArrowCells& cells, AnalysisRequest& request);
+  [[nodiscard]] ModelledData Model(ArrowCells cells, AnalysisRequest& request);
+  void Execute(AnalysisRun& run, const Progress& progress);
+  [[nodiscard]] std::string Render(const std::string& form);
+  [[nodiscard]] const ResultDocument& Document();
+  void ReadDocument(const CaseNames& names);
+
+  Choices choices;
+  ArrowTable table;
+
+  std::mutex activeMutex;
+  AnalysisRun* active = nullptr;  // the run under way, from its preparation on
+  std::atomic<bool> isCancelled = false;
+
+  // Of the last run.
+  std::optional<std::string> documentText;
+  std::vector<RunMessage> messages;
+  std::vector<std::string> notes;
+  std::optional<ResultDocument> document;  // once it is asked for
+  std::map<std::string, std::string> forms;
+};
+
+}  // namespace npar_host
