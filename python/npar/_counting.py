@@ -1,0 +1,209 @@
+"""Counts of equal records, made where the data are, by DuckDB or Spark, and analysed as weights.
+
+Every figure of a test is the same from counts as from records, but those of the runs test, which
+goes by the records' order, and lists of single cases. What defaults to the category of the first
+record needs the order of first appearance beside the counts.
+"""
+
+from __future__ import annotations
+
+from collections.abc import Iterable, Sequence
+from dataclasses import dataclass
+from pathlib import Path
+from typing import Any
+
+from ._arrays import is_from
+from ._arrow import has_stream
+from ._request import Request, names_of
+from ._tables import is_relation
+from .errors import DataError, UsageError
+
+_LARGEST_WEIGHT = 2**31 - 1  # of a record; docs/messages.md, 220026
+_BY_ORDER = {"runs"}
+_BY_FIRST_RECORD = {"binomial", "mcnemar", "cochran-q"}
+_POSITION = "npar first record"
+
+
+@dataclass(frozen=True)
+class Counts:
+    """Records that differ, and how often each stands: data for `npar.analyse`."""
+
+    data: Any
+    """A relation of DuckDB, or a dictionary of columns."""
+    fields: tuple[str, ...]
+    weight: str
+    """The field of `data` that holds the counts."""
+
+
+def count(source: Any, fields: str | Sequence[str], *, in_order: bool = True) -> Counts:
+    """How often each combination of values stands in a table, counted where the table is.
+
+    Args:
+        source: a relation of DuckDB, a file (Parquet or CSV, or a pattern "part-*.parquet"), the
+            name of a table of DuckDB's default connection, a frame of Spark, pandas or polars, or
+            an Arrow table.
+        fields: the fields that an analysis is to use, a name or a list of names.
+        in_order: keep combinations in the order of their first records. Only binomial, mcnemar and
+            cochran-q without `success` need it, and counting is faster without.
+
+    >>> import duckdb
+    >>> data = duckdb.sql("select i % 7 as score, i % 2 as sex from range(1000) as numbers(i)")
+    >>> counts = count(data, ["score", "sex"])
+    >>> from npar import analyse
+    >>> analyse(counts, independent="score", by="sex", tests="mann-whitney")[0].groups[0]["n"]
+    500
+    """
+    names = names_of(fields, "fields")
+    if not names:
+        raise UsageError("no field to count by is named", remedy="name the analysis's fields")
+    weight = "count"
+    while weight in names:
+        weight += "_"
+    if is_from(source, "pyspark"):
+        return Counts(_count_by_spark(source, names, weight, in_order), tuple(names), weight)
+    relation = _relation_of(source)
+    counted = _count_by_duckdb(relation, names, weight, in_order)
+    return Counts(counted, tuple(names), weight)
+
+
+def counted(data: Any, request: Request) -> Any:
+    """The data that a request is carried out on: counts where they serve it, which it then takes as
+    weights."""
+    if isinstance(data, Counts):
+        reason = _obstacle(request)
+        if reason is not None:
+            raise UsageError(
+                f"counts do not serve this analysis: {reason}",
+                remedy="analyse the records themselves",
+            )
+        return _weighted(data, request)
+    if not is_relation(data) and not is_from(data, "pyspark"):
+        return data
+    if _obstacle(request) is None and _is_worth_counting(data, request.fields()):
+        in_order = _needs_order(request)
+        return _weighted(count(data, request.fields(), in_order=in_order), request)
+    if is_relation(data):
+        return data
+    rows = data.select(*map(_spark_name, request.fields()))
+    return rows.toArrow() if hasattr(rows, "toArrow") else rows.toPandas()
+
+
+def _weighted(counts: Counts, request: Request) -> Any:
+    request.values["weight"] = counts.weight
+    return counts.data
+
+
+def _obstacle(request: Request) -> str | None:
+    """Why counts do not serve it."""
+    if _BY_ORDER & {text.partition(":")[0] for text in request.tests}:
+        return "the runs test goes by the order of the records"
+    if "case-id" in request.values:
+        return "case_id asks for single records"
+    if "weight" in request.values:
+        return "the records have weights of their own"
+    return None
+
+
+def _needs_order(request: Request) -> bool:
+    if not request.tests:
+        return bool(request.families["one-sample"] or request.families["related"])
+    return any(
+        name in _BY_FIRST_RECORD and "success=" not in options
+        for name, _, options in (text.partition(":") for text in request.tests)
+    )
+
+
+# DuckDB.
+
+
+def _quoted(names: Iterable[str]) -> str:
+    return ", ".join('"' + name.replace('"', '""') + '"' for name in names)
+
+
+def _relation_of(source: Any) -> Any:
+    if is_relation(source):
+        return source
+    try:
+        import duckdb
+    except ImportError:
+        raise UsageError("counting needs DuckDB", remedy="pip install duckdb") from None
+    if is_from(source, "pandas"):
+        return duckdb.from_df(source)
+    if has_stream(source):
+        return duckdb.from_arrow(source)
+    if not isinstance(source, (str, Path)):
+        raise DataError(f"{type(source).__name__} is no table that DuckDB or Spark can count")
+    text = str(source)
+    if ".parquet" in text:
+        return duckdb.read_parquet(text)
+    return (
+        duckdb.read_csv(text)
+        if any(end in text for end in (".csv", ".tsv"))
+        else duckdb.table(text)
+    )
+
+
+def _is_worth_counting(data: Any, fields: Sequence[str]) -> bool:
+    """Not where a field of measurements is different in most records: counts are no fewer then."""
+    if not is_relation(data):
+        return True
+    types = dict(zip(data.columns, map(str, data.types)))
+    measured = [name for name in fields if types.get(name) in ("DOUBLE", "FLOAT")]
+    if not measured:
+        return True
+    figures = [f"approx_count_distinct({_quoted([name])})" for name in measured]
+    records, *different = data.aggregate(", ".join(["count(*)", *figures])).fetchone()
+    return bool(max(different) * 2 <= records)
+
+
+def _count_by_duckdb(relation: Any, names: Sequence[str], weight: str, in_order: bool) -> Any:
+    fields, number = _quoted(names), _quoted([weight])
+    if in_order:
+        position = _quoted([_POSITION])
+        numbered = relation.project(f"{fields}, row_number() over () as {position}")
+        grouped = numbered.aggregate(
+            f"{fields}, count(*) as {number}, min({position}) as {position}", fields
+        ).order(position)
+    else:
+        grouped = relation.aggregate(f"{fields}, count(*) as {number}", fields)
+    parts = grouped.project(
+        f"{fields}, {number}, unnest(range(({number} - 1) // {_LARGEST_WEIGHT} + 1)) as part"
+    )
+    split = parts.project(
+        f"{fields}, least({number} - part * {_LARGEST_WEIGHT}, {_LARGEST_WEIGHT}) as {number}"
+    )
+    return (split.materialize if hasattr(split, "materialize") else split.execute)()
+
+
+# Spark.
+
+
+def _spark_name(name: str) -> str:
+    return "`" + name.replace("`", "``") + "`"
+
+
+def _count_by_spark(frame: Any, names: Sequence[str], weight: str, in_order: bool) -> Any:
+    from pyspark.sql import functions
+
+    columns = [functions.col(_spark_name(name)).alias(name) for name in names]
+    numbered = frame.select(*columns, functions.monotonically_increasing_id().alias(_POSITION))
+    grouped = numbered.groupBy(*map(_spark_name, names)).agg(
+        functions.count(functions.lit(1)).alias(weight),
+        functions.min(_spark_name(_POSITION)).alias(_POSITION),
+    )
+    rows = (grouped.orderBy(_spark_name(_POSITION)) if in_order else grouped).collect()
+    return _split({name: [row[name] for row in rows] for name in [*names, weight]}, weight)
+
+
+def _split(columns: dict[str, list[Any]], weight: str) -> dict[str, list[Any]]:
+    """Counts above the largest weight over several records."""
+    records = [
+        (position, min(_LARGEST_WEIGHT, number - done))
+        for position, number in enumerate(columns[weight])
+        for done in range(0, number, _LARGEST_WEIGHT)
+    ]
+    found = {
+        name: [values[position] for position, _ in records] for name, values in columns.items()
+    }
+    found[weight] = [number for _, number in records]
+    return found
