@@ -7,7 +7,8 @@ record needs the order of first appearance beside the counts.
 
 from __future__ import annotations
 
-from collections.abc import Iterable, Sequence
+from collections.abc import Iterable, Iterator, Sequence
+from contextlib import contextmanager
 from dataclasses import dataclass
 from pathlib import Path
 from typing import Any
@@ -152,7 +153,8 @@ def _is_worth_counting(data: Any, fields: Sequence[str]) -> bool:
     if not measured:
         return True
     figures = [f"approx_count_distinct({_quoted([name])})" for name in measured]
-    records, *different = data.aggregate(", ".join(["count(*)", *figures])).fetchone()
+    with _interruptible():
+        ((records, *different),) = data.aggregate(", ".join(["count(*)", *figures])).fetchall()
     return bool(max(different) * 2 <= records)
 
 
@@ -172,7 +174,19 @@ def _count_by_duckdb(relation: Any, names: Sequence[str], weight: str, in_order:
     split = parts.project(
         f"{fields}, least({number} - part * {_LARGEST_WEIGHT}, {_LARGEST_WEIGHT}) as {number}"
     )
-    return (split.materialize if hasattr(split, "materialize") else split.execute)()
+    with _interruptible():
+        return (split.materialize if hasattr(split, "materialize") else split.execute)()
+
+
+@contextmanager
+def _interruptible() -> Iterator[None]:
+    """Ctrl-C, which DuckDB tells as an error of its own."""
+    try:
+        yield
+    except RuntimeError as error:
+        if "interrupted" in str(error).lower():
+            raise KeyboardInterrupt from error
+        raise
 
 
 # Spark.

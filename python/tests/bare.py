@@ -14,7 +14,7 @@ MAKERS = {
     "polars": lambda polars: polars.DataFrame(COLUMNS),
     "pandas": lambda pandas: pandas.DataFrame(COLUMNS),
     "duckdb": lambda duckdb: duckdb.sql(
-        "select unnest([1.5, 2.5, 3.5, 4.5, 5.5, null]) as x, unnest(['a','a','a','b','b','b']) as g"
+        "from (values (1.5, 'a'), (2.5, 'a'), (3.5, 'a'), (4.5, 'b'), (5.5, 'b'), (null, 'b')) t(x, g)"
     ),
 }
 
