@@ -14,7 +14,8 @@ MAKERS = {
     "polars": lambda polars: polars.DataFrame(COLUMNS),
     "pandas": lambda pandas: pandas.DataFrame(COLUMNS),
     "duckdb": lambda duckdb: duckdb.sql(
-        "from (values (1.5, 'a'), (2.5, 'a'), (3.5, 'a'), (4.5, 'b'), (5.5, 'b'), (null, 'b')) t(x, g)"
+        "select * from (values (1.5, 'a'), (2.5, 'a'), (3.5, 'a'), (4.5, 'b'), (5.5, 'b'), "
+        "(null, 'b')) as rows(x, g)"
     ),
 }
 
