@@ -11,7 +11,7 @@ from pathlib import Path
 from typing import Any, overload
 
 from . import _counting
-from ._library import Handle, catalogue
+from ._library import Handle, catalogue, in_python
 from ._request import Fields, OrdinalFields, Request, Tests
 from ._run import ProgressChoice, run
 from ._tables import check_names, table_of
@@ -66,7 +66,7 @@ class Analysis(Sequence[TestResult]):
     @property
     def notes(self) -> tuple[str, ...]:
         """How the data were taken: levels that were inferred, what may be a mistake."""
-        return tuple(json.loads(self._form("notes")))
+        return tuple(map(in_python, json.loads(self._form("notes"))))
 
     def to_json(self) -> str:
         """The JSON report (docs/json.md)."""
@@ -94,7 +94,8 @@ class Analysis(Sequence[TestResult]):
 
 @cache
 def _remedies() -> dict[int, str]:
-    return {code["code"]: code["remedy"] for test in catalogue() for code in test["codes"]}
+    codes = (code for test in catalogue() for code in test["codes"])
+    return {code["code"]: in_python(code["remedy"]) for code in codes}
 
 
 def _row(result: TestResult) -> dict[str, Any]:

@@ -101,7 +101,7 @@ def _is_missing(value: Any) -> bool:
 
 
 def _is_truth(kind: type) -> bool:
-    return kind is bool or kind.__name__ == "bool_"
+    return kind.__name__ in ("bool", "bool_")  # NumPy's too
 
 
 def _indexed_texts(values: Sequence[Any]) -> Column:

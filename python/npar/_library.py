@@ -5,6 +5,7 @@ from __future__ import annotations
 import ctypes
 import json
 import os
+import re
 import weakref
 from collections.abc import Callable, Sequence
 from ctypes import (
@@ -151,17 +152,29 @@ class Handle:
             raise _error(code, self._library.npar_analysis_error(getattr(self, "_pointer", None)))
 
 
+_OPTIONS = re.compile(
+    "--(one-sample|related|independent|by|continuous|nominal|ordinal|weight|case-id|significance"
+    r"|confidence|missing|threads)(?![\w-])"
+)
+
+
+def in_python(text: str) -> str:
+    """A text of the library with the arguments of `npar.analyse` for the command line's options."""
+    return _OPTIONS.sub(lambda option: option[1].replace("-", "_") + "=", text)
+
+
+def _message(told: dict[str, Any]) -> Message:
+    return Message(told["code"], told["kind"], told["text"], in_python(told["remedy"] or ""))
+
+
 def _error(code: int, text: bytes) -> errors.NparError:
     told = json.loads(text)
-    messages = tuple(
-        Message(each["code"], each["kind"], each["text"], each["remedy"] or "")
-        for each in told["messages"]
-    )
+    messages = tuple(map(_message, told["messages"]))
     first = next((each for each in messages if each.kind == "error"), None)
     return _ERRORS.get(code, errors.NparError)(
-        told["message"],
+        in_python(told["message"]),
         code=first.code if first else code,
         field=told["field"],
-        remedy=told["remedy"] or (first.remedy if first else None),
+        remedy=in_python(told["remedy"] or "") or (first.remedy if first else None),
         messages=messages,
     )

@@ -61,7 +61,7 @@ def _value(value: Any) -> str:
 def _word(value: Any) -> str:
     """A number or a text, its separators taken as they stand."""
     text = str(value)
-    if isinstance(value, bool) or type(value).__name__ == "bool_":
+    if type(value).__name__ in ("bool", "bool_"):  # NumPy's too
         text = text.lower()
     return "".join("\\" + letter if letter in _SEPARATORS else letter for letter in text)
 

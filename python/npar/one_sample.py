@@ -58,7 +58,7 @@ def binomial(
     Effect size: Cohen's h.
 
     >>> binomial([1, 1, 0, 1, 1, 1, 1, 1], p=0.5, success=1).statistic
-    7
+    7.0
     """
     options: dict[str, Any] = {"p": p, "success": success, "cut": cut, "intervals": intervals}
     return _single.one_sample("binomial", x, data, options, settings)

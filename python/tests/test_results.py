@@ -106,8 +106,9 @@ WRONG = [
     ({"one_sample": ["drug1", "drug1"]}, npar.UsageError, "twice"),
     ({"one_sample": "drug1", "confidence": 200}, npar.UsageError, "confidence"),
     ({"one_sample": "drug1", "missing": "never"}, npar.UsageError, "missing"),
+    ({"one_sample": "drug1", "tests": "sign"}, npar.UsageError, "give them with related="),
     ({"one_sample": "drug1", "by": ["a", "b"]}, npar.UsageError, "one value"),
-    ({"one_sample": "drug1", "tests": "kruskal-wallis"}, npar.RefusedError, "220001"),
+    ({"one_sample": "drug1", "tests": "chi-square"}, npar.RefusedError, "220001"),
 ]
 
 

@@ -51,7 +51,7 @@ TYPES = {
 # An example of each family; doctest runs them.
 EXAMPLES = {
     "one-sample": {
-        "binomial": ("binomial([1, 1, 0, 1, 1, 1, 1, 1], p=0.5, success=1).statistic", "7"),
+        "binomial": ("binomial([1, 1, 0, 1, 1, 1, 1, 1], p=0.5, success=1).statistic", "7.0"),
     },
     "related": {
         "sign": ("sign([125, 118, 135, 120], [110, 122, 125, 110]).pvalue_exact", "0.625"),
