@@ -12,8 +12,9 @@ from typing import Any, overload
 
 from . import _counting
 from ._library import Handle, catalogue, in_python
+from ._progress import ProgressChoice
 from ._request import Fields, OrdinalFields, Request, Tests
-from ._run import ProgressChoice, run
+from ._run import run
 from ._tables import check_names, table_of
 from .errors import TestFailedError, UsageError
 from .results import Message, TestResult, frame, read_test
@@ -199,7 +200,8 @@ def run_request(data: Any, request: Request, progress: ProgressChoice) -> Analys
     handle = Handle()
     request.give(handle, table)
     wanted = fields if names is None else [name for name in names if name in fields]
-    return Analysis(handle, run(handle, lambda: table.give(handle, wanted), progress))
+    report = run(handle, lambda: table.give(handle, wanted), progress, table.records)
+    return Analysis(handle, report)
 
 
 def raise_if_failed(result: TestResult) -> None:

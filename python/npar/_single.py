@@ -8,8 +8,8 @@ from typing import Any, TypedDict
 
 from ._analysis import analyse
 from ._arrays import sample_columns
+from ._progress import ProgressChoice
 from ._request import Fields, OrdinalFields
-from ._run import ProgressChoice
 from .errors import UsageError
 from .results import TestResult
 

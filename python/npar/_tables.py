@@ -20,6 +20,9 @@ class Table(Protocol):
     def names(self) -> Sequence[str] | None:
         """Of the fields, in the data's order; None where only a run can tell."""
 
+    def records(self) -> int | None:
+        """How many there are, where that is known beforehand."""
+
     def give(self, handle: Handle, fields: Sequence[str]) -> None:
         """Hands these fields over; the data outlive the run."""
 
@@ -39,6 +42,10 @@ class _Columns:
 
     def names(self) -> Sequence[str]:
         return list(self._values)
+
+    def records(self) -> int | None:
+        first = next(iter(self._values.values()), ())
+        return first.length if isinstance(first, Column) else _length(first)
 
     def give(self, handle: Handle, fields: Sequence[str]) -> None:
         for field in fields:
@@ -82,6 +89,9 @@ class _Streams:
     def names(self) -> Sequence[str] | None:
         return self._names
 
+    def records(self) -> int | None:
+        return _length(self._data)
+
     def give(self, handle: Handle, fields: Sequence[str]) -> None:
         data = self._data if self._names is None else self._data.select(fields)
         read_stream(data, handle.read_stream)
@@ -99,6 +109,9 @@ class _Streams:
 class _Relation(_Streams):
     """A query of DuckDB, which runs when the stream is read."""
 
+    def records(self) -> int | None:
+        return None
+
     def give(self, handle: Handle, fields: Sequence[str]) -> None:
         quoted = ", ".join('"' + field.replace('"', '""') + '"' for field in fields)
         read_stream(self._data.project(quoted), handle.read_stream)
@@ -107,7 +120,7 @@ class _Relation(_Streams):
 def table_of(data: Any) -> Table:
     """DataError for data of a kind that npar does not know."""
     if is_from(data, "pandas") and hasattr(data, "columns"):
-        return _Columns(_named(data.columns, lambda position: data.iloc[:, position]))
+        return _Columns(_named(data.columns, data.__getitem__))
     if is_from(data, "polars") and hasattr(data, "collect_schema"):
         data = data.collect() if hasattr(data, "collect") else data
         return _Streams(data, data.columns)
@@ -121,7 +134,7 @@ def table_of(data: Any) -> Table:
         return _Streams(data, schema.names if can_select and schema is not None else None)
     if isinstance(data, Mapping):
         keys = list(data)
-        return _Columns(_named(keys, lambda position: data[keys[position]]))
+        return _Columns(_named(keys, data.__getitem__))
     fields = getattr(getattr(data, "dtype", None), "names", None)
     if fields:
         return _Columns({name: data[name] for name in fields})
@@ -130,9 +143,7 @@ def table_of(data: Any) -> Table:
     records = _records(data)
     if records is not None:
         keys = list(dict.fromkeys(key for record in records for key in record))
-        return _Columns(
-            _named(keys, lambda position: [record.get(keys[position]) for record in records])
-        )
+        return _Columns(_named(keys, lambda key: [record.get(key) for record in records]))
     raise DataError(
         f"{type(data).__name__} is no table that npar can read",
         remedy="give a data frame, an Arrow table, a relation, a dictionary of columns or a list "
@@ -160,31 +171,38 @@ def check_names(table: Table, fields: Iterable[str]) -> None:
             )
 
 
+def _length(data: Any) -> int | None:
+    count = getattr(data, "num_rows", None)
+    return count if isinstance(count, int) else len(data) if hasattr(data, "__len__") else None
+
+
 class _Lazy(Mapping[str, Any]):
     """Columns that are only fetched where they are needed."""
 
-    def __init__(self, positions: Mapping[str, int], fetch: Any) -> None:
-        self._positions = positions
+    def __init__(self, labels: Mapping[str, Any], fetch: Any) -> None:
+        self._labels = labels
         self._fetch = fetch
 
     def __getitem__(self, name: str) -> Any:
-        return self._fetch(self._positions[name])
+        return self._fetch(self._labels[name])
 
     def __iter__(self) -> Any:
-        return iter(self._positions)
+        return iter(self._labels)
 
     def __len__(self) -> int:
-        return len(self._positions)
+        return len(self._labels)
 
 
 def _named(labels: Iterable[Any], fetch: Any) -> _Lazy:
-    positions: dict[str, int] = {}
-    for position, label in enumerate(labels):
-        if positions.setdefault(str(label), position) != position:
+    """Columns by the texts of their labels, which are numbers at times."""
+    named: dict[str, Any] = {}
+    for label in labels:
+        if str(label) in named:
             raise DataError(
                 f'two columns are called "{label}"', field=str(label), remedy="rename one of them"
             )
-    return _Lazy(positions, fetch)
+        named[str(label)] = label
+    return _Lazy(named, fetch)
 
 
 def _records(data: Any) -> Sequence[Mapping[str, Any]] | None:
