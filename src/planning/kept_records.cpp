@@ -39,14 +39,23 @@ std::uint64_t LostBits(double value) noexcept {
 
 void KeptColumn::Append(std::size_t kept, const double* values, std::size_t count,
                         bool areLasting) {
-  Survey(kept, values, count);
-  if (isNarrow && AppendNarrow(kept, values, count)) return;
-  if (isNarrow) Widen(kept);
-  AppendWide(kept, values, count, areLasting);
+  if (count == 0) return;
+  if (kept == 0) firstBits = std::bit_cast<std::uint64_t>(values[0] + 0.0);
+  if (shape == Shape::Bytes) {
+    Survey(values, count);
+    if (AppendBytes(kept, values, count)) return;
+    StartCodes(kept);
+  }
+  if (shape == Shape::Codes) {
+    if (AppendCodes(kept, values, count)) return;
+    StartDoubles(kept);
+  }
+  Survey(values, count);
+  AppendDoubles(kept, values, count, areLasting);
 }
 
-void KeptColumn::AppendWide(std::size_t kept, const double* values, std::size_t count,
-                            bool areLasting) {
+void KeptColumn::AppendDoubles(std::size_t kept, const double* values, std::size_t count,
+                               bool areLasting) {
   while (count > 0) {
     const std::size_t room = doubles.BlockSize() - (kept & (doubles.BlockSize() - 1));
     const std::size_t part = std::min(count, room);
@@ -57,11 +66,10 @@ void KeptColumn::AppendWide(std::size_t kept, const double* values, std::size_t 
   }
 }
 
-void KeptColumn::Survey(std::size_t kept, const double* values, std::size_t count) noexcept {
+void KeptColumn::Survey(const double* values, std::size_t count) noexcept {
   constexpr auto kMissingValue = std::bit_cast<std::uint64_t>(QDMV::gMissingValue);
   constexpr auto kMissingCategory = std::bit_cast<std::uint64_t>(QDMV::gMissingCategory);
   constexpr auto kInfinity = std::bit_cast<std::uint64_t>(std::numeric_limits<double>::infinity());
-  if (kept == 0 && count > 0) firstBits = std::bit_cast<std::uint64_t>(values[0] + 0.0);
   const std::uint64_t first = firstBits;
   std::uint64_t different = 0;
   std::uint64_t otherThanValue = ~std::uint64_t{0};
@@ -80,7 +88,7 @@ void KeptColumn::Survey(std::size_t kept, const double* values, std::size_t coun
   holdsNotANumber = holdsNotANumber || (aboveInfinity & kSign) != 0;
 }
 
-bool KeptColumn::AppendNarrow(std::size_t kept, const double* values, std::size_t count) {
+bool KeptColumn::AppendBytes(std::size_t kept, const double* values, std::size_t count) {
   std::uint64_t lost = 0;
   for (std::size_t i = 0; i < count; ++i) lost |= LostBits(values[i]);
   if (lost != 0) return false;
@@ -103,16 +111,56 @@ bool KeptColumn::AppendNarrow(std::size_t kept, const double* values, std::size_
   return true;
 }
 
-void KeptColumn::Widen(std::size_t kept) {
-  doubles.Reserve(kept);
-  for (std::size_t first = 0; first < kept; first += bytes.BlockSize()) {
-    const std::uint8_t* from = bytes.Place(first);
-    double* to = doubles.Place(first);
-    const std::size_t part = std::min(kept - first, bytes.BlockSize());
-    for (std::size_t i = 0; i < part; ++i) to[i] = ValueOf(from[i]);
+bool KeptColumn::AppendCodes(std::size_t kept, const double* values, std::size_t count) {
+  const std::size_t known = table->Size();
+  const std::size_t end = kept + count;
+  codes.Reserve(end);
+  for (std::size_t place = kept; place < end;) {
+    const std::size_t room = codes.BlockSize() - (place & (codes.BlockSize() - 1));
+    const std::size_t part = std::min(end - place, room);
+    if (!table->Find(values + (place - kept), part, codes.Place(place))) return false;
+    place += part;
   }
+  Survey(table->Values().data() + known, table->Size() - known);
+  // Among so many of the most values that are taken, one in thirty is there twice.
+  constexpr std::size_t kEnoughToTell = 1024;
+  constexpr std::size_t kFewestRepeated = 32;
+  return kept >= kEnoughToTell || end < kEnoughToTell || end - table->Size() >= kFewestRepeated;
+}
+
+void KeptColumn::StartCodes(std::size_t kept) {
+  table = std::make_unique<ValueCodes>();
+  codes.Reserve(kept);
+  std::vector<double> values(std::min(kept, bytes.BlockSize()));
+  ForEachBlock(kept, [&](std::size_t first, std::size_t size) {
+    // A byte has fewer values than there may be codes.
+    static_cast<void>(table->Find(Values(first, size, values.data()), size, codes.Place(first)));
+  });
   bytes = BlockList<std::uint8_t>(std::countr_zero(bytes.BlockSize()));
-  isNarrow = false;
+  shape = Shape::Codes;
+}
+
+void KeptColumn::StartDoubles(std::size_t kept) {
+  doubles.Reserve(kept);
+  ForEachBlock(kept, [this](std::size_t first, std::size_t size) {
+    static_cast<void>(Values(first, size, doubles.Place(first)));
+  });
+  codes = BlockList<std::uint16_t>(std::countr_zero(codes.BlockSize()));
+  table.reset();
+  shape = Shape::Doubles;
+}
+
+const double* KeptColumn::Values(std::size_t first, std::size_t count, double* room) const {
+  if (shape == Shape::Doubles) return doubles.Place(first);
+  if (shape == Shape::Bytes) {
+    const std::uint8_t* from = bytes.Place(first);
+    for (std::size_t i = 0; i < count; ++i) room[i] = ValueOf(from[i]);
+  } else {
+    const std::uint16_t* from = codes.Place(first);
+    const double* values = table->Values().data();
+    for (std::size_t i = 0; i < count; ++i) room[i] = values[from[i]];
+  }
+  return room;
 }
 
 void KeptRecords::Append(RecordBatch& batch) {

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "foundation/names.h"
 #include "kit/order/interruption.h"
 #include "kit/order/large_array.h"
+#include "kit/order/value_codes.h"
 #include "kit/records/batch_source.h"
 
 /// Values in blocks of a power of two, which never move: of its own, or lent ones.
@@ -69,19 +71,22 @@ class BlockList {
 };
 
 /// One variable of the kept records: a byte each while all its values are whole numbers from 0 to
-/// 254 or the missing category, as group codes are, else a double each.
+/// 254 or the missing category, as group codes are; else a code of two bytes while there are few
+/// values; else a double each.
 class KeptColumn {
  public:
   /// The byte of the missing category.
   static constexpr std::uint8_t kMissingByte = 255;
 
-  explicit KeptColumn(int blockShift) noexcept : bytes(blockShift), doubles(blockShift) {}
+  explicit KeptColumn(int blockShift) noexcept
+      : bytes(blockShift), codes(blockShift), doubles(blockShift) {}
 
   /// Puts some values behind the `kept` ones that there are. Those that last as long as the run
   /// need not be copied. Throws std::bad_alloc.
   void Append(std::size_t kept, const double* values, std::size_t count, bool areLasting);
 
-  [[nodiscard]] bool IsNarrow() const noexcept { return isNarrow; }
+  [[nodiscard]] bool IsNarrow() const noexcept { return shape == Shape::Bytes; }
+  [[nodiscard]] bool IsWide() const noexcept { return shape == Shape::Doubles; }
   /// Only of a narrow one. The bytes up to the end of the block stand behind it.
   [[nodiscard]] const std::uint8_t* Bytes(std::size_t number) const noexcept {
     return bytes.Place(number);
@@ -89,10 +94,16 @@ class KeptColumn {
   /// Only of a narrow one: one more than the largest of its bytes, that of the missing category
   /// apart.
   [[nodiscard]] unsigned CodeCount() const noexcept { return codeCount; }
-  /// Only of one that is not narrow; likewise.
-  [[nodiscard]] const double* Doubles(std::size_t number) const noexcept {
-    return doubles.Place(number);
+  /// The values by code; null where they are not kept by codes.
+  [[nodiscard]] const std::vector<double>* Table() const noexcept {
+    return table == nullptr ? nullptr : &table->Values();
   }
+  /// Only of one that has a table; as Bytes.
+  [[nodiscard]] const std::uint16_t* Codes(std::size_t number) const noexcept {
+    return codes.Place(number);
+  }
+  /// `count` values within a block: where they stand, or copied into `room`.
+  [[nodiscard]] const double* Values(std::size_t first, std::size_t count, double* room) const;
   [[nodiscard]] static double ValueOf(std::uint8_t byte) noexcept {
     return byte == kMissingByte ? QDMV::gMissingCategory : static_cast<double>(byte);
   }
@@ -101,14 +112,25 @@ class KeptColumn {
     return byte == kMissingByte ? static_cast<std::int32_t>(QDMV::gMissingCategory) : byte;
   }
   [[nodiscard]] double ValueAt(std::size_t number) const noexcept {
-    return isNarrow ? ValueOf(*bytes.Place(number)) : *doubles.Place(number);
+    switch (shape) {
+      case Shape::Bytes:
+        return ValueOf(*bytes.Place(number));
+      case Shape::Codes:
+        return table->Value(*codes.Place(number));
+      case Shape::Doubles:
+        break;
+    }
+    return *doubles.Place(number);
   }
   /// Asks the processor for a value that will be wanted soon.
   void Prefetch(std::size_t number) const noexcept {
-    if (isNarrow) {
-      __builtin_prefetch(bytes.Place(number));
-    } else {
-      __builtin_prefetch(doubles.Place(number));
+    switch (shape) {
+      case Shape::Bytes:
+        return __builtin_prefetch(bytes.Place(number));
+      case Shape::Codes:
+        return __builtin_prefetch(codes.Place(number));
+      case Shape::Doubles:
+        return __builtin_prefetch(doubles.Place(number));
     }
   }
 
@@ -116,6 +138,7 @@ class KeptColumn {
   [[nodiscard]] bool Holds(double missingMark) const noexcept {
     return missingMark == QDMV::gMissingValue ? holdsMissingValue : holdsMissingCategory;
   }
+  [[nodiscard]] bool HoldsNotANumber() const noexcept { return holdsNotANumber; }
   /// Bits in which the OrderedBits of two values may differ; the highest one tells how far apart
   /// the values lie.
   [[nodiscard]] std::uint64_t DifferingBits() const noexcept {
@@ -123,15 +146,29 @@ class KeptColumn {
   }
 
  private:
-  void Survey(std::size_t kept, const double* values, std::size_t count) noexcept;
-  /// False, and nothing appended, where a value does not fit.
-  [[nodiscard]] bool AppendNarrow(std::size_t kept, const double* values, std::size_t count);
-  void AppendWide(std::size_t kept, const double* values, std::size_t count, bool areLasting);
-  void Widen(std::size_t kept);
+  enum class Shape : std::uint8_t { Bytes, Codes, Doubles };
 
-  bool isNarrow = true;
+  void Survey(const double* values, std::size_t count) noexcept;
+  /// False, and nothing appended, where a value does not fit.
+  [[nodiscard]] bool AppendBytes(std::size_t kept, const double* values, std::size_t count);
+  /// False, and nothing appended, where there are too many values, or nearly all come once.
+  [[nodiscard]] bool AppendCodes(std::size_t kept, const double* values, std::size_t count);
+  void AppendDoubles(std::size_t kept, const double* values, std::size_t count, bool areLasting);
+  /// The kept values go on in another shape.
+  void StartCodes(std::size_t kept);
+  void StartDoubles(std::size_t kept);
+  template <typename Use>
+  void ForEachBlock(std::size_t kept, Use use) const {
+    for (std::size_t first = 0; first < kept; first += doubles.BlockSize()) {
+      use(first, std::min(kept - first, doubles.BlockSize()));
+    }
+  }
+
+  Shape shape = Shape::Bytes;
   std::uint8_t codeCount = 0;
   BlockList<std::uint8_t> bytes;
+  BlockList<std::uint16_t> codes;
+  std::unique_ptr<ValueCodes> table;  // while the shape is Codes
   BlockList<double> doubles;
   bool holdsMissingValue = false;
   bool holdsMissingCategory = false;

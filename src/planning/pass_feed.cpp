@@ -20,20 +20,73 @@ void AddOnce(std::vector<Tally*>& tallies, Tally* tally) {
 }  // namespace
 
 void PassFeed::AddTest(NPARTest* test, std::vector<std::int64_t> required) {
-  members.push_back({.test = test, .required = std::move(required), .marks = {}});
+  members.push_back({.test = test, .required = std::move(required), .marks = {}, .cells = nullptr});
+}
+
+const PassFeed::Member* PassFeed::NextOf(const BatchSource* cells) const {
+  const auto found = std::find_if(members.begin(), members.end(),
+                                  [cells](const Member& member) { return member.cells == cells; });
+  return found == members.end() ? nullptr : &*found;
+}
+
+void PassFeed::FindCells(ICountedRecords& counted, std::int32_t ascendingBy) {
+  for (auto member = members.begin(); member != members.end(); ++member) {
+    if (!member->test->TakesCells()) continue;
+    const auto same = std::find_if(members.begin(), member, [&member](const Member& other) {
+      return other.cells != nullptr && other.required == member->required;
+    });
+    if (same != member) {
+      member->cells = same->cells;
+      continue;
+    }
+    const std::vector<std::int32_t> variables(member->required.begin(), member->required.end());
+    auto walk = counted.WalkCells(variables, ascendingBy);
+    if (walk == nullptr) continue;
+    // Another variable may hold records off as well.
+    const std::vector<MissingMark> marks = MarksOf(*member, *walk);
+    const bool areTold = std::all_of(marks.begin(), marks.end(), [&](const MissingMark& mark) {
+      return Contains(variables, mark.variable);
+    });
+    if (!areTold) continue;
+    member->cells = walk.get();
+    cellWalks.push_back(std::move(walk));
+  }
+}
+
+QDStatus PassFeed::WalkCells(ICountedRecords& counted, std::int32_t ascendingBy,
+                             CancelPair& cancelPair) {
+  FindCells(counted, ascendingBy);
+  for (const auto& walk : cellWalks) {
+    static_cast<void>(walk->Reset());
+    const QDStatus status = WalkFor(walk.get(), *walk, cancelPair);
+    if (!status.IsOK()) return status;
+  }
+  return QDStatus();
 }
 
 QDStatus PassFeed::Walk(BatchSource& records, CancelPair& cancelPair) {
+  return WalkFor(nullptr, records, cancelPair);
+}
+
+QDStatus PassFeed::WalkFor(const BatchSource* cells, BatchSource& records, CancelPair& cancelPair) {
+  audiences.clear();
   bool isFirst = true;
-  while (!members.empty() && !cancelPair.Check()) {
+  while (NextOf(cells) != nullptr && !cancelPair.Check()) {
     RecordBatch* batch = records.NextBatch();
     if (batch == nullptr) break;
     if (std::exchange(isFirst, false)) {
-      FindMarks(records);
-      FormAudiences();
+      for (Member& member : members) {
+        if (member.cells == cells) member.marks = MarksOf(member, records);
+      }
+      FormAudiences(cells);
     }
-    const QDStatus status = Deliver(*batch);
+    bool hasAnyFailed = false;
+    const QDStatus status = Deliver(*batch, hasAnyFailed);
     if (!status.IsOK()) return status;
+    if (hasAnyFailed) {
+      std::erase_if(members, [](const Member& member) { return member.hasFailed; });
+      FormAudiences(cells);
+    }
   }
   return QDStatus();
 }
@@ -50,23 +103,25 @@ std::vector<Tally*> PassFeed::AliveTallies() const {
   return tallies;
 }
 
-void PassFeed::FindMarks(const BatchSource& records) {
+std::vector<MissingMark> PassFeed::MarksOf(const Member& member, const BatchSource& records) const {
+  std::vector<MissingMark> marks;
   for (std::int32_t position = 0; position < records.Width(); ++position) {
     const IQDVariable* variable = variables->GetVarAt(position);
     if (variable == nullptr) continue;
+    const bool isNeeded = !analysisMissing || member.required.empty() ||
+                          Contains(member.required, std::int64_t{position});
     const std::optional<double> missing = MissingValueOf(variable->GetType());
-    if (!missing || !records.MayHold({position, *missing})) continue;
-    for (Member& member : members) {
-      const bool isNeeded = !analysisMissing || member.required.empty() ||
-                            Contains(member.required, std::int64_t{position});
-      if (isNeeded) member.marks.push_back({position, *missing});
+    if (isNeeded && missing && records.MayHold({position, *missing})) {
+      marks.push_back({position, *missing});
     }
   }
+  return marks;
 }
 
-void PassFeed::FormAudiences() {
+void PassFeed::FormAudiences(const BatchSource* cells) {
   audiences.clear();
   for (Member& member : members) {
+    if (member.cells != cells) continue;
     auto audience = std::find_if(
         audiences.begin(), audiences.end(),
         [&member](const Audience& other) { return other.members[0]->marks == member.marks; });
@@ -76,8 +131,7 @@ void PassFeed::FormAudiences() {
   }
 }
 
-QDStatus PassFeed::Deliver(RecordBatch& batch) {
-  bool hasAnyFailed = false;
+QDStatus PassFeed::Deliver(RecordBatch& batch, bool& hasAnyFailed) {
   for (Audience& audience : audiences) {
     RecordBatch& complete = audience.complete.Select(batch, audience.members[0]->marks);
     for (Tally* tally : audience.tallies) tally->Take(complete);
@@ -86,10 +140,6 @@ QDStatus PassFeed::Deliver(RecordBatch& batch) {
       if (answer.GetErrorCode() == kMemoryExhausted) return answer;
       if (answer.IsError()) member->hasFailed = hasAnyFailed = true;
     }
-  }
-  if (hasAnyFailed) {
-    std::erase_if(members, [](const Member& member) { return member.hasFailed; });
-    FormAudiences();
   }
   return QDStatus();
 }

@@ -2,12 +2,14 @@
 
 #include <cstdint>
 #include <list>
+#include <memory>
 #include <vector>
 
 #include "foundation/names.h"
 #include "kit/contract/shared_tallies.h"
 #include "kit/contract/test.h"
 #include "kit/records/batch_source.h"
+#include "kit/records/counted_records.h"
 #include "kit/records/missing.h"
 #include "planning/cancel_pair.h"
 
@@ -16,7 +18,9 @@
 /// Tests that need the same variables complete form one audience: the complete records are selected
 /// once for all of them, and each tally that they share takes the records before they do. Which
 /// places of a record can hold an audience off is settled before the first record, so that records
-/// without a missing value at these few places cost no more than their tests.
+/// without a missing value at these few places cost no more than their tests. Tests that can do
+/// with cells get these, each audience in a walk of its own, and the records are walked for the
+/// others.
 class PassFeed {
  public:
   /// The variables are not taken over.
@@ -26,8 +30,13 @@ class PassFeed {
   /// Before the records: a test whose pass has begun, with the variables that must not be missing
   /// for it.
   void AddTest(NPARTest* test, std::vector<std::int64_t> required);
-  /// All records from where the source stands, unless the run is cancelled. A test that returns an
-  /// error gets no further record. 220012, from a test, ends the walk.
+  /// Gives cells, ascending by a variable or in any order, to the tests that can do with them.
+  /// Throws std::bad_alloc.
+  QDStatus WalkCells(ICountedRecords& counted, std::int32_t ascendingBy, CancelPair& cancelPair);
+  /// Are there other tests?
+  [[nodiscard]] bool NeedsRecords() const { return NextOf(nullptr) != nullptr; }
+  /// Gives these all records from where the source stands, unless the run is cancelled. A test that
+  /// returns an error gets no further record. 220012, from a test, ends the walk.
   QDStatus Walk(BatchSource& records, CancelPair& cancelPair);
   /// The tests that have not failed, in the order in which they were added.
   [[nodiscard]] std::vector<NPARTest*> AliveTests() const;
@@ -38,7 +47,8 @@ class PassFeed {
   struct Member {
     NPARTest* test;
     std::vector<std::int64_t> required;
-    std::vector<MissingMark> marks;  // where a missing value holds this test off
+    std::vector<MissingMark> marks;      // where a missing value holds this test off
+    const BatchSource* cells = nullptr;  // which it takes
     bool hasFailed = false;
   };
   struct Audience {
@@ -47,12 +57,19 @@ class PassFeed {
     CompleteRecords complete;
   };
 
-  void FindMarks(const BatchSource& records);
-  void FormAudiences();
-  QDStatus Deliver(RecordBatch& batch);
+  /// The first test that takes these cells, or records for null; null where there is none.
+  [[nodiscard]] const Member* NextOf(const BatchSource* cells) const;
+  void FindCells(ICountedRecords& counted, std::int32_t ascendingBy);
+  [[nodiscard]] std::vector<MissingMark> MarksOf(const Member& member,
+                                                 const BatchSource& records) const;
+  QDStatus WalkFor(const BatchSource* cells, BatchSource& records, CancelPair& cancelPair);
+  void FormAudiences(const BatchSource* cells);
+  /// Has a test failed?
+  QDStatus Deliver(RecordBatch& batch, bool& hasAnyFailed);
 
   const QDVarList* variables;
   bool analysisMissing;
   std::vector<Member> members;
+  std::vector<std::unique_ptr<BatchSource>> cellWalks;
   std::list<Audience> audiences;
 };

@@ -112,6 +112,7 @@ QDStatus NPARPlanner::Execute(RecordIterator& records, std::int32_t /*reserved*/
   if (status.IsOK()) status = GuardAllocation(kMemoryExhausted, [this] { return RunTests(); });
   executed = !status.IsError();
   if (univariates != nullptr) univariates->SetSortedData(nullptr);
+  counted.reset();
   sortManager.reset();
   memoIterator.reset();
   dataReader.reset();
@@ -134,6 +135,8 @@ QDStatus NPARPlanner::PrepareRun(RecordIterator& records) {
   univariates = std::make_unique<QDUnivariateSummaries>(memoIterator.get(), variables);
   univariates->SetSortedData(sortManager.get());
   weightIndex = variables->GetFreqWeightVariable();
+  counted = std::make_unique<CountedRecords>(dataReader->Records(), weightIndex, counting);
+  univariates->SetCountedRecords(counted.get());
   if (HasWeight()) univariates->SetWeightVariable(weightIndex);
 
   mainWorker = std::make_unique<NPARTestWorker>(variables, analysisMissing);
@@ -253,6 +256,7 @@ void NPARPlanner::RegisterSortedVariable(std::int32_t variable) {
 
 void NPARPlanner::RegisterGroupVariable(std::int32_t variable) {
   sortManager->AddCompanion(variable);
+  counted->AddCompanion(variable);
   RegisterStatistic(variable, Statistic::Frequencies);
 }
 
@@ -274,7 +278,10 @@ void NPARPlanner::AddSortedTest(std::unique_ptr<NPARTest> test, std::int32_t sor
   }
   auto worker = std::make_unique<NPARTestWorker>(variables, analysisMissing);
   worker->SetRecords(memoIterator.get());
-  if (isFit) worker->SetSortVariable(sortVariable, sortManager.get());
+  if (isFit) {
+    worker->SetSortVariable(sortVariable, sortManager.get());
+    worker->SetCountedRecords(counted.get());
+  }
   worker->AddTest(std::move(test));
   sortedWorkers.push_back(std::move(worker));
 }

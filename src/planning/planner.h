@@ -13,6 +13,7 @@
 #include "kit/contract/var_info.h"
 #include "kit/summaries/univariate.h"
 #include "planning/cancel_pair.h"
+#include "planning/record_cells.h"
 #include "planning/record_iterators.h"
 #include "planning/sorted_records.h"
 #include "planning/test_worker.h"
@@ -31,6 +32,8 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   NPARPlanner& operator=(const NPARPlanner&) = delete;
   ~NPARPlanner() override;
 
+  /// Before Execute; the results are the same.
+  void SetCounting(Counting chosen) noexcept { counting = chosen; }
   QDStatus Execute(RecordIterator& records, std::int32_t reserved) override;
   bool IsExecuted() const override { return executed; }
   QDStatus PostProcess() override { return QDStatus(); }
@@ -91,6 +94,8 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   std::unique_ptr<IteratorBatches> hostRecords;
   std::unique_ptr<NParMemoIterator> memoIterator;
   std::unique_ptr<NPARSortManager> sortManager;
+  Counting counting = Counting::WhereItPays;
+  std::unique_ptr<CountedRecords> counted;
   bool executed = false;
   bool written = false;
   CancelPair cancelPair;

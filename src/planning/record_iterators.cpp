@@ -66,12 +66,11 @@ const double* NParMemoIterator::FindColumn(std::int32_t variable) {
   // Batches do not reach over the edge of a block, within which a column stands side by side.
   static_assert(KeptRecords::kBlockSize % kRecordsAtOnce == 0);
   const KeptColumn& column = Column(variable);
-  return column.IsNarrow() ? nullptr : column.Doubles(First());
+  return column.IsWide() ? column.Values(First(), InHand(), nullptr) : nullptr;
 }
 
 void NParMemoIterator::GatherColumn(std::int32_t variable, double* values) {
-  const std::uint8_t* bytes = Column(variable).Bytes(First());
-  for (std::size_t i = 0; i < InHand(); ++i) values[i] = KeptColumn::ValueOf(bytes[i]);
+  static_cast<void>(Column(variable).Values(First(), InHand(), values));
 }
 
 bool NParMemoIterator::GatherTruncated(std::int32_t variable, std::int32_t* values) {

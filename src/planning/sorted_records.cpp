@@ -18,30 +18,20 @@ class EntriesToSort {
   [[nodiscard]] std::uint64_t DifferingBits() const noexcept { return column.DifferingBits(); }
   template <typename Take>
   void ForEachKey(Take take) const {
+    std::vector<double> room(KeptRecords::kBlockSize);
     ForEachBlock([&](std::size_t first, std::size_t size) {
-      if (column.IsNarrow()) {
-        const std::uint8_t* bytes = column.Bytes(first);
-        for (std::size_t i = 0; i < size; ++i) take(OrderedBits(KeptColumn::ValueOf(bytes[i])));
-      } else {
-        const double* values = column.Doubles(first);
-        for (std::size_t i = 0; i < size; ++i) take(OrderedBits(values[i]));
-      }
+      const double* values = column.Values(first, size, room.data());
+      for (std::size_t i = 0; i < size; ++i) take(OrderedBits(values[i]));
     });
   }
   template <typename Take>
   void ForEachEntry(Take take) const {
+    std::vector<double> room(KeptRecords::kBlockSize);
     std::vector<std::uint32_t> numbers(KeptRecords::kBlockSize);
     ForEachBlock([&](std::size_t first, std::size_t size) {
       NumberRecords(first, size, numbers.data());
-      const std::uint32_t* number = numbers.data();
-      const auto takeNext = [&](double value) { take(NumberedKey(OrderedBits(value), *number++)); };
-      if (column.IsNarrow()) {
-        const std::uint8_t* bytes = column.Bytes(first);
-        for (std::size_t i = 0; i < size; ++i) takeNext(KeptColumn::ValueOf(bytes[i]));
-      } else {
-        const double* values = column.Doubles(first);
-        for (std::size_t i = 0; i < size; ++i) takeNext(values[i]);
-      }
+      const double* values = column.Values(first, size, room.data());
+      for (std::size_t i = 0; i < size; ++i) take(NumberedKey(OrderedBits(values[i]), numbers[i]));
     });
   }
 

@@ -65,9 +65,6 @@ QDStatus NPARTestWorker::RunPasses(CancelPair& cancelPair) {
 }
 
 QDStatus NPARTestWorker::RunPass(const std::vector<NPARTest*>& list, CancelPair& cancelPair) {
-  BatchSource* source = sortVariable < 0 ? records : sortManager->GetSortedIterator(sortVariable);
-  if (source != nullptr) static_cast<void>(source->Reset());  // it shows by having no record
-
   PassFeed feed(variables, analysisMissing);
   const QDStatus begun = BeginPass(list, feed);
   if (!begun.IsOK()) return begun;
@@ -79,10 +76,8 @@ QDStatus NPARTestWorker::RunPass(const std::vector<NPARTest*>& list, CancelPair&
   TellPass(feed);
   ReportPassProgress();
 
-  if (source != nullptr) {
-    const QDStatus walked = feed.Walk(*source, cancelPair);
-    if (!walked.IsOK()) return walked;
-  }
+  const QDStatus walked = WalkRecords(feed, cancelPair);
+  if (!walked.IsOK()) return walked;
   const std::int32_t passesDone = passesTotal - passesLeft;
   passesLeft = 0;
   if (!cancelPair.Check()) {
@@ -91,6 +86,19 @@ QDStatus NPARTestWorker::RunPass(const std::vector<NPARTest*>& list, CancelPair&
   }
   ReportPassProgress();
   return QDStatus();
+}
+
+QDStatus NPARTestWorker::WalkRecords(PassFeed& feed, CancelPair& cancelPair) {
+  static_assert(ICountedRecords::kAnyOrder == -1);  // as a sort variable
+  if (counted != nullptr) {
+    const QDStatus walked = feed.WalkCells(*counted, sortVariable, cancelPair);
+    if (!walked.IsOK()) return walked;
+  }
+  if (!feed.NeedsRecords()) return QDStatus();
+  BatchSource* source = sortVariable < 0 ? records : sortManager->GetSortedIterator(sortVariable);
+  if (source == nullptr) return QDStatus();
+  static_cast<void>(source->Reset());  // it shows by having no record
+  return feed.Walk(*source, cancelPair);
 }
 
 QDStatus NPARTestWorker::BeginPass(const std::vector<NPARTest*>& list, PassFeed& feed) {

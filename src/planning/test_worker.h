@@ -7,6 +7,7 @@
 #include "foundation/names.h"
 #include "kit/contract/shared_tallies.h"
 #include "kit/contract/test.h"
+#include "kit/records/counted_records.h"
 #include "kit/summaries/univariate.h"
 #include "planning/cancel_pair.h"
 #include "planning/sorted_records.h"
@@ -38,6 +39,9 @@ class NPARTestWorker final {
 
   /// The source for tests that take records in its order; not taken over.
   void SetRecords(BatchSource* source) noexcept { records = source; }
+  /// Tests that can do with cells take them from here, without an order of the records; not taken
+  /// over.
+  void SetCountedRecords(ICountedRecords* source) noexcept { counted = source; }
   /// Tests take the records ascending by that variable instead. The manager is not taken over.
   void SetSortVariable(std::int32_t variable, NPARSortManager* manager) noexcept {
     sortVariable = variable;
@@ -55,6 +59,7 @@ class NPARTestWorker final {
  private:
   QDStatus RunPasses(CancelPair& cancelPair);
   QDStatus RunPass(const std::vector<NPARTest*>& list, CancelPair& cancelPair);
+  QDStatus WalkRecords(PassFeed& feed, CancelPair& cancelPair);
   QDStatus BeginPass(const std::vector<NPARTest*>& list, PassFeed& feed);
   QDStatus EndPass(const PassFeed& feed, std::int32_t passesDone);
   void TellPass(const PassFeed& feed) const;
@@ -68,6 +73,7 @@ class NPARTestWorker final {
   SharedTallies sharedTallies;
   std::vector<std::unique_ptr<NPARTest>> tests;
   BatchSource* records = nullptr;
+  ICountedRecords* counted = nullptr;
   std::vector<std::unique_ptr<XMLElement>> results;
   std::unique_ptr<UnivariateResults> sharedData;
   std::int32_t sortVariable = -1;

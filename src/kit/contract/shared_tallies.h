@@ -12,6 +12,8 @@ class Tally {
   /// Records of the running pass. What is told of them is good until the next ones.
   virtual void Take(RecordBatch& batch) = 0;
   virtual void EndPass() = 0;
+  /// As NPARTest::TakesCells, asked before each pass.
+  [[nodiscard]] virtual bool TakesCells() const { return false; }
 };
 
 /// What tests of one worker count alike. Those whose keys name the same variables meet the same

@@ -58,6 +58,10 @@ class NPARTest {
   /// has begun.
   [[nodiscard]] Tally* GetTally() const noexcept { return countsAlone ? nullptr : tally.get(); }
   QDStatus BeginPass();
+  /// May the records of the coming pass that hold the same in the required variables, and in the
+  /// weight, come together as one (RecordBatch::Counts), whatever their order was? Nothing else may
+  /// then be read of them.
+  [[nodiscard]] virtual bool TakesCells() const { return tally != nullptr && tally->TakesCells(); }
   /// Takes records, one after the other.
   QDStatus ProcessBatch(RecordBatch& batch);
   /// Takes a batch of one.

@@ -10,6 +10,8 @@ namespace {
 
 /// Fewer units for each group than this are not worth a loop over the groups.
 constexpr std::size_t kUnitsPerGroup = 4;
+/// The pass that finds outliers.
+constexpr std::int32_t kClassifying = 2;
 
 }  // namespace
 
@@ -46,9 +48,17 @@ void GroupTally::Take(RecordBatch& batch) {
     if (pass == 1) FillHistograms();
   } else if (pass == 1) {
     TrackHinges();
-  } else if (pass == 2) {
+  } else if (pass == kClassifying) {
     Classify();
   }
+}
+
+bool GroupTally::TakesCells() const {
+  if (key.shown == Shown::BoxPlots) return pass != kClassifying || key.caseIdVariable < 0;
+  return pass != 1 || key.weightVariable < 0 ||
+         std::all_of(samples.begin(), samples.end(), [](const Sample& sample) {
+           return Histogram::TellsApart(sample.range, sample.leastStep);
+         });
 }
 
 void GroupTally::EndPass() {
@@ -100,12 +110,11 @@ void GroupTally::Select(RecordBatch& batch, const std::int32_t* groupsOfRecords)
   if (units.count == 0) return;
   units.values = batch.Of(key.testVariable);
   units.groups = groupsOfRecords;
-  if (key.caseIdVariable >= 0 && key.shown == Shown::BoxPlots) {
-    units.caseIds = batch.Of(key.caseIdVariable);
-  }
-  if (key.weightVariable < 0) return;
-  units.weights = batch.TruncatedOf(key.weightVariable);
-  units.plainWeights = batch.Of(key.weightVariable);
+  const bool showsCases = pass == kClassifying && key.shown == Shown::BoxPlots;
+  units.caseIds = showsCases && key.caseIdVariable >= 0 ? batch.Of(key.caseIdVariable) : nullptr;
+  units.counts = batch.Counts();
+  units.weights = RecordWeight(key.weightVariable).TruncatedOf(batch);
+  if (key.weightVariable >= 0) units.plainWeights = batch.Of(key.weightVariable);
 }
 
 void GroupTally::FindShares() {
@@ -155,9 +164,13 @@ void GroupTally::Count() {
 void GroupTally::TakeRanges() {
   const auto take = [this](std::size_t i) {
     Sample& sample = samples[units.GroupOf(i)];
-    if (sample.first == QDMV::gMissingValue) sample.first = units.values[i];
-    sample.last = units.values[i];
-    sample.range.Take(units.values[i]);
+    const double x = units.values[i];
+    if (sample.first == QDMV::gMissingValue) sample.first = x;
+    if (units.counts != nullptr && sample.last < x) {
+      sample.leastStep = std::min(sample.leastStep, x - sample.last);
+    }
+    sample.last = x;
+    sample.range.Take(x);
   };
   // Of zeros the first one stays, with its sign.
   const bool areFarFromZero = units.values[0] > 0.0 || units.values[units.count - 1] < 0.0;
@@ -202,7 +215,12 @@ void GroupTally::EndCounting() {
 
 void GroupTally::FillHistograms() {
   for (std::size_t i = 0; i < units.count; ++i) {
-    histograms[units.GroupOf(i)].AddAscendingOrZero(units.values[i], units.Weight(i));
+    Histogram& histogram = histograms[units.GroupOf(i)];
+    if (units.counts == nullptr || units.plainWeights != nullptr) {
+      histogram.AddAscendingOrZero(units.values[i], units.Weight(i));
+    } else {
+      histogram.AddAscendingEqual(units.values[i], units.counts[i]);
+    }
   }
 }
 
@@ -256,8 +274,7 @@ void GroupTally::TrackHinges() {
         return units.weights == nullptr && plot.PassOverTracking(stretch);
       },
       [this](GroupBoxPlot& plot, std::size_t i) {
-        plot.TrackValue(units.values[i],
-                        units.plainWeights == nullptr ? 1.0 : units.plainWeights[i]);
+        plot.TrackValue(units.values[i], units.PlainWeight(i));
       });
 }
 
@@ -266,6 +283,7 @@ void GroupTally::Classify() {
       [](GroupBoxPlot& plot, const Stretch& stretch) { return plot.PassOverClassifying(stretch); },
       [this](GroupBoxPlot& plot, std::size_t i) {
         plot.ClassifyValue(units.values[i],
-                           units.caseIds == nullptr ? QDMV::gMissingValue : units.caseIds[i]);
+                           units.caseIds == nullptr ? QDMV::gMissingValue : units.caseIds[i],
+                           units.counts == nullptr ? 1 : units.counts[i]);
       });
 }

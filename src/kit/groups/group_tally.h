@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -54,7 +55,8 @@ class GroupTally final : public Tally {
     const double* values = nullptr;
     const std::int32_t* groups = nullptr;
     const std::int32_t* weights = nullptr;  ///< truncated; null where every record weighs 1
-    const double* plainWeights = nullptr;   ///< likewise
+    const double* plainWeights = nullptr;   ///< null where no variable weighs them
+    const std::int32_t* counts = nullptr;   ///< records of each; null where each is one
     const double* caseIds = nullptr;        ///< null where there are none, or none is shown
     /// By group. Null where it is not worth it, the units being few for the groups, and where the
     /// values do not ascend, one being no number.
@@ -62,6 +64,9 @@ class GroupTally final : public Tally {
 
     [[nodiscard]] std::int64_t Weight(std::size_t i) const noexcept {
       return weights == nullptr ? 1 : weights[i];
+    }
+    [[nodiscard]] double PlainWeight(std::size_t i) const noexcept {
+      return plainWeights == nullptr ? static_cast<double>(Weight(i)) : plainWeights[i];
     }
     [[nodiscard]] std::size_t GroupOf(std::size_t i) const noexcept {
       return static_cast<std::size_t>(groups[i]);
@@ -75,6 +80,7 @@ class GroupTally final : public Tally {
     double first = QDMV::gMissingValue;  ///< value that came; known for histograms only
     double last = QDMV::gMissingValue;   ///< likewise
     ValueRange range;                    ///< likewise
+    double leastStep = std::numeric_limits<double>::infinity();  ///< between values; of cells
   };
   static constexpr std::size_t kNoPlace = static_cast<std::size_t>(-1);
 
@@ -83,6 +89,9 @@ class GroupTally final : public Tally {
 
   void Take(RecordBatch& batch) override;
   void EndPass() override;
+  /// Not while it looks for the records beyond the fences, and not where a bin would take several
+  /// values of different weights, whose order shows in the last digits of its mean.
+  [[nodiscard]] bool TakesCells() const override;
   /// The records in hand, without those of no group.
   [[nodiscard]] const Units& GetUnits() const noexcept { return units; }
 

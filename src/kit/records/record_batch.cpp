@@ -43,6 +43,14 @@ RecordBatch& SelectedRecords::Select(RecordBatch& records,
   return *this;
 }
 
+const std::int32_t* SelectedRecords::Counts() {
+  const std::int32_t* from = all->Counts();
+  if (from == nullptr || Size() == all->Size()) return from;
+  counts.resize(Size());
+  for (std::size_t i = 0; i < Size(); ++i) counts[i] = from[places[i]];
+  return counts.data();
+}
+
 const double* SelectedRecords::FindColumn(std::int32_t variable) {
   return Size() == all->Size() ? all->Of(variable) : nullptr;
 }

@@ -20,6 +20,9 @@ class RecordBatch {
   virtual ~RecordBatch() = default;
 
   [[nodiscard]] std::size_t Size() const noexcept { return size; }
+  /// How many records each of these stands for; null where each is one. Their weights are counted
+  /// together: the weight variable holds the sum.
+  [[nodiscard]] virtual const std::int32_t* Counts() { return nullptr; }
   /// The variable's values, Size() of them, until other records are in hand. Throws std::bad_alloc.
   [[nodiscard]] const double* Of(std::int32_t variable) {
     const auto place = static_cast<std::size_t>(variable);
@@ -103,6 +106,7 @@ class SelectedRecords final : public RecordBatch {
   /// Those whose byte in `leftOut` is 0. Good until either the records or the selection change;
   /// nothing is taken over. Throws std::bad_alloc.
   RecordBatch& Select(RecordBatch& records, const std::vector<std::uint8_t>& leftOut);
+  [[nodiscard]] const std::int32_t* Counts() override;
 
  private:
   const double* FindColumn(std::int32_t variable) override;
@@ -111,4 +115,5 @@ class SelectedRecords final : public RecordBatch {
 
   RecordBatch* all = nullptr;
   std::vector<std::size_t> places;  // among all
+  std::vector<std::int32_t> counts;
 };

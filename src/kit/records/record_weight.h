@@ -32,16 +32,27 @@ class RecordWeight {
   /// get a loop of their own.
   template <typename Use>
   void UseTruncated(RecordBatch& batch, Use use) const {
-    if (index < 0) {
-      use([](std::size_t) { return std::int64_t{1}; });
-    } else {
-      const std::int32_t* weights = batch.TruncatedOf(index);
+    if (const std::int32_t* weights = TruncatedOf(batch)) {
       use([weights](std::size_t i) { return std::int64_t{weights[i]}; });
+    } else {
+      use([](std::size_t) { return std::int64_t{1}; });
     }
   }
   /// Truncated of each record; null where every record weighs 1.
   [[nodiscard]] const std::int32_t* TruncatedOf(RecordBatch& batch) const {
-    return index < 0 ? nullptr : batch.TruncatedOf(index);
+    return index < 0 ? batch.Counts() : batch.TruncatedOf(index);
+  }
+  /// Calls `use(weightAt)`, where weightAt(i) is the weight of the i-th record as it stands there.
+  template <typename Use>
+  void UsePlain(RecordBatch& batch, Use use) const {
+    if (index >= 0) {
+      const double* weights = batch.Of(index);
+      use([weights](std::size_t i) { return weights[i]; });
+    } else if (const std::int32_t* counts = batch.Counts()) {
+      use([counts](std::size_t i) { return static_cast<double>(counts[i]); });
+    } else {
+      use([](std::size_t) { return 1.0; });
+    }
   }
   [[nodiscard]] std::int32_t Index() const noexcept { return index; }
 

@@ -22,13 +22,14 @@ void GroupBoxPlot::FinishHinges() noexcept {
   largestNonOutlier = hinges.Minimum();
 }
 
-void GroupBoxPlot::ClassifyByFences(double x, double caseId) {
+void GroupBoxPlot::ClassifyByFences(double x, double caseId, std::int32_t times) {
+  const auto count = static_cast<std::size_t>(times);
   const int toUpper = CompareClose(x, upperFence);
   const int toLower = CompareClose(x, lowerFence);
   if (toUpper > 0) {
-    highOutliers.push_back({x, caseId});
+    highOutliers.insert(highOutliers.end(), count, {x, caseId});
   } else if (toLower < 0) {
-    lowOutliers.push_back({x, caseId});
+    lowOutliers.insert(lowOutliers.end(), count, {x, caseId});
   }
   if (toUpper <= 0 && CompareClose(x, largestNonOutlier) > 0) largestNonOutlier = x;
   if ((toLower > 0 || toUpper == 0) && CompareClose(x, smallestNonOutlier) < 0) {

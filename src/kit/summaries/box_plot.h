@@ -49,12 +49,12 @@ class GroupBoxPlot {
   bool PassOverTracking(const Stretch& values) noexcept { return hinges.PassOver(values); }
   /// Ends it.
   void FinishHinges() noexcept;
-  /// Second walk.
-  void ClassifyValue(double x, double caseId) {
+  /// Second walk: so many equal values.
+  void ClassifyValue(double x, double caseId, std::int32_t times = 1) {
     if (x > innerLow && x < innerHigh && x >= smallestNonOutlier) {
       if (CompareClose(x, largestNonOutlier) > 0) largestNonOutlier = x;
     } else {
-      ClassifyByFences(x, caseId);
+      ClassifyByFences(x, caseId, times);
     }
   }
   bool PassOverClassifying(const Stretch& values) noexcept {
@@ -79,7 +79,7 @@ class GroupBoxPlot {
   [[nodiscard]] double LargestNonOutlier() const noexcept { return largestNonOutlier; }
 
  private:
-  void ClassifyByFences(double x, double caseId);
+  void ClassifyByFences(double x, double caseId, std::int32_t times);
 
   std::int32_t groupCode;
   HingeWalk hinges;

@@ -1,10 +1,31 @@
 #include "kit/summaries/histogram.h"
 
 #include <algorithm>
+#include <cmath>
 #include <span>
 
 #include "foundation/names.h"
 #include "kit/records/record_batch.h"
+
+void HistogramBin::AddEqual(double x, std::int64_t times) noexcept {
+  if (times > 0 && count == 0) {
+    Add(x, 1);
+    --times;
+  }
+  if (binMean == x && std::isfinite(x)) {
+    count += times;
+    return;
+  }
+  for (; times > 0; --times) Add(x, 1);
+}
+
+bool Histogram::TellsApart(const ValueRange& range, double leastStep) noexcept {
+  // One bin beside zero is two widths wide. Edges are rounded.
+  constexpr double kRounding = 0x1p-50;
+  const double width = (range.high - range.low) / static_cast<double>(kBinCount);
+  const double largest = std::max(std::abs(range.low), std::abs(range.high));
+  return leastStep > 2.0 * width + kRounding * largest;
+}
 
 void Histogram::SetRange(double low, double high, std::uint64_t binCount) {
   rangeLow = low;
@@ -85,12 +106,26 @@ void Histogram::AddColumnWithMissing(const double* values, std::size_t count,
 
 void Histogram::AddValue(double x, std::int64_t weight) { AddToBin(FindBin(x), x, weight); }
 
-void Histogram::AddAscending(double x, std::int64_t weight) {
+void Histogram::SeekAscending(double x) {
   const auto bin = static_cast<std::size_t>(latestBin);
   const bool isInLatest = bin > 0 && bin < binUpperEdges.size() && binUpperEdges[bin - 1] < x &&
                           !(binUpperEdges[bin] < x);
   if (!isInLatest) latestBin = FindBin(x);
+}
+
+void Histogram::AddAscending(double x, std::int64_t weight) {
+  SeekAscending(x);
   AddToBin(latestBin, x, weight);
+}
+
+void Histogram::AddAscendingEqual(double x, std::int64_t times) {
+  if (x == 0.0) {
+    zeroCount += times;
+    return;
+  }
+  SeekAscending(x);
+  const auto index = static_cast<std::size_t>(latestBin);
+  if (index < bins.size()) bins[index].AddEqual(x, times);
 }
 
 void Histogram::AddToBin(std::int64_t bin, double x, std::int64_t weight) {

@@ -13,8 +13,11 @@ struct HistogramBin {
   void Add(double x, std::int64_t weight) noexcept {
     if (weight == 0) return;
     count += weight;
-    binMean += (x - binMean) * static_cast<double>(weight) / static_cast<double>(count);
+    const double step = (x - binMean) * static_cast<double>(weight) / static_cast<double>(count);
+    binMean = count == weight ? x : binMean + step;  // exact for the first, whatever it weighs
   }
+  /// Add for so many values of weight 1.
+  void AddEqual(double x, std::int64_t times) noexcept;
 };
 
 /// What a histogram has to span; what is no number leaves it alone.
@@ -39,6 +42,8 @@ class Histogram {
   /// high + 1.
   void SetRange(double low, double high, std::uint64_t binCount = kBinCount);
   void SetRange(const ValueRange& range) { SetRange(range.low, range.high); }
+  /// Would values that are at least so far apart each have a bin of their own over that range?
+  [[nodiscard]] static bool TellsApart(const ValueRange& range, double leastStep) noexcept;
   /// The bin of a value, from 0.
   [[nodiscard]] std::int64_t FindBin(double x) const;
   void AddValue(double x, std::int64_t weight);
@@ -57,6 +62,8 @@ class Histogram {
       AddAscending(x, weight);
     }
   }
+  /// The same for so many equal ones of weight 1.
+  void AddAscendingEqual(double x, std::int64_t times);
   /// AddValueOrZero for each of `count` values; weights null: each weighs 1.
   void AddColumn(const double* values, std::size_t count, const std::int32_t* weights);
   /// The same for those that are not missing.
@@ -87,6 +94,7 @@ class Histogram {
     return bin;
   }
   void AddAscending(double x, std::int64_t weight);
+  void SeekAscending(double x);
   void AddToBin(std::int64_t bin, double x, std::int64_t weight);
   template <bool kSkipsMissing, typename WeightAt>
   void AddValues(const double* values, std::size_t count, WeightAt weightAt);

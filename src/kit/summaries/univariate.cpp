@@ -43,6 +43,7 @@ bool QDUnivariateSummaries::Register(std::int32_t variableIndex, std::int32_t st
         (asked == Statistic::Median || asked == Statistic::Quartiles || asked == Statistic::All)) {
       if (sortedData == nullptr) return refused;
       summary->SetSortedData(sortedData);
+      summary->SetCountedRecords(counted);
     }
     static_cast<void>(summary->AddStatistic(statistic));  // an unfit one adds nothing
     return QDStatus();
@@ -56,14 +57,28 @@ void QDUnivariateSummaries::SetWeightVariable(std::int32_t index) {
   for (auto& [variable, summary] : summaries) summary->SetWeightVariable(index);
 }
 
+std::unique_ptr<BatchSource> QDUnivariateSummaries::WalkCells(std::int32_t variable) {
+  if (counted == nullptr) return nullptr;
+  const bool isContinuous = variables->GetVarAt(variable)->GetType() == VariableKind::Continuous;
+  return counted->WalkCells({&variable, 1}, isContinuous ? variable : ICountedRecords::kAnyOrder);
+}
+
 bool QDUnivariateSummaries::ReadRecords() {
   std::vector<QDUnivariateVariable*> reading;
+  bool any = false;
   for (auto& [variable, summary] : summaries) {
-    if (summary->NeedsPass()) reading.push_back(summary.get());
+    if (!summary->NeedsPass()) continue;
+    const auto cells = summary->TakesCells() ? WalkCells(variable) : nullptr;
+    if (cells == nullptr) {
+      reading.push_back(summary.get());
+    } else {
+      any = ForEachBatch(*cells, [&](RecordBatch& batch) { summary->ProcessBatch(batch); }) || any;
+    }
   }
-  return records != nullptr && ForEachBatch(*records, [&](RecordBatch& batch) {
-           for (QDUnivariateVariable* summary : reading) summary->ProcessBatch(batch);
-         });
+  if (reading.empty() || records == nullptr) return any;
+  return ForEachBatch(*records, [&](RecordBatch& batch) {
+    for (QDUnivariateVariable* summary : reading) summary->ProcessBatch(batch);
+  });
 }
 
 QDStatus QDUnivariateSummaries::Run() {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/records/counted_records.h"
 #include "kit/records/sorted_data.h"
 #include "kit/summaries/univariate_variable.h"
 
@@ -23,6 +24,8 @@ class QDUnivariateSummaries {
   [[nodiscard]] bool RanOutOfMemory() const noexcept { return ranOutOfMemory; }
   void SetWeightVariable(std::int32_t index);
   void SetSortedData(ISortedData* data) noexcept { sortedData = data; }
+  /// Summaries of fields with few values are made of cells; not taken over, null for none.
+  void SetCountedRecords(ICountedRecords* source) noexcept { counted = source; }
   /// Reads the records as often as the statistics need.
   ///
   /// At the end of each reading the summaries are finished in the order of the variables up to the
@@ -36,12 +39,16 @@ class QDUnivariateSummaries {
   [[nodiscard]] const QDCateUnivariateVariable* FindCategorical(std::int32_t variableIndex) const;
 
  private:
-  /// One walk over the records for the summaries that need it; false if there was no record.
+  /// One walk over the records, or their cells, for the summaries that need it; false if there was
+  /// no record.
   bool ReadRecords();
+  /// Null where they are not to be had.
+  [[nodiscard]] std::unique_ptr<BatchSource> WalkCells(std::int32_t variable);
 
   BatchSource* records;
   const QDVarList* variables;
   ISortedData* sortedData = nullptr;
+  ICountedRecords* counted = nullptr;
   std::int32_t weightIndex = -1;
   bool ranOutOfMemory = false;
   std::map<std::int32_t, std::unique_ptr<QDUnivariateVariable>> summaries;

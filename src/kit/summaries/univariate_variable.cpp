@@ -83,11 +83,27 @@ void QDContUnivariateVariable::Summarise(RecordBatch& batch) {
 
 void QDContUnivariateVariable::ProcessBatch(RecordBatch& batch) {
   if (pass == 1) {
+    FindLeastStep(batch);
     Summarise(batch);
     return;
   }
   histogram.AddColumnWithMissing(batch.Of(variableIndex), batch.Size(),
                                  RecordWeight(weightIndex).TruncatedOf(batch));
+}
+
+void QDContUnivariateVariable::FindLeastStep(RecordBatch& batch) {
+  if (batch.Counts() == nullptr) return;
+  const double* values = batch.Of(variableIndex);
+  for (std::size_t i = 0; i < batch.Size(); ++i) {
+    if (latestOfCells != QDMV::gMissingValue && values[i] != latestOfCells) {
+      leastStep = std::min(leastStep, values[i] - latestOfCells);
+    }
+    latestOfCells = values[i];
+  }
+}
+
+bool QDContUnivariateVariable::TakesCells() const {
+  return pass == 1 || Histogram::TellsApart({extremes.minimum, extremes.maximum}, leastStep);
 }
 
 QDStatus QDContUnivariateVariable::EndPass() {
@@ -110,18 +126,23 @@ QDStatus QDContUnivariateVariable::EndPass() {
 }
 
 QDStatus QDContUnivariateVariable::WalkSortedValues() {
-  BatchSource* sorted =
-      sortedData == nullptr ? nullptr : sortedData->GetSortedIterator(variableIndex);
+  const auto cells =
+      counted == nullptr ? nullptr : counted->WalkCells({&variableIndex, 1}, variableIndex);
+  BatchSource* sorted = cells.get();
+  if (sorted == nullptr && sortedData != nullptr) {
+    sorted = sortedData->GetSortedIterator(variableIndex);
+  }
   if (sorted == nullptr) return QDStatus(catalogue::run::kNoSortedData);
   hinges = HingeWalk(static_cast<double>(totalWeight));
   ForEachBatch(*sorted, [this](RecordBatch& batch) {
     const double* values = batch.Of(variableIndex);
-    const double* weights = weightIndex < 0 ? nullptr : batch.Of(weightIndex);
-    for (std::size_t i = 0; i < batch.Size(); ++i) {
-      const double weight = weights == nullptr ? 1.0 : weights[i];
-      if (values[i] == QDMV::gMissingValue || weight == QDMV::gMissingValue) continue;
-      hinges.TrackHinges(values[i], weight);
-    }
+    RecordWeight(weightIndex).UsePlain(batch, [&](auto weightAt) {
+      for (std::size_t i = 0; i < batch.Size(); ++i) {
+        const double weight = weightAt(i);
+        if (values[i] == QDMV::gMissingValue || weight == QDMV::gMissingValue) continue;
+        hinges.TrackHinges(values[i], weight);
+      }
+    });
   });
   hinges.FinishHinges();
   if (hinges.Minimum() != QDMV::gMissingValue) {

@@ -2,10 +2,12 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <limits>
 #include <map>
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/records/counted_records.h"
 #include "kit/records/record_batch.h"
 #include "kit/records/sorted_data.h"
 #include "kit/summaries/hinges.h"
@@ -60,7 +62,10 @@ class QDUnivariateVariable {
   virtual QDStatus EndPass() = 0;
   virtual std::int32_t Reserved() { return 0; }
   virtual void SetSortedData(ISortedData* data) { sortedData = data; }
+  void SetCountedRecords(ICountedRecords* source) noexcept { counted = source; }
   [[nodiscard]] virtual bool NeedsPass() const { return needsPass; }
+  /// May records that hold the same in the variable come as one (RecordBatch::Counts), ascending?
+  [[nodiscard]] virtual bool TakesCells() const { return true; }
   virtual void SetWeightVariable(std::int32_t index) { weightIndex = index; }
   /// ProcessRecord for each record in which the variable is not missing.
   virtual void ProcessBatch(RecordBatch& batch) = 0;
@@ -80,6 +85,7 @@ class QDUnivariateVariable {
   std::int32_t weightIndex;
   std::int64_t totalWeight = 0;
   ISortedData* sortedData = nullptr;
+  ICountedRecords* counted = nullptr;  // in place of sorted data where they are to be had
   StatisticSet statistics;
 };
 
@@ -92,6 +98,8 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   /// Error 220005: quartiles were asked for and there is no sorted data.
   QDStatus EndPass() override;
   void ProcessBatch(RecordBatch& batch) override;
+  /// Not where a bin would take several values, whose order shows in the last digits of its mean.
+  [[nodiscard]] bool TakesCells() const override;
 
   [[nodiscard]] double GetMean() const noexcept { return moments.Mean(); }
   [[nodiscard]] double GetStdDev() const noexcept { return moments.StdDev(); }
@@ -108,10 +116,14 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   [[nodiscard]] StatisticSet TakenFor(Statistic statistic) const override;
   void Summarise(RecordBatch& batch);
   QDStatus WalkSortedValues();
+  /// How far distinct values are apart that come as cells.
+  void FindLeastStep(RecordBatch& batch);
 
   std::int32_t pass = 1;
   Moments moments;
   Extremes extremes;
+  double latestOfCells = QDMV::gMissingValue;
+  double leastStep = std::numeric_limits<double>::infinity();
   HingeWalk hinges;
   Histogram histogram;
 };

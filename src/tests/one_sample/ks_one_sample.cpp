@@ -60,6 +60,11 @@ class NPARKSmirnowOneSample final : public NPARTest {
                           });
   }
 
+  /// A message tells the weight of one record that is no count.
+  [[nodiscard]] bool TakesCells() const override {
+    return !distribution.IsPoisson() || weight.Index() < 0;
+  }
+
  protected:
   void Prepare(const SettingsReader& settings) override {
     distribution.SetFamily(settings.Text("distributionFunction"));
@@ -142,8 +147,8 @@ class NPARKSmirnowOneSample final : public NPARTest {
   void TakeAgain(RecordBatch& batch) override {
     const double* values = batch.Of(variableIndex);
     const std::size_t count = batch.Size();
-    if (weight.Index() < 0 && AreValid(values, count) && differences->PassOver(values, count))
-      return;
+    const bool isEachOne = weight.TruncatedOf(batch) == nullptr;
+    if (isEachOne && AreValid(values, count) && differences->PassOver(values, count)) return;
     weight.UseTruncated(batch, [&](auto weightAt) {
       for (std::size_t i = 0; i < count; ++i) {
         if (IsValid(values[i])) differences->Add(values[i], weightAt(i));
@@ -226,7 +231,8 @@ class NPARKSmirnowOneSample final : public NPARTest {
           totalN += weightAt(i);
           isInvalid[i] = 0;
         } else if (distribution.IsPoisson()) {
-          Fail(card::kNoPoisson, {NumberText(values[i]), IntegerText(weightAt(i))});
+          const std::int64_t ofOne = weight.Index() < 0 ? 1 : weightAt(i);
+          Fail(card::kNoPoisson, {NumberText(values[i]), IntegerText(ofOne)});
         } else {
           excludedWeight += weightAt(i);
         }
