@@ -14,25 +14,19 @@ constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
 /// The upper bit is set where some bit is.
 std::uint64_t IsAnySet(std::uint64_t bits) noexcept { return bits | (0 - bits); }
 
-/// The whole number nearest to a value from 0 to 254, or the byte of the missing category: its last
-/// eight bits, of a value that does not fit some others.
-std::uint64_t NearestByte(double value) noexcept {
+/// Writes the byte of a value from 0 to 254 or of the missing category; something else for others.
+/// Answers bits of the value that the byte does not tell, none where it tells it.
+std::uint64_t WriteByte(double value, std::uint8_t& byte) noexcept {
   // Above 2^52 the last bits of a double are whole numbers, those of -1 all set.
   constexpr double kWholes = 0x1.8p52;
+  constexpr std::uint64_t kLeast = std::bit_cast<std::uint64_t>(kWholes - 1.0);
   static_assert(QDMV::gMissingCategory == -1.0 && KeptColumn::kMissingByte == 255);
-  return std::bit_cast<std::uint64_t>(value + kWholes) & 255;
-}
-
-/// Bits of a value that its nearest byte does not tell: none where it fits.
-std::uint64_t LostBits(double value) noexcept {
-  const std::uint64_t byte = NearestByte(value);
-  const auto bits = std::bit_cast<std::uint64_t>(value);
-  const double told = std::bit_cast<double>(byte | std::bit_cast<std::uint64_t>(0x1p52)) - 0x1p52;
-  // Bit for bit: a negative zero does not fit, and 255 is not the missing category.
-  const std::uint64_t lost = (std::bit_cast<std::uint64_t>(told) ^ bits) |
-                             ((~IsAnySet(byte ^ KeptColumn::kMissingByte) & kSign) >> 63);
-  const auto missing = std::bit_cast<std::uint64_t>(QDMV::gMissingCategory);
-  return lost & (0 - (IsAnySet(bits ^ missing) >> 63));
+  const double moved = value + kWholes;
+  const auto bits = std::bit_cast<std::uint64_t>(moved);
+  byte = static_cast<std::uint8_t>(bits);
+  // Bit for bit: a negative zero does not fit.
+  return (std::bit_cast<std::uint64_t>(moved - kWholes) ^ std::bit_cast<std::uint64_t>(value)) |
+         ((bits - kLeast) & ~std::uint64_t{255});
 }
 
 }  // namespace
@@ -42,7 +36,6 @@ void KeptColumn::Append(std::size_t kept, const double* values, std::size_t coun
   if (count == 0) return;
   if (kept == 0) firstBits = std::bit_cast<std::uint64_t>(values[0] + 0.0);
   if (shape == Shape::Bytes) {
-    Survey(values, count);
     if (AppendBytes(kept, values, count)) return;
     StartCodes(kept);
   }
@@ -89,26 +82,40 @@ void KeptColumn::Survey(const double* values, std::size_t count) noexcept {
 }
 
 bool KeptColumn::AppendBytes(std::size_t kept, const double* values, std::size_t count) {
-  std::uint64_t lost = 0;
-  for (std::size_t i = 0; i < count; ++i) lost |= LostBits(values[i]);
-  if (lost != 0) return false;
   bytes.Reserve(kept + count);
-  while (count > 0) {
-    const std::size_t room = bytes.BlockSize() - (kept & (bytes.BlockSize() - 1));
-    const std::size_t part = std::min(count, room);
-    std::uint8_t* place = bytes.Place(kept);
-    std::uint8_t codes = codeCount;
+  std::uint64_t lost = 0;
+  std::uint8_t least = leastByte;
+  std::uint8_t largest = 0;
+  std::uint8_t largestCode = codeCount;
+  const std::size_t end = kept + count;
+  for (std::size_t number = kept; number < end;) {
+    const std::size_t room = bytes.BlockSize() - (number & (bytes.BlockSize() - 1));
+    const std::size_t part = std::min(end - number, room);
+    const double* from = values + (number - kept);
+    std::uint8_t* to = bytes.Place(number);
+    for (std::size_t i = 0; i < part; ++i) lost |= WriteByte(from[i], to[i]);
     for (std::size_t i = 0; i < part; ++i) {
-      const auto byte = static_cast<std::uint8_t>(NearestByte(values[i]));
-      place[i] = byte;
-      codes = std::max(codes, static_cast<std::uint8_t>(byte + 1));  // of the missing category 0
+      least = std::min(least, to[i]);
+      largest = std::max(largest, to[i]);
+      largestCode = std::max(largestCode, static_cast<std::uint8_t>(to[i] + 1));
     }
-    codeCount = codes;
-    kept += part;
-    values += part;
-    count -= part;
+    number += part;
   }
+  if (lost != 0) return false;
+  leastByte = least;
+  codeCount = largestCode;  // that of the missing category is 0
+  holdsMissingCategory = holdsMissingCategory || largest == kMissingByte;
   return true;
+}
+
+std::uint64_t KeptColumn::DifferingBits() const noexcept {
+  if (holdsNotANumber) return ~std::uint64_t{0};
+  if (shape != Shape::Bytes) return differing;
+  if (codeCount == 0) return 0;
+  if (holdsMissingCategory) return ~std::uint64_t{0};  // of another sign than the others
+  const std::uint64_t ends = std::bit_cast<std::uint64_t>(static_cast<double>(leastByte)) ^
+                             std::bit_cast<std::uint64_t>(static_cast<double>(codeCount - 1));
+  return ends == 0 ? 0 : ~std::uint64_t{0} >> std::countl_zero(ends);
 }
 
 bool KeptColumn::AppendCodes(std::size_t kept, const double* values, std::size_t count) {

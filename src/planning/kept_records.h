@@ -141,9 +141,7 @@ class KeptColumn {
   [[nodiscard]] bool HoldsNotANumber() const noexcept { return holdsNotANumber; }
   /// Bits in which the OrderedBits of two values may differ; the highest one tells how far apart
   /// the values lie.
-  [[nodiscard]] std::uint64_t DifferingBits() const noexcept {
-    return holdsNotANumber ? ~std::uint64_t{0} : differing;
-  }
+  [[nodiscard]] std::uint64_t DifferingBits() const noexcept;
 
  private:
   enum class Shape : std::uint8_t { Bytes, Codes, Doubles };
@@ -165,6 +163,7 @@ class KeptColumn {
   }
 
   Shape shape = Shape::Bytes;
+  std::uint8_t leastByte = kMissingByte;  // bounds of those that were written
   std::uint8_t codeCount = 0;
   BlockList<std::uint8_t> bytes;
   BlockList<std::uint16_t> codes;
@@ -173,6 +172,7 @@ class KeptColumn {
   bool holdsMissingValue = false;
   bool holdsMissingCategory = false;
   bool holdsNotANumber = false;
+  // Of a column that is not narrow.
   std::uint64_t firstBits = 0;  // of negative zeros those of zero
   std::uint64_t differing = 0;  // from the first
 };

@@ -1,7 +1,6 @@
 #include "kit/order/value_codes.h"
 
 #include <limits>
-#include <utility>
 
 namespace {
 
@@ -9,40 +8,38 @@ namespace {
 constexpr std::size_t kSlotsPerValue = 4;
 constexpr std::size_t kFirstSlots = 1024;
 
-constexpr int ShiftFor(std::size_t slots) noexcept {
-  return std::numeric_limits<std::uint64_t>::digits - std::countr_zero(slots);
-}
-
 }  // namespace
 
-ValueCodes::ValueCodes() : slots(kFirstSlots), shift(ShiftFor(kFirstSlots)) {}
+ValueCodes::ValueCodes() { Rebuild(kFirstSlots); }
 
 bool ValueCodes::Find(const double* from, std::size_t count, std::uint16_t* codes) {
   for (std::size_t i = 0; i < count; ++i) {
     const auto bits = std::bit_cast<std::uint64_t>(from[i]);
-    std::size_t slot = SlotOf(bits);
-    if (slots[slot].code == kNoCode) {
-      if (values.size() == kMost) return false;
-      if (values.size() * kSlotsPerValue == slots.size()) {
-        Grow();
-        slot = SlotOf(bits);
-      }
-      Add(slot, bits);
-    }
-    codes[i] = slots[slot].code;
+    const Slot& slot = slots[FirstSlotOf(bits)];
+    codes[i] = slot.bits == bits ? slot.code : FindFurther(bits);
+    if (codes[i] == kNoCode) return false;
   }
   return true;
 }
 
-void ValueCodes::Add(std::size_t slot, std::uint64_t bits) {
+std::uint16_t ValueCodes::FindFurther(std::uint64_t bits) {
+  std::size_t slot = SlotOf(bits);
+  if (slots[slot].code != kNoCode) return slots[slot].code;
+  if (values.size() == kMost) return kNoCode;
+  if (values.size() * kSlotsPerValue == slots.size()) {
+    Rebuild(2 * slots.size());
+    slot = SlotOf(bits);
+  }
   values.push_back(std::bit_cast<double>(bits));
   slots[slot] = {bits, static_cast<std::uint16_t>(values.size() - 1)};
+  return slots[slot].code;
 }
 
-void ValueCodes::Grow() {
-  std::vector<Slot> larger(2 * slots.size());
-  shift = ShiftFor(larger.size());
-  slots = std::move(larger);
+void ValueCodes::Rebuild(std::size_t slotCount) {
+  slots.assign(slotCount, Slot());
+  // An empty slot has the bits of no value whose search begins there: those of zero begin at 0.
+  slots[0].bits = 1;
+  shift = std::numeric_limits<std::uint64_t>::digits - std::countr_zero(slotCount);
   for (std::size_t code = 0; code < values.size(); ++code) {
     const auto bits = std::bit_cast<std::uint64_t>(values[code]);
     slots[SlotOf(bits)] = {bits, static_cast<std::uint16_t>(code)};

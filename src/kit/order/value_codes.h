@@ -35,7 +35,7 @@ class ValueCodes {
   /// Where the search for the bits of a value begins.
   [[nodiscard]] std::size_t FirstSlotOf(std::uint64_t bits) const noexcept {
     constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15U;  // 2^64 over the golden ratio
-    return (bits ^ bits >> 32) * kFactor >> shift;
+    return bits * kFactor >> shift;
   }
   /// The slot that holds the bits or, where none does, will.
   [[nodiscard]] std::size_t SlotOf(std::uint64_t bits) const noexcept {
@@ -45,10 +45,11 @@ class ValueCodes {
     }
     return slot;
   }
-  void Add(std::size_t slot, std::uint64_t bits);
-  void Grow();
+  /// The code of a value that is not where its search begins; kNoCode for one too many.
+  [[nodiscard]] std::uint16_t FindFurther(std::uint64_t bits);
+  void Rebuild(std::size_t slotCount);
 
   std::vector<double> values;
   std::vector<Slot> slots;  // a power of two of them, most empty
-  int shift;
+  int shift = 0;
 };
