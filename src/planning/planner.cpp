@@ -147,6 +147,8 @@ QDStatus NPARPlanner::PrepareRun(RecordIterator& records) {
   } else {
     mainWorker->SetRecords(memoIterator.get());
   }
+  // Of the host's records some may not be kept.
+  if (analysisMissing) mainWorker->SetCountedRecords(counted.get());
   return QDStatus();
 }
 

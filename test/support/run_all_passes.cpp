@@ -23,8 +23,10 @@ std::string RunEntryDocument(const QDVarList& variables, const Rows& rows,
   return RunDocument(variables, rows, Entry("missingTreatment", "analysis", entryName, entry));
 }
 
-std::string RunDocument(const QDVarList& variables, const Rows& rows, const QDSettings& settings) {
+std::string RunDocument(const QDVarList& variables, const Rows& rows, const QDSettings& settings,
+                        Counting counting) {
   NPARPlanner planner(&settings, &variables);
+  planner.SetCounting(counting);
   MemoryBlocks records(rows);
   const QDStatus executed = planner.Execute(records, 0);
   std::ostringstream document;

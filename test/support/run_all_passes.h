@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "planning/record_cells.h"
 #include "support/algorithm_element.h"
 
 /// Records as tests write them down.
@@ -21,4 +22,5 @@ using Rows = std::vector<std::vector<double>>;
                                            const std::string& entryName, const QDSettings& entry);
 /// The document of a run of the planner's settings, entries of tests among them.
 [[nodiscard]] std::string RunDocument(const QDVarList& variables, const Rows& rows,
-                                      const QDSettings& settings);
+                                      const QDSettings& settings,
+                                      Counting counting = Counting::WhereItPays);

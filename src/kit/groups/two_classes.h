@@ -37,6 +37,10 @@ class TwoClasses {
   void Count(RecordBatch& batch, const RecordWeight& weight);
 
   [[nodiscard]] Formation GetFormation() const noexcept { return formation; }
+  /// Else the first record tells which class comes first.
+  [[nodiscard]] bool IsOrderFree() const noexcept {
+    return isContinuous || formation == Formation::GivenCategories;
+  }
   [[nodiscard]] std::int32_t GetVariable() const noexcept { return variableIndex; }
   [[nodiscard]] std::int64_t FirstCount() const noexcept { return WeightOrNone(firstCount); }
   [[nodiscard]] std::int64_t SecondCount() const noexcept { return WeightOrNone(secondCount); }

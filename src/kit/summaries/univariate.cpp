@@ -150,6 +150,10 @@ double UnivariateResults::GetThirdQuartile(std::int32_t variable) const {
              QDMV::gMissingValue);
 }
 
+bool UnivariateResults::AreApart(std::int32_t variable) const {
+  return Ask(summaries->FindContinuous(variable), &QDContUnivariateVariable::AreApart, false);
+}
+
 double UnivariateResults::GetStdDev(std::int32_t variable) const {
   return Ask(summaries->FindContinuous(variable), &QDContUnivariateVariable::GetStdDev,
              QDMV::gMissingValue);

@@ -102,9 +102,7 @@ void QDContUnivariateVariable::FindLeastStep(RecordBatch& batch) {
   }
 }
 
-bool QDContUnivariateVariable::TakesCells() const {
-  return pass == 1 || Histogram::TellsApart({extremes.minimum, extremes.maximum}, leastStep);
-}
+bool QDContUnivariateVariable::TakesCells() const { return pass == 1 || AreApart(); }
 
 QDStatus QDContUnivariateVariable::EndPass() {
   if (pass != 1) {

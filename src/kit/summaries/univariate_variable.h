@@ -101,6 +101,12 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   /// Not where a bin would take several values, whose order shows in the last digits of its mean.
   [[nodiscard]] bool TakesCells() const override;
 
+  /// Did the values come as cells, and has each a bin of its own?
+  [[nodiscard]] bool AreApart() const noexcept {
+    return latestOfCells != QDMV::gMissingValue &&
+           Histogram::TellsApart({extremes.minimum, extremes.maximum}, leastStep);
+  }
+
   [[nodiscard]] double GetMean() const noexcept { return moments.Mean(); }
   [[nodiscard]] double GetStdDev() const noexcept { return moments.StdDev(); }
   [[nodiscard]] double GetMinimum() const noexcept { return extremes.minimum; }

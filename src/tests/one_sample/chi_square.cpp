@@ -133,6 +133,8 @@ class NPARChiSquare final : public NPARTest {
         });
   }
 
+  [[nodiscard]] bool TakesCells() const override { return true; }
+
  protected:
   /// Error 220201: a needed setting is absent; 220212: as many expected values as categories are
   /// wanted.

@@ -19,6 +19,7 @@ struct TwoClassKeys {
 class TwoClassTest : public NPARTest {
  public:
   using NPARTest::NPARTest;
+  [[nodiscard]] bool TakesCells() const override { return classes.IsOrderFree(); }
 
  protected:
   /// Errors 221306, 221309, 221310: the field has no two classes.

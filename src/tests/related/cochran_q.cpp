@@ -98,6 +98,9 @@ class NPARCochransQ final : public NPARTest {
     successCounts.assign(tested.size(), 0);
   }
 
+  // Classes that are not given are learnt from the first record.
+  [[nodiscard]] bool TakesCells() const override { return categories.AreGiven(); }
+
   void Take(RecordBatch& batch) override {
     if (batch.Size() == 0) return;
     categories.LearnFrom(batch.TruncatedOf(tested.front())[0]);

@@ -77,6 +77,8 @@ class NPARMargHomo final : public NPARTest {
     crossTable.assign(scores.size() * scores.size(), 0);
   }
 
+  [[nodiscard]] bool TakesCells() const override { return true; }
+
   void Take(RecordBatch& batch) override {
     const std::int32_t* first = batch.TruncatedOf(pair.first);
     const std::int32_t* second = batch.TruncatedOf(pair.second);

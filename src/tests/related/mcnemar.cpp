@@ -99,6 +99,9 @@ class NPARMcNemar final : public NPARTest {
     if (code != 0) Fail(code);
   }
 
+  // Classes that are not given are learnt from the first record.
+  [[nodiscard]] bool TakesCells() const override { return categories.AreGiven(); }
+
   void Take(RecordBatch& batch) override {
     if (batch.Size() == 0) return;
     const std::int32_t* first = batch.TruncatedOf(pair.first);

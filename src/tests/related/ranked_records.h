@@ -24,6 +24,7 @@
 class NPARRankedRecords : public NPARTest {
  public:
   XMLElement* WriteResults() override;
+  [[nodiscard]] bool TakesCells() const override { return true; }
 
   /// What parts the two tests. It lives as long as the program.
   struct Profile {

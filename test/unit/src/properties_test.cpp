@@ -434,6 +434,29 @@ RC_GTEST_PROP(Property, AnyRunTwiceGivesTheSameBytes, ()) {
             RunDocument(variables, rows, AllEntries("analysis")));
 }
 
+RC_GTEST_PROP(Property, CountingGivesTheBytesOfSorting, ()) {
+  Rows rows = *Records(true, kTenth);
+  rows.emplace_back(kWidth, 1.0);  // one is kept in any case
+  if (*rc::gen::arbitrary<bool>()) {
+    // Closer than the bins of a histogram.
+    for (std::vector<double>& row : rows) {
+      for (const Column column : {X, Y, Z}) {
+        if (row[column] != kMissing) row[column] = row[column] * row[column] * row[column] + 1.0;
+      }
+    }
+  }
+  const bool isWeighted = *rc::gen::arbitrary<bool>();
+  TestSettings settings = AllEntries(*rc::gen::element<std::string>("analysis", "listwise"));
+  if (*rc::gen::arbitrary<bool>()) settings.Put("caseIDVariableName", "count");
+  const auto run = [&](Counting counting) {
+    return AlgorithmElement::AllOf(RunDocument(Variables(isWeighted), rows, settings, counting));
+  };
+  const auto counted = run(Counting::Always);
+  const auto sorted = run(Counting::Never);
+  RC_ASSERT(counted.size() == sorted.size());
+  for (std::size_t i = 0; i < sorted.size(); ++i) RC_ASSERT(counted[i].Xml() == sorted[i].Xml());
+}
+
 RC_GTEST_PROP(Property, TestsOfOneRunDoNotDisturbEachOther, ()) {
   Rows rows = *Records();
   if (rows.size() > 50) rows.resize(400, rows.front());  // more than a batch

@@ -47,6 +47,44 @@ TEST(KeptColumn, TakesAByteForWhatAByteTellsAndKeepsEveryBitOfTheRest) {
   EXPECT_EQ(ColumnOf({-1}).CodeCount(), 0U);
 }
 
+TEST(KeptColumn, TakesCodesForFewValuesAsLongAsTheyAreFew) {
+  const auto repeating = [](std::size_t count, std::size_t distinct) {
+    std::vector<double> values;
+    for (std::size_t i = 0; i < count; ++i) {
+      values.push_back(static_cast<double>(i % distinct) * 0.5 - 1e6);
+    }
+    return values;
+  };
+  struct Case {
+    const char* name;
+    std::vector<double> values;
+    bool hasTable;
+  };
+  std::vector<double> bytesFirst(3000, 7.0);
+  bytesFirst.push_back(-0.0);
+  std::vector<double> tooMany = repeating(2000, 10);
+  for (double& value : repeating(ValueCodes::kMost, ValueCodes::kMost)) {
+    tooMany.push_back(value - 1e7);
+  }
+  for (const Case& row :
+       {Case{"a hundred", repeating(5000, 100), true},
+        Case{"all once", repeating(1024, 1024), false},
+        Case{"all once, but too few to tell", repeating(1000, 1000), true},
+        Case{"most once", repeating(1024, 992), true}, Case{"bytes", bytesFirst, true},
+        Case{"too many in the end", tooMany, false}}) {
+    SCOPED_TRACE(row.name);
+    const KeptColumn column = ColumnOf(row.values, 64);
+    EXPECT_FALSE(column.IsNarrow());
+    EXPECT_EQ(column.Table() != nullptr, row.hasTable);
+    std::size_t different = 0;
+    for (std::size_t i = 0; i < row.values.size(); ++i) {
+      const auto kept = std::bit_cast<std::uint64_t>(column.ValueAt(i));
+      different += kept == std::bit_cast<std::uint64_t>(row.values[i]) ? 0 : 1;
+    }
+    EXPECT_EQ(different, 0U);
+  }
+}
+
 TEST(KeptColumn, KnowsWhetherItHoldsAMark) {
   const auto holds = [](const std::vector<double>& values) {
     const KeptColumn column = ColumnOf(values);
