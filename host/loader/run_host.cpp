@@ -1,10 +1,9 @@
 #include "host/loader/run_host.h"
 
 #include <algorithm>
-#include <mutex>
+#include <atomic>
 #include <new>
 #include <random>
-#include <set>
 #include <string_view>
 #include <utility>
 
@@ -26,16 +25,15 @@ uint32_t Fail(int32_t* err, int32_t code) {
   return HB_FAILED;
 }
 
-// Drawn at random, so that runs in different processes differ too, and never twice in one process.
-// Within 31 bits: components keep it as a signed 32-bit integer.
+// Begins at random, so that runs in different processes differ too, and goes through all numbers of
+// 31 bits before one comes again. Components keep it as a signed 32-bit integer.
 int64_t NewIdentifier() {
-  static std::mutex mutex;
-  static std::random_device random;
-  static std::set<int64_t> given;
-  const std::lock_guard lock(mutex);
+  constexpr uint32_t kStep = 0x5F356495;  // odd
+  constexpr uint32_t kMask = 0x7FFFFFFF;
+  static std::atomic<uint32_t> latest{std::random_device()()};
   while (true) {
-    const int64_t identifier = random() & 0x7FFFFFFF;
-    if (identifier > 0 && given.insert(identifier).second) return identifier;
+    const uint32_t identifier = (latest += kStep) & kMask;
+    if (identifier != 0) return identifier;
   }
 }
 

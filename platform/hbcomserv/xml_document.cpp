@@ -70,36 +70,38 @@ struct Problem {
   const char* what = nullptr;
 };
 
-/// Looks for what the parser would pass over in silence: what is no text, a document type, and
-/// references to entities, which only a document type could define.
-Problem FindUnsupported(std::string_view text) {
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t length = CharacterLength(text.substr(at));
-    if (length == 0) return {at, "not a character of UTF-8 and XML"};
-    at += length;
-  }
+/// Where a section ends in which '<' and '&' are text like any other; 0 where none begins.
+std::size_t QuietSectionEnd(std::string_view text, std::size_t at) {
   struct Quiet {
     std::string_view begin, end;
   };
   constexpr Quiet kQuiet[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
-  std::size_t at = 0;
-  while ((at = text.find_first_of("<&", at)) != std::string_view::npos) {
-    const std::string_view rest = text.substr(at);
-    if (rest[0] == '&') {
-      if (!IsKnownReference(rest.substr(1, 16))) return {at, "unknown entity"};
-      ++at;
-      continue;
-    }
-    const auto* quiet = std::find_if(std::begin(kQuiet), std::end(kQuiet), [&](const Quiet& each) {
-      return rest.starts_with(each.begin);
-    });
-    if (quiet != std::end(kQuiet)) {
-      at = text.find(quiet->end, at + quiet->begin.size());
-      if (at == std::string_view::npos) break;  // the parser says what is wrong
-    } else if (rest.starts_with("<!")) {
-      return {at, "a document type is not allowed"};
-    } else {
-      ++at;
+  for (const Quiet& each : kQuiet) {
+    if (!text.substr(at).starts_with(each.begin)) continue;
+    const std::size_t end = text.find(each.end, at + each.begin.size());
+    return std::min(end, text.size());  // of a section without end the parser says what is wrong
+  }
+  return 0;
+}
+
+/// Looks for what the parser would pass over in silence: what is no text, a document type, and
+/// references to entities, which only a document type could define.
+Problem FindUnsupported(std::string_view text) {
+  std::size_t quietEnd = 0;
+  std::size_t length = 0;
+  for (std::size_t at = 0; at < text.size(); at += length) {
+    length = 1;
+    const auto first = static_cast<signed char>(text[at]);
+    if (first == '<' && at >= quietEnd) {
+      quietEnd = QuietSectionEnd(text, at);
+      if (quietEnd == 0 && text.substr(at).starts_with("<!")) {
+        return {at, "a document type is not allowed"};
+      }
+    } else if (first == '&' && at >= quietEnd) {
+      if (!IsKnownReference(text.substr(at + 1, 16))) return {at, "unknown entity"};
+    } else if (first < ' ') {  // or negative: a byte of a character of several
+      length = CharacterLength(text.substr(at));
+      if (length == 0) return {at, "not a character of UTF-8 and XML"};
     }
   }
   return {};

@@ -2,17 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <cstdint>
 #include <new>
 #include <ostream>
 
-#include "foundation/record.h"
-
 namespace QDXML_700 {
 
 namespace {
+
+/// For which an element makes room at once.
+constexpr std::size_t kUsualAttributes = 2;
+constexpr std::size_t kUsualChildren = 4;
 
 enum class Place { Text, Attribute };
 
@@ -73,6 +73,21 @@ constexpr std::array<bool, 256> SpecialBytes(Place place) {
   return special;
 }
 
+/// Length of the piece of text from `at` that is copied as it stands, a whole number of times what
+/// the processor compares at once; 0 where such a piece has a special byte or goes beyond the end.
+std::size_t PlainPiece(std::string_view text, std::size_t at) {
+  constexpr std::size_t kAtOnce = 16;
+  if (text.size() - at < kAtOnce) return 0;
+  unsigned special = 0;
+  for (const char character : text.substr(at, kAtOnce)) {
+    const auto byte = static_cast<unsigned char>(character);
+    special |= static_cast<unsigned>(byte < 0x20) | static_cast<unsigned>(byte >= 0x80) |
+               static_cast<unsigned>(byte == '&') | static_cast<unsigned>(byte == '<') |
+               static_cast<unsigned>(byte == '>') | static_cast<unsigned>(byte == '"');
+  }
+  return special == 0 ? kAtOnce : 0;
+}
+
 void AppendEscaped(std::string& out, std::string_view text, Place place) {
   static constexpr std::array<bool, 256> inText = SpecialBytes(Place::Text);
   static constexpr std::array<bool, 256> inAttribute = SpecialBytes(Place::Attribute);
@@ -80,6 +95,10 @@ void AppendEscaped(std::string& out, std::string_view text, Place place) {
   std::size_t runStart = 0;
   std::size_t at = 0;
   while (at < text.size()) {
+    if (const std::size_t plain = PlainPiece(text, at)) {
+      at += plain;
+      continue;
+    }
     const auto byte = static_cast<unsigned char>(text[at]);
     if (!special[byte]) {
       ++at;
@@ -162,16 +181,19 @@ XMLElement::~XMLElement() {
 }
 
 void XMLElement::AddAttribute(std::string attribute, std::string value) {
+  if (attributes.empty()) attributes.reserve(kUsualAttributes);
   attributes.emplace_back(std::move(attribute), std::move(value));
 }
 
 void XMLElement::AddAttribute(std::string attribute, double value) {
-  attributes.emplace_back(std::move(attribute), ReplaceSep(value, "%.15g"));
+  AddAttribute(std::move(attribute), ReplaceSep(value, "%.15g"));
 }
 
 void XMLElement::Append(XMLNode* child) {
   std::unique_ptr<XMLNode> owned(child);
-  if (owned) children.push_back(std::move(owned));
+  if (!owned) return;
+  if (children.empty()) children.reserve(kUsualChildren);
+  children.push_back(std::move(owned));
 }
 
 // Elements whose children are not all written stand on a stack of our own. Below an element with
@@ -228,23 +250,6 @@ int WriteTree(std::ostream& stream, const char* documentType, const XMLElement* 
   } catch (...) {  // no memory, or a stream that throws
     return 1;
   }
-}
-
-std::string ReplaceSep(double value, std::string_view format) {
-  if (std::isnan(value) || value == QDCommon_700::QDMV::gMissingValue) return "nan";
-  if (std::isinf(value)) return value > 0.0 ? "inf" : "-inf";
-  if (value == 0.0) return "0";
-  int digits = 6;  // of a bare "%g"
-  const std::size_t point = format.find('.');
-  if (point != std::string_view::npos) {
-    static_cast<void>(
-        std::from_chars(format.data() + point + 1, format.data() + format.size(), digits));
-  }
-  std::array<char, 128> buffer;
-  constexpr int kMostDigits = 100;  // beyond what any double carries in a report
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                 std::chars_format::general, std::clamp(digits, 0, kMostDigits));
-  return std::string(buffer.data(), end.ptr);
 }
 
 }  // namespace QDXML_700

@@ -8,6 +8,9 @@ namespace {
 /// Large enough that a block's cost of call vanishes, small enough to stay in a cache.
 constexpr std::size_t kBlockRecords = 4096;
 constexpr std::size_t kBlockDoubles = std::size_t{1} << 17;
+/// Of the first block: a run of few records shall not pay for the room of many.
+constexpr std::size_t kFirstRecords = 256;
+constexpr std::size_t kGrowth = 4;
 
 std::size_t RecordsPerBlock(int width) {
   const auto doubles = static_cast<std::size_t>(std::max(width, 1));
@@ -78,17 +81,23 @@ bool QDPeerIterator::GetPart(std::int32_t variable, std::size_t record,
 
 int QDPeerIterator::GetRecordWidth() const { return width; }
 
-void QDPeerIterator::MakeBuffer() {
-  const auto size = static_cast<std::size_t>(width);
-  rows.resize(RecordsPerBlock(width));
-  buffer.resize(RecordsPerBlock(width) * size);
-  for (std::size_t row = 0; row < rows.size(); ++row) rows[row] = buffer.data() + row * size;
+void QDPeerIterator::MakeRoom(std::size_t records) {
+  buffer.resize(records * static_cast<std::size_t>(width));
+  rows.resize(records);
+  for (std::size_t row = 0; row < records; ++row) {
+    rows[row] = buffer.data() + row * static_cast<std::size_t>(width);
+  }
 }
 
 bool QDPeerIterator::Refill() {
-  if (buffer.empty()) MakeBuffer();
   if (!rewound) Reset();
   if (state != 0) return false;
+  const std::size_t most = RecordsPerBlock(width);
+  if (rows.empty()) {
+    MakeRoom(std::min(kFirstRecords, most));
+  } else if (filled == rows.size() && filled < most) {
+    MakeRoom(std::min(filled * kGrowth, most));
+  }
   position = filled = 0;
   std::int32_t err = 0;
   const std::uint32_t result =

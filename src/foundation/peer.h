@@ -140,7 +140,7 @@ class QD_EXPORT QDPeerIterator : public QDCommon_700::MultiPassRecordIter,
   [[nodiscard]] std::int32_t GetHostError() const noexcept { return hostError; }
 
  private:
-  void MakeBuffer();
+  void MakeRoom(std::size_t records);
   bool Refill();
   bool Fail(std::uint32_t result, std::int32_t err);
 

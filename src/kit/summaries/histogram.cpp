@@ -35,24 +35,22 @@ void Histogram::SetRange(double low, double high, std::uint64_t binCount) {
   if (binCount == 0) return;
   const double binWidth = (high - low) / static_cast<double>(binCount);
   binsPerUnit = 1.0 / binWidth;
-  binUpperEdges.reserve(binCount + 1);
-  double previous = low;
-  std::uint64_t multiple = 1;
-  while (binUpperEdges.size() < binCount) {
-    const double edge = low + static_cast<double>(multiple) * binWidth;
+  binUpperEdges.resize(binCount + 1);
+  const auto placeCount = static_cast<std::int32_t>(binUpperEdges.size());
+  double* edges = binUpperEdges.data();
+  for (std::int32_t i = 0; i < placeCount; ++i) edges[i] = low + (i + 1.0) * binWidth;
+  const auto aboveZero = std::partition_point(binUpperEdges.begin(), binUpperEdges.end() - 1,
+                                              [](double edge) { return !(edge > 0.0); });
+  if (low > 0.0 || aboveZero == binUpperEdges.end() - 1) {
+    binUpperEdges.pop_back();
+  } else {
     // The edge at zero costs a multiple of the width: the step after the one that follows it is two
     // widths wide, so that the edges further up stand where they would have stood without it.
-    if (!(previous > 0.0) && edge > 0.0) {
-      binUpperEdges.push_back(0.0);
-      ++multiple;
-      ++binCount;
-    }
-    binUpperEdges.push_back(edge);
-    previous = edge;
-    ++multiple;
+    aboveZero[1] = aboveZero[0];
+    aboveZero[0] = 0.0;
   }
   binUpperEdges.back() = high + 1.0;
-  bins.resize(binCount);
+  bins.resize(binUpperEdges.size());
 }
 
 std::int64_t Histogram::FindBin(double x) const {

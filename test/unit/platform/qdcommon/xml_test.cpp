@@ -2,9 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdio>
 #include <limits>
 #include <memory>
 #include <pugixml.hpp>
+#include <random>
 #include <sstream>
 #include <string>
 
@@ -155,6 +160,25 @@ TEST(Xml, NumbersAreWrittenAsPrintfWritesThemInTheCLocale) {
       {std::numeric_limits<double>::lowest(), "%.15g", "-1.79769313486232e+308"},
   };
   for (const auto& row : rows) EXPECT_EQ(ReplaceSep(row.value, row.format), row.text) << row.format;
+}
+
+// Against printf, whose digits are exact: of all sizes; of few digits, so that halves of the last
+// one occur; and one step beside powers of ten, where a digit more or less is wanted.
+TEST(Xml, NumbersOfAnySizeAreWrittenAsPrintfWritesThem) {
+  std::mt19937_64 random(20);
+  const auto check = [](double value) {
+    std::array<char, 64> text{};
+    ASSERT_GT(std::snprintf(text.data(), text.size(), "%.15g", value), 0);
+    ASSERT_EQ(ReplaceSep(value, "%.15g"), text.data());
+  };
+  for (int i = 0; i < 100000; ++i) {
+    const double value = std::bit_cast<double>(random());
+    if (std::isfinite(value) && value != QDCommon_700::QDMV::gMissingValue) check(value);
+    const auto small = static_cast<double>(random() % 100000 + 1);
+    check(std::ldexp(-small, static_cast<int>(random() % 100) - 60));
+    check(small / 1000.0);
+    check(std::nextafter(std::pow(10.0, static_cast<int>(random() % 32) - 15), small - 50000.0));
+  }
 }
 
 }  // namespace

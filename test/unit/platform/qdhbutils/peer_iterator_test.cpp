@@ -112,9 +112,10 @@ TEST(QDPeerIterator, EveryHostErrorEndsThePassAndIsTold) {
     bool useBlocks;
     std::int64_t delivered;
   };
-  constexpr Case kCases[] = {{"rewind", 1, true, 0},       {"readBlock", 1, true, 0},
-                             {"readBlock", 2, true, 4096}, {"next", 1, false, 0},
-                             {"next", 4097, false, 4096},  {"getValue", 3, false, 0}};
+  constexpr Case kCases[] = {{"rewind", 1, true, 0},      {"readBlock", 1, true, 0},
+                             {"readBlock", 2, true, 256}, {"readBlock", 3, true, 1280},
+                             {"next", 1, false, 0},       {"next", 1281, false, 1280},
+                             {"getValue", 3, false, 0}};  // blocks grow from 256 records
   for (const Case& row : kCases) {
     SCOPED_TRACE(row.entry);
     Source source(kThree, 5000, row.useBlocks);
