@@ -114,7 +114,7 @@ void AddAnalyseOptions(CLI::App& command, AnalyseOptions& options) {
   addList("--report", options.reports, "FORM[=FILE]",
           "a report as text, html, json, markdown, latex or csv, to standard output or a file "
           "(default: text)");
-  AddAdjustOption(command, options.adjust);
+  AddAdjustOptions(command, options.adjust);
   AddTextOptions(command, options.choices);
   command.add_flag("--no-trace", options.noTrace,
                    "leave file, times and command line out of reports: same input, same bytes");

@@ -32,7 +32,7 @@ struct AnalyseOptions {
   TextChoices choices;
   bool noTrace = false;
   std::string plots;
-  std::string adjust = "none";
+  AdjustChoices adjust;
 };
 
 void AddAnalyseOptions(CLI::App& command, AnalyseOptions& options);

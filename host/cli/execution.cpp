@@ -111,6 +111,10 @@ std::string Execution::CaseText(double number) const {
   return state->run ? std::string(state->run->CaseText(number)) : std::string();
 }
 
+const PreparedData* Execution::Records() const {
+  return state->run ? &state->run->Records() : nullptr;
+}
+
 void Execution::PublishResult(const std::string& path, const TextWriter& write) {
   if (path == "-") {
     Publish(path, write);

@@ -9,6 +9,7 @@
 #include "host/cli/output.h"
 #include "host/cli/reading_options.h"
 #include "host/data/model.h"
+#include "host/requirements/requirements.h"
 
 namespace CLI {
 class App;
@@ -54,6 +55,8 @@ class Execution {
   [[nodiscard]] std::optional<std::string> Run(const NamedText& parameters);
   /// The case identifier's text behind a number of the result document; see AnalysisRun::CaseText.
   [[nodiscard]] std::string CaseText(double number) const;
+  /// The records that the component got; null before the run.
+  [[nodiscard]] const PreparedData* Records() const;
   [[nodiscard]] int ExitCode() const { return exitCode; }
   /// Publishes a text; Ctrl-C can't leave half a file behind.
   void PublishResult(const std::string& path, const TextWriter& write);

@@ -4,8 +4,8 @@
 #include "host/cli/commands.h"
 #include "host/cli/execution.h"
 #include "host/cli/output.h"
+#include "host/cli/plot_files.h"
 #include "host/cli/report_request.h"
-#include "host/render/adjustment.h"
 #include "host/render/result_model.h"
 
 namespace npar_host {
@@ -23,7 +23,7 @@ struct ReportOptions {
   std::string out = "-";
   TextChoices choices;
   std::string plots;
-  std::string adjust = "none";
+  AdjustChoices adjust;
 };
 
 }  // namespace
@@ -40,7 +40,7 @@ void AddReportCommand(CLI::App& program) {
   command->add_option("--out", options->out, "the report, - for standard output")
       ->type_name("FILE")
       ->capture_default_str();
-  AddAdjustOption(*command, options->adjust);
+  AddAdjustOptions(*command, options->adjust);
   AddTextOptions(*command, options->choices);
   AddPlotsOption(*command, options->plots);
   command->footer(kExamples);
@@ -49,7 +49,7 @@ void AddReportCommand(CLI::App& program) {
     CheckOutputs({options->out}, {options->result});
     NamedText result = ReadDocument(options->result);
     ResultDocument document = ReadResultDocument(std::move(result.text), result.name);
-    AdjustOverTests(document, FindAdjustment(options->adjust));
+    Adjust(document, options->adjust);
     Publish(options->out, [&](const TextSink& sink) {
       renderer.render(document, StyleFor(options->out, options->choices), sink);
     });

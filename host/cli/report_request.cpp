@@ -2,14 +2,12 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <filesystem>
 #include <vector>
 
-#include "host/cli/output.h"
 #include "host/data/input_error.h"
 #include "host/data/join_words.h"
 #include "host/os/terminal.h"
-#include "host/render/html/test_plots.h"
+#include "host/render/adjustment.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {
@@ -50,23 +48,29 @@ void AddTextOptions(CLI::App& command, TextChoices& choices) {
                    "add each test as a sentence for a results section to the text report");
 }
 
-void AddAdjustOption(CLI::App& command, std::string& name) {
-  command.add_option("--adjust", name, "show significances adjusted over all tests of the run")
-      ->check(CLI::IsMember({"none", "bonferroni", "holm", "bh"}).description(""))
-      ->type_name("none|bonferroni|holm|bh")
-      ->capture_default_str();
+void AddAdjustOptions(CLI::App& command, AdjustChoices& choices) {
+  const auto add = [&command](const char* name, std::string& value, const char* help) {
+    command.add_option(name, value, help)
+        ->check(CLI::IsMember({"none", "bonferroni", "holm", "bh"}).description(""))
+        ->type_name("none|bonferroni|holm|bh")
+        ->capture_default_str();
+  };
+  add("--adjust", choices.tests, "show significances adjusted over all tests of the run");
+  add("--adjust-pairs", choices.pairs,
+      "by which significances pairs of samples are said to differ, adjusted over the pairs");
+}
+
+void Adjust(ResultDocument& document, const AdjustChoices& choices) {
+  AdjustOverTests(document, FindAdjustment(choices.tests));
+  AdjustPairs(document, FindAdjustment(choices.pairs));
 }
 
 void AddPlotsOption(CLI::App& command, std::string& folder) {
-  command.add_option("--plots", folder, "write each plot of the tests as SVG to this folder")
+  command
+      .add_option(
+          "--plots", folder,
+          "write each plot of the tests as SVG to this folder, with rsvg-convert as PNG too")
       ->type_name("DIR");
-}
-
-void WritePlots(const std::string& folder, const ResultDocument& document) {
-  MakeFolder(folder);
-  for (const PlotFile& file : PlotFiles(document)) {
-    Publish((std::filesystem::path(folder) / file.name).string(), file.svg);
-  }
 }
 
 TextStyle StyleFor(std::string_view path, const TextChoices& choices) {

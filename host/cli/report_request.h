@@ -31,12 +31,17 @@ struct TextChoices {
 void AddAsciiOption(CLI::App& command, bool& ascii);
 /// Adds --ascii and --sentences.
 void AddTextOptions(CLI::App& command, TextChoices& choices);
-/// Adds --adjust, a name that FindAdjustment knows.
-void AddAdjustOption(CLI::App& command, std::string& name);
+/// How significances are adjusted, by names that FindAdjustment knows.
+struct AdjustChoices {
+  std::string tests = "none";
+  std::string pairs = "bonferroni";
+};
+/// Adds --adjust and --adjust-pairs.
+void AddAdjustOptions(CLI::App& command, AdjustChoices& choices);
+/// Adjusts the significances of a document.
+void Adjust(ResultDocument& document, const AdjustChoices& choices);
 /// Adds --plots.
 void AddPlotsOption(CLI::App& command, std::string& folder);
-/// Writes each plot of the tests to a file of the folder. Throws OutputError.
-void WritePlots(const std::string& folder, const ResultDocument& document);
 
 /// How a text is drawn that goes to `path`. Where that is standard output ("-") and a terminal: as
 /// wide as it, in colour unless NO_COLOR is set, in ASCII where its locale is not UTF-8. A file

@@ -72,7 +72,8 @@ std::optional<std::int64_t> SourceDate() {
 
 void RememberCommandLine(const std::vector<std::string>& words) { commandLine = words; }
 
-ReportTrace MakeTrace(const std::string& dataPath, const ResultDocument& document) {
+ReportTrace MakeTrace(const std::string& dataPath, const ResultDocument& document,
+                      const std::vector<TracedField>& fields) {
   ReportTrace trace;
   trace.file = dataPath == "-" ? "standard input" : dataPath;
   const std::optional<std::int64_t> sourceDate = SourceDate();
@@ -86,6 +87,7 @@ ReportTrace MakeTrace(const std::string& dataPath, const ResultDocument& documen
   }
   trace.command = CommandLine();
   trace.program = document.application + " " + document.applicationVersion;
+  trace.fields = fields;
   trace.made = TimeText(sourceDate ? *sourceDate : Now());
   return trace;
 }

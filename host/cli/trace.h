@@ -17,6 +17,7 @@ namespace npar_host {
 void RememberCommandLine(const std::vector<std::string>& words);
 
 /// What a report tells of its origin: the data file ("-" is standard input) and this process.
-[[nodiscard]] ReportTrace MakeTrace(const std::string& dataPath, const ResultDocument& document);
+[[nodiscard]] ReportTrace MakeTrace(const std::string& dataPath, const ResultDocument& document,
+                                    const std::vector<TracedField>& fields);
 
 }  // namespace npar_host

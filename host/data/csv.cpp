@@ -57,7 +57,7 @@ void CsvReader::ReadHeader() {
     options.separator = DetectSeparator(cells, position, kSeparators);
   }
   if (!CanSeparate(options.separator)) {
-    Fail(position, "this character cannot separate cells; take a comma, a semicolon or a tab");
+    Fail(position, "a quote, the end of a line or a character beyond ASCII cannot separate cells");
   }
   cells.separator = options.separator;
   const char* line = position;

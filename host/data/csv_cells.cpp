@@ -98,9 +98,13 @@ std::size_t CsvCells::CountInLine(const char*& position, char wanted, bool isSpa
 }
 
 bool CanSeparate(char c) {
+  return static_cast<signed char>(c) > 0 &&
+         std::string_view("\"\r\n").find(c) == std::string_view::npos;
+}
+
+bool IsInNumbers(char c) {
   const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-  return static_cast<signed char>(c) > 0 && !isLetter && !number_detail::IsDigit(c) &&
-         std::string_view("\"\r\n.+-").find(c) == std::string_view::npos;
+  return isLetter || number_detail::IsDigit(c) || c == '.' || c == '+' || c == '-';
 }
 
 char DetectSeparator(const CsvCells& cells, const char* header, std::string_view candidates) {

@@ -108,8 +108,10 @@ class CsvCells {
   std::string scratch;  // a cell whose doubled quotes were undone
 };
 
-/// Can a text be divided at that character?
+/// Can a text be divided at that character? A quote and the ends of lines have other meanings.
 [[nodiscard]] bool CanSeparate(char c);
+/// Can a number hold that character, so that its end is no end of a cell?
+[[nodiscard]] bool IsInNumbers(char c);
 
 /// That of the candidates which divides the header line and the first record alike, the most
 /// frequent if several do or none does; the first where none stands there.

@@ -61,8 +61,9 @@ CsvPiece::CsvPiece(const CsvFormat& format, const CsvCells& cells,
     CsvPieceColumn& column = columns[i];
     column.reading = readings[i];
     if (column.reading == CellReading::Skip) continue;
-    column.isPlain = format.notation.IsPlain() && (column.reading == CellReading::Number ||
-                                                   column.reading == CellReading::Detect);
+    column.isPlain =
+        format.notation.IsPlain() && !IsInNumbers(cells.separator) &&
+        (column.reading == CellReading::Number || column.reading == CellReading::Detect);
     column.texts = &column.found.texts;
     column.found.isText = column.reading == CellReading::Text;
     column.found.missing.assign(format.tokens.Size(), 0);

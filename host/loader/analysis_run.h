@@ -39,6 +39,8 @@ class AnalysisRun {
   /// The text of the case identifier that the component saw as that number; empty where the number
   /// is the identifier itself. After Execute.
   [[nodiscard]] std::string_view CaseText(double number) const { return prepared.CaseText(number); }
+  /// The records that the component gets; after Prepare.
+  [[nodiscard]] const PreparedData& Records() const { return prepared; }
   /// Asks a run under way to stop; from any thread.
   void Cancel() { component.CancelExecution(); }
 

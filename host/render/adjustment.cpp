@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "host/render/pairs.h"
 #include "host/render/significance.h"
 
 namespace npar_host {
@@ -68,6 +69,27 @@ std::vector<double> Adjusted(const std::vector<double>& significances, Adjustmen
   return adjusted;
 }
 
+std::vector<double> AdjustedPairs(const ResultComparison& comparison, Adjustment adjustment) {
+  const bool isOwn = adjustment == Adjustment::Bonferroni;
+  const std::size_t column = ContentColumn(comparison, isOwn ? "AdjSig" : "Sig");
+  std::vector<double> significances;
+  significances.reserve(comparison.content.rows.size());
+  for (const TextRows::Row row : comparison.content.rows) {
+    const auto p = column < row.size() ? FigureNumber(row[column]) : std::nullopt;
+    significances.push_back(p.value_or(NAN));
+  }
+  if (isOwn || adjustment == Adjustment::None) return significances;
+  // A pair without a significance counts among the pairs as one that shows nothing.
+  std::vector<double> known = significances;
+  std::ranges::replace_if(
+      known, [](double p) { return std::isnan(p); }, 1.0);
+  known = Adjusted(known, adjustment);
+  for (std::size_t i = 0; i < known.size(); ++i) {
+    if (std::isnan(significances[i])) known[i] = NAN;
+  }
+  return known;
+}
+
 void AdjustOverTests(ResultDocument& document, Adjustment adjustment) {
   if (adjustment == Adjustment::None) return;
   std::vector<double> significances;
@@ -81,7 +103,11 @@ void AdjustOverTests(ResultDocument& document, Adjustment adjustment) {
   }
   const std::vector<double> adjusted = Adjusted(significances, adjustment);
   for (std::size_t i = 0; i < tests.size(); ++i) tests[i]->adjustedSignificance = adjusted[i];
-  document.adjustment = AdjustmentTitle(adjustment);
+  document.adjustment = adjustment;
+}
+
+void AdjustPairs(ResultDocument& document, Adjustment adjustment) {
+  for (ResultTest& test : document.tests) test.pairwise.adjustment = adjustment;
 }
 
 }  // namespace npar_host

@@ -7,9 +7,6 @@
 
 namespace npar_host {
 
-/// How significances are adjusted for several tests.
-enum class Adjustment { None, Bonferroni, Holm, BenjaminiHochberg };
-
 /// The adjustment of that name, "bonferroni", "holm" or "bh"; None for any other.
 [[nodiscard]] Adjustment FindAdjustment(std::string_view name);
 /// What a report calls it: "Holm"; empty for None.
@@ -21,8 +18,15 @@ enum class Adjustment { None, Bonferroni, Holm, BenjaminiHochberg };
 [[nodiscard]] std::vector<double> Adjusted(const std::vector<double>& significances,
                                            Adjustment adjustment);
 
+/// The significances of the rows of a pairwise comparison, adjusted over all its pairs; not a
+/// number where the document has none. Those after Bonferroni are the document's own.
+[[nodiscard]] std::vector<double> AdjustedPairs(const ResultComparison& comparison,
+                                                Adjustment adjustment);
+
 /// Gives each test of the document its significance adjusted over all of them. Decisions stay as
 /// the document has them.
 void AdjustOverTests(ResultDocument& document, Adjustment adjustment);
+/// Makes the pairs of each comparison be judged by significances so adjusted.
+void AdjustPairs(ResultDocument& document, Adjustment adjustment);
 
 }  // namespace npar_host

@@ -110,7 +110,7 @@ std::string Overview(const ResultDocument& document) {
   HtmlTable table("overview-table", "Each test with its statistic and its decision");
   table.SetColumns(
       {"Test", "Fields", "N", "Statistic or estimate", "<i>p</i>", "Effect size", "Decision"});
-  const bool isAdjusted = !document.adjustment.empty();
+  const bool isAdjusted = document.adjustment != Adjustment::None;
   for (std::size_t i = 0; i < document.tests.size(); ++i) {
     const ResultTest& test = document.tests[i];
     const Headline headline = FindHeadline(document, test);

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "host/render/adjustment.h"
 #include "host/render/effect_size.h"
 #include "host/render/extended_figures.h"
 #include "host/render/headline.h"
@@ -68,12 +69,18 @@ Json FieldObject(const ResultField& field) {
 }
 
 Json Trace(const ReportTrace& trace) {
+  Json fields = Json::array();
+  for (const TracedField& field : trace.fields) {
+    fields.push_back(
+        {{"name", field.name}, {"measure", field.measure}, {"missing", field.missing}});
+  }
   return {{"file", trace.file},
           {"bytes", Cell(trace.bytes)},
           {"changed", TextOrNull(trace.changed)},
           {"command", trace.command},
           {"program", trace.program},
-          {"made", trace.made}};
+          {"made", trace.made},
+          {"fields", fields}};
 }
 
 const char* Family(const ResultTest& test) {
@@ -97,6 +104,7 @@ class TestObject {
     const ResultField* group = GroupField(document, test);
     out.Member("groupField", group == nullptr ? Json(nullptr) : Json(group->name));
     out.Member("hypothesis", TextOrNull(Hypothesis(document, test)));
+    if (!test.chosenBecause.empty()) out.Member("chosenBecause", test.chosenBecause);
     out.Member("decision", TextOrNull(test.decision));
     out.Member("significance", DecidingFigure());
     out.Member("statistic", HeadFigure());
@@ -268,13 +276,21 @@ class TestObject {
     out.Key("pairwise");
     out.OpenObject();
     out.Member("samples", Samples(test.pairwise));
+    out.Member("judgedBy", TextOrNull(std::string(AdjustmentTitle(test.pairwise.adjustment))));
+    const std::vector<double> holm = AdjustedPairs(test.pairwise, Adjustment::Holm);
+    const std::vector<double> benjamini =
+        AdjustedPairs(test.pairwise, Adjustment::BenjaminiHochberg);
     out.Key("comparisons");
     out.OpenArray();
-    for (const auto& cells : test.pairwise.content.rows) {
+    const TextRows& rows = test.pairwise.content.rows;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      const TextRows::Row cells = rows[i];
       if (cells.size() < 2) continue;
       Json object{{"first", PositionTitle(document, test, test.pairwise, cells[0])},
                   {"second", PositionTitle(document, test, test.pairwise, cells[1])}};
       AddComparisonFigures(object, test.pairwise.content, cells);
+      object["holmSig"] = Number(holm[i]);
+      object["benjaminiHochbergSig"] = Number(benjamini[i]);
       out.Value(object);
     }
     out.Close();
@@ -332,7 +348,9 @@ void RenderJson(const ResultDocument& document, const TextSink& sink) {
                          {"badWeight", Number(document.badWeightCount)}});
   out.Member("significanceLevel", Number(document.sigLevel));
   out.Member("confidenceLevel", Number(document.confidenceLevel));
-  if (!document.adjustment.empty()) out.Member("adjustment", document.adjustment);
+  if (document.adjustment != Adjustment::None) {
+    out.Member("adjustment", AdjustmentTitle(document.adjustment));
+  }
   out.Member("missingTreatment", document.listwise ? "listwise" : "analysis");
   out.Key("fields");
   out.OpenArray();

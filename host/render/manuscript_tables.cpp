@@ -1,6 +1,7 @@
 #include "host/render/manuscript_tables.h"
 
 #include "host/data/number.h"
+#include "host/render/adjustment.h"
 #include "host/render/effect_size.h"
 #include "host/render/extended_figures.h"
 #include "host/render/headline.h"
@@ -97,18 +98,17 @@ ManuscriptTable FrequenciesTable(const ResultDocument& document, const ResultTes
 
 ManuscriptTable PairsTable(const ResultDocument& document, const ResultTest& test) {
   const ResultComparison& comparison = test.pairwise;
-  ManuscriptTable table{kPairwiseCaption, {"Samples"}, {}};
+  ManuscriptTable table{PairwiseCaption(comparison), {"Samples"}, {}};
   const auto& names = comparison.content.columnNames;
   constexpr std::size_t kPositions = 2;
   for (std::size_t i = kPositions; i < names.size(); ++i) {
-    table.columns.push_back(TableLabel(names[i]));
+    table.columns.push_back(PairLabel(comparison, names[i]));
   }
   for (const SamplePair& pair : ListedPairs(comparison)) {
-    const TextRows::Row cells = comparison.content.rows[pair.row];
     table.rows.push_back({SampleTitle(document, test, comparison.order[pair.first]) + " \u2013 " +
                           SampleTitle(document, test, comparison.order[pair.second])});
     for (std::size_t i = kPositions; i < names.size(); ++i) {
-      const std::string_view cell = i < cells.size() ? cells[i] : std::string_view();
+      const std::string cell = PairCell(comparison, pair, i);
       table.rows.back().push_back(IsSignificanceName(names[i]) ? SignificanceCell(cell)
                                                                : FigureText(cell));
     }
@@ -121,6 +121,7 @@ ManuscriptTable PairsTable(const ResultDocument& document, const ResultTest& tes
 ManuscriptTable TestsTable(const ResultDocument& document) {
   ManuscriptTable table{
       "Tests", {"Test", "Fields", "N", "Statistic", "p", "Effect size", "Decision"}, {}};
+  const bool isAdjusted = document.adjustment != Adjustment::None;
   for (const ResultTest& test : document.tests) {
     const Headline headline = FindHeadline(document, test);
     const auto significance = DecidingSignificance(test);
@@ -132,9 +133,11 @@ ManuscriptTable TestsTable(const ResultDocument& document) {
                           significance ? SignificanceCell(significance->figure) : "",
                           effect ? effect->symbol + " = " + Text(effect->value) : "",
                           test.decision.empty() ? "estimate" : test.decision});
-    if (!document.adjustment.empty()) table.rows.back().push_back(AdjustedCell(test));
+    if (isAdjusted) table.rows.back().push_back(AdjustedCell(test));
   }
-  if (!document.adjustment.empty()) table.columns.push_back("p after " + document.adjustment);
+  if (isAdjusted) {
+    table.columns.push_back("p after " + std::string(AdjustmentTitle(document.adjustment)));
+  }
   return table;
 }
 

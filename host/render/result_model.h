@@ -51,6 +51,7 @@ struct ResultField {
   std::string label;  // empty without one
   bool isCategorical = false;
   std::string dataType;
+  bool isNominal = false;  // where the run's host has told
   std::vector<ResultCategory> categories;
   std::optional<ResultDistribution> distribution;
 
@@ -88,12 +89,16 @@ struct ResultBoxPlot {
   std::vector<ResultOutlier> outliers;
 };
 
+/// How significances are adjusted for several tests.
+enum class Adjustment { None, Bonferroni, Holm, BenjaminiHochberg };
+
 /// Pairwise comparisons, or ranges of the stepwise procedure.
 struct ResultComparison {
   bool present = false;
-  std::vector<std::int32_t> order;  // group codes or variable indices, by position
-  std::vector<std::string> values;  // mean ranks, medians or the like, by position
-  ResultTable content;              // its first two columns are positions
+  std::vector<std::int32_t> order;                 // group codes or variable indices, by position
+  std::vector<std::string> values;                 // mean ranks, medians or the like, by position
+  ResultTable content;                             // its first two columns are positions
+  Adjustment adjustment = Adjustment::Bonferroni;  // of the significances that pairs are judged by
 };
 
 struct ResultInterval {
@@ -130,6 +135,10 @@ struct ResultTest {
   ResultComparison stepwise;
   std::optional<ResultExtended> extended;
   std::optional<double> adjustedSignificance;  // over all tests, where that was asked for
+  // Of the run, where its host has told:
+  std::string chosenBecause;           // why the test was chosen; empty: it was asked for
+  std::vector<std::string> successes;  // the categories that count as success in Cochran's test
+  bool groupsDescend = false;          // a trend over groups is tested from the last one down
 
   /// The text of a statistic outside inner tables, or null.
   [[nodiscard]] const std::string* Statistic(std::string_view name) const;
@@ -140,6 +149,13 @@ struct ResultTest {
                                                          std::size_t fieldCount) const;
 };
 
+/// A field as the run's host read it.
+struct TracedField {
+  std::string name;
+  std::string measure;      // "continuous", "ordinal" or "nominal"
+  std::size_t missing = 0;  // cells
+};
+
 /// Where a report comes from; the document itself does not tell.
 struct ReportTrace {
   std::string file;     // of the data
@@ -148,6 +164,15 @@ struct ReportTrace {
   std::string command;  // as typed
   std::string program;  // "npar 1.0.0"
   std::string made;     // when, likewise
+  std::vector<TracedField> fields;
+};
+
+/// What the records hold, for plots of the data themselves; the document itself does not tell. A
+/// record that counts more than once stands that often.
+struct RecordValues {
+  /// By the document's fields, then by record: a number or a category's code; not a number where
+  /// it is missing.
+  std::vector<std::vector<double>> fields;
 };
 
 /// A whole run.
@@ -166,7 +191,8 @@ struct ResultDocument {
   std::vector<ResultField> fields;
   std::vector<ResultTest> tests;
   std::optional<ReportTrace> trace;
-  std::string adjustment;  // how significances are adjusted over the tests; empty: they are not
+  std::optional<RecordValues> values;        // of few records, where the run's host has told
+  Adjustment adjustment = Adjustment::None;  // of significances over the tests
 };
 
 /// Reads a result document; `name` names it in messages. Throws InputError for anything else. A

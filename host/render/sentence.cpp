@@ -1,9 +1,7 @@
 #include "host/render/sentence.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstdio>
 #include <string_view>
 
 #include "catalogue/catalogue.h"
@@ -64,12 +62,6 @@ constexpr Finding kFindings[] = {
     {moses::kCard.element, "the range of {f}", kDiffered, kDidNot, kBetween},
 };
 
-std::string Decimals(double value, int count) {
-  std::array<char, 352> digits;  // of the largest double
-  std::snprintf(digits.data(), digits.size(), "%.*f", count, value);
-  return digits.data();
-}
-
 // Two decimals of what is no whole number and no half.
 std::string ShortFigure(std::string_view text) {
   constexpr double kLargest = 1e15;
@@ -79,7 +71,7 @@ std::string ShortFigure(std::string_view text) {
   }
   if (std::abs(*number) < 0.01) return FigureText(text);
   const bool isHalf = 2.0 * *number == std::trunc(2.0 * *number);  // of a sum of ranks
-  return Decimals(*number, isHalf ? 1 : 2);
+  return FixedText(*number, isHalf ? 1 : 2);
 }
 
 // All with two decimals where one of them has two.
@@ -91,14 +83,14 @@ std::vector<std::string> AlikeFigures(std::vector<std::string> figures) {
   const bool areShort = std::ranges::all_of(figures, isShort);
   for (std::string& figure : figures) {
     const bool isLonger = !areShort && isShort(figure);
-    figure = isLonger ? Decimals(FigureNumber(figure).value_or(0.0), 2) : ShortFigure(figure);
+    figure = isLonger ? FixedText(FigureNumber(figure).value_or(0.0), 2) : ShortFigure(figure);
   }
   return figures;
 }
 
 // What cannot pass 1 has no 0 before its point.
 std::string ShortEffect(const EffectSize& effect, double value) {
-  std::string digits = Decimals(value, 2);
+  std::string digits = FixedText(value, 2);
   if (effect.symbol == "h" || effect.symbol == "w") return digits;
   if (digits.starts_with("0.")) return digits.substr(1);
   if (digits.starts_with("-0.")) return "-" + digits.substr(2);
@@ -110,8 +102,10 @@ std::string Subject(const ResultDocument& document, const ResultTest& test) {
   if (test.classification == "Related_Samples") {
     for (const std::string& title : FieldTitles(document, test, 1)) titles.push_back(title);
   }
-  if (titles.size() > kMostGroups) return "the " + std::to_string(titles.size()) + " fields";
-  return titles.empty() ? "(unknown field)" : JoinWords(titles, " and ");
+  const std::string success = SuccessPhrase(document, test);
+  const std::string of = success.empty() ? "" : success + " in ";
+  if (titles.size() > kMostGroups) return of + "the " + std::to_string(titles.size()) + " fields";
+  return of + FieldPhrase(titles);
 }
 
 class Writer {
@@ -144,9 +138,8 @@ class Writer {
     const std::size_t at = phrase.find('{');
     Add(std::string(phrase.substr(0, at)));
     if (at == std::string_view::npos) return;
-    const ResultField* const group = GroupField(document, test);
-    if (phrase[at + 1] == 'f') Add(Subject(document, test));
-    if (phrase[at + 1] == 'g') Add(group == nullptr ? "(unknown field)" : group->Title());
+    const bool isGroup = phrase[at + 1] == 'g';
+    Add(isGroup ? FieldPhrase(FieldTitles(document, test, 1)) : Subject(document, test));
   }
 
   void WriteFinding() {

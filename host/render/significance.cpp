@@ -1,8 +1,6 @@
 #include "host/render/significance.h"
 
-#include <array>
 #include <cmath>
-#include <cstdio>
 
 #include "catalogue/catalogue.h"
 #include "host/render/wording.h"
@@ -62,9 +60,7 @@ std::string SignificanceText(std::string_view figure) {
   if (*p < 0.001) return "p < .001";
   if (*p >= 1.0) return "p = 1";
   if (*p > 0.999) return "p > .999";
-  std::array<char, 16> digits;
-  std::snprintf(digits.data(), digits.size(), "%.3f", *p);
-  return "p = " + std::string(digits.data() + 1);
+  return "p = " + FixedText(*p, 3).substr(1);
 }
 
 std::string SignificanceCell(std::string_view figure) {

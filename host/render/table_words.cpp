@@ -7,8 +7,10 @@
 #include "catalogue/cards/chi_square.h"
 #include "catalogue/cards/cochran_q.h"
 #include "catalogue/run.h"
+#include "host/data/join_words.h"
 #include "host/data/number.h"
 #include "host/messages/messages.h"
+#include "host/render/adjustment.h"
 #include "host/render/significance.h"
 #include "host/render/wording.h"
 
@@ -28,12 +30,7 @@ std::string ClassTitle(const ResultTest& test, const ResultField* field, std::st
                        const char* otherwise) {
   const auto found = std::ranges::find(test.details, detail, &ResultStatistic::name);
   if (found == test.details.end() || field == nullptr) return otherwise;
-  ResultTest codes;
-  codes.conditionParameters = {found->text};
-  std::string title;
-  for (const std::size_t code : codes.ConditionFields(0, field->categories.size())) {
-    title += (title.empty() ? "" : ", ") + CategoryTitle(*field, static_cast<std::int32_t>(code));
-  }
+  const std::string title = CategoriesPhrase(*field, found->text);
   return title.empty() ? otherwise : title;
 }
 
@@ -45,8 +42,25 @@ std::string LabelOf(const ResultField* field, const std::string& value) {
 
 std::string CrossedField(const ResultDocument& document, const ResultTest& test,
                          std::size_t position) {
-  const auto titles = FieldTitles(document, test, position);
-  return titles.empty() ? "(unknown field)" : titles.front();
+  return FieldPhrase(FieldTitles(document, test, position));
+}
+
+// ". Fields: height (continuous, 3 missing), sex (nominal)"; of many those with missing values.
+std::string FieldsWords(const std::vector<TracedField>& fields) {
+  constexpr std::size_t kMostTold = 20;
+  std::vector<std::string> told;
+  std::size_t others = 0;
+  for (const TracedField& field : fields) {
+    const bool isTold = fields.size() <= kMostTold || field.missing > 0;
+    if (!isTold || told.size() == kMostTold) {
+      ++others;
+      continue;
+    }
+    told.push_back(field.name + " (" + field.measure +
+                   (field.missing > 0 ? ", " + std::to_string(field.missing) + " missing)" : ")"));
+  }
+  if (others > 0) told.push_back(std::to_string(others) + (told.empty() ? "" : " more"));
+  return told.empty() ? "" : ". Fields: " + JoinWords(told, ", ");
 }
 
 }  // namespace
@@ -142,6 +156,10 @@ std::string PositionTitle(const ResultDocument& document, const ResultTest& test
   return SampleTitle(document, test, comparison.order[static_cast<std::size_t>(*position)]);
 }
 
+std::string ChoiceWords(const ResultTest& test) {
+  return "Chosen because " + test.chosenBecause + ".";
+}
+
 std::string MessageKindWord(const ResultMessage& message) {
   return message.type == "helpMessage" ? "note" : message.type;
 }
@@ -167,7 +185,7 @@ std::string AdjustedCell(const ResultTest& test) {
 }
 
 std::string AdjustmentWords(const ResultDocument& document) {
-  return "Adjusted over the tests after " + document.adjustment +
+  return "Adjusted over the tests after " + std::string(AdjustmentTitle(document.adjustment)) +
          "; decisions go by the significance that is not adjusted.";
 }
 
@@ -176,7 +194,7 @@ std::string TraceWords(const ReportTrace& trace) {
   if (!trace.bytes.empty()) {
     words += " (" + trace.bytes + " bytes, written at " + trace.changed + ")";
   }
-  return words + ": " + trace.command;
+  return words + ": " + trace.command + FieldsWords(trace.fields);
 }
 
 }  // namespace npar_host

@@ -33,6 +33,9 @@ namespace npar_host {
 [[nodiscard]] std::string PositionTitle(const ResultDocument& document, const ResultTest& test,
                                         const ResultComparison& comparison, std::string_view cell);
 
+/// Why the test was chosen, as a sentence: "Chosen because sex has 2 groups."
+[[nodiscard]] std::string ChoiceWords(const ResultTest& test);
+
 /// "error", "warning" or "note".
 [[nodiscard]] std::string MessageKindWord(const ResultMessage& message);
 /// The message's text with the titles of the fields and samples that it names.

@@ -91,7 +91,7 @@ class TextReport {
 
   void WriteOverview() {
     TextTable table{{{"Test", "Fields", "N", "Statistic", "p"}}, "", true};
-    const bool isAdjusted = !document.adjustment.empty();
+    const bool isAdjusted = document.adjustment != Adjustment::None;
     if (isAdjusted) table.rows[0].push_back("Adj. p");
     const bool hasEffects = page.Style().width >= kWideEnoughForEffects;
     if (hasEffects) table.rows[0].push_back("Effect");
@@ -121,6 +121,7 @@ class TextReport {
     page.Blank();
     page.Heading(std::to_string(number) + ". " + TestHeading(document, test), '-');
     page.Paragraph(Hypothesis(document, test), kIndent);
+    if (!test.chosenBecause.empty()) page.Paragraph(ChoiceWords(test), kIndent);
     WriteDecision(test);
     WriteFigures(test);
     WriteDifferences(test);

@@ -38,34 +38,33 @@ void WritePairwise(TextPage& page, const ResultDocument& document, const ResultT
   const std::vector<std::size_t> columns = FilledColumns(content);
   TextTable table{{{"Sample 1", "Sample 2"}}, "llr", true};
   for (const std::size_t column : columns) {
-    table.rows[0].push_back(TableLabel(content.columnNames[column]));
+    table.rows[0].push_back(PairLabel(test.pairwise, content.columnNames[column]));
   }
   const ExtendedColumns further(test, "Pairs", {"Sample1", "Sample2"});
   for (const std::string& label : further.Labels()) table.rows[0].push_back(label);
   bool hasMark = false;
   for (const SamplePair& pair : ListedPairs(test.pairwise)) {
-    const TextRows::Row cells = content.rows[pair.row];
+    const bool isMarked = pair.significance < document.sigLevel;
+    hasMark = hasMark || isMarked;
     std::vector<std::string> row;
     for (const std::size_t position : {pair.first, pair.second}) {
       row.push_back(SampleTitle(document, test, test.pairwise.order[position]));
     }
     for (const std::size_t column : columns) {
-      row.push_back(column < cells.size()
-                        ? ComparisonFigure(content.columnNames[column], cells[column])
-                        : "");
+      const std::string& name = content.columnNames[column];
+      row.push_back(ComparisonFigure(name, PairCell(test.pairwise, pair, column)));
+      if (name == "AdjSig") row.back() += isMarked ? "*" : " ";
     }
     for (const std::string& cell : further.Cells(pair.row)) row.push_back(FigureText(cell));
-    const bool isMarked = pair.adjusted < document.sigLevel;
-    row.push_back(isMarked ? "*" : "");
-    hasMark = hasMark || isMarked;
     table.rows.push_back(row);
   }
   page.Blank();
-  page.Paragraph(kPairwiseCaption, indent);
+  page.Paragraph(PairwiseCaption(test.pairwise), indent);
   page.Table(table, indent);
   if (hasMark) {
-    page.Paragraph("* adjusted significance below " + FigureText(NumberText(document.sigLevel)),
-                   indent);
+    page.Paragraph(
+        "* " + JudgedBy(test.pairwise) + " below " + FigureText(NumberText(document.sigLevel)),
+        indent);
   }
   const std::string unlisted = UnlistedPairs(test.pairwise);
   if (!unlisted.empty()) page.Paragraph(unlisted, indent);

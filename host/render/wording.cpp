@@ -103,18 +103,16 @@ std::string FigureParameter(const ResultTest& test, std::size_t position) {
   return text.empty() ? "(unknown)" : text;
 }
 
-// "A or B": the categories whose codes parameter `position` lists.
+// "A or B": the categories whose codes parameter `position` lists. A test that failed lists none.
 std::string CategoriesParameter(const ResultDocument& document, const ResultTest& test,
                                 std::size_t position) {
   const auto indices = test.ConditionFields(0, document.fields.size());
   if (indices.empty()) return "(unknown)";
-  const ResultField& field = document.fields[indices.front()];
-  std::string text;
-  for (const std::size_t code : test.ConditionFields(position, field.categories.size())) {
-    if (!text.empty()) text += " or ";
-    text += CategoryTitle(field, static_cast<std::int32_t>(code));
-  }
-  return text.empty() ? "(none of the categories)" : text;
+  const std::string text =
+      CategoriesPhrase(document.fields[indices.front()], Parameter(test, position));
+  if (!text.empty()) return text;
+  if (!test.Failed()) return "(none of the categories)";
+  return position == 1 ? "its first class" : "its second class";
 }
 
 // "a, b, c": the categories of the field of parameter `position` in their order, some of many.
@@ -127,16 +125,16 @@ std::string OrderParameter(const ResultDocument& document, const ResultTest& tes
   const std::size_t count = field.categories.size();
   const std::size_t begins = count > kMostListed ? kMostListed - 1 : count;
   std::vector<std::string> titles;
-  for (std::size_t code = 0; code < begins; ++code) {
-    titles.push_back(CategoryTitle(field, static_cast<std::int32_t>(code)));
-  }
+  const auto title = [&](std::size_t place) {
+    return CategoryTitle(field,
+                         static_cast<std::int32_t>(test.groupsDescend ? count - 1 - place : place));
+  };
+  for (std::size_t place = 0; place < begins; ++place) titles.push_back(title(place));
   if (begins < count) {
     titles.emplace_back("...");
-    titles.push_back(CategoryTitle(field, static_cast<std::int32_t>(count - 1)));
+    titles.push_back(title(count - 1));
   }
-  std::string text;
-  for (const std::string& title : titles) text += (text.empty() ? "" : ", ") + title;
-  return text;
+  return JoinWords(titles, ", ");
 }
 
 // What stands for a placeholder, without its braces: "0", "figure 1", "categories 2".
@@ -146,8 +144,7 @@ std::string Filling(const ResultDocument& document, const ResultTest& test,
   if (placeholder.starts_with("figure")) return FigureParameter(test, position);
   if (placeholder.starts_with("categories")) return CategoriesParameter(document, test, position);
   if (placeholder.starts_with("order")) return OrderParameter(document, test, position);
-  const std::vector<std::string> titles = FieldTitles(document, test, position);
-  return titles.empty() ? "(unknown field)" : JoinWords(titles, " and ");
+  return FieldPhrase(FieldTitles(document, test, position));
 }
 
 }  // namespace
@@ -175,6 +172,8 @@ std::string Hypothesis(const ResultDocument& document, const ResultTest& test) {
     text += Filling(document, test, rest.substr(1, close - 1));
     rest.remove_prefix(close + 1);
   }
+  const std::string success = SuccessPhrase(document, test);
+  if (!success.empty()) text += " Success: " + success + ".";
   return text;
 }
 
@@ -202,10 +201,32 @@ std::vector<std::string> FieldTitles(const ResultDocument& document, const Resul
   return titles;
 }
 
+std::string FieldPhrase(const std::vector<std::string>& titles) {
+  return titles.empty() ? "(unknown field)" : JoinWords(titles, " and ");
+}
+
+std::string SuccessPhrase(const ResultDocument& document, const ResultTest& test) {
+  if (!test.successes.empty()) return JoinWords(test.successes, " or ");
+  const auto fields = test.ConditionFields(0, document.fields.size());
+  const auto codes = std::ranges::find(test.details, "RowSuccessList", &ResultStatistic::name);
+  if (fields.empty() || codes == test.details.end()) return {};
+  return CategoriesPhrase(document.fields[fields.front()], codes->text);
+}
+
 const ResultField* GroupField(const ResultDocument& document, const ResultTest& test) {
   if (test.classification != "Independent_Samples") return nullptr;
   const auto indices = test.ConditionFields(1, document.fields.size());
   return indices.empty() ? nullptr : &document.fields[indices.front()];
+}
+
+std::string CategoriesPhrase(const ResultField& field, const std::string& codes) {
+  ResultTest listed;
+  listed.conditionParameters = {codes};
+  std::vector<std::string> titles;
+  for (const std::size_t code : listed.ConditionFields(0, field.categories.size())) {
+    titles.push_back(CategoryTitle(field, static_cast<std::int32_t>(code)));
+  }
+  return JoinWords(titles, " or ");
 }
 
 std::string CategoryTitle(const ResultField& field, std::int32_t code) {
@@ -220,6 +241,14 @@ std::string SampleTitle(const ResultDocument& document, const ResultTest& test, 
   return document.fields[static_cast<std::size_t>(code)].Title();
 }
 
+std::vector<std::string> SampleTitles(const ResultDocument& document, const ResultTest& test,
+                                      const std::vector<std::int32_t>& codes) {
+  std::vector<std::string> titles;
+  titles.reserve(codes.size());
+  for (const std::int32_t code : codes) titles.push_back(SampleTitle(document, test, code));
+  return titles;
+}
+
 std::string FigureText(std::string_view text) {
   if (text == kMissing) return {};
   const auto number = FigureNumber(text);
@@ -229,15 +258,19 @@ std::string FigureText(std::string_view text) {
   constexpr double kFullAbove = 1e5;
   constexpr int kDigits = 6;
   const double size = std::abs(*number);
-  std::array<char, 32> digits;
   if (size >= kFullAbove && size < kLargestInFull) {
-    const int decimals = *number == std::trunc(*number) ? 0 : 1;
-    std::snprintf(digits.data(), digits.size(), "%.*f", decimals, *number);
-    return digits.data();
+    return FixedText(*number, *number == std::trunc(*number) ? 0 : 1);
   }
+  std::array<char, 32> digits;
   const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), *number,
                                           std::chars_format::general, kDigits);
   return {digits.data(), end};
+}
+
+std::string FixedText(double number, int decimals) {
+  std::array<char, 352> digits;  // of the largest double
+  std::snprintf(digits.data(), digits.size(), "%.*f", decimals, number);
+  return digits.data();
 }
 
 std::string PercentText(double share) { return FigureText(NumberText(100.0 * share)) + " %"; }

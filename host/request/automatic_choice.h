@@ -19,9 +19,12 @@ inline constexpr const char* kAutomaticChoice =
 with pairwise comparisons where a test has them.
 )";
 
-/// "wilcoxon-pairs is chosen, because --related names 2 continuous fields", for each test that the
-/// component chooses.
-[[nodiscard]] std::vector<std::string> ExplainChoice(const AnalysisRequest& request,
-                                                     const ContentOf& contentOf);
+/// A test that the component chooses: "wilcoxon-pairs", "--related names 2 continuous fields".
+struct Choice {
+  std::string test;
+  std::string because;
+};
+[[nodiscard]] std::vector<Choice> ExplainChoice(const AnalysisRequest& request,
+                                                const ContentOf& contentOf);
 
 }  // namespace npar_host

@@ -5,7 +5,6 @@
 #include "host/data/input_error.h"
 #include "host/data/join_words.h"
 #include "host/data/number.h"
-#include "host/request/automatic_choice.h"
 #include "host/request/measure_choice.h"
 #include "host/request/test_fit.h"
 
@@ -177,16 +176,34 @@ void FieldInference::NoteField(const AnalysisRequest& request, const std::string
   }
 }
 
+ContentOf FieldInference::Contents(const AnalysisRequest& request) {
+  return [this, &request](const std::string& field) -> const FieldContent& {
+    return ContentOf(request, field);
+  };
+}
+
+std::vector<Choice> FieldInference::Choices(const AnalysisRequest& request) {
+  return ExplainChoice(request, Contents(request));
+}
+
+std::string FieldInference::MeasureOf(const AnalysisRequest& request, const std::string& field) {
+  return npar_host::MeasureOf(request, Contents(request), field);
+}
+
+std::size_t FieldInference::MissingOf(const std::string& field) {
+  return FindingsOf(field).missing;
+}
+
 std::vector<std::string> FieldInference::Notes(const AnalysisRequest& request) {
   std::vector<std::string> notes;
   const std::string inferred = InferredLine(request);
   if (!inferred.empty()) notes.push_back(inferred);
   for (const std::string& field : request.NamedFields()) NoteField(request, field, notes);
-  const npar_host::ContentOf contentOf = [&](const std::string& field) -> const FieldContent& {
-    return ContentOf(request, field);
-  };
+  const npar_host::ContentOf contentOf = Contents(request);
   for (std::string& note : CheckCategories(request, contentOf)) notes.push_back(std::move(note));
-  for (std::string& note : ExplainChoice(request, contentOf)) notes.push_back(std::move(note));
+  for (const auto& [test, because] : Choices(request)) {
+    notes.push_back(test + " is chosen, because " + because);
+  }
   for (std::string& note : ExplainMisfits(request, contentOf)) notes.push_back(std::move(note));
   if (!request.groupField.empty() && request.independentFields.empty()) {
     notes.push_back("--by " + request.groupField + " is not used: no --independent field is given");

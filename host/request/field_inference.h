@@ -8,6 +8,7 @@
 #include "host/data/column_findings.h"
 #include "host/data/dataset.h"
 #include "host/request/analysis_documents.h"
+#include "host/request/automatic_choice.h"
 #include "host/request/category_checks.h"
 
 namespace npar_host {
@@ -27,11 +28,17 @@ class FieldInference {
   /// "inferred: continuous: a, b; nominal: c", and a sentence for whatever is odd about a field;
   /// after Infer. UsageError for a category that the data do not have.
   [[nodiscard]] std::vector<std::string> Notes(const AnalysisRequest& request);
+  /// The tests that the component will choose.
+  [[nodiscard]] std::vector<Choice> Choices(const AnalysisRequest& request);
+  /// "continuous", "ordinal" or "nominal"; after Infer.
+  [[nodiscard]] std::string MeasureOf(const AnalysisRequest& request, const std::string& field);
+  [[nodiscard]] std::size_t MissingOf(const std::string& field);
 
  private:
   [[nodiscard]] std::size_t IndexOf(const std::string& field) const;
   const ColumnFindings& FindingsOf(const std::string& field);
   const FieldContent& ContentOf(const AnalysisRequest& request, const std::string& field);
+  npar_host::ContentOf Contents(const AnalysisRequest& request);
   [[nodiscard]] std::string InferredLine(const AnalysisRequest& request) const;
   void NoteField(const AnalysisRequest& request, const std::string& field,
                  std::vector<std::string>& notes);

@@ -66,19 +66,31 @@ class Misfits {
     const Level& level = LevelOf(field);
     if ((measures & level.measure) != 0) return {};
     const FieldContent& content = contentOf(field);
-    if ((measures & catalogue::kContinuous) == 0) return "; --nominal " + field + " makes it one";
-    if (!content.isText) return "; --continuous " + field + " makes it one";
+    if ((measures & catalogue::kNominal) != 0) return "; --nominal " + field + " makes it one";
     const FieldMeasure* const given = request.MeasureOf(field);
     const bool isOrdered = given != nullptr && !given->categories.empty();
     std::vector<std::string> categories = isOrdered ? given->categories : content.values;
     if (categories.size() > kMostShown) categories.resize(kMostShown);
-    return "; its categories get numbers by --scores '" + field + "=" +
-           JoinWords(categories, "<", "<") + "'";
+    const std::string order = categories.empty() ? "" : "=" + JoinWords(categories, "<", "<");
+    if ((measures & catalogue::kContinuous) == 0) {
+      return "; --ordinal '" + field + order + "', in the order that you mean, makes it one";
+    }
+    if (!content.isText) return "; --continuous " + field + " makes it one";
+    return "; the categories of " + field + " get numbers by --scores '" + field + order + "'";
   }
   [[nodiscard]] std::string Remedies(Family family, unsigned measures) const {
     std::string remedies;
     for (const std::string& field : request.FieldsOf(family)) remedies += Remedy(field, measures);
     return remedies;
+  }
+  /// What number of fields a test of related ones needs, where their levels fit.
+  [[nodiscard]] std::string CountRemedy(const catalogue::Card& test) const {
+    const std::size_t count = request.FieldsOf(test.family).size();
+    if (test.family != Family::Related) return {};
+    if (count > test.fields.most) {
+      return "; name " + std::to_string(test.fields.most) + " of them in a call of its own";
+    }
+    return count < test.fields.fewest ? "; name another field that was measured likewise" : "";
   }
 
   /// The fields that the test takes.
@@ -108,10 +120,11 @@ class Misfits {
       wanted.push_back(takes);
       measures |= test.fields.measures;
       if (!fields.empty()) continue;
+      const std::string remedies = Remedies(family, test.fields.measures);
       notes.push_back("test " + test.name + " cannot act: it takes " +
                       std::string(test.fields.description) + ", and --" + FamilyName(family) +
                       " names " + ToldAll(request.FieldsOf(family)) +
-                      Remedies(family, test.fields.measures));
+                      (remedies.empty() ? CountRemedy(test) : remedies));
     }
     if (taken.empty()) return;  // each test has been told
     for (const std::string& field : request.FieldsOf(family)) {

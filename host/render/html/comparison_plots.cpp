@@ -50,14 +50,14 @@ std::string PairWords(const ResultDocument& document, const ResultTest& test,
   std::string words;
   std::size_t count = 0;
   for (const SamplePair& pair : pairs) {
-    if (!(pair.adjusted < document.sigLevel)) continue;
+    if (!(pair.significance < document.sigLevel)) continue;
     if (++count > kPairsInWords) {
       return "These and more pairs differ:" + words + " the table lists them.";
     }
     const std::vector<std::int32_t>& order = test.pairwise.order;
     words += " " + SampleTitle(document, test, order[pair.first]) + " and " +
              SampleTitle(document, test, order[pair.second]) + " (" +
-             SignificanceText(NumberText(pair.adjusted)) + ");";
+             SignificanceText(NumberText(pair.significance)) + ");";
   }
   if (words.empty()) return "No two samples differ at the level.";
   words.back() = '.';
@@ -101,10 +101,11 @@ std::optional<Plot> PairwiseGraph(const ResultDocument& document, const ResultTe
   const std::vector<double> measures = ComparedValues(comparison);
   const Scale down = ScaleOver(measures, bottom, kTop);  // larger ones above
   std::vector<Node> nodes;
+  const std::vector<std::string> titles = SampleTitles(document, test, comparison.order);
   for (std::size_t i = 0; i < count; ++i) {
     const double y = down(measures[i]);
-    nodes.push_back({SampleTitle(document, test, comparison.order[i]),
-                     i < comparison.values.size() ? FigureText(comparison.values[i]) : "", y, y});
+    nodes.push_back(
+        {titles[i], i < comparison.values.size() ? FigureText(comparison.values[i]) : "", y, y});
   }
   std::vector<double*> nodePlaces;
   std::vector<double*> labelPlaces;
@@ -122,7 +123,7 @@ std::optional<Plot> PairwiseGraph(const ResultDocument& document, const ResultTe
   plot.drawing.Line(kAxis, kTop - 8.0, kAxis, bottom + 8.0, "axis");
   for (const bool drawn : {false, true}) {  // significant edges lie above the others
     for (const SamplePair& pair : pairs) {
-      if ((pair.adjusted < document.sigLevel) != drawn) continue;
+      if ((pair.significance < document.sigLevel) != drawn) continue;
       const Node& from = nodes[pair.first];
       const Node& to = nodes[pair.second];
       const double reach = 30.0 + 380.0 * std::abs(from.y - to.y) / (bottom - kTop);
@@ -130,17 +131,18 @@ std::optional<Plot> PairwiseGraph(const ResultDocument& document, const ResultTe
                          drawn ? "edge significant" : "edge dashed");
     }
   }
+  const std::size_t shared = SharedBeginning(titles);
   for (const Node& node : nodes) {
     plot.drawing.Line(kLabelEnd + 4.0, node.labelY, kAxis, node.y, "leader");
     plot.drawing.Dot(kAxis, node.y, 5.0, "node");
     plot.drawing.Text(kLabelEnd, node.labelY + 4.0, "end", node.measure, "value");
-    plot.drawing.Name(kLabelEnd - 66.0, node.labelY + 4.0, "end", node.title, kLabelEnd - 70.0);
+    plot.drawing.Name(kLabelEnd - 66.0, node.labelY + 4.0, "end", node.title, kLabelEnd - 70.0,
+                      "name", shared);
   }
   plot.drawing.Text(kLabelEnd, kTop - 14.0, "end", ComparedMeasure(test), "tick");
   plot.height = bottom + 24.0;
-  plot.note =
-      "Thick solid line: the two differ at the level after adjustment. Thin dashed line: they do "
-      "not.";
+  plot.note = "Thick solid line: the two differ at the level by the " + JudgedBy(comparison) +
+              ". Thin dashed line: they do not.";
   return plot;
 }
 

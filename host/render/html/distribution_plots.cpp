@@ -7,6 +7,7 @@
 #include "catalogue/cards/wilcoxon.h"
 #include "host/data/number.h"
 #include "host/render/html/markup.h"
+#include "host/render/html/value_marks.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
 
@@ -122,6 +123,23 @@ std::string ValuesTable(const std::string& id, std::string_view caption,
     table.AddRow(FigureMarkup(NumberText(bin.value)), {FigureMarkup(NumberText(bin.count))});
   }
   return table.Markup("figures");
+}
+
+constexpr double kStripHeight = 40.0;
+
+/// The data themselves, above or below their histogram.
+struct Strip {
+  std::vector<double> values;
+  std::optional<Quartiles> quartiles;
+
+  [[nodiscard]] bool IsEmpty() const { return values.empty() && !quartiles; }
+};
+
+void DrawStrip(Drawing& drawing, const Strip& strip, const Scale& across, double y) {
+  constexpr double kHalfBox = 9.0;
+  constexpr double kSpread = 11.0;
+  if (strip.quartiles) DrawBox(drawing, *strip.quartiles, across, y, kHalfBox);
+  DrawValues(drawing, strip.values, across, y, kSpread);
 }
 
 Plot CategoriesPlot(const ResultField& field) {
@@ -312,11 +330,15 @@ std::optional<Plot> MirroredPlot(const ResultDocument& document, const ResultTes
   plot.title = "Histograms of " + title + " in two groups";
   plot.description = "Upwards " + words(firstTitle, first.figures) + "; downwards " +
                      words(secondTitle, second.figures) + ".";
-  const double middle = 130.0;
-  const double bottom = 240.0;
+  const Strip firstStrip{GroupValues(document, test, first.codes), SampleQuartiles(test, 0)};
+  const Strip secondStrip{GroupValues(document, test, second.codes), SampleQuartiles(test, 1)};
+  const double room = firstStrip.IsEmpty() && secondStrip.IsEmpty() ? 0.0 : kStripHeight;
+  const double top = kTop + room;
+  const double middle = top + 114.0;
+  const double bottom = middle + 110.0;
   const double highest = std::max(Highest(above), Highest(below));
   const Scale across = ScaleOver(bounds, kLeft, kRight);
-  const Scale up = CountScale(highest, middle, kTop + 6.0);
+  const Scale up = CountScale(highest, middle, top + 6.0);
   const Scale down = CountScale(highest, middle, bottom);
   DrawAxisLeft(plot.drawing, up, kLeft, kRight, true);
   DrawAxisLeft(plot.drawing, down, kLeft, kRight, true);
@@ -325,8 +347,12 @@ std::optional<Plot> MirroredPlot(const ResultDocument& document, const ResultTes
   plot.drawing.Line(kLeft, middle, kRight, middle, "axis");
   plot.drawing.Name(kRight, kTop + 2.0, "end", "\u25b4 " + firstTitle, 320.0);
   plot.drawing.Name(kRight, bottom - 4.0, "end", "\u25be " + secondTitle, 320.0);
-  DrawAxisBelow(plot.drawing, across, bottom, title);
-  plot.height = bottom + 44.0;
+  DrawStrip(plot.drawing, firstStrip, across, kTop + 26.0);
+  DrawStrip(plot.drawing, secondStrip, across, bottom + 18.0);
+  DrawAxisBelow(plot.drawing, across, bottom + room, title);
+  plot.height = bottom + room + 44.0;
+  if (!firstStrip.values.empty()) plot.note = "Dots: the values, spread to be told apart. ";
+  if (firstStrip.quartiles) plot.note += "Box: quartiles and median.";
   plot.values = ValuesTable(id + "-first", "Values of " + firstTitle, first.bins) +
                 ValuesTable(id + "-second", "Values of " + secondTitle, second.bins);
   return plot;

@@ -73,6 +73,31 @@ double TextWidth(std::string_view text) {
 
 bool IsContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80u; }
 
+constexpr std::string_view kEllipsis = "\u2026";
+
+// Names of groups often differ in their last characters alone, so the middle goes.
+std::string WithoutMiddle(std::string_view text, double room) {
+  std::vector<std::string_view> characters;
+  for (std::size_t i = 0; i < text.size();) {
+    std::size_t end = i + 1;
+    while (end < text.size() && IsContinuation(text[end])) ++end;
+    characters.push_back(text.substr(i, end - i));
+    i = end;
+  }
+  double width = TextWidth(text) + TextWidth(kEllipsis);
+  std::size_t head = (characters.size() + 1) / 2;
+  std::size_t tail = head;  // where the end begins
+  while (width > room && (head > 1 || tail < characters.size())) {
+    const bool endIsLonger = characters.size() - tail >= head;
+    width -= TextWidth(endIsLonger ? characters[tail++] : characters[--head]);
+  }
+  std::string shortened;
+  for (std::size_t i = 0; i < head; ++i) shortened += characters[i];
+  shortened += kEllipsis;
+  for (std::size_t i = tail; i < characters.size(); ++i) shortened += characters[i];
+  return shortened;
+}
+
 }  // namespace
 
 void Drawing::Line(double x1, double y1, double x2, double y2, std::string_view shapeClass) {
@@ -110,8 +135,29 @@ void Drawing::Diamond(double x, double y, double radius, std::string_view shapeC
             at(x, y - radius) + " " + at(x + radius, y) + " " + at(x, y + radius) + "\"/>\n";
 }
 
-void Drawing::Polyline(const std::vector<std::pair<double, double>>& points,
-                       std::string_view shapeClass) {
+void Drawing::Dots(const Points& points, std::string_view shapeClass) {
+  if (points.empty()) return;
+  markup += "<path" + Class(shapeClass) + " d=\"";
+  for (const auto& [x, y] : points) {
+    markup.append("M").append(Coordinate(x)).append(" ").append(Coordinate(y)).append("h0");
+  }
+  markup += "\"/>\n";
+}
+
+void Drawing::Lines(const std::vector<Points>& lines, std::string_view shapeClass) {
+  if (lines.empty()) return;
+  markup += "<path" + Class(shapeClass) + " d=\"";
+  for (const Points& line : lines) {
+    const char* step = "M";
+    for (const auto& [x, y] : line) {
+      markup.append(step).append(Coordinate(x)).append(" ").append(Coordinate(y));
+      step = "L";
+    }
+  }
+  markup += "\"/>\n";
+}
+
+void Drawing::Polyline(const Points& points, std::string_view shapeClass) {
   markup += "<polyline" + Class(shapeClass) + " points=\"";
   for (std::size_t i = 0; i < points.size(); ++i) {
     if (i > 0) markup += ' ';
@@ -134,32 +180,25 @@ void Drawing::Text(double x, double y, std::string_view anchor, std::string_view
 }
 
 void Drawing::Name(double x, double y, std::string_view anchor, std::string_view text, double room,
-                   std::string_view shapeClass) {
-  constexpr std::string_view kEllipsis = "\u2026";
-  double width = TextWidth(text);
-  if (width <= room) return Text(x, y, anchor, text, shapeClass);
-  std::vector<std::string_view> characters;
-  for (std::size_t i = 0; i < text.size();) {
-    std::size_t end = i + 1;
-    while (end < text.size() && IsContinuation(text[end])) ++end;
-    characters.push_back(text.substr(i, end - i));
-    i = end;
-  }
-  // Names of groups often differ in their last characters alone, so the middle goes.
-  width += TextWidth(kEllipsis);
-  std::size_t head = (characters.size() + 1) / 2;
-  std::size_t tail = head;  // where the end begins
-  while (width > room && (head > 1 || tail < characters.size())) {
-    const bool endIsLonger = characters.size() - tail >= head;
-    width -= TextWidth(endIsLonger ? characters[tail++] : characters[--head]);
-  }
-  std::string shortened;
-  for (std::size_t i = 0; i < head; ++i) shortened += characters[i];
-  shortened += kEllipsis;
-  for (std::size_t i = tail; i < characters.size(); ++i) shortened += characters[i];
+                   std::string_view shapeClass, std::size_t shared) {
+  if (TextWidth(text) <= room) return Text(x, y, anchor, text, shapeClass);
+  std::string shortened(text);
+  if (shared > 0) shortened.replace(0, shared, kEllipsis);
+  if (TextWidth(shortened) > room) shortened = WithoutMiddle(shortened, room);
   markup += "<text" + Class(shapeClass) + Attribute("x", x) + Attribute("y", y) +
             " text-anchor=\"" + std::string(anchor) + "\"><title>" + Escaped(text) + "</title>" +
             Escaped(shortened) + "</text>\n";
+}
+
+std::size_t SharedBeginning(const std::vector<std::string>& names) {
+  if (names.size() < 2) return 0;
+  std::string_view shared = names.front();
+  for (const std::string_view name : names) {
+    const auto [end, other] = std::ranges::mismatch(shared, name);
+    shared = shared.substr(0, static_cast<std::size_t>(end - shared.begin()));
+  }
+  const std::size_t word = shared.find_last_of(" _-./:");
+  return word == std::string_view::npos ? 0 : word + 1;
 }
 
 Scale ScaleOver(const std::vector<double>& values, double from, double to) {
@@ -200,7 +239,7 @@ void DrawAxisBelow(Drawing& drawing, const Scale& scale, double y, std::string_v
 void DrawAxisLeft(Drawing& drawing, const Scale& scale, double x, double right, bool wholeNumbers) {
   for (const double tick : Ticks(scale, 5.0, wholeNumbers)) {
     drawing.Line(x, scale(tick), right, scale(tick), "grid");
-    drawing.Text(x - 6.0, scale(tick) + 4.0, "end", TickText(std::abs(tick)), "tick");
+    drawing.Text(x - 6.0, scale(tick) + 4.0, "end", TickText(tick), "tick");
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace npar_host {
@@ -18,19 +19,25 @@ class Drawing {
   /// Boxes of one height as a single shape.
   void Boxes(const std::vector<Corner>& boxes, double height, std::string_view shapeClass);
   void Dot(double x, double y, double radius, std::string_view shapeClass);
+  using Points = std::vector<std::pair<double, double>>;
+  /// Dots, or a line through the points of each of several, as a single shape; the class gives
+  /// their width.
+  void Dots(const Points& points, std::string_view shapeClass);
+  void Lines(const std::vector<Points>& lines, std::string_view shapeClass);
   void Diamond(double x, double y, double radius, std::string_view shapeClass);
   /// Straight lines through the points (x, y), (x, y) ...
-  void Polyline(const std::vector<std::pair<double, double>>& points, std::string_view shapeClass);
+  void Polyline(const Points& points, std::string_view shapeClass);
   /// A curve from one point to the other that bends towards a third.
   void Curve(double x1, double y1, double bendX, double bendY, double x2, double y2,
              std::string_view shapeClass);
   /// The anchor is "start", "middle" or "end".
   void Text(double x, double y, std::string_view anchor, std::string_view text,
             std::string_view shapeClass);
-  /// A name, without its middle where the room may not hold all of it; then the whole of it is told
-  /// where a pointer rests.
+  /// A name, cut where the room may not hold all of it: without the beginning that it shares with
+  /// the names beside it, of so many bytes, or else without its middle. Then the whole of it is
+  /// told where a pointer rests.
   void Name(double x, double y, std::string_view anchor, std::string_view text, double room,
-            std::string_view shapeClass = "name");
+            std::string_view shapeClass = "name", std::size_t shared = 0);
   [[nodiscard]] const std::string& Markup() const { return markup; }
 
  private:
@@ -51,6 +58,9 @@ struct Plot {
   double height = 240.0;
   std::string values;  // markup of a table of what is drawn; may be empty
 };
+
+/// How many bytes all of the names begin with alike, up to the beginning of a word.
+[[nodiscard]] std::size_t SharedBeginning(const std::vector<std::string>& names);
 
 /// Maps an interval of values onto one of coordinates.
 struct Scale {

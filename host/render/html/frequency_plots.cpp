@@ -58,7 +58,9 @@ std::optional<Plot> FrequencyPlot(const ResultDocument& document, const ResultTe
   plot.kind = "frequencies";
   plot.title = firstSeries + " and " + secondSeries;
   double highest = 0.0;
+  std::vector<std::string> titles;
   for (const Pair& pair : pairs) {
+    titles.push_back(pair.title);
     highest = std::max({highest, Count(pair.first), Count(pair.second)});
   }
   const Scale across{0.0, highest > 0.0 ? highest : 1.0, kLeft, kRight};
@@ -66,9 +68,10 @@ std::optional<Plot> FrequencyPlot(const ResultDocument& document, const ResultTe
   plot.drawing.Name(kLeft + 20.0, 15.0, "start", firstSeries, 116.0);
   plot.drawing.Box(kLeft + 140.0, 6.0, 14.0, 10.0, "second hollow");
   plot.drawing.Name(kLeft + 160.0, 15.0, "start", secondSeries, 144.0);
+  const std::size_t shared = SharedBeginning(titles);
   double y = 30.0;
   for (const Pair& pair : pairs) {
-    plot.drawing.Name(kLabelEnd, y + 17.0, "end", pair.title, kLabelEnd - 2.0);
+    plot.drawing.Name(kLabelEnd, y + 17.0, "end", pair.title, kLabelEnd - 2.0, "name", shared);
     double bar = y;
     for (const auto& [text, shapeClass] :
          {std::pair{&pair.first, "first"}, std::pair{&pair.second, "second hollow"}}) {

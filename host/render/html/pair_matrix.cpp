@@ -53,7 +53,7 @@ class Triangle {
     for (std::size_t i = 0; i < samples.size(); ++i) places[samples[i]] = i;
     for (const SamplePair& pair : Pairs(comparison)) {
       const auto [column, row] = std::minmax(places[pair.first], places[pair.second]);
-      significances[row * samples.size() + column] = pair.adjusted;
+      significances[row * samples.size() + column] = pair.significance;
     }
   }
 
@@ -86,12 +86,12 @@ void DrawCells(Drawing& drawing, const Triangle& triangle, double from, const Sh
   drawing.Boxes(boxes, kRowHeight - 1.0, shade.shapeClass);
 }
 
-void DrawLegend(Drawing& drawing, const std::vector<Shade>& shades) {
+void DrawLegend(Drawing& drawing, const std::vector<Shade>& shades, const std::string& title) {
   constexpr double kBox = 14.0;
   constexpr double kStep = 20.0;
   const double left = kWidePlotWidth - kLegendWidth;
   double y = kTop + 12.0;
-  drawing.Text(left, y, "start", "Adjusted significance", "tick");
+  drawing.Text(left, y, "start", title, "tick");
   for (const Shade& shade : shades) {
     y += kStep;
     drawing.Box(left, y - 11.0, kBox, kBox, shade.shapeClass);
@@ -118,11 +118,12 @@ std::optional<Plot> PairwiseMatrix(const ResultDocument& document, const ResultT
   plot.width = kWidePlotWidth;
   plot.title = "Pairs of samples, from the greatest " + ComparedMeasureWords(test) + " down";
   plot.description = PairWords(document, test, Pairs(comparison));
+  const std::vector<std::string> titles = SampleTitles(document, test, comparison.order);
+  const std::size_t shared = SharedBeginning(titles);
   for (std::size_t row = 0; row < count; ++row) {
     const double y = At(kTop, kRowHeight, row);
-    plot.drawing.Name(kLeft - 6.0, y + 11.0, "end",
-                      SampleTitle(document, test, comparison.order[triangle.Sample(row)]),
-                      kLeft - 8.0);
+    plot.drawing.Name(kLeft - 6.0, y + 11.0, "end", titles[triangle.Sample(row)], kLeft - 8.0,
+                      "name", shared);
     plot.drawing.Box(kLeft, y, At(0.0, cell, row + 1), kRowHeight - 1.0, "pair none");
   }
   const std::vector<Shade> shades = Shades(document.sigLevel);
@@ -131,7 +132,7 @@ std::optional<Plot> PairwiseMatrix(const ResultDocument& document, const ResultT
     DrawCells(plot.drawing, triangle, from, shade, cell);
     from = shade.below;
   }
-  DrawLegend(plot.drawing, shades);
+  DrawLegend(plot.drawing, shades, "Shade: " + JudgedBy(comparison));
   plot.height = At(kTop, kRowHeight, count) + 8.0;
   plot.note =
       "A cell belongs to the sample of its row and to that of its column, which stands where the "

@@ -7,6 +7,7 @@
 #include "catalogue/cards/runs.h"
 #include "host/data/number.h"
 #include "host/render/html/markup.h"
+#include "host/render/html/value_marks.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
 
@@ -72,6 +73,17 @@ void DrawOutliers(Drawing& drawing, const ResultBoxPlot& box, const Scale& acros
   }
 }
 
+std::vector<double> WithoutOutliers(std::vector<double> values, const ResultBoxPlot& box) {
+  constexpr double kRounding = 1e-12;  // of the document's digits
+  std::erase_if(values, [&box](double value) {
+    return std::ranges::any_of(box.outliers, [value](const ResultOutlier& outlier) {
+      const double given = Finite(outlier.value).value_or(NAN);
+      return std::abs(given - value) <= kRounding * std::abs(value);
+    });
+  });
+  return values;
+}
+
 std::vector<double> BoxValues(const std::vector<ResultBoxPlot>& boxes) {
   std::vector<double> values;
   for (const ResultBoxPlot& box : boxes) {
@@ -98,11 +110,14 @@ std::optional<Plot> BoxPlots(const ResultDocument& document, const ResultTest& t
   const Scale across = ScaleOver(BoxValues(test.boxPlots), kLeft, kRight);
   const double bottom = kTop + step * static_cast<double>(test.boxPlots.size());
   double y = kTop + step / 2.0 + 3.0;
+  std::vector<std::int32_t> codes;
+  for (const ResultBoxPlot& box : test.boxPlots) codes.push_back(box.code);
+  const std::size_t shared = SharedBeginning(SampleTitles(document, test, codes));
   for (const ResultBoxPlot& box : test.boxPlots) {
     const std::string name = SampleTitle(document, test, box.code);
     plot.description += BoxWords(name, box);
     plot.drawing.Line(kLeft, y, kRight, y, "grid");
-    plot.drawing.Name(kLabelEnd, y + 4.0, "end", name, kLabelRoom);
+    plot.drawing.Name(kLabelEnd, y + 4.0, "end", name, kLabelRoom, "name", shared);
     std::vector<double> five;
     for (const std::string& number : box.fiveNumbers) {
       if (const auto value = Finite(number)) five.push_back(across(*value));
@@ -115,13 +130,16 @@ std::optional<Plot> BoxPlots(const ResultDocument& document, const ResultTest& t
       plot.drawing.Box(five[1], y - half, five[3] - five[1], 2.0 * half, "box");
       plot.drawing.Line(five[2], y - half, five[2], y + half, "median");
     }
+    DrawValues(plot.drawing, WithoutOutliers(GroupValues(document, test, {box.code}), box), across,
+               y, half - 2.0);
     DrawOutliers(plot.drawing, box, across, y);
     y += step;
   }
   plot.description.erase(0, 1);
   DrawAxisBelow(plot.drawing, across, bottom, title);
   plot.height = bottom + 44.0;
-  plot.note =
+  plot.note = document.values ? "Dots: the values, spread so that they can be told apart. " : "";
+  plot.note +=
       "Box: quartiles and median. Whiskers: the furthest values within 1.5 interquartile ranges of "
       "the box. Circles: outliers, with the case where the data name it.";
   return plot;
@@ -151,10 +169,13 @@ std::optional<Plot> RankPlot(const ResultDocument& document, const ResultTest& t
   const double barWidth = std::clamp((across(1.5) - across(1.0)) * 0.7, 1.5, 26.0);
   double base = kTop + kStep - 8.0;
   std::size_t number = 1;
+  std::vector<std::string> names;
+  for (const ResultGroup& group : test.groups) names.push_back(GroupTitle(document, test, group));
+  const std::size_t shared = SharedBeginning(names);
   for (const ResultGroup& group : test.groups) {
     const std::string name = GroupTitle(document, test, group);
     const std::string mean = FindText(group.figures, "MeanOfRank");
-    plot.drawing.Name(kLabelEnd, base - 20.0, "end", name, kLabelRoom);
+    plot.drawing.Name(kLabelEnd, base - 20.0, "end", name, kLabelRoom, "name", shared);
     plot.drawing.Text(kLabelEnd, base - 5.0, "end", FigureText(mean), "value");
     plot.drawing.Line(kLeft, base, kRight, base, "axis");
     for (const ResultBin& bin : group.bins) {

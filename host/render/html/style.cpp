@@ -32,6 +32,11 @@ svg .mark { fill: var(--second); stroke: var(--card); stroke-width: 1.5; }
 svg .whisker { stroke: var(--ink); stroke-width: 1.5; }
 svg .box { fill: var(--first); fill-opacity: .3; stroke: var(--first); stroke-width: 1.5; }
 svg .median { stroke: var(--ink); stroke-width: 3; }
+svg .values { fill: none; stroke: var(--quiet); stroke-opacity: .6; stroke-width: 5;
+  stroke-linecap: round; }
+svg .slope { fill: none; stroke: var(--quiet); stroke-opacity: .5; stroke-width: 1; }
+svg .slope.up { stroke: var(--first); stroke-opacity: .7; }
+svg .slope.down { stroke: var(--second); stroke-opacity: .7; }
 svg .outlier { fill: none; stroke: var(--second); stroke-width: 1.5; }
 svg .leader { stroke: var(--line); }
 svg .node { fill: var(--card); stroke: var(--ink); stroke-width: 2.5; }
@@ -139,7 +144,7 @@ tr.subheading th { font-weight: 600; padding-top: .75rem; }
 tr.effect th, tr.effect td { background: var(--band); font-weight: 600; }
 tr.effect th { padding-left: .4rem; }
 tr.differs th, tr.differs td { font-weight: 600; }
-tr.differs td:last-child { color: var(--reject); }
+table.wide tr.differs td:last-child { color: var(--reject); }
 tr.foot th, tr.foot td { color: var(--quiet); border-bottom: 0; }
 .member { display: inline-block; background: var(--band); border: 1px solid var(--line);
   border-radius: .3rem; padding: 0 .5rem; }

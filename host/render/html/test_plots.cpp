@@ -12,6 +12,7 @@
 #include "host/render/html/frequency_plots.h"
 #include "host/render/html/markup.h"
 #include "host/render/html/pair_matrix.h"
+#include "host/render/html/profile_plot.h"
 #include "host/render/html/sample_plots.h"
 #include "host/render/html/style.h"
 
@@ -99,6 +100,7 @@ std::string Svg(const Plot& plot, const std::string& style) {
 std::vector<Plot> TestPlots(const ResultDocument& document, const ResultTest& test,
                             const std::string& id) {
   Gallery gallery(id);
+  gallery.Add(ProfilePlot(document, test));
   gallery.Add(DifferencesPlot(document, test, gallery.TableId()));
   gallery.Add(MedianPlot(document, test, gallery.TableId()));
   gallery.Add(TwoSampleFunctions(document, test));

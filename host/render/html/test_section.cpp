@@ -8,6 +8,7 @@
 #include "host/render/effect_size.h"
 #include "host/render/extended_figures.h"
 #include "host/render/headline.h"
+#include "host/render/html/comparison_tables.h"
 #include "host/render/html/distribution_plots.h"
 #include "host/render/html/drawing.h"
 #include "host/render/html/markup.h"
@@ -95,6 +96,11 @@ std::string Messages(const ResultDocument& document, const ResultTest& test) {
   return markup + "</ul>\n";
 }
 
+std::string ChoiceMarkup(const ResultTest& test) {
+  if (test.chosenBecause.empty()) return {};
+  return "<p class=\"kind\">" + Escaped(ChoiceWords(test)) + "</p>\n";
+}
+
 // The sentence for a results section with its button, which the page's script shows.
 std::string SentenceMarkup(const ResultDocument& document, const ResultTest& test) {
   std::string markup = "<p class=\"apa\"><span>";
@@ -161,8 +167,8 @@ std::string TestSection(const ResultDocument& document, std::size_t index) {
                        "-heading\">\n<h2 id=\"" + id + "-heading\">" + std::to_string(index + 1) +
                        ". " + Escaped(TestHeading(document, test)) +
                        "</h2>\n<p class=\"hypothesis\">" + Escaped(Hypothesis(document, test)) +
-                       "</p>\n<p class=\"outcome\">" + DecisionMarkup(test) + " " +
-                       OutcomeMarkup(test) + "</p>\n";
+                       "</p>\n" + ChoiceMarkup(test) + "<p class=\"outcome\">" +
+                       DecisionMarkup(test) + " " + OutcomeMarkup(test) + "</p>\n";
   const std::string decision = DecisionText(document, test);
   if (!decision.empty()) markup += "<p class=\"decision\">" + Escaped(decision) + "</p>\n";
   const std::string difference = ExactDifference(document, test);

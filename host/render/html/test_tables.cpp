@@ -1,25 +1,19 @@
 #include "host/render/html/test_tables.h"
 
 #include <algorithm>
-#include <span>
 
 #include "host/data/number.h"
 #include "host/render/effect_size.h"
 #include "host/render/extended_figures.h"
 #include "host/render/extended_words.h"
-#include "host/render/html/comparison_plots.h"
 #include "host/render/html/markup.h"
 #include "host/render/listed.h"
-#include "host/render/pairs.h"
 #include "host/render/significance.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
 
 namespace npar_host {
 namespace {
-
-// More would run off a printed page.
-constexpr std::size_t kMostSubsetsAcross = 6;
 
 std::string LevelMarkup(std::string_view level) {
   return "<data value=\"" + Escaped(level) + "\">" + Escaped(AttainedText(level)) + "</data>";
@@ -68,56 +62,6 @@ std::string OutlierCell(const ResultBoxPlot& box) {
     if (!outlier.Case().empty()) cell += " (case " + Escaped(outlier.Case()) + ")";
   }
   return cell.empty() ? "none" : "<div class=\"list\">" + OutlierCount(box) + cell + "</div>";
-}
-
-bool HasFigures(const ResultTable& table, std::size_t column) {
-  return std::ranges::any_of(table.rows, [column](const TextRows::Row& row) {
-    return column < row.size() && !FigureText(row[column]).empty();
-  });
-}
-
-bool IsMember(const TextRows::Row& subset, std::size_t position) {
-  const auto first = subset.empty() ? std::nullopt : FigureNumber(subset[0]);
-  const auto last = subset.size() < 2 ? std::nullopt : FigureNumber(subset[1]);
-  const auto here = static_cast<double>(position);
-  return first && last && here >= *first && here <= *last;
-}
-
-// Subsets side by side, numbered from `number`, with the samples that are in one of them.
-std::string SubsetsTable(const ResultDocument& document, const ResultTest& test,
-                         std::span<const TextRows::Row> subsets, std::size_t number,
-                         const std::string& id) {
-  const ResultComparison& comparison = test.stepwise;
-  HtmlTable table(id, number == 1 ? "Homogeneous subsets: samples in one column do not differ"
-                                  : "Homogeneous subsets from " + std::to_string(number));
-  std::vector<std::string> columns{"Sample, by " + Escaped(ComparedMeasure(test))};
-  for (std::size_t i = 0; i < subsets.size(); ++i) {
-    columns.push_back("Subset\u00a0" + std::to_string(number + i));
-  }
-  table.SetColumns(columns);
-  for (std::size_t position = 0; position < comparison.order.size(); ++position) {
-    const auto holds = [position](const auto& subset) { return IsMember(subset, position); };
-    if (std::ranges::none_of(subsets, holds)) continue;
-    const std::string value =
-        position < comparison.values.size() ? comparison.values[position] : "";
-    std::vector<std::string> cells;
-    for (const auto& subset : subsets) {
-      cells.push_back(holds(subset) ? "<span class=\"member\">" + FigureMarkup(value) + "</span>"
-                                    : "");
-    }
-    table.AddRow(Escaped(SampleTitle(document, test, comparison.order[position])), cells);
-  }
-  const auto& names = comparison.content.columnNames;
-  for (std::size_t i = 2; i < names.size(); ++i) {
-    if (!HasFigures(comparison.content, i)) continue;
-    std::vector<std::string> cells;
-    for (const auto& subset : subsets) {
-      const std::string_view figure = i < subset.size() ? subset[i] : "";
-      cells.push_back(ShowMarkup(names[i], figure));
-    }
-    table.AddRow(Escaped(TableLabel(names[i])), cells, "foot");
-  }
-  return table.Markup("wide subsets");
 }
 
 }  // namespace
@@ -251,65 +195,6 @@ std::string FrequenciesTable(const ResultDocument& document, const ResultTest& t
     shown.AddRow(Escaped(Isolated(RowTitle(document, test, table, i))), cells);
   }
   return shown.Markup();
-}
-
-std::string PairwiseTable(const ResultDocument& document, const ResultTest& test,
-                          const std::string& id) {
-  const ResultComparison& comparison = test.pairwise;
-  if (!comparison.present || comparison.content.Empty()) return {};
-  HtmlTable table(id, kPairwiseCaption);
-  const auto& names = comparison.content.columnNames;
-  std::vector<std::string> columns{"Samples"};
-  std::vector<std::size_t> known;  // columns with at least one figure
-  for (std::size_t i = 2; i < names.size(); ++i) {
-    if (!HasFigures(comparison.content, i)) continue;
-    known.push_back(i);
-    columns.push_back(Escaped(TableLabel(names[i])));
-  }
-  const ExtendedColumns further(test, "Pairs", {"Sample1", "Sample2"});
-  AddLabels(columns, further);
-  columns.push_back("Result");
-  table.SetColumns(columns);
-  for (const SamplePair& pair : ListedPairs(comparison)) {
-    const TextRows::Row row = comparison.content.rows[pair.row];
-    std::vector<std::string> cells;
-    for (const std::size_t i : known) {
-      const std::string_view figure = i < row.size() ? row[i] : "";
-      cells.push_back(ShowMarkup(names[i], figure));
-    }
-    AddFurther(cells, further, pair.row);
-    const bool differs = pair.adjusted < document.sigLevel;
-    cells.push_back(differs ? "differ" : "no difference");
-    table.AddRow(Escaped(SampleTitle(document, test, comparison.order[pair.first]) + " \u2013 " +
-                         SampleTitle(document, test, comparison.order[pair.second])),
-                 cells, differs ? "differs" : "");
-  }
-  if (IsTraceable(comparison)) return table.Markup("wide");
-  const std::string unlisted = UnlistedPairs(comparison);
-  return "<details class=\"wide\"><summary>Pairs of samples</summary>\n" +
-         (unlisted.empty() ? "" : "<p class=\"note\">" + unlisted + "</p>\n") +
-         table.Markup("wide") + "</details>\n";
-}
-
-std::string SubsetsTables(const ResultDocument& document, const ResultTest& test,
-                          const std::string& id) {
-  const ResultComparison& comparison = test.stepwise;
-  if (!comparison.present || comparison.content.Empty()) return {};
-  // By their first sample, as readers expect the columns.
-  std::vector<TextRows::Row> subsets(comparison.content.rows.begin(),
-                                     comparison.content.rows.end());
-  std::ranges::stable_sort(subsets, {}, [](const auto& subset) {
-    return subset.empty() ? 0.0 : FigureNumber(subset[0]).value_or(0.0);
-  });
-  const std::size_t tables = (subsets.size() + kMostSubsetsAcross - 1) / kMostSubsetsAcross;
-  std::string markup;
-  for (std::size_t i = 0; i < tables; ++i) {
-    const std::size_t first = subsets.size() * i / tables;
-    const std::size_t last = subsets.size() * (i + 1) / tables;
-    markup += SubsetsTable(document, test, std::span(subsets).subspan(first, last - first),
-                           first + 1, id + (i == 0 ? "" : std::to_string(i + 1)));
-  }
-  return markup;
 }
 
 }  // namespace npar_host

@@ -26,10 +26,5 @@ namespace npar_host {
 /// Frequencies or a cross table.
 [[nodiscard]] std::string FrequenciesTable(const ResultDocument& document, const ResultTest& test,
                                            const ResultTable& table, const std::string& id);
-[[nodiscard]] std::string PairwiseTable(const ResultDocument& document, const ResultTest& test,
-                                        const std::string& id);
-/// Homogeneous subsets: samples in rows, subsets in columns; many subsets make several tables.
-[[nodiscard]] std::string SubsetsTables(const ResultDocument& document, const ResultTest& test,
-                                        const std::string& id);
 
 }  // namespace npar_host

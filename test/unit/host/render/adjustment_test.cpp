@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace npar_host {
 namespace {
 
@@ -32,6 +34,30 @@ TEST(AdjustmentTest, CountsTheTestsThatHaveASignificance) {
   AdjustOverTests(document, FindAdjustment("bonferroni"));
   EXPECT_EQ(document.tests[0].adjustedSignificance, 0.04);
   EXPECT_FALSE(document.tests[1].adjustedSignificance);
+}
+
+// The second pair has no significance, and counts among the four all the same. R 4.2:
+// p.adjust(c(0.01, 1, 0.02, 0.03), "holm").
+TEST(AdjustmentTest, OfPairsIsOverAllOfThemAndTheDocumentsOwnAfterBonferroni) {
+  ResultComparison comparison;
+  comparison.content.columnNames = {"Sample1", "Sample2", "Sig", "AdjSig"};
+  comparison.content.rows = {{"0", "1", "0.01", "0.0401"},
+                             {"0", "2", "__MISSING__", "__MISSING__"},
+                             {"1", "2", "0.02", "0.08"},
+                             {"1", "3", "0.03", "0.12"}};
+  const auto adjusted = [&comparison](Adjustment adjustment) {
+    std::vector<double> values = AdjustedPairs(comparison, adjustment);
+    EXPECT_TRUE(std::isnan(values[1]));
+    values[1] = 0.0;
+    return values;
+  };
+  const auto near = [](const std::vector<double>& wanted) {
+    return Pointwise(DoubleNear(kTolerance), wanted);
+  };
+  EXPECT_THAT(adjusted(Adjustment::None), near({0.01, 0.0, 0.02, 0.03}));
+  EXPECT_THAT(adjusted(Adjustment::Bonferroni), near({0.0401, 0.0, 0.08, 0.12}));
+  EXPECT_THAT(adjusted(Adjustment::Holm), near({0.04, 0.0, 0.06, 0.06}));
+  EXPECT_THAT(adjusted(Adjustment::BenjaminiHochberg), near({0.04, 0.0, 0.04, 0.04}));
 }
 
 }  // namespace

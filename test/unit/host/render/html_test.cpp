@@ -3,12 +3,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <pugixml.hpp>
 #include <set>
 #include <sstream>
 
 #include "host/data/number.h"
+#include "host/render/adjustment.h"
 #include "host/render/effect_size.h"
+#include "host/render/html/drawing.h"
 #include "host/render/wording.h"
 #include "support/process.h"
 
@@ -107,6 +111,11 @@ TEST(HtmlReportTest, HoldsEachNumberOfTheDocumentAndNoOther) {
     for (const ResultTest& test : document.tests) {
       if (const auto effect = FindEffectSize(document, test)) {
         numbers.insert(NumberText(effect->value));
+      }
+      for (const Adjustment adjustment : {Adjustment::Holm, Adjustment::BenjaminiHochberg}) {
+        for (const double p : AdjustedPairs(test.pairwise, adjustment)) {
+          numbers.insert(NumberText(p));
+        }
       }
     }
     for (const auto& found : page.xml.select_nodes("//data")) {
@@ -247,7 +256,50 @@ TEST(HtmlReportTest, PairsThatNoEyeCanTraceAreAMatrix) {
   EXPECT_EQ(cells("pair strong"), "M150 204h44v13h-44z");
   EXPECT_EQ(cells("pair plain"), "M150 190h22v13h-22z");
   EXPECT_EQ(cells("pair clear"), "");
-  EXPECT_EQ(page.Count("//details[@class='wide']//table"), 1u);
+  // Each first sample stands once above its pairs.
+  EXPECT_EQ(page.Count("//details[@class='wide']//tr[@class='subheading']"), 14u);
+  EXPECT_EQ(page.Count("//details[@class='wide']//tr[td]"), 105u);
+  EXPECT_EQ(page.Count("//details[@class='wide']//tr[@class='differs']"), 3u);
+}
+
+// Two records of one group, two of the other and one without a value.
+TEST(HtmlReportTest, ValuesAreDrawnWhereThereAreAny) {
+  ResultDocument document = Reference("tooth_growth_supp");
+  document.values = RecordValues{{{4.0, 6.0, NAN, 8.0, 8.0}, {0.0, 1.0, 1.0, 1.0, 0.0}}};
+  const Page groups(document);
+  const auto dots = [](const Page& page, const std::string& kind) {
+    std::vector<std::size_t> counts;
+    for (const auto& found : page.xml.select_nodes(
+             ("//figure[contains(@class, '" + kind + "')]//path[@class='values']").c_str())) {
+      const std::string path = found.node().attribute("d").value();
+      counts.push_back(static_cast<std::size_t>(std::ranges::count(path, 'M')));
+    }
+    return counts;
+  };
+  const std::vector<std::size_t> drawn = dots(groups, "mirrored");
+  ASSERT_GE(drawn.size(), 2u);
+  EXPECT_EQ(drawn[0], 2u);
+  EXPECT_EQ(drawn[1], 2u);
+  ResultDocument pairs = Reference("sleep_pairs");
+  EXPECT_EQ(Page(pairs).Count("//figure[contains(@class, 'profiles')]"), 0u);
+  pairs.values = RecordValues{{{1.0, 2.0, 3.0, NAN}, {2.0, 1.0, 5.0, 1.0}}};
+  const Page page(pairs);
+  EXPECT_EQ(page.Count("//figure[contains(@class, 'profiles')]"), 2u);
+  EXPECT_THAT(page.text,
+              HasSubstr("In 2 records drug2 is above drug1, in 1 below, in 0 the same."));
+  EXPECT_EQ(dots(page, "profiles"), (std::vector<std::size_t>{6, 6}));
+}
+
+TEST(HtmlReportTest, NamesThatBeginAlikeAreCutWhereTheyDiffer) {
+  const auto shared = [](const std::vector<std::string>& names) { return SharedBeginning(names); };
+  EXPECT_EQ(shared({"Department of A", "Department of Bee"}), 14u);
+  EXPECT_EQ(shared({"north-1", "north-2"}), 6u);
+  EXPECT_EQ(shared({"sample1", "sample2"}), 0u);  // within a word
+  EXPECT_EQ(shared({"alone and long"}), 0u);
+  Drawing drawing;
+  const std::string name = "The long name of department twelve";
+  drawing.Name(0, 0, "end", name, 80.0, "name", 28);
+  EXPECT_THAT(drawing.Markup(), HasSubstr("<title>" + name + "</title>\u2026twelve<"));
 }
 
 struct HostileCase {

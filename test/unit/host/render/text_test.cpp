@@ -95,11 +95,11 @@ TEST(TextReportTest, ComparisonsNameTheirSamplesAndMarkTheSignificantOnes) {
   EXPECT_THAT(text, HasSubstr(R"(
   Pairwise comparisons: significances are two-sided, adjusted ones after
   Bonferroni
-  Sample 1  Sample 2  Statistic     Std.       Std.    Sig.  Adj.
-                                   error  statistic          sig.
-  Gamma     Beta       -12345.7  12345.7   -2.34568    .012  .046  *
-  Beta      Alpha      -12345.7  12345.7   -2.34568  < .001  .123
-  * adjusted significance below 0.05
+  Sample 1  Sample 2  Statistic     Std.       Std.    Sig.  Bonferroni
+                                   error  statistic                sig.
+  Gamma     Beta       -12345.7  12345.7   -2.34568    .012       .046*
+  Beta      Alpha      -12345.7  12345.7   -2.34568  < .001        .123
+  * significance after Bonferroni below 0.05
 )"));
   EXPECT_THAT(text, HasSubstr(R"(
   Homogeneous subsets: samples in one column do not differ significantly
@@ -145,10 +145,14 @@ TEST(TextReportTest, SubsetsThatNeedBlocksRepeatOnlyTheRowsThatHaveAnEntry) {
 
 TEST(TextReportTest, EachBlockOfPairsNamesBothSamples) {
   EXPECT_THAT(RenderText(ComparisonDocument({"a", "b", "c"}), {.width = 50}), HasSubstr(R"(
-  Sample 1  Sample 2       Std.    Sig.  Adj.
-                      statistic          sig.
-  c         b          -2.34568    .012  .046  *
-  b         a          -2.34568  < .001  .123
+  Sample 1  Sample 2       Std.    Sig.
+                      statistic
+  c         b          -2.34568    .012
+  b         a          -2.34568  < .001
+
+  Sample 1  Sample 2  Bonferroni
+                            sig.
+  c         b              .046*
 )"));
 }
 

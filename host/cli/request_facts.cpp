@@ -1,0 +1,92 @@
+#include "host/cli/request_facts.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "catalogue/catalogue.h"
+#include "host/render/sample_order.h"
+#include "host/render/wording.h"
+
+namespace npar_host {
+namespace {
+
+namespace cochran_q = catalogue::cochran_q;
+namespace jonckheere = catalogue::jonckheere_terpstra;
+
+// The test of the request that made the document's test.
+const TestRequest* AskedTest(const AnalysisRequest& request, const ResultTest& test) {
+  const auto found = std::ranges::find_if(request.tests, [&test](const TestRequest& asked) {
+    return asked.Test().element == test.name;
+  });
+  return found == request.tests.end() ? nullptr : &*found;
+}
+
+// The category of the first field in the first record that holds all of the fields.
+std::vector<std::string> FirstCategory(const ResultDocument& document, const ResultTest& test,
+                                       const PreparedData& records) {
+  std::vector<std::size_t> columns;
+  for (const std::size_t index : test.ConditionFields(0, document.fields.size())) {
+    const auto& fields = records.model.fields;
+    const auto found = std::ranges::find(fields, document.fields[index].name, &Field::name);
+    if (found == fields.end()) return {};
+    columns.push_back(static_cast<std::size_t>(found - fields.begin()));
+  }
+  if (columns.empty()) return {};
+  std::vector<double> row(records.records.Width());
+  for (std::size_t next = 0; records.records.Read(next, 1, row.data()) == 1;) {
+    if (std::ranges::any_of(columns, [&row](std::size_t i) { return row[i] == kMissingCode; })) {
+      continue;
+    }
+    const auto code = static_cast<std::size_t>(row[columns.front()]);
+    return {records.model.fields[columns.front()].categories[code].text};
+  }
+  return {};
+}
+
+std::vector<std::string> SuccessesOf(const ResultDocument& document, const ResultTest& test,
+                                     const AnalysisRequest& request, const Execution& execution) {
+  const TestRequest* const asked = AskedTest(request, test);
+  std::vector<std::string> given;
+  for (const NamedCategory& named :
+       asked == nullptr ? std::vector<NamedCategory>() : asked->NamedCategories()) {
+    given.push_back(named.category);
+  }
+  if (!given.empty() || execution.Records() == nullptr) return given;
+  return FirstCategory(document, test, *execution.Records());
+}
+
+}  // namespace
+
+RequestFacts FindRequestFacts(const AnalysisRequest& request, FieldInference& inference) {
+  RequestFacts facts{inference.Choices(request), {}};
+  for (const std::string& field : request.NamedFields()) {
+    facts.fields.push_back(
+        {field, inference.MeasureOf(request, field), inference.MissingOf(field)});
+  }
+  return facts;
+}
+
+void TellRequest(ResultDocument& document, const AnalysisRequest& request,
+                 const RequestFacts& facts, const Execution& execution) {
+  for (ResultField& field : document.fields) {
+    const auto fact = std::ranges::find(facts.fields, field.name, &TracedField::name);
+    field.isNominal = fact != facts.fields.end() && fact->measure == "nominal";
+  }
+  for (ResultTest& test : document.tests) {
+    for (const Choice& choice : facts.choices) {
+      if (catalogue::FindTest(choice.test)->element == test.name) {
+        test.chosenBecause = choice.because;
+      }
+    }
+    if (test.name == cochran_q::kCard.element && !test.Failed()) {
+      test.successes = SuccessesOf(document, test, request, execution);
+    }
+    if (test.name == jonckheere::kCard.element) {
+      const TestRequest* const asked = AskedTest(request, test);
+      test.groupsDescend = asked != nullptr && asked->ValueOf("order") == "descending";
+    }
+  }
+  OrderSamples(document);
+}
+
+}  // namespace npar_host
