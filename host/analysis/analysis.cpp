@@ -5,6 +5,7 @@
 
 #include "host/analysis/failure.h"
 #include "host/analysis/linked_component.h"
+#include "host/analysis/request_facts.h"
 #include "host/data/input_error.h"
 #include "host/data/join_words.h"
 #include "host/render/json_writer.h"
@@ -82,6 +83,7 @@ ModelledData Analysis::Model(ArrowCells cells, AnalysisRequest& request) {
   FieldInference inference(source, cells.data);
   inference.Infer(request);
   notes = inference.Notes(request);
+  facts = FindRequestFacts(request, inference);
   std::vector<FieldSpec> specs = ParseModel(DataModelDocument(request), "the data model");
   for (const ArrowField& field : cells.fields) {
     if (field.storage != Storage::Infer) SpecOf(specs, field.name).storage = field.storage;
@@ -94,6 +96,7 @@ void Analysis::Run(const Progress& progress) {
   document.reset();
   messages.clear();
   notes.clear();
+  facts = {};
   forms.clear();
   if (table.IsEmpty()) {
     throw StateError("the analysis has no data; give it a stream or columns before a run");
@@ -112,10 +115,11 @@ void Analysis::Run(const Progress& progress) {
   AnalysisRun run(LinkedComponent(), ParameterDocument(request), std::move(modelled));
   run.Prepare();
   Execute(run, progress);
-  // The names of cases are the run's; without them it can go.
-  if (!request.caseIdField.empty()) {
-    ReadDocument([&run](double identifier) { return std::string(run.CaseText(identifier)); });
-  }
+  document = ReadResultDocument(*documentText, "the result document");
+  NameCases(*document, [&run](double identifier) { return std::string(run.CaseText(identifier)); });
+  AdjustOverTests(*document, choices.adjustment);
+  AdjustPairs(*document, choices.pairAdjustment);
+  TellRequest(*document, request, facts, run.Records());
 }
 
 void Analysis::Execute(AnalysisRun& run, const Progress& progress) {
@@ -145,22 +149,11 @@ void Analysis::Execute(AnalysisRun& run, const Progress& progress) {
   documentText = std::move(result.document);
 }
 
-void Analysis::ReadDocument(const CaseNames& names) {
-  document = ReadResultDocument(*documentText, "the result document");
-  if (names) NameCases(*document, names);
-  AdjustOverTests(*document, choices.adjustment);
-}
-
-const ResultDocument& Analysis::Document() {
-  if (!document) ReadDocument({});
-  return *document;
-}
-
 std::string Analysis::Render(const std::string& form) {
   if (form == kNotes) return Json(notes).dump();
   if (form == kMessages) return MessagesJson(messages);
   const Renderer* const renderer = FindRenderer(form);
-  if (renderer != nullptr) return Rendered(*renderer, Document(), choices.style);
+  if (renderer != nullptr) return Rendered(*renderer, *document, choices.style);
   std::vector<std::string> names = {kDocument};
   for (const Renderer& each : AllRenderers()) names.emplace_back(each.name);
   names.insert(names.end(), {kNotes, kMessages});

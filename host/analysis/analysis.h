@@ -13,6 +13,7 @@
 
 #include "host/analysis/choices.h"
 #include "host/analysis/outcome.h"
+#include "host/analysis/request_facts.h"
 #include "host/arrow/arrow_table.h"
 #include "host/arrow/import.h"
 #include "host/loader/analysis_run.h"
@@ -45,8 +46,6 @@ class Analysis {
   [[nodiscard]] ModelledData Model(ArrowCells cells, AnalysisRequest& request);
   void Execute(AnalysisRun& run, const Progress& progress);
   [[nodiscard]] std::string Render(const std::string& form);
-  [[nodiscard]] const ResultDocument& Document();
-  void ReadDocument(const CaseNames& names);
 
   Choices choices;
   ArrowTable table;
@@ -59,7 +58,8 @@ class Analysis {
   std::optional<std::string> documentText;
   std::vector<RunMessage> messages;
   std::vector<std::string> notes;
-  std::optional<ResultDocument> document;  // once it is asked for
+  RequestFacts facts;
+  std::optional<ResultDocument> document;
   std::map<std::string, std::string> forms;
 };
 

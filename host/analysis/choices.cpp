@@ -28,6 +28,11 @@ bool Flag(const char* option, const std::string& value) {
   return OneOf(option, value, {"false", "true"}) == 1;
 }
 
+Adjustment AdjustmentOf(const char* option, const std::string& value) {
+  static_cast<void>(OneOf(option, value, {"none", "bonferroni", "holm", "bh"}));
+  return FindAdjustment(value);
+}
+
 unsigned Threads(const std::string& value) {
   constexpr unsigned kMost = 4096;
   unsigned count = 0;
@@ -91,8 +96,11 @@ constexpr Option kOptions[] = {
      }},
     {"adjust",
      [](Choices& choices, const std::string& value) {
-       static_cast<void>(OneOf("adjust", value, {"none", "bonferroni", "holm", "bh"}));
-       choices.adjustment = FindAdjustment(value);
+       choices.adjustment = AdjustmentOf("adjust", value);
+     }},
+    {"adjust-pairs",
+     [](Choices& choices, const std::string& value) {
+       choices.pairAdjustment = AdjustmentOf("adjust-pairs", value);
      }},
     {"threads",
      [](Choices& choices, const std::string& value) { choices.threads = Threads(value); }},

@@ -13,7 +13,8 @@ namespace npar_host {
 /// What a program chooses of an analysis, option by option.
 struct Choices {
   AnalysisRequest request;
-  Adjustment adjustment = Adjustment::None;
+  Adjustment adjustment = Adjustment::None;  ///< over tests
+  Adjustment pairAdjustment = Adjustment::Bonferroni;
   TextStyle style;
   unsigned threads = 0;  ///< the most that a run may use; 0: as many as the library likes
 

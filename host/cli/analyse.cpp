@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "host/analysis/request_facts.h"
 #include "host/cli/analyse_options.h"
 #include "host/cli/analysis_cells.h"
 #include "host/cli/command_line.h"
@@ -13,7 +14,6 @@
 #include "host/cli/output.h"
 #include "host/cli/plot_files.h"
 #include "host/cli/report_request.h"
-#include "host/cli/request_facts.h"
 #include "host/cli/trace.h"
 #include "host/data/reshape.h"
 #include "host/render/result_model.h"
@@ -77,36 +77,6 @@ std::vector<ReportRequest> Reports(const AnalyseOptions& options) {
   return reports;
 }
 
-// The values of few enough records to be drawn one by one, as the component got them.
-std::optional<RecordValues> CollectValues(const ResultDocument& document,
-                                          const Execution& execution) {
-  constexpr std::int64_t kMostDrawn = 500;  // more points cover each other
-  const PreparedData* const records = execution.Records();
-  if (records == nullptr || records->records.Width() == 0) return std::nullopt;
-  if (records->counts.weighted > kMostDrawn) return std::nullopt;
-  const std::vector<Field>& fields = records->model.fields;
-  const auto weight = std::ranges::find(fields, Role::FrequencyWeight, &Field::role);
-  const std::size_t width = records->records.Width();
-  std::vector<double> rows(static_cast<std::size_t>(records->counts.kept) * width);
-  std::size_t next = 0;
-  const std::size_t count = records->records.Read(next, rows.size() / width, rows.data());
-  RecordValues values;
-  for (const ResultField& told : document.fields) {
-    std::vector<double>& column = values.fields.emplace_back();
-    const auto field = std::ranges::find(fields, told.name, &Field::name);
-    if (field == fields.end()) continue;
-    const auto index = static_cast<std::size_t>(field - fields.begin());
-    const double missing = field->IsCategorical() ? kMissingCode : kMissingNumber;
-    for (std::size_t record = 0; record < count; ++record) {
-      const double* const row = &rows[record * width];
-      const double times = weight == fields.end() ? 1.0 : row[weight - fields.begin()];
-      column.insert(column.end(), static_cast<std::size_t>(times),
-                    row[index] == missing ? NAN : row[index]);
-    }
-  }
-  return values;
-}
-
 int ExitCodeOf(const ResultDocument& document) {
   const bool isAllFailed =
       !document.tests.empty() && std::ranges::all_of(document.tests, &ResultTest::Failed);
@@ -141,8 +111,8 @@ int Analyse(const AnalyseOptions& options) {
   ResultDocument document = ReadResultDocument(*std::move(text), "the result document");
   NameCases(document, [&](double identifier) { return execution.CaseText(identifier); });
   Adjust(document, options.adjust);
-  TellRequest(document, request, facts, execution);
-  document.values = CollectValues(document, execution);
+  if (const PreparedData* records = execution.Records())
+    TellRequest(document, request, facts, *records);
   if (!options.noTrace) {
     document.trace = MakeTrace(options.execution.dataPath, document, facts.fields);
   }

@@ -96,11 +96,11 @@ void npar_analysis_destroy(NparAnalysis* analysis);
  * nominal, ordinal. The option test adds a test a call, "NAME[:key=value,..]" as on the command
  * line (docs/npar.1; npar_catalogue lists names and options). These take one value, the last one
  * set: by, weight, case-id (a field name, empty for none), missing (analysis or listwise),
- * significance, confidence (percent, or a proportion below 1), adjust (none, bonferroni, holm, bh),
- * threads (0 or the most that a run may use; the default 0 leaves it to the library), extended,
- * ascii and sentences (true or false; extended is true by default, the others concern the text
- * report). NPAR_A_USAGE for another option and a value that the option can't take; whether all of
- * it fits together and with the data is seen at the run. */
+ * significance, confidence (percent, or a proportion below 1), adjust and adjust-pairs (none,
+ * bonferroni, holm, bh), threads (0 or the most that a run may use; the default 0 leaves it to the
+ * library), extended, ascii and sentences (true or false; extended is true by default, the others
+ * concern the text report). NPAR_A_USAGE for another option and a value that the option can't take;
+ * whether all of it fits together and with the data is seen at the run. */
 uint32_t npar_analysis_set(NparAnalysis* analysis, const char* option, const char* value);
 
 /* Makes the field ordinal with these categories, ascending; others of the data come last. A number

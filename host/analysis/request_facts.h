@@ -2,10 +2,10 @@
 
 #include <vector>
 
-#include "host/cli/execution.h"
-#include "host/cli/field_inference.h"
 #include "host/render/result_model.h"
 #include "host/request/analysis_documents.h"
+#include "host/request/field_inference.h"
+#include "host/requirements/requirements.h"
 
 namespace npar_host {
 
@@ -20,8 +20,9 @@ struct RequestFacts {
                                             FieldInference& inference);
 
 /// Tells the document of its run why tests were chosen, what counts as success, in which order
-/// groups stand, and which fields are nominal. After the run.
+/// groups stand, which fields are nominal, and the values of few enough records to be drawn one by
+/// one. The records as the component got them.
 void TellRequest(ResultDocument& document, const AnalysisRequest& request,
-                 const RequestFacts& facts, const Execution& execution);
+                 const RequestFacts& facts, const PreparedData& records);
 
 }  // namespace npar_host

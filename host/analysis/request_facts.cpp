@@ -1,6 +1,8 @@
-#include "host/cli/request_facts.h"
+#include "host/analysis/request_facts.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
 #include <optional>
 
 #include "catalogue/catalogue.h"
@@ -44,15 +46,43 @@ std::vector<std::string> FirstCategory(const ResultDocument& document, const Res
 }
 
 std::vector<std::string> SuccessesOf(const ResultDocument& document, const ResultTest& test,
-                                     const AnalysisRequest& request, const Execution& execution) {
+                                     const AnalysisRequest& request, const PreparedData& records) {
   const TestRequest* const asked = AskedTest(request, test);
   std::vector<std::string> given;
   for (const NamedCategory& named :
        asked == nullptr ? std::vector<NamedCategory>() : asked->NamedCategories()) {
     given.push_back(named.category);
   }
-  if (!given.empty() || execution.Records() == nullptr) return given;
-  return FirstCategory(document, test, *execution.Records());
+  return given.empty() ? FirstCategory(document, test, records) : given;
+}
+
+// The values of few enough records to be drawn one by one, as the component got them.
+std::optional<RecordValues> CollectValues(const ResultDocument& document,
+                                          const PreparedData& prepared) {
+  constexpr std::int64_t kMostDrawn = 500;  // more points cover each other
+  const RecordView& records = prepared.records;
+  if (records.Width() == 0 || prepared.counts.weighted > kMostDrawn) return std::nullopt;
+  const std::vector<Field>& fields = prepared.model.fields;
+  const auto weight = std::ranges::find(fields, Role::FrequencyWeight, &Field::role);
+  const std::size_t width = records.Width();
+  std::vector<double> rows(static_cast<std::size_t>(prepared.counts.kept) * width);
+  std::size_t next = 0;
+  const std::size_t count = records.Read(next, rows.size() / width, rows.data());
+  RecordValues values;
+  for (const ResultField& told : document.fields) {
+    std::vector<double>& column = values.fields.emplace_back();
+    const auto field = std::ranges::find(fields, told.name, &Field::name);
+    if (field == fields.end()) continue;
+    const auto index = static_cast<std::size_t>(field - fields.begin());
+    const double missing = field->IsCategorical() ? kMissingCode : kMissingNumber;
+    for (std::size_t record = 0; record < count; ++record) {
+      const double* const row = &rows[record * width];
+      const double times = weight == fields.end() ? 1.0 : row[weight - fields.begin()];
+      column.insert(column.end(), static_cast<std::size_t>(times),
+                    row[index] == missing ? NAN : row[index]);
+    }
+  }
+  return values;
 }
 
 }  // namespace
@@ -67,7 +97,7 @@ RequestFacts FindRequestFacts(const AnalysisRequest& request, FieldInference& in
 }
 
 void TellRequest(ResultDocument& document, const AnalysisRequest& request,
-                 const RequestFacts& facts, const Execution& execution) {
+                 const RequestFacts& facts, const PreparedData& records) {
   for (ResultField& field : document.fields) {
     const auto fact = std::ranges::find(facts.fields, field.name, &TracedField::name);
     field.isNominal = fact != facts.fields.end() && fact->measure == "nominal";
@@ -79,13 +109,14 @@ void TellRequest(ResultDocument& document, const AnalysisRequest& request,
       }
     }
     if (test.name == cochran_q::kCard.element && !test.Failed()) {
-      test.successes = SuccessesOf(document, test, request, execution);
+      test.successes = SuccessesOf(document, test, request, records);
     }
     if (test.name == jonckheere::kCard.element) {
       const TestRequest* const asked = AskedTest(request, test);
       test.groupsDescend = asked != nullptr && asked->ValueOf("order") == "descending";
     }
   }
+  document.values = CollectValues(document, records);
   OrderSamples(document);
 }
 
