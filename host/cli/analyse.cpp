@@ -101,6 +101,7 @@ int Analyse(const AnalyseOptions& options) {
     KeepDocuments(options.keepDocuments, parameters, model());
     if (analysis.isReshaped) KeepData(options.keepDocuments, *analysis.cells);
   }
+  if (options.isPlan) return kExitSuccess;
   execution.FindModel(model());
   auto text = execution.Run(parameters);
   if (!text) return execution.ExitCode();

@@ -115,6 +115,8 @@ void AddAnalyseOptions(CLI::App& command, AnalyseOptions& options) {
           "a report as text, html, json, markdown, latex or csv, to standard output or a file "
           "(default: text)");
   AddAdjustOptions(command, options.adjust);
+  command.add_flag("--plan", options.isPlan,
+                   "run no test: tell which would run and why, and what the fields are taken for");
   AddTextOptions(command, options.choices);
   command.add_flag("--no-trace", options.noTrace,
                    "leave file, times and command line out of reports: same input, same bytes");

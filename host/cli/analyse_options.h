@@ -31,6 +31,7 @@ struct AnalyseOptions {
   std::vector<std::string> reports;
   TextChoices choices;
   bool noTrace = false;
+  bool isPlan = false;
   std::string plots;
   AdjustChoices adjust;
 };

@@ -75,10 +75,12 @@ std::string ValuesLine(const FieldDescription& field, bool ascii) {
     return line + "  |" + Sparkline(field.histogram, ascii) + "|";
   }
   std::vector<std::string> told;
+  constexpr std::size_t kMostTold = 8;
   for (const auto& [category, count] : field.categories) {
+    if (told.size() == kMostTold) break;
     told.push_back(category + " (" + std::to_string(count) + ")");
   }
-  if (field.categories.size() < field.different) told.emplace_back("...");
+  if (told.size() < field.different) told.emplace_back("...");
   return Count(field.different, "category", "categories") +
          (told.empty() ? "" : ": " + JoinWords(told, ", "));
 }

@@ -10,8 +10,8 @@
 namespace npar_host {
 namespace {
 
-constexpr std::size_t kClasses = 12;   // of a histogram
-constexpr std::size_t kMostShown = 8;  // categories
+constexpr std::size_t kClasses = 12;      // of a histogram
+constexpr std::size_t kMostListed = 100;  // categories
 constexpr std::size_t kMostOfTwoClasses = 2;
 constexpr std::size_t kMostGroups = 12;  // that a test would be suggested for
 
@@ -55,7 +55,7 @@ void ListCategories(const std::vector<std::size_t>& counts, const Column& column
   }
   std::ranges::stable_sort(field.categories,
                            [](const auto& a, const auto& b) { return a.second > b.second; });
-  if (field.categories.size() > kMostShown) field.categories.resize(kMostShown);
+  if (field.categories.size() > kMostListed) field.categories.resize(kMostListed);
 }
 
 std::string WhyOf(const FieldDescription& field, const Column& column, const CsvReader& reader) {
@@ -84,7 +84,7 @@ FieldDescription DescribeField(const Dataset& data, std::size_t index, const Csv
   field.kind = isNominal ? "nominal" : "continuous";
   field.why = WhyOf(field, column, reader);
   if (!column.isText) MeasureRange(counts, pool, field);
-  if (isNominal) ListCategories(counts, column, pool, field);
+  if (isNominal || field.different <= kMostGroups) ListCategories(counts, column, pool, field);
   if (column.isText) field.nearlyEqual = NearlyEqualTexts(column);
   return field;
 }

@@ -23,7 +23,8 @@ struct FieldDescription {
   double lowest = 0.0;
   double highest = 0.0;
   std::vector<std::size_t> histogram;  ///< records in classes of equal width
-  /// Categories with their records, the most frequent first; a few of them.
+  /// Categories with their records, the most frequent first, up to a hundred; of a continuous field
+  /// the values, where they are few enough to be groups.
   std::vector<std::pair<std::string, std::size_t>> categories;
   std::vector<std::string> nearlyEqual;  ///< see NearlyEqualTexts
 

@@ -127,12 +127,33 @@ TEST_F(CommandLineTest, AnalyseAsksForExtendedFiguresUnlessItIsToldNotTo) {
 TEST_F(CommandLineTest, AnalyseTellsTheMeasurementLevelsThatItInferred) {
   const std::vector<std::string> command = {
       "analyse", "examples/tooth_growth.csv", "--independent", "len", "--by", "supp"};
-  EXPECT_EQ(RunNpar(command).err,
-            "npar: inferred: continuous: len; nominal: supp\n"
-            "npar: mann-whitney is chosen, because supp has 2 groups\n");
+  const std::string told =
+      "npar: inferred: continuous: len; nominal: supp\n"
+      "npar: mann-whitney is chosen, because supp has 2 groups\n";
+  EXPECT_EQ(RunNpar(command).err, told);
+  auto planned = command;
+  planned.insert(planned.end(), {"--plan", "--out", folder.Path("none.xml")});
+  const ProcessResult plan = RunNpar(planned);
+  EXPECT_EQ(std::pair(plan.err, plan.out), std::pair(told, std::string()));
+  EXPECT_FALSE(std::filesystem::exists(folder.Path("none.xml")));
   auto given = command;
   given.insert(given.end(), {"--continuous", "len", "--nominal", "supp", "--test", "mann-whitney"});
   EXPECT_THAT(RunNpar(given).err, IsEmpty());
+}
+
+TEST_F(CommandLineTest, DescribeTellsProgramsOfCategoriesThatMayBeOrderedOrFormGroups) {
+  std::string cells = "many,few\n";
+  for (int i = 0; i < 24; ++i) {
+    cells += "c" + std::to_string(i % 12) + "," + std::to_string(i % 3) + "\n";
+  }
+  const std::string data = folder.Write("categories.csv", cells);
+  const auto fields = nlohmann::json::parse(RunNpar({"describe", data, "--json"}).out)["fields"];
+  EXPECT_EQ(fields[0]["categories"].size(), 12U);
+  EXPECT_EQ(fields[1]["kind"], "continuous");
+  EXPECT_EQ(fields[1]["categories"][2]["value"], "2");
+  EXPECT_THAT(RunNpar({"describe", data}).out,
+              HasSubstr("12 categories: c0 (2), c1 (2), c2 (2), "
+                        "c3 (2), c4 (2), c5 (2), c6 (2), c7 (2), ..."));
 }
 
 // What differs from the cells alone, and what nobody would look for.
