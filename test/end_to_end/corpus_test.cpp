@@ -83,9 +83,11 @@ const CorpusCase kCases[] = {
     {"analyse @packed.csv.gz --related a,b", 0, "continuous: a, b\n"},
     {"analyse @packed.csv.zst --related a,b", 0, "continuous: a, b\n"},
     {"analyse @packed_in_part.csv.gz --related a,b", 2, "the compressed data are damaged or end"},
-    {"analyse @sheet.xlsx --one-sample a", 2, "this is an Excel file; the Python package reads it: npar.read_excel(\"test/"},
+    {"analyse @sheet.xlsx --one-sample a", 2,
+     "this is an Excel file; the Python package reads it: npar.read_excel(\"test/"},
     {"analyse @table.parquet --one-sample a", 2, "pandas.read_parquet(\"test/corpus/table.parquet"},
-    {"analyse @study.sav --one-sample a", 2, "npar.read_sav(\"test/corpus/study.sav\"); or turn it into CSV, with"},
+    {"analyse @study.sav --one-sample a", 2,
+     "npar.read_sav(\"test/corpus/study.sav\"); or turn it into CSV, with"},
     {"analyse @archive.zip --one-sample a", 2, "unzip -p test/corpus/archive.zip | npar analyse -"},
     {"analyse @picture.bin --one-sample a", 2, "this is no text; "},
 };
