@@ -83,6 +83,27 @@ TEST_F(RunHostTest, BlocksHoldWholeRecordsAndEndWithNone) {
   EXPECT_EQ(iterator->table->readBlock(iterator, buffer.data(), 5, 3, &count, &err), HB_FAILED);
 }
 
+TEST_F(RunHostTest, ColumnsAreLentWhereNoRecordIsLeftOut) {
+  RecordView some = records;
+  some.LeaveOut({0, 1, 0});
+  for (const RecordView* view : {&records, static_cast<const RecordView*>(&some)}) {
+    host.OfferRecords("", *view);
+    HBIterator* iterator = Iterator();
+    const double* values = nullptr;
+    size_t count = 0;
+    int32_t isLasting = -1;
+    const auto get = [&](size_t field, size_t record) {
+      return iterator->table->getColumn(iterator, field, record, &values, &count, &isLasting, &err);
+    };
+    ASSERT_EQ(get(1, 1), HB_OK);
+    EXPECT_EQ(isLasting, view->IsWhole() ? 1 : 0);
+    EXPECT_EQ(count, view->IsWhole() ? 2u : 1u);
+    EXPECT_EQ(values[0], view->IsWhole() ? 11.0 : 21.0);
+    EXPECT_EQ(get(1, view->IsWhole() ? 3 : 2), HB_END_OF_RECORDS);
+    EXPECT_EQ(get(2, 0), HB_FAILED);
+  }
+}
+
 TEST_F(RunHostTest, IdentifiersDifferAndFitASigned32BitInteger) {
   int64_t first = 0, second = 0;
   ASSERT_EQ(context->table->newIdentifier(context, &first, &err), HB_OK);
