@@ -16,7 +16,7 @@ export const kReadingOptions = [
 const kMegabyte = 1e6;
 const kLargestText = 200 * kMegabyte;
 const kNotableText = 50 * kMegabyte;
-const kMemoryPerByte = 6;  // of text, at most: text, cells, sorted records
+const kMemoryPerByte = 12;  // of text, at most: cells of one digit, all analysed
 const kGzipMagic = [0x1f, 0x8b];
 const kGzipTrailer = 4;  // bytes that hold the size of the text, modulo 4 GB
 
