@@ -64,15 +64,11 @@ def _doubles(sample: Any, name: str) -> memoryview:
     found = column(sample, name)
     if found.format not in _FORMATS.values() or found.dictionary is not None:
         raise DataError(f"{name} holds values that are no numbers", field=name)
-    values = found.values
-    if found.format != "g":
-        values = values.astype("float64")
-        if found.validity is not None:
-            import numpy as np
-
-            values[
-                ~np.unpackbits(found.validity, count=found.length, bitorder="little").view(bool)
-            ] = math.nan
+    if isinstance(found.values, array):
+        return memoryview(found.values).cast("B")
+    values = found.values.astype("float64", copy=found.validity is not None)
+    if found.validity is not None:
+        values[~_present(found)] = math.nan
     return memoryview(values).cast("B")
 
 
@@ -80,6 +76,12 @@ def _bits(flags: Any) -> Any:
     import numpy as np
 
     return np.packbits(flags, bitorder="little")
+
+
+def _present(found: Column) -> Any:
+    import numpy as np
+
+    return np.unpackbits(found.validity, count=found.length, bitorder="little").view(bool)
 
 
 def _validity(is_missing: Any) -> Any:
@@ -97,8 +99,7 @@ def _numpy_column(values: Any) -> Column:
     if mask is None or not mask.any():
         return found
     if found.validity is not None:  # not-a-time or None beside the mask
-        present = np.unpackbits(found.validity, count=found.length, bitorder="little")
-        mask = mask | (present == 0)
+        mask = mask | ~_present(found)
     return replace(found, validity=_bits(~mask))
 
 

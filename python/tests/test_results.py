@@ -4,6 +4,7 @@ import json
 import pickle
 from xml.etree import ElementTree
 
+import numpy as np
 import pandas as pd
 import polars as pl
 import pytest
@@ -48,6 +49,8 @@ def test_arrays_and_fields_give_the_same_result():
     by_name = npar.mann_whitney("value", data=long, by="group")
     assert npar.mann_whitney(first, second) == by_name
     assert npar.mann_whitney(pd.Series(first), pl.Series(second)) == by_name
+    masked = np.ma.masked_equal([*first, 99.0], 99.0)
+    assert npar.mann_whitney(masked, [*second, None]) == by_name
     assert npar.mann_whitney(long["value"], by=long["group"]) == by_name
     assert npar.friedman("drug1", "drug2", data=SLEEP).pvalue == npar.friedman(first, second).pvalue
     weighted = npar.binomial(["a", "b"], weight=[3, 2], success="a", intervals="jeffreys")
