@@ -196,6 +196,11 @@ def analyse(
         },
         tests,
     )
+    if not any(request.families.values()):
+        raise UsageError(
+            "no field to test is named",
+            remedy="name fields by one_sample=, related= or independent=",
+        )
     data = _counting.counted(data, request)
     analysis = run_request(data, request, progress)
     if raise_on_error:

@@ -117,9 +117,9 @@ class TestResult:
     groups: Table = field(repr=False)
     """What is compared: a row for each group, field or category."""
     pairwise: Table | None = field(repr=False)
-    """Comparisons of pairs, where they were asked for."""
+    """Comparisons of pairs, where they were asked for and the samples differ significantly."""
     stepwise: Table | None = field(repr=False)
-    """Homogeneous subsets, where they were asked for."""
+    """Homogeneous subsets, in the same way."""
     intervals: tuple[Interval, ...] = field(repr=False)
     extended: Mapping[str, Any] = field(repr=False)
     """Further figures: exact values with ties, one-sided ones, limits of effect sizes."""

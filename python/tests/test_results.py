@@ -103,6 +103,7 @@ def test_a_failed_test_is_a_result_unless_an_exception_is_asked_for():
 
 # Requests that can't be carried out: the error, and words that tell it.
 WRONG = [
+    ({"by": "patient"}, npar.UsageError, "no field to test"),
     ({"one_sample": "drug3"}, npar.UsageError, 'did you mean "drug'),
     ({"one_sample": "drug1", "tests": "medin"}, npar.UsageError, "median"),
     ({"one_sample": "drug1", "tests": [3]}, npar.UsageError, "3 is no test"),
