@@ -142,6 +142,12 @@ void DrawStrip(Drawing& drawing, const Strip& strip, const Scale& across, double
   DrawValues(drawing, strip.values, across, y, kSpread);
 }
 
+std::string GroupWords(const std::string& group, const std::vector<ResultStatistic>& figures) {
+  const std::string rank = FindText(figures, "MeanOfRank");
+  return group + " with " + FindText(figures, "N") + " values" +
+         (rank.empty() ? "" : " and mean rank " + rank);
+}
+
 Plot CategoriesPlot(const ResultField& field) {
   Plot plot;
   plot.kind = "bars";
@@ -292,7 +298,11 @@ std::optional<Plot> MedianPlot(const ResultDocument& document, const ResultTest&
   };
   mark(median, kTop, "marker dashed", "hypothesised " + hypothetical);
   mark(middle, kTop + 15.0, "marker", "observed " + observed);
-  DrawAxisBelow(plot.drawing, across, kBottom, title);
+  const Strip strip{FieldValues(document, test), std::nullopt};
+  const double room = strip.IsEmpty() ? 0.0 : kStripHeight;
+  DrawStrip(plot.drawing, strip, across, kBottom + 18.0);
+  DrawAxisBelow(plot.drawing, across, kBottom + room, title);
+  plot.height += room;
   plot.values = ValuesTable(id, "Values of " + title, test.differences->bins);
   return plot;
 }
@@ -320,16 +330,11 @@ std::optional<Plot> MirroredPlot(const ResultDocument& document, const ResultTes
   const std::string title = titles.empty() ? "the values" : titles[0];
   const std::string firstTitle = GroupTitle(document, test, first);
   const std::string secondTitle = GroupTitle(document, test, second);
-  const auto words = [](const std::string& group, const std::vector<ResultStatistic>& figures) {
-    const std::string rank = FindText(figures, "MeanOfRank");
-    return group + " with " + FindText(figures, "N") + " values" +
-           (rank.empty() ? "" : " and mean rank " + rank);
-  };
   Plot plot;
   plot.kind = "mirrored";
   plot.title = "Histograms of " + title + " in two groups";
-  plot.description = "Upwards " + words(firstTitle, first.figures) + "; downwards " +
-                     words(secondTitle, second.figures) + ".";
+  plot.description = "Upwards " + GroupWords(firstTitle, first.figures) + "; downwards " +
+                     GroupWords(secondTitle, second.figures) + ".";
   const Strip firstStrip{GroupValues(document, test, first.codes), SampleQuartiles(test, 0)};
   const Strip secondStrip{GroupValues(document, test, second.codes), SampleQuartiles(test, 1)};
   const double room = firstStrip.IsEmpty() && secondStrip.IsEmpty() ? 0.0 : kStripHeight;

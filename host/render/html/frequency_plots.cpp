@@ -34,19 +34,16 @@ std::optional<Plot> FrequencyPlot(const ResultDocument& document, const ResultTe
   if (table.name != "TwoClassComparison" || table.Empty() || ColumnCount(table) != 2) {
     return std::nullopt;
   }
+  const bool areAllPairs =
+      std::ranges::all_of(table.rows, [](const TextRows::Row& row) { return row.size() == 2; });
   // The binomial test has its series in rows, all others in columns.
   const bool isTurned = test.name == catalogue::binomial::kCard.element;
+  if (!areAllPairs || (isTurned && table.rows.size() != 2)) return std::nullopt;
   std::vector<Pair> pairs;
-  if (isTurned) {
-    if (table.rows.size() != 2 || table.rows[0].size() != 2 || table.rows[1].size() != 2) {
-      return std::nullopt;
-    }
-    for (std::size_t i = 0; i < 2; ++i) {
+  for (std::size_t i = 0; i < table.rows.size(); ++i) {
+    if (isTurned) {
       pairs.push_back({ColumnTitle(document, test, table, i), table.rows[0][i], table.rows[1][i]});
-    }
-  } else {
-    for (std::size_t i = 0; i < table.rows.size(); ++i) {
-      if (table.rows[i].size() != 2) return std::nullopt;
+    } else {
       pairs.push_back({RowTitle(document, test, table, i), table.rows[i][0], table.rows[i][1]});
     }
   }

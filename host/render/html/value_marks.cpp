@@ -21,6 +21,13 @@ std::vector<double> GroupValues(const ResultDocument& document, const ResultTest
   return values;
 }
 
+std::vector<double> FieldValues(const ResultDocument& document, const ResultTest& test) {
+  std::vector<double> values;
+  const auto tested = test.ConditionFields(0, document.fields.size());
+  for (const auto& record : CompleteRecords(document, tested)) values.push_back(record.front());
+  return values;
+}
+
 std::vector<std::vector<double>> CompleteRecords(const ResultDocument& document,
                                                  const std::vector<std::size_t>& fields) {
   std::vector<std::vector<double>> records;

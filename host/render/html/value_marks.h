@@ -17,6 +17,9 @@ namespace npar_host {
 [[nodiscard]] std::vector<double> GroupValues(const ResultDocument& document,
                                               const ResultTest& test,
                                               const std::vector<std::int32_t>& codes);
+/// The values of the field that a one-sample test looks at.
+[[nodiscard]] std::vector<double> FieldValues(const ResultDocument& document,
+                                              const ResultTest& test);
 /// The values of the fields in the records that hold all of them.
 [[nodiscard]] std::vector<std::vector<double>> CompleteRecords(
     const ResultDocument& document, const std::vector<std::size_t>& fields);
