@@ -54,7 +54,11 @@ void GroupTally::Take(RecordBatch& batch) {
 }
 
 bool GroupTally::TakesCells() const {
-  if (key.shown == Shown::BoxPlots) return pass != kClassifying || key.caseIdVariable < 0;
+  if (key.shown == Shown::BoxPlots) {
+    return pass != kClassifying || key.caseIdVariable < 0 ||
+           std::none_of(boxPlots.begin(), boxPlots.end(),
+                        [](const GroupBoxPlot& plot) { return plot.HasOutliers(); });
+  }
   return pass != 1 || key.weightVariable < 0 ||
          std::all_of(samples.begin(), samples.end(), [](const Sample& sample) {
            return Histogram::TellsApart(sample.range, sample.leastStep);
@@ -110,9 +114,10 @@ void GroupTally::Select(RecordBatch& batch, const std::int32_t* groupsOfRecords)
   if (units.count == 0) return;
   units.values = batch.Of(key.testVariable);
   units.groups = groupsOfRecords;
-  const bool showsCases = pass == kClassifying && key.shown == Shown::BoxPlots;
-  units.caseIds = showsCases && key.caseIdVariable >= 0 ? batch.Of(key.caseIdVariable) : nullptr;
   units.counts = batch.Counts();
+  const bool namesCases = key.caseIdVariable >= 0 && key.shown == Shown::BoxPlots &&
+                          pass == kClassifying && units.counts == nullptr;
+  units.caseIds = namesCases ? batch.Of(key.caseIdVariable) : nullptr;
   units.weights = RecordWeight(key.weightVariable).TruncatedOf(batch);
   if (key.weightVariable >= 0) units.plainWeights = batch.Of(key.weightVariable);
 }

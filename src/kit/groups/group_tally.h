@@ -89,8 +89,8 @@ class GroupTally final : public Tally {
 
   void Take(RecordBatch& batch) override;
   void EndPass() override;
-  /// Not while it looks for the records beyond the fences, and not where a bin would take several
-  /// values of different weights, whose order shows in the last digits of its mean.
+  /// Not while it names the cases beyond the fences, and not where a bin would take several values
+  /// of different weights, whose order shows in the last digits of its mean.
   [[nodiscard]] bool TakesCells() const override;
   /// The records in hand, without those of no group.
   [[nodiscard]] const Units& GetUnits() const noexcept { return units; }

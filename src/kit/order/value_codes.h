@@ -25,8 +25,8 @@ class ValueCodes {
   [[nodiscard]] const std::vector<double>& Values() const noexcept { return values; }
 
  private:
-  static_assert(kMost < 0xFFFF);
   static constexpr std::uint16_t kNoCode = 0xFFFF;
+  static_assert(kMost < kNoCode);
 
   struct Slot {
     std::uint64_t bits = 0;

@@ -49,6 +49,11 @@ class GroupBoxPlot {
   bool PassOverTracking(const Stretch& values) noexcept { return hinges.PassOver(values); }
   /// Ends it.
   void FinishHinges() noexcept;
+  /// Is a value beyond a fence?
+  [[nodiscard]] bool HasOutliers() const noexcept {
+    return CompareClose(hinges.Maximum(), upperFence) > 0 ||
+           CompareClose(hinges.Minimum(), lowerFence) < 0;
+  }
   /// Second walk: so many equal values.
   void ClassifyValue(double x, double caseId, std::int32_t times = 1) {
     if (x > innerLow && x < innerHigh && x >= smallestNonOutlier) {

@@ -437,6 +437,11 @@ RC_GTEST_PROP(Property, AnyRunTwiceGivesTheSameBytes, ()) {
 RC_GTEST_PROP(Property, CountingGivesTheBytesOfSorting, ()) {
   Rows rows = *Records(true, kTenth);
   rows.emplace_back(kWidth, 1.0);  // one is kept in any case
+  const Rows once = rows;
+  while (once.size() > 20 && rows.size() <= 256) {
+    rows.insert(rows.end(), once.begin(), once.end());  // more than a batch
+  }
+  rows.back()[X] = 50.0;  // an outlier, which has a case identifier
   if (*rc::gen::arbitrary<bool>()) {
     // Closer than the bins of a histogram.
     for (std::vector<double>& row : rows) {

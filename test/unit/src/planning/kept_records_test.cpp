@@ -14,7 +14,7 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 KeptColumn ColumnOf(const std::vector<double>& values, std::size_t atOnce = 3) {
   KeptColumn column(2);
   for (std::size_t kept = 0; kept < values.size(); kept += atOnce) {
-    column.Append(kept, values.data() + kept, std::min(atOnce, values.size() - kept));
+    column.Append(kept, values.data() + kept, std::min(atOnce, values.size() - kept), false);
   }
   return column;
 }
