@@ -65,8 +65,8 @@ function orderEditor(page, field, at) {
       onclick: () => {
         moveCategory(page, field, order, i, to);
         // The same category, by its other button where this one has come to its end.
-        const [same, other] = ['up', 'down'].sort((each) => (each === name ? -1 : 1)).map((each) => byId(`order-${at}-${each}-${to}`));
-        (same.disabled ? other : same).focus();
+        const same = byId(`order-${at}-${name}-${to}`);
+        (same.disabled ? same.parentElement.querySelector('button:enabled') : same).focus();
       },
     }, sign);
     const element = h('li', {}, h('span', {}, category), button('up', '↑', i - 1), button('down', '↓', i + 1));
@@ -130,7 +130,8 @@ export function showRoles(page) {
   if (!page.description) return;
   refill(byId('role-boxes'), kRoles.map(({key, title, help}) => {
     const fields = page.choices.roles[key];
-    const box = h('section', {class: 'role', id: `role-box-${key}`, tabindex: -1, 'aria-labelledby': `role-title-${key}`},
+    const box = h('section',
+      {class: 'role', id: `role-box-${key}`, tabindex: -1, 'aria-labelledby': `role-title-${key}`},
       h('h3', {id: `role-title-${key}`}, title), h('p', {class: 'help'}, help),
       fields.length > 0 ? h('ul', {}, fields.map((field) => chip(page, field, key))) :
         h('p', {class: 'none'}, 'Drop a field here, or choose its use above.'));

@@ -11,8 +11,8 @@ import {completed, fitToFields, hasFields, newChoices, readChoices, writeChoices
 import {showAutomaticChoice, showSettings, showTests} from './tests_view.js';
 
 const kQuiet = 300;  // milliseconds without a change before npar is asked about the choices
-const crashText = ({crash}) => 'npar came to no end in this page, perhaps for lack of memory; close other pages, leave out ' +
-  'columns that you do not need, or use npar on the command line ' + `(${crash})`;
+const crashText = ({crash}) => 'npar came to no end in this page, perhaps for lack of memory; close ' +
+  `other pages, leave out columns that you do not need, or use npar on the command line (${crash})`;
 
 const kViewsOf = {
   data: [showFile, showReading, showFields, showRoles, showTests, showSettings, showCommand],

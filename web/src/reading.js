@@ -7,7 +7,8 @@ export const kReadingOptions = [
   {name: 'decimal', title: 'Decimal sign', help: 'else a point'},
   {name: 'thousands', title: 'Between thousands', help: 'such as . or apostrophe; else none'},
   {name: 'missing-token', title: 'Missing values', isLong: true,
-    help: 'texts that stand for nothing, one a line, besides empty cells, NA, N/A, #N/A, NaN, null and, among numbers, . - ? *'},
+    help: 'texts that stand for nothing, one a line, besides empty cells, NA, N/A, #N/A, NaN, null and, ' +
+      'among numbers, . - ? *'},
   {name: 'skip', title: 'Lines above the header', help: 'how many are passed over'},
   {name: 'comment', title: 'Comment sign', help: 'begins lines that are passed over, such as #'},
   {name: 'encoding', title: 'Encoding', help: 'else by the byte order mark, or UTF-8'},

@@ -23,8 +23,8 @@ export function showReport(files, dataFile) {
 export function printReport() {
   // The shown frame is of a foreign origin; one without scripts may be told to print.
   byId('print-frame')?.remove();
-  const frame = h('iframe', {id: 'print-frame', class: 'away', sandbox: 'allow-same-origin allow-modals', title: 'Report for printing',
-    srcdoc: byId('report').srcdoc.replace(/<script>.*<\/script>/s, '')});
+  const frame = h('iframe', {id: 'print-frame', class: 'away', title: 'Report for printing',
+    sandbox: 'allow-same-origin allow-modals', srcdoc: byId('report').srcdoc.replace(/<script>.*<\/script>/s, '')});
   frame.addEventListener('load', () => {
     frame.contentWindow.addEventListener('afterprint', () => frame.remove());
     frame.contentWindow.print();

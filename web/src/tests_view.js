@@ -41,8 +41,9 @@ function categoriesFor(page, test) {
 }
 
 function textControl(page, test, {name, syntax, default: usual}, id) {
-  return h('input', {id, value: page.choices.tests[test.name]?.[name] ?? '', placeholder: `${syntax}; usual: ${usual}`,
-    autocomplete: 'off', spellcheck: 'false', onchange: ({target}) => setOption(page, test.name, name, target.value.trim())});
+  const change = ({target}) => setOption(page, test.name, name, target.value.trim());
+  return h('input', {id, value: page.choices.tests[test.name]?.[name] ?? '', onchange: change,
+    placeholder: `${syntax}; usual: ${usual}`, autocomplete: 'off', spellcheck: 'false'});
 }
 
 function wordControl(page, test, {name, words, default: usual}, id) {
@@ -80,13 +81,15 @@ function optionControl(page, test, each) {
   const id = `option-${test.name}-${each.name}`;
   const categories = ['categories', 'expected'].includes(each.type) ? categoriesFor(page, test) : [];
   const isKnown = categories.length > 0 && categories.length <= kMostBoxes;
-  const help = h('p', {class: 'help', id: `${id}-help`}, `${each.help[0].toUpperCase()}${each.help.slice(1)}. Usual: ${each.default}.`);
+  const help = h('p', {class: 'help', id: `${id}-help`},
+    `${each.help[0].toUpperCase()}${each.help.slice(1)}. Usual: ${each.default}.`);
   let group = null;
   if (each.type === 'words') group = boxesControl(page, test, each.name, each.words.map(({word}) => word));
   if (each.type === 'categories' && isKnown) group = boxesControl(page, test, each.name, categories);
   if (each.type === 'expected' && isKnown) group = expectedControl(page, test, each.name, categories);
   if (group) {
-    return h('fieldset', {class: 'control', 'aria-describedby': `${id}-help`}, h('legend', {}, each.name), group, help);
+    return h('fieldset', {id, class: 'control', 'aria-describedby': `${id}-help`},
+      h('legend', {}, each.name), group, help);
   }
   const control = each.type === 'word' ? wordControl(page, test, each, id) : textControl(page, test, each, id);
   control.setAttribute('aria-describedby', `${id}-help`);
@@ -144,7 +147,7 @@ const kSettings = [
   {name: 'significance', title: 'Significance level', usual: '0.05'},
   {name: 'confidence', title: 'Confidence level in percent', usual: '95'},
   {name: 'missing', title: 'Records with missing values',
-    words: {analysis: 'left out of the tests that need them', listwise: 'left out of all tests'}},
+    words: {analysis: 'left out test by test', listwise: 'left out of all tests'}},
   {name: 'adjust', title: 'Adjusted over all tests', words: {none: 'none', bonferroni: 'Bonferroni', holm: 'Holm',
     bh: 'Benjamini and Hochberg'}},
 ];
@@ -160,7 +163,8 @@ export function showSettings(page) {
     const control = words ?
       h('select', {id, onchange: change(name)},
         Object.entries(words).map(([word, words], i) => option(i === 0 ? '' : word, words, text))) :
-      h('input', {id, value: text, placeholder: usual, inputmode: 'decimal', autocomplete: 'off', onchange: change(name)});
+      h('input', {id, value: text, placeholder: usual, inputmode: 'decimal', autocomplete: 'off',
+        onchange: change(name)});
     return h('div', {class: 'control'}, h('label', {for: id}, title), control);
   }));
 }

@@ -170,6 +170,23 @@ async function testChoices(browser, page) {
   await again.close();
 }
 
+// Names and categories that hold what separates names and categories.
+async function testOddNames(page) {
+  const lines = ['-w,"height, cm","=x<y|z\\","""q"" it\'s"'];
+  for (let i = 0; i < 12; ++i) {
+    lines.push(`${i % 5},${(i * 7) % 11},${(i * i) % 13},"${i % 2 ? 'a|b' : '""c,d='}"`);
+  }
+  writeFileSync(join(folder, '-odd\'s.csv'), `${lines.join('\n')}\n`);
+  await choose(page, '-odd\'s.csv');
+  for (const field of [0, 1, 2]) await page.select(`#role-${field}`, 'independent');
+  await page.select('#role-3', 'group');
+  await page.click('#test-mann-whitney');
+  await page.click('[id="option-mann-whitney-group1"] input');
+  await page.click('[id="option-mann-whitney-group2"] label:last-child input');
+  await run(page);
+  await checkFigures(page, '-odd\'s.csv');
+}
+
 // The browser itself refuses what a text in the page would send.
 async function testPolicy(browser) {
   const page = await browser.newPage();
@@ -254,7 +271,7 @@ try {
   await checkViews(page, 'start');
   await testDroppedFile(page);
   await testChoices(browser, page);
-  for (const test of [testBadFiles, testKeyboard, testMillionRecords]) {
+  for (const test of [testOddNames, testBadFiles, testKeyboard, testMillionRecords]) {
     const fresh = await open(browser);
     await test(fresh);
     await fresh.close();
