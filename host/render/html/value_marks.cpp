@@ -33,6 +33,8 @@ std::vector<std::vector<double>> CompleteRecords(const ResultDocument& document,
   std::vector<std::vector<double>> records;
   if (!document.values || fields.empty()) return records;
   const auto& columns = document.values->fields;
+  const auto isThere = [&columns](std::size_t field) { return field < columns.size(); };
+  if (!std::ranges::all_of(fields, isThere)) return records;
   for (std::size_t i = 0; i < columns[fields.front()].size(); ++i) {
     std::vector<double> record;
     for (const std::size_t field : fields) {

@@ -179,7 +179,8 @@ void GroupTally::TakeRanges() {
   };
   // Of zeros the first one stays, with its sign.
   const bool areFarFromZero = units.values[0] > 0.0 || units.values[units.count - 1] < 0.0;
-  if (units.shares == nullptr || !areFarFromZero) {
+  const bool takesSteps = units.counts != nullptr;
+  if (takesSteps || units.shares == nullptr || !areFarFromZero) {
     for (std::size_t i = 0; i < units.count; ++i) take(i);
     return;
   }

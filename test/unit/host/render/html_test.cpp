@@ -282,7 +282,7 @@ TEST(HtmlReportTest, ValuesAreDrawnWhereThereAreAny) {
   EXPECT_EQ(drawn[1], 2u);
   ResultDocument pairs = Reference("sleep_pairs");
   EXPECT_EQ(Page(pairs).Count("//figure[contains(@class, 'profiles')]"), 0u);
-  pairs.values = RecordValues{{{1.0, 2.0, 3.0, NAN}, {2.0, 1.0, 5.0, 1.0}}};
+  pairs.values = RecordValues{{{}, {1.0, 2.0, 3.0, NAN}, {2.0, 1.0, 5.0, 1.0}}};  // no patient
   const Page page(pairs);
   EXPECT_EQ(page.Count("//figure[contains(@class, 'profiles')]"), 2u);
   EXPECT_THAT(page.text,
