@@ -1,5 +1,8 @@
 #include "arithmetic/elementary.h"
 
+#include <array>
+#include <cstddef>
+
 #include "arithmetic/elementary_functions.h"
 
 namespace arithmetic {
@@ -11,6 +14,27 @@ Extended log1p(Extended x) noexcept { return functions::LogarithmOfOneMore(x); }
 Extended pow(Extended x, Extended y) noexcept { return functions::Power(x, y); }
 Extended asin(Extended x) noexcept { return functions::ArcSine(x); }
 Extended ProductRest(Extended a, Extended b) noexcept { return functions::ProductRest(a, b); }
+
+Extended Factorial(unsigned n) noexcept {
+  constexpr std::size_t kCount = 171;
+  // Products in two parts, so that the first has all its digits right.
+  static const std::array<Extended, kCount> table = [] {
+    std::array<Extended, kCount> factorials;
+    Extended high = 1;
+    Extended low = 0;
+    for (std::size_t i = 0; i < kCount; ++i) {
+      if (i > 0) {
+        const Extended product = high * i;
+        const Extended rest = ProductRest(high, i) + low * i;
+        high = product + rest;
+        low = (product - high) + rest;
+      }
+      factorials[i] = high;
+    }
+    return factorials;
+  }();
+  return table[n];
+}
 
 bool IsFinite(Extended x) noexcept { return x - x == 0; }
 

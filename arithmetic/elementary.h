@@ -21,6 +21,8 @@ namespace arithmetic {
 [[nodiscard]] Extended lgamma(Extended x) noexcept;
 /// The x of erfc(x) = y, y in (0, 2).
 [[nodiscard]] Extended erfc_inv(Extended y) noexcept;
+/// n! for n <= 170.
+[[nodiscard]] Extended Factorial(unsigned n) noexcept;
 /// What a * b lacks of the exact product.
 [[nodiscard]] Extended ProductRest(Extended a, Extended b) noexcept;
 [[nodiscard]] bool IsFinite(Extended x) noexcept;

@@ -49,3 +49,20 @@ using Policy = policies::policy<policies::domain_error<policies::ignore_error>,
                                 policies::promote_float<false>, policies::promote_double<false>>;
 
 }  // namespace arithmetic
+
+// Boost's own table is as long as it is for a long double, which differs from machine to machine.
+#include <boost/math/special_functions/factorials.hpp>
+
+namespace boost::math {
+
+template <>
+struct max_factorial<arithmetic::Extended> {
+  static constexpr unsigned value = 170;
+};
+
+template <>
+inline arithmetic::Extended unchecked_factorial<arithmetic::Extended>(unsigned i) {
+  return arithmetic::Factorial(i);
+}
+
+}  // namespace boost::math

@@ -81,7 +81,7 @@ class SoftwareExtended {
     return x;
   }
   friend constexpr bool operator==(SoftwareExtended a, SoftwareExtended b) noexcept {
-    return std::is_eq(a <=> b);
+    return (a <=> b) == std::partial_ordering::equivalent;
   }
   friend constexpr std::partial_ordering operator<=>(SoftwareExtended a,
                                                      SoftwareExtended b) noexcept {

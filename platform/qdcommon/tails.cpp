@@ -149,10 +149,11 @@ Real OuterGammaTail(Real a, Real x) {
 }
 
 Real OuterBetaTail(const BetaPlace& place) {
-  const auto& [a, b, x, y, excess] = place;
-  const Real n = a + b;
+  const Real n = place.a + place.b;
+  const Real x = place.x;
+  const Real excess = place.excess;
   const Real sign = excess > 0 ? 1 : -1;
-  const Real scale = 1 / std::max<Real>(fabs(excess), sqrt(n * x * y));
+  const Real scale = 1 / std::max<Real>(fabs(excess), sqrt(n * x * place.y));
   const Real integral = TailRule::Get().Integrate(scale, [&](Real distance) {
     const Real s = sign * distance;
     // h(t + s) - h(t) = a s - n ln(1 + z)
