@@ -7,6 +7,7 @@ namespace {
 
 constexpr BenchCase kCases[] = {
     {"mann-whitney", 1, 2, "IMannWhitneyU"},
+    {"mann-whitney-20", 20, 2, "IMannWhitneyU"},
     {"ks-two-sample", 1, 2, "IKolmogorovSmirnov"},
     {"wald-wolfowitz", 1, 2, "IWaldWolfowitzRuns"},
     {"moses", 1, 2, "IMoses"},

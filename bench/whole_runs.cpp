@@ -3,6 +3,8 @@
 // those of other programs:
 //
 //   run       one run; answers its seconds of processor time and of the clock
+//   runs      as many runs as the number behind it says; answers as `run` does
+//   threads   further runs may use the number of threads named behind it
 //   floor     what the machine needs for the work that no run can go without; answers the seconds
 //             of a scan of the records, a radix sort of the first field and a walk in its order
 //   document  answers with the result document of the last run, after its length in a line
@@ -61,8 +63,9 @@ void Require(std::uint32_t code, const npar_host::RunHost& host) {
 }
 
 std::string Run(const npar_host::ComponentLibrary& library, const std::string& parameters,
-                const GeneratedData& data) {
+                const GeneratedData& data, std::uint32_t threads) {
   npar_host::RunHost host(parameters, data.modelText);
+  host.AllowThreads(threads);
   npar_host::Component component(library, host.Context());
   Require(component.Configure(), host);
   const npar_host::RecordView records = data.View();
@@ -117,24 +120,29 @@ void Read(const std::string& path, std::size_t threads, std::size_t named) {
 }
 
 void Serve(const npar_host::ComponentLibrary& library, const std::string& parameters,
-           const GeneratedData& data) {
+           const GeneratedData& data, std::uint32_t threads) {
   std::string document;
   for (std::string line; std::getline(std::cin, line);) {
     std::istringstream words(line);
     std::string order;
     std::string path;
     int digits = 0;
+    int runCount = 1;
     words >> order;
-    std::size_t threads = 0;
+    std::size_t readers = 0;
     std::size_t named = 0;
     if (order == "csv") words >> digits;
-    if (order == "read") words >> threads >> named;
+    if (order == "read") words >> readers >> named;
+    if (order == "threads") words >> threads;
+    if (order == "runs") words >> runCount;
     words >> std::ws;
     std::getline(words, path);
-    if (order == "run") {
+    if (order == "run" || order == "runs") {
       const Stopwatch watch;
-      document = Run(library, parameters, data);
+      for (int i = 0; i < runCount; ++i) document = Run(library, parameters, data, threads);
       watch.Answer();
+    } else if (order == "threads") {
+      std::cout << threads << std::endl;
     } else if (order == "floor") {
       const Floor floor = MeasureFloor(data.columns);
       std::cout << floor.scan << ' ' << floor.sort << ' ' << floor.walk << std::endl;
@@ -147,7 +155,7 @@ void Serve(const npar_host::ComponentLibrary& library, const std::string& parame
       WriteCsv(data, digits, path);
       std::cout << data.columns.size() << std::endl;
     } else if (order == "read") {
-      Read(path, threads, named);
+      Read(path, readers, named);
     } else if (order == "scan") {
       std::cout << MeasureCsvScan(path) << std::endl;
     } else if (order == "memory") {
@@ -165,10 +173,12 @@ int main(int argc, char** argv) {
   std::string caseName;
   std::size_t fields = 0;
   DataShape shape{.records = 100000};
+  std::uint32_t threads = 1;
   CLI::App app("Runs of the component on generated records");
   app.add_option("case", caseName, "mann-whitney, friedman, ...")->required();
   app.add_option("--records", shape.records);
   app.add_option("--fields", fields, "instead of those of the case");
+  app.add_option("--threads", threads, "threads that a run may use");
   app.add_flag("--coarse", shape.isCoarse, "about a hundred distinct values");
   app.add_flag("--missing", shape.hasMissing, "one value in twenty is missing");
   app.add_flag("--weights", shape.hasWeight, "frequency weights from 1 to 5");
@@ -179,7 +189,7 @@ int main(int argc, char** argv) {
     shape.fields = fields > 0 ? fields : benchCase->fields;
     shape.groups = benchCase->groups;
     const npar_host::ComponentLibrary library(npar_host::ComponentLibrary::DefaultPath());
-    Serve(library, ParametersOf(*benchCase), Generate(shape));
+    Serve(library, ParametersOf(*benchCase), Generate(shape), threads);
   } catch (const std::exception& error) {
     std::cerr << error.what() << '\n';
     return 2;

@@ -1,6 +1,7 @@
 #include "host/analysis/analysis.h"
 
 #include <algorithm>
+#include <thread>
 #include <utility>
 
 #include "host/analysis/failure.h"
@@ -113,6 +114,8 @@ void Analysis::Run(const Progress& progress) {
   ModelledData modelled =
       Model(ImportColumns(data, request.NamedFields(), [this] { HeedCancel(); }), request);
   AnalysisRun run(LinkedComponent(), ParameterDocument(request), std::move(modelled));
+  run.AllowThreads(choices.threads > 0 ? choices.threads
+                                       : std::max(std::thread::hardware_concurrency(), 1U));
   run.Prepare();
   Execute(run, progress);
   document = ReadResultDocument(*documentText, "the result document");

@@ -1,7 +1,9 @@
 #include "host/cli/execution.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
+#include <thread>
 #include <utility>
 
 #include "host/cli/command_line.h"
@@ -29,6 +31,12 @@ std::int64_t ModelIdOf(const ExecutionOptions& options) {
   return options.modelId == 0 && SourceDate() ? 1 : options.modelId;
 }
 
+CsvOptions CsvOptionsFor(const ExecutionOptions& options) {
+  CsvOptions csv = CsvOptionsOf(options.reading);
+  csv.threads = options.threads.value_or(0);
+  return csv;
+}
+
 void PrintMessages(const std::vector<RunMessage>& messages) {
   for (const RunMessage& message : messages) {
     Tell((message.isError ? "error " : "warning ") + std::to_string(message.code) + ": " +
@@ -44,12 +52,14 @@ struct Execution::State {
   explicit State(const ExecutionOptions& options)
       : modelId(ModelIdOf(options)),
         library(ComponentPath(options)),
-        reader(options.dataPath, CsvOptionsOf(options.reading)) {}
+        reader(options.dataPath, CsvOptionsFor(options)),
+        threads(options.threads.value_or(std::max(std::thread::hardware_concurrency(), 1U))) {}
 
   std::int64_t modelId;  // 0: one at random
   InterruptWatch watch;
   ComponentLibrary library;
   CsvReader reader;
+  std::uint32_t threads;
   std::optional<ProgressBar> bar;
   Dataset cells;
   ModelledData data;
@@ -79,6 +89,7 @@ std::optional<std::string> Execution::Run(const NamedText& parameters) {
   bar.emplace();
   AnalysisRun& run = state->run.emplace(state->library, parameters.text, std::move(state->data));
   if (const std::int64_t identifier = state->modelId) run.SetIdentifier(identifier);
+  run.AllowThreads(state->threads);
   run.Prepare();  // up to here Ctrl-C ends the process
   RunResult result;
   {
@@ -135,6 +146,12 @@ void AddExecutionOptions(CLI::App& command, ExecutionOptions& options) {
                   "the run's number in the result document (default: at random)")
       ->check(CLI::Range(std::int64_t{1}, kLargestModelId).description(""))
       ->type_name("N");
+  constexpr std::uint32_t kMostThreads = 1024;
+  command
+      .add_option("--threads", options.threads,
+                  "how many threads to compute with; by default as many as the machine has")
+      ->type_name("N")
+      ->check(CLI::Range(std::uint32_t{1}, kMostThreads));
 }
 
 NamedText ReadDocument(const std::string& path) {

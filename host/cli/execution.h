@@ -27,8 +27,9 @@ struct NamedText {
 struct ExecutionOptions {
   std::string dataPath;
   ReadingOptions reading;
-  std::int64_t modelId = 0;  // 0: one at random
-  std::string component;     // empty: the one installed with this program
+  std::int64_t modelId = 0;              // 0: one at random
+  std::string component;                 // empty: the one installed with this program
+  std::optional<std::uint32_t> threads;  // without: as many as the machine has
 };
 
 /// Adds --component, --model-id and those of reading.

@@ -30,6 +30,7 @@ class AnalysisRun {
 
   void SetIdentifier(std::int64_t identifier) { host.SetIdentifier(identifier); }
   void ListenToProgress(ProgressListener listener) { host.ListenToProgress(std::move(listener)); }
+  void AllowThreads(std::uint32_t count) { host.AllowThreads(count); }
   /// Configures the component and prepares the records, once. Throws InputError for
   /// requirements that the data can't meet and ComponentError for a component that breaks the
   /// interface's rules. What the component refuses is in the result of Execute.

@@ -206,6 +206,10 @@ const HBContextTable RunHost::ContextHandle::kTable = {
         return Fail(err, kOutOfMemory);
       }
       return HB_OK;
+    },
+    [](HBContext* self, uint32_t* count, int32_t*) -> uint32_t {
+      *count = static_cast<ContextHandle*>(self)->threads;
+      return HB_OK;
     }};
 
 RunHost::RunHost(std::string parameters, std::string dataModel)

@@ -50,6 +50,8 @@ class RunHost {
   void OfferRecords(std::string preparedModel, const RecordView& records);
   /// The number of the run in its document, instead of one at random.
   void SetIdentifier(std::int64_t identifier) { context.identifier = identifier; }
+  /// How many threads a run may use; 1 unless it is told.
+  void AllowThreads(std::uint32_t count) { context.threads = count; }
   void ListenToProgress(ProgressListener listener) { progress.listener = std::move(listener); }
 
   /// What the component delivered, in order.
@@ -97,6 +99,7 @@ class RunHost {
     RunHost& host;
     std::vector<RunMessage> messages;
     std::optional<std::int64_t> identifier;
+    std::uint32_t threads = 1;
     static const HBContextTable kTable;
   };
 

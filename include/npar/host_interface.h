@@ -193,6 +193,10 @@ typedef struct HBContextTable {
    * messages can also be fetched with hb_component_getMessages. [optional] [configured] */
   uint32_t (*deliverMessage)(HBContext* self, int32_t type, int32_t code,
                              const char* const* parameters, size_t parameterCount, int32_t* err);
+  /* How many threads a run may use, the calling one among them; 1 where the entry is not there,
+   * fails or says 0. The result is the same with any number. The others end before the component's
+   * call comes back, and none of them calls the host. [optional] [executing] */
+  uint32_t (*getThreadCount)(HBContext* self, uint32_t* count, int32_t* err);
 } HBContextTable;
 struct HBContext {
   const HBContextTable* table;

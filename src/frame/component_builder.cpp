@@ -12,6 +12,7 @@
 #include "frame/requirements.h"
 #include "frame/settings_translator.h"
 #include "kit/contract/allocation.h"
+#include "kit/order/threads.h"
 #include "report/result_writer.h"
 
 using HbHelperV1::AskHost;
@@ -214,8 +215,20 @@ void NPARComponentBuilder::AddModelIdentifier() {
   flatSettings->AddNewSetting("NParStatXMLModelID", std::to_string(identifier), "");
 }
 
+std::size_t NPARComponentBuilder::AllowedThreads() const {
+  constexpr std::uint32_t kMost = 1024;
+  HBContext* context = GetHBContextHandle();
+  if (!HB_HAS(context, HBContextTable, getThreadCount)) return 1;
+  std::uint32_t count = 1;
+  std::int32_t ignored = 0;  // one is always allowed
+  const std::uint32_t asked =
+      AskHost(&ignored, [&] { return context->table->getThreadCount(context, &count, &ignored); });
+  return asked == HB_OK ? std::clamp(count, std::uint32_t{1}, kMost) : 1;
+}
+
 std::uint32_t NPARComponentBuilder::ExecuteAlgorithm(QDHB_700::QDPeerIterator& records,
                                                      std::int32_t* err) {
+  const Threads threads(AllowedThreads());
   algorithm->SetCancelSource(GetCancelSource());
   algorithm->SetProgressListener(progressListener.get());
   const QDStatus status = algorithm->Execute(records, 0);

@@ -55,6 +55,8 @@ class NPARComponentBuilder final : public QDHB_700::QDPeer {
   std::uint32_t PrepareAlgorithm(NPARFactory& factory, std::int32_t* err);
   std::uint32_t TranslateSettings(std::int32_t* err);
   std::uint32_t ExecuteAlgorithm(QDHB_700::QDPeerIterator& records, std::int32_t* err);
+  /// How many threads the host lets a run use.
+  [[nodiscard]] std::size_t AllowedThreads() const;
   std::uint32_t PublishResult(std::int32_t* err);
 
   void AddModelIdentifier();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/names.h"
+#include "kit/order/interruption.h"
 
 /// Whether a run shall stop: the host's source, and the answer once it was yes.
 struct CancelPair {
@@ -11,4 +12,10 @@ struct CancelPair {
     if (!cancelled && source != nullptr) cancelled = source->IsCancelled();
     return cancelled;
   }
+};
+
+/// Answers for the work that the thread has in hand, which may be a part of a run.
+class WorkCancelSource final : public ICancelSource {
+ public:
+  bool IsCancelled() override { return Interruption::IsCalledOff(); }
 };

@@ -219,7 +219,14 @@ class KeptWalk : public MultiPassRecordIter, public BatchSource, private RecordB
     Interruption::Check();
     return Advance(kRecordsAtOnce) ? this : nullptr;
   }
+  /// Takes up to so many records in hand, from a place in the order of the walk on.
+  RecordBatch& LookAt(std::size_t place, std::size_t count) {
+    next = place;
+    static_cast<void>(Advance(count));
+    return *this;
+  }
   [[nodiscard]] int Width() const final { return records.Width(); }
+  [[nodiscard]] std::size_t Count() const final { return records.Count(); }
   [[nodiscard]] bool MayHold(const MissingMark& mark) const final {
     return records.Column(mark.variable).Holds(mark.value);
   }
@@ -228,6 +235,7 @@ class KeptWalk : public MultiPassRecordIter, public BatchSource, private RecordB
   [[nodiscard]] const KeptColumn& Column(std::int32_t variable) const noexcept {
     return records.Column(variable);
   }
+  [[nodiscard]] const KeptRecords& Records() const noexcept { return records; }
   /// The records in hand, numbered in the order of the walk, and those that come next.
   [[nodiscard]] std::size_t First() const noexcept { return first; }
   [[nodiscard]] std::size_t InHand() const noexcept { return next - first; }

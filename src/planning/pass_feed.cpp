@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "kit/contract/allocation.h"
+#include "kit/contract/stage_progress.h"
 
 namespace {
 
@@ -71,6 +72,7 @@ QDStatus PassFeed::Walk(BatchSource& records, CancelPair& cancelPair) {
 QDStatus PassFeed::WalkFor(const BatchSource* cells, BatchSource& records, CancelPair& cancelPair) {
   audiences.clear();
   bool isFirst = true;
+  WalkProgress progress(cells == nullptr ? records.Count() : 0);
   while (NextOf(cells) != nullptr && !cancelPair.Check()) {
     RecordBatch* batch = records.NextBatch();
     if (batch == nullptr) break;
@@ -87,6 +89,7 @@ QDStatus PassFeed::WalkFor(const BatchSource* cells, BatchSource& records, Cance
       std::erase_if(members, [](const Member& member) { return member.hasFailed; });
       FormAudiences(cells);
     }
+    progress.Step(batch->Size());
   }
   return QDStatus();
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <charconv>
 #include <iterator>
 #include <numeric>
@@ -10,15 +11,22 @@
 
 #include "catalogue/catalogue.h"
 #include "kit/contract/allocation.h"
+#include "kit/contract/stage_progress.h"
+#include "kit/order/threads.h"
 #include "planning/test_construction.h"
 #include "planning/warning.h"
 #include "report/result_writer.h"
 
 namespace {
 
-// The tests' part of the whole run's progress.
-constexpr double kTestsStart = 0.25;
-constexpr double kTestsSpan = 0.65;
+// Shares of the whole run's progress. The tests' part goes from 25 to 90 percent; writing the
+// document, behind it, is no part of a run.
+constexpr std::int64_t kReadingSpan = RunProgress::kWhole * 13 / 100;
+constexpr std::int64_t kTestsStart = RunProgress::kWhole * 25 / 100;
+constexpr std::int64_t kTestsSpan = RunProgress::kWhole * 65 / 100;
+
+/// Records for which tests and summaries work side by side.
+constexpr std::size_t kWorthThreads = std::size_t{1} << 14;
 
 struct TableRow {
   std::string_view entryName;
@@ -40,14 +48,31 @@ const TableRow* FindRow(std::string_view entryName) {
   return row == kRows.end() ? nullptr : &*row;
 }
 
-/// Ends a run that is cancelled wherever it is at work.
-class CancelInterruption final : public Interruption {
+/// Ends a run that is cancelled wherever it is at work; on the way it tells how far the run is.
+class RunInterruption final : public Interruption {
  public:
-  explicit CancelInterruption(CancelPair& cancelPair) noexcept : cancelPair(cancelPair) {}
+  RunInterruption(CancelPair& cancelPair, RunProgress& progress) noexcept
+      : cancelPair(cancelPair), progress(progress) {}
 
  private:
-  bool ShallStop() override { return cancelPair.Check(); }
+  bool ShallStop() override {
+    progress.Publish();
+    return cancelPair.Check();
+  }
   CancelPair& cancelPair;
+  RunProgress& progress;
+};
+
+/// Tells how far a stage is as how far a part of the run is.
+class StageOfRun final : public StageProgress {
+ public:
+  explicit StageOfRun(RunProgress::Part& part, double share = 1.0) noexcept
+      : part(part), share(share) {}
+
+ private:
+  void Take(double done) override { part.Tell(share * done); }
+  RunProgress::Part& part;
+  double share;
 };
 
 /// A 64-bit integer in decimal; 0 where it is left out.
@@ -102,33 +127,41 @@ void NPARPlanner::ReadRunSettings() {
 QDStatus NPARPlanner::Execute(RecordIterator& records, std::int32_t /*reserved*/) {
   ResetRun();
   NPARWarning::Instance().Clear();
-  const CancelInterruption interruption(cancelPair);
-  status = GuardAllocation(kNoMemory, [&] { return PrepareRun(records); });
+  RunProgress progress(progressListener, kTestsStart);
+  const RunInterruption interruption(cancelPair, progress);
+  status = GuardAllocation(kNoMemory, [&] { return PrepareRun(records, progress); });
   if (status.IsOK()) {
     // A construct function may set the status of the run, which a success does not take back.
     const QDStatus built = GuardAllocation(kNoMemory, [this] { return BuildTests(); });
     if (!built.IsOK()) status = built;
   }
-  if (status.IsOK()) status = GuardAllocation(kMemoryExhausted, [this] { return RunTests(); });
+  if (status.IsOK()) status = GuardAllocation(kMemoryExhausted, [&] { return RunTests(progress); });
   executed = !status.IsError();
   if (univariates != nullptr) univariates->SetSortedData(nullptr);
   counted.reset();
+  partsOfWorkers.clear();
   sortManager.reset();
+  ownWalks.clear();
   memoIterator.reset();
   dataReader.reset();
   hostRecords.reset();
   return status;
 }
 
-QDStatus NPARPlanner::PrepareRun(RecordIterator& records) {
+QDStatus NPARPlanner::PrepareRun(RecordIterator& records, RunProgress& progress) {
   ReadRunSettings();
   std::vector<std::int32_t> allVariables(static_cast<std::size_t>(variables->Size()));
   std::iota(allVariables.begin(), allVariables.end(), 0);
   hostRecords = std::make_unique<IteratorBatches>(records);
   dataReader = std::make_unique<InitialDataReader>(hostRecords.get(), !analysisMissing,
                                                    std::move(allVariables), variables);
-  const QDStatus read = dataReader->Read();
-  if (read.IsError()) return read;
+  RunProgress::Part reading(progress, kReadingSpan);
+  {
+    const StageOfRun stage(reading);
+    const QDStatus read = dataReader->Read();
+    if (read.IsError()) return read;
+  }
+  progress.Finish(reading);
 
   memoIterator = std::make_unique<NParMemoIterator>(dataReader->Records());
   sortManager = std::make_unique<NPARSortManager>(dataReader.get());
@@ -175,10 +208,65 @@ QDStatus NPARPlanner::BuildTests() {
   return isAnyEntry ? QDStatus() : QDStatus(catalogue::run::kNoTest);
 }
 
-QDStatus NPARPlanner::RunTests() {
-  static_cast<void>(univariates->Run());  // a summary that failed shows in what reads it
+QDStatus NPARPlanner::RunTests(RunProgress& progress) {
+  DivideProgress(progress);
+  RunSummaries(progress);
   ReleaseOrdersOfSummaries();
   return RunWorkers();
+}
+
+void NPARPlanner::DivideProgress(RunProgress& progress) {
+  std::size_t total = mainWorker->TestCount();
+  for (const auto& worker : sortedWorkers) total += worker->TestCount();
+  if (total == 0) return;
+  std::size_t before = 0;
+  const auto add = [&](NPARTestWorker& worker) {
+    const auto startAfter = [total](std::size_t tests) {
+      return kTestsSpan * static_cast<std::int64_t>(tests) / static_cast<std::int64_t>(total);
+    };
+    const std::size_t after = before + worker.TestCount();
+    partsOfWorkers.emplace_back(progress, startAfter(after) - startAfter(before));
+    before = after;
+  };
+  partsOfWorkers.clear();
+  partsOfWorkers.reserve(sortedWorkers.size() + 1);
+  add(*mainWorker);
+  for (const auto& worker : sortedWorkers) add(*worker);
+}
+
+std::size_t NPARPlanner::OrdersAtOnce() const {
+  // Together they take no more memory than the records.
+  constexpr std::size_t kBytesOfEntry = sizeof(NumberedKey);
+  if (dataReader->Records().Count() < kWorthThreads) return 1;
+  const auto width = static_cast<std::size_t>(dataReader->Records().Width());
+  const std::size_t fitting = std::max(width * sizeof(double) / kBytesOfEntry, std::size_t{1});
+  return std::min(Threads::Count(), fitting);
+}
+
+void NPARPlanner::RunSummaries(RunProgress& progress) {
+  std::vector<std::size_t> sortedFirst;
+  if (Threads::Count() > 1 && dataReader->Records().Count() >= kWorthThreads) {
+    for (std::size_t i = 0; i < sortedWorkers.size() && sortedFirst.size() < OrdersAtOnce(); ++i) {
+      const std::int32_t variable = sortedWorkers[i]->GetSortVariable();
+      // What can be counted may never be sorted.
+      if (variable >= 0 && dataReader->Records().Column(variable).IsWide() &&
+          !univariates->WalksOrderOf(variable)) {
+        sortedFirst.push_back(i);
+      }
+    }
+  }
+  RunProgress::Part summaries(progress, kTestsStart - kReadingSpan);
+  Threads::ForEach(sortedFirst.size() + 1, [&](std::size_t task) {
+    if (task == 0) {
+      const StageOfRun stage(summaries);
+      static_cast<void>(univariates->Run());  // a summary that failed shows in what reads it
+      return;
+    }
+    const std::size_t worker = sortedFirst[task - 1];
+    const StageOfRun stage(partsOfWorkers[worker + 1], NPARTestWorker::kSortShare);
+    static_cast<void>(sortManager->GetSortedIterator(sortedWorkers[worker]->GetSortVariable()));
+  });
+  progress.Finish(summaries);
 }
 
 void NPARPlanner::ReleaseOrdersOfSummaries() {
@@ -193,27 +281,47 @@ QDStatus NPARPlanner::RunWorkers() {
   std::vector<NPARTestWorker*> plan;
   if (mainWorker->TestCount() > 0) plan.push_back(mainWorker.get());
   for (const auto& worker : sortedWorkers) plan.push_back(worker.get());
-  std::size_t total = 0;
-  for (NPARTestWorker* worker : plan) {
-    worker->SetSharedData(std::make_unique<UnivariateResults>(univariates.get()));
-    total += worker->TestCount();
+  for (std::size_t i = 0; i < plan.size(); ++i) {
+    plan[i]->SetSharedData(std::make_unique<UnivariateResults>(univariates.get()));
+    plan[i]->SetProgressRange(&partsOfWorkers[i + sortedWorkers.size() + 1 - plan.size()], 0.0,
+                              1.0);
   }
 
-  double start = kTestsStart;
-  for (NPARTestWorker* worker : plan) {
-    const double share =
-        static_cast<double>(worker->TestCount()) * kTestsSpan / static_cast<double>(total);
-    worker->SetProgressRange(progressListener, start, share);
-    if (cancelPair.Check()) return QDStatus(kCancelled);
-    const QDStatus run = worker->RunWorker(cancelPair);
-    if (run.IsError()) return run;
-    sortManager->Release(worker->GetSortVariable());  // no other worker takes this order
-    if (cancelPair.Check()) return QDStatus(kCancelled);
-    const QDStatus collected = worker->CollectResults();
-    if (collected.IsError()) return collected;
-    start += share;
+  const std::size_t lanes = std::min(OrdersAtOnce(), plan.size());
+  if (lanes == 1) {
+    for (NPARTestWorker* worker : plan) worker->SetGathersAhead();
+  }
+  // The lanes take the workers one after the other. The calling thread begins with the first: only
+  // the main worker asks the host for records, and it is the first.
+  std::vector<QDStatus> answers(plan.size());
+  std::atomic<std::size_t> next{1};
+  const auto takeWorkers = [&](std::size_t lane) {
+    for (std::size_t i = lane == 0 ? 0 : next++; i < plan.size(); i = next++) {
+      answers[i] = RunWorker(*plan[i]);
+      if (answers[i].IsError()) throw Interrupted();  // the others are not wanted any more
+    }
+  };
+  try {
+    Threads::ForEach(lanes, takeWorkers);
+  } catch (const Interrupted&) {
+    const auto isFailure = [](const QDStatus& answer) {
+      return answer.IsError() && answer.GetErrorCode() != kCancelled;
+    };
+    const auto failed = std::find_if(answers.begin(), answers.end(), isFailure);
+    return failed == answers.end() ? QDStatus(kCancelled) : *failed;
   }
   return QDStatus();
+}
+
+QDStatus NPARPlanner::RunWorker(NPARTestWorker& worker) {
+  WorkCancelSource source;
+  CancelPair cancel{.source = &source};
+  if (cancel.Check()) return QDStatus(kCancelled);
+  const QDStatus run = worker.RunWorker(cancel);
+  if (run.IsError()) return run;
+  sortManager->Release(worker.GetSortVariable());  // no other worker takes this order
+  if (cancel.Check()) return QDStatus(kCancelled);
+  return worker.CollectResults();
 }
 
 QDStatus NPARPlanner::WriteOutput(std::ostream& stream, const NPARRunInfo& runInfo) {
@@ -279,10 +387,12 @@ void NPARPlanner::AddSortedTest(std::unique_ptr<NPARTest> test, std::int32_t sor
     return;
   }
   auto worker = std::make_unique<NPARTestWorker>(variables, analysisMissing);
-  worker->SetRecords(memoIterator.get());
   if (isFit) {
     worker->SetSortVariable(sortVariable, sortManager.get());
     worker->SetCountedRecords(counted.get());
+  } else {
+    ownWalks.push_back(memoIterator->Another());
+    worker->SetRecords(ownWalks.back().get());
   }
   worker->AddTest(std::move(test));
   sortedWorkers.push_back(std::move(worker));

@@ -15,6 +15,7 @@
 #include "planning/cancel_pair.h"
 #include "planning/record_cells.h"
 #include "planning/record_iterators.h"
+#include "planning/run_progress.h"
 #include "planning/sorted_records.h"
 #include "planning/test_worker.h"
 
@@ -79,12 +80,18 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
  private:
   void ResetRun();
   void ReadRunSettings();
-  QDStatus PrepareRun(RecordIterator& records);
+  QDStatus PrepareRun(RecordIterator& records, RunProgress& progress);
   QDStatus BuildTests();
-  QDStatus RunTests();
+  QDStatus RunTests(RunProgress& progress);
+  void DivideProgress(RunProgress& progress);
+  /// The summaries, and side by side with them the orders that are wanted first.
+  void RunSummaries(RunProgress& progress);
   /// Of orders that only a summary walked.
   void ReleaseOrdersOfSummaries();
   QDStatus RunWorkers();
+  QDStatus RunWorker(NPARTestWorker& worker);
+  /// How many orders may be there at once.
+  [[nodiscard]] std::size_t OrdersAtOnce() const;
 
   const QDSettings* settings;
   std::string_view entryInHand;  // whose tests are being made
@@ -103,6 +110,8 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   QDStatus status;
   std::unique_ptr<NPARTestWorker> mainWorker;
   std::vector<std::unique_ptr<NPARTestWorker>> sortedWorkers;
+  std::vector<std::unique_ptr<BatchSource>> ownWalks;  // of workers in the records' order
+  std::vector<RunProgress::Part> partsOfWorkers;       // the main worker's first
   std::unique_ptr<InitialDataReader> dataReader;
   std::int32_t caseIdIndex = -1;
   std::int32_t weightIndex = -1;

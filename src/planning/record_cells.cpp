@@ -226,6 +226,7 @@ std::unique_ptr<BatchSource> CountedRecords::WalkCells(std::span<const std::int3
   };
   if (counting == Counting::Never || variables.empty() || weight >= records.Width()) return nullptr;
   if (!std::all_of(variables.begin(), variables.end(), isInRecord)) return nullptr;
+  const std::lock_guard lock(mutex);
   auto cells = Find(variables, ascendingBy);
   if (cells == nullptr) return nullptr;
   return std::make_unique<CellWalk>(records, std::move(cells));

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <span>
 #include <vector>
 
@@ -72,5 +73,6 @@ class CountedRecords final : public ICountedRecords {
   std::int32_t weight;
   Counting counting;
   std::vector<std::int32_t> companions;
+  std::mutex mutex;  // workers ask side by side
   std::vector<std::shared_ptr<const RecordCells>> kept;
 };

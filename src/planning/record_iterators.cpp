@@ -5,10 +5,17 @@
 
 #include "catalogue/run.h"
 #include "kit/contract/allocation.h"
+#include "kit/contract/stage_progress.h"
 
 namespace {
 
 constexpr double kLargestWeight = 2147483647.0;
+
+/// What the host says that it will hand over.
+std::size_t ExpectedCount(const QDVarList& variables) {
+  return static_cast<std::size_t>(
+      std::max(TruncateToInt64(variables.GetUnWeightedCount()), std::int64_t{0}));
+}
 
 }  // namespace
 
@@ -25,8 +32,10 @@ QDStatus InitialDataReader::Read() {
   return GuardAllocation(kNoMemory, [this] {
     static_cast<void>(source->Reset());  // a source that stands nowhere has no record
     bool isFirst = true;
+    WalkProgress progress(ExpectedCount(*variables));
     while (RecordBatch* batch = source->NextBatch()) {
       Interruption::Check();
+      progress.Step(batch->Size());
       if (std::exchange(isFirst, false)) Prepare();
       const QDStatus status = Keep(*batch);
       if (status.IsError()) return status;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "foundation/names.h"
@@ -42,6 +43,9 @@ class InitialDataReader {
 class NParMemoIterator final : public KeptWalk {
  public:
   using KeptWalk::KeptWalk;
+  [[nodiscard]] std::unique_ptr<BatchSource> Another() const override {
+    return std::make_unique<NParMemoIterator>(Records());
+  }
 
  private:
   const double* FindColumn(std::int32_t variable) override;

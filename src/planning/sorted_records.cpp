@@ -1,10 +1,13 @@
 #include "planning/sorted_records.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <limits>
 #include <new>
 #include <utility>
+
+#include "kit/contract/stage_progress.h"
 
 namespace {
 
@@ -17,18 +20,18 @@ class EntriesToSort {
   [[nodiscard]] std::size_t Count() const noexcept { return order.count; }
   [[nodiscard]] std::uint64_t DifferingBits() const noexcept { return column.DifferingBits(); }
   template <typename Take>
-  void ForEachKey(Take take) const {
+  void ForEachKey(std::size_t begin, std::size_t end, Take take) const {
     std::vector<double> room(KeptRecords::kBlockSize);
-    ForEachBlock([&](std::size_t first, std::size_t size) {
+    ForEachBlock(begin, end, [&](std::size_t first, std::size_t size) {
       const double* values = column.Values(first, size, room.data());
       for (std::size_t i = 0; i < size; ++i) take(OrderedBits(values[i]));
     });
   }
   template <typename Take>
-  void ForEachEntry(Take take) const {
+  void ForEachEntry(std::size_t begin, std::size_t end, Take take) const {
     std::vector<double> room(KeptRecords::kBlockSize);
     std::vector<std::uint32_t> numbers(KeptRecords::kBlockSize);
-    ForEachBlock([&](std::size_t first, std::size_t size) {
+    ForEachBlock(begin, end, [&](std::size_t first, std::size_t size) {
       NumberRecords(first, size, numbers.data());
       const double* values = column.Values(first, size, room.data());
       for (std::size_t i = 0; i < size; ++i) take(NumberedKey(OrderedBits(values[i]), numbers[i]));
@@ -37,10 +40,11 @@ class EntriesToSort {
 
  private:
   template <typename Use>
-  void ForEachBlock(Use use) const {
-    for (std::size_t first = 0; first < order.count; first += KeptRecords::kBlockSize) {
+  void ForEachBlock(std::size_t begin, std::size_t end, Use use) const {
+    static_assert(RadixBuckets::kPiece % KeptRecords::kBlockSize == 0);
+    for (std::size_t first = begin; first < end; first += KeptRecords::kBlockSize) {
       Interruption::Check();
-      use(first, std::min(KeptRecords::kBlockSize, order.count - first));
+      use(first, std::min(KeptRecords::kBlockSize, end - first));
     }
   }
   void NumberRecords(std::size_t first, std::size_t size, std::uint32_t* numbers) const {
@@ -60,7 +64,9 @@ class EntriesToSort {
 }  // namespace
 
 NPARSortedIterator::NPARSortedIterator(const KeptRecords& records, SortedRecords order)
-    : KeptWalk(records), order(std::move(order)) {}
+    : KeptWalk(records),
+      shared(std::make_shared<const SortedRecords>(std::move(order))),
+      order(*shared) {}
 
 bool NPARSortedIterator::DoKeysTellValues() const noexcept {
   // Not for zeros, whose sign is lost, and for what is no number.
@@ -148,7 +154,8 @@ SortedRecords NPARSortManager::Sort(std::int32_t variable) const {
   order.variable = variable;
   order.count = records->Count();
   PlanTags(order);
-  order.entries = SortEntries<NumberedKey>(EntriesToSort(*records, order));
+  order.entries = SortEntries<NumberedKey>(EntriesToSort(*records, order),
+                                           TellsProgress() ? &StageProgress::Tell : nullptr);
   return order;
 }
 

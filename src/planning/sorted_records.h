@@ -46,6 +46,12 @@ class NPARSortedIterator final : public KeptWalk {
  public:
   /// The records are not taken over.
   NPARSortedIterator(const KeptRecords& records, SortedRecords order);
+  /// Another walk over the same order.
+  [[nodiscard]] std::unique_ptr<NPARSortedIterator> AnotherView() const {
+    return std::make_unique<NPARSortedIterator>(*this);
+  }
+  NPARSortedIterator(const NPARSortedIterator& other)
+      : KeptWalk(other.Records()), shared(other.shared), order(*shared) {}
 
  private:
   void GatherColumn(std::int32_t variable, double* values) override;
@@ -54,7 +60,8 @@ class NPARSortedIterator final : public KeptWalk {
   [[nodiscard]] const SortedRecords::Tag* FindTag(std::int32_t variable) const noexcept;
   void PrefetchFollowing(const KeptColumn& column) const noexcept;
 
-  SortedRecords order;
+  std::shared_ptr<const SortedRecords> shared;
+  const SortedRecords& order;
 };
 
 /// The sorted views of a run. A view is sorted when it is first asked for and then kept.
@@ -69,6 +76,10 @@ class NPARSortManager final : public ISortedData {
   void AddCompanion(std::int32_t variable);
   /// Throws std::bad_alloc where memory runs out, and for more records than an order numbers.
   BatchSource* GetSortedIterator(std::int32_t variable) override;
+  /// Do sorts take so long that they tell how far they are?
+  [[nodiscard]] bool TellsProgress() const noexcept {
+    return records->Count() >= RadixBuckets::kPiece;
+  }
   /// Gives back the memory of a view; asked for again, it is sorted again.
   void Release(std::int32_t variable) noexcept;
 

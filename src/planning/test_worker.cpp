@@ -5,10 +5,15 @@
 
 #include "kit/contract/allocation.h"
 #include "kit/contract/stage_progress.h"
+#include "kit/order/threads.h"
 #include "planning/pass_feed.h"
 #include "planning/progress.h"
+#include "planning/walk_ahead.h"
 
 namespace {
+
+/// Of the walk in a pass.
+constexpr double kWalkShare = 0.7;
 
 /// Hands on how far a test has come within a stage.
 template <typename Report>
@@ -64,6 +69,12 @@ QDStatus NPARTestWorker::RunPasses(CancelPair& cancelPair) {
   return QDStatus();
 }
 
+BatchSource* NPARTestWorker::FindSource() {
+  if (sortVariable < 0) return records;
+  const TestsProgress progress([this](double part) { ReportRisenPart(kSortShare * part); });
+  return sortManager->GetSortedIterator(sortVariable);
+}
+
 QDStatus NPARTestWorker::RunPass(const std::vector<NPARTest*>& list, CancelPair& cancelPair) {
   PassFeed feed(variables, analysisMissing);
   const QDStatus begun = BeginPass(list, feed);
@@ -95,10 +106,30 @@ QDStatus NPARTestWorker::WalkRecords(PassFeed& feed, CancelPair& cancelPair) {
     if (!walked.IsOK()) return walked;
   }
   if (!feed.NeedsRecords()) return QDStatus();
-  BatchSource* source = sortVariable < 0 ? records : sortManager->GetSortedIterator(sortVariable);
+  BatchSource* source = FindSource();
   if (source == nullptr) return QDStatus();
   static_cast<void>(source->Reset());  // it shows by having no record
-  return feed.Walk(*source, cancelPair);
+  return Walk(*source, feed, cancelPair);
+}
+
+QDStatus NPARTestWorker::Walk(BatchSource& source, PassFeed& feed, CancelPair& cancelPair) {
+  const std::int32_t passesDone = passesTotal - passesLeft;
+  const TestsProgress progress(
+      [&](double part) { ReportRisenPart(TimeOf(passesDone + kWalkShare * part)); });
+  constexpr std::size_t kWorthThreads = std::size_t{1} << 17;
+  const auto* order = dynamic_cast<const NPARSortedIterator*>(&source);
+  if (!gathersAhead || order == nullptr || source.Count() < kWorthThreads ||
+      Threads::Count() == 1) {
+    return feed.Walk(source, cancelPair);
+  }
+  WalkAhead ahead(*order);
+  QDStatus walked;
+  Threads::ForEach(2, [&](std::size_t task) {
+    if (task == 1) return ahead.GatherAhead();
+    const WalkAhead::End end(ahead);
+    walked = feed.Walk(ahead, cancelPair);
+  });
+  return walked;
 }
 
 QDStatus NPARTestWorker::BeginPass(const std::vector<NPARTest*>& list, PassFeed& feed) {
@@ -121,7 +152,7 @@ QDStatus NPARTestWorker::EndPass(const PassFeed& feed, std::int32_t passesDone) 
   for (NPARTest* test : alive) {
     const TestsProgress progress([&](double part) {
       const double pass = (testsDone + part) / static_cast<double>(alive.size());
-      ReportRisenPart((passesDone + pass) / std::max(passesTotal, 1));
+      ReportRisenPart(TimeOf(passesDone + kWalkShare + (1.0 - kWalkShare) * pass));
     });
     const QDStatus answer = test->EndPass();
     testsDone += 1.0;
@@ -149,6 +180,12 @@ void NPARTestWorker::TellPass(const PassFeed& feed) const {
   listener->PassBegins(pass);
 }
 
+double NPARTestWorker::TimeOf(double passes) const {
+  const double part = std::min(passes / std::max(passesTotal, 1), 1.0);
+  const bool isSortTold = sortVariable >= 0 && sortManager->TellsProgress();
+  return isSortTold ? kSortShare + (1.0 - kSortShare) * part : part;
+}
+
 std::int32_t NPARTestWorker::StepAt(double part) const {
   return TruncateToInt32((part * progressSpan + progressStart) * 100.0);
 }
@@ -169,5 +206,5 @@ void NPARTestWorker::ReportPassProgress() {
   if (passesLeft >= lastReportedLeft) return;
   lastReportedLeft = passesLeft;
   const bool isWithin = passesTotal > 0 && passesLeft >= 0 && passesTotal >= passesLeft;
-  ReportPart(isWithin ? static_cast<double>(passesTotal - passesLeft) / passesTotal : 1.0);
+  ReportPart(isWithin ? TimeOf(passesTotal - passesLeft) : 1.0);
 }

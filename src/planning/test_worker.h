@@ -21,6 +21,9 @@ class PassFeed;
 /// listwise one no test at all, whichever variable of the run it is that is missing.
 class NPARTestWorker final {
  public:
+  /// Of a sort in a worker's progress.
+  static constexpr double kSortShare = 0.6;
+
   /// The variables are not taken over.
   NPARTestWorker(const QDVarList* variables, bool analysisMissing);
   NPARTestWorker(const NPARTestWorker&) = delete;
@@ -47,6 +50,8 @@ class NPARTestWorker final {
     sortVariable = variable;
     sortManager = manager;
   }
+  /// Another thread may gather the columns of a sorted walk ahead: no other worker wants it.
+  void SetGathersAhead() noexcept { gathersAhead = true; }
   /// -1: the source's order.
   [[nodiscard]] std::int32_t GetSortVariable() const noexcept { return sortVariable; }
   void SetSharedData(std::unique_ptr<UnivariateResults> data) { sharedData = std::move(data); }
@@ -60,14 +65,18 @@ class NPARTestWorker final {
   QDStatus RunPasses(CancelPair& cancelPair);
   QDStatus RunPass(const std::vector<NPARTest*>& list, CancelPair& cancelPair);
   QDStatus WalkRecords(PassFeed& feed, CancelPair& cancelPair);
+  [[nodiscard]] BatchSource* FindSource();
+  QDStatus Walk(BatchSource& source, PassFeed& feed, CancelPair& cancelPair);
   QDStatus BeginPass(const std::vector<NPARTest*>& list, PassFeed& feed);
   QDStatus EndPass(const PassFeed& feed, std::int32_t passesDone);
   void TellPass(const PassFeed& feed) const;
   void ReportPassProgress();
-  /// Reports a part of all passes, from 0 to 1.
+  /// Reports a part of the worker's time, from 0 to 1.
   void ReportPart(double part);
   /// Likewise, as often as the step to report changes.
   void ReportRisenPart(double part);
+  /// The part of the worker's time that so many passes come to.
+  [[nodiscard]] double TimeOf(double passes) const;
   [[nodiscard]] std::int32_t StepAt(double part) const;
 
   SharedTallies sharedTallies;
@@ -78,6 +87,7 @@ class NPARTestWorker final {
   std::unique_ptr<UnivariateResults> sharedData;
   std::int32_t sortVariable = -1;
   NPARSortManager* sortManager = nullptr;
+  bool gathersAhead = false;
   const QDVarList* variables;
   bool analysisMissing;
   ProgressListener* progressListener = nullptr;

@@ -42,7 +42,8 @@ std::string Layout() {
          MEMBER(HBContextTable, size) + MEMBER(HBContextTable, getParameters) +
          MEMBER(HBContextTable, getDataModel) + MEMBER(HBContextTable, getInputIterator) +
          MEMBER(HBContextTable, setCodes) + MEMBER(HBContextTable, newIdentifier) +
-         MEMBER(HBContextTable, getOutputContainer) + MEMBER(HBContextTable, deliverMessage);
+         MEMBER(HBContextTable, getOutputContainer) + MEMBER(HBContextTable, deliverMessage) +
+         MEMBER(HBContextTable, getThreadCount);
 }
 
 TEST(Abi, LayoutOfTheInterfaceIsTheCommittedOne) {

@@ -111,6 +111,13 @@ struct RecordingHost::Entries {
     return host.Called("deliverMessage", err);
   }
 
+  static std::uint32_t GetThreadCount(HBContext* self, std::uint32_t* count, std::int32_t* err) {
+    RecordingHost& host = HostOf(self);
+    const std::uint32_t result = host.Called("getThreadCount", err);
+    if (result == HB_OK) *count = host.threads;
+    return result;
+  }
+
   static std::uint32_t Rewind(HBIterator* self, std::int32_t* err) {
     const std::uint32_t result = HostOf(self).Called("rewind", err);
     if (result == HB_OK) HostOf(self).position = -1;
@@ -227,9 +234,9 @@ struct RecordingHost::Entries {
 
 RecordingHost::RecordingHost()
     : hostTable{sizeof(HBHostTable), Entries::GetInformation},
-      contextTable{sizeof(HBContextTable),      Entries::GetParameters, Entries::GetDataModel,
-                   Entries::GetInputIterator,   Entries::SetCodes,      Entries::NewIdentifier,
-                   Entries::GetOutputContainer, Entries::DeliverMessage},
+      contextTable{sizeof(HBContextTable),      Entries::GetParameters,  Entries::GetDataModel,
+                   Entries::GetInputIterator,   Entries::SetCodes,       Entries::NewIdentifier,
+                   Entries::GetOutputContainer, Entries::DeliverMessage, Entries::GetThreadCount},
       iteratorTable{sizeof(HBIteratorTable), Entries::Rewind,    Entries::Next,
                     Entries::GetValue,       Entries::ReadBlock, nullptr},
       progressTable{sizeof(HBProgressTable), Entries::Report, Entries::BeginPass},

@@ -70,6 +70,7 @@ class RecordingHost {
   std::vector<std::vector<double>> records;
   std::size_t mostInABlock = std::numeric_limits<std::size_t>::max();
   Counts counts;
+  std::uint32_t threads = 1;
 
   // What the host was told.
   std::vector<std::string> calls;

@@ -5,7 +5,7 @@ struct Interrupted {};
 
 /// Whether the work in hand is still wanted. Whoever begins long work makes one and keeps it until
 /// the end; what does the work, however deep below, asks now and then. A thread asks the latest of
-/// its own.
+/// its own; Threads carry the answer to the tasks of others.
 class Interruption {
  public:
   Interruption() noexcept : outer(latest) { latest = this; }
@@ -13,11 +13,16 @@ class Interruption {
   Interruption& operator=(const Interruption&) = delete;
   virtual ~Interruption() { latest = outer; }
 
+  [[nodiscard]] static bool IsCalledOff() { return latest != nullptr && latest->ShallStop(); }
   /// Throws Interrupted where the work in hand shall stop. Costs about as much as a virtual call:
   /// once for some hundred values is never felt.
   static void Check() {
-    if (latest != nullptr && latest->ShallStop()) throw Interrupted();
+    if (IsCalledOff()) throw Interrupted();
   }
+
+ protected:
+  /// What the thread asked before.
+  [[nodiscard]] bool ShallOuterStop() const { return outer != nullptr && outer->ShallStop(); }
 
  private:
   [[nodiscard]] virtual bool ShallStop() = 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <numeric>
 #include <utility>
 
@@ -17,6 +18,10 @@
 // stretches the range, is sorted by the same procedure on its own bits. A digit that is the same in
 // every key costs nothing, and whole numbers, whose low bits are 0, have no second step.
 //
+// Threads count and place parts of the entries side by side, each part at places of its own behind
+// those of the parts before it, and then take buckets each: so the order is the same with any
+// number of them.
+//
 // Reference: D. E. Knuth, The Art of Computer Programming 3, 5.2.5.
 
 namespace {
@@ -25,6 +30,7 @@ constexpr int kMostCellBits = 20;
 constexpr int kCellShare = 2;  // the entries are at least twice as many as the cells
 constexpr std::size_t kFewEntries = std::size_t{1} << 14;  // one bucket: a cache holds them
 constexpr std::size_t kMostBuckets = 4096;
+constexpr std::size_t kEntriesOfPart = std::size_t{1} << 17;  // fewer are not worth a thread
 
 constexpr int kDigitBits = 8;
 constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
@@ -107,36 +113,92 @@ void SortInPlace(Entry* entries, Entry* spare, std::size_t count, std::uint64_t 
 
 }  // namespace
 
-void RadixBuckets::StartCounting(std::size_t entryCount, std::uint64_t differing) {
-  count = entryCount;
+RadixBuckets::RadixBuckets(std::size_t count)
+    : count(count),
+      partCount(std::clamp<std::size_t>(count / kEntriesOfPart, 1, Threads::Count())),
+      partSize((count / partCount / kPiece + 1) * kPiece) {}
+
+void RadixBuckets::StartCounting(std::uint64_t differing) {
   const int cellBits =
       count <= kFewEntries
           ? 0
-          : std::min(static_cast<int>(std::bit_width(count)) - kCellShare, kMostCellBits);
+          : std::min(static_cast<int>(std::bit_width(count / partCount)) - kCellShare,
+                     kMostCellBits);
   shift = std::clamp(static_cast<int>(std::bit_width(differing)) - cellBits, 0, 63);
-  cells.assign(std::size_t{1} << cellBits, 0);
+  cellCount = std::size_t{1} << cellBits;
+  cells.assign(partCount * cellCount, 0);
 }
 
-void RadixBuckets::StartPlacing() {
+void RadixBuckets::JoinCells() {
+  bucketOfCell.assign(cells.begin(), cells.begin() + static_cast<std::ptrdiff_t>(cellCount));
+  const std::size_t pieceSize = (cellCount + partCount - 1) / partCount;
+  Threads::ForEach(partCount, [&](std::size_t piece) {
+    const std::size_t begin = std::min(piece * pieceSize, cellCount);
+    const std::size_t end = std::min(begin + pieceSize, cellCount);
+    for (std::size_t part = 1; part < partCount; ++part) {
+      const std::uint32_t* ofPart = &cells[part * cellCount];
+      for (std::size_t cell = begin; cell < end; ++cell) bucketOfCell[cell] += ofPart[cell];
+    }
+  });
+}
+
+void RadixBuckets::FormBuckets() {
   const std::size_t bucketSize = std::max(count / kMostBuckets, kFewEntries / 4);
   std::size_t start = 0;
   std::size_t next = 0;
-  for (std::uint32_t& cell : cells) {
+  for (std::uint32_t& cell : bucketOfCell) {
     if (ends.empty() || next - start >= bucketSize || next - start + cell > 2 * bucketSize) {
       start = next;
       ends.push_back(static_cast<std::uint32_t>(start));
     }
     next += cell;
     cell = static_cast<std::uint32_t>(ends.size() - 1);
+    ends.back() = static_cast<std::uint32_t>(next);
   }
 }
 
+void RadixBuckets::DividePlaces() {
+  Threads::ForEach(partCount, [&](std::size_t part) {
+    nextPlaces[part].assign(ends.size(), 0);
+    const std::uint32_t* ofPart = &cells[part * cellCount];
+    for (std::size_t cell = 0; cell < cellCount; ++cell) {
+      nextPlaces[part][bucketOfCell[cell]] += ofPart[cell];
+    }
+  });
+  cells = {};
+  std::uint32_t next = 0;
+  for (std::size_t bucket = 0; bucket < ends.size(); ++bucket) {
+    for (std::vector<std::uint32_t>& places : nextPlaces) {
+      next += std::exchange(places[bucket], next);
+    }
+  }
+}
+
+void RadixBuckets::StartPlacing() {
+  nextPlaces.resize(partCount);
+  if (partCount > 1) {
+    JoinCells();
+    FormBuckets();
+    DividePlaces();
+  } else {
+    bucketOfCell = std::move(cells);
+    FormBuckets();
+    nextPlaces[0].push_back(0);
+    nextPlaces[0].insert(nextPlaces[0].end(), ends.begin(), ends.end() - 1);
+  }
+}
+
+namespace {
+
+/// The buckets from `first` to before `last`, which begin at the entry `begin`.
 template <typename Entry>
-void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends) {
+void SortSomeBuckets(Entry* entries, const std::vector<std::uint32_t>& ends, std::size_t first,
+                     std::size_t last, TellSorted tell) {
   LargeArray<Entry> spare;
   std::size_t spareSize = 0;
-  std::size_t begin = 0;
-  for (const std::size_t end : ends) {
+  std::size_t begin = first == 0 ? 0 : ends[first - 1];
+  for (std::size_t bucket = first; bucket < last; ++bucket) {
+    const std::size_t end = ends[bucket];
     Interruption::Check();
     std::uint64_t differing = 0;
     for (std::size_t i = begin; i < end; ++i) differing |= entries[i].Key() ^ entries[begin].Key();
@@ -150,32 +212,61 @@ void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends) {
       SortInPlace(entries + begin, spare.get(), size, differing);
     }
     begin = end;
+    if (tell == nullptr) continue;
+    const double done = static_cast<double>(end) / static_cast<double>(ends.back());
+    tell(kSortPlaced + (1.0 - kSortPlaced) * done);
   }
 }
 
-template void SortBuckets(PlainKey* entries, const std::vector<std::uint32_t>& ends);
-template void SortBuckets(NumberedKey* entries, const std::vector<std::uint32_t>& ends);
+}  // namespace
+
+template <typename Entry>
+void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends, TellSorted tell) {
+  // More groups than threads: buckets are not of one size, and threads not equally quick.
+  constexpr std::size_t kGroupsOfThread = 16;
+  const bool isWorthIt = ends.back() >= 2 * kEntriesOfPart;
+  const std::size_t groups = isWorthIt && Threads::Count() > 1
+                                 ? std::min(ends.size(), kGroupsOfThread * Threads::Count())
+                                 : 1;
+  Threads::ForEach(groups, [&](std::size_t group) {
+    SortSomeBuckets(entries, ends, group * ends.size() / groups, (group + 1) * ends.size() / groups,
+                    tell);
+  });
+}
+
+template void SortBuckets(PlainKey* entries, const std::vector<std::uint32_t>& ends,
+                          TellSorted tell);
+template void SortBuckets(NumberedKey* entries, const std::vector<std::uint32_t>& ends,
+                          TellSorted tell);
 
 void SortKeys(PlainKey* keys, std::size_t count) {
   constexpr std::size_t kAhead = 16;  // two lines on in the bucket
   constexpr std::size_t kAtOnce = 8;
   if (count == 0) return;
-  std::uint64_t differing = 0;
-  for (std::size_t i = 0; i < count; ++i) differing |= keys[i].key ^ keys[0].key;
-  RadixBuckets buckets;
-  buckets.StartCounting(count, differing);
-  for (std::size_t i = 0; i < count; ++i) buckets.Count(keys[i].key);
+  RadixBuckets buckets(count);
+  std::atomic<std::uint64_t> differing{0};
+  ForEachPart(buckets, nullptr, 0.0, 0.0, [&](std::size_t, std::size_t begin, std::size_t end) {
+    std::uint64_t bits = 0;
+    for (std::size_t i = begin; i < end; ++i) bits |= keys[i].key ^ keys[0].key;
+    differing |= bits;
+  });
+  buckets.StartCounting(differing);
+  ForEachPart(buckets, nullptr, 0.0, 0.0,
+              [&](std::size_t part, std::size_t begin, std::size_t end) {
+                const RadixBuckets::Counter counter = buckets.CounterOf(part);
+                for (std::size_t i = begin; i < end; ++i) counter.Take(keys[i].key);
+              });
   buckets.StartPlacing();
-  std::vector<std::uint32_t> ends(buckets.Ends().begin() + 1, buckets.Ends().end());
-  ends.push_back(static_cast<std::uint32_t>(count));
+  const std::vector<std::uint32_t>& ends = buckets.Ends();
   // A key goes to its place and takes the one that stood there along, until one belongs where the
   // first came from. P. M. McIlroy, K. Bostic, M. D. McIlroy, Computing Systems 6 (1993), 5-27.
   // Some keys are on their way at once, so that the next one's place is sought while one waits for
   // the memory; each ends where one of them came from.
+  const RadixBuckets::Placer placer = buckets.PlacerOf(0);
   SparseCheck check;
   for (std::size_t bucket = 0; bucket < ends.size(); ++bucket) {
-    while (buckets.Ends()[bucket] < ends[bucket]) {
-      const std::size_t open = buckets.Ends()[bucket];
+    while (placer.NextIn(bucket) < ends[bucket]) {
+      const std::size_t open = placer.NextIn(bucket);
       const std::size_t openEnd = std::min<std::size_t>(open + kAtOnce, ends[bucket]);
       std::array<PlainKey, kAtOnce> moving;
       std::size_t left = openEnd - open;
@@ -183,7 +274,7 @@ void SortKeys(PlainKey* keys, std::size_t count) {
       while (left > 0) {
         check.Step();  // a way may lead through nearly all keys
         for (std::size_t i = 0; i < left; ++i) {
-          const std::size_t place = buckets.PlaceOf(moving[i].key);
+          const std::size_t place = placer.PlaceOf(moving[i].key);
           __builtin_prefetch(keys + place + kAhead, 1);
           std::swap(moving[i], keys[place]);
           if (place >= open && place < openEnd) moving[i] = moving[--left];

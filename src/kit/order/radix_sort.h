@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -8,6 +9,7 @@
 
 #include "kit/order/interruption.h"
 #include "kit/order/large_array.h"
+#include "kit/order/threads.h"
 
 /// Bits that compare as unsigned integers as the doubles compare: a negative zero equals zero,
 /// every not-a-number stands after infinity, the mark of a missing value is a value like others.
@@ -47,56 +49,142 @@ struct NumberedKey {
 };
 
 /// The buckets that a sort puts its entries into first: by the upper bits in which keys differ,
-/// each a small part of the entries wherever these bits tell them apart.
+/// each a small part of the entries wherever these bits tell them apart. The entries are gone
+/// through in parts, which threads take side by side.
 class RadixBuckets {
  public:
+  /// Counts the keys of a part.
+  class Counter {
+   public:
+    Counter(std::uint32_t* cells, int shift, std::size_t mask) noexcept
+        : cells(cells), shift(shift), mask(mask) {}
+    void Take(std::uint64_t key) const noexcept { ++cells[key >> shift & mask]; }
+
+   private:
+    std::uint32_t* cells;
+    int shift;
+    std::size_t mask;
+  };
+  /// Tells where the entries of a part go, in their order.
+  class Placer {
+   public:
+    Placer(const std::uint32_t* bucketOfCell, std::uint32_t* next, int shift,
+           std::size_t mask) noexcept
+        : bucketOfCell(bucketOfCell), next(next), shift(shift), mask(mask) {}
+    [[nodiscard]] std::size_t PlaceOf(std::uint64_t key) const noexcept {
+      return next[bucketOfCell[key >> shift & mask]]++;
+    }
+    /// Where the next entry of a bucket goes.
+    [[nodiscard]] std::size_t NextIn(std::size_t bucket) const noexcept { return next[bucket]; }
+
+   private:
+    const std::uint32_t* bucketOfCell;
+    std::uint32_t* next;
+    int shift;
+    std::size_t mask;
+  };
+
+  /// Of so many entries: one part for each thread, as long as they are worth it. Throws
+  /// std::bad_alloc.
+  explicit RadixBuckets(std::size_t count);
+  [[nodiscard]] std::size_t PartCount() const noexcept { return partCount; }
+  /// Where a part begins; of the one behind the last the count.
+  [[nodiscard]] std::size_t PartBegin(std::size_t part) const noexcept {
+    return std::min(part * partSize, count);
+  }
   /// `differing`: bits in which keys may differ, the highest one that they do among them. Throws
   /// std::bad_alloc.
-  void StartCounting(std::size_t count, std::uint64_t differing);
-  /// First look at a key.
-  void Count(std::uint64_t key) noexcept { ++cells[CellOf(key)]; }
-  /// Throws std::bad_alloc.
-  void StartPlacing();
-  /// Second look: where the entry goes.
-  [[nodiscard]] std::size_t PlaceOf(std::uint64_t key) noexcept {
-    return ends[cells[CellOf(key)]]++;
+  void StartCounting(std::uint64_t differing);
+  /// First look at the keys of a part.
+  [[nodiscard]] Counter CounterOf(std::size_t part) noexcept {
+    return {&cells[part * cellCount], shift, cellCount - 1};
   }
-  /// After the last entry is in its place: where each bucket ends.
+  /// When all are counted. Throws std::bad_alloc.
+  void StartPlacing();
+  /// Second look at the entries of a part. That of the first part alone would fill each bucket from
+  /// its start to its end.
+  [[nodiscard]] Placer PlacerOf(std::size_t part) noexcept {
+    return {bucketOfCell.data(), nextPlaces[part].data(), shift, cellCount - 1};
+  }
+  /// Where each bucket ends; known before the entries are placed.
   [[nodiscard]] const std::vector<std::uint32_t>& Ends() const noexcept { return ends; }
 
- private:
-  [[nodiscard]] std::size_t CellOf(std::uint64_t key) const noexcept {
-    return key >> shift & (cells.size() - 1);
-  }
+  /// Parts are gone through in pieces of so many entries.
+  static constexpr std::size_t kPiece = std::size_t{1} << 16;
 
+ private:
+  void JoinCells();
+  void FormBuckets();
+  void DividePlaces();
+
+  std::size_t count;
+  std::size_t partCount;
+  std::size_t partSize;
   int shift = 0;
-  std::size_t count = 0;
-  std::vector<std::uint32_t> cells;  // the count by upper bits, then the bucket
+  std::size_t cellCount = 1;
+  std::vector<std::uint32_t> cells;         // of each part: counts by upper bits
+  std::vector<std::uint32_t> bucketOfCell;  // before that: the counts of all parts
   std::vector<std::uint32_t> ends;
+  std::vector<std::vector<std::uint32_t>> nextPlaces;  // of each part by bucket
 };
+
+/// Told how far a sort is, from 0 to 1, on the thread that sorts; null for nobody.
+using TellSorted = void (*)(double part);
 
 /// Sorts each bucket, equal keys in the order in which they stand. Throws std::bad_alloc.
 template <typename Entry>
-void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends);
-extern template void SortBuckets(PlainKey* entries, const std::vector<std::uint32_t>& ends);
-extern template void SortBuckets(NumberedKey* entries, const std::vector<std::uint32_t>& ends);
+void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends, TellSorted tell = nullptr);
+extern template void SortBuckets(PlainKey* entries, const std::vector<std::uint32_t>& ends,
+                                 TellSorted tell);
+extern template void SortBuckets(NumberedKey* entries, const std::vector<std::uint32_t>& ends,
+                                 TellSorted tell);
+
+// Shares of a sort's time: counting, placing and sorting the buckets.
+inline constexpr double kSortCounted = 0.2;
+inline constexpr double kSortPlaced = 0.6;
+
+/// Gives each part of the entries to a thread: use(part, begin, end) for its pieces in order.
+template <typename Use>
+void ForEachPart(const RadixBuckets& buckets, TellSorted tell, double from, double to, Use use) {
+  Threads::ForEach(buckets.PartCount(), [&](std::size_t part) {
+    const std::size_t first = buckets.PartBegin(part);
+    const std::size_t last = buckets.PartBegin(part + 1);
+    for (std::size_t begin = first; begin < last; begin += RadixBuckets::kPiece) {
+      const std::size_t end = std::min(begin + RadixBuckets::kPiece, last);
+      use(part, begin, end);
+      if (tell == nullptr) continue;
+      tell(from +
+           (to - from) * static_cast<double>(end - first) / static_cast<double>(last - first));
+    }
+  });
+}
 
 /// Entries, at most 2^32 - 1, ascending by their keys, equal ones in the order in which they come.
-/// `entries` has Count() of them, DifferingBits() as RadixBuckets takes them, ForEachKey(take) and
-/// ForEachEntry(take), which are gone through once, so that nothing but the result is stored where
-/// the keys are told apart well; at worst a second array of its size is. Throws std::bad_alloc.
+/// `entries` has Count() of them, DifferingBits() as RadixBuckets takes them, and, for pieces that
+/// several threads go through once, ForEachKey(begin, end, take) and ForEachEntry(begin, end,
+/// take), so that nothing but the result is stored where the keys are told apart well; at worst a
+/// second array of its size is. Throws std::bad_alloc.
 template <typename Entry, typename Entries>
-[[nodiscard]] LargeArray<Entry> SortEntries(const Entries& entries) {
+[[nodiscard]] LargeArray<Entry> SortEntries(const Entries& entries, TellSorted tell = nullptr) {
   LargeArray<Entry> sorted = MakeLargeArray<Entry>(entries.Count());
   if (entries.Count() == 0) return sorted;
-  RadixBuckets buckets;
-  buckets.StartCounting(entries.Count(), entries.DifferingBits());
-  entries.ForEachKey([&buckets](std::uint64_t key) { buckets.Count(key); });
+  RadixBuckets buckets(entries.Count());
+  buckets.StartCounting(entries.DifferingBits());
+  ForEachPart(buckets, tell, 0.0, kSortCounted,
+              [&](std::size_t part, std::size_t begin, std::size_t end) {
+                const RadixBuckets::Counter counter = buckets.CounterOf(part);
+                entries.ForEachKey(begin, end, [counter](std::uint64_t key) { counter.Take(key); });
+              });
   buckets.StartPlacing();
   Entry* places = sorted.get();
-  entries.ForEachEntry(
-      [&buckets, places](const Entry& entry) { places[buckets.PlaceOf(entry.Key())] = entry; });
-  SortBuckets(places, buckets.Ends());
+  ForEachPart(buckets, tell, kSortCounted, kSortPlaced,
+              [&](std::size_t part, std::size_t begin, std::size_t end) {
+                const RadixBuckets::Placer placer = buckets.PlacerOf(part);
+                entries.ForEachEntry(begin, end, [placer, places](const Entry& entry) {
+                  places[placer.PlaceOf(entry.Key())] = entry;
+                });
+              });
+  SortBuckets(places, buckets.Ends(), tell);
   return sorted;
 }
 
@@ -108,35 +196,32 @@ class EntriesByPlace {
   [[nodiscard]] std::size_t Count() const noexcept { return count; }
   [[nodiscard]] std::uint64_t DifferingBits() const {
     const std::uint64_t first = entryAt(0).Key();
-    std::uint64_t bits = 0;
-    ForEachKey([&bits, first](std::uint64_t key) { bits |= key ^ first; });
-    return bits;
+    std::atomic<std::uint64_t> differing{0};
+    const RadixBuckets parts(count);
+    ForEachPart(parts, nullptr, 0.0, 0.0, [&](std::size_t, std::size_t begin, std::size_t end) {
+      std::uint64_t bits = 0;
+      ForEachKey(begin, end, [&bits, first](std::uint64_t key) { bits |= key ^ first; });
+      differing |= bits;
+    });
+    return differing;
   }
   template <typename Take>
-  void ForEachKey(Take take) const {
-    ForEachPlace([&](std::size_t place) { take(entryAt(place).Key()); });
+  void ForEachKey(std::size_t begin, std::size_t end, Take take) const {
+    Interruption::Check();
+    for (std::size_t place = begin; place < end; ++place) take(entryAt(place).Key());
   }
   template <typename Take>
-  void ForEachEntry(Take take) const {
-    ForEachPlace([&](std::size_t place) { take(entryAt(place)); });
+  void ForEachEntry(std::size_t begin, std::size_t end, Take take) const {
+    Interruption::Check();
+    for (std::size_t place = begin; place < end; ++place) take(entryAt(place));
   }
 
  private:
-  template <typename Use>
-  void ForEachPlace(Use use) const {
-    constexpr std::size_t kBetweenChecks = std::size_t{1} << 16;
-    for (std::size_t place = 0; place < count;) {
-      Interruption::Check();
-      const std::size_t end = std::min(count, place + kBetweenChecks);
-      for (; place < end; ++place) use(place);
-    }
-  }
-
   std::size_t count;
   EntryAt& entryAt;
 };
 
-/// `count` entries, where `entryAt(place)` is asked three times for each place, in ascending order.
+/// `count` entries, where `entryAt(place)` is asked three times for each place, by several threads.
 template <typename Entry, typename EntryAt>
 [[nodiscard]] LargeArray<Entry> SortedEntries(std::size_t count, EntryAt entryAt) {
   return SortEntries<Entry>(EntriesByPlace<EntryAt>(count, entryAt));

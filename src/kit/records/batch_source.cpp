@@ -17,17 +17,21 @@ int IteratorBatches::Reset() {
     return records.GetState();
   }
   rest = {};
+  handedOut = 0;
   return multiPass == nullptr ? records.GetState() : multiPass->Reset();
 }
 
 RecordBatch* IteratorBatches::NextBatch() {
   if (columns != nullptr) return columns->Advance() ? columns.get() : nullptr;
   while (rest.count == 0) {
-    if (!(blocks != nullptr ? ReadBlock() : CopyRecords())) return nullptr;
+    if (blocks != nullptr ? ReadBlock() : CopyRecords()) continue;
+    count = handedOut;
+    return nullptr;
   }
-  const std::size_t count = std::min(rest.count, kRecordsAtOnce);
-  batch.LookAt({rest.rows, count});
-  rest = {rest.rows + count, rest.count - count};
+  const std::size_t size = std::min(rest.count, kRecordsAtOnce);
+  batch.LookAt({rest.rows, size});
+  rest = {rest.rows + size, rest.count - size};
+  handedOut += size;
   return &batch;
 }
 
@@ -38,8 +42,8 @@ bool IteratorBatches::ReadBlock() {
 
 bool IteratorBatches::CopyRecords() {
   // A record is good until the next one.
-  std::size_t count = 0;
-  while (count < kRecordsAtOnce && records.HasNext()) {
+  std::size_t copied = 0;
+  while (copied < kRecordsAtOnce && records.HasNext()) {
     const Record* record = records.Next();
     if (record == nullptr) break;
     if (copiedRows.empty()) {
@@ -48,8 +52,8 @@ bool IteratorBatches::CopyRecords() {
       copies.resize(kRecordsAtOnce * size);
       for (std::size_t i = 0; i < kRecordsAtOnce; ++i) copiedRows.push_back(&copies[i * size]);
     }
-    std::copy_n(record->Values(), width, &copies[count++ * static_cast<std::size_t>(width)]);
+    std::copy_n(record->Values(), width, &copies[copied++ * static_cast<std::size_t>(width)]);
   }
-  rest = {copiedRows.data(), count};
-  return count > 0;
+  rest = {copiedRows.data(), copied};
+  return copied > 0;
 }

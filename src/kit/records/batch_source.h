@@ -18,6 +18,10 @@ class BatchSource {
   /// The next records, at most kRecordsAtOnce, until the next call; null at the end. Throws
   /// std::bad_alloc.
   virtual RecordBatch* NextBatch() = 0;
+  /// How many records there are; 0 where that is not known.
+  [[nodiscard]] virtual std::size_t Count() const { return 0; }
+  /// A walk of its own over the same records, for another thread; null where there is but one.
+  [[nodiscard]] virtual std::unique_ptr<BatchSource> Another() const { return nullptr; }
   /// Doubles in a record; known once a batch has come.
   [[nodiscard]] virtual int Width() const = 0;
   /// False where no record is missing there.
@@ -48,6 +52,8 @@ class IteratorBatches final : public BatchSource {
   int Reset() override;
   RecordBatch* NextBatch() override;
   [[nodiscard]] int Width() const override { return width; }
+  /// Known when all have come once.
+  [[nodiscard]] std::size_t Count() const override { return count; }
 
  private:
   bool ReadBlock();
@@ -58,6 +64,8 @@ class IteratorBatches final : public BatchSource {
   IRecordBlocks* blocks;
   std::unique_ptr<ColumnBatch> columns;  // null where the iterator has none
   int width = 0;
+  std::size_t count = 0;
+  std::size_t handedOut = 0;   // since the latest Reset
   RecordBlock rest;            // read and not yet handed out
   std::vector<double> copies;  // of records that come one by one
   std::vector<const double*> copiedRows;

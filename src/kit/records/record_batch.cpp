@@ -1,6 +1,18 @@
 #include "kit/records/record_batch.h"
 
 template <typename Value>
+std::vector<std::int32_t> RecordBatch::FoundIn(const std::vector<Column<Value>>& list) const {
+  std::vector<std::int32_t> found;
+  for (std::size_t variable = 0; variable < list.size(); ++variable) {
+    if (list[variable].serial == serial) found.push_back(static_cast<std::int32_t>(variable));
+  }
+  return found;
+}
+template std::vector<std::int32_t> RecordBatch::FoundIn(const std::vector<Column<double>>&) const;
+template std::vector<std::int32_t> RecordBatch::FoundIn(
+    const std::vector<Column<std::int32_t>>&) const;
+
+template <typename Value>
 RecordBatch::Column<Value>& RecordBatch::Renew(std::vector<Column<Value>>& list,
                                                std::size_t variable) const {
   if (variable >= list.size()) list.resize(variable + 1);

@@ -37,6 +37,9 @@ class RecordBatch {
     if (place >= truncated.size() || truncated[place].serial != serial) FindTruncated(place);
     return truncated[place].values;
   }
+  /// The variables that were asked for since the records came in hand.
+  [[nodiscard]] std::vector<std::int32_t> FoundColumns() const { return FoundIn(columns); }
+  [[nodiscard]] std::vector<std::int32_t> FoundTruncated() const { return FoundIn(truncated); }
 
  protected:
   /// `count` other records are in hand.
@@ -61,6 +64,8 @@ class RecordBatch {
   virtual bool GatherTruncated(std::int32_t /*variable*/, std::int32_t* /*values*/) {
     return false;
   }
+  template <typename Value>
+  [[nodiscard]] std::vector<std::int32_t> FoundIn(const std::vector<Column<Value>>& list) const;
   template <typename Value>
   Column<Value>& Renew(std::vector<Column<Value>>& list, std::size_t variable) const;
   template <typename Value>

@@ -1,12 +1,20 @@
 #include "kit/summaries/univariate.h"
 
+#include <algorithm>
+#include <atomic>
+
 #include "kit/contract/allocation.h"
+#include "kit/contract/stage_progress.h"
+#include "kit/order/threads.h"
 #include "kit/records/batch_source.h"
 
 namespace {
 
 /// Stands for any reason to refuse a statistic; never leaves this file.
 constexpr std::int32_t kRefused = 1;
+
+/// Fewer records are not worth a thread.
+constexpr std::size_t kRecordsOfThread = std::size_t{1} << 16;
 
 template <typename Variable, typename Result, typename Class>
 Result Ask(const Variable* variable, Result (Class::*read)() const noexcept, Result absent) {
@@ -76,14 +84,34 @@ bool QDUnivariateSummaries::ReadRecords() {
     }
   }
   if (reading.empty() || records == nullptr) return any;
-  return ForEachBatch(*records, [&](RecordBatch& batch) {
-    for (QDUnivariateVariable* summary : reading) summary->ProcessBatch(batch);
+  const bool isWorthIt = records->Count() >= kRecordsOfThread;
+  std::vector<std::unique_ptr<BatchSource>> others;
+  while (isWorthIt && others.size() + 1 < std::min(Threads::Count(), reading.size())) {
+    others.push_back(records->Another());
+    if (others.back() != nullptr) continue;
+    others.pop_back();
+    break;
+  }
+  const std::size_t walks = others.size() + 1;
+  std::atomic<bool> hasAny{any};
+  Threads::ForEach(walks, [&](std::size_t walk) {
+    BatchSource& source = walk == 0 ? *records : *others[walk - 1];
+    WalkProgress progress(source.Count());
+    const bool hasRecords = ForEachBatch(source, [&](RecordBatch& batch) {
+      for (std::size_t i = walk; i < reading.size(); i += walks) reading[i]->ProcessBatch(batch);
+      progress.Step(batch.Size());
+    });
+    if (hasRecords) hasAny = true;
   });
+  return hasAny;
 }
 
 QDStatus QDUnivariateSummaries::Run() {
+  constexpr double kFirstPass = 0.6;  // its part of the time
   bool another = true;
-  while (another && ReadRecords()) {
+  for (bool isFirst = true; another; isFirst = false) {
+    const StagePart progress(isFirst ? 0.0 : kFirstPass, isFirst ? kFirstPass : 1.0);
+    if (!ReadRecords()) break;
     another = false;
     for (auto& [variable, summary] : summaries) {
       if (!summary->NeedsPass()) break;

@@ -32,6 +32,11 @@ class QDUnivariateSummaries {
   /// first that had finished before: a distribution behind such a one stays without its entry of
   /// zeros.
   QDStatus Run();
+  /// Does the summary of that variable walk the records in its order?
+  [[nodiscard]] bool WalksOrderOf(std::int32_t variableIndex) const {
+    const QDUnivariateVariable* summary = Find(variableIndex);
+    return summary != nullptr && summary->WalksInOrder();
+  }
 
   /// Null where nobody asked for the variable.
   [[nodiscard]] const QDUnivariateVariable* Find(std::int32_t variableIndex) const;
@@ -39,8 +44,8 @@ class QDUnivariateSummaries {
   [[nodiscard]] const QDCateUnivariateVariable* FindCategorical(std::int32_t variableIndex) const;
 
  private:
-  /// One walk over the records, or their cells, for the summaries that need it; false if there was
-  /// no record.
+  /// One walk over the records, or their cells, for the summaries that need it, or several side by
+  /// side for some of them each; false if there was no record.
   bool ReadRecords();
   /// Null where they are not to be had.
   [[nodiscard]] std::unique_ptr<BatchSource> WalkCells(std::int32_t variable);

@@ -66,6 +66,8 @@ class QDUnivariateVariable {
   [[nodiscard]] virtual bool NeedsPass() const { return needsPass; }
   /// May records that hold the same in the variable come as one (RecordBatch::Counts), ascending?
   [[nodiscard]] virtual bool TakesCells() const { return true; }
+  /// Does the summary walk the records in the order of its variable?
+  [[nodiscard]] bool WalksInOrder() const noexcept { return Wants(Statistic::Quartiles); }
   virtual void SetWeightVariable(std::int32_t index) { weightIndex = index; }
   /// ProcessRecord for each record in which the variable is not missing.
   virtual void ProcessBatch(RecordBatch& batch) = 0;

@@ -83,6 +83,28 @@ TEST(RadixSort, AgreesWithAStableSortByComparison) {
   }
 }
 
+TEST(RadixSort, AnyNumberOfThreadsGivesTheSameOrder) {
+  constexpr std::size_t kSize = 700001;  // several parts
+  std::mt19937_64 random(20240302);
+  for (const Source& source : kSources) {
+    std::vector<double> values(kSize);
+    for (double& value : values) value = source.draw(random);
+    const std::vector<std::uint32_t> expected = RadixOrder(values);
+    for (const std::size_t most : {2U, 3U, 7U}) {
+      SCOPED_TRACE(std::string(source.catches) + ", threads " + std::to_string(most));
+      const Threads threads(most);
+      EXPECT_EQ(RadixOrder(values), expected);
+      std::vector<PlainKey> keys(kSize);
+      for (std::size_t i = 0; i < kSize; ++i) keys[i].key = OrderedBits(values[i]);
+      SortKeys(keys.data(), kSize);
+      std::size_t place = 0;
+      EXPECT_TRUE(std::all_of(keys.begin(), keys.end(), [&](PlainKey key) {
+        return key.key == OrderedBits(values[expected[place++]]);
+      }));
+    }
+  }
+}
+
 TEST(RadixSort, ZerosOfBothSignsKeepTheirOrderAndNotANumberStandsLast) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
