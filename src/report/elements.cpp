@@ -1,5 +1,6 @@
 #include "report/elements.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -117,7 +118,13 @@ struct IntervalTexts {
 };
 
 IntervalTexts TextsOf(const std::vector<HistogramBin>& bins) {
+  constexpr std::size_t kUsualCount = 4;  // characters, with the separator
+  constexpr std::size_t kUsualValue = 20;
   IntervalTexts texts;
+  const auto filled = static_cast<std::size_t>(std::count_if(
+      bins.begin(), bins.end(), [](const HistogramBin& bin) { return bin.count > 0; }));
+  texts.counts.reserve(filled * kUsualCount);
+  texts.values.reserve(filled * kUsualValue);
   for (const HistogramBin& bin : bins) {
     if (bin.count <= 0) continue;
     if (!texts.counts.empty()) {
