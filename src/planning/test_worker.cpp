@@ -206,5 +206,6 @@ void NPARTestWorker::ReportPassProgress() {
   if (passesLeft >= lastReportedLeft) return;
   lastReportedLeft = passesLeft;
   const bool isWithin = passesTotal > 0 && passesLeft >= 0 && passesTotal >= passesLeft;
+  if (isWithin && passesLeft == passesTotal) return ReportPart(0.0);  // the sort is still to come
   ReportPart(isWithin ? TimeOf(passesTotal - passesLeft) : 1.0);
 }
