@@ -1,7 +1,6 @@
 #include "host/analysis/analysis.h"
 
 #include <algorithm>
-#include <thread>
 #include <utility>
 
 #include "host/analysis/failure.h"
@@ -9,6 +8,7 @@
 #include "host/analysis/request_facts.h"
 #include "host/data/input_error.h"
 #include "host/data/join_words.h"
+#include "host/os/processors.h"
 #include "host/render/json_writer.h"
 #include "host/render/renderers.h"
 #include "host/request/field_inference.h"
@@ -43,7 +43,12 @@ std::vector<std::string> Categories(const ArrowField& field, const AnalysisReque
 void Analysis::TakeStream(ArrowArrayStream& stream) {
   if (!table.IsEmpty()) throw StateError("the analysis has data already; run it first");
   ArrowTable taken;
-  taken.TakeStream(stream);
+  try {
+    taken.TakeStream(stream, [this] { HeedCancel(); });
+  } catch (const CancelledError&) {
+    isCancelled = false;
+    throw;
+  }
   table = std::move(taken);
 }
 
@@ -83,12 +88,14 @@ ModelledData Analysis::Model(ArrowCells cells, AnalysisRequest& request) {
   const ArrowSource source;
   FieldInference inference(source, cells.data);
   inference.Infer(request);
+  HeedCancel();
   notes = inference.Notes(request);
   facts = FindRequestFacts(request, inference);
   std::vector<FieldSpec> specs = ParseModel(DataModelDocument(request), "the data model");
   for (const ArrowField& field : cells.fields) {
     if (field.storage != Storage::Infer) SpecOf(specs, field.name).storage = field.storage;
   }
+  HeedCancel();
   return FindModel(std::move(cells.data), specs);
 }
 
@@ -115,7 +122,7 @@ void Analysis::Run(const Progress& progress) {
       Model(ImportColumns(data, request.NamedFields(), [this] { HeedCancel(); }), request);
   AnalysisRun run(LinkedComponent(), ParameterDocument(request), std::move(modelled));
   run.AllowThreads(choices.threads > 0 ? choices.threads
-                                       : std::max(std::thread::hardware_concurrency(), 1U));
+                                       : static_cast<std::uint32_t>(MachineThreads()));
   run.Prepare();
   Execute(run, progress);
   document = ReadResultDocument(*documentText, "the result document");

@@ -64,7 +64,7 @@ void Describe(const NparColumn& column, const std::string& format, ArrowSchema& 
 
 }  // namespace
 
-void ArrowTable::TakeStream(ArrowArrayStream& stream) {
+void ArrowTable::TakeStream(ArrowArrayStream& stream, const std::function<void()>& heedCancel) {
   if (stream.release == nullptr) throw InputError("the stream of records was released before");
   const StreamGuard guard(stream);
   schema = std::make_unique<OwnedSchema>();
@@ -83,6 +83,7 @@ void ArrowTable::TakeStream(ArrowArrayStream& stream) {
     CheckStream(stream, stream.get_next(&stream, &batch->array));
     if (batch->array.release == nullptr) return;
     held.push_back(std::move(batch));
+    if (heedCancel) heedCancel();
   }
 }
 

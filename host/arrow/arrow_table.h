@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -43,8 +44,8 @@ class OwnedSchema {
 class ArrowTable {
  public:
   /// Takes all batches of a stream and releases it, whatever happens. InputError where it fails or
-  /// does not hold records.
-  void TakeStream(ArrowArrayStream& stream);
+  /// does not hold records. `heedCancel` is called after each batch and may throw.
+  void TakeStream(ArrowArrayStream& stream, const std::function<void()>& heedCancel = {});
   /// Adds a column; arrays and dictionary stay the caller's. InputError for one that can't be.
   void AddColumn(const NparColumn& column);
 

@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
-#include <thread>
 #include <utility>
 
 #include "host/cli/command_line.h"
@@ -15,6 +14,7 @@
 #include "host/loader/analysis_run.h"
 #include "host/messages/messages.h"
 #include "host/os/interrupt.h"
+#include "host/os/processors.h"
 
 namespace npar_host {
 namespace {
@@ -53,7 +53,7 @@ struct Execution::State {
       : modelId(ModelIdOf(options)),
         library(ComponentPath(options)),
         reader(options.dataPath, CsvOptionsFor(options)),
-        threads(options.threads.value_or(std::max(std::thread::hardware_concurrency(), 1U))) {}
+        threads(options.threads.value_or(static_cast<std::uint32_t>(MachineThreads()))) {}
 
   std::int64_t modelId;  // 0: one at random
   InterruptWatch watch;

@@ -7,7 +7,7 @@
 #include "host/data/csv_piece.h"
 #include "host/data/input_error.h"
 #include "host/data/number.h"
-#include "host/data/ordered_pieces.h"
+#include "host/os/processors.h"
 
 namespace npar_host {
 namespace {

@@ -1,9 +1,5 @@
 #include "host/data/ordered_pieces.h"
 
-#ifdef __linux__
-#include <sched.h>
-#endif
-
 #include <algorithm>
 #include <condition_variable>
 #include <cstdint>
@@ -85,17 +81,6 @@ class Run {
 };
 
 }  // namespace
-
-std::size_t MachineThreads() {
-#ifdef __linux__
-  // The machine may have more than the process is allowed to use.
-  cpu_set_t allowed;
-  if (sched_getaffinity(0, sizeof allowed, &allowed) == 0) {
-    return static_cast<std::size_t>(std::max(1, CPU_COUNT(&allowed)));
-  }
-#endif
-  return std::max<std::size_t>(1, std::thread::hardware_concurrency());
-}
 
 void OrderedPieces::Run() const { npar_host::Run(*this).OnAllThreads(); }
 

@@ -5,9 +5,6 @@
 
 namespace npar_host {
 
-/// Threads that this process may run at a time, 1 at least.
-[[nodiscard]] std::size_t MachineThreads();
-
 /// Does work in numbered pieces on several threads, the caller's among them, and takes what came of
 /// it in the order of the numbers, one piece at a time, on whichever thread.
 struct OrderedPieces {
