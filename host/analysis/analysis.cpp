@@ -43,8 +43,12 @@ std::vector<std::string> Categories(const ArrowField& field, const AnalysisReque
 void Analysis::TakeStream(ArrowArrayStream& stream) {
   if (!table.IsEmpty()) throw StateError("the analysis has data already; run it first");
   ArrowTable taken;
+  // An earlier cancel is the next run's.
+  const bool isMeantForRun = isCancelled;
   try {
-    taken.TakeStream(stream, [this] { HeedCancel(); });
+    taken.TakeStream(stream, [this, isMeantForRun] {
+      if (!isMeantForRun) HeedCancel();
+    });
   } catch (const CancelledError&) {
     isCancelled = false;
     throw;

@@ -125,7 +125,7 @@ TEST(RunThreads, ACancelIsHeededWhileOthersAreAtWork) {
 }
 
 TEST(RunThreads, ProgressIsToldOftenAndOnTheCallersThread) {
-  FieldsHost host(5, 300000);
+  FieldsHost host(5, 800000);
   for (const std::uint32_t threads : {1U, 2U}) {
     SCOPED_TRACE(threads);
     const std::thread::id own = std::this_thread::get_id();
