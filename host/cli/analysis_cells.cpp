@@ -66,11 +66,10 @@ std::vector<std::string> Widen(const AnalyseOptions& options, Execution& executi
   return wide.times;
 }
 
-/// The columns that play no part. Listwise, a missing value in any of them leaves its record out.
+/// The columns that play no part.
 std::vector<std::string> UnusedFields(const AnalysisRequest& request,
                                       const std::vector<std::string>& columns) {
   std::vector<std::string> unused;
-  if (request.listwise) return unused;
   const std::vector<std::string> named = request.NamedFields();
   const std::unordered_set<std::string_view> used(named.begin(), named.end());
   std::ranges::copy_if(columns, std::back_inserter(unused),

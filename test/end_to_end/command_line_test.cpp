@@ -260,14 +260,24 @@ TEST_F(CommandLineTest, ReportsTellWhatTheRunKnowsBesideItsDocument) {
 
 // airquality.csv: 153 days, 111 without a missing value in any field, 116 with Ozone.
 TEST_F(CommandLineTest, RecordsWithMissingValuesAreCountedAsTheTreatmentSays) {
-  for (const auto& [treatment, counts] :
-       {std::pair("analysis", R"(totalCount="153" droppedCount="0")"),
-        std::pair("listwise", R"(totalCount="111" droppedCount="42")")}) {
+  struct Case {
+    const char* fields;
+    const char* treatment;
+    const char* counts;
+    const char* totalN;
+  };
+  for (const auto& [fields, treatment, counts, totalN] :
+       {Case{"Ozone,Solar.R", "analysis", R"(totalCount="153" droppedCount="0")", "116"},
+        Case{"Ozone,Solar.R", "listwise", R"(totalCount="111" droppedCount="42")", "111"},
+        Case{"Ozone", "listwise", R"(totalCount="116" droppedCount="37")", "116"}}) {
+    SCOPED_TRACE(std::string(fields) + " " + treatment);
     const ProcessResult run =
-        RunNpar({"analyse", "examples/airquality.csv", "--independent", "Ozone,Solar.R", "--by",
-                 "Month", "--missing", treatment, "--out", folder.Path("r.xml")});
+        RunNpar({"analyse", "examples/airquality.csv", "--independent", fields, "--by", "Month",
+                 "--missing", treatment, "--out", folder.Path("r.xml")});
     EXPECT_EQ(run.exitCode, 0) << run.err;
-    EXPECT_THAT(FileContent(folder.Path("r.xml")), HasSubstr(counts)) << treatment;
+    EXPECT_THAT(FileContent(folder.Path("r.xml")), HasSubstr(counts));
+    EXPECT_THAT(FileContent(folder.Path("r.xml")),
+                HasSubstr("<Attribute name=\"TotalN\" value=\"" + std::string(totalN) + "\"/>"));
     EXPECT_TRUE(IsValid(FileContent(folder.Path("r.xml")), "statxml-7.0.xsd"));
   }
 }
