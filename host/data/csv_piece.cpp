@@ -119,8 +119,10 @@ const char* CsvPiece::ReadRecord(const char* position) {
       const char* next = ParsePlainNumber(position, column.numbers.Get()[records]);
       const bool isWhole =
           next != nullptr && *next == (i == last ? format.lineEnd : cells.separator);
-      const bool isToken = format.hasNumberToken && isWhole &&
-                           format.tokens.Find({position, next}) != MissingTokens::kNone;
+      const bool isToken =
+          format.hasNumberToken && isWhole &&
+          format.tokens.Find({position, static_cast<std::size_t>(next - position)}) !=
+              MissingTokens::kNone;
       if (isWhole && !isToken) {
         position = next + 1;
         if (i != last) continue;
