@@ -80,7 +80,9 @@ bool QDUnivariateSummaries::ReadRecords() {
     if (cells == nullptr) {
       reading.push_back(summary.get());
     } else {
-      any = ForEachBatch(*cells, [&](RecordBatch& batch) { summary->ProcessBatch(batch); }) || any;
+      any = ForEachBatch(
+                *cells, [&taking = *summary](RecordBatch& batch) { taking.ProcessBatch(batch); }) ||
+            any;
     }
   }
   if (reading.empty() || records == nullptr) return any;
