@@ -138,6 +138,18 @@ auto count_if(Range&& range, Test test, Projection projection = {}) {
   return std::count_if(std::begin(range), std::end(range),
                        [&](auto&& each) { return invoke(test, invoke(projection, each)); });
 }
+template <typename Range, typename Output, typename Function>
+void transform(Range&& range, Output output, Function function) {
+  std::transform(std::begin(range), std::end(range), output, function);
+}
+template <typename Range, typename Test, typename Value>
+void replace_if(Range&& range, Test test, const Value& value) {
+  std::replace_if(std::begin(range), std::end(range), test, value);
+}
+template <typename Range, typename Other>
+auto mismatch(Range&& range, Other&& other) {
+  return std::mismatch(std::begin(range), std::end(range), std::begin(other), std::end(other));
+}
 template <typename Range, typename Output, typename Test>
 void copy_if(Range&& range, Output output, Test test) {
   std::copy_if(std::begin(range), std::end(range), output, test);
