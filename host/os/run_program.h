@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace npar_host {
+
+enum class ProgramOutcome { Done, Failed, NotFound };
+
+/// Runs a program of the search path with these arguments, the first being its name, and waits for
+/// its end. Where the system lets no program start another it is NotFound.
+[[nodiscard]] ProgramOutcome RunProgram(std::vector<std::string> words);
+
+}  // namespace npar_host

@@ -1,0 +1,7 @@
+#include "host/os/run_program.h"
+
+namespace npar_host {
+
+ProgramOutcome RunProgram(std::vector<std::string> /*words*/) { return ProgramOutcome::NotFound; }
+
+}  // namespace npar_host
