@@ -169,13 +169,14 @@ struct RecordingHost::Entries {
     if (host.onRecords) host.onRecords();
     const std::uint32_t result = host.Called("getColumn", err);
     if (result != HB_OK) return result;
-    if (record >= host.records.size()) return HB_END_OF_RECORDS;
     const bool isWhole = host.areColumnsLasting;
     std::vector<double>& column = host.columns[fieldIndex];
+    const bool isLent = isWhole && !column.empty();  // it stays as it is, whatever the records do
+    const std::size_t end = isLent ? column.size() : host.records.size();
+    if (record >= end) return HB_END_OF_RECORDS;
     const std::size_t start = isWhole ? 0 : record;
-    const std::size_t left = host.records.size() - start;
-    const std::size_t size = isWhole ? left : std::min(left, host.mostInABlock);
-    if (!isWhole || column.empty()) {
+    const std::size_t size = isWhole ? end : std::min(end - start, host.mostInABlock);
+    if (!isLent) {
       column.assign(size, 0.0);
       for (std::size_t i = 0; i < size; ++i) column[i] = host.records[start + i].at(fieldIndex);
     }

@@ -51,8 +51,8 @@ class ColumnRecords final : public MultiPassRecordIter, public IRecordColumns {
     const std::size_t first = record - record % partSize;
     const std::size_t size = std::min(partSize, column.size() - first);
     std::vector<double>& memory = parts[{variable, areLasting ? first : 0}];
-    memory.assign(&column[first], &column[first] + size);
-    part = {&memory[record - first], size - (record - first), areLasting};
+    memory.assign(column.data() + first, column.data() + first + size);
+    part = {memory.data() + (record - first), size - (record - first), areLasting};
     return true;
   }
   int GetRecordWidth() const override { return static_cast<int>(columns.size()); }
