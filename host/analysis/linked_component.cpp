@@ -1,22 +1,16 @@
 #include "host/analysis/linked_component.h"
 
 #include "frame/linked.h"
+#include "host/loader/linked_exports.h"
 
 namespace npar_host {
 
 const ComponentLibrary& LinkedComponent() {
-  static const ComponentLibrary library(ComponentExports{
-      .initialise = hb_initialise,
-      .create = hb_create_component,
-      .destroy = EndLinkedComponent,
-      .configure = hb_component_configure,
-      .getExecutionRequirements = hb_component_getExecutionRequirements,
-      .beginExecution = hb_component_beginExecution,
-      .cancelExecution = hb_component_cancelExecution,
-      .endExecution = hb_component_endExecution,
-      .getMessages = hb_component_getMessages,
-      .getModuleInformation = hb_getModuleInformation,
-  });
+  static const ComponentLibrary library([] {
+    ComponentExports exports = LinkedExports();
+    exports.destroy = EndLinkedComponent;
+    return exports;
+  }());
   return library;
 }
 

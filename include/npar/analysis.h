@@ -26,8 +26,8 @@
 extern "C" {
 #endif
 
-/* The Arrow C data interface and the Arrow C stream interface, as their specification asks every
- * header to repeat them (https://arrow.apache.org/docs/format/CDataInterface.html). */
+/* The Arrow C data interface and the Arrow C stream interface, which every header that uses them
+ * repeats (https://arrow.apache.org/docs/format/CDataInterface.html). */
 #ifndef ARROW_C_DATA_INTERFACE
 #define ARROW_C_DATA_INTERFACE
 
