@@ -92,6 +92,16 @@ XMLElement* AddFigures(XMLElement& parent, std::string_view table,
   return element;
 }
 
+XMLElement* AddNormalStatistics(XMLElement& parent, std::initializer_list<FigureRow> rows,
+                                const NormalFigures& figures, std::optional<double> exactSig) {
+  XMLElement* element = AddFigures(parent, "StatisticsResult", rows);
+  AddAttributeRow(*element, "StandardError", figures.standardError);
+  AddAttributeRow(*element, "StandardTestStatistic", figures.z);
+  AddAttributeRow(*element, "AsymptoticSig2Tailed", figures.sig);
+  if (exactSig) AddAttributeRow(*element, "ExactSig2Tailed", *exactSig);
+  return element;
+}
+
 XMLElement* AddSimpleTable(XMLElement& parent, std::string_view name, std::string_view rowNames,
                            std::string_view columnNames) {
   XMLElement* table = AddNamedElement(parent, "SimpleTable", name);

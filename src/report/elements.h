@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/statistics/normal.h"
 #include "kit/summaries/univariate.h"
 
 // The element forms that all tests share. Functions that add to a parent return the new element,
@@ -74,6 +75,11 @@ struct FigureRow {
 /// "StructuredTable" with a name and an "Attribute" for each figure.
 XMLElement* AddFigures(XMLElement& parent, std::string_view table,
                        std::initializer_list<FigureRow> rows);
+/// "StatisticsResult" of a statistic that is held against the normal distribution: its rows, the
+/// two-sided figures, and the exact significance where there is one.
+XMLElement* AddNormalStatistics(XMLElement& parent, std::initializer_list<FigureRow> rows,
+                                const NormalFigures& figures,
+                                std::optional<double> exactSig = std::nullopt);
 
 /// The texts as rows "%0", "%1", ...
 void AddParameterRows(XMLElement& parent, const std::vector<std::string>& parameters);

@@ -109,6 +109,7 @@ class MultipleComparison {
       : codes(codes), policy(policy) {}
 
   void Want(ComparisonKind kind) noexcept { wanted = kind; }
+  [[nodiscard]] ComparisonKind Kind() const noexcept { return wanted; }
   [[nodiscard]] bool WantsPairwise() const noexcept { return wanted == ComparisonKind::Pairwise; }
   [[nodiscard]] bool WantsStepwise() const noexcept { return wanted == ComparisonKind::Stepwise; }
   /// True once the wanted comparison has run.

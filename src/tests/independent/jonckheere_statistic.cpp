@@ -2,10 +2,16 @@
 
 #include <algorithm>
 
+#include "kit/statistics/jonckheere.h"
+
 double JonckheereCounts::CountBefore(std::size_t place) const noexcept {
   double count = 0.0;
   for (std::size_t node = place; node > 0; node &= node - 1) count += tree[node];
   return count;
+}
+
+NormalFigures Standardize(const JonckheereSums& sums, const std::vector<double>& sizes) {
+  return JonckheereTerpstra(sums.statistic, sums.ties.pairs, sums.ties.triples, sizes);
 }
 
 void JonckheereCounts::AddCount(std::size_t place, double weight) noexcept {

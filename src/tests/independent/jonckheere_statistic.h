@@ -6,12 +6,16 @@
 
 #include "kit/ranks/tied_run.h"
 #include "kit/ranks/ties.h"
+#include "kit/statistics/normal.h"
 
 /// What the data of ordered groups come to in the Jonckheere-Terpstra test.
 struct JonckheereSums {
   double statistic = 0.0;  ///< J
   TieSums ties;
 };
+/// Of groups of these sizes.
+[[nodiscard]] NormalFigures Standardize(const JonckheereSums& sums,
+                                        const std::vector<double>& sizes);
 
 /// Sums over ascending values in k groups. J counts, for each value, the smaller values in earlier
 /// groups, equal ones as a half: instead of one ranker for each pair of groups there is one tree of

@@ -1,7 +1,6 @@
 #include "catalogue/cards/jonckheere_terpstra.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <numeric>
 #include <optional>
@@ -9,9 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "arithmetic/elementary.h"
 #include "kit/comparisons/multiple_comparisons.h"
-#include "kit/comparisons/range_counts.h"
 #include "kit/contract/test.h"
 #include "kit/groups/group_tally.h"
 #include "kit/ranks/rank.h"
@@ -23,6 +20,7 @@
 #include "report/comparison_tables.h"
 #include "report/elements.h"
 #include "report/extended_tables.h"
+#include "tests/independent/jonckheere_comparisons.h"
 #include "tests/independent/jonckheere_statistic.h"
 
 namespace card = catalogue::jonckheere_terpstra;
@@ -44,10 +42,6 @@ std::vector<double> AscendingCodes(TestConstruction& construction, std::int32_t 
     });
   }
   return {codes.begin(), codes.end()};
-}
-
-NormalFigures Standardize(const JonckheereSums& sums, const std::vector<double>& sizes) {
-  return JonckheereTerpstra(sums.statistic, sums.ties.pairs, sums.ties.triples, sizes);
 }
 
 /// Jonckheere-Terpstra test for ordered alternatives: does a field rise or fall along the ordered
@@ -74,11 +68,8 @@ class NPARJonckTer final : public NPARTest {
                            : "DefaultAllDistinctValuesUsed_I_JonckheereTerpstra_2",
                        {IndexText(groups.testVariable), IndexText(groups.groupVariable)}}},
         [this](XMLElement& algorithm) {
-          AddFigures(algorithm, "StatisticsResult",
-                     {{"TestStatistic", overallCounts.Sums().statistic},
-                      {"StandardError", overall.standardError},
-                      {"StandardTestStatistic", overall.z},
-                      {"AsymptoticSig2Tailed", overall.sig}});
+          AddNormalStatistics(algorithm, {{"TestStatistic", overallCounts.Sums().statistic}},
+                              overall);
           AddBoxPlotInfo(algorithm, *tally, static_cast<std::int64_t>(tally->Groups().size()));
           WriteComparison(algorithm, comparison);
         });
@@ -100,8 +91,7 @@ class NPARJonckTer final : public NPARTest {
     if (settings.Text("orderOfHypotheses") == "orderLargestToSmallest") {
       std::reverse(order.begin(), order.end());
     }
-    if (settings.Get("pairWise", 0.0) == 1.0) comparison.Want(ComparisonKind::Pairwise);
-    if (settings.Get("stepWise", 0.0) == 1.0) comparison.Want(ComparisonKind::Stepwise);
+    comparison.Want(ComparisonFromFlags(settings));
 
     groups.groupCount = static_cast<std::int32_t>(order.size());
     tally = Share<GroupTally>(groups);
@@ -141,28 +131,33 @@ class NPARJonckTer final : public NPARTest {
     overall = Standardize(overallCounts.Sums(), sizes);
     overallRanks.CloseRun();
     if (!comparison.PassGate(*this, sigLevel, overall.sig, orderedCodes.size())) return;
-    if (comparison.WantsPairwise()) {
-      pairs.resize(PairIndex(0, orderedCodes.size()));
-    } else {
-      ranges = RangeCounts(orderedCodes.size());
-    }
+    compared.emplace(comparison.Kind(), std::move(sizes), overall.z);
   }
 
   void TakeAgain(RecordBatch& /*batch*/) override {
     if (!comparison.IsPending()) return;
     const GroupTally::Units& units = tally->GetUnits();
     for (std::size_t i = 0; i < units.count; ++i) {
-      // A value stands for its run, so that pairs and ranges have the ties of the whole.
-      static_cast<void>(runs.Begins(units.values[i]));
+      compared->MeetValue(units.values[i]);
       if (tally->PlaceOf(units.groups[i]) == GroupTally::kNoPlace) continue;
-      Compare(runs.First(), units.Weight(i), PositionOf(units.groups[i]));
+      compared->Add(units.Weight(i), PositionOf(units.groups[i]));
     }
   }
 
   void Finish() override {
     if (!comparison.IsPending()) return;
-    if (comparison.WantsPairwise()) EndPairwise();
-    if (comparison.WantsStepwise()) EndStepwise();
+    if (comparison.WantsPairwise()) {
+      comparison.RunPairwise(
+          OrderedSamples(), orderedCodes.size(), [this](std::int32_t i, std::int32_t j) {
+            return compared->PairOf(static_cast<std::size_t>(i), static_cast<std::size_t>(j));
+          });
+    } else {
+      compared->StartRanges();
+      comparison.RunStepwise(*this, OrderedSamples(), [this](const SampleRange& range) {
+        return compared->RangeOf(range, comparison.DecidingLevel(range));
+      });
+    }
+    compared.reset();
   }
 
   void Extend(ExtendedFigures& figures) override {
@@ -210,67 +205,6 @@ class NPARJonckTer final : public NPARTest {
     return overallRanks.GroupEntry(code).rankSum / static_cast<double>(tally->CountOf(code));
   }
 
-  /// In a pass of comparisons.
-  void Compare(double x, std::int64_t weight, std::size_t position) {
-    if (comparison.WantsStepwise()) {
-      ranges.Add(x, weight, position);
-      return;
-    }
-    for (std::size_t earlier = 0; earlier < position; ++earlier) {
-      pairs[PairIndex(earlier, position)].Add(x, weight, true);
-    }
-    for (std::size_t later = position + 1; later < orderedCodes.size(); ++later) {
-      pairs[PairIndex(position, later)].Add(x, weight, false);
-    }
-  }
-
-  void EndPairwise() {
-    const std::size_t groupCount = orderedCodes.size();
-    comparison.RunPairwise(OrderedSamples(), groupCount, [this](std::int32_t i, std::int32_t j) {
-      const auto earlier = static_cast<std::size_t>(i);
-      const auto later = static_cast<std::size_t>(j);
-      JonckheerePair& pair = pairs[PairIndex(earlier, later)];
-      pair.CloseRun();
-      const NormalFigures figures = Standardize(pair.Sums(), {SizeAt(earlier), SizeAt(later)});
-      return PairFigures{pair.Sums().statistic, figures.standardError, figures.z,
-                         OneTailedSig(figures.z)};
-    });
-    pairs = {};
-  }
-
-  void EndStepwise() {
-    ranges.Finish();
-    sizesBefore.assign(1, {});
-    for (std::size_t position = 0; position < orderedCodes.size(); ++position) {
-      sizesBefore.push_back(sizesBefore.back().With(SizeAt(position)));
-    }
-    comparison.RunStepwise(*this, OrderedSamples(),
-                           [this](const SampleRange& range) { return ComputeRange(range); });
-    ranges = RangeCounts(0);
-  }
-
-  [[nodiscard]] std::optional<RangeFigures> ComputeRange(const SampleRange& range) {
-    const double statistic = ranges.OrderedPairs(range);
-    if (IsSurelyApart(range, statistic)) return std::nullopt;
-    std::vector<double> sizes;
-    sizes.reserve(range.Size());
-    for (std::size_t p = range.first; p <= range.last; ++p) sizes.push_back(SizeAt(p));
-    return RangeFigures{statistic,
-                        OneTailedSig(Standardize({statistic, ranges.Ties(range)}, sizes).z)};
-  }
-
-  // No ties make the variance larger, and a tail beyond z is at most exp(-z^2 / 2) / 2.
-  [[nodiscard]] bool IsSurelyApart(const SampleRange& range, double statistic) const {
-    const SizeSums& all = sizesBefore[range.last + 1];
-    const SizeSums& earlier = sizesBefore[range.first];
-    const double n = all.sum - earlier.sum;
-    const double deviation = statistic - (n * n - (all.squares - earlier.squares)) / 4.0;
-    const double variance = (n * n * (2.0 * n + 3.0) - (all.cubic - earlier.cubic)) / 72.0;
-    const double enough = variance * -2.0 * arithmetic::Log(2.0 * comparison.DecidingLevel(range));
-    return (deviation < 0.0) == (overall.z < 0.0) &&
-           deviation * deviation > std::max(enough, variance);
-  }
-
   /// The groups with data in their order, with their overall mean ranks.
   [[nodiscard]] std::vector<ComparedSample> OrderedSamples() {
     std::vector<ComparedSample> list;
@@ -280,33 +214,12 @@ class NPARJonckTer final : public NPARTest {
     return list;
   }
 
-  /// One-sided, in the direction of the overall test.
-  [[nodiscard]] double OneTailedSig(double z) const {
-    const bool wasBelow = overall.z < 0.0;
-    const double size = std::fabs(z);
-    return (z < 0.0) == wasBelow ? QDDistFun::SfStdNorm(size) : QDDistFun::CdfStdNorm(size);
-  }
-
   [[nodiscard]] std::size_t PositionOf(std::int32_t code) const noexcept {
     return positionOfCode[static_cast<std::size_t>(code)];
   }
   [[nodiscard]] double SizeAt(std::size_t position) const {
     return static_cast<double>(tally->CountOf(orderedCodes[position]));
   }
-  [[nodiscard]] std::size_t PairIndex(std::size_t earlier, std::size_t later) const noexcept {
-    return later * (later - 1) / 2 + earlier;
-  }
-
-  /// Sums of the sizes of groups and of what a variance has of them.
-  struct SizeSums {
-    double sum = 0.0;
-    double squares = 0.0;
-    double cubic = 0.0;  // n^2 (2n + 3)
-    [[nodiscard]] SizeSums With(double n) const noexcept {
-      return {sum + n, squares + n * n, cubic + n * n * (2.0 * n + 3.0)};
-    }
-  };
-
   bool hasGroupRange = false;
   GroupTally::Key groups;
   GroupTally* tally = nullptr;
@@ -316,10 +229,7 @@ class NPARJonckTer final : public NPARTest {
   NormalFigures overall;
   MultipleComparison comparison;
   std::vector<std::int32_t> orderedCodes;  // of the groups with data
-  TieRuns runs;                            // of all values, for the comparisons
-  std::vector<JonckheerePair> pairs;       // all pairs of the groups with data
-  RangeCounts ranges{0};                   // all ranges of them
-  std::vector<SizeSums> sizesBefore;       // by position: of all earlier groups
+  std::optional<JonckheereComparisons> compared;
 };
 
 }  // namespace

@@ -45,15 +45,12 @@ class NPARMannWU final : public NPARTwoGroupTest {
                           [this](XMLElement& algorithm) {
                             AddTwoGroupTables(algorithm, groups, *tally, {counts[0], meanRanks[0]},
                                               {counts[1], meanRanks[1]});
-                            AddFigures(algorithm, "StatisticsResult",
-                                       {{"TotalN", TotalCount()},
-                                        {"MannWhitneyU", mannWhitneyU},
-                                        {"WilcoxonW", wilcoxonW},
-                                        {"TestStatistic", mannWhitneyU},
-                                        {"StandardError", approximation.standardError},
-                                        {"StandardTestStatistic", approximation.z},
-                                        {"AsymptoticSig2Tailed", approximation.sig},
-                                        {"ExactSig2Tailed", exactSig}});
+                            AddNormalStatistics(algorithm,
+                                                {{"TotalN", TotalCount()},
+                                                 {"MannWhitneyU", mannWhitneyU},
+                                                 {"WilcoxonW", wilcoxonW},
+                                                 {"TestStatistic", mannWhitneyU}},
+                                                approximation, exactSig);
                           });
   }
 

@@ -14,11 +14,11 @@
 #include "kit/statistics/kolmogorov_smirnov.h"
 #include "kit/statistics/lilliefors.h"
 #include "kit/statistics/reference_distribution.h"
-#include "kit/summaries/univariate.h"
 #include "planning/test_construction.h"
 #include "report/algorithm_element.h"
 #include "report/elements.h"
 #include "tests/one_sample/empirical_differences.h"
+#include "tests/one_sample/fitted_distribution.h"
 
 namespace card = catalogue::ks_one_sample;
 
@@ -40,8 +40,7 @@ class NPARKSmirnowOneSample final : public NPARTest {
 
   XMLElement* WriteResults() override {
     if (excludedWeight != 0 && totalN > 0) {
-      Warn(distribution.family == Family::Uniform ? card::kUniformExcluded
-                                                  : card::kExponentialExcluded,
+      Warn(fitted->family == Family::Uniform ? card::kUniformExcluded : card::kExponentialExcluded,
            {IntegerText(excludedWeight)});
     }
     return WriteAlgorithm(*this,
@@ -62,41 +61,36 @@ class NPARKSmirnowOneSample final : public NPARTest {
 
   /// A message tells the weight of one record that is no count.
   [[nodiscard]] bool TakesCells() const override {
-    return !distribution.IsPoisson() || weight.Index() < 0;
+    return !fitted->IsPoisson() || weight.Index() < 0;
   }
 
  protected:
   void Prepare(const SettingsReader& settings) override {
-    distribution.SetFamily(settings.Text("distributionFunction"));
     variableIndex = settings.Index("variableIndex");
-    settings.Find(card::kMinimum.key, distribution.minimum);
-    settings.Find(card::kMaximum.key, distribution.maximum);
-    settings.Find(card::kMean.key, distribution.mean);
-    settings.Find(card::kStdDev.key, distribution.stdDev);
-    AskForEstimates();
+    fitted.emplace(settings, variableIndex, weight.Index());
     ExpectPasses(2);
     Require({variableIndex});
   }
 
   /// Error 220312 with value and weight: no count, in a Poisson test.
   void Take(RecordBatch& batch) override {
-    if (!AreValid(batch.Of(variableIndex), batch.Size())) {
+    if (!fitted->TakesAll(batch.Of(variableIndex), batch.Size())) {
       TakeValid(batch);
       return;
     }
     weight.UseTruncated(batch, [&](auto weightAt) {
       for (std::size_t i = 0; i < batch.Size(); ++i) totalN += weightAt(i);
     });
-    estimator->ProcessBatch(batch);
+    fitted->EstimateFrom(batch);
   }
 
   /// Errors 220003, 220310, 220313: no valid value.
   void Compute() override {
-    if (const QDStatus estimated = estimator->EndPass(); estimated.IsError()) {
+    if (const QDStatus estimated = fitted->EndEstimates(); estimated.IsError()) {
       Fail(estimated.GetErrorCode());
     }
     if (totalN > 0) return;
-    switch (distribution.family) {
+    switch (fitted->family) {
       case Family::Uniform:
         Fail(card::kNoValidUniform);
         break;
@@ -113,45 +107,40 @@ class NPARKSmirnowOneSample final : public NPARTest {
   /// Errors 220312, 220313, 220315, 220316: the parameters make no distribution. Help message
   /// 220309: a large Poisson mean.
   void StartPass() override {
-    if (estimateMean) distribution.mean = estimator->GetMean();
-    if (estimateStdDev) distribution.stdDev = estimator->GetStdDev();
-    if (estimateRange) {
-      distribution.minimum = estimator->GetMinimum();
-      distribution.maximum = estimator->GetMaximum();
-    }
-    switch (distribution.family) {
+    fitted->UseEstimates();
+    switch (fitted->family) {
       case Family::Uniform:
-        if (QDPower::AlmostEqual(distribution.minimum, distribution.maximum,
-                                 QDPower::gMachineEpsilon)) {
+        if (QDPower::AlmostEqual(fitted->minimum, fitted->maximum, QDPower::gMachineEpsilon)) {
           Fail(card::kEmptyUniform);
         }
         break;
       case Family::Poisson:
-        if (!(distribution.mean > 0.0)) {
+        if (!(fitted->mean > 0.0)) {
           Fail(card::kNoPoisson);
-        } else if (distribution.mean >= ReferenceDistribution::kLargePoissonMean) {
-          distribution.UseNormalForPoisson();
+        } else if (fitted->mean >= ReferenceDistribution::kLargePoissonMean) {
+          fitted->UseNormalForPoisson();
           Help(card::kLargePoissonMean);
         }
         break;
       case Family::Normal:
-        if (!(distribution.stdDev > 0.0)) Fail(card::kNoNormal);
+        if (!(fitted->stdDev > 0.0)) Fail(card::kNoNormal);
         break;
       case Family::Exponential:
-        if (!(distribution.mean > 0.0)) Fail(card::kNoExponential);
+        if (!(fitted->mean > 0.0)) Fail(card::kNoExponential);
         break;
     }
-    differences.emplace(distribution, totalN);
+    differences.emplace(*fitted, totalN);
   }
 
   void TakeAgain(RecordBatch& batch) override {
     const double* values = batch.Of(variableIndex);
     const std::size_t count = batch.Size();
     const bool isEachOne = weight.TruncatedOf(batch) == nullptr;
-    if (isEachOne && AreValid(values, count) && differences->PassOver(values, count)) return;
+    if (isEachOne && fitted->TakesAll(values, count) && differences->PassOver(values, count))
+      return;
     weight.UseTruncated(batch, [&](auto weightAt) {
       for (std::size_t i = 0; i < count; ++i) {
-        if (IsValid(values[i])) differences->Add(values[i], weightAt(i));
+        if (fitted->Takes(values[i])) differences->Add(values[i], weightAt(i));
       }
     });
   }
@@ -168,69 +157,21 @@ class NPARKSmirnowOneSample final : public NPARTest {
     if (!(differences->Absolute() >= 0.0)) return;  // no difference is a number
     figures.Add("AbsoluteDifferenceLocation", differences->Location());
     figures.Add("LimitingSig2Tailed", LimitingKolmogorovSig(testStatistic));
-    if (IsGiven()) AddExact(figures);
-    const bool isNormal = distribution.family == Family::Normal && estimateMean && estimateStdDev;
-    const bool isExponential = distribution.family == Family::Exponential && estimateMean;
-    if (isNormal || isExponential) AddLilliefors(figures);
+    if (fitted->IsGiven()) AddExact(figures);
+    if (fitted->IsEstimated()) AddLilliefors(figures);
   }
 
  private:
-  void AskForEstimates() {
-    const auto isMissing = [](double value) { return value == QDMV::gMissingValue; };
-    estimator.emplace(variableIndex, weight.Index());
-    const auto ask = [this](Statistic statistic) {
-      static_cast<void>(estimator->AddStatistic(static_cast<std::int32_t>(statistic)));
-    };
-    if (distribution.family != Family::Uniform && isMissing(distribution.mean)) {
-      estimateMean = true;
-      ask(Statistic::Mean);
-    }
-    if (distribution.family == Family::Normal && isMissing(distribution.stdDev)) {
-      estimateStdDev = true;
-      ask(Statistic::MeanStdDev);
-    }
-    // The empirical distribution function needs the range for every family.
-    if (isMissing(distribution.minimum) || isMissing(distribution.maximum)) {
-      estimateRange = true;
-      ask(Statistic::Maximum);
-      ask(Statistic::Minimum);
-    }
-  }
-
-  /// Does the value take part?
-  [[nodiscard]] bool IsValid(double x) const noexcept {
-    switch (distribution.family) {
-      case Family::Uniform:
-        return estimateRange || !(x > distribution.maximum || x < distribution.minimum);
-      case Family::Poisson:
-        return x >= 0.0 && QDPower::AlmostEqual(x, std::trunc(x), QDPower::gMachineEpsilon);
-      case Family::Normal:
-        break;
-      case Family::Exponential:
-        return !(x < 0.0);
-    }
-    return true;
-  }
-
-  /// Do all of these ascending values take part, as their ends tell?
-  [[nodiscard]] bool AreValid(const double* values, std::size_t count) const noexcept {
-    if (count == 0) return true;
-    const double first = values[0];
-    const double last = values[count - 1];
-    // Of counts, the ends tell nothing; ends that do not compare are not a number.
-    return !distribution.IsPoisson() && first <= last && IsValid(first) && IsValid(last);
-  }
-
   /// Estimates from the valid ones of records that are not all valid.
   void TakeValid(RecordBatch& batch) {
     const double* values = batch.Of(variableIndex);
     isInvalid.assign(batch.Size(), 1);
     weight.UseTruncated(batch, [&](auto weightAt) {
       for (std::size_t i = 0; i < batch.Size() && !HasFailed(); ++i) {
-        if (IsValid(values[i])) {
+        if (fitted->Takes(values[i])) {
           totalN += weightAt(i);
           isInvalid[i] = 0;
-        } else if (distribution.IsPoisson()) {
+        } else if (fitted->IsPoisson()) {
           const std::int64_t ofOne = weight.Index() < 0 ? 1 : weightAt(i);
           Fail(card::kNoPoisson, {NumberText(values[i]), IntegerText(ofOne)});
         } else {
@@ -238,17 +179,17 @@ class NPARKSmirnowOneSample final : public NPARTest {
         }
       }
     });
-    estimator->ProcessBatch(validRecords.Select(batch, isInvalid));
+    fitted->EstimateFrom(validRecords.Select(batch, isInvalid));
   }
 
   [[nodiscard]] Condition GetCondition() const {
     const std::string index = IntegerText(variableIndex);
-    const std::string mean = NumberOrMissingText(distribution.mean);
-    switch (distribution.family) {
+    const std::string mean = NumberOrMissingText(fitted->mean);
+    switch (fitted->family) {
       case Family::Uniform:
-        return {"UniformDistribution_O_KolmogorovSmirnov_3",
-                {index, NumberOrMissingText(distribution.minimum),
-                 NumberOrMissingText(distribution.maximum)}};
+        return {
+            "UniformDistribution_O_KolmogorovSmirnov_3",
+            {index, NumberOrMissingText(fitted->minimum), NumberOrMissingText(fitted->maximum)}};
       case Family::Poisson:
         return {"PoissonDistribution_O_KolmogorovSmirnov_2", {index, mean}};
       case Family::Normal:
@@ -257,22 +198,7 @@ class NPARKSmirnowOneSample final : public NPARTest {
         return {"ExponentialDistribution_O_KolmogorovSmirnov_2", {index, mean}};
     }
     return {"NormalDistribution_O_KolmogorovSmirnov_3",
-            {index, mean, NumberOrMissingText(distribution.stdDev)}};
-  }
-
-  /// Is everything that the distribution needs given?
-  [[nodiscard]] bool IsGiven() const noexcept {
-    switch (distribution.family) {
-      case Family::Normal:
-        return !estimateMean && !estimateStdDev;
-      case Family::Uniform:
-        return !estimateRange;
-      case Family::Exponential:
-        return !estimateMean;
-      case Family::Poisson:
-        break;
-    }
-    return false;
+            {index, mean, NumberOrMissingText(fitted->stdDev)}};
   }
 
   void AddExact(ExtendedFigures& figures) const {
@@ -285,7 +211,7 @@ class NPARKSmirnowOneSample final : public NPARTest {
   void AddLilliefors(ExtendedFigures& figures) const {
     if (totalN < kFewestLillieforsUnits) return;
     const double d = differences->Absolute();
-    const LillieforsSig found = distribution.family == Family::Normal
+    const LillieforsSig found = fitted->family == Family::Normal
                                     ? NormalLillieforsSig(totalN, d)
                                     : ExponentialLillieforsSig(totalN, d);
     switch (found.kind) {
@@ -302,11 +228,7 @@ class NPARKSmirnowOneSample final : public NPARTest {
   }
 
   std::int32_t variableIndex = -1;
-  ReferenceDistribution distribution;
-  bool estimateRange = false;
-  bool estimateMean = false;
-  bool estimateStdDev = false;
-  std::optional<QDContUnivariateVariable> estimator;
+  std::optional<FittedDistribution> fitted;
   std::vector<std::uint8_t> isInvalid;  // by record in hand
   SelectedRecords validRecords;
 

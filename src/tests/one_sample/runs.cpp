@@ -116,12 +116,9 @@ class NPARRuns final : public NPARTest {
           AddFigures(
               algorithm, "RunsParameters",
               {{"Mean", mean}, {"StdDev", figures.standardError}, {"ObservedRunNumber", runCount}});
-          AddFigures(algorithm, "StatisticsResult",
-                     {{"TotalN", countAtOrAbove + countBelow},
-                      {"TestStatistic", runCount},
-                      {"StandardError", figures.standardError},
-                      {"StandardTestStatistic", figures.z},
-                      {"AsymptoticSig2Tailed", figures.sig}});
+          AddNormalStatistics(
+              algorithm, {{"TotalN", countAtOrAbove + countBelow}, {"TestStatistic", runCount}},
+              figures);
         });
   }
 

@@ -44,12 +44,8 @@ class NPARWilcoxonSR final : public NPARTest {
           std::vector<HistogramBin> bins{{zeroDifferences, 0.0}};
           bins.insert(bins.end(), distribution.GetBins().begin(), distribution.GetBins().end());
           AddIntervalTable(*values, bins);
-          AddFigures(algorithm, "StatisticsResult",
-                     {{"TotalN", effectiveN},
-                      {"TestStatistic", testStatistic},
-                      {"StandardError", figures.standardError},
-                      {"StandardTestStatistic", figures.z},
-                      {"AsymptoticSig2Tailed", figures.sig}});
+          AddNormalStatistics(algorithm, {{"TotalN", effectiveN}, {"TestStatistic", testStatistic}},
+                              figures);
         });
   }
 

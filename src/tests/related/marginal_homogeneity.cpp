@@ -42,12 +42,8 @@ class NPARMargHomo final : public NPARTest {
          .decidingSig = result.figures.sig,
          .condition = pair.ConditionOf("AllDistinctValuesUsed_R_MarginalHomogeneity_2")},
         [this](XMLElement& algorithm) {
-          AddFigures(algorithm, "StatisticsResult",
-                     {{"TotalN", totalN},
-                      {"TestStatistic", result.statistic},
-                      {"StandardError", result.figures.standardError},
-                      {"StandardTestStatistic", result.figures.z},
-                      {"AsymptoticSig2Tailed", result.figures.sig}});
+          AddNormalStatistics(algorithm, {{"TotalN", totalN}, {"TestStatistic", result.statistic}},
+                              result.figures);
           XMLElement* comparison =
               AddFigures(algorithm, "CategoryFieldsComparison",
                          {{"RowNames", pair.first}, {"ColumnNames", pair.second}});

@@ -44,13 +44,10 @@ class NPARSign final : public NPARPairedTest {
                        {IndexText(differences.First()), IndexText(differences.Second())}}},
         [this](XMLElement& algorithm) {
           AddDifferenceTable(algorithm, differences);
-          AddFigures(algorithm, "StatisticsResult",
-                     {{"TotalN", differences.TotalN()},
-                      {"TestStatistic", differences.PositiveCount()},
-                      {"StandardError", approximation.standardError},
-                      {"StandardTestStatistic", approximation.z},
-                      {"AsymptoticSig2Tailed", approximation.sig},
-                      {"ExactSig2Tailed", exactSig}});
+          AddNormalStatistics(
+              algorithm,
+              {{"TotalN", differences.TotalN()}, {"TestStatistic", differences.PositiveCount()}},
+              approximation, exactSig);
         });
   }
 

@@ -37,12 +37,10 @@ class NPARWilcoxonPairs final : public NPARPairedTest {
                        {IntegerText(differences.First()), IntegerText(differences.Second())}}},
         [this](XMLElement& algorithm) {
           AddDifferenceTable(algorithm, differences);
-          AddFigures(algorithm, "StatisticsResult",
-                     {{"TotalN", differences.TotalN()},
-                      {"TestStatistic", ranks.PositiveRankSum()},
-                      {"StandardError", figures.standardError},
-                      {"StandardTestStatistic", figures.z},
-                      {"AsymptoticSig2Tailed", figures.sig}});
+          AddNormalStatistics(
+              algorithm,
+              {{"TotalN", differences.TotalN()}, {"TestStatistic", ranks.PositiveRankSum()}},
+              figures);
         });
   }
 
