@@ -108,8 +108,7 @@ std::string CategoriesParameter(const ResultDocument& document, const ResultTest
                                 std::size_t position) {
   const auto indices = test.ConditionFields(0, document.fields.size());
   if (indices.empty()) return "(unknown)";
-  const std::string text =
-      CategoriesPhrase(document.fields[indices.front()], Parameter(test, position));
+  std::string text = CategoriesPhrase(document.fields[indices.front()], Parameter(test, position));
   if (!text.empty()) return text;
   if (!test.Failed()) return "(none of the categories)";
   return position == 1 ? "its first class" : "its second class";

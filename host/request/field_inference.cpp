@@ -202,7 +202,9 @@ std::vector<std::string> FieldInference::Notes(const AnalysisRequest& request) {
   const npar_host::ContentOf contentOf = Contents(request);
   for (std::string& note : CheckCategories(request, contentOf)) notes.push_back(std::move(note));
   for (const auto& [test, because] : Choices(request)) {
-    notes.push_back(test + " is chosen, because " + because);
+    std::string& note = notes.emplace_back(test);
+    note += " is chosen, because ";
+    note += because;
   }
   for (std::string& note : ExplainMisfits(request, contentOf)) notes.push_back(std::move(note));
   if (!request.groupField.empty() && request.independentFields.empty()) {

@@ -63,6 +63,7 @@ std::string PairsInFull(const ResultDocument& document, const ResultTest& test,
   for (const SamplePair& pair : Pairs(comparison)) {
     const TextRows::Row row = content.rows[pair.row];
     std::vector<std::string> cells;
+    cells.reserve(columns.size());
     for (const std::size_t i : known) {
       cells.push_back(ShowMarkup(content.columnNames[i], i < row.size() ? row[i] : ""));
     }

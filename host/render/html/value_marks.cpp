@@ -37,6 +37,7 @@ std::vector<std::vector<double>> CompleteRecords(const ResultDocument& document,
   if (!std::ranges::all_of(fields, isThere)) return records;
   for (std::size_t i = 0; i < columns[fields.front()].size(); ++i) {
     std::vector<double> record;
+    record.reserve(fields.size());
     for (const std::size_t field : fields) {
       record.push_back(i < columns[field].size() ? columns[field][i] : NAN);
     }
