@@ -1,8 +1,14 @@
 # The libraries that we build on: the system's, or for a target that has none of its own, those of
 # the sources that scripts/target_sources fetches.
 if(NOT NPAR_LIBRARY_SOURCES)
+  if(NPAR_BUILT_IN)
+    set(CMAKE_FIND_LIBRARY_SUFFIXES .a)
+  endif()
   find_package(Boost 1.74 REQUIRED)
   find_package(pugixml REQUIRED)
+  if(NPAR_BUILT_IN AND TARGET pugixml::static)
+    set_target_properties(pugixml::pugixml PROPERTIES INTERFACE_LINK_LIBRARIES pugixml::static)
+  endif()
   find_package(CLI11 REQUIRED)
   find_package(nlohmann_json REQUIRED)
   find_package(ZLIB REQUIRED)

@@ -16,6 +16,7 @@
 #include "host/cli/report_request.h"
 #include "host/cli/trace.h"
 #include "host/data/reshape.h"
+#include "host/os/utf8_path.h"
 #include "host/render/result_model.h"
 #include "host/request/analysis_documents.h"
 #include "host/request/field_inference.h"
@@ -48,14 +49,14 @@ constexpr const char* kKeptData = "data.csv";
 
 void KeepDocuments(const std::string& folder, const NamedText& parameters, const NamedText& model) {
   MakeFolder(folder);
-  const std::filesystem::path path(folder);
-  Publish((path / kKeptParameters).string(), parameters.text);
-  Publish((path / kKeptModel).string(), model.text);
+  const std::filesystem::path path = Utf8Path(folder);
+  Publish(Utf8Name(path / kKeptParameters), parameters.text);
+  Publish(Utf8Name(path / kKeptModel), model.text);
 }
 
 // npar run takes the cells as they stand in its file.
 void KeepData(const std::string& folder, const Dataset& data) {
-  Publish((std::filesystem::path(folder) / kKeptData).string(), WriteCsv(data));
+  Publish(Utf8Name(Utf8Path(folder) / kKeptData), WriteCsv(data));
 }
 
 std::vector<std::string> OutputFiles(const AnalyseOptions& options,
@@ -64,7 +65,7 @@ std::vector<std::string> OutputFiles(const AnalyseOptions& options,
   for (const ReportRequest& report : reports) files.push_back(report.path);
   if (!options.keepDocuments.empty()) {
     for (const char* name : {kKeptParameters, kKeptModel, kKeptData}) {
-      files.push_back((std::filesystem::path(options.keepDocuments) / name).string());
+      files.push_back(Utf8Name(Utf8Path(options.keepDocuments) / name));
     }
   }
   return files;
@@ -131,8 +132,8 @@ std::string PathOf(const std::string& path, const std::string& group) {
   if (path.empty() || path == "-") return path;
   std::string name = Unescape(group);
   std::ranges::replace(name, '/', '_');
-  const std::filesystem::path whole(path);
-  return (whole.parent_path() / whole.stem()).string() + "." + name + whole.extension().string();
+  const std::filesystem::path whole = Utf8Path(path);
+  return Utf8Name(whole.parent_path() / whole.stem()) + "." + name + Utf8Name(whole.extension());
 }
 
 AnalyseOptions OptionsFor(const AnalyseOptions& options, const std::string& group,

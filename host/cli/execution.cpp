@@ -15,6 +15,7 @@
 #include "host/messages/messages.h"
 #include "host/os/interrupt.h"
 #include "host/os/processors.h"
+#include "host/os/utf8_path.h"
 
 namespace npar_host {
 namespace {
@@ -23,8 +24,7 @@ namespace {
 constexpr std::int64_t kLargestModelId = 0x7FFFFFFF;
 
 std::filesystem::path ComponentPath(const ExecutionOptions& options) {
-  return options.component.empty() ? ComponentLibrary::DefaultPath()
-                                   : std::filesystem::path(options.component);
+  return options.component.empty() ? ComponentLibrary::DefaultPath() : Utf8Path(options.component);
 }
 
 std::int64_t ModelIdOf(const ExecutionOptions& options) {

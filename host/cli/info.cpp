@@ -5,6 +5,7 @@
 #include "host/cli/commands.h"
 #include "host/cli/output.h"
 #include "host/loader/component.h"
+#include "host/os/utf8_path.h"
 
 namespace npar_host {
 namespace {
@@ -14,12 +15,12 @@ std::string Information(const std::filesystem::path& path) {
   pugi::xml_document document;
   document.load_string(library.ModuleInformation().c_str());
   const pugi::xml_node module = document.select_node("//Module").node();
-  if (!module) throw ComponentError("the component " + path.string() + " tells nothing of itself");
+  if (!module) throw ComponentError("the component " + Utf8Name(path) + " tells nothing of itself");
   std::string text;
   for (const pugi::xml_attribute attribute : module.attributes()) {
     text += std::string(attribute.name()) + ": " + attribute.value() + '\n';
   }
-  return text + "file: " + path.string() + '\n';
+  return text + "file: " + Utf8Name(path) + '\n';
 }
 
 }  // namespace
@@ -32,7 +33,7 @@ void AddInfoCommand(CLI::App& program) {
   command->footer("Example:\n  npar info\n");
   command->callback([component] {
     Publish("-", Information(component->empty() ? ComponentLibrary::DefaultPath()
-                                                : std::filesystem::path(*component)));
+                                                : Utf8Path(*component)));
   });
 }
 

@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "host/os/replace_file.h"
+#include "host/os/utf8_path.h"
 #include "host/render/text_layout.h"
 
 namespace npar_host {
@@ -22,12 +23,13 @@ namespace {
 // no plain file.
 std::filesystem::path PlainFile(const std::string& path) {
   std::error_code failure;
-  const auto kind = std::filesystem::status(path, failure).type();
+  const std::filesystem::path given = Utf8Path(path);
+  const auto kind = std::filesystem::status(given, failure).type();
   const bool isPlain =
       kind == std::filesystem::file_type::regular || kind == std::filesystem::file_type::not_found;
   if (path == "-" || path.empty() || !isPlain) return {};
-  const auto target = std::filesystem::weakly_canonical(std::filesystem::absolute(path), failure);
-  return failure ? std::filesystem::path(path) : target;
+  const auto target = std::filesystem::weakly_canonical(std::filesystem::absolute(given), failure);
+  return failure ? given : target;
 }
 
 }  // namespace
@@ -42,22 +44,23 @@ void Publish(const std::string& path, const TextWriter& writer) {
     return;
   }
   std::error_code failure;
-  const auto kind = std::filesystem::status(path, failure).type();
+  const std::filesystem::path given = Utf8Path(path);
+  const auto kind = std::filesystem::status(given, failure).type();
   if (kind == std::filesystem::file_type::directory) Fail(path, EISDIR);
   if (kind != std::filesystem::file_type::regular &&
       kind != std::filesystem::file_type::not_found) {
-    if (const int error = WriteInPlace(path, writer)) Fail(path, error);
+    if (const int error = WriteInPlace(given, writer)) Fail(path, error);
     return;
   }
   // A link keeps pointing to where it points: the file behind it is replaced.
-  auto target = std::filesystem::weakly_canonical(path, failure);
-  if (failure) target = path;
-  if (const int error = ReplaceFile(target, writer)) Fail(target.string(), error);
+  auto target = std::filesystem::weakly_canonical(given, failure);
+  if (failure) target = given;
+  if (const int error = ReplaceFile(target, writer)) Fail(Utf8Name(target), error);
 }
 
 void MakeFolder(const std::string& folder) {
   std::error_code error;
-  std::filesystem::create_directories(folder, error);
+  std::filesystem::create_directories(Utf8Path(folder), error);
   if (error) throw OutputError("cannot make the folder " + folder + ": " + error.message());
 }
 

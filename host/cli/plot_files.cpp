@@ -4,6 +4,7 @@
 
 #include "host/cli/output.h"
 #include "host/os/run_program.h"
+#include "host/os/utf8_path.h"
 #include "host/render/html/test_plots.h"
 
 namespace npar_host {
@@ -15,7 +16,8 @@ namespace fs = std::filesystem;
 ProgramOutcome ConvertToPng(const fs::path& svg) {
   fs::path png = svg;
   png.replace_extension(".png");
-  return RunProgram({"rsvg-convert", "--zoom=2", "-b", "white", "-o" + png.string(), svg.string()});
+  return RunProgram(
+      {"rsvg-convert", "--zoom=2", "-b", "white", "-o" + Utf8Name(png), Utf8Name(svg)});
 }
 
 }  // namespace
@@ -24,12 +26,12 @@ void WritePlots(const std::string& folder, const ResultDocument& document) {
   MakeFolder(folder);
   ProgramOutcome last = ProgramOutcome::Done;
   for (const PlotFile& file : PlotFiles(document)) {
-    const fs::path path = fs::path(folder) / file.name;
-    Publish(path.string(), file.svg);
+    const fs::path path = Utf8Path(folder) / Utf8Path(file.name);
+    Publish(Utf8Name(path), file.svg);
     if (last == ProgramOutcome::NotFound) continue;
     last = ConvertToPng(path);
     if (last == ProgramOutcome::Failed) {
-      throw OutputError("rsvg-convert could not turn " + path.string() + " into PNG");
+      throw OutputError("rsvg-convert could not turn " + Utf8Name(path) + " into PNG");
     }
   }
 }

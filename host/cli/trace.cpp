@@ -11,7 +11,8 @@
 #include <vector>
 
 #include "host/data/input_error.h"
-#include "host/os/whole_file.h"
+#include "host/os/last_change.h"
+#include "host/os/utf8_path.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {
@@ -77,11 +78,11 @@ ReportTrace MakeTrace(const std::string& dataPath, const ResultDocument& documen
   ReportTrace trace;
   trace.file = dataPath == "-" ? "standard input" : dataPath;
   const std::optional<std::int64_t> sourceDate = SourceDate();
-  const std::filesystem::path path(dataPath);
+  const std::filesystem::path path = Utf8Path(dataPath);
   std::error_code failure;
   if (dataPath != "-" && std::filesystem::is_regular_file(path, failure)) {
     trace.bytes = std::to_string(std::filesystem::file_size(path, failure));
-    if (const std::optional<std::int64_t> changed = LastChange(dataPath)) {
+    if (const std::optional<std::int64_t> changed = LastChange(path)) {
       trace.changed = TimeText(std::min(*changed, sourceDate.value_or(*changed)));
     }
   }

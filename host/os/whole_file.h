@@ -1,9 +1,7 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -40,8 +38,5 @@ class WholeFile {
   struct State;  // the system's
   std::unique_ptr<State> state;
 };
-
-/// When the file was changed last, in seconds since 1970; nothing where the system does not tell.
-[[nodiscard]] std::optional<std::int64_t> LastChange(const std::string& path);
 
 }  // namespace npar_host

@@ -1,5 +1,3 @@
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -8,6 +6,7 @@
 #include <iostream>
 #include <vector>
 
+#include "host/os/utf8_path.h"
 #include "host/os/whole_file.h"
 
 namespace npar_host {
@@ -36,7 +35,7 @@ WholeFile::WholeFile(const std::string& path) : state(std::make_unique<State>())
     state->Read(std::cin);
     return;
   }
-  const std::filesystem::path file(path);
+  const std::filesystem::path file = Utf8Path(path);
   std::error_code failure;
   if (std::filesystem::is_directory(file, failure)) {
     throw FileProblem{"cannot be read", std::strerror(EISDIR)};
@@ -57,11 +56,5 @@ WholeFile::~WholeFile() = default;
 std::string_view WholeFile::Text() const noexcept { return {state->bytes.data(), state->length}; }
 bool WholeFile::IsWhole() const { return true; }
 void WholeFile::Release(const char*) {}
-
-std::optional<std::int64_t> LastChange(const std::string& path) {
-  struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return std::nullopt;
-  return status.st_mtime;
-}
 
 }  // namespace npar_host

@@ -187,10 +187,4 @@ void WholeFile::Release(const char* position) {
   state->released = done;
 }
 
-std::optional<std::int64_t> LastChange(const std::string& path) {
-  struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return std::nullopt;
-  return status.st_mtime;
-}
-
 }  // namespace npar_host

@@ -217,7 +217,7 @@ double QDDistFun::CDFHyper(double x, double n, double k, double total, std::int3
 
 double QDDistFun::lyradnlgam(const double& x) {
   if (!(x > 0.0)) return kNotANumber;
-  return static_cast<double>(lgamma(x));
+  return static_cast<double>(lgamma(static_cast<Real>(x)));
 }
 
 }  // namespace QDMath_700
