@@ -22,7 +22,8 @@ struct RankedRun {
 
 /// In how many ways do j of the units of some runs, the marked ones, have the rank sum s? With j
 /// marked units s reaches from the ranks of the lowest j to those of the highest, and only these
-/// sums are kept.
+/// sums are kept. Where j units are marked, all others are not: the ways of more than half of the
+/// units are those of the rest, from the other end.
 class RankSumCounts {
  public:
   struct Row {
@@ -30,11 +31,21 @@ class RankSumCounts {
     std::vector<double> counts;  // by the sum less that; empty where j is not possible
   };
 
-  /// The runs ascend; at most so many units are marked, and at most so many are not.
+  /// The runs ascend; at most so many units are marked, and at most so many, not fewer, are not.
   RankSumCounts(std::span<const RankedRun> runs, std::int64_t mostMarked, std::int64_t mostUnmarked)
-      : mostMarked(mostMarked), mostUnmarked(mostUnmarked) {
+      : mostUnmarked(mostUnmarked) {
+    std::int64_t all = 0;
+    std::int64_t rankSum = 0;
+    for (const RankedRun& run : runs) {
+      all += run.units;
+      rankSum += run.units * run.rank;
+    }
+    mostCounted = std::min(mostMarked, all / 2);
     rows.push_back({0, {1.0}});
     for (const RankedRun& run : runs) Add(run);
+    for (std::int64_t j = mostCounted + 1; j <= std::min(mostMarked, all); ++j) {
+      rows.push_back(Mirrored(Of(all - j), rankSum));
+    }
   }
 
   /// Empty where that many are not possible.
@@ -50,7 +61,7 @@ class RankSumCounts {
  private:
   void Add(const RankedRun& run) {
     const std::int64_t after = units + run.units;
-    const std::int64_t last = std::min(after, mostMarked);
+    const std::int64_t last = std::min(after, mostCounted);
     for (auto j = static_cast<std::int64_t>(rows.size()); j <= last; ++j) {
       rows.push_back({rows.back().least + run.rank, {}});
     }
@@ -79,7 +90,12 @@ class RankSumCounts {
     }
   }
 
-  std::int64_t mostMarked;
+  static Row Mirrored(const Row& others, std::int64_t rankSum) {
+    const auto span = static_cast<std::int64_t>(others.counts.size()) - 1;
+    return {rankSum - others.least - span, {others.counts.rbegin(), others.counts.rend()}};
+  }
+
+  std::int64_t mostCounted = 0;  // marked units whose ways are counted one run after another
   std::int64_t mostUnmarked;
   std::int64_t units = 0;
   std::vector<Row> rows;  // by marked units
