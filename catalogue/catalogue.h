@@ -226,13 +226,19 @@ inline constexpr auto kTests = [] {
   return nullptr;
 }
 
-/// What an element with that condition tests; empty for one of no card.
-[[nodiscard]] constexpr std::string_view FindHypothesis(std::string_view element,
+/// A hypothesis and the card that it stands on.
+struct TestedHypothesis {
+  const Card* card = nullptr;
+  std::string_view sentence;
+};
+
+/// What an element with that condition tests; null and empty for one of no card.
+[[nodiscard]] constexpr TestedHypothesis FindHypothesis(std::string_view element,
                                                         std::string_view condition) {
   for (const Card* card : kCards) {
     if (!(card->element == element)) continue;
     for (const Hypothesis& each : card->hypotheses) {
-      if (condition.starts_with(each.condition)) return each.sentence;
+      if (condition.starts_with(each.condition)) return {card, each.sentence};
     }
   }
   return {};

@@ -5,6 +5,7 @@
 
 #include "host/data/number.h"
 #include "host/request/field_inference.h"
+#include "host/request/field_list.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {
@@ -14,6 +15,7 @@ constexpr std::size_t kClasses = 12;      // of a histogram
 constexpr std::size_t kMostListed = 100;  // categories
 constexpr std::size_t kMostOfTwoClasses = 2;
 constexpr std::size_t kMostGroups = 12;  // that a test would be suggested for
+constexpr std::size_t kMostCommands = 3;
 
 /// Counts cells by their code in a pool; texts are codes already.
 std::vector<std::size_t> CountByCode(const Column& column, NumberPool& pool) {
@@ -69,7 +71,7 @@ std::string WhyOf(const FieldDescription& field, const Column& column, const Csv
   }
   if (!field.IsContinuous()) return "since its cells hold no more than two different numbers";
   if (!found.IsLikeScale()) return {};
-  return "whole numbers; --ordinal " + field.name + " if it is a scale";
+  return "whole numbers; --ordinal " + FieldArgument(field.name) + " if it is a scale";
 }
 
 FieldDescription DescribeField(const Dataset& data, std::size_t index, const CsvReader& reader) {
@@ -89,20 +91,6 @@ FieldDescription DescribeField(const Dataset& data, std::size_t index, const Csv
   return field;
 }
 
-/// The name as a list of fields and a shell take it.
-std::string Argument(const std::string& text) {
-  constexpr std::string_view kPlain =
-      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_.-/";
-  if (!text.empty() && text.find_first_not_of(kPlain) == std::string::npos) return text;
-  std::string quoted = "'";
-  for (const char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return quoted + "'";
-}
-
-std::string FieldArgument(const std::string& name) {
-  return Argument(name.find(',') == std::string::npos ? name : '"' + name + '"');
-}
-
 }  // namespace
 
 std::vector<FieldDescription> DescribeFields(const Dataset& data, const CsvReader& reader) {
@@ -117,6 +105,7 @@ std::vector<std::string> SuggestCommands(const std::vector<FieldDescription>& fi
                                          const std::string& path) {
   std::vector<std::string> measured;
   std::vector<std::string> groups;
+  std::vector<std::string> scales;  // measured ones that may name groups too
   for (const FieldDescription& field : fields) {
     if (field.findings.strays > 0 && field.findings.numbers > 0) continue;  // to be mended first
     const bool isGroups = !field.IsContinuous() && field.different >= kMostOfTwoClasses &&
@@ -125,19 +114,25 @@ std::vector<std::string> SuggestCommands(const std::vector<FieldDescription>& fi
     const bool isNumbering =
         field.different == field.findings.records &&
         field.highest - field.lowest + 1.0 == static_cast<double>(field.different);
+    const bool isScale = field.findings.IsLikeScale() && field.different <= kMostGroups;
+    if (isScale) scales.push_back(FieldArgument(field.name));
     if (field.IsContinuous() && !isNumbering) measured.push_back(FieldArgument(field.name));
     if (isGroups) groups.push_back(FieldArgument(field.name));
   }
-  const std::string start = "analyse " + Argument(path);
+  const std::string start = "analyse " + ShellWord(path);
+  const std::vector<std::string>& by = groups.empty() ? scales : groups;
   std::vector<std::string> commands;
-  if (!measured.empty() && !groups.empty()) {
-    commands.push_back(start + " --independent " + measured.front() + " --by " + groups.front());
+  if (!measured.empty() && !by.empty() && measured.front() != by.front()) {
+    commands.push_back(start + " --independent " + measured.front() + " --by " + by.front());
   }
   if (measured.size() > 1) {
     commands.push_back(start + " --related " + measured[0] + "," + measured[1]);
   }
-  const std::vector<std::string>& single = groups.empty() ? measured : groups;
-  if (!single.empty()) commands.push_back(start + " --one-sample " + single.front());
+  if (!groups.empty()) commands.push_back(start + " --one-sample " + groups.front());
+  const bool isComplete = commands.size() == kMostCommands;
+  if (!measured.empty() && !isComplete) {
+    commands.push_back(start + " --one-sample " + measured.front());
+  }
   return commands;
 }
 

@@ -206,7 +206,15 @@ ExtendedSamplesTable ExtendedSamples(const ResultDocument& document, const Resul
   const ResultTable* const source = SamplesOf(test);
   if (source == nullptr || !test.groups.empty() || !test.boxPlots.empty()) return {};
   const bool areFields = source->name == "Fields";
-  ExtendedSamplesTable table{source->name, {areFields ? "Field" : "Group"}, {}};
+  ExtendedSamplesTable table;
+  table.caption = source->name;
+  table.columns = {areFields ? "Field" : "Group"};
+  const std::string success = SuccessPhrase(document, test);
+  if (!success.empty()) table.caption += "; success: " + success;
+  if (std::ranges::find(source->columnNames, "WilsonLower") != source->columnNames.end()) {
+    table.caption += "; Wilson limits of " + PercentText(document.confidenceLevel);
+  }
+  table.isTold = table.caption != source->name;
   const ExtendedColumns columns(test, source->name);
   for (const std::string& label : columns.Labels()) table.columns.push_back(label);
   for (std::size_t row = 0; row < source->rows.size() && row < source->rowNames.size(); ++row) {
@@ -245,6 +253,14 @@ std::vector<FurtherFigure> FurtherFigures(const ResultTest& test) {
     }
   }
   return rows;
+}
+
+std::string FurtherCaption(const ResultDocument& document,
+                           const std::vector<FurtherFigure>& figures) {
+  const bool haveLimits = std::ranges::any_of(
+      figures, [](const FurtherFigure& figure) { return figure.limits.has_value(); });
+  return haveLimits ? "Further figures; limits of " + PercentText(document.confidenceLevel)
+                    : "Further figures";
 }
 
 std::string FurtherCell(const FurtherFigure& figure, ShowFigure show) {

@@ -72,6 +72,7 @@ class ExtendedColumns {
 /// for each.
 struct ExtendedSamplesTable {
   std::string caption;
+  bool isTold = false;  // the caption tells more: what counts as success, the level of limits
   std::vector<std::string> columns;
   std::vector<std::vector<std::string>> rows;  // the title, then texts of figures
 };
@@ -86,6 +87,9 @@ struct FurtherFigure {
   std::optional<Limits> limits;
 };
 [[nodiscard]] std::vector<FurtherFigure> FurtherFigures(const ResultTest& test);
+/// "Further figures; limits of 95 %".
+[[nodiscard]] std::string FurtherCaption(const ResultDocument& document,
+                                         const std::vector<FurtherFigure>& figures);
 
 /// How a renderer shows a figure of that name.
 using ShowFigure = std::string (*)(std::string_view name, std::string_view figure);

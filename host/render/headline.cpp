@@ -88,7 +88,10 @@ std::string StatisticText(const Headline& headline, bool ascii) {
 
 std::string ShortTitle(const ResultTest& test) {
   const Names* const names = FindNames(test);
-  return names == nullptr ? TestTitle(test.name) : names->title;
+  if (names == nullptr) return TestTitle(test);
+  const Card* const card = FindHypothesis(test.name, test.conditionKey).card;
+  const bool isOfMany = card != nullptr && !card->distribution.empty();
+  return names->title + (isOfMany ? ", " + std::string(card->distribution) : "");
 }
 
 std::string TestedFields(const ResultDocument& document, const ResultTest& test) {
@@ -106,7 +109,9 @@ std::string TestedFields(const ResultDocument& document, const ResultTest& test)
 
 std::string TestHeading(const ResultDocument& document, const ResultTest& test) {
   const std::string fields = TestedFields(document, test);
-  return TestTitle(test.name) + (fields.empty() ? "" : ": " + fields);
+  const std::string success = SuccessPhrase(document, test);
+  return TestTitle(test) + (fields.empty() ? "" : ": " + fields) +
+         (success.empty() ? "" : " (success: " + success + ")");
 }
 
 }  // namespace npar_host

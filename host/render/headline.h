@@ -24,7 +24,7 @@ struct Headline {
 [[nodiscard]] std::string ShortTitle(const ResultTest& test);
 /// What a test is about: "height by sex", "before, after"; long lists are cut.
 [[nodiscard]] std::string TestedFields(const ResultDocument& document, const ResultTest& test);
-/// "Mann-Whitney U test: height by sex".
+/// "Mann-Whitney U test: height by sex", "McNemar's test: before, after (success: yes)".
 [[nodiscard]] std::string TestHeading(const ResultDocument& document, const ResultTest& test);
 
 }  // namespace npar_host

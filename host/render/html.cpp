@@ -2,6 +2,7 @@
 
 #include "host/data/number.h"
 #include "host/render/effect_size.h"
+#include "host/render/extended_figures.h"
 #include "host/render/headline.h"
 #include "host/render/html/markup.h"
 #include "host/render/html/script.h"
@@ -46,9 +47,18 @@ std::string Head() {
          std::string(PlotStyle()) + std::string(PageStyle()) + "</style>\n</head>\n";
 }
 
+constexpr std::size_t kMany = 20;  // tests, which take long to lay out and many sheets to print
+
 std::string BodyTag(const ResultDocument& document) {
-  constexpr std::size_t kMany = 20;  // tests that take long to lay out
   return document.tests.size() > kMany ? "<body class=\"many\">\n" : "<body>\n";
+}
+
+// Of many tests the overview alone is printed, unless a reader wants the sections of all.
+std::string PrintChoice(const ResultDocument& document) {
+  if (document.tests.size() <= kMany) return {};
+  return "<p class=\"tools\"><label><input type=\"checkbox\" id=\"print-all\"/> Print the section "
+         "of "
+         "each test too</label></p>\n";
 }
 
 std::string Fact(const char* name, const std::string& value) {
@@ -79,9 +89,9 @@ std::string RunFacts(const ResultDocument& document) {
 
 std::string StatisticMarkup(const ResultTest& test, const Headline& headline) {
   if (headline.symbol.empty()) return test.decision.empty() ? OutcomeMarkup(test) : "";
-  std::string markup = "<i>" + headline.symbol + "</i>";
+  std::string markup = "<span class=\"together\"><i>" + headline.symbol + "</i>";
   if (!headline.freedom.empty()) markup += "(" + FigureMarkup(headline.freedom) + ")";
-  return markup + " = " + FigureMarkup(headline.statistic);
+  return markup + " = " + FigureMarkup(headline.statistic) + "</span>";
 }
 
 std::string SignificanceOf(const ResultTest& test) {
@@ -99,7 +109,13 @@ std::string SignificanceOf(const ResultTest& test) {
 std::string EffectMarkup(const ResultDocument& document, const ResultTest& test) {
   const auto effect = FindEffectSize(document, test);
   if (!effect) return {};
-  return "<i>" + effect->symbol + "</i> = " + FigureMarkup(NumberText(effect->value));
+  std::string markup = "<span class=\"together\"><i>" + effect->symbol +
+                       "</i> = " + FigureMarkup(NumberText(effect->value)) + "</span>";
+  if (const auto limits = EffectLimits(test, *effect)) {
+    markup += " <span class=\"kind\">[" + FigureMarkup(limits->lower) + ", " +
+              FigureMarkup(limits->upper) + "]</span>";
+  }
+  return markup;
 }
 
 std::string Overview(const ResultDocument& document) {
@@ -108,14 +124,14 @@ std::string Overview(const ResultDocument& document) {
       "<h2 id=\"overview-heading\">Overview</h2>\n";
   if (document.tests.empty()) return markup + "<p>No test was run.</p>\n</section>\n";
   HtmlTable table("overview-table", "Each test with its statistic and its decision");
-  table.SetColumns(
-      {"Test", "Fields", "N", "Statistic or estimate", "<i>p</i>", "Effect size", "Decision"});
+  table.SetColumns({"Test", "Fields", "N", "Statistic or estimate", "<i>p</i>",
+                    "Effect size [" + PercentText(document.confidenceLevel) + " CI]", "Decision"});
   const bool isAdjusted = document.adjustment != Adjustment::None;
   for (std::size_t i = 0; i < document.tests.size(); ++i) {
     const ResultTest& test = document.tests[i];
     const Headline headline = FindHeadline(document, test);
     table.AddRow("<a href=\"#" + TestSectionId(i) + "\">" + std::to_string(i + 1) + ". " +
-                     Escaped(TestTitle(test.name)) + "</a>",
+                     Escaped(TestTitle(test)) + "</a>",
                  {Escaped(TestedFields(document, test)),
                   headline.count ? FigureMarkup(NumberText(*headline.count)) : "",
                   StatisticMarkup(test, headline), SignificanceOf(test),
@@ -127,7 +143,7 @@ std::string Overview(const ResultDocument& document) {
          "type=\"checkbox\" id=\"only-rejected\"/> Rejected hypotheses only</label> "
          "<label>Tests and fields with <input type=\"search\" id=\"overview-filter\"/></label> "
          "<output id=\"overview-count\"></output></p>\n" +
-         table.Markup("overview") +
+         PrintChoice(document) + table.Markup("overview") +
          (isAdjusted ? "<p class=\"note\">" + AdjustmentWords(document) + "</p>\n" : "") +
          "</section>\n";
 }
@@ -141,7 +157,8 @@ std::string RenderHtml(const ResultDocument& original) {
                      "<header>\n<h1>Nonparametric tests</h1>\n" +
                      RunFacts(document) + "</header>\n<main id=\"main\" tabindex=\"-1\">\n" +
                      Overview(document);
-  for (std::size_t i = 0; i < document.tests.size(); ++i) page += TestSection(document, i);
+  DrawnValues drawn;
+  for (std::size_t i = 0; i < document.tests.size(); ++i) page += TestSection(document, i, drawn);
   page += FieldsSection(document, original) + "</main>\n<footer>\n<p>" +
           Escaped(document.application) + " " + Escaped(document.applicationVersion);
   page += "</p>\n";

@@ -1,15 +1,13 @@
 #include "host/render/manuscript.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "host/data/number.h"
-#include "host/render/effect_size.h"
 #include "host/render/headline.h"
 #include "host/render/manuscript_tables.h"
 #include "host/render/sentence.h"
-#include "host/render/significance.h"
 #include "host/render/text_layout.h"
 #include "host/render/wording.h"
 
@@ -64,14 +62,6 @@ std::string Latex(std::string_view text) {
   return Replaced(text, kReplacements);
 }
 
-// A quoted cell where it needs quotes.
-std::string Csv(std::string_view text) {
-  if (text.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(text);
-  std::string quoted = "\"";
-  for (const char letter : text) quoted.append(letter == '"' ? 2 : 1, letter);
-  return quoted + "\"";
-}
-
 template <typename Escape>
 std::string Joined(const std::vector<std::string>& cells, std::string_view between, Escape escape) {
   std::string row;
@@ -82,19 +72,25 @@ std::string Joined(const std::vector<std::string>& cells, std::string_view betwe
   return row;
 }
 
+bool IsOfWords(const ManuscriptTable& table, std::size_t column) {
+  return std::ranges::find(table.words, column) != table.words.end();
+}
+
 std::string MarkdownTable(const ManuscriptTable& table) {
   std::string text = "\n**" + Markdown(table.caption) + "**\n\n| ";
   text += Joined(table.columns, " | ", Markdown) + " |\n|";
-  for (std::size_t i = 0; i < table.columns.size(); ++i) text += i == 0 ? " :-- |" : " --: |";
+  for (std::size_t i = 0; i < table.columns.size(); ++i)
+    text += IsOfWords(table, i) ? " :-- |" : " --: |";
   text += '\n';
   for (const auto& row : table.rows) text += "| " + Joined(row, " | ", Markdown) + " |\n";
   return text;
 }
 
 std::string LatexTable(const ManuscriptTable& table) {
-  std::string text = "\n\\begin{table}[htbp]\n\\caption{" + Latex(table.caption) +
-                     "}\n\\begin{tabular}{l" + std::string(table.columns.size() - 1, 'r') +
-                     "}\n\\toprule\n";
+  std::string text =
+      "\n\\begin{table}[htbp]\n\\caption{" + Latex(table.caption) + "}\n\\begin{tabular}{";
+  for (std::size_t i = 0; i < table.columns.size(); ++i) text += IsOfWords(table, i) ? 'l' : 'r';
+  text += "}\n\\toprule\n";
   text += Joined(table.columns, " & ", Latex) + " \\\\\n\\midrule\n";
   for (const auto& row : table.rows) text += Joined(row, " & ", Latex) + " \\\\\n";
   return text + "\\bottomrule\n\\end{tabular}\n\\end{table}\n";
@@ -131,27 +127,6 @@ std::string RenderLatex(const ResultDocument& document) {
     text += "\n\\subsection{" + Latex(TestHeading(document, test)) + "}\n\n" +
             InItalics(SentenceParts(document, test), Latex, "\\textit{", "}") + "\n";
     for (const ManuscriptTable& table : TablesOf(document, test)) text += LatexTable(table);
-  }
-  return text;
-}
-
-std::string RenderCsv(const ResultDocument& document) {
-  std::string text =
-      "test,fields,n,statistic,value,df,p,p_kind,effect_size,effect_value,decision,estimate,lower,"
-      "upper\n";
-  for (const ResultTest& test : document.tests) {
-    const Headline headline = FindHeadline(document, test);
-    const auto significance = DecidingSignificance(test);
-    const auto effect = FindEffectSize(document, test);
-    const ResultInterval interval = test.intervals.empty() ? ResultInterval() : test.intervals[0];
-    text += Joined({TestTitle(test.name), TestedFields(document, test),
-                    headline.count ? NumberText(*headline.count) : "", headline.symbol,
-                    headline.statistic, headline.freedom, significance ? significance->figure : "",
-                    significance ? SignificanceKind(*significance) : "", effect ? effect->name : "",
-                    effect ? NumberText(effect->value) : "", test.decision, interval.estimate,
-                    interval.lower, interval.upper},
-                   ",", Csv) +
-            "\n";
   }
   return text;
 }

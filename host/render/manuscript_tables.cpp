@@ -20,6 +20,12 @@ std::string IntervalText(const ResultInterval& interval) {
          FigureText(interval.upper) + "]";
 }
 
+std::string EffectText(const ResultTest& test, const EffectSize& effect) {
+  const auto limits = EffectLimits(test, effect);
+  return effect.symbol + " = " + Text(effect.value) +
+         (limits ? " [" + FigureText(limits->lower) + ", " + FigureText(limits->upper) + "]" : "");
+}
+
 void AddFurther(std::vector<std::string>& row, const ExtendedColumns& further,
                 std::optional<std::size_t> from) {
   for (const std::string& cell : further.Cells(from)) row.push_back(FigureText(cell));
@@ -56,15 +62,20 @@ ManuscriptTable SamplesTable(const ResultDocument& document, const ResultTest& t
 
 ManuscriptTable BoxesTable(const ResultDocument& document, const ResultTest& test) {
   constexpr std::size_t kLowerQuartile = 1, kMedian = 2, kUpperQuartile = 3;
-  ManuscriptTable table{"Groups", {"Group", "Median", "Lower quartile", "Upper quartile"}, {}};
+  ManuscriptTable table{"Groups", {"Group"}, {}};
+  if (test.boxPlots.empty()) return table;
+  const bool haveRanks = test.boxPlots.front().meanRank.has_value();
   const ExtendedColumns further = BoxColumns(test);
   for (const std::string& label : further.Labels()) table.columns.push_back(label);
+  if (haveRanks) table.columns.emplace_back("Mean rank");
+  table.columns.insert(table.columns.end(), {"Median", "25 %", "75 %"});
   for (const ResultBoxPlot& box : test.boxPlots) {
     table.rows.push_back({SampleTitle(document, test, box.code)});
+    AddFurther(table.rows.back(), further, further.RowOf(box.code));
+    if (haveRanks) table.rows.back().push_back(FigureText(box.meanRank.value_or("")));
     for (const std::size_t i : {kMedian, kLowerQuartile, kUpperQuartile}) {
       table.rows.back().push_back(box.fiveNumbers.empty() ? "" : FigureText(box.fiveNumbers[i]));
     }
-    AddFurther(table.rows.back(), further, further.RowOf(box.code));
   }
   return table;
 }
@@ -119,8 +130,13 @@ ManuscriptTable PairsTable(const ResultDocument& document, const ResultTest& tes
 }  // namespace
 
 ManuscriptTable TestsTable(const ResultDocument& document) {
+  constexpr std::size_t kFields = 1, kDecision = 6;
+  const std::string level = PercentText(document.confidenceLevel);
   ManuscriptTable table{
-      "Tests", {"Test", "Fields", "N", "Statistic", "p", "Effect size", "Decision"}, {}};
+      "Tests",
+      {"Test", "Fields", "N", "Statistic", "p", "Effect size [" + level + " CI]", "Decision"},
+      {},
+      {0, kFields, kDecision}};
   const bool isAdjusted = document.adjustment != Adjustment::None;
   for (const ResultTest& test : document.tests) {
     const Headline headline = FindHeadline(document, test);
@@ -131,7 +147,7 @@ ManuscriptTable TestsTable(const ResultDocument& document) {
     table.rows.push_back({ShortTitle(test), TestedFields(document, test),
                           headline.count ? Text(*headline.count) : "", statistic,
                           significance ? SignificanceCell(significance->figure) : "",
-                          effect ? effect->symbol + " = " + Text(effect->value) : "",
+                          effect ? EffectText(test, *effect) : "",
                           test.decision.empty() ? "estimate" : test.decision});
     if (isAdjusted) table.rows.back().push_back(AdjustedCell(test));
   }

@@ -7,11 +7,13 @@
 
 namespace npar_host {
 
-/// A table for a manuscript; the first column names the rows, the others are figures.
+/// A table for a manuscript; the first column names the rows, the others are figures but for those
+/// of words.
 struct ManuscriptTable {
   std::string caption;
   std::vector<std::string> columns;
   std::vector<std::vector<std::string>> rows;
+  std::vector<std::size_t> words = {0};
 };
 
 /// All tests, one in a row, with figures as publications print them.

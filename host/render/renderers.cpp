@@ -1,5 +1,6 @@
 #include "host/render/renderers.h"
 
+#include "host/render/csv.h"
 #include "host/render/html.h"
 #include "host/render/json.h"
 #include "host/render/manuscript.h"

@@ -35,8 +35,7 @@ constexpr const char* kDidNot = "did not differ";
 constexpr const char* kBetween = " between the groups of {g}";
 
 constexpr Finding kFindings[] = {
-    {binomial::kCard.element, "the share of the first class of {f}", kDiffered, kDidNot,
-     " from the hypothesised one"},
+    {binomial::kCard.element, "the share of {f}", kDiffered, kDidNot, " from the hypothesised one"},
     {chi_square::kCard.element, "the proportions of {f}", kDiffered, kDidNot,
      " from the hypothesised ones"},
     {ks_one_sample::kNormal.element, "{f}", "departed", "did not depart",
@@ -102,8 +101,8 @@ std::string Subject(const ResultDocument& document, const ResultTest& test) {
   if (test.classification == "Related_Samples") {
     for (const std::string& title : FieldTitles(document, test, 1)) titles.push_back(title);
   }
-  const std::string success = SuccessPhrase(document, test);
-  const std::string of = success.empty() ? "" : success + " in ";
+  const std::string counted = SuccessPhrase(document, test) + FirstClassPhrase(document, test);
+  const std::string of = counted.empty() ? "" : counted + " in ";
   if (titles.size() > kMostGroups) return of + "the " + std::to_string(titles.size()) + " fields";
   return of + FieldPhrase(titles);
 }
@@ -114,8 +113,7 @@ class Writer {
 
   std::vector<SentencePart> Write() {
     if (test.Failed() || test.decision == "unknown") {
-      Add(TestTitle(test.name) + " of " + TestedFields(document, test) +
-          ": it could not be computed");
+      Add(TestTitle(test) + " of " + TestedFields(document, test) + ": it could not be computed");
     } else if (test.decision.empty()) {
       WriteEstimate();
     } else {
@@ -143,7 +141,7 @@ class Writer {
   }
 
   void WriteFinding() {
-    Add(TestTitle(test.name) + ": ");
+    Add(TestTitle(test) + ": ");
     const auto* const finding = std::ranges::find_if(
         kFindings, [this](const Finding& row) { return row.element == test.name; });
     const bool rejects = test.decision == "reject";
@@ -216,7 +214,7 @@ class Writer {
   }
 
   void WriteEstimate() {
-    Add(TestTitle(test.name) + " of " + TestedFields(document, test) + ": ");
+    Add(TestTitle(test) + " of " + TestedFields(document, test) + ": ");
     for (std::size_t i = 0; i < test.intervals.size(); ++i) {
       const ResultInterval& interval = test.intervals[i];
       if (i > 0) Add("; ");

@@ -6,6 +6,7 @@
 #include "catalogue/cards/binomial.h"
 #include "catalogue/cards/chi_square.h"
 #include "catalogue/cards/cochran_q.h"
+#include "catalogue/catalogue.h"
 #include "catalogue/run.h"
 #include "host/data/join_words.h"
 #include "host/data/number.h"
@@ -132,8 +133,12 @@ std::string TableCaption(const ResultDocument& document, const ResultTest& test,
   if (table.name == kCrossTable) {
     caption += " of " + CrossedField(document, test, 0) + " (rows) and " +
                CrossedField(document, test, 1) + " (columns)";
+    return caption;
   }
-  return caption;
+  const std::string success = SuccessPhrase(document, test);
+  if (!success.empty()) return caption + "; success: " + success;
+  const std::string firstClass = FirstClassPhrase(document, test);
+  return caption + (firstClass.empty() ? "" : "; first class: " + firstClass);
 }
 
 std::string GroupTitle(const ResultDocument& document, const ResultTest& test,
@@ -171,13 +176,19 @@ std::string MessageWords(const ResultDocument& document, const ResultTest& test,
     return document.fields[index].Title();
   };
   auto named = message.namedParameters;
+  auto positional = message.parameters;
+  const catalogue::ToldCode* const told = catalogue::FindCode(message.code);
+  if (told != nullptr && told->code.parameters == catalogue::Meaning::Plain) {
+    for (std::string& each : positional) each = FigureText(each);
+    for (auto& [name, text] : named) text = FigureText(text);
+  }
   // The sample stands by its position among the stepwise ones, in some tests twice.
   if (message.code == catalogue::run::kSampleStandsAlone) {
     for (auto& [name, text] : named) {
       text = PositionTitle(document, test, test.stepwise, text.substr(0, text.find(';')));
     }
   }
-  return FillMessage(message.code, message.parameters, named, fieldTitle);
+  return FillMessage(message.code, positional, named, fieldTitle);
 }
 
 std::string AdjustedCell(const ResultTest& test) {

@@ -22,7 +22,8 @@ namespace npar_host {
                                       const ResultTable& table, std::size_t column);
 /// Columns of the table, also of a cross table that does not name its two.
 [[nodiscard]] std::size_t ColumnCount(const ResultTable& table);
-/// "Frequencies"; for a cross table with the fields in its rows and columns.
+/// "Frequencies", with the categories that count; for a cross table with the fields in its rows and
+/// columns.
 [[nodiscard]] std::string TableCaption(const ResultDocument& document, const ResultTest& test,
                                        const ResultTable& table);
 

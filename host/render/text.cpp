@@ -41,11 +41,13 @@ std::string EffectLabel(const EffectSize& effect, bool ascii) {
   return name + " (" + effect.symbol + ")";
 }
 
-// "r = 0.29".
-std::string EffectText(const EffectSize& effect, bool ascii) {
+// "r = 0.29 [0.1, 0.46]".
+std::string EffectText(const ResultTest& test, const EffectSize& effect, bool ascii) {
   const bool hasPlainSymbol = static_cast<unsigned char>(effect.symbol[0]) < 0x80;
   const std::string symbol = ascii && !hasPlainSymbol ? "eps2" : effect.symbol;
-  return symbol + " = " + Text(effect.value);
+  const auto limits = EffectLimits(test, effect);
+  return symbol + " = " + Text(effect.value) +
+         (limits ? " [" + FigureText(limits->lower) + ", " + FigureText(limits->upper) + "]" : "");
 }
 
 class TextReport {
@@ -109,7 +111,7 @@ class TextReport {
            significance ? SignificanceCell(significance->figure) : ""});
       auto& row = table.rows.back();
       if (isAdjusted) row.push_back(AdjustedCell(test));
-      if (hasEffects) row.push_back(effect ? EffectText(*effect, Ascii()) : "");
+      if (hasEffects) row.push_back(effect ? EffectText(test, *effect, Ascii()) : "");
       row.push_back(test.decision.empty() ? "(estimate)" : test.decision);
     }
     page.Blank();
@@ -130,7 +132,7 @@ class TextReport {
     WriteSamples(page, document, test, kIndent);
     for (const ResultTable& table : test.tables) WriteTable(test, table);
     WriteComparisons(page, document, test, kIndent);
-    WriteFurtherFigures(page, test, kIndent);
+    WriteFurtherFigures(page, document, test, kIndent);
     if (!test.unknownValues.empty()) {
       std::string line = "Given values that are no category:";
       for (const std::string& value : test.unknownValues) line += ' ' + value;

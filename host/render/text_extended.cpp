@@ -48,17 +48,21 @@ void WriteSamples(TextPage& page, const ResultDocument& document, const ResultTe
     for (std::size_t i = 1; i < row.size(); ++i) table.rows.back().push_back(FigureText(row[i]));
   }
   page.Blank();
+  if (samples.isTold) page.Paragraph(samples.caption, indent);
   page.Table(table, indent);
 }
 
-void WriteFurtherFigures(TextPage& page, const ResultTest& test, std::size_t indent) {
+void WriteFurtherFigures(TextPage& page, const ResultDocument& document, const ResultTest& test,
+                         std::size_t indent) {
   TextTable table{{}, "lr", false};
-  for (const FurtherFigure& figure : FurtherFigures(test)) {
-    if (IsForText(figure.name)) table.rows.push_back({figure.label, FurtherCell(figure, Show)});
+  std::vector<FurtherFigure> figures = FurtherFigures(test);
+  std::erase_if(figures, [](const FurtherFigure& figure) { return !IsForText(figure.name); });
+  for (const FurtherFigure& figure : figures) {
+    table.rows.push_back({figure.label, FurtherCell(figure, Show)});
   }
   if (table.rows.empty()) return;
   page.Blank();
-  page.Paragraph("Further figures", indent);
+  page.Paragraph(FurtherCaption(document, figures), indent);
   page.Table(table, indent);
 }
 

@@ -20,7 +20,8 @@ void AddAttainedLevel(TextTable& table, const ResultTest& test);
 void WriteSamples(TextPage& page, const ResultDocument& document, const ResultTest& test,
                   std::size_t indent);
 /// What stands nowhere else, without the figures that only pages have.
-void WriteFurtherFigures(TextPage& page, const ResultTest& test, std::size_t indent);
+void WriteFurtherFigures(TextPage& page, const ResultDocument& document, const ResultTest& test,
+                         std::size_t indent);
 
 /// Texts of figures as a report shows them.
 [[nodiscard]] std::vector<std::string> FigureTexts(std::vector<std::string> figures);

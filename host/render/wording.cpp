@@ -159,8 +159,13 @@ std::string TestTitle(std::string_view name) {
   return std::string(name);
 }
 
+std::string TestTitle(const ResultTest& test) {
+  const catalogue::Card* const card = catalogue::FindHypothesis(test.name, test.conditionKey).card;
+  return card == nullptr ? TestTitle(test.name) : std::string(card->title);
+}
+
 std::string Hypothesis(const ResultDocument& document, const ResultTest& test) {
-  std::string_view rest = catalogue::FindHypothesis(test.name, test.conditionKey);
+  std::string_view rest = catalogue::FindHypothesis(test.name, test.conditionKey).sentence;
   std::string text;
   while (!rest.empty()) {
     const std::size_t open = std::min(rest.find('{'), rest.size());
@@ -210,6 +215,14 @@ std::string SuccessPhrase(const ResultDocument& document, const ResultTest& test
   const auto codes = std::ranges::find(test.details, "RowSuccessList", &ResultStatistic::name);
   if (fields.empty() || codes == test.details.end()) return {};
   return CategoriesPhrase(document.fields[fields.front()], codes->text);
+}
+
+std::string FirstClassPhrase(const ResultDocument& document, const ResultTest& test) {
+  if (test.name != catalogue::binomial::kCard.element || test.Failed()) return {};
+  if (test.conditionKey.starts_with("ACutPoint")) {
+    return "values at most " + FigureParameter(test, 1);
+  }
+  return CategoriesParameter(document, test, 1);
 }
 
 const ResultField* GroupField(const ResultDocument& document, const ResultTest& test) {

@@ -14,6 +14,8 @@ namespace npar_host {
 
 /// What a statistician calls the test of that "Algorithm" element or entry.
 [[nodiscard]] std::string TestTitle(std::string_view name);
+/// The same, also telling apart tests whose elements have one name.
+[[nodiscard]] std::string TestTitle(const ResultTest& test);
 /// The null hypothesis as a sentence; for an estimate, what is estimated.
 [[nodiscard]] std::string Hypothesis(const ResultDocument& document, const ResultTest& test);
 /// The decision as a sentence; empty for an estimate.
@@ -32,6 +34,8 @@ namespace npar_host {
 /// The categories that count as success in Cochran's and McNemar's tests: "yes or maybe"; empty for
 /// other tests, and where neither the document nor the run tells.
 [[nodiscard]] std::string SuccessPhrase(const ResultDocument& document, const ResultTest& test);
+/// The first class of a binomial test: "yes or maybe", "values at most 2.5"; empty for other tests.
+[[nodiscard]] std::string FirstClassPhrase(const ResultDocument& document, const ResultTest& test);
 /// The field that divides the records of an independent-samples test into groups, or null.
 [[nodiscard]] const ResultField* GroupField(const ResultDocument& document, const ResultTest& test);
 /// A category's label, or else its value, or else "(unknown)".

@@ -5,6 +5,7 @@
 #include "host/data/input_error.h"
 #include "host/data/join_words.h"
 #include "host/data/number.h"
+#include "host/request/field_list.h"
 #include "host/request/measure_choice.h"
 #include "host/request/test_fit.h"
 
@@ -108,7 +109,8 @@ void FieldInference::RefuseStray(const std::string& field) {
     message += "correct the cell, or add --missing-token " + Quoted(found.firstStrayText) +
                " if it stands for a missing value";
   }
-  throw InputError(message + " (--nominal " + field + " takes them as categories)", field);
+  throw InputError(message + " (--nominal " + FieldArgument(field) + " takes them as categories)",
+                   field);
 }
 
 void FieldInference::Infer(AnalysisRequest& request) {
@@ -159,7 +161,7 @@ void FieldInference::NoteField(const AnalysisRequest& request, const std::string
   if (field == request.weightField || field == request.caseIdField) return;
   if (measure != nullptr && measure->isInferred) {
     note("nominal, since its cells hold " + Values(found.fewValues) + " alone; --continuous " +
-         field + " if they measure something");
+         FieldArgument(field) + " if they measure something");
   } else if (measure == nullptr && column.isText && found.numbers >= found.strays &&
              found.strays > 0 && field != request.groupField) {
     note("nominal, " + StrayText(found, source) + "; --missing-token " +
@@ -167,7 +169,7 @@ void FieldInference::NoteField(const AnalysisRequest& request, const std::string
   } else if (measure == nullptr && found.IsLikeScale() && field != request.groupField &&
              !NeedsContinuous(request, field)) {
     note("whole numbers " + NumberText(found.fewValues.front()) + " to " +
-         NumberText(found.fewValues.back()) + ": continuous; --ordinal " + field +
+         NumberText(found.fewValues.back()) + ": continuous; --ordinal " + FieldArgument(field) +
          " if it is a scale");
   }
   if (!column.isText) return;

@@ -132,4 +132,17 @@ std::vector<std::string> ExpandFields(const std::vector<std::string>& items,
   return fields;
 }
 
+std::string ShellWord(const std::string& text) {
+  constexpr std::string_view kPlain =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_.-/";
+  if (!text.empty() && text.find_first_not_of(kPlain) == std::string::npos) return text;
+  std::string quoted = "'";
+  for (const char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return quoted + "'";
+}
+
+std::string FieldArgument(const std::string& name) {
+  return ShellWord(name.find(',') == std::string::npos ? name : '"' + name + '"');
+}
+
 }  // namespace npar_host

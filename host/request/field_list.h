@@ -16,6 +16,10 @@ namespace npar_host {
 [[nodiscard]] std::vector<std::string> ExpandField(std::string_view item,
                                                    const std::vector<std::string>& columns);
 
+/// A text as a shell takes it, and the name of a field as a list of fields in a shell.
+[[nodiscard]] std::string ShellWord(const std::string& text);
+[[nodiscard]] std::string FieldArgument(const std::string& name);
+
 /// What to say of a header of one column that looks like several: "the header is one field ...";
 /// empty for others.
 [[nodiscard]] std::string SeparatorHint(const std::vector<std::string>& columns);

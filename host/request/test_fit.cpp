@@ -5,6 +5,7 @@
 #include <set>
 
 #include "host/data/join_words.h"
+#include "host/request/field_list.h"
 
 namespace npar_host {
 namespace {
@@ -66,7 +67,8 @@ class Misfits {
     const Level& level = LevelOf(field);
     if ((measures & level.measure) != 0) return {};
     const FieldContent& content = contentOf(field);
-    if ((measures & catalogue::kNominal) != 0) return "; --nominal " + field + " makes it one";
+    if ((measures & catalogue::kNominal) != 0)
+      return "; --nominal " + FieldArgument(field) + " makes it one";
     const FieldMeasure* const given = request.MeasureOf(field);
     const bool isOrdered = given != nullptr && !given->categories.empty();
     std::vector<std::string> categories = isOrdered ? given->categories : content.values;
@@ -75,7 +77,7 @@ class Misfits {
     if ((measures & catalogue::kContinuous) == 0) {
       return "; --ordinal '" + field + order + "', in the order that you mean, makes it one";
     }
-    if (!content.isText) return "; --continuous " + field + " makes it one";
+    if (!content.isText) return "; --continuous " + FieldArgument(field) + " makes it one";
     return "; the categories of " + field + " get numbers by --scores '" + field + order + "'";
   }
   [[nodiscard]] std::string Remedies(Family family, unsigned measures) const {

@@ -253,7 +253,10 @@ TEST_F(CommandLineTest, ReportsTellWhatTheRunKnowsBesideItsDocument) {
               AllOf(HasSubstr("Cochran's Q test: b, d"), HasSubstr("in b and d. Success: no."),
                     HasSubstr("classes are the same in b and d. Success: no.")));
   EXPECT_THAT(report("--related b,d --test cochran-q:success=yes --sentences"),
-              AllOf(HasSubstr("Success: yes."), HasSubstr("the proportions of yes in b and d")));
+              AllOf(HasSubstr("Success: yes."), HasSubstr("the proportions of yes in b and d"),
+                    HasSubstr("Frequencies; success: yes"), HasSubstr("Wilson limits of 95 %")));
+  EXPECT_THAT(report("--one-sample b --test binomial:success=yes --sentences"),
+              AllOf(HasSubstr("the share of yes in b"), HasSubstr("first class: yes")));
   EXPECT_THAT(report("--related b,d --test cochran-q --report json"),
               ContainsRegex("\"name\": \"b\",\n *\"measure\": \"nominal\",\n *\"missing\": 1\n"));
 }

@@ -52,6 +52,7 @@ const CorpusCase kCases[] = {
     {"analyse @latin1.csv --one-sample ort", 2, "latin1.csv:2:1: the text is not UTF-8"},
     {"analyse @latin1.csv --one-sample ort --encoding latin1", 0, "nominal: ort"},
     {"describe @latin1.csv --encoding latin1", 0, "2 categories: Köln (2), München (1)"},
+    {"describe examples/airquality.csv", 0, " --independent Ozone --by Month\n"},
     {"describe @utf16.csv", 0, "2 categories: Köln (2), München (1)"},
     {"analyse @titled.csv --one-sample answer --weight n", 2,
      "if it is a title, pass it over with --skip 1"},

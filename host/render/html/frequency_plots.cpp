@@ -53,7 +53,7 @@ std::optional<Plot> FrequencyPlot(const ResultDocument& document, const ResultTe
       isTurned ? RowTitle(document, test, table, 1) : ColumnTitle(document, test, table, 1);
   Plot plot;
   plot.kind = "frequencies";
-  plot.title = firstSeries + " and " + secondSeries;
+  plot.title = TableCaption(document, test, table);
   double highest = 0.0;
   std::vector<std::string> titles;
   for (const Pair& pair : pairs) {
@@ -61,10 +61,13 @@ std::optional<Plot> FrequencyPlot(const ResultDocument& document, const ResultTe
     highest = std::max({highest, Count(pair.first), Count(pair.second)});
   }
   const Scale across{0.0, highest > 0.0 ? highest : 1.0, kLeft, kRight};
-  plot.drawing.Box(kLeft, 6.0, 14.0, 10.0, "first");
-  plot.drawing.Name(kLeft + 20.0, 15.0, "start", firstSeries, 116.0);
-  plot.drawing.Box(kLeft + 140.0, 6.0, 14.0, 10.0, "second hollow");
-  plot.drawing.Name(kLeft + 160.0, 15.0, "start", secondSeries, 144.0);
+  constexpr double kFirstSeries = 92.0;
+  constexpr double kSecondSeries = 262.0;
+  constexpr double kBeside = 20.0;
+  plot.drawing.Box(kFirstSeries, 6.0, 14.0, 10.0, "first");
+  plot.drawing.Name(kFirstSeries + kBeside, 15.0, "start", firstSeries, 146.0);
+  plot.drawing.Box(kSecondSeries, 6.0, 14.0, 10.0, "second hollow");
+  plot.drawing.Name(kSecondSeries + kBeside, 15.0, "start", secondSeries, 154.0);
   const std::size_t shared = SharedBeginning(titles);
   double y = 30.0;
   for (const Pair& pair : pairs) {

@@ -57,7 +57,7 @@ void DrawOutliers(Drawing& drawing, const ResultBoxPlot& box, const Scale& acros
     if (Finite(outlier.value)) sorted.push_back(&outlier);
   }
   std::ranges::stable_sort(sorted, {}, [](const auto* o) { return *Finite(o->value); });
-  constexpr double kLeastStep = 0.5;  // below, one circle hides the other
+  constexpr double kLeastStep = 2.0;  // below, circles are a band
   double labelEnd = -INFINITY;
   double last = -INFINITY;
   for (const ResultOutlier* outlier : sorted) {

@@ -51,7 +51,7 @@ const char* const kPageScript = R"js(
   document.getElementById('overview-tools').hidden = false;
 
   const key = (row, column) => {
-    const figures = row.cells[column].querySelectorAll('data');
+    const figures = row.cells[column].querySelectorAll('data:not(.kind data)');
     if (figures.length) return Number(figures[figures.length - 1].value);
     return column === 0 ? rows.indexOf(row) : row.cells[column].textContent;
   };
@@ -76,6 +76,6 @@ const char* const kPageScript = R"js(
 })();
 )js";
 
-const char* const kPageScriptHash = "sha256-mh7mm74vAUp/EucEBNQvPUTLlfqj5NlTVQcPAzfHtFM=";
+const char* const kPageScriptHash = "sha256-Q4FoP1p8BeRQvcRsLWYqomGgUXxx21cd4UGdcn9IeuM=";
 
 }  // namespace npar_host

@@ -139,7 +139,10 @@ th[aria-sort=descending] button::after { content: " ↓"; }
 button.copy { font: inherit; font-size: .85rem; color: var(--link); background: var(--card); cursor: pointer;
   border: 1px solid var(--line); border-radius: .3rem; padding: 0 .5rem; }
 .away { position: absolute; left: -100rem; }
-table.overview .kind { display: block; white-space: nowrap; }
+table.overview .kind { display: block; }
+table.overview data, table.overview td:nth-of-type(4) .kind { white-space: nowrap; }
+table.overview thead th { min-width: 2.5rem; }
+.together { display: inline-block; }
 tr.subheading th { font-weight: 600; padding-top: .75rem; }
 tr.effect th, tr.effect td { background: var(--band); font-weight: 600; }
 tr.effect th { padding-left: .4rem; }
@@ -181,6 +184,9 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
   table.overview td:nth-of-type(2)::before { content: "N = "; font-style: italic; }
   table.overview td:nth-of-type(4)::before { content: "p "; font-style: italic; }
   table.overview .kind { display: inline; }
+  th, td { padding: .3rem .4rem; }
+  th, th[scope=row] { min-width: 3rem; }
+  table.figures td { white-space: normal; }
 }
 @media print {
   :root { --page: #ffffff; --card: #ffffff; --ink: #000000; --quiet: #444444; --line: #bbbbbb;
@@ -193,12 +199,16 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
   thead button { text-decoration: none; }
   section.test, section.overview, #fields { border: 0; padding: 0; }
   .many section.test, .many section.field { content-visibility: visible; }
+  .many:not(:has(#print-all:checked)) :is(section.test, #fields) { display: none; }
   figure.wide svg { min-width: 0; }
   .scroll { overflow: visible; }
   th, td { padding: .2rem .3rem; }
-  thead th { overflow-wrap: anywhere; }
-  table.overview th[scope=row] { min-width: 0; }
+  thead th { overflow-wrap: anywhere; min-width: 2.5rem; }
   th[scope=row] { min-width: 5rem; }
+  table.overview th[scope=row] { min-width: 9rem; }
+  table.overview .kind { font-size: 8pt; }
+  .many table.overview { font-size: 8pt; line-height: 1.3; }
+  .many table.overview .kind { font-size: 7pt; }
   .list { min-width: 4rem; }
   figure, tr, .message, table.subsets { break-inside: avoid; }
   h2, h3, .kind { break-after: avoid; }

@@ -26,7 +26,25 @@ namespace {
 
 constexpr std::size_t kLongestValue = 200;
 
-std::string PlotMarkup(const Plot& plot, const std::string& id) {
+std::string ValuesMarkup(const Plot& plot) {
+  if (plot.values.empty()) return {};
+  return "<details><summary>Values drawn</summary>\n" + plot.values + "</details>\n";
+}
+
+// The same once in a page: tests of the same fields draw the same.
+std::string ValuesMarkup(const Plot& plot, std::size_t index, DrawnValues& drawn) {
+  const std::string id = TestSectionId(index);
+  std::string values = plot.values;  // but for the ids of their tables
+  for (std::size_t at = values.find(id); at != std::string::npos; at = values.find(id, at)) {
+    values.erase(at, id.size());
+  }
+  const auto [found, isNew] = drawn.try_emplace(std::move(values), index);
+  if (isNew || plot.values.empty()) return ValuesMarkup(plot);
+  return "<p class=\"note\"><a href=\"#" + TestSectionId(found->second) +
+         "\">Values drawn: as in test " + std::to_string(found->second + 1) + "</a></p>\n";
+}
+
+std::string PlotMarkup(const Plot& plot, const std::string& id, const std::string& values) {
   const bool isWide = plot.width > kPlotWidth;
   std::string markup =
       "<figure class=\"plot " + plot.kind + (isWide ? " wide\">\n" : "\">\n") +
@@ -38,19 +56,17 @@ std::string PlotMarkup(const Plot& plot, const std::string& id) {
       "</desc>\n" + plot.drawing.Markup() + (isWide ? "</svg></div>" : "</svg>") +
       "\n<figcaption>" + Escaped(plot.title);
   if (!plot.note.empty()) markup += "<span class=\"note\">" + Escaped(plot.note) + "</span>";
-  markup += "</figcaption>\n";
-  if (!plot.values.empty()) {
-    markup += "<details><summary>Values drawn</summary>\n" + plot.values + "</details>\n";
-  }
-  return markup + "</figure>\n";
+  return markup + "</figcaption>\n" + values + "</figure>\n";
 }
 
-std::string PlotsMarkup(const ResultDocument& document, const ResultTest& test,
-                        const std::string& id) {
+std::string PlotsMarkup(const ResultDocument& document, const ResultTest& test, std::size_t index,
+                        DrawnValues& drawn) {
+  const std::string id = TestSectionId(index);
   std::string markup;
   std::size_t number = 1;
   for (const Plot& plot : TestPlots(document, test, id)) {
-    markup += PlotMarkup(plot, id + "-plot" + std::to_string(number++));
+    markup +=
+        PlotMarkup(plot, id + "-plot" + std::to_string(number++), ValuesMarkup(plot, index, drawn));
   }
   return markup;
 }
@@ -68,7 +84,7 @@ std::string TestTables(const ResultDocument& document, const ResultTest& test,
   }
   markup += PairwiseTable(document, test, id + "-pairs");
   markup += SubsetsTables(document, test, id + "-subsets");
-  markup += FurtherTable(test, id + "-further");
+  markup += FurtherTable(document, test, id + "-further");
   return markup;
 }
 
@@ -104,8 +120,12 @@ std::string ChoiceMarkup(const ResultTest& test) {
 // The sentence for a results section with its button, which the page's script shows.
 std::string SentenceMarkup(const ResultDocument& document, const ResultTest& test) {
   std::string markup = "<p class=\"apa\"><span>";
+  bool isOpen = false;
   for (const SentencePart& part : SentenceParts(document, test)) {
-    markup += part.isSymbol ? "<i>" + Escaped(part.text) + "</i>" : Escaped(part.text);
+    // A symbol stays on the line of its figure.
+    if (part.isSymbol) markup += "<span class=\"together\"><i>" + Escaped(part.text) + "</i>";
+    if (!part.isSymbol) markup += Escaped(part.text) + (isOpen ? "</span>" : "");
+    isOpen = part.isSymbol;
   }
   return markup +
          "</span> <button type=\"button\" class=\"copy\" hidden=\"hidden\" "
@@ -160,7 +180,7 @@ std::string DecisionMarkup(const ResultTest& test) {
   return badge("unknown", "\u2715", test.decision.empty() ? "No estimate" : "No decision");
 }
 
-std::string TestSection(const ResultDocument& document, std::size_t index) {
+std::string TestSection(const ResultDocument& document, std::size_t index, DrawnValues& drawn) {
   const ResultTest& test = document.tests[index];
   const std::string id = TestSectionId(index);
   std::string markup = "<section class=\"test\" id=\"" + id + "\" aria-labelledby=\"" + id +
@@ -179,7 +199,7 @@ std::string TestSection(const ResultDocument& document, std::size_t index) {
   for (const std::string& gap : {EffectSizeGap(document, test), LevelGap(document, test)}) {
     if (!gap.empty()) markup += "<p class=\"note\">" + gap + "</p>\n";
   }
-  markup += "<div class=\"results\">\n" + PlotsMarkup(document, test, id) +
+  markup += "<div class=\"results\">\n" + PlotsMarkup(document, test, index, drawn) +
             TestTables(document, test, id) + "</div>\n";
   return markup +
          "<p class=\"back\"><a href=\"#overview\">Back to the overview<span class=\"away\"> from "
@@ -202,7 +222,9 @@ std::string FieldsSection(const ResultDocument& document, const ResultDocument& 
     }
     fields.append(field.isCategorical ? "categorical" : "continuous");
     fields.append("</p>\n<div class=\"results\">\n");
-    if (const auto plot = FieldPlot(field, id + "-values")) fields += PlotMarkup(*plot, id);
+    if (const auto plot = FieldPlot(field, id + "-values")) {
+      fields += PlotMarkup(*plot, id, ValuesMarkup(*plot));
+    }
     HtmlTable table(id + "-figures", "Summary of " + field.Title());
     // Of no value there is no minimum and the like, whatever stands in their place.
     const bool isEmpty =

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <map>
 #include <string>
 
 #include "host/render/result_model.h"
@@ -8,8 +10,12 @@ namespace npar_host {
 
 /// The id of the section of the test at that position in the document.
 [[nodiscard]] std::string TestSectionId(std::size_t index);
-/// A test's part of the page: hypothesis, decision, plots, tables and messages.
-[[nodiscard]] std::string TestSection(const ResultDocument& document, std::size_t index);
+/// The tables of values that plots of a page show, each with the first test that shows it.
+using DrawnValues = std::map<std::string, std::size_t>;
+/// A test's part of the page: hypothesis, decision, plots, tables and messages. Values that stand
+/// in a part before are not listed again.
+[[nodiscard]] std::string TestSection(const ResultDocument& document, std::size_t index,
+                                      DrawnValues& drawn);
 /// The fields' part: a plot and the figures of each field that the tests used. Names that
 /// `document` has shortened are told in full as `original` has them.
 [[nodiscard]] std::string FieldsSection(const ResultDocument& document,

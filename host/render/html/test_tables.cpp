@@ -168,13 +168,16 @@ std::string SamplesTable(const ResultDocument& document, const ResultTest& test,
   return table.Markup();
 }
 
-std::string FurtherTable(const ResultTest& test, const std::string& id) {
-  HtmlTable table(id, "Further figures");
-  for (const FurtherFigure& figure : FurtherFigures(test)) {
+std::string FurtherTable(const ResultDocument& document, const ResultTest& test,
+                         const std::string& id) {
+  const std::vector<FurtherFigure> figures = FurtherFigures(test);
+  HtmlTable table(id, FurtherCaption(document, figures));
+  for (const FurtherFigure& figure : figures) {
     table.AddRow(Escaped(figure.label), {FurtherCell(figure, ShowMarkup)});
   }
   if (table.IsEmpty()) return {};
-  return "<details><summary>Further figures</summary>\n" + table.Markup("figures") + "</details>\n";
+  return "<details class=\"wide\"><summary>Further figures</summary>\n" + table.Markup("figures") +
+         "</details>\n";
 }
 
 std::string FrequenciesTable(const ResultDocument& document, const ResultTest& test,

@@ -22,7 +22,8 @@ namespace npar_host {
 [[nodiscard]] std::string SamplesTable(const ResultDocument& document, const ResultTest& test,
                                        const std::string& id);
 /// The extended figures that stand nowhere else, folded.
-[[nodiscard]] std::string FurtherTable(const ResultTest& test, const std::string& id);
+[[nodiscard]] std::string FurtherTable(const ResultDocument& document, const ResultTest& test,
+                                       const std::string& id);
 /// Frequencies or a cross table.
 [[nodiscard]] std::string FrequenciesTable(const ResultDocument& document, const ResultTest& test,
                                            const ResultTable& table, const std::string& id);

@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "host/render/csv.h"
 #include "host/render/headline.h"
 #include "host/render/manuscript.h"
 #include "host/render/reading_notes.h"
@@ -76,6 +79,20 @@ TEST(HeadlineTest, EveryTestOfTheReferencesHasAStatisticOrIsAnEstimate) {
   }
 }
 
+TEST(HeadlineTest, TitlesTellDistributionsApartAndNameWhatCounts) {
+  ResultDocument counts = Reference("discoveries");
+  for (ResultTest& test : counts.tests) {
+    if (test.name != "OKolmogorovSmirnov") continue;
+    EXPECT_EQ(TestHeading(counts, test),
+              "Kolmogorov-Smirnov test against the Poisson: discoveries");
+    EXPECT_EQ(ShortTitle(test), "Kolmogorov-Smirnov, poisson");
+    test.conditionKey = "Normal_Discoveries";
+    EXPECT_THAT(TestHeading(counts, test), HasSubstr("against the normal"));
+  }
+  const ResultDocument answers = Reference("approval");
+  EXPECT_THAT(TestHeading(answers, Find(answers, "RMcNemar")), HasSubstr("(success: "));
+}
+
 TEST(ReadingNotesTest, SayWhatTheDataShow) {
   // Quartile distances from 1.5 to 8; groups of 30 whose bins spread alike; mean and standard
   // deviation of the field itself.
@@ -111,7 +128,22 @@ TEST(ManuscriptTest, NamesCannotLeaveTheirCells) {
               HasSubstr("Sign & a|b\\_c\\&d,\"e\"\\%, drug2 & 10 & S = 9 & .004 &"));
   EXPECT_THAT(
       RenderCsv(document),
-      HasSubstr("Sign test,\"a|b_c&d,\"\"e\"\"%, drug2\",10,S,9,,0.00390625,\"exact, 2-sided\","));
+      HasSubstr(
+          "Sign test,\"a|b_c&d,\"\"e\"\"%, drug2\",,,10,S,9,,0.00390625,\"exact, 2-sided\","));
+}
+
+TEST(ManuscriptTest, CsvHasARowForEachPairAndInterval) {
+  const ResultDocument sprays = Reference("insect_sprays_pairwise");
+  const std::string csv = RenderCsv(sprays);
+  const auto& pairs = Find(sprays, "IKruskalWallis").pairwise.content.rows;
+  EXPECT_EQ(pairs.size(), 15U);
+  std::size_t pairsOfAll = 0;
+  for (const ResultTest& test : sprays.tests) pairsOfAll += test.pairwise.content.rows.size();
+  EXPECT_EQ(std::ranges::count(csv, '\n'),
+            static_cast<std::ptrdiff_t>(1 + sprays.tests.size() + pairsOfAll));
+  // A and C: z and the significances as the document has them.
+  EXPECT_THAT(csv, HasSubstr(",count by spray,A,C,,z,4.77407760665459,,1.80532760055089e-06,"
+                             "\"asymptotic, 2-sided\",2.70799140082633e-05,Bonferroni,"));
 }
 
 }  // namespace
