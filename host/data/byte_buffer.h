@@ -16,7 +16,7 @@ class ByteBuffer {
 
   /// Room for `count` more bytes behind those that are there.
   char* Room(std::size_t count) {
-    if (size + count + kPadding > capacity) Grow(size + count + kPadding);
+    if (bytes == nullptr || size + count + kPadding > capacity) Grow(size + count + kPadding);
     return bytes.get() + size;
   }
   /// So many of the room were written.

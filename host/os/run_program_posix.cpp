@@ -10,6 +10,7 @@ namespace npar_host {
 
 ProgramOutcome RunProgram(std::vector<std::string> words) {
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   pid_t child = 0;
