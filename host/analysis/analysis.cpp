@@ -9,8 +9,10 @@
 #include "host/data/input_error.h"
 #include "host/data/join_words.h"
 #include "host/os/processors.h"
+#include "host/ranges/range_document.h"
 #include "host/render/json_writer.h"
 #include "host/render/renderers.h"
+#include "host/render/sample_order.h"
 #include "host/request/field_inference.h"
 #include "host/request/word_list.h"
 
@@ -42,6 +44,7 @@ std::vector<std::string> Categories(const ArrowField& field, const AnalysisReque
 
 void Analysis::TakeStream(ArrowArrayStream& stream) {
   if (!table.IsEmpty()) throw StateError("the analysis has data already; run it first");
+  if (pieces) throw StateError("the analysis has sums of pieces; run it first");
   ArrowTable taken;
   // An earlier cancel is the next run's.
   const bool isMeantForRun = isCancelled;
@@ -58,6 +61,7 @@ void Analysis::TakeStream(ArrowArrayStream& stream) {
 
 void Analysis::AddColumn(const NparColumn& column) {
   if (table.HasStream()) throw StateError("the analysis has a stream of records; run it first");
+  if (pieces) throw StateError("the analysis has sums of pieces; run it first");
   table.AddColumn(column);
 }
 
@@ -103,17 +107,53 @@ ModelledData Analysis::Model(ArrowCells cells, AnalysisRequest& request) {
   return FindModel(std::move(cells.data), specs);
 }
 
-void Analysis::Run(const Progress& progress) {
+void Analysis::ForgetResults() {
   documentText.reset();
   document.reset();
   messages.clear();
   notes.clear();
   facts = {};
   forms.clear();
+}
+
+const std::string& Analysis::SumPiece() {
   if (table.IsEmpty()) {
+    throw StateError("there is no piece; give the analysis a stream or columns before");
+  }
+  ArrowTable data = std::exchange(table, {});
+  AnalysisRequest request = choices.request;
+  CheckRequest(request);
+  CheckFields(request, data.Names());
+  const RangePlan plan = PlanRanges(request);
+  // A piece may lack categories that the whole has.
+  std::erase_if(request.measures, [&plan](const auto& each) { return each.field == plan.group; });
+  for (const std::string& field : plan.fields) {
+    if (request.MeasureOf(field) == nullptr) request.measures.push_back({field, "continuous", {}});
+  }
+  ModelledData modelled =
+      Model(ImportColumns(data, request.NamedFields(), [this] { HeedCancel(); }), request);
+  ForgetResults();
+  pieceSums = RangePiece(plan, request, std::move(modelled)).Write();
+  return pieceSums;
+}
+
+void Analysis::AddSums(std::string_view sums) {
+  if (!table.IsEmpty()) throw StateError("the analysis has data; run it first");
+  RangePiece next(sums);
+  if (!pieces) {
+    pieces = std::move(next);
+  } else {
+    pieces->Append(next);
+  }
+}
+
+void Analysis::Run(const Progress& progress) {
+  ForgetResults();
+  if (table.IsEmpty() && !pieces) {
     throw StateError("the analysis has no data; give it a stream or columns before a run");
   }
   ArrowTable data = std::exchange(table, {});
+  const std::optional<RangePiece> whole = std::exchange(pieces, std::nullopt);
   struct Forgetting {
     std::atomic<bool>& flag;
     ~Forgetting() { flag = false; }
@@ -121,6 +161,26 @@ void Analysis::Run(const Progress& progress) {
   HeedCancel();
   AnalysisRequest request = choices.request;
   CheckRequest(request);
+  if (whole) {
+    RunSummed(*whole, request);
+  } else {
+    RunRecords(std::move(data), std::move(request), progress);
+  }
+}
+
+void Analysis::RunSummed(const RangePiece& whole, const AnalysisRequest& request) {
+  if (whole.Signature() != PlanRanges(request).Signature()) {
+    throw UsageError("the pieces were summed for other fields; set the options that they had");
+  }
+  document = DocumentOf(whole, request);
+  AdjustOverTests(*document, choices.adjustment);
+  AdjustPairs(*document, choices.pairAdjustment);
+  OrderSamples(*document);
+  notes.push_back("the figures were made " + document->tests.front().made +
+                  "; medians and distributions are not among them");
+}
+
+void Analysis::RunRecords(ArrowTable data, AnalysisRequest request, const Progress& progress) {
   CheckFields(request, data.Names());
   ModelledData modelled =
       Model(ImportColumns(data, request.NamedFields(), [this] { HeedCancel(); }), request);
@@ -176,8 +236,11 @@ std::string Analysis::Render(const std::string& form) {
 }
 
 const std::string& Analysis::Result(const std::string& form) {
-  if (!documentText) throw StateError("there is no result; a run has to succeed first");
-  if (form == kDocument) return *documentText;
+  if (!document) throw StateError("there is no result; a run has to succeed first");
+  if (form == kDocument) {
+    if (!documentText) throw UsageError("sums of pieces make no result document; take the JSON");
+    return *documentText;
+  }
   const auto known = forms.find(form);
   if (known != forms.end()) return known->second;
   std::string text = Render(form);

@@ -17,6 +17,7 @@
 #include "host/arrow/arrow_table.h"
 #include "host/arrow/import.h"
 #include "host/loader/analysis_run.h"
+#include "host/ranges/range_piece.h"
 #include "host/render/result_model.h"
 
 namespace npar_host {
@@ -32,7 +33,11 @@ class Analysis {
   void TakeStream(ArrowArrayStream& stream);
   void AddColumn(const NparColumn& column);
 
-  /// Uses the data up. Throws RefusedError and CancelledError too.
+  /// Sums the data, one sorted piece of all, and uses them up; good until the next sums or run.
+  [[nodiscard]] const std::string& SumPiece();
+  /// Takes the sums of the piece that follows those taken so far.
+  void AddSums(std::string_view sums);
+  /// Uses the data, or the sums of pieces, up. Throws RefusedError and CancelledError too.
   void Run(const Progress& progress);
   /// Stops the run under way, or the next one. From any thread.
   void Cancel();
@@ -41,6 +46,9 @@ class Analysis {
 
  private:
   void HeedCancel() const;
+  void ForgetResults();
+  void RunRecords(ArrowTable data, AnalysisRequest request, const Progress& progress);
+  void RunSummed(const RangePiece& whole, const AnalysisRequest& request);
   /// What the types of columns say where nobody said otherwise.
   static void TakeMeasures(const ArrowCells& cells, AnalysisRequest& request);
   [[nodiscard]] ModelledData Model(ArrowCells cells, AnalysisRequest& request);
@@ -49,6 +57,8 @@ class Analysis {
 
   Choices choices;
   ArrowTable table;
+  std::optional<RangePiece> pieces;  // summed
+  std::string pieceSums;             // of the last piece
 
   std::mutex activeMutex;
   AnalysisRun* active = nullptr;  // the run under way, from its preparation on

@@ -119,6 +119,22 @@ uint32_t npar_analysis_add_column(NparAnalysis* analysis, const NparColumn* colu
   });
 }
 
+uint32_t npar_analysis_sum_piece(NparAnalysis* analysis, const void** sums, size_t* length) {
+  return Guarded(analysis, [=](Analysis& own) {
+    if (sums == nullptr || length == nullptr) throw UsageError("the place for the sums is null");
+    const std::string& bytes = own.SumPiece();
+    *sums = bytes.data();
+    *length = bytes.size();
+  });
+}
+
+uint32_t npar_analysis_add_sums(NparAnalysis* analysis, const void* sums, size_t length) {
+  return Guarded(analysis, [=](Analysis& own) {
+    if (sums == nullptr) throw UsageError("the sums are null");
+    own.AddSums({static_cast<const char*>(sums), length});
+  });
+}
+
 uint32_t npar_analysis_run(NparAnalysis* analysis, NparProgress progress, void* user) {
   return Guarded(analysis, [=](Analysis& own) {
     own.Run(progress == nullptr ? Analysis::Progress()

@@ -105,6 +105,7 @@ class TestObject {
     out.Member("groupField", group == nullptr ? Json(nullptr) : Json(group->name));
     out.Member("hypothesis", TextOrNull(Hypothesis(document, test)));
     if (!test.chosenBecause.empty()) out.Member("chosenBecause", test.chosenBecause);
+    if (!test.made.empty()) out.Member("made", test.made);
     out.Member("decision", TextOrNull(test.decision));
     out.Member("significance", DecidingFigure());
     out.Member("statistic", HeadFigure());

@@ -135,6 +135,7 @@ struct ResultTest {
   ResultComparison stepwise;
   std::optional<ResultExtended> extended;
   std::optional<double> adjustedSignificance;  // over all tests, where that was asked for
+  std::string made;                            // how, where not from records: "from sorted ranges"
   // Of the run, where its host has told:
   std::string chosenBecause;           // why the test was chosen; empty: it was asked for
   std::vector<std::string> successes;  // the categories that count as success in Cochran's test

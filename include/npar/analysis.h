@@ -3,7 +3,8 @@
  *
  * An analysis is asked for with npar_analysis_set, gets data with npar_analysis_read_stream or
  * npar_analysis_add_column, in either order, runs, and gives its results. What was set stays; the
- * data are used up by a run, so that a further run begins with data.
+ * data are used up by a run, so that a further run begins with data. Records that stand on many
+ * machines are summed there, piece by piece, with npar_analysis_sum_piece.
  *
  * Functions that may fail return NPAR_A_OK (0) or a code from below, and leave their out arguments
  * alone then; npar_analysis_error tells what was wrong. No function throws. Texts are UTF-8 and end
@@ -149,6 +150,30 @@ typedef struct NparColumn {
  * column that can't be one, or of another length than those before; NPAR_A_STATE beside a stream.
  */
 uint32_t npar_analysis_add_column(NparAnalysis* analysis, const NparColumn* column);
+
+/* Rank tests of records that are sorted in pieces, wherever these stand. Each piece goes as data
+ * into an analysis with the same options, which sums it in whole numbers; one analysis takes the
+ * sums in the order of the pieces, and its run makes of them the figures that all records together
+ * have, to the last digit where their sums of ranks stay below 2^52.
+ *
+ * Served are, for one field of "independent", mann-whitney, kruskal-wallis (also compare=pairwise)
+ * and jonckheere-terpstra of records that ascend by this field; for two fields of "related",
+ * wilcoxon-pairs of records that ascend by the size of the difference of both; for one field of
+ * "one-sample", wilcoxon:median=M of records that ascend by the distance from M. Records with a
+ * missing value may stand anywhere, and the cut between two pieces may lie anywhere, also between
+ * equal values. Groups stand in the order of npar_analysis_order, or else numbers ascending and
+ * texts by their bytes. The results have no medians, distributions and exact values given ties, and
+ * no result document; each test of the JSON form tells how it was "made". */
+
+/* Sums the data, in place of a run, and uses them up. *sums has *length bytes, [analysis owns]
+ * until its next call; they are the same on every machine, and for this version of the library
+ * alone. NPAR_A_USAGE for a request that sums do not serve, NPAR_A_INPUT for records that do not
+ * ascend. */
+uint32_t npar_analysis_sum_piece(NparAnalysis* analysis, const void** sums, size_t* length);
+/* Takes the sums of the piece that follows those taken so far; [caller owns] the bytes. The run
+ * that follows is made of them. NPAR_A_INPUT for bytes that are no sums, for those of another
+ * request and for a piece that begins below the end of the one before; NPAR_A_STATE beside data. */
+uint32_t npar_analysis_add_sums(NparAnalysis* analysis, const void* sums, size_t length);
 
 /* How far a run has come, `done` of `total`; called on the thread of npar_analysis_run. To stop the
  * run, call npar_analysis_cancel. */

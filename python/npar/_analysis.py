@@ -147,13 +147,14 @@ def analyse(
     threads: int | None = None,
     progress: ProgressChoice = None,
     raise_on_error: bool = False,
+    cluster: str | None = None,
 ) -> Analysis:
     """Tests fields of a table.
 
     Args:
         data: a data frame of pandas or polars, an Arrow table or anything with an Arrow stream, a
-            relation of DuckDB, a dictionary of arrays or lists, a structured array, a list of
-            dictionaries, or what `npar.count` gave.
+            relation of DuckDB, a frame of Spark, a dictionary of arrays or lists, a structured
+            array, a list of dictionaries, or what `npar.count` gave.
         one_sample: fields to be tested each on its own, a name or a list of names.
         related: fields measured on the same records.
         independent: fields compared between the groups of `by`.
@@ -174,6 +175,7 @@ def analyse(
             run takes long, or a function that is told (done, total).
         raise_on_error: raise a `TestFailedError` where a test failed, instead of a result whose
             `messages` say why.
+        cluster: how a frame of Spark is analysed, "counts", "ranges" or "records"; None chooses.
 
     >>> data = {"drug1": [0.7, -1.6, -0.2, 3.4], "drug2": [1.9, 0.8, 1.1, 4.4]}
     >>> for result in analyse(data, related=["drug1", "drug2"], tests=["sign", "wilcoxon-pairs"]):
@@ -201,7 +203,7 @@ def analyse(
             "no field to test is named",
             remedy="name fields by one_sample=, related= or independent=",
         )
-    data = _counting.counted(data, request)
+    data = _counting.prepared(data, request, cluster)
     analysis = run_request(data, request, progress)
     if raise_on_error:
         for result in analysis:

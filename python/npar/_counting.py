@@ -13,6 +13,7 @@ from dataclasses import dataclass
 from pathlib import Path
 from typing import Any
 
+from . import _ranges
 from ._arrays import is_from
 from ._arrow import has_stream
 from ._request import Request, names_of
@@ -23,6 +24,7 @@ _LARGEST_WEIGHT = 2**31 - 1  # of a record; docs/messages.md, 220026
 _BY_ORDER = {"runs"}
 _BY_FIRST_RECORD = {"binomial", "mcnemar", "cochran-q"}
 _POSITION = "npar first record"
+_FEW = 100_000  # different records, which a cluster hands over without a thought
 
 
 @dataclass(frozen=True)
@@ -67,26 +69,33 @@ def count(source: Any, fields: str | Sequence[str], *, in_order: bool = True) ->
     return Counts(counted, tuple(names), weight)
 
 
-def counted(data: Any, request: Request) -> Any:
+def prepared(data: Any, request: Request, cluster: str | None = None) -> Any:
     """The data that a request is carried out on: counts where they serve it, which it then takes as
-    weights."""
+    weights, or sums of sorted ranges."""
+    if is_from(data, "pyspark"):
+        return _from_spark(data, request, cluster)
+    if cluster is not None:
+        raise UsageError("cluster= tells how a frame of Spark is analysed", remedy="leave it out")
     if isinstance(data, Counts):
-        reason = _obstacle(request)
-        if reason is not None:
-            raise UsageError(
-                f"counts do not serve this analysis: {reason}",
-                remedy="analyse the records themselves",
-            )
+        _require_countable(request)
         return _weighted(data, request)
-    if not is_relation(data) and not is_from(data, "pyspark"):
+    if not is_relation(data) or not _is_worth_counting(data, request.fields()):
         return data
-    if _obstacle(request) is None and _is_worth_counting(data, request.fields()):
-        in_order = _needs_order(request)
-        return _weighted(count(data, request.fields(), in_order=in_order), request)
-    if is_relation(data):
-        return data
-    rows = data.select(*map(_spark_name, request.fields()))
-    return rows.toArrow() if hasattr(rows, "toArrow") else rows.toPandas()
+    return data if _obstacle(request) else _counted(data, request)
+
+
+def _counted(data: Any, request: Request) -> Any:
+    in_order = _needs_order(request)
+    return _weighted(count(data, request.fields(), in_order=in_order), request)
+
+
+def _require_countable(request: Request) -> None:
+    reason = _obstacle(request)
+    if reason is not None:
+        raise UsageError(
+            f"counts do not serve this analysis: {reason}",
+            remedy="analyse the records themselves",
+        )
 
 
 def _weighted(counts: Counts, request: Request) -> Any:
@@ -146,8 +155,6 @@ def _relation_of(source: Any) -> Any:
 
 def _is_worth_counting(data: Any, fields: Sequence[str]) -> bool:
     """Not where a field of measurements is different in most records: counts are no fewer then."""
-    if not is_relation(data):
-        return True
     types = dict(zip(data.columns, map(str, data.types)))
     measured = [name for name in fields if types.get(name) in ("DOUBLE", "FLOAT")]
     if not measured:
@@ -192,20 +199,46 @@ def _interruptible() -> Iterator[None]:
 # Spark.
 
 
-def _spark_name(name: str) -> str:
-    return "`" + name.replace("`", "``") + "`"
+def _from_spark(frame: Any, request: Request, way: str | None) -> Any:
+    """A way that is asked for and does not serve is a UsageError."""
+    ways = ("counts", "ranges", "records")
+    if way is not None and way not in ways:
+        raise UsageError(f"cluster={way!r} is no way", remedy="give one of " + ", ".join(ways))
+    if (way or _way(frame, request)) == "ranges":
+        _ranges.check(frame, request)
+        return _ranges.summed(frame, request)
+    if way == "counts":
+        _require_countable(request)
+    if way != "records" and _obstacle(request) is None:
+        return _counted(frame, request)
+    rows = frame.select(*map(_ranges.spark_name, request.fields()))
+    return rows.toArrow() if hasattr(rows, "toArrow") else rows.toPandas()
+
+
+def _way(frame: Any, request: Request) -> str | None:
+    """Ranges where they serve many different records, which would all come to this machine."""
+    types = dict(frame.dtypes)
+    if not any(types.get(name) in ("double", "float") for name in request.fields()):
+        return None
+    try:
+        _ranges.check(frame, request)
+    except UsageError:
+        return None
+    rows = frame.select(*map(_ranges.spark_name, request.fields()))
+    different = rows.distinct() if _obstacle(request) is None else rows
+    return "ranges" if different.limit(_FEW + 1).count() > _FEW else None
 
 
 def _count_by_spark(frame: Any, names: Sequence[str], weight: str, in_order: bool) -> Any:
     from pyspark.sql import functions
 
-    columns = [functions.col(_spark_name(name)).alias(name) for name in names]
+    columns = [functions.col(_ranges.spark_name(name)).alias(name) for name in names]
     numbered = frame.select(*columns, functions.monotonically_increasing_id().alias(_POSITION))
-    grouped = numbered.groupBy(*map(_spark_name, names)).agg(
+    grouped = numbered.groupBy(*map(_ranges.spark_name, names)).agg(
         functions.count(functions.lit(1)).alias(weight),
-        functions.min(_spark_name(_POSITION)).alias(_POSITION),
+        functions.min(_ranges.spark_name(_POSITION)).alias(_POSITION),
     )
-    rows = (grouped.orderBy(_spark_name(_POSITION)) if in_order else grouped).collect()
+    rows = (grouped.orderBy(_ranges.spark_name(_POSITION)) if in_order else grouped).collect()
     return _split({name: [row[name] for row in rows] for name in [*names, weight]}, weight)
 
 

@@ -80,6 +80,8 @@ def library() -> ctypes.CDLL:
         "order": (c_uint32, [handle, c_char_p, POINTER(c_char_p), c_size_t]),
         "read_stream": (c_uint32, [handle, c_void_p]),
         "add_column": (c_uint32, [handle, POINTER(NparColumn)]),
+        "sum_piece": (c_uint32, [handle, POINTER(c_void_p), POINTER(c_size_t)]),
+        "add_sums": (c_uint32, [handle, c_char_p, c_size_t]),
         "run": (c_uint32, [handle, _ProgressFunction, c_void_p]),
         "cancel": (None, [handle]),
         "result": (c_uint32, [handle, c_char_p, POINTER(c_void_p), POINTER(c_size_t)]),
@@ -128,6 +130,16 @@ class Handle:
 
     def add_column(self, column: NparColumn) -> None:
         self._check(self._library.npar_analysis_add_column(self._pointer, byref(column)))
+
+    def sum_piece(self) -> bytes:
+        """The sums of the data, which are a sorted piece of all."""
+        sums, length = c_void_p(), c_size_t()
+        code = self._library.npar_analysis_sum_piece(self._pointer, byref(sums), byref(length))
+        self._check(code)
+        return ctypes.string_at(sums.value or 0, length.value)
+
+    def add_sums(self, sums: bytes) -> None:
+        self._check(self._library.npar_analysis_add_sums(self._pointer, sums, len(sums)))
 
     def run(self, progress: Progress | None) -> None:
         """`progress` is called on this thread."""

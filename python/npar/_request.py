@@ -3,9 +3,8 @@
 from __future__ import annotations
 
 from collections.abc import Iterable, Mapping, Sequence
-from typing import Any
+from typing import Any, Protocol
 
-from ._library import Handle
 from ._tables import Table
 from .errors import UsageError
 
@@ -66,6 +65,14 @@ def _word(value: Any) -> str:
     return "".join("\\" + letter if letter in _SEPARATORS else letter for letter in text)
 
 
+class Options(Protocol):
+    """Whoever takes options: an analysis of the library, or a list of them."""
+
+    def set(self, option: str, value: str) -> None: ...
+
+    def order(self, field: str, categories: Sequence[str]) -> None: ...
+
+
 class Request:
     """Options of an analysis, by the names of `npar analyse`."""
 
@@ -93,7 +100,7 @@ class Request:
         singles = [self.values[key] for key in ("by", "weight", "case-id") if key in self.values]
         return list(dict.fromkeys([*named, *self.orders, *singles]))
 
-    def give(self, handle: Handle, table: Table) -> None:
+    def give(self, handle: Options, table: Table) -> None:
         """Sets all options, and the orders that the data's own types know."""
         for option, names in (*self.families.items(), *self.measures.items()):
             for name in names:
@@ -111,7 +118,7 @@ class Request:
             elif measure is not None:
                 handle.set(measure, field)
 
-    def _give_order(self, handle: Handle, field: str, order: Sequence[Any] | None) -> None:
+    def _give_order(self, handle: Options, field: str, order: Sequence[Any] | None) -> None:
         if order is None:
             handle.set("ordinal", field)
         else:

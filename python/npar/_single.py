@@ -31,6 +31,7 @@ class Settings(TypedDict, total=False):
     threads: int | None
     progress: ProgressChoice
     raise_on_error: bool
+    cluster: str | None
 
 
 def one_sample(

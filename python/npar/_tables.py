@@ -117,8 +117,36 @@ class _Relation(_Streams):
         read_stream(self._data.project(quoted), handle.read_stream)
 
 
+class Sums:
+    """Sums of sorted pieces of records, in the order of the pieces."""
+
+    def __init__(self, pieces: Sequence[bytes]) -> None:
+        self._pieces = pieces
+
+    def __len__(self) -> int:
+        return len(self._pieces)
+
+    def names(self) -> Sequence[str] | None:
+        return None
+
+    def records(self) -> int | None:
+        return None
+
+    def give(self, handle: Handle, fields: Sequence[str]) -> None:
+        for piece in self._pieces:
+            handle.add_sums(piece)
+
+    def categories(self, field: str) -> Sequence[str] | None:
+        return None
+
+    def measure(self, field: str) -> str | None:
+        return None
+
+
 def table_of(data: Any) -> Table:
     """DataError for data of a kind that npar does not know."""
+    if isinstance(data, Sums):
+        return data
     if is_from(data, "pandas") and hasattr(data, "columns"):
         return _Columns(_named(data.columns, data.__getitem__))
     if is_from(data, "polars") and hasattr(data, "collect_schema"):

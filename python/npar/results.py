@@ -128,6 +128,8 @@ class TestResult:
     """What the data show that a reader should know."""
     sentence: str = field(repr=False)
     """The whole as a results section tells it."""
+    made: str | None = field(default=None, repr=False)
+    """How, where not from the records: "from sorted ranges, 8 pieces"."""
 
     def __iter__(self) -> Iterator[float | None]:
         return iter((self.statistic, self.pvalue))
@@ -206,4 +208,5 @@ def read_test(test: Mapping[str, Any], remedies: Mapping[int, str]) -> TestResul
         ),
         notes=tuple(test["notes"]),
         sentence=test["sentence"],
+        made=test.get("made"),
     )

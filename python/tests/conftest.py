@@ -52,3 +52,21 @@ def command_line(tmp_path_factory):
         return of_run(json.loads(done.stdout)) if done.stdout else done.stderr
 
     return run
+
+
+FIGURES = (
+    *("name", "title", "kind", "fields", "group_field", "hypothesis", "decision", "messages"),
+    *("statistic", "pvalue", "sides", "pvalue_asymptotic", "effect_size", "statistics", "pairwise"),
+)
+
+
+def same_figures(from_sums, from_records):
+    """What sums of sorted ranges tell like the records, digit for digit."""
+    assert len(from_sums) == len(from_records)
+    for sums, records in zip(from_sums, from_records):
+        assert sums.made.startswith("from sorted ranges") and records.made is None
+        for figure in FIGURES:
+            assert getattr(sums, figure) == getattr(records, figure), (sums.name, figure)
+        if sums.extended:
+            for mine, whole in zip(sums.groups, records.groups):
+                assert {key: whole[key] for key in mine} == dict(mine)

@@ -1,6 +1,9 @@
-"""Counts made by Spark give the figures that the records give; scripts/test_spark runs it."""
+"""Counts and sorted ranges made by Spark give the figures that the records give; scripts/test_spark
+runs it."""
 
+import numpy as np
 import pytest
+from conftest import ROOT, read_columns, same_figures
 from pyspark.sql import SparkSession
 
 import npar
@@ -14,11 +17,21 @@ RECORDS = {
 
 
 @pytest.fixture(scope="module")
-def frame():
-    settings = {"spark.ui.enabled": "false", "spark.sql.shuffle.partitions": "2"}
+def session():
+    settings = {"spark.ui.enabled": "false", "spark.sql.shuffle.partitions": "4"}
     session = SparkSession.builder.master("local[2]").config(map=settings).getOrCreate()
-    yield session.createDataFrame(list(zip(*RECORDS.values())), list(RECORDS))
+    yield session
     session.stop()
+
+
+def frame_of(session, columns):
+    rows = zip(*(np.asarray(values, dtype=object).tolist() for values in columns.values()))
+    return session.createDataFrame(list(rows), list(columns))
+
+
+@pytest.fixture(scope="module")
+def frame(session):
+    return frame_of(session, RECORDS)
 
 
 REQUESTS = [
@@ -41,3 +54,55 @@ def test_counts_of_spark_are_split_above_the_largest_weight(frame, monkeypatch):
         "answer": ["no", "no", "yes", "yes", "yes"],
         "count": [80, 20, 80, 80, 40],
     }
+
+
+def measured(size):
+    """Values that tie by rounding, so that ranges begin at ties; missing ones of either kind, and a
+    group that only large values have."""
+    rng = np.random.default_rng(18)
+    values = np.round(rng.normal(size=size), 2)
+    groups = np.where(values > 1.2, "late", rng.choice(["b", "a", "c"], size)).astype(object)
+    groups[rng.random(size) < 0.02] = None
+    holes = np.where(rng.random(size) < 0.02, np.nan, values).astype(object)
+    holes[rng.random(size) < 0.02] = None
+    return {
+        "v.w": holes,
+        "later": values + np.round(rng.normal(size=size), 1),
+        "g": groups,
+        "two": rng.integers(1, 3, size),
+        "n": rng.integers(0, 3, size),
+    }
+
+
+MEASURED = measured(4000)
+SPRAYS = read_columns(ROOT / "examples/insect_sprays.csv")
+PAIRS = ("kruskal-wallis", {"compare": "pairwise"})
+BY_RANGES = [
+    (MEASURED, {"independent": "v.w", "by": "two", "tests": "mann-whitney"}),
+    (MEASURED, {"independent": "v.w", "by": "g", "tests": [PAIRS, "jonckheere-terpstra"]}),
+    (MEASURED, {"independent": "v.w", "by": "g", "tests": PAIRS, "weight": "n"}),
+    (MEASURED, {"related": ["v.w", "later"], "tests": "wilcoxon-pairs"}),
+    (MEASURED, {"one_sample": "later", "tests": ("wilcoxon", {"median": 0.1})}),
+    (SPRAYS, {"independent": "count", "by": "spray", "tests": PAIRS}),
+]
+
+
+@pytest.mark.parametrize("columns, request_", BY_RANGES)
+def test_ranges_of_spark_give_the_figures_of_the_records(columns, request_, session):
+    by_ranges = npar.analyse(frame_of(session, columns), **request_, cluster="ranges")
+    by_records = npar.analyse({key: list(each) for key, each in columns.items()}, **request_)
+    same_figures(by_ranges, by_records)
+
+
+def test_many_different_records_are_summed_in_ranges(session, monkeypatch):
+    data = frame_of(session, MEASURED)
+    asked = {"data": data, "by": "two"}
+    assert npar.mann_whitney("v.w", **asked).made is None
+    monkeypatch.setattr(_counting, "_FEW", 500)
+    assert npar.mann_whitney("v.w", **asked).made.startswith("from sorted ranges")
+    assert npar.mann_whitney("v.w", **asked, cluster="records").made is None
+    assert npar.median("v.w", **asked).made is None  # by counts
+    with pytest.raises(npar.UsageError, match="serve mann-whitney"):
+        npar.median("v.w", **asked, cluster="ranges")
+    with pytest.raises(npar.UsageError, match="cluster='rows'"):
+        npar.median("v.w", **asked, cluster="rows")

@@ -9,6 +9,7 @@
 
 #include "host/data/csv.h"
 #include "host/data/reshape.h"
+#include "support/analysis_handle.h"
 #include "support/arrow_data.h"
 #include "support/process.h"
 
@@ -18,38 +19,6 @@ using nlohmann::json;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-/// An analysis through the exported functions.
-class Handle {
- public:
-  Handle() { EXPECT_EQ(npar_analysis_create(&analysis), NPAR_A_OK); }
-  ~Handle() { npar_analysis_destroy(analysis); }
-  Handle(const Handle&) = delete;
-  Handle& operator=(const Handle&) = delete;
-
-  [[nodiscard]] NparAnalysis* Get() const { return analysis; }
-  void Set(const std::vector<std::pair<std::string, std::string>>& options) const {
-    for (const auto& [option, value] : options) {
-      EXPECT_EQ(npar_analysis_set(analysis, option.c_str(), value.c_str()), NPAR_A_OK) << Error();
-    }
-  }
-  void Read(std::vector<ArrowData> columns, const ArrowCut& cut = {}) {
-    stream = std::make_unique<ArrowStreamOfData>(std::move(columns), cut);
-    EXPECT_EQ(npar_analysis_read_stream(analysis, stream->Stream()), NPAR_A_OK) << Error();
-  }
-  [[nodiscard]] uint32_t Run() const { return npar_analysis_run(analysis, nullptr, nullptr); }
-  [[nodiscard]] std::string Result(const char* form) const {
-    const char* text = nullptr;
-    size_t length = 0;
-    EXPECT_EQ(npar_analysis_result(analysis, form, &text, &length), NPAR_A_OK) << Error();
-    return text == nullptr ? std::string() : std::string(text, length);
-  }
-  [[nodiscard]] json Error() const { return json::parse(npar_analysis_error(analysis)); }
-
- private:
-  NparAnalysis* analysis = nullptr;
-  std::unique_ptr<ArrowStreamOfData> stream;
-};
 
 struct RoadCase {
   const char* file;
@@ -136,7 +105,7 @@ TEST(AnalysisLibraryTest, TellsWhatTheCommandLineTells) {
     ASSERT_EQ(told.exitCode, 0) << told.err;
     for (const bool asDictionary : {false, true}) {
       SCOPED_TRACE(std::string(row.file) + (asDictionary ? ", dictionaries, batches" : ""));
-      Handle analysis;
+      AnalysisHandle analysis;
       analysis.Set(row.options);
       analysis.Read(AsArrow(data, asDictionary),
                     asDictionary ? ArrowCut{{3, 0, 2}, 5, 1} : ArrowCut{});
@@ -152,9 +121,9 @@ TEST(AnalysisLibraryTest, ColumnsByPointersAndAStreamGiveTheSame) {
   const char bytes[] = "nonebeforeafter";
   const std::int32_t offsets[] = {0, 4, 10, 15};
   const auto entries = std::make_shared<ArrowData>(ArrowData{"", "u", {"none", "before", "after"}});
-  Handle streamed;
-  Handle given;
-  for (Handle* analysis : {&streamed, &given}) {
+  AnalysisHandle streamed;
+  AnalysisHandle given;
+  for (AnalysisHandle* analysis : {&streamed, &given}) {
     analysis->Set({{"independent", "score"}, {"by", "time"}, {"test", "jonckheere-terpstra"}});
   }
   streamed.Read({{"score", "g", BytesOf(scores)}, {"time", "c", BytesOf(groups), entries, true}});
@@ -243,7 +212,7 @@ TEST(AnalysisLibraryTest, FailuresTellCodeFieldAndRemedy) {
   };
   for (const FailureCase& row : rows) {
     SCOPED_TRACE(row.catches);
-    Handle analysis;
+    AnalysisHandle analysis;
     analysis.Set(row.options);
     analysis.Read({{"x", "g", BytesOf<double>({1, 2, 3})},
                    {"t", "u", {"a", "b", "a"}},
@@ -258,7 +227,7 @@ TEST(AnalysisLibraryTest, FailuresTellCodeFieldAndRemedy) {
 }
 
 TEST(AnalysisLibraryTest, OptionsThatAreNoneAreRefusedAtOnce) {
-  Handle analysis;
+  AnalysisHandle analysis;
   for (const auto& [option, value] :
        std::vector<std::pair<const char*, const char*>>{{"independnt", "x"},
                                                         {"test", "man-whitney"},
@@ -276,7 +245,7 @@ TEST(AnalysisLibraryTest, OptionsThatAreNoneAreRefusedAtOnce) {
 }
 
 TEST(AnalysisLibraryTest, ARefusedRunTellsTheComponentsMessages) {
-  Handle analysis;
+  AnalysisHandle analysis;
   analysis.Set({{"one-sample", "x"}, {"weight", "n"}});
   analysis.Read({{"x", "g", BytesOf<double>({1, 2})}, {"n", "g", BytesOf<double>({1, 1e10})}});
   EXPECT_EQ(analysis.Run(), NPAR_A_REFUSED);
@@ -290,7 +259,7 @@ TEST(AnalysisLibraryTest, ARefusedRunTellsTheComponentsMessages) {
 }
 
 TEST(AnalysisLibraryTest, CallsOutOfOrderAreRefusedAndHurtNothing) {
-  Handle analysis;
+  AnalysisHandle analysis;
   const char* text = nullptr;
   EXPECT_EQ(analysis.Run(), NPAR_A_STATE) << "no data";
   EXPECT_EQ(npar_analysis_result(analysis.Get(), "json", &text, nullptr), NPAR_A_STATE);
@@ -317,7 +286,7 @@ std::vector<double> ManyNumbers() {
 }
 
 TEST(AnalysisLibraryTest, ACancelEndsTheRunUnderWayOrTheNext) {
-  Handle analysis;
+  AnalysisHandle analysis;
   analysis.Set({{"one-sample", "x"}, {"test", "wilcoxon:median=3"}});
   const std::vector<ArrowData> data = {{"x", "g", BytesOf(ManyNumbers())}};
   npar_analysis_cancel(analysis.Get());
@@ -341,7 +310,7 @@ TEST(AnalysisLibraryTest, ThreadsRunAnalysesOfTheirOwn) {
   for (std::string& statistic : statistics) {
     threads.emplace_back([&statistic, &sprays] {
       for (int run = 0; run < 5; ++run) {
-        Handle analysis;
+        AnalysisHandle analysis;
         analysis.Set(sprays.options);
         analysis.Read(AsArrow(ReadExample(sprays), true));
         if (analysis.Run() != NPAR_A_OK) return;

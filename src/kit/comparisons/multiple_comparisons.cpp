@@ -34,22 +34,27 @@ PairFigures NormalPair(double difference, double standardError) {
   return {difference, standardError, z, TwoSidedNormalSig(z)};
 }
 
+std::optional<NPARMessage> MultipleComparison::ReasonAgainst(double level, double overallSig,
+                                                             std::size_t sampleCount) const {
+  const bool isSignificant = level > overallSig;
+  if (isSignificant && WantsTooManyPairs(sampleCount)) {
+    return NPARMessage{QDStatus(catalogue::run::kTooManySamples),
+                       MessageKind::Warning,
+                       {std::to_string(sampleCount)},
+                       {}};
+  }
+  if (isSignificant && sampleCount >= kFewestSamples) return std::nullopt;
+  const std::int32_t pairwise = isSignificant ? codes.tooFewPairwise : codes.notSignificantPairwise;
+  const std::int32_t stepwise = isSignificant ? codes.tooFewStepwise : codes.notSignificantStepwise;
+  return NPARMessage{QDStatus(WantsPairwise() ? pairwise : stepwise), MessageKind::Warning, {}, {}};
+}
+
 bool MultipleComparison::PassGate(NPARTest& test, double level, double overallSig,
                                   std::size_t sampleCount) {
   if (wanted == ComparisonKind::None) return false;
-  const bool isSignificant = level > overallSig;
-  if (isSignificant && WantsTooManyPairs(sampleCount)) {
-    test.AddMessage({QDStatus(catalogue::run::kTooManySamples),
-                     MessageKind::Warning,
-                     {std::to_string(sampleCount)},
-                     {}});
-    wanted = ComparisonKind::None;
-    return false;
-  }
-  if (isSignificant && sampleCount >= kFewestSamples) return true;
-  const std::int32_t pairwise = isSignificant ? codes.tooFewPairwise : codes.notSignificantPairwise;
-  const std::int32_t stepwise = isSignificant ? codes.tooFewStepwise : codes.notSignificantStepwise;
-  test.ReportStatus(QDStatus(WantsPairwise() ? pairwise : stepwise), MessageKind::Warning);
+  const std::optional<NPARMessage> reason = ReasonAgainst(level, overallSig, sampleCount);
+  if (!reason) return true;
+  test.AddMessage(*reason);
   wanted = ComparisonKind::None;
   return false;
 }

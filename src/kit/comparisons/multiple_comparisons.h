@@ -120,9 +120,12 @@ class MultipleComparison {
   /// A table of the pairs of more samples than these would fill many gigabytes.
   static constexpr std::size_t kMostSamplesInPairs = 4096;
 
-  /// Decides after the overall test. A wanted comparison is given up with its warning where the
-  /// test is not significant or there are fewer than 3 samples, with 220027 and their number
-  /// where it wants a table of too many pairs; true: it goes on.
+  /// Why a wanted comparison falls away after the overall test: its warning where the test is not
+  /// significant or there are fewer than 3 samples, 220027 with their number where it wants a table
+  /// of too many pairs. Nothing where it goes on.
+  [[nodiscard]] std::optional<NPARMessage> ReasonAgainst(double sigLevel, double overallSig,
+                                                         std::size_t sampleCount) const;
+  /// Decides after the overall test, and gives a comparison up with that warning; true: it goes on.
   bool PassGate(NPARTest& test, double sigLevel, double overallSig, std::size_t sampleCount);
 
   /// Compares all pairs of samples. `compare(i, j)` gives the figures of two places, i < j;

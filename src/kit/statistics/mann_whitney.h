@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -46,3 +47,11 @@
 /// from tied values, is compared with the integers beyond it in either tail. Not a number for a
 /// group below 1.
 [[nodiscard]] double ExactMannWhitneyP(std::int64_t a, std::int64_t b, double u);
+/// Is the test decided by that significance? The distribution costs memory and time in proportion
+/// to n1 n2.
+[[nodiscard]] inline bool ExactMannWhitneyDecides(double n1, double n2) {
+  constexpr double kMostPairs = 400.0;
+  constexpr double kMostHalfPairsAndUnits = 220.0;
+  const double pairs = n1 * n2;
+  return pairs <= kMostPairs && pairs * 0.5 + std::min(n1, n2) <= kMostHalfPairsAndUnits;
+}

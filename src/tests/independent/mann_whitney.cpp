@@ -1,6 +1,5 @@
 #include "catalogue/cards/mann_whitney.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <optional>
 
@@ -30,10 +29,6 @@ namespace {
 /// there is one.
 class NPARMannWU final : public NPARTwoGroupTest {
  public:
-  /// The exact distribution costs memory and time in proportion to n1 n2.
-  static constexpr double kMostExactPairs = 400.0;
-  static constexpr double kMostExactHalfPairsAndUnits = 220.0;
-
   explicit NPARMannWU(QDSettings* settings)
       : NPARTwoGroupTest(settings, card::kTwoGroupCodes, Passes::WithHistograms) {}
 
@@ -67,9 +62,8 @@ class NPARMannWU final : public NPARTwoGroupTest {
     const double rankSum1 = ranks.GroupEntry(TwoGroups::First).rankSum;
     wilcoxonW = ranks.GroupEntry(TwoGroups::Second).rankSum;
     meanRanks = {rankSum1 / n1, wilcoxonW / n2};
-    const double pairs = n1 * n2;
     mannWhitneyU = MannWhitneyU(n1, n2, rankSum1);
-    if (pairs <= kMostExactPairs && pairs * 0.5 + std::min(n1, n2) <= kMostExactHalfPairsAndUnits) {
+    if (ExactMannWhitneyDecides(n1, n2)) {
       exactSig = ExactMannWhitneyP(counts[0], counts[1], mannWhitneyU);
     }
     approximation = MannWhitneyApproximation(mannWhitneyU, n1, n2, ranks.TieSum());

@@ -1,0 +1,122 @@
+"""Rank tests of continuous data on a cluster: Spark sorts the records into ranges, each range is
+summed where it stands, and the analysis library joins the sums (npar_analysis_sum_piece)."""
+
+from __future__ import annotations
+
+from collections.abc import Iterator, Sequence
+from dataclasses import dataclass, field
+from functools import partial
+from itertools import chain
+from typing import Any
+
+from ._arrow import read_stream
+from ._library import Handle
+from ._request import Request
+from ._tables import Sums
+
+
+@dataclass
+class Options:
+    """What a request sets, to be set on other machines."""
+
+    settings: list[tuple[str, str]] = field(default_factory=list)
+    orders: list[tuple[str, list[str]]] = field(default_factory=list)
+
+    def set(self, option: str, value: str) -> None:
+        self.settings.append((option, value))
+
+    def order(self, field: str, categories: Sequence[str]) -> None:
+        self.orders.append((field, list(categories)))
+
+    def handle(self) -> Handle:
+        """An analysis that is asked for the same."""
+        handle = Handle()
+        for option, value in self.settings:
+            handle.set(option, value)
+        for name, categories in self.orders:
+            handle.order(name, categories)
+        return handle
+
+
+def options_of(request: Request) -> Options:
+    options = Options()
+    request.give(options, Sums([]))
+    return options
+
+
+def sum_piece(options: Options, piece: Any) -> bytes:
+    """The sums of one piece, an Arrow stream; records ascend as include/npar/analysis.h says."""
+    handle = options.handle()
+    read_stream(piece, handle.read_stream)
+    return handle.sum_piece()
+
+
+def check(frame: Any, request: Request) -> None:
+    """UsageError for a request that ranges do not serve."""
+    import pyarrow
+    from pyspark.sql.pandas.types import to_arrow_schema
+
+    schema = to_arrow_schema(_selected(frame, request).schema)
+    sum_piece(options_of(request), pyarrow.Table.from_batches([], schema=schema))
+
+
+def summed(frame: Any, request: Request) -> Sums:
+    """The sums of all ranges of a frame; none without records."""
+    session = frame.sparkSession
+    ranges = int(session.conf.get("spark.sql.shuffle.partitions"))
+    key = _sort_key(request)
+    sorted_ranges = (
+        _selected(frame, request).repartitionByRange(ranges, key).sortWithinPartitions(key)
+    )
+    # The columns have no names but their places, as not every name passes through mapInArrow.
+    places = sorted_ranges.toDF(*(f"c{place}" for place in range(len(request.fields()))))
+    sum_range = partial(_sum_range, options_of(request), request.fields())
+    sums = places.mapInArrow(sum_range, "piece int, sums binary")
+    rows = sorted(sums.collect(), key=lambda row: row.piece)
+    return Sums([bytes(row.sums) for row in rows])
+
+
+def spark_column(name: str) -> Any:
+    """Whatever the name holds, dots and back quotes too."""
+    from pyspark.sql import functions
+
+    return functions.col(spark_name(name))
+
+
+def spark_name(name: str) -> str:
+    return "`" + name.replace("`", "``") + "`"
+
+
+def _selected(frame: Any, request: Request) -> Any:
+    return frame.select(*(spark_column(name).alias(name) for name in request.fields()))
+
+
+def _sort_key(request: Request) -> Any:
+    """What the records of a piece ascend by."""
+    from pyspark.sql import functions
+
+    families = request.families
+    if families["independent"]:
+        return spark_column(families["independent"][0])
+    origin, *rest = (
+        spark_column(name).cast("double") for name in families["related"] + families["one-sample"]
+    )
+    for second in rest:
+        return functions.abs(second - origin)
+    median = request.tests[0].partition("median=")[2]
+    return functions.abs(origin - functions.lit(float(median)))
+
+
+def _sum_range(options: Options, fields: Sequence[str], batches: Iterator[Any]) -> Iterator[Any]:
+    """Runs where the records are."""
+    import pyarrow
+    from pyspark import TaskContext
+
+    named = (pyarrow.RecordBatch.from_arrays(each.columns, names=fields) for each in batches)
+    first = next(named, None)
+    if first is None:
+        return
+    reader = pyarrow.RecordBatchReader.from_batches(first.schema, chain([first], named))
+    schema = pyarrow.schema([("piece", pyarrow.int32()), ("sums", pyarrow.binary())])
+    found = {"piece": [TaskContext.get().partitionId()], "sums": [sum_piece(options, reader)]}
+    yield pyarrow.RecordBatch.from_pydict(found, schema=schema)
