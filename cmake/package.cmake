@@ -5,7 +5,8 @@ string(TOLOWER "${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}" npar_system_name
 install(TARGETS npar_cli RUNTIME DESTINATION .)
 if(TARGET npar_component AND WIN32)
   install(TARGETS npar_component RUNTIME DESTINATION component)
-  install(DIRECTORY include/npar DESTINATION component/include)
+  install(FILES include/npar/component.h include/npar/host_interface.h
+    DESTINATION component/include/npar)
 endif()
 install(FILES cmake/package/README.txt cmake/package/LICENCES.txt CHANGELOG.md DESTINATION .)
 install(DIRECTORY docs examples schema DESTINATION .)
