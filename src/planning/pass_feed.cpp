@@ -30,33 +30,57 @@ const PassFeed::Member* PassFeed::NextOf(const BatchSource* cells) const {
   return found == members.end() ? nullptr : &*found;
 }
 
-void PassFeed::FindCells(ICountedRecords& counted, std::int32_t ascendingBy) {
-  for (auto member = members.begin(); member != members.end(); ++member) {
-    if (!member->test->TakesCells()) continue;
-    const auto same = std::find_if(members.begin(), member, [&member](const Member& other) {
-      return other.cells != nullptr && other.required == member->required;
+void PassFeed::GiveWalk(std::unique_ptr<BatchSource> walk, const std::vector<Member*>& takers) {
+  if (walk == nullptr) return;
+  const Member& first = *takers.front();
+  // Nothing but what they require can be had of it.
+  const std::vector<MissingMark> marks = MarksOf(first, *walk);
+  const bool areTold = std::all_of(marks.begin(), marks.end(), [&](const MissingMark& mark) {
+    return Contains(first.required, std::int64_t{mark.variable});
+  });
+  if (!areTold) return;
+  for (Member* member : takers) member->cells = walk.get();
+  cellWalks.push_back(std::move(walk));
+}
+
+template <typename IsTaker>
+std::vector<std::vector<PassFeed::Member*>> PassFeed::Takers(IsTaker isTaker) {
+  std::vector<std::vector<Member*>> takers;
+  for (Member& member : members) {
+    if (member.cells != nullptr || !isTaker(*member.test)) continue;
+    const auto same = std::find_if(takers.begin(), takers.end(), [&member](const auto& others) {
+      return others.front()->required == member.required;
     });
-    if (same != member) {
-      member->cells = same->cells;
-      continue;
+    if (same == takers.end()) {
+      takers.push_back({&member});
+    } else {
+      same->push_back(&member);
     }
-    const std::vector<std::int32_t> variables(member->required.begin(), member->required.end());
-    auto walk = counted.WalkCells(variables, ascendingBy);
-    if (walk == nullptr) continue;
-    // Another variable may hold records off as well.
-    const std::vector<MissingMark> marks = MarksOf(*member, *walk);
-    const bool areTold = std::all_of(marks.begin(), marks.end(), [&](const MissingMark& mark) {
-      return Contains(variables, mark.variable);
-    });
-    if (!areTold) continue;
-    member->cells = walk.get();
-    cellWalks.push_back(std::move(walk));
+  }
+  return takers;
+}
+
+void PassFeed::FindCells(ICountedRecords& counted, std::int32_t ascendingBy) {
+  for (const auto& takers : Takers([](const NPARTest& test) { return test.TakesCells(); })) {
+    const std::vector<std::int64_t>& required = takers.front()->required;
+    const std::vector<std::int32_t> variables(required.begin(), required.end());
+    GiveWalk(counted.WalkCells(variables, ascendingBy), takers);
   }
 }
 
-QDStatus PassFeed::WalkCells(ICountedRecords& counted, std::int32_t ascendingBy,
-                             CancelPair& cancelPair) {
-  FindCells(counted, ascendingBy);
+void PassFeed::FindExcerpts(IOrderExcerpts& excerpts) {
+  const auto takesExcerpts = [](const Member& member) {
+    return member.cells != nullptr || member.test->TakesExcerpts();
+  };
+  if (!std::all_of(members.begin(), members.end(), takesExcerpts)) return;
+  for (const auto& takers : Takers([](const NPARTest&) { return true; })) {
+    OrderExcerpt wanted;
+    for (const Member* member : takers) member->test->WantPlaces(wanted);
+    GiveWalk(excerpts.Walk(wanted), takers);
+  }
+}
+
+QDStatus PassFeed::WalkCells(CancelPair& cancelPair) {
   for (const auto& walk : cellWalks) {
     static_cast<void>(walk->Reset());
     const QDStatus status = WalkFor(walk.get(), *walk, cancelPair);

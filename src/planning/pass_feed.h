@@ -11,6 +11,7 @@
 #include "kit/records/batch_source.h"
 #include "kit/records/counted_records.h"
 #include "kit/records/missing.h"
+#include "kit/records/order_excerpt.h"
 #include "planning/cancel_pair.h"
 
 /// Hands the records of one pass to those tests of it that can use them.
@@ -30,9 +31,14 @@ class PassFeed {
   /// Before the records: a test whose pass has begun, with the variables that must not be missing
   /// for it.
   void AddTest(NPARTest* test, std::vector<std::int64_t> required);
-  /// Gives cells, ascending by a variable or in any order, to the tests that can do with them.
+  /// Finds cells, ascending by a variable or in any order, for the tests that can do with them.
   /// Throws std::bad_alloc.
-  QDStatus WalkCells(ICountedRecords& counted, std::int32_t ascendingBy, CancelPair& cancelPair);
+  void FindCells(ICountedRecords& counted, std::int32_t ascendingBy);
+  /// Finds excerpts for the others, where each of them can do with one: an order that one needs
+  /// serves all. Throws std::bad_alloc.
+  void FindExcerpts(IOrderExcerpts& excerpts);
+  /// Gives what was found.
+  QDStatus WalkCells(CancelPair& cancelPair);
   /// Are there other tests?
   [[nodiscard]] bool NeedsRecords() const { return NextOf(nullptr) != nullptr; }
   /// Gives these all records from where the source stands, unless the run is cancelled. A test that
@@ -48,7 +54,7 @@ class PassFeed {
     NPARTest* test;
     std::vector<std::int64_t> required;
     std::vector<MissingMark> marks;      // where a missing value holds this test off
-    const BatchSource* cells = nullptr;  // which it takes
+    const BatchSource* cells = nullptr;  // which it takes, or an excerpt
     bool hasFailed = false;
   };
   struct Audience {
@@ -59,7 +65,12 @@ class PassFeed {
 
   /// The first test that takes these cells, or records for null; null where there is none.
   [[nodiscard]] const Member* NextOf(const BatchSource* cells) const;
-  void FindCells(ICountedRecords& counted, std::int32_t ascendingBy);
+  /// The members without a walk whose tests take one, by the variables that they require.
+  template <typename IsTaker>
+  [[nodiscard]] std::vector<std::vector<Member*>> Takers(IsTaker isTaker);
+  /// Gives members a walk that ends with the feed, unless another variable than the given ones may
+  /// hold records off.
+  void GiveWalk(std::unique_ptr<BatchSource> walk, const std::vector<Member*>& takers);
   [[nodiscard]] std::vector<MissingMark> MarksOf(const Member& member,
                                                  const BatchSource& records) const;
   QDStatus WalkFor(const BatchSource* cells, BatchSource& records, CancelPair& cancelPair);

@@ -13,6 +13,7 @@
 #include "kit/contract/allocation.h"
 #include "kit/contract/stage_progress.h"
 #include "kit/order/threads.h"
+#include "planning/order_excerpts.h"
 #include "planning/test_construction.h"
 #include "planning/warning.h"
 #include "report/result_writer.h"
@@ -25,8 +26,7 @@ constexpr std::int64_t kReadingSpan = RunProgress::kWhole * 13 / 100;
 constexpr std::int64_t kTestsStart = RunProgress::kWhole * 25 / 100;
 constexpr std::int64_t kTestsSpan = RunProgress::kWhole * 65 / 100;
 
-/// Records for which tests and summaries work side by side.
-constexpr std::size_t kWorthThreads = std::size_t{1} << 14;
+constexpr std::size_t kWorthThreads = std::size_t{1} << 14;  // records, for work side by side
 
 struct TableRow {
   std::string_view entryName;
@@ -162,7 +162,6 @@ QDStatus NPARPlanner::PrepareRun(RecordIterator& records, RunProgress& progress)
     if (read.IsError()) return read;
   }
   progress.Finish(reading);
-
   memoIterator = std::make_unique<NParMemoIterator>(dataReader->Records());
   sortManager = std::make_unique<NPARSortManager>(dataReader.get());
   univariates = std::make_unique<QDUnivariateSummaries>(memoIterator.get(), variables);
@@ -236,10 +235,10 @@ void NPARPlanner::DivideProgress(RunProgress& progress) {
 
 std::size_t NPARPlanner::OrdersAtOnce() const {
   // Together they take no more memory than the records.
-  constexpr std::size_t kBytesOfEntry = sizeof(NumberedKey);
   if (dataReader->Records().Count() < kWorthThreads) return 1;
   const auto width = static_cast<std::size_t>(dataReader->Records().Width());
-  const std::size_t fitting = std::max(width * sizeof(double) / kBytesOfEntry, std::size_t{1});
+  const std::size_t fitting =
+      std::max(width * sizeof(double) / sizeof(NumberedKey), std::size_t{1});
   return std::min(Threads::Count(), fitting);
 }
 
@@ -250,7 +249,7 @@ void NPARPlanner::RunSummaries(RunProgress& progress) {
       const std::int32_t variable = sortedWorkers[i]->GetSortVariable();
       // What can be counted may never be sorted.
       if (variable >= 0 && dataReader->Records().Column(variable).IsWide() &&
-          !univariates->WalksOrderOf(variable)) {
+          !univariates->WalksOrderOf(variable) && !sortedWorkers[i]->TakesExcerpts()) {
         sortedFirst.push_back(i);
       }
     }
@@ -390,6 +389,8 @@ void NPARPlanner::AddSortedTest(std::unique_ptr<NPARTest> test, std::int32_t sor
   if (isFit) {
     worker->SetSortVariable(sortVariable, sortManager.get());
     worker->SetCountedRecords(counted.get());
+    worker->SetExcerpts(std::make_unique<OrderExcerpts>(dataReader->Records(), sortVariable,
+                                                        weightIndex, selecting));
   } else {
     ownWalks.push_back(memoIterator->Another());
     worker->SetRecords(ownWalks.back().get());

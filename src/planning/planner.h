@@ -16,6 +16,7 @@
 #include "planning/record_cells.h"
 #include "planning/record_iterators.h"
 #include "planning/run_progress.h"
+#include "planning/shortcut.h"
 #include "planning/sorted_records.h"
 #include "planning/test_worker.h"
 
@@ -33,8 +34,12 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   NPARPlanner& operator=(const NPARPlanner&) = delete;
   ~NPARPlanner() override;
 
-  /// Before Execute; the results are the same.
-  void SetCounting(Counting chosen) noexcept { counting = chosen; }
+  /// Before Execute; the results are the same. Fields with few values are counted, places of an
+  /// order are selected.
+  void SetShortcuts(Shortcut forCounting, Shortcut forSelecting) noexcept {
+    counting = forCounting;
+    selecting = forSelecting;
+  }
   QDStatus Execute(RecordIterator& records, std::int32_t reserved) override;
   bool IsExecuted() const override { return executed; }
   QDStatus PostProcess() override { return QDStatus(); }
@@ -101,7 +106,8 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   std::unique_ptr<IteratorBatches> hostRecords;
   std::unique_ptr<NParMemoIterator> memoIterator;
   std::unique_ptr<NPARSortManager> sortManager;
-  Counting counting = Counting::WhereItPays;
+  Shortcut counting = Shortcut::WhereItPays;
+  Shortcut selecting = Shortcut::WhereItPays;
   std::unique_ptr<CountedRecords> counted;
   bool executed = false;
   bool written = false;

@@ -224,7 +224,7 @@ std::unique_ptr<BatchSource> CountedRecords::WalkCells(std::span<const std::int3
   const auto isInRecord = [this](std::int32_t variable) {
     return variable >= 0 && variable < records.Width() && variable != weight;
   };
-  if (counting == Counting::Never || variables.empty() || weight >= records.Width()) return nullptr;
+  if (counting == Shortcut::Never || variables.empty() || weight >= records.Width()) return nullptr;
   if (!std::all_of(variables.begin(), variables.end(), isInRecord)) return nullptr;
   const std::lock_guard lock(mutex);
   auto cells = Find(variables, ascendingBy);
@@ -253,7 +253,7 @@ std::shared_ptr<const RecordCells> CountedRecords::Find(std::span<const std::int
 std::shared_ptr<const RecordCells> CountedRecords::Count(std::vector<std::int32_t> variables,
                                                          std::size_t most) {
   if (weight >= 0) AddOnce(variables, weight);
-  if (counting != Counting::Always) most = std::min(most, records.Count() / kRecordsPerCell);
+  if (counting != Shortcut::Always) most = std::min(most, records.Count() / kRecordsPerCell);
   auto cells = RecordCells::Count(records, variables, weight, most);
   if (cells != nullptr) kept.push_back(cells);
   return cells;

@@ -9,13 +9,7 @@
 
 #include "kit/records/counted_records.h"
 #include "planning/kept_records.h"
-
-/// Which records are counted instead of sorted.
-enum class Counting : std::uint8_t {
-  WhereItPays,  ///< there are several records for each cell
-  Always,       ///< there can be cells at all
-  Never
-};
+#include "planning/shortcut.h"
 
 /// The kept records as cells of some variables with few values, ascending by the first of these.
 ///
@@ -54,7 +48,7 @@ class RecordCells {
 class CountedRecords final : public ICountedRecords {
  public:
   /// The records are not taken over; weight -1: each weighs 1.
-  CountedRecords(const KeptRecords& records, std::int32_t weight, Counting counting) noexcept
+  CountedRecords(const KeptRecords& records, std::int32_t weight, Shortcut counting) noexcept
       : records(records), weight(weight), counting(counting) {}
 
   /// Before the first walk: a variable that is likely to be asked for beside the one that cells
@@ -71,7 +65,7 @@ class CountedRecords final : public ICountedRecords {
 
   const KeptRecords& records;
   std::int32_t weight;
-  Counting counting;
+  Shortcut counting;
   std::vector<std::int32_t> companions;
   std::mutex mutex;  // workers ask side by side
   std::vector<std::shared_ptr<const RecordCells>> kept;

@@ -76,6 +76,10 @@ class NPARSortManager final : public ISortedData {
   void AddCompanion(std::int32_t variable);
   /// Throws std::bad_alloc where memory runs out, and for more records than an order numbers.
   BatchSource* GetSortedIterator(std::int32_t variable) override;
+  /// Is the view of a variable sorted already?
+  [[nodiscard]] bool IsSorted(std::int32_t variable) const noexcept {
+    return IsInRecord(variable) && views[static_cast<std::size_t>(variable)].iterator != nullptr;
+  }
   /// Do sorts take so long that they tell how far they are?
   [[nodiscard]] bool TellsProgress() const noexcept {
     return records->Count() >= RadixBuckets::kPiece;

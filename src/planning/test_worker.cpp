@@ -69,6 +69,19 @@ QDStatus NPARTestWorker::RunPasses(CancelPair& cancelPair) {
   return QDStatus();
 }
 
+bool NPARTestWorker::TakesExcerpts() const {
+  return std::all_of(tests.begin(), tests.end(),
+                     [](const auto& test) { return test->TakesExcerpts(); });
+}
+
+void NPARTestWorker::FindWalks(PassFeed& feed) {
+  static_assert(ICountedRecords::kAnyOrder == -1);  // as a sort variable
+  if (counted != nullptr) feed.FindCells(*counted, sortVariable);
+  if (excerpts == nullptr || sortManager->IsSorted(sortVariable)) return;
+  const TestsProgress progress([this](double part) { ReportRisenPart(kSortShare * part); });
+  feed.FindExcerpts(*excerpts);
+}
+
 BatchSource* NPARTestWorker::FindSource() {
   if (sortVariable < 0) return records;
   const TestsProgress progress([this](double part) { ReportRisenPart(kSortShare * part); });
@@ -100,11 +113,9 @@ QDStatus NPARTestWorker::RunPass(const std::vector<NPARTest*>& list, CancelPair&
 }
 
 QDStatus NPARTestWorker::WalkRecords(PassFeed& feed, CancelPair& cancelPair) {
-  static_assert(ICountedRecords::kAnyOrder == -1);  // as a sort variable
-  if (counted != nullptr) {
-    const QDStatus walked = feed.WalkCells(*counted, sortVariable, cancelPair);
-    if (!walked.IsOK()) return walked;
-  }
+  FindWalks(feed);
+  const QDStatus walked = feed.WalkCells(cancelPair);
+  if (!walked.IsOK()) return walked;
   if (!feed.NeedsRecords()) return QDStatus();
   BatchSource* source = FindSource();
   if (source == nullptr) return QDStatus();

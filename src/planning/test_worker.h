@@ -2,12 +2,14 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "foundation/names.h"
 #include "kit/contract/shared_tallies.h"
 #include "kit/contract/test.h"
 #include "kit/records/counted_records.h"
+#include "kit/records/order_excerpt.h"
 #include "kit/summaries/univariate.h"
 #include "planning/cancel_pair.h"
 #include "planning/sorted_records.h"
@@ -45,6 +47,12 @@ class NPARTestWorker final {
   /// Tests that can do with cells take them from here, without an order of the records; not taken
   /// over.
   void SetCountedRecords(ICountedRecords* source) noexcept { counted = source; }
+  /// Tests that look at some places of the order alone take excerpts, unless it is there already.
+  void SetExcerpts(std::unique_ptr<IOrderExcerpts> source) noexcept {
+    excerpts = std::move(source);
+  }
+  /// Do all of them, as far as is known before their first pass?
+  [[nodiscard]] bool TakesExcerpts() const;
   /// Tests take the records ascending by that variable instead. The manager is not taken over.
   void SetSortVariable(std::int32_t variable, NPARSortManager* manager) noexcept {
     sortVariable = variable;
@@ -65,6 +73,7 @@ class NPARTestWorker final {
   QDStatus RunPasses(CancelPair& cancelPair);
   QDStatus RunPass(const std::vector<NPARTest*>& list, CancelPair& cancelPair);
   QDStatus WalkRecords(PassFeed& feed, CancelPair& cancelPair);
+  void FindWalks(PassFeed& feed);
   [[nodiscard]] BatchSource* FindSource();
   QDStatus Walk(BatchSource& source, PassFeed& feed, CancelPair& cancelPair);
   QDStatus BeginPass(const std::vector<NPARTest*>& list, PassFeed& feed);
@@ -83,6 +92,7 @@ class NPARTestWorker final {
   std::vector<std::unique_ptr<NPARTest>> tests;
   BatchSource* records = nullptr;
   ICountedRecords* counted = nullptr;
+  std::unique_ptr<IOrderExcerpts> excerpts;
   std::vector<std::unique_ptr<XMLElement>> results;
   std::unique_ptr<UnivariateResults> sharedData;
   std::int32_t sortVariable = -1;

@@ -24,9 +24,9 @@ std::string RunEntryDocument(const QDVarList& variables, const Rows& rows,
 }
 
 std::string RunDocument(const QDVarList& variables, const Rows& rows, const QDSettings& settings,
-                        Counting counting) {
+                        Shortcut counting, Shortcut selecting) {
   NPARPlanner planner(&settings, &variables);
-  planner.SetCounting(counting);
+  planner.SetShortcuts(counting, selecting);
   MemoryBlocks records(rows);
   const QDStatus executed = planner.Execute(records, 0);
   std::ostringstream document;

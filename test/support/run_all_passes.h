@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "planning/record_cells.h"
+#include "planning/shortcut.h"
 #include "support/algorithm_element.h"
 
 /// Records as tests write them down.
@@ -23,4 +23,5 @@ using Rows = std::vector<std::vector<double>>;
 /// The document of a run of the planner's settings, entries of tests among them.
 [[nodiscard]] std::string RunDocument(const QDVarList& variables, const Rows& rows,
                                       const QDSettings& settings,
-                                      Counting counting = Counting::WhereItPays);
+                                      Shortcut counting = Shortcut::WhereItPays,
+                                      Shortcut selecting = Shortcut::WhereItPays);

@@ -12,6 +12,7 @@
 #include "kit/contract/message.h"
 #include "kit/contract/settings_reader.h"
 #include "kit/contract/shared_tallies.h"
+#include "kit/records/order_excerpt.h"
 #include "kit/records/record_batch.h"
 #include "kit/records/record_weight.h"
 
@@ -62,6 +63,10 @@ class NPARTest {
   /// weight, come together as one (RecordBatch::Counts), whatever their order was? Nothing else may
   /// then be read of them.
   [[nodiscard]] virtual bool TakesCells() const { return tally != nullptr && tally->TakesCells(); }
+  /// Does the coming pass, of records in an order, look at some places of it alone? Known at once.
+  [[nodiscard]] virtual bool TakesExcerpts() const { return false; }
+  /// Adds these places, once the pass has begun.
+  virtual void WantPlaces(OrderExcerpt& /*wanted*/) const {}
   /// Takes records, one after the other.
   QDStatus ProcessBatch(RecordBatch& batch);
   /// Takes a batch of one.

@@ -18,6 +18,15 @@ void GroupMedianLimits::Take(const GroupTally::Units& units) {
   }
 }
 
+void GroupMedianLimits::WantRanks(WantedPlaces& wanted) const {
+  for (std::size_t place = 0; place < walks.size(); ++place) {
+    const auto& limits = walks[place].limits;
+    if (!limits) continue;
+    auto& ranks = wanted.groups[static_cast<std::size_t>(tally->Groups()[place])].ranks;
+    ranks.insert(ranks.end(), {limits->ranks.lower, limits->ranks.upper});
+  }
+}
+
 bool GroupMedianLimits::PassOver(const GroupTally::Units& units) {
   if (units.shares == nullptr) return false;
   const auto shareOf = [&](std::size_t place) {

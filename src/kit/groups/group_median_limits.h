@@ -22,6 +22,8 @@ class GroupMedianLimits {
   /// Throws std::bad_alloc.
   GroupMedianLimits(const GroupTally& tally, double confidenceLevel);
   void Take(const GroupTally::Units& units);
+  /// Adds the ranks of the limits among the units of each group.
+  void WantRanks(WantedPlaces& wanted) const;
   /// By the group's place; nothing where there are none. Good after the last units.
   [[nodiscard]] const std::optional<Limits>& Of(std::size_t place) const noexcept {
     return walks[place].limits;

@@ -65,6 +65,16 @@ bool GroupTally::TakesCells() const {
          });
 }
 
+void GroupTally::WantPlaces(OrderExcerpt& wanted) const {
+  wanted.groupVariable = key.groupVariable;
+  wanted.places.groups.resize(samples.size());
+  for (const GroupBoxPlot& plot : boxPlots) {
+    WantedPlaces::OfGroup& group = wanted.places.groups[static_cast<std::size_t>(plot.GroupCode())];
+    if (pass == 1) plot.Hinges().WantRanks(group.ranks);
+    if (pass == kClassifying) group.tails = plot.WantedTails();
+  }
+}
+
 void GroupTally::EndPass() {
   if (pass == 0) EndCounting();
   if (pass == 1) {

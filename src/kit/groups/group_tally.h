@@ -10,6 +10,7 @@
 #include "kit/contract/settings_reader.h"
 #include "kit/contract/shared_tallies.h"
 #include "kit/ranks/rank.h"
+#include "kit/records/order_excerpt.h"
 #include "kit/records/record_batch.h"
 #include "kit/summaries/box_plot.h"
 #include "kit/summaries/hinges.h"
@@ -92,6 +93,8 @@ class GroupTally final : public Tally {
   /// Not while it names the cases beyond the fences, and not where a bin would take several values
   /// of different weights, whose order shows in the last digits of its mean.
   [[nodiscard]] bool TakesCells() const override;
+  /// With box plots: what the coming pass looks at in the order of the test variable.
+  void WantPlaces(OrderExcerpt& wanted) const;
   /// The records in hand, without those of no group.
   [[nodiscard]] const Units& GetUnits() const noexcept { return units; }
 

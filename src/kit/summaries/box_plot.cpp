@@ -22,6 +22,15 @@ void GroupBoxPlot::FinishHinges() noexcept {
   largestNonOutlier = hinges.Minimum();
 }
 
+WantedPlaces::Tails GroupBoxPlot::WantedTails() const noexcept {
+  // A value that is clear of those before it is the last one inside the fence, whichever stood for
+  // that so far. From an infinity no value is clear.
+  const bool areFinite = std::isfinite(hinges.Minimum()) && std::isfinite(hinges.Maximum());
+  const double clear =
+      2.0 * kCloseTolerance * std::max(std::fabs(lowerFence), std::fabs(upperFence));
+  return {innerLow, innerHigh, areFinite ? clear : std::numeric_limits<double>::infinity()};
+}
+
 void GroupBoxPlot::ClassifyByFences(double x, double caseId, std::int32_t times) {
   const auto count = static_cast<std::size_t>(times);
   const int toUpper = CompareClose(x, upperFence);

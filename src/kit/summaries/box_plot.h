@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/order/grouped_cells.h"
 #include "kit/summaries/hinges.h"
 #include "kit/summaries/stretch.h"
 
@@ -54,6 +55,8 @@ class GroupBoxPlot {
     return CompareClose(hinges.Maximum(), upperFence) > 0 ||
            CompareClose(hinges.Minimum(), lowerFence) < 0;
   }
+  /// What the second walk looks at.
+  [[nodiscard]] WantedPlaces::Tails WantedTails() const noexcept;
   /// Second walk: so many equal values.
   void ClassifyValue(double x, double caseId, std::int32_t times = 1) {
     if (x > innerLow && x < innerHigh && x >= smallestNonOutlier) {

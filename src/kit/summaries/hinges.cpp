@@ -45,6 +45,13 @@ bool HingeWalk::PassOver(const Stretch& values) noexcept {
   return true;
 }
 
+void HingeWalk::WantRanks(std::vector<std::int64_t>& ranks) const {
+  for (const Hinge& hinge : hinges) {
+    const std::int64_t below = TruncateToInt64(hinge.position);
+    ranks.insert(ranks.end(), {below, below + 1});
+  }
+}
+
 void HingeWalk::FinishHinges() noexcept {
   for (Hinge& hinge : hinges) {
     if (hinge.value == QDMV::gMissingValue) hinge.value = previousValue;

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <limits>
+#include <vector>
 
 #include "foundation/names.h"
 #include "kit/summaries/moments.h"
@@ -28,6 +30,8 @@ class HingeWalk {
   }
   /// For values of weight 1, whose sum does not round.
   bool PassOver(const Stretch& values) noexcept;
+  /// Adds the ranks, from 1, of the units that the hinges are read off where weights are whole.
+  void WantRanks(std::vector<std::int64_t>& ranks) const;
   /// Gives hinges that the walk did not reach the last value that it saw.
   void FinishHinges() noexcept;
 

@@ -36,18 +36,15 @@ DoubleDouble ToDoubleDouble(Integer value, double unit) noexcept {
 
 }  // namespace
 
-void Moments::Add(const double* values, const std::int32_t* weights, std::size_t count) noexcept {
-  if (count == 0) return;
-  if (weights == nullptr) {
-    AddChunk<false>(values, weights, count);
-  } else {
-    AddChunk<true>(values, weights, count);
-  }
+Moments::Range Moments::Add(const double* values, const std::int32_t* weights,
+                            std::size_t count) noexcept {
+  return weights == nullptr ? AddChunk<false>(values, weights, count)
+                            : AddChunk<true>(values, weights, count);
 }
 
 template <bool kIsWeighted>
-void Moments::AddChunk(const double* values, const std::int32_t* weights,
-                       std::size_t count) noexcept {
+Moments::Range Moments::AddChunk(const double* values, const std::int32_t* weights,
+                                 std::size_t count) noexcept {
   double least = values[0];
   double greatest = values[0];
   double roughSum = 0.0;
@@ -66,12 +63,12 @@ void Moments::AddChunk(const double* values, const std::int32_t* weights,
   if (!(std::abs(roughSum) < std::numeric_limits<double>::infinity() && least > -kHuge &&
         greatest < kHuge)) {
     AddHuge(values, weights, count);
-    return;
+    return {least, greatest};
   }
   totalWeight += weight;
   if (least == greatest) {
     Merge(least, weight, {}, {});
-    return;
+    return {least, greatest};
   }
   // A centre near the mean keeps the squares about it from cancelling; with negative weights the
   // mean may lie anywhere.
@@ -109,6 +106,7 @@ void Moments::AddChunk(const double* values, const std::int32_t* weights,
   }
   Merge(chunkCentre, weight, ToDoubleDouble(units, unit) + DoubleDouble{rests},
         ToDoubleDouble(squares, unit * unit) + DoubleDouble{squaresOfRests});
+  return {least, greatest};
 }
 
 void Moments::Merge(double chunkCentre, std::int64_t weight, DoubleDouble sum,
@@ -139,7 +137,7 @@ void Moments::AddHuge(const double* values, const std::int32_t* weights,
     totalWeight += weight;
     hugeSum += values[i] / kHugeUnit * weight;
   }
-  Add(others.data(), theirWeights.data(), otherCount);
+  if (otherCount > 0) Add(others.data(), theirWeights.data(), otherCount);
 }
 
 double Moments::Mean() const noexcept {

@@ -19,9 +19,14 @@ class Moments {
  public:
   /// So many values are taken at once at the most.
   static constexpr std::size_t kChunk = 1024;
+  struct Range {
+    double least;
+    double greatest;
+  };
 
-  /// Takes up to kChunk values with their weights; null: each weighs 1. None weighs 0.
-  void Add(const double* values, const std::int32_t* weights, std::size_t count) noexcept;
+  /// Takes up to kChunk values, at least one, with their weights; null: each weighs 1. None weighs
+  /// 0. Answers their range; of equal ends the first.
+  Range Add(const double* values, const std::int32_t* weights, std::size_t count) noexcept;
 
   /// 0 without weight; infinite or not a number where a value, or the sum of such values, is.
   [[nodiscard]] double Mean() const noexcept;
@@ -30,7 +35,7 @@ class Moments {
 
  private:
   template <bool kIsWeighted>
-  void AddChunk(const double* values, const std::int32_t* weights, std::size_t count) noexcept;
+  Range AddChunk(const double* values, const std::int32_t* weights, std::size_t count) noexcept;
   void AddHuge(const double* values, const std::int32_t* weights, std::size_t count) noexcept;
   /// Sums about a centre of their own.
   void Merge(double chunkCentre, std::int64_t weight, DoubleDouble sum,

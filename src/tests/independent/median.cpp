@@ -43,7 +43,8 @@ constexpr std::size_t kFewestForTable = 64;
 /// L_j is the weight of group j at or below the median, which is that of all records together, or a
 /// given one.
 /// Pass 0 counts the groups, pass 1 finds the median and the cells, pass 2 keeps the sorted groups
-/// for a comparison. Passes 1 and 2 find the box plots too. Records ascend by the test variable.
+/// for a comparison. Passes 1 and 2 find the box plots too. Records ascend by the test variable;
+/// but for a comparison an excerpt of that order will do.
 class NPARKSMedian final : public NPARTest {
  public:
   explicit NPARKSMedian(QDSettings* settings)
@@ -72,6 +73,20 @@ class NPARKSMedian final : public NPARTest {
           AddBoxPlotInfo(algorithm, *tally, groups.groupCount);
           WriteComparison(algorithm, comparison);
         });
+  }
+
+  [[nodiscard]] bool TakesExcerpts() const override {
+    return Pass() < 2 || !comparison.IsPending();
+  }
+  void WantPlaces(OrderExcerpt& wanted) const override {
+    tally->WantPlaces(wanted);
+    if (Pass() != 1) return;
+    if (median) {
+      wanted.places.values.push_back(*median);
+    } else {
+      wanted.places.ranks.insert(wanted.places.ranks.end(), {LowerMiddle(), UpperMiddle()});
+    }
+    if (wantsExtended) medianLimits.WantRanks(wanted.places);
   }
 
  protected:
@@ -137,6 +152,11 @@ class NPARKSMedian final : public NPARTest {
   }
 
  private:
+  /// The ranks of the two units whose mean the median is; one for an odd number.
+  [[nodiscard]] std::int64_t LowerMiddle() const {
+    return tally->TotalWeight() / 2 + tally->TotalWeight() % 2;
+  }
+  [[nodiscard]] std::int64_t UpperMiddle() const { return tally->TotalWeight() / 2 + 1; }
   /// Counts records that are all on one side of the median; false, and nothing done, for others.
   bool PassOver(const GroupTally::Units& units) {
     if (units.count == 0 || (median && units.values[0] > *median)) return true;
@@ -160,11 +180,10 @@ class NPARKSMedian final : public NPARTest {
   void CountCell(double x, std::int64_t weight, std::size_t place) {
     if (!median) {
       // Values ascend, so all before the upper middle unit are at or below the median.
-      const std::int64_t total = tally->TotalWeight();
       const std::int64_t before = cumulative;
       cumulative += weight;
-      if (before < total / 2 + total % 2) lowerMiddle = x;
-      if (cumulative >= total / 2 + 1) median = std::midpoint(lowerMiddle, x);
+      if (before < LowerMiddle()) lowerMiddle = x;
+      if (cumulative >= UpperMiddle()) median = std::midpoint(lowerMiddle, x);
     }
     if (!median || x <= *median) lowerCounts[place] += weight;
   }

@@ -453,13 +453,66 @@ RC_GTEST_PROP(Property, CountingGivesTheBytesOfSorting, ()) {
   const bool isWeighted = *rc::gen::arbitrary<bool>();
   TestSettings settings = AllEntries(*rc::gen::element<std::string>("analysis", "listwise"));
   if (*rc::gen::arbitrary<bool>()) settings.Put("caseIDVariableName", "count");
-  const auto run = [&](Counting counting) {
+  const auto run = [&](Shortcut counting) {
     return AlgorithmElement::AllOf(RunDocument(Variables(isWeighted), rows, settings, counting));
   };
-  const auto counted = run(Counting::Always);
-  const auto sorted = run(Counting::Never);
+  const auto counted = run(Shortcut::Always);
+  const auto sorted = run(Shortcut::Never);
   RC_ASSERT(counted.size() == sorted.size());
   for (std::size_t i = 0; i < sorted.size(); ++i) RC_ASSERT(counted[i].Xml() == sorted[i].Xml());
+}
+
+/// Of one field: spread or on a grid, with zeros of either sign, infinities, outliers and missing
+/// ones among them.
+double AnyValue(std::mt19937_64& random, bool isOnGrid, double scale) {
+  switch (random() % 64) {
+    case 0:
+      return kMissing;
+    case 1:
+      return random() % 2 == 0 ? 0.0 : -0.0;
+    case 2:
+      return random() % 16 == 0 ? HUGE_VAL : 9.0 * scale;
+    default:
+      break;
+  }
+  const double x = std::normal_distribution<double>()(random);
+  return (isOnGrid ? std::round(x * 8.0) / 8.0 : x) * scale + 1.0;
+}
+
+RC_GTEST_PROP(Property, SelectionGivesTheBytesOfSorting, ()) {
+  std::mt19937_64 random(*rc::gen::arbitrary<std::uint64_t>());
+  const auto oneIn = [&random](unsigned count) { return random() % count == 0; };
+  const std::size_t groupCount = *rc::gen::element<std::size_t>(2, 3, 40);
+  const bool isOnGrid = oneIn(2);
+  const double scale = oneIn(8) ? 1e-13 : 1.0;  // values as close as they can be told apart
+  const bool hasFractions = oneIn(8);
+  Rows rows(random() % 1500);
+  for (std::vector<double>& row : rows) {
+    const auto group = static_cast<double>(random() % (groupCount + 1)) - 1.0;
+    const double weight = static_cast<double>(1 + random() % 3) + (hasFractions ? 0.5 : 0.0);
+    row = {AnyValue(random, isOnGrid, scale) + (oneIn(2) ? 0.0 : scale * group), group, weight,
+           static_cast<double>(random() % 1000)};
+  }
+  rows.push_back({1.0, 0.0, 1.0, 1.0});
+  Texts categories;
+  for (std::size_t i = 0; i < groupCount; ++i) categories.push_back("c" + std::to_string(i));
+  VariableListBuilder builder;
+  builder.Continuous("x").Nominal("g", categories);
+  const QDVarList variables =
+      (oneIn(2) ? builder.Weight("w") : builder.Continuous("w")).Continuous("id").Build();
+  TestSettings test = Entry("variableName", "x", "groupVariableName", "g");
+  if (oneIn(3)) test.Put("userSpecifyMedian", "true", "median", 1.25);
+  if (oneIn(3)) test = Compared(test, "pairWise");
+  TestSettings settings = Entry("missingTreatment", "analysis", "extendedFigures", oneIn(2));
+  if (oneIn(2)) settings.Put("caseIDVariableName", "id");
+  settings.Put("IMedian", test);
+  const auto run = [&](Shortcut selecting) {
+    return RunDocument(variables, rows, settings, Shortcut::Never, selecting);
+  };
+  const std::string selected = run(Shortcut::Always);
+  const std::string sorted = run(Shortcut::Never);
+  RC_LOG() << selected << "\n" << sorted;
+  RC_ASSERT(selected == sorted);
 }
 
 RC_GTEST_PROP(Property, TestsOfOneRunDoNotDisturbEachOther, ()) {

@@ -23,7 +23,7 @@ QDVarList Variables() {
 }
 
 std::vector<Cell> CellsOf(const Rows& rows, std::int32_t weight = -1,
-                          Counting counting = Counting::Always) {
+                          Shortcut counting = Shortcut::Always) {
   const Kept kept(Variables(), rows);
   CountedRecords counted(kept.reader->Records(), weight, counting);
   const std::vector<std::int32_t> asked{G, X};
@@ -69,13 +69,13 @@ TEST(RecordCells, AreNoneWhereRecordsAreToBeSorted) {
   for (const double weight : {1.5, -1.0, -2.0, 2147483648.0}) {
     EXPECT_TRUE(CellsOf(with({1, 1, weight}), W).empty()) << weight;
   }
-  EXPECT_TRUE(CellsOf(kRows, -1, Counting::Never).empty());
+  EXPECT_TRUE(CellsOf(kRows, -1, Shortcut::Never).empty());
   // Of 3 values in 2 groups, where one more stands for what is missing.
   Rows many;
   for (int i = 0; i < 5; ++i) many.insert(many.end(), kRows.begin(), kRows.end());
-  EXPECT_FALSE(CellsOf(many, -1, Counting::WhereItPays).empty());
+  EXPECT_FALSE(CellsOf(many, -1, Shortcut::WhereItPays).empty());
   many.resize(4 * 3 * 3 - 1);
-  EXPECT_TRUE(CellsOf(many, -1, Counting::WhereItPays).empty());
+  EXPECT_TRUE(CellsOf(many, -1, Shortcut::WhereItPays).empty());
 }
 
 }  // namespace
