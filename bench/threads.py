@@ -13,8 +13,8 @@ import statistics
 
 from worker import Worker
 
-CASES = [("mann-whitney", 10000000), ("kruskal-wallis", 10000000), ("wilcoxon-pairs", 10000000), ("friedman", 10000000),
-         ("five-tests", 10000000), ("mann-whitney-20", 1000000)]
+CASES = [("mann-whitney", 10000000), ("kruskal-wallis", 10000000), ("median", 10000000), ("wilcoxon-pairs", 10000000),
+         ("friedman", 10000000), ("five-tests", 10000000), ("mann-whitney-20", 1000000)]
 SMALL_CASES = ["mann-whitney", "kruskal-wallis", "sign"]
 SMALL_RUNS = 1000
 

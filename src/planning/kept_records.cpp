@@ -4,6 +4,8 @@
 #include <bit>
 #include <limits>
 
+#include "kit/order/threads.h"
+
 // The loops over a column work on bits, without a branch or a comparison: so the processor takes
 // several values at a time.
 
@@ -171,10 +173,18 @@ const double* KeptColumn::Values(std::size_t first, std::size_t count, double* r
 }
 
 void KeptRecords::Append(RecordBatch& batch) {
-  for (std::int32_t variable = 0; variable < Width(); ++variable) {
-    const double* values = batch.Of(variable);
-    columns[static_cast<std::size_t>(variable)].Append(count, values, batch.Size(),
-                                                       batch.IsLasting(variable));
+  const auto append = [&](std::size_t place) {
+    const auto variable = static_cast<std::int32_t>(place);
+    columns[place].Append(count, batch.Of(variable), batch.Size(), batch.IsLasting(variable));
+  };
+  if (Threads::AreWorthIt(batch.Size())) {
+    // Found first: the host is asked on the caller's thread alone.
+    for (std::int32_t variable = 0; variable < Width(); ++variable) {
+      static_cast<void>(batch.Of(variable));
+    }
+    Threads::ForEach(columns.size(), append);
+  } else {
+    for (std::size_t place = 0; place < columns.size(); ++place) append(place);
   }
   count += batch.Size();
 }

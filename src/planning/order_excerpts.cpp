@@ -51,7 +51,7 @@ class Parts {
  public:
   explicit Parts(std::size_t count)
       : count(count),
-        partCount(std::clamp<std::size_t>(count / kRecordsOfPart, 1, Threads::Count())),
+        partCount(Threads::PartsOf(count)),
         size((count / partCount / kRecordsAtOnce + 1) * kRecordsAtOnce) {}
   [[nodiscard]] std::size_t Count() const noexcept { return partCount; }
   [[nodiscard]] std::size_t Begin(std::size_t part) const noexcept {
@@ -72,7 +72,6 @@ class Parts {
   }
 
  private:
-  static constexpr std::size_t kRecordsOfPart = std::size_t{1} << 17;
   std::size_t count;
   std::size_t partCount;
   std::size_t size;

@@ -26,8 +26,6 @@ constexpr std::int64_t kReadingSpan = RunProgress::kWhole * 13 / 100;
 constexpr std::int64_t kTestsStart = RunProgress::kWhole * 25 / 100;
 constexpr std::int64_t kTestsSpan = RunProgress::kWhole * 65 / 100;
 
-constexpr std::size_t kWorthThreads = std::size_t{1} << 14;  // records, for work side by side
-
 struct TableRow {
   std::string_view entryName;
   std::unique_ptr<NPARTest> (*construct)(TestConstruction&);
@@ -235,7 +233,7 @@ void NPARPlanner::DivideProgress(RunProgress& progress) {
 
 std::size_t NPARPlanner::OrdersAtOnce() const {
   // Together they take no more memory than the records.
-  if (dataReader->Records().Count() < kWorthThreads) return 1;
+  if (!Threads::AreWorthIt(dataReader->Records().Count())) return 1;
   const auto width = static_cast<std::size_t>(dataReader->Records().Width());
   const std::size_t fitting =
       std::max(width * sizeof(double) / sizeof(NumberedKey), std::size_t{1});
@@ -244,7 +242,7 @@ std::size_t NPARPlanner::OrdersAtOnce() const {
 
 void NPARPlanner::RunSummaries(RunProgress& progress) {
   std::vector<std::size_t> sortedFirst;
-  if (Threads::Count() > 1 && dataReader->Records().Count() >= kWorthThreads) {
+  if (Threads::AreWorthIt(dataReader->Records().Count())) {
     for (std::size_t i = 0; i < sortedWorkers.size() && sortedFirst.size() < OrdersAtOnce(); ++i) {
       const std::int32_t variable = sortedWorkers[i]->GetSortVariable();
       // What can be counted may never be sorted.

@@ -6,6 +6,7 @@
 #include "catalogue/run.h"
 #include "kit/contract/allocation.h"
 #include "kit/contract/stage_progress.h"
+#include "kit/order/threads.h"
 
 namespace {
 
@@ -33,7 +34,12 @@ QDStatus InitialDataReader::Read() {
     static_cast<void>(source->Reset());  // a source that stands nowhere has no record
     bool isFirst = true;
     WalkProgress progress(ExpectedCount(*variables));
-    while (RecordBatch* batch = source->NextBatch()) {
+    // Whether a field has few values shows in the first records, which come one batch by one.
+    const auto nextBatch = [this] {
+      const bool isLarge = records.Count() >= KeptRecords::kBlockSize && Threads::Count() > 1;
+      return isLarge ? source->NextLargeBatch() : source->NextBatch();
+    };
+    while (RecordBatch* batch = nextBatch()) {
       Interruption::Check();
       progress.Step(batch->Size());
       if (std::exchange(isFirst, false)) Prepare();

@@ -127,10 +127,8 @@ QDStatus NPARTestWorker::Walk(BatchSource& source, PassFeed& feed, CancelPair& c
   const std::int32_t passesDone = passesTotal - passesLeft;
   const TestsProgress progress(
       [&](double part) { ReportRisenPart(TimeOf(passesDone + kWalkShare * part)); });
-  constexpr std::size_t kWorthThreads = std::size_t{1} << 17;
   const auto* order = dynamic_cast<const NPARSortedIterator*>(&source);
-  if (!gathersAhead || order == nullptr || source.Count() < kWorthThreads ||
-      Threads::Count() == 1) {
+  if (!gathersAhead || order == nullptr || !Threads::AreWorthIt(source.Count())) {
     return feed.Walk(source, cancelPair);
   }
   WalkAhead ahead(*order);

@@ -1,7 +1,8 @@
 #include "planning/walk_ahead.h"
 
 #include <algorithm>
-#include <thread>
+
+#include "kit/order/threads.h"
 
 WalkAhead::WalkAhead(const NPARSortedIterator& order) : order(order), count(order.Count()) {
   for (Slot& slot : slots) {
@@ -22,10 +23,20 @@ void WalkAhead::Place(std::size_t chunk) {
   }
 }
 
+WalkAhead::End::~End() {
+  {
+    const std::lock_guard lock(walk.mutex);
+    walk.inHand = kNoChunk;
+  }
+  walk.change.notify_all();
+}
+
 bool WalkAhead::Begin(std::size_t chunk) noexcept {
-  std::atomic<std::size_t>& state = SlotOf(chunk).state;
-  std::size_t before = state.load();
-  return before < 2 * chunk && state.compare_exchange_strong(before, 2 * chunk);
+  Slot& slot = SlotOf(chunk);
+  if (slot.begun >= chunk) return false;
+  slot.begun = chunk;
+  slot.isReady = false;
+  return true;
 }
 
 void WalkAhead::Gather(std::size_t chunk) {
@@ -38,38 +49,42 @@ void WalkAhead::Gather(std::size_t chunk) {
     }
     for (const std::int32_t variable : wanted) static_cast<void>(batch->Of(variable));
   }
-  SlotOf(chunk).state = 2 * chunk + 1;
 }
 
 void WalkAhead::GatherAhead() {
   const std::size_t chunkCount = (count + kChunk - 1) / kChunk;
-  std::size_t chunk = 0;
-  for (std::size_t current = inHand; current != kNoChunk && chunk < chunkCount; current = inHand) {
+  std::unique_lock lock(mutex);
+  for (std::size_t chunk = 0; chunk < chunkCount;) {
     // What is asked for is known when the first chunk is done.
-    if (current < 2 || chunk + 1 >= current + kChunksAhead) {
-      inHand.wait(current);
-      continue;
-    }
-    chunk = std::max(chunk, current) + 1;
-    if (chunk <= chunkCount && Begin(chunk)) Gather(chunk);
+    Threads::Await(lock, change, [&] {
+      return inHand == kNoChunk || (inHand >= 2 && chunk + 1 < inHand + kChunksAhead);
+    });
+    if (inHand == kNoChunk) return;
+    chunk = std::max(chunk, inHand) + 1;
+    if (chunk > chunkCount || !Begin(chunk)) continue;
+    lock.unlock();
+    Gather(chunk);
+    lock.lock();
+    SlotOf(chunk).isReady = true;
+    change.notify_all();
   }
 }
 
 void WalkAhead::TakeChunk(std::size_t chunk) {
+  std::unique_lock lock(mutex);
   if (chunk == 2) {
     const RecordBatch& ofFirst = *SlotOf(1).batches[0];
     wanted = ofFirst.FoundColumns();
     wantedTruncated = ofFirst.FoundTruncated();
   }
-  TellInHand(chunk);
+  inHand = chunk;
+  change.notify_all();
   if (Begin(chunk)) {
+    lock.unlock();
     Place(chunk);
     return;
   }
-  while (SlotOf(chunk).state != 2 * chunk + 1) {
-    Interruption::Check();
-    std::this_thread::yield();
-  }
+  Threads::Await(lock, change, [&] { return SlotOf(chunk).isReady; });
 }
 
 RecordBatch* WalkAhead::NextBatch() {

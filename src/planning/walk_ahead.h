@@ -1,10 +1,11 @@
 #pragma once
 
 #include <array>
-#include <atomic>
+#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 #include "planning/sorted_records.h"
@@ -31,7 +32,7 @@ class WalkAhead final : public BatchSource {
     explicit End(WalkAhead& walk) noexcept : walk(walk) {}
     End(const End&) = delete;
     End& operator=(const End&) = delete;
-    ~End() { walk.TellInHand(kNoChunk); }
+    ~End();
 
    private:
     WalkAhead& walk;
@@ -47,27 +48,24 @@ class WalkAhead final : public BatchSource {
   struct Slot {
     std::array<std::unique_ptr<NPARSortedIterator>, kBatchesOfChunk> views;
     std::array<RecordBatch*, kBatchesOfChunk> batches{};
-    /// Twice the number of the latest chunk that somebody has begun, and 1 more when it is ready.
-    std::atomic<std::size_t> state{0};
+    // While the mutex is held:
+    std::size_t begun = 0;  // the latest chunk that somebody has begun
+    bool isReady = false;   // it is gathered
   };
 
   [[nodiscard]] Slot& SlotOf(std::size_t chunk) noexcept { return slots[chunk % kChunksAhead]; }
-  /// False where the other thread is first.
+  /// False where the other thread is first; while the mutex is held.
   bool Begin(std::size_t chunk) noexcept;
   void Place(std::size_t chunk);
   void Gather(std::size_t chunk);
   void TakeChunk(std::size_t chunk);
-  void TellInHand(std::size_t chunk) noexcept {
-    inHand = chunk;
-    inHand.notify_one();
-  }
-
   const NPARSortedIterator& order;
   std::size_t count;
   std::array<Slot, kChunksAhead> slots;
   std::size_t next = 0;  // the record that comes next
-  // Chunks are numbered from 1.
-  std::atomic<std::size_t> inHand{0};
+  std::mutex mutex;
+  std::condition_variable change;    // of the chunk in hand, or one is ready
+  std::size_t inHand = 0;            // chunks are numbered from 1
   std::vector<std::int32_t> wanted;  // columns; known from the second chunk on
   std::vector<std::int32_t> wantedTruncated;
 };

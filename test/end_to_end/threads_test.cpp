@@ -74,7 +74,7 @@ void ExpectTheSameWithAnyNumber(RecordingHost& host) {
 }
 
 TEST(RunThreads, EveryTestGivesTheSameDocumentWithAnyNumber) {
-  AllTestsHost host(20000);
+  AllTestsHost host(70000);
   ExpectTheSameWithAnyNumber(host);
 }
 

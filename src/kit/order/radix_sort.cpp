@@ -30,7 +30,6 @@ constexpr int kMostCellBits = 20;
 constexpr int kCellShare = 2;  // the entries are at least twice as many as the cells
 constexpr std::size_t kFewEntries = std::size_t{1} << 14;  // one bucket: a cache holds them
 constexpr std::size_t kMostBuckets = 4096;
-constexpr std::size_t kEntriesOfPart = std::size_t{1} << 17;  // fewer are not worth a thread
 
 constexpr int kDigitBits = 8;
 constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
@@ -115,7 +114,7 @@ void SortInPlace(Entry* entries, Entry* spare, std::size_t count, std::uint64_t 
 
 RadixBuckets::RadixBuckets(std::size_t count)
     : count(count),
-      partCount(std::clamp<std::size_t>(count / kEntriesOfPart, 1, Threads::Count())),
+      partCount(Threads::PartsOf(count)),
       partSize((count / partCount / kPiece + 1) * kPiece) {}
 
 void RadixBuckets::StartCounting(std::uint64_t differing) {
@@ -224,10 +223,8 @@ template <typename Entry>
 void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends, TellSorted tell) {
   // More groups than threads: buckets are not of one size, and threads not equally quick.
   constexpr std::size_t kGroupsOfThread = 16;
-  const bool isWorthIt = ends.back() >= 2 * kEntriesOfPart;
-  const std::size_t groups = isWorthIt && Threads::Count() > 1
-                                 ? std::min(ends.size(), kGroupsOfThread * Threads::Count())
-                                 : 1;
+  const std::size_t threads = Threads::PartsOf(ends.back());
+  const std::size_t groups = threads > 1 ? std::min(ends.size(), kGroupsOfThread * threads) : 1;
   Threads::ForEach(groups, [&](std::size_t group) {
     SortSomeBuckets(entries, ends, group * ends.size() / groups, (group + 1) * ends.size() / groups,
                     tell);

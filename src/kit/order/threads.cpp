@@ -1,17 +1,11 @@
 #include "kit/order/threads.h"
 
-#include <algorithm>
 #include <atomic>
-#include <chrono>
-#include <condition_variable>
 #include <exception>
-#include <mutex>
 #include <new>
 #include <thread>
 #include <utility>
 #include <vector>
-
-#include "kit/order/interruption.h"
 
 // Tasks are handed in as jobs. Whoever hands in a job works on it until no task of it is left, and
 // then, while others still work on it, on jobs that its tasks have handed in; so nobody waits for a
@@ -146,8 +140,6 @@ void Threads::Team::DoTask(Job& job, Lock& lock) {
 }
 
 void Threads::Team::AwaitOthers(Job& job, Lock& lock) {
-  // Short enough that a cancel is heeded at once, as far as a person can tell.
-  constexpr std::chrono::milliseconds kBetweenChecks{10};
   while (job.underWay > 0) {
     if (Job* within = FindJob(&job)) {
       DoTask(*within, lock);

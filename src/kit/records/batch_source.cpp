@@ -35,6 +35,11 @@ RecordBatch* IteratorBatches::NextBatch() {
   return &batch;
 }
 
+RecordBatch* IteratorBatches::NextLargeBatch() {
+  if (columns == nullptr) return NextBatch();
+  return columns->Advance(kRecordsAtLarge) ? columns.get() : nullptr;
+}
+
 bool IteratorBatches::ReadBlock() {
   width = blocks->GetRecordWidth();
   return blocks->NextBlock(rest);

@@ -9,6 +9,8 @@
 #include "kit/records/missing.h"
 #include "kit/records/record_batch.h"
 
+inline constexpr std::size_t kRecordsAtLarge = std::size_t{1} << 17;
+
 /// Records by batches, the one road on which they travel.
 class BatchSource {
  public:
@@ -18,6 +20,9 @@ class BatchSource {
   /// The next records, at most kRecordsAtOnce, until the next call; null at the end. Throws
   /// std::bad_alloc.
   virtual RecordBatch* NextBatch() = 0;
+  /// The same for a reader that takes up to kRecordsAtLarge at once, so that threads may share in
+  /// them.
+  virtual RecordBatch* NextLargeBatch() { return NextBatch(); }
   /// How many records there are; 0 where that is not known.
   [[nodiscard]] virtual std::size_t Count() const { return 0; }
   /// A walk of its own over the same records, for another thread; null where there is but one.
@@ -51,6 +56,7 @@ class IteratorBatches final : public BatchSource {
   [[nodiscard]] bool CanStartOver() const noexcept { return multiPass != nullptr; }
   int Reset() override;
   RecordBatch* NextBatch() override;
+  RecordBatch* NextLargeBatch() override;
   [[nodiscard]] int Width() const override { return width; }
   /// Known when all have come once.
   [[nodiscard]] std::size_t Count() const override { return count; }

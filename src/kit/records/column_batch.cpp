@@ -9,9 +9,13 @@ void ColumnBatch::StartOver() noexcept {
   StartAnew(0);
 }
 
-bool ColumnBatch::Advance() {
+bool ColumnBatch::Advance(std::size_t most) {
   first = next;
-  const std::size_t count = isBroken ? 0 : std::min(From(0, first).count, kRecordsAtOnce);
+  std::size_t count = isBroken ? 0 : std::min(From(0, first).count, most);
+  for (std::int32_t variable = 1; count > kRecordsAtOnce && variable < Width(); ++variable) {
+    const ColumnPart part = From(variable, first);
+    if (part.isLasting) count = std::min(count, part.count);
+  }
   next = first + count;
   StartAnew(count);
   return count > 0;

@@ -17,8 +17,9 @@ class ColumnBatch final : public RecordBatch {
   [[nodiscard]] int Width() const noexcept { return static_cast<int>(parts.size()); }
   /// Back to before the first record.
   void StartOver() noexcept;
-  /// The next records are in hand; false at the end, and where the records broke off.
-  bool Advance();
+  /// The next records are in hand, as many as asked for as long as the first variable and those
+  /// that last stand side by side; false at the end, and where the records broke off.
+  bool Advance(std::size_t most = kRecordsAtOnce);
   [[nodiscard]] bool IsLasting(std::int32_t variable) const override;
 
  private:

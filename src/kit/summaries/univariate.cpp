@@ -13,9 +13,6 @@ namespace {
 /// Stands for any reason to refuse a statistic; never leaves this file.
 constexpr std::int32_t kRefused = 1;
 
-/// Fewer records are not worth a thread.
-constexpr std::size_t kRecordsOfThread = std::size_t{1} << 16;
-
 template <typename Variable, typename Result, typename Class>
 Result Ask(const Variable* variable, Result (Class::*read)() const noexcept, Result absent) {
   return variable == nullptr ? absent : (variable->*read)();
@@ -86,7 +83,7 @@ bool QDUnivariateSummaries::ReadRecords() {
     }
   }
   if (reading.empty() || records == nullptr) return any;
-  const bool isWorthIt = records->Count() >= kRecordsOfThread;
+  const bool isWorthIt = Threads::AreWorthIt(records->Count());
   std::vector<std::unique_ptr<BatchSource>> others;
   while (isWorthIt && others.size() + 1 < std::min(Threads::Count(), reading.size())) {
     others.push_back(records->Another());
