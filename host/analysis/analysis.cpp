@@ -133,8 +133,25 @@ const std::string& Analysis::SumPiece() {
   ModelledData modelled =
       Model(ImportColumns(data, request.NamedFields(), [this] { HeedCancel(); }), request);
   ForgetResults();
-  pieceSums = RangePiece(plan, request, std::move(modelled)).Write();
+  const RangeRecords records(plan, request, std::move(modelled));
+  const std::optional<FurtherPass> further = std::exchange(pass, std::nullopt);
+  pieceSums = further ? RangePiece(plan, records, *further, pieceOfPass).Write()
+                      : RangePiece(plan, records).Write();
   return pieceSums;
+}
+
+void Analysis::BeginPass(std::string_view bytes, std::size_t piece) {
+  pass = FurtherPass(bytes);
+  pieceOfPass = piece;
+}
+
+const std::string& Analysis::NextPass() {
+  if (!pieces) throw StateError("the analysis has no sums; add those of the first pass");
+  passBytes.clear();
+  if (!PlanRanges(choices.request).needsFurtherPass || pieces->Extremes()) return passBytes;
+  passBytes = pieces->NextPass("ks-two-sample").Write();
+  pieces.reset();
+  return passBytes;
 }
 
 void Analysis::AddSums(std::string_view sums) {
@@ -171,6 +188,9 @@ void Analysis::Run(const Progress& progress) {
 void Analysis::RunSummed(const RangePiece& whole, const AnalysisRequest& request) {
   if (whole.Signature() != PlanRanges(request).Signature()) {
     throw UsageError("the pieces were summed for other fields; set the options that they had");
+  }
+  if (PlanRanges(request).needsFurtherPass && !whole.Extremes()) {
+    throw StateError("ks-two-sample takes a second pass; begin it with npar_analysis_next_pass");
   }
   document = DocumentOf(whole, request);
   AdjustOverTests(*document, choices.adjustment);

@@ -35,6 +35,11 @@ class Analysis {
 
   /// Sums the data, one sorted piece of all, and uses them up; good until the next sums or run.
   [[nodiscard]] const std::string& SumPiece();
+  /// The next piece is one of a second pass; its number, from 0.
+  void BeginPass(std::string_view pass, std::size_t piece);
+  /// What a second pass begins with, and empty where the sums taken so far are enough; good until
+  /// the next one or run. Sums of that pass replace them.
+  [[nodiscard]] const std::string& NextPass();
   /// Takes the sums of the piece that follows those taken so far.
   void AddSums(std::string_view sums);
   /// Uses the data, or the sums of pieces, up. Throws RefusedError and CancelledError too.
@@ -59,6 +64,9 @@ class Analysis {
   ArrowTable table;
   std::optional<RangePiece> pieces;  // summed
   std::string pieceSums;             // of the last piece
+  std::string passBytes;             // for the pieces of a second pass
+  std::optional<FurtherPass> pass;   // of the next piece
+  std::size_t pieceOfPass = 0;
 
   std::mutex activeMutex;
   AnalysisRun* active = nullptr;  // the run under way, from its preparation on

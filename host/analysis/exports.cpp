@@ -128,6 +128,23 @@ uint32_t npar_analysis_sum_piece(NparAnalysis* analysis, const void** sums, size
   });
 }
 
+uint32_t npar_analysis_begin_pass(NparAnalysis* analysis, const void* pass, size_t length,
+                                  size_t piece) {
+  return Guarded(analysis, [=](Analysis& own) {
+    if (pass == nullptr) throw UsageError("the pass is null");
+    own.BeginPass({static_cast<const char*>(pass), length}, piece);
+  });
+}
+
+uint32_t npar_analysis_next_pass(NparAnalysis* analysis, const void** pass, size_t* length) {
+  return Guarded(analysis, [=](Analysis& own) {
+    if (pass == nullptr || length == nullptr) throw UsageError("the place for the pass is null");
+    const std::string& bytes = own.NextPass();
+    *pass = bytes.data();
+    *length = bytes.size();
+  });
+}
+
 uint32_t npar_analysis_add_sums(NparAnalysis* analysis, const void* sums, size_t length) {
   return Guarded(analysis, [=](Analysis& own) {
     if (sums == nullptr) throw UsageError("the sums are null");

@@ -5,6 +5,7 @@
 
 #include "catalogue/cards/jonckheere_terpstra.h"
 #include "catalogue/cards/kruskal_wallis.h"
+#include "catalogue/cards/ks_two_sample.h"
 #include "catalogue/cards/mann_whitney.h"
 #include "catalogue/cards/wilcoxon.h"
 #include "catalogue/cards/wilcoxon_pairs.h"
@@ -17,7 +18,6 @@ namespace npar_host {
 namespace {
 
 constexpr const char* kAll = "DefaultAllDistinctValuesUsed_I_";
-constexpr std::size_t kTwo = 2;
 
 const char* DataTypeOf(Storage storage) {
   switch (storage) {
@@ -47,13 +47,15 @@ class TestOfRanges {
     test.name = card.element;
     test.type = "hypothesis_test";
     test.classification = catalogue::Classification(card.family);
-    const std::int64_t pieces = whole.Pieces();
+    const auto pieces = static_cast<std::int64_t>(whole.Pieces());
     test.made = "from sorted ranges, " + CountText(pieces) + (pieces == 1 ? " piece" : " pieces");
   }
 
   ResultTest Make() {
     if (&card == &catalogue::mann_whitney::kCard) {
       MakeMannWhitney();
+    } else if (&card == &catalogue::ks_two_sample::kCard) {
+      MakeSmirnov();
     } else if (&card == &catalogue::kruskal_wallis::kCard) {
       MakeKruskalWallis();
     } else if (&card == &catalogue::jonckheere_terpstra::kCard) {
@@ -66,12 +68,7 @@ class TestOfRanges {
 
  private:
   void MakeMannWhitney() {
-    if (whole.Groups().size() != kTwo) {
-      throw UsageError("mann-whitney compares two groups, and " + Quoted(request.groupField) +
-                           " has " + std::to_string(whole.Groups().size()) +
-                           "; filter the records, or ask for kruskal-wallis",
-                       request.groupField);
-    }
+    whole.RequireTwoGroups(std::string(card.name));
     SetCondition(std::string(kAll) + "MannWhitneyU_2", {"0", "1"});
     const RankFigures figures = MannWhitneyFigures(sums);
     TakeFigures(figures);
@@ -81,6 +78,22 @@ class TestOfRanges {
           {{group.index}, {{"", "N", CountOf(group.index)}, {"", "MeanOfRank", rank}}, {}});
     }
     AddGroups(figures, "Group");
+  }
+
+  void MakeSmirnov() {
+    SetCondition(std::string(kAll) + "KolmogorovSmirnov_2", {"0", "1"});
+    const RankFigures figures = SmirnovFigures(*whole.Extremes());
+    for (const auto& [name, value] : figures.extremes) {
+      test.statistics.push_back({"MostExtremeDifferences", std::string(name), NumberText(value)});
+    }
+    TakeFigures(figures);
+    if (test.Failed()) return;
+    ResultTable table{"Groups", {"Group0", "Group1"}, {"N"}, {}};
+    for (const std::int32_t group : {0, 1}) {
+      test.groups.push_back({{group}, {{"", "N", CountOf(group)}}, {}});
+      table.rows.AddRow({CountOf(group)});
+    }
+    Extend(std::move(table));
   }
 
   void MakeKruskalWallis() {
@@ -108,13 +121,14 @@ class TestOfRanges {
       const double median = RequireNumber(asked.ValueOf("median"), "median");
       SetCondition("O_WilcoxonSignedRanks_2", {"0", NumberText(median)});
     }
-    const SignedRankSums ranked{sums, RangePiece::kNegative, RangePiece::kPositive, whole.Zeros()};
+    const SignedRankSums ranked{sums, RangeRecords::kNegative, RangeRecords::kPositive,
+                                whole.Zeros()};
     TakeFigures(SignedRankFigures(ranked, isPair));
     if (!isPair || test.Failed()) return;
     test.differences =
-        ResultDistribution{{{"", "NegativeDifferences", CountOf(RangePiece::kNegative)},
+        ResultDistribution{{{"", "NegativeDifferences", CountOf(RangeRecords::kNegative)},
                             {"", "Ties", CountText(whole.Zeros())},
-                            {"", "PositiveDifferences", CountOf(RangePiece::kPositive)}},
+                            {"", "PositiveDifferences", CountOf(RangeRecords::kPositive)}},
                            {}};
   }
 
@@ -150,13 +164,18 @@ class TestOfRanges {
 
   /// The table of groups, each called by `prefix` and its code.
   void AddGroups(const RankFigures& figures, const std::string& prefix) {
-    if (!request.extendedFigures || test.Failed()) return;
+    if (test.Failed()) return;
     ResultTable table{"Groups", {}, {"N", "MeanRank"}, {}};
     for (const ComparedSample& group : figures.groups) {
       table.rowNames.push_back(prefix + std::to_string(group.index));
       table.rows.AddRow({CountOf(group.index), NumberText(group.measure)});
     }
-    test.extended = ResultExtended{{{"", "TotalN", CountText(sums.Count())}}, {table}};
+    Extend(std::move(table));
+  }
+  void Extend(ResultTable groups) {
+    if (!request.extendedFigures) return;
+    const std::string count = CountText(sums.Count());
+    test.extended = ResultExtended{{{"", "TotalN", count}}, {std::move(groups)}};
   }
 
   void AddPairs(const RankFigures& figures) {

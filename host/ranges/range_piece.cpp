@@ -1,71 +1,23 @@
 #include "host/ranges/range_piece.h"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
 #include <span>
 #include <utility>
 
 #include "host/data/input_error.h"
 #include "host/data/number.h"
-#include "host/requirements/requirements.h"
+#include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {
 
 constexpr const char* kFormat = "npar sums of sorted ranges 1";
-constexpr std::size_t kRecordsAtOnce = 2048;
+constexpr const char* kOtherAnalysis =
+    "the sums of a piece are of another analysis; sum it with the same options";
+constexpr const char* kOtherRecords =
+    "the records of a piece are not those of the first pass; keep the sorted pieces for both";
+constexpr const char* kTooMany = "there are more than 2^40 records; take smaller weights";
 constexpr const char* kOrderRemedy = "; sort it ascending, equal values and missing ones anyhow";
-
-using Block = std::array<double, kRecordsAtOnce>;
-
-std::size_t IndexOf(const DataModel& model, const std::string& name) {
-  const auto found = std::ranges::find(model.fields, name, &Field::name);
-  return static_cast<std::size_t>(found - model.fields.begin());
-}
-
-bool IsMissing(double value) { return value == kMissingNumber || std::isnan(value); }
-
-std::int64_t WeightOf(double weight) {
-  constexpr double kLargest = 2147483647.0;
-  if (weight > kLargest) {
-    throw InputError("a record has a weight above 2147483647; make several records of it");
-  }
-  return static_cast<std::int64_t>(weight);
-}
-
-Requirements RequirementsOf(const AnalysisRequest& request) {
-  Requirements requirements;
-  requirements.weightField = request.weightField;
-  requirements.roundWeight = !request.weightField.empty();
-  if (request.listwise) requirements.listwiseDelete = request.NamedFields();
-  return requirements;
-}
-
-/// Kept records of some fields, block by block.
-class Records {
- public:
-  Records(const RecordView& view, std::vector<std::size_t> fields)
-      : view(view), fields(std::move(fields)), blocks(this->fields.size()) {}
-
-  /// How many records there are in the blocks now; 0 at the end.
-  std::size_t Next() {
-    std::size_t count = 0;
-    const std::size_t begin = next;
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-      next = begin;
-      count = view.ReadField(fields[i], next, kRecordsAtOnce, blocks[i].data());
-    }
-    return count;
-  }
-  [[nodiscard]] const Block& Of(std::size_t place) const { return blocks[place]; }
-
- private:
-  const RecordView& view;
-  std::vector<std::size_t> fields;
-  std::vector<Block> blocks;
-  std::size_t next = 0;
-};
 
 template <typename Counts, typename See>
 void VisitCounts(Counts& counts, See& see) {
@@ -96,9 +48,52 @@ void AddCounts(RecordCounts& counts, const RecordCounts& more) {
 
 }  // namespace
 
-RangePiece::RangePiece(const RangePlan& plan, const AnalysisRequest& request, ModelledData data)
-    : signature(plan.Signature()), order(plan.groupOrder) {
-  Sum(plan, request, std::move(data));
+RangePiece::RangePiece(const RangePlan& plan, const RangeRecords& records)
+    : signature(plan.Signature()), order(plan.groupOrder), counts(records.Counts()) {
+  Sum(plan, records, [](double, std::size_t, std::int64_t) {});
+}
+
+RangePiece::RangePiece(const RangePlan& plan, const RangeRecords& records, const FurtherPass& pass,
+                       std::size_t piece)
+    : signature(plan.Signature()), order(plan.groupOrder), counts(records.Counts()) {
+  if (pass.signature != signature) throw InputError(kOtherAnalysis);
+  extremes = pass.Start(piece);
+  Sum(plan, records, [&](double value, std::size_t place, std::int64_t weight) {
+    const auto group = std::ranges::find(pass.groups, groups[place].text) - pass.groups.begin();
+    if (group >= 2) throw InputError(kOtherRecords);
+    extremes->Take(value, static_cast<std::size_t>(group), weight);
+  });
+}
+
+void RangePiece::Sum(const RangePlan& plan, const RangeRecords& records,
+                     const RangeRecords::Use& also) {
+  const bool isGrouped = plan.order == RangePlan::Order::Value;
+  std::vector<std::size_t> placeOfCode = {RangeRecords::kNegative, RangeRecords::kPositive};
+  if (isGrouped) {
+    placeOfCode = FindGroups(records.GroupField());
+  } else {
+    groups = {{"negative", 0.0, {}, false}, {"positive", 1.0, {}, false}};
+  }
+  sums = SortedSums(groups.size());
+  records.ForEach([&](double value, std::size_t group, std::int64_t weight) {
+    if (!isGrouped && value == 0.0) {
+      zeros += weight;
+      return;
+    }
+    const std::size_t place = placeOfCode[group];
+    if (!sums.Take(value, place, weight)) {
+      throw InputError(std::string("the records of a piece do not ascend") + kOrderRemedy);
+    }
+    if (sums.Count() > RunSums::kMostUnits) throw InputError(kTooMany);
+    also(value, place, weight);
+  });
+  CountUnits();
+}
+
+void RangePiece::CountUnits() {
+  const RunSums total = sums.Total();
+  std::vector<std::int64_t>& units = unitsOfPieces.emplace_back();
+  for (const RunSums::Group& group : total.Groups()) units.push_back(group.count);
 }
 
 std::vector<std::size_t> RangePiece::FindGroups(const Field& field) {
@@ -112,52 +107,6 @@ std::vector<std::size_t> RangePiece::FindGroups(const Field& field) {
   std::ranges::sort(groups,
                     [this](const Category& a, const Category& b) { return Precedes(a, b); });
   return PlacesOf(found, groups);
-}
-
-void RangePiece::Sum(const RangePlan& plan, const AnalysisRequest& request, ModelledData data) {
-  const PreparedData prepared = Prepare(RequirementsOf(request), std::move(data));
-  counts = prepared.counts;
-  std::vector<std::size_t> fields;
-  std::vector<std::size_t> placeOfCode;
-  for (const std::string& name : plan.fields) fields.push_back(IndexOf(prepared.model, name));
-  if (!plan.group.empty()) {
-    fields.push_back(IndexOf(prepared.model, plan.group));
-    placeOfCode = FindGroups(prepared.model.fields[fields.back()]);
-  } else {
-    groups = {{"negative", 0.0, {}, false}, {"positive", 1.0, {}, false}};
-    fields.resize(2, fields.front());
-  }
-  if (!request.weightField.empty()) fields.push_back(IndexOf(prepared.model, request.weightField));
-  sums = SortedSums(groups.size());
-  Records records(prepared.records, fields);
-  const bool isGrouped = plan.order == RangePlan::Order::Value;
-  const bool isDifference = plan.order == RangePlan::Order::Difference;
-  while (const std::size_t count = records.Next()) {
-    const Block& first = records.Of(0);
-    const Block& second = records.Of(1);
-    for (std::size_t i = 0; i < count; ++i) {
-      const std::int64_t weight = fields.size() == 2 ? 1 : WeightOf(records.Of(2)[i]);
-      if (IsMissing(first[i])) continue;
-      if (isGrouped) {
-        if (second[i] >= 0.0)
-          Take(first[i], placeOfCode[static_cast<std::size_t>(second[i])], weight);
-        continue;
-      }
-      if (IsMissing(second[i])) continue;
-      const double d = isDifference ? second[i] - first[i] : first[i] - plan.origin;
-      if (d == 0.0) zeros += weight;
-      if (d != 0.0 && !std::isnan(d)) Take(std::abs(d), d > 0.0 ? kPositive : kNegative, weight);
-    }
-    if (sums.Count() > RunSums::kMostUnits) {
-      throw InputError("a piece has more than 2^40 records; take smaller weights");
-    }
-  }
-}
-
-void RangePiece::Take(double value, std::size_t group, std::int64_t weight) {
-  if (!sums.Take(value, group, weight)) {
-    throw InputError("the records of a piece do not ascend" + std::string(kOrderRemedy));
-  }
 }
 
 std::size_t RangePiece::PlaceInOrder(const Category& group) const {
@@ -180,13 +129,20 @@ bool RangePiece::Precedes(const Category& a, const Category& b) const {
 RangePiece RangePiece::Among(const std::vector<Category>& all) const {
   RangePiece piece = *this;
   piece.groups = all;
-  piece.sums = sums.Regrouped(PlacesOf(groups, all), all.size());
+  const std::vector<std::size_t> places = PlacesOf(groups, all);
+  piece.sums = sums.Regrouped(places, all.size());
+  for (std::vector<std::int64_t>& units : piece.unitsOfPieces) {
+    std::vector<std::int64_t> regrouped(all.size());
+    for (std::size_t i = 0; i < units.size(); ++i) regrouped[places[i]] = units[i];
+    units = std::move(regrouped);
+  }
   return piece;
 }
 
 void RangePiece::Append(const RangePiece& next) {
-  if (next.signature != signature || next.order != order) {
-    throw InputError("the sums of a piece are of another analysis; sum it with the same options");
+  if (next.signature != signature || next.order != order ||
+      next.extremes.has_value() != extremes.has_value()) {
+    throw InputError(kOtherAnalysis);
   }
   if (groups.empty()) storage = next.storage;
   if (!next.groups.empty() && next.storage != storage) {
@@ -200,17 +156,39 @@ void RangePiece::Append(const RangePiece& next) {
   }
   std::ranges::sort(all, [this](const Category& a, const Category& b) { return Precedes(a, b); });
   if (sums.Count() + next.sums.Count() > RunSums::kMostUnits) {
-    throw InputError("there are more than 2^40 records; take smaller weights");
+    throw InputError(kTooMany);
   }
   const RangePiece following = next.Among(all);
   RangePiece joined = Among(all);
   if (!joined.sums.Append(following.sums)) {
-    throw InputError("a piece begins below the end of the one before" + std::string(kOrderRemedy));
+    throw InputError(std::string("a piece begins below the end of the one before") + kOrderRemedy);
   }
   AddCounts(joined.counts, next.counts);
   joined.zeros += next.zeros;
-  joined.pieces += next.pieces;
+  joined.unitsOfPieces.insert(joined.unitsOfPieces.end(), following.unitsOfPieces.begin(),
+                              following.unitsOfPieces.end());
+  if (extremes && !joined.extremes->Append(*next.extremes)) throw InputError(kOtherRecords);
   *this = std::move(joined);
+}
+
+void RangePiece::RequireTwoGroups(const std::string& test) const {
+  if (groups.size() == 2) return;
+  throw UsageError(test + " compares two groups, and the field of groups has " +
+                   std::to_string(groups.size()) +
+                   "; filter the records, or ask for a test of several groups");
+}
+
+FurtherPass RangePiece::NextPass(const std::string& test) const {
+  RequireTwoGroups(test);
+  FurtherPass pass;
+  pass.signature = signature;
+  pass.groups = {groups[0].text, groups[1].text};
+  for (const std::vector<std::int64_t>& units : unitsOfPieces) {
+    pass.before.push_back(pass.sizes);
+    pass.sizes[0] += units[0];
+    pass.sizes[1] += units[1];
+  }
+  return pass;
 }
 
 std::string RangePiece::Write() const {
@@ -219,7 +197,6 @@ std::string RangePiece::Write() const {
   write(signature);
   write(static_cast<std::int64_t>(storage));
   write(zeros);
-  write(pieces);
   VisitCounts(counts, write);
   write(static_cast<std::uint64_t>(order.size()));
   for (const std::string& text : order) write(text);
@@ -230,6 +207,8 @@ std::string RangePiece::Write() const {
     write(group.number);
   }
   sums.Write(write);
+  write(static_cast<std::uint64_t>(extremes.has_value()));
+  if (extremes) extremes->Write(write);
   return {write.bytes.begin(), write.bytes.end()};
 }
 
@@ -250,7 +229,6 @@ RangePiece::RangePiece(std::string_view bytes) {
   read(signature);
   read(kind);
   read(zeros);
-  read(pieces);
   VisitCounts(counts, read);
   order.resize(read.NextCount(sizeof(std::uint64_t)));
   for (std::string& text : order) read(text);
@@ -261,10 +239,16 @@ RangePiece::RangePiece(std::string_view bytes) {
     read(group.number);
   }
   const auto last = static_cast<std::int64_t>(Storage::Timestamp);
-  check(kind >= 0 && kind <= last && zeros >= 0 && pieces >= 1);
+  check(kind >= 0 && kind <= last && zeros >= 0);
   storage = static_cast<Storage>(kind);
   sums = SortedSums(groups.size());
-  check(sums.Read(read) && read.IsAtEnd());
+  check(sums.Read(read));
+  if (read.Next() != 0) {
+    extremes.emplace(SmirnovExtremes::Counts{}, SmirnovExtremes::Counts{});
+    check(extremes->Read(read));
+  }
+  check(read.IsAtEnd());
+  CountUnits();
 }
 
 }  // namespace npar_host

@@ -1,12 +1,16 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/data/model.h"
+#include "host/ranges/further_pass.h"
 #include "host/ranges/range_plan.h"
+#include "host/ranges/range_records.h"
+#include "ranges/smirnov_extremes.h"
 #include "ranges/sorted_sums.h"
 
 namespace npar_host {
@@ -16,7 +20,10 @@ class RangePiece {
  public:
   /// Of records that ascend as the plan says; those with missing values may stand anywhere.
   /// InputError for others.
-  RangePiece(const RangePlan& plan, const AnalysisRequest& request, ModelledData data);
+  RangePiece(const RangePlan& plan, const RangeRecords& records);
+  /// The same in a second pass; the pieces are counted from 0.
+  RangePiece(const RangePlan& plan, const RangeRecords& records, const FurtherPass& pass,
+             std::size_t piece);
   /// From what Write gave. InputError for other bytes.
   explicit RangePiece(std::string_view bytes);
 
@@ -32,20 +39,24 @@ class RangePiece {
   [[nodiscard]] RunSums Total() const { return sums.Total(); }
   /// Units whose difference or distance is 0, which have no rank.
   [[nodiscard]] std::int64_t Zeros() const { return zeros; }
-  [[nodiscard]] std::int64_t Pieces() const { return pieces; }
+  [[nodiscard]] std::size_t Pieces() const { return unitsOfPieces.size(); }
+  /// Of a second pass.
+  [[nodiscard]] const std::optional<SmirnovExtremes>& Extremes() const { return extremes; }
+  /// What a second pass of two groups begins with. UsageError for another number of groups.
+  [[nodiscard]] FurtherPass NextPass(const std::string& test) const;
+  /// UsageError where there are not two groups, with the test that compares two.
+  void RequireTwoGroups(const std::string& test) const;
   [[nodiscard]] const std::string& Signature() const { return signature; }
-
-  /// Groups of differences and distances.
-  enum Sign : std::size_t { kNegative = 0, kPositive = 1 };
 
  private:
   /// Takes the groups from the field's categories; the place of each of these among them.
   [[nodiscard]] std::vector<std::size_t> FindGroups(const Field& field);
-  void Sum(const RangePlan& plan, const AnalysisRequest& request, ModelledData data);
-  void Take(double value, std::size_t group, std::int64_t weight);
+  /// Sums the records; `also` takes each unit with the place of its group.
+  void Sum(const RangePlan& plan, const RangeRecords& records, const RangeRecords::Use& also);
   /// The group's place in the order that was given; behind all for others.
   [[nodiscard]] std::size_t PlaceInOrder(const Category& group) const;
   [[nodiscard]] bool Precedes(const Category& a, const Category& b) const;
+  void CountUnits();
   [[nodiscard]] RangePiece Among(const std::vector<Category>& all) const;
 
   std::string signature;  // of the plan
@@ -54,8 +65,9 @@ class RangePiece {
   std::vector<std::string> order;  // that was given for groups, which then come first
   RecordCounts counts;
   std::int64_t zeros = 0;
-  std::int64_t pieces = 1;
   SortedSums sums{0};
+  std::vector<std::vector<std::int64_t>> unitsOfPieces;  // by piece, then by group
+  std::optional<SmirnovExtremes> extremes;
 };
 
 }  // namespace npar_host

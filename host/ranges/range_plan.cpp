@@ -4,6 +4,7 @@
 
 #include "catalogue/cards/jonckheere_terpstra.h"
 #include "catalogue/cards/kruskal_wallis.h"
+#include "catalogue/cards/ks_two_sample.h"
 #include "catalogue/cards/mann_whitney.h"
 #include "catalogue/cards/wilcoxon.h"
 #include "catalogue/cards/wilcoxon_pairs.h"
@@ -24,6 +25,7 @@ const std::vector<Served>& AllServed() {
       {catalogue::mann_whitney::kCard, {}},
       {catalogue::kruskal_wallis::kCard, {"compare"}},
       {catalogue::jonckheere_terpstra::kCard, {"order"}},
+      {catalogue::ks_two_sample::kCard, {}},
       {catalogue::wilcoxon_pairs::kCard, {}},
       {catalogue::wilcoxon::kCard, {"median"}},
   };
@@ -39,6 +41,12 @@ constexpr const char* kOthers = "; analyse the records or their counts for other
                    kOthers);
 }
 
+[[noreturn]] void RefuseOption(const std::string& test, const std::string& option,
+                               const std::string& value) {
+  throw UsageError("sums of sorted ranges do not serve " + test + ":" + option + "=" + value +
+                   "; leave it out, or analyse the records");
+}
+
 void CheckTest(const TestRequest& test) {
   const std::string name(test.Test().name);
   const auto served = std::ranges::find_if(
@@ -50,8 +58,7 @@ void CheckTest(const TestRequest& test) {
     const bool isServed = std::ranges::find(served->options, key) != served->options.end();
     const bool isStepwise = key == "compare" && test.ValueOf(key) == "stepwise";
     if (!isServed || isStepwise) {
-      throw UsageError("sums of sorted ranges do not serve " + name + ":" + key + "=" +
-                       test.ValueOf(key) + "; leave it out, or analyse the records");
+      RefuseOption(name, key, test.ValueOf(key));
     }
   }
   if (name == catalogue::wilcoxon::kCard.name && !test.HasOption("median")) {
@@ -106,6 +113,9 @@ RangePlan PlanRanges(const AnalysisRequest& request) {
     throw UsageError(std::string("sums of sorted ranges have one order; name ") +
                      (isPair ? "two fields" : "one field and make an analysis for each"));
   }
+  plan.needsFurtherPass = std::ranges::any_of(request.tests, [](const TestRequest& test) {
+    return &test.Test() == &catalogue::ks_two_sample::kCard;
+  });
   if (isPair) plan.order = RangePlan::Order::Difference;
   if (isOne) {
     plan.order = RangePlan::Order::Distance;

@@ -22,6 +22,7 @@ struct RangePlan {
   double origin = 0.0;                  ///< of distances
   std::string group;                    ///< the field of groups; empty without
   std::vector<std::string> groupOrder;  ///< where one was given
+  bool needsFurtherPass = false;        ///< of a test that the sums of one pass do not serve
 
   /// The same for pieces of one analysis alone.
   [[nodiscard]] std::string Signature() const;

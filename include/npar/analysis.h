@@ -156,14 +156,14 @@ uint32_t npar_analysis_add_column(NparAnalysis* analysis, const NparColumn* colu
  * sums in the order of the pieces, and its run makes of them the figures that all records together
  * have, to the last digit where their sums of ranks stay below 2^52.
  *
- * Served are, for one field of "independent", mann-whitney, kruskal-wallis (also compare=pairwise)
- * and jonckheere-terpstra of records that ascend by this field; for two fields of "related",
- * wilcoxon-pairs of records that ascend by the size of the difference of both; for one field of
- * "one-sample", wilcoxon:median=M of records that ascend by the distance from M. Records with a
- * missing value may stand anywhere, and the cut between two pieces may lie anywhere, also between
- * equal values. Groups stand in the order of npar_analysis_order, or else numbers ascending and
- * texts by their bytes. The results have no medians, distributions and exact values given ties, and
- * no result document; each test of the JSON form tells how it was "made". */
+ * Served are, for one field of "independent", mann-whitney, kruskal-wallis (also compare=pairwise),
+ * jonckheere-terpstra and ks-two-sample of records that ascend by this field; for two fields of
+ * "related", wilcoxon-pairs of records that ascend by the size of the difference of both; for one
+ * field of "one-sample", wilcoxon:median=M of records that ascend by the distance from M. Records
+ * with a missing value may stand anywhere, and the cut between two pieces may lie anywhere, also
+ * between equal values. Groups stand in the order of npar_analysis_order, or else numbers ascending
+ * and texts by their bytes. The results have no medians, distributions and exact values given ties,
+ * and no result document; each test of the JSON form tells how it was "made". */
 
 /* Sums the data, in place of a run, and uses them up. *sums has *length bytes, [analysis owns]
  * until its next call; they are the same on every machine, and for this version of the library
@@ -174,6 +174,15 @@ uint32_t npar_analysis_sum_piece(NparAnalysis* analysis, const void** sums, size
  * that follows is made of them. NPAR_A_INPUT for bytes that are no sums, for those of another
  * request and for a piece that begins below the end of the one before; NPAR_A_STATE beside data. */
 uint32_t npar_analysis_add_sums(NparAnalysis* analysis, const void* sums, size_t length);
+/* Some tests (ks-two-sample) see the pieces twice. Once the sums of all are taken, this gives what
+ * a second pass begins with, [analysis owns] until its next call, or a *length of 0 where the sums
+ * are enough; the sums of that pass then replace those of the first. */
+uint32_t npar_analysis_next_pass(NparAnalysis* analysis, const void** pass, size_t* length);
+/* The data that npar_analysis_sum_piece takes next are the piece of that number, from 0, in the
+ * second pass; [caller owns] the bytes. The piece has the same records as in the first pass, or it,
+ * or npar_analysis_add_sums, is NPAR_A_INPUT. */
+uint32_t npar_analysis_begin_pass(NparAnalysis* analysis, const void* pass, size_t length,
+                                  size_t piece);
 
 /* How far a run has come, `done` of `total`; called on the thread of npar_analysis_run. To stop the
  * run, call npar_analysis_cancel. */

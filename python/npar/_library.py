@@ -82,6 +82,8 @@ def library() -> ctypes.CDLL:
         "add_column": (c_uint32, [handle, POINTER(NparColumn)]),
         "sum_piece": (c_uint32, [handle, POINTER(c_void_p), POINTER(c_size_t)]),
         "add_sums": (c_uint32, [handle, c_char_p, c_size_t]),
+        "next_pass": (c_uint32, [handle, POINTER(c_void_p), POINTER(c_size_t)]),
+        "begin_pass": (c_uint32, [handle, c_char_p, c_size_t, c_size_t]),
         "run": (c_uint32, [handle, _ProgressFunction, c_void_p]),
         "cancel": (None, [handle]),
         "result": (c_uint32, [handle, c_char_p, POINTER(c_void_p), POINTER(c_size_t)]),
@@ -133,10 +135,22 @@ class Handle:
 
     def sum_piece(self) -> bytes:
         """The sums of the data, which are a sorted piece of all."""
-        sums, length = c_void_p(), c_size_t()
-        code = self._library.npar_analysis_sum_piece(self._pointer, byref(sums), byref(length))
-        self._check(code)
-        return ctypes.string_at(sums.value or 0, length.value)
+        return self._bytes_of(self._library.npar_analysis_sum_piece)
+
+    def next_pass(self) -> bytes:
+        """What a second pass over the pieces begins with; empty where the sums are enough."""
+        return self._bytes_of(self._library.npar_analysis_next_pass)
+
+    def begin_pass(self, further: bytes, piece: int) -> None:
+        """The data are that piece in a second pass."""
+        self._check(
+            self._library.npar_analysis_begin_pass(self._pointer, further, len(further), piece)
+        )
+
+    def _bytes_of(self, function: Callable[..., int]) -> bytes:
+        told, length = c_void_p(), c_size_t()
+        self._check(function(self._pointer, byref(told), byref(length)))
+        return ctypes.string_at(told.value or 0, length.value)
 
     def add_sums(self, sums: bytes) -> None:
         self._check(self._library.npar_analysis_add_sums(self._pointer, sums, len(sums)))

@@ -78,7 +78,7 @@ MEASURED = measured(4000)
 SPRAYS = read_columns(ROOT / "examples/insect_sprays.csv")
 PAIRS = ("kruskal-wallis", {"compare": "pairwise"})
 BY_RANGES = [
-    (MEASURED, {"independent": "v.w", "by": "two", "tests": "mann-whitney"}),
+    (MEASURED, {"independent": "v.w", "by": "two", "tests": ["mann-whitney", "ks-two-sample"]}),
     (MEASURED, {"independent": "v.w", "by": "g", "tests": [PAIRS, "jonckheere-terpstra"]}),
     (MEASURED, {"independent": "v.w", "by": "g", "tests": PAIRS, "weight": "n"}),
     (MEASURED, {"related": ["v.w", "later"], "tests": "wilcoxon-pairs"}),

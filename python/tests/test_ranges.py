@@ -26,7 +26,11 @@ def of_pieces(table, key, cuts, **asked):
     ends = [*sorted(cuts), table.num_rows]
     pieces = [ordered.slice(first, end - first) for first, end in zip([0, *ends], ends)]
     options = _ranges.options_of(told)
-    return run_request(Sums([_ranges.sum_piece(options, each) for each in pieces]), told, False)
+    sums = [_ranges.sum_piece(options, each) for each in pieces]
+    further = _ranges.second_pass(options, sums)
+    if further:
+        sums = [_ranges.sum_piece(options, p, (further, i)) for i, p in enumerate(pieces)]
+    return run_request(Sums(sums), told, False)
 
 
 def example(name, *fields):
@@ -45,6 +49,7 @@ def measured(size):
             "y": values + np.round(RNG.normal(size=size), 1),
             "g": pa.array(groups, mask=RNG.random(size) < 0.02),
             "two": RNG.integers(8, 10, size) * 1.5,
+            "late": values > 0.5,
             "n": RNG.integers(0, 4, size),
         }
     )
@@ -56,6 +61,8 @@ CASES = {
     "real groups": (example("insect_sprays", "count", "spray"), "count", "spray", SEVERAL),
     "real, missing": (example("airquality", "Ozone", "Month"), "Ozone", "Month", SEVERAL),
     "two groups": (measured(3000), "x", "two", ["mann-whitney", "kruskal-wallis"]),
+    "extremes": (measured(500), "x", "two", ["ks-two-sample", "mann-whitney"]),
+    "two late groups": (measured(40), "x", "late", "ks-two-sample"),
     "exact": (measured(24), "x", "two", "mann-whitney"),
     "a late group": (measured(2000), "x", "g", SEVERAL),
     "descending": (measured(200), "x", "g", [SEVERAL[0], DOWN]),
@@ -149,8 +156,24 @@ def test_pieces_that_do_not_fit_are_refused():
             Sums(sums).give(handle, [])
     handle = options.handle()
     Sums([low, high]).give(handle, [])
-    with pytest.raises(npar.UsageError, match='"two" has 3'):
+    with pytest.raises(npar.UsageError, match="two groups, and the field of groups has 3"):
         handle.run(None)
+
+
+def test_a_second_pass_takes_the_pieces_of_the_first():
+    told = request(independent="x", by="two", tests="ks-two-sample")
+    options = _ranges.options_of(told)
+    tables = [pa.table({"x": [low, low + 1], "two": [1, 2]}) for low in (1.0, 2.0)]
+    sums = [_ranges.sum_piece(options, table) for table in tables]
+    further = _ranges.second_pass(options, sums)
+    with pytest.raises(npar.NparError, match="takes a second pass"):
+        run_request(Sums(sums), told, False)
+    for number, message in ((0, "not those of the first pass"), (2, "no such piece")):
+        with pytest.raises(npar.DataError, match=message):
+            again = [_ranges.sum_piece(options, table, (further, number)) for table in tables]
+            Sums(again).give(options.handle(), [])
+    with pytest.raises(npar.DataError, match="begin no second pass"):
+        _ranges.sum_piece(options, tables[0], (further[:-1], 0))
 
 
 def test_only_frames_of_spark_have_ways():

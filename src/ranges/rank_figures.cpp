@@ -6,9 +6,11 @@
 
 #include "catalogue/cards/jonckheere_terpstra.h"
 #include "catalogue/cards/kruskal_wallis.h"
+#include "catalogue/cards/ks_two_sample.h"
 #include "catalogue/cards/mann_whitney.h"
 #include "catalogue/run.h"
 #include "kit/statistics/jonckheere.h"
+#include "kit/statistics/kolmogorov_smirnov.h"
 #include "kit/statistics/kruskal_wallis.h"
 #include "kit/statistics/mann_whitney.h"
 #include "kit/statistics/signed_rank.h"
@@ -129,6 +131,20 @@ RankFigures JonckheereFigures(const RunSums& sums, bool descends) {
                         {"StandardError", normal.standardError},
                         {"StandardTestStatistic", normal.z},
                         {"AsymptoticSig2Tailed", normal.sig}};
+  return figures;
+}
+
+RankFigures SmirnovFigures(SmirnovExtremes extremes) {
+  namespace card = catalogue::ks_two_sample;
+  const auto [n1, n2] = extremes.Sizes();
+  if (n1 < 1 || n2 < 1 || !extremes.Finish()) return Failed(card::kEmptyGroup);
+  const double absolute = std::max(extremes.Positive(), -extremes.Negative());
+  const double z = SmirnovStatistic(static_cast<double>(n1), static_cast<double>(n2), absolute);
+  RankFigures figures;
+  if (!KolmogorovSmirnovSig(z, figures.decidingSig)) return Failed(card::kExponentialFailed);
+  figures.extremes = {
+      {"Absolute", absolute}, {"Positive", extremes.Positive()}, {"Negative", extremes.Negative()}};
+  figures.statistics = {{"TestStatistic", z}, {"AsymptoticSig2Tailed", figures.decidingSig}};
   return figures;
 }
 

@@ -9,12 +9,14 @@
 #include "kit/comparisons/multiple_comparisons.h"
 #include "kit/contract/message.h"
 #include "ranges/run_sums.h"
+#include "ranges/smirnov_extremes.h"
 
 /// What a rank test makes of the sums of a whole sorted sample: the figures that the unit of the
 /// same test gets from its records.
 struct RankFigures {
   /// As the result document names them, in its order.
   std::vector<std::pair<std::string_view, double>> statistics;
+  std::vector<std::pair<std::string_view, double>> extremes;  ///< "MostExtremeDifferences"
   double decidingSig = 1.0;
   /// The groups with units, ascending, and the means of their ranks.
   std::vector<ComparedSample> groups;
@@ -29,6 +31,9 @@ struct RankFigures {
 [[nodiscard]] RankFigures KruskalWallisFigures(const RunSums& sums, bool wantsPairs, double level);
 /// Of the groups in their order, or from the last one down.
 [[nodiscard]] RankFigures JonckheereFigures(const RunSums& sums, bool descends);
+
+/// Of two groups, in a second pass over the sample.
+[[nodiscard]] RankFigures SmirnovFigures(SmirnovExtremes extremes);
 
 /// Sums of the sizes of differences from 0, by sign; `zeros` are the units without a rank.
 struct SignedRankSums {

@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 #include <npar/analysis.h>
 
+#include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "support/analysis_handle.h"
 #include "support/arrow_data.h"
+#include "support/json_schema.h"
 
 namespace {
 
@@ -42,7 +44,9 @@ TEST(SortedPiecesTest, SumsOfPiecesTellWhatTheirRecordsTell) {
   ArrowStreamOfData stream({{"x", "g", BytesOf<double>({1})}});
   EXPECT_EQ(npar_analysis_read_stream(joined.Get(), stream.Stream()), NPAR_A_STATE);
   ASSERT_EQ(joined.Run(), NPAR_A_OK) << joined.Error();
-  const json test = json::parse(joined.Result("json"))["tests"][0];
+  const json report = json::parse(joined.Result("json"));
+  EXPECT_EQ(SchemaBreach(report, json::parse(std::ifstream("schema/report.schema.json"))), "");
+  const json& test = report["tests"][0];
   const json expected = json::parse(whole.Result("json"))["tests"][0];
   for (const char* key : {"statistics", "significance", "decision", "effectSize", "condition"}) {
     EXPECT_EQ(test[key], expected[key]);

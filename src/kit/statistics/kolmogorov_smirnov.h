@@ -1,6 +1,13 @@
 #pragma once
 
+#include <cmath>
+
 #include "foundation/names.h"
+
+/// z of two groups of n1 and n2 units whose distribution functions are at most `difference` apart.
+[[nodiscard]] inline double SmirnovStatistic(double n1, double n2, double difference) {
+  return std::sqrt(n1 * n2 / (n1 + n2)) * difference;
+}
 
 /// Upper tail of Kolmogorov's limiting distribution at z, in the bands of
 /// docs/statistics/ks_one_sample.md; 0 for a z below 0 or not a number. False, and `sig` unchanged,

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -122,9 +121,8 @@ class NPARKSmirnowTwoSample final : public NPARTest {
     }
     UpdateDifferences();
     absoluteDifference = std::max(positiveDifference, -negativeDifference);
-    const auto n1 = static_cast<double>(samples[0].count);
-    const auto n2 = static_cast<double>(samples[1].count);
-    z = std::sqrt(n1 * n2 / (n1 + n2)) * absoluteDifference;
+    z = SmirnovStatistic(static_cast<double>(samples[0].count),
+                         static_cast<double>(samples[1].count), absoluteDifference);
     if (!KolmogorovSmirnovSig(z, asymptoticSig)) Fail(card::kExponentialFailed);
   }
 
