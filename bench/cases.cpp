@@ -70,11 +70,12 @@ const BenchCase* FindCase(std::string_view name) {
   return found == std::end(kCases) ? nullptr : found;
 }
 
-std::string ParametersOf(const BenchCase& benchCase) {
+std::string ParametersOf(const BenchCase& benchCase, bool isExtended) {
   std::ostringstream text;
   text << "<Parameters><Parameter name=\"missingTreatment\" value=\"analysis\"/>"
        << "<Parameter name=\"sigLevel\" value=\"0.05\"/>"
        << "<Parameter name=\"confidenceLevel\" value=\"95\"/>";
+  if (isExtended) text << "<Parameter name=\"extendedFigures\" value=\"true\"/>";
   if (benchCase.groups > 0)
     text << "<Parameter name=\"groupVariable\"><ListValue><Value value=\"group\"/></ListValue>"
             "</Parameter>";

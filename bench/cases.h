@@ -16,5 +16,6 @@ struct BenchCase {
 [[nodiscard]] std::span<const BenchCase> BenchCases();
 /// Null for a name that is none.
 [[nodiscard]] const BenchCase* FindCase(std::string_view name);
-/// The parameter document that asks for the case's tests on generated data.
-[[nodiscard]] std::string ParametersOf(const BenchCase& benchCase);
+/// The parameter document that asks for the case's tests on generated data, perhaps with the
+/// extended figures.
+[[nodiscard]] std::string ParametersOf(const BenchCase& benchCase, bool isExtended = false);

@@ -174,6 +174,7 @@ int main(int argc, char** argv) {
   std::size_t fields = 0;
   DataShape shape{.records = 100000};
   std::uint32_t threads = 1;
+  bool isExtended = false;
   CLI::App app("Runs of the component on generated records");
   app.add_option("case", caseName, "mann-whitney, friedman, ...")->required();
   app.add_option("--records", shape.records);
@@ -182,6 +183,7 @@ int main(int argc, char** argv) {
   app.add_flag("--coarse", shape.isCoarse, "about a hundred distinct values");
   app.add_flag("--missing", shape.hasMissing, "one value in twenty is missing");
   app.add_flag("--weights", shape.hasWeight, "frequency weights from 1 to 5");
+  app.add_flag("--extended", isExtended, "with the extended figures");
   CLI11_PARSE(app, argc, argv);
   try {
     const BenchCase* benchCase = FindCase(caseName);
@@ -189,7 +191,7 @@ int main(int argc, char** argv) {
     shape.fields = fields > 0 ? fields : benchCase->fields;
     shape.groups = benchCase->groups;
     const npar_host::ComponentLibrary library(npar_host::ComponentLibrary::DefaultPath());
-    Serve(library, ParametersOf(*benchCase), Generate(shape), threads);
+    Serve(library, ParametersOf(*benchCase, isExtended), Generate(shape), threads);
   } catch (const std::exception& error) {
     std::cerr << error.what() << '\n';
     return 2;

@@ -31,6 +31,11 @@ struct SamplePair {
 [[nodiscard]] std::string PairCell(const ResultComparison& comparison, const SamplePair& pair,
                                    std::size_t column);
 
+/// What stands above the subsets of a stepwise comparison.
+inline constexpr const char* kSubsetsCaption =
+    "Homogeneous subsets: samples in one column do not differ; adjusted significances after Ryan, "
+    "Einot and Gabriel";
+
 /// Rows of the comparison whose positions exist.
 [[nodiscard]] std::vector<SamplePair> Pairs(const ResultComparison& comparison);
 

@@ -8,6 +8,7 @@
 #include "catalogue/cards/kruskal_wallis.h"
 #include "catalogue/cards/ks_one_sample.h"
 #include "catalogue/cards/mann_whitney.h"
+#include "host/render/extended_figures.h"
 #include "host/render/significance.h"
 #include "host/render/table_words.h"
 #include "host/render/wording.h"
@@ -15,8 +16,9 @@
 namespace npar_host {
 namespace {
 
-constexpr double kSmallGroup = 5.0;   // records
-constexpr double kOtherSpread = 2.0;  // ratio of the widest quartile distance to the narrowest
+constexpr double kSmallGroup = 5.0;      // records
+constexpr std::size_t kMostWords = 100;  // bytes of groups that are named
+constexpr double kOtherSpread = 2.0;     // ratio of the widest quartile distance to the narrowest
 
 const std::string* FindFigure(const std::vector<ResultStatistic>& figures, std::string_view name) {
   const auto found = std::ranges::find(figures, name, &ResultStatistic::name);
@@ -37,18 +39,45 @@ bool HasOwnParameters(const ResultDocument& document, const ResultTest& test) {
   return false;
 }
 
+struct GroupSize {
+  std::string group;
+  std::string records;  // text of a figure
+};
+
+std::vector<GroupSize> GroupSizes(const ResultDocument& document, const ResultTest& test) {
+  std::vector<GroupSize> sizes;
+  for (const ResultGroup& group : test.groups) {
+    const std::string* const size = FindFigure(group.figures, "N");
+    if (size != nullptr) sizes.push_back({GroupTitle(document, test, group), *size});
+  }
+  // The document has no sizes of several groups; the extended figures have.
+  const ExtendedColumns columns(test, "Groups");
+  const std::vector<std::string> labels = columns.Labels();
+  const auto at = static_cast<std::size_t>(std::ranges::find(labels, "N") - labels.begin());
+  if (at == labels.size()) return sizes;
+  for (const ResultBoxPlot& box : test.boxPlots) {
+    sizes.push_back(
+        {SampleTitle(document, test, box.code), columns.Cells(columns.RowOf(box.code))[at]});
+  }
+  return sizes;
+}
+
 std::string SmallGroups(const ResultDocument& document, const ResultTest& test) {
   const auto deciding = DecidingSignificance(test);
   if (!deciding || deciding->isExact || test.classification != "Independent_Samples") return {};
   std::string groups;
-  for (const ResultGroup& group : test.groups) {
-    const std::string* const size = FindFigure(group.figures, "N");
-    const auto count = size == nullptr ? std::nullopt : FigureNumber(*size);
+  std::size_t others = 0;
+  for (const auto& [group, records] : GroupSizes(document, test)) {
+    const auto count = FigureNumber(records);
     if (!count || !(*count < kSmallGroup)) continue;
-    groups += (groups.empty() ? "" : ", ") + GroupTitle(document, test, group) + " has " +
-              FigureText(*size);
+    if (groups.size() > kMostWords) {
+      ++others;
+    } else {
+      groups += (groups.empty() ? "" : ", ") + group + " has " + FigureText(records);
+    }
   }
   if (groups.empty()) return {};
+  if (others > 0) groups += ", and " + std::to_string(others) + " more";
   return "an asymptotic significance is rough where a group has fewer than 5 records: " + groups;
 }
 
@@ -103,6 +132,14 @@ std::vector<std::string> ReadingNotes(const ResultDocument& document, const Resu
     notes.emplace_back(
         "the hypothesised distribution has its parameters from the same data, to which it fits "
         "better than to others: the significance is too large");
+  }
+  const auto deciding = DecidingSignificance(test);
+  const auto exact = ExactBeside(test);
+  const bool passesOverTies =
+      deciding && deciding->isExact && exact && exact->name == "ConditionalExactSig2Tailed";
+  if (passesOverTies && ExactDifference(document, test).empty()) {
+    notes.push_back("the exact significance that decides does not count ties; with them it is " +
+                    SignificanceCell(exact->text));
   }
   const std::string small = SmallGroups(document, test);
   if (!small.empty()) notes.push_back(small);

@@ -214,12 +214,15 @@ class Writer {
   }
 
   void WriteEstimate() {
-    Add(TestTitle(test) + " of " + TestedFields(document, test) + ": ");
+    const bool hasClass = !FirstClassPhrase(document, test).empty();
+    Add(TestTitle(test) + " of " +
+        (hasClass ? Subject(document, test) : TestedFields(document, test)) + ": ");
     for (std::size_t i = 0; i < test.intervals.size(); ++i) {
       const ResultInterval& interval = test.intervals[i];
       if (i > 0) Add("; ");
-      Add(ShortFigure(interval.estimate) + ", " + PercentText(document.confidenceLevel) + " CI [" +
-          ShortFigure(interval.lower) + ", " + ShortFigure(interval.upper) + "]");
+      const auto alike = AlikeFigures({interval.estimate, interval.lower, interval.upper});
+      Add(alike[0] + ", " + PercentText(document.confidenceLevel) + " CI [" + alike[1] + ", " +
+          alike[2] + "]");
       if (!interval.method.empty()) Add(" (" + FigureLabel(interval.method) + ")");
     }
   }

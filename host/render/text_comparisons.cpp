@@ -115,7 +115,7 @@ void WriteStepwise(TextPage& page, const ResultDocument& document, const ResultT
     }
   }
   page.Blank();
-  page.Paragraph("Homogeneous subsets: samples in one column do not differ significantly", indent);
+  page.Paragraph(kSubsetsCaption, indent);
   page.Table(table, indent);
 }
 

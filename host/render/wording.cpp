@@ -218,7 +218,9 @@ std::string SuccessPhrase(const ResultDocument& document, const ResultTest& test
 }
 
 std::string FirstClassPhrase(const ResultDocument& document, const ResultTest& test) {
-  if (test.name != catalogue::binomial::kCard.element || test.Failed()) return {};
+  const bool hasClasses = test.name == catalogue::binomial::kCard.element ||
+                          test.name == catalogue::confidence_interval::kCard.element;
+  if (!hasClasses || test.Failed()) return {};
   if (test.conditionKey.starts_with("ACutPoint")) {
     return "values at most " + FigureParameter(test, 1);
   }

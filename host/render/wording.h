@@ -34,7 +34,8 @@ namespace npar_host {
 /// The categories that count as success in Cochran's and McNemar's tests: "yes or maybe"; empty for
 /// other tests, and where neither the document nor the run tells.
 [[nodiscard]] std::string SuccessPhrase(const ResultDocument& document, const ResultTest& test);
-/// The first class of a binomial test: "yes or maybe", "values at most 2.5"; empty for other tests.
+/// The first class of a binomial test or its interval: "yes or maybe", "values at most 2.5"; empty
+/// for other tests.
 [[nodiscard]] std::string FirstClassPhrase(const ResultDocument& document, const ResultTest& test);
 /// The field that divides the records of an independent-samples test into groups, or null.
 [[nodiscard]] const ResultField* GroupField(const ResultDocument& document, const ResultTest& test);

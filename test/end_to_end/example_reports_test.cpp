@@ -11,6 +11,7 @@
 #include <set>
 #include <sstream>
 
+#include "host/data/number.h"
 #include "host/render/effect_size.h"
 #include "host/render/result_model.h"
 #include "host/render/text.h"
@@ -73,14 +74,18 @@ std::vector<Example> Examples() {
   return examples;
 }
 
-std::string ResultOf(const Example& example) {
-  std::vector<std::string> command = {kProgram,   "run",
-                                      "--params", "examples/" + example.parameters,
-                                      "--data",   "examples/" + example.data};
+std::string ResultOf(const Example& example, bool isExtended = false) {
+  std::string parameters = FileContent("examples/" + example.parameters);
+  if (isExtended) {
+    parameters.insert(parameters.find("</Parameters>"),
+                      R"(<Parameter name="extendedFigures" value="true"/>)");
+  }
+  std::vector<std::string> command = {kProgram, "run",    "--params",
+                                      "-",      "--data", "examples/" + example.data};
   if (!example.model.empty()) {
     command.insert(command.end(), {"--model", "examples/" + example.model});
   }
-  const ProcessResult run = RunProcess(command);
+  const ProcessResult run = RunProcess(command, parameters);
   EXPECT_EQ(run.exitCode, 0) << run.err;
   return run.out;
 }
@@ -95,33 +100,41 @@ std::vector<std::string> NumbersOf(const std::string& text) {
   return numbers;
 }
 
-TEST(ExampleReportsTest, EveryNumberOfATextReportIsInTheDocument) {
+void ExpectEveryNumberOfTheDocument(const Example& example, bool isExtended) {
   using namespace npar_host;
+  SCOPED_TRACE(example.parameters);
+  const std::string result = ResultOf(example, isExtended);
+  const ResultDocument document = ReadResultDocument(result, "result");
+  // Columns "25 %" and "75 %", intervals of 95 %, the numbers of tests and subsets.
+  std::set<std::string> known = {"25", "75", "95", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
+  for (const std::string& text : NumbersOf(std::regex_replace(result, std::regex(";"), " ; "))) {
+    known.insert({text, FigureText(text)});  // messages have theirs unrounded
+    std::array<char, 32> digits{};
+    std::snprintf(digits.data(), digits.size(), "%.3f", std::strtod(text.c_str(), nullptr));
+    known.insert(digits.data() + 1);  // "p = .004"
+    // "95.12 %": a level that limits attain
+    known.insert(
+        FigureText(NumberText(std::round(1e4 * std::strtod(text.c_str(), nullptr)) / 100)));
+  }
+  for (const ResultTest& test : document.tests) {
+    if (const auto effect = FindEffectSize(document, test)) {
+      std::array<char, 32> digits{};
+      std::snprintf(digits.data(), digits.size(), "%.17g", effect->value);
+      known.insert(FigureText(digits.data()));
+    }
+  }
+  for (const char* words : {".001", ".999", ".05"}) known.insert(words);
+  for (const std::string& number : NumbersOf(RenderText(document))) {
+    EXPECT_TRUE(known.contains(number)) << number;
+  }
+}
+
+TEST(ExampleReportsTest, EveryNumberOfATextReportIsInTheDocument) {
   const std::vector<Example> examples = Examples();
   ASSERT_GE(examples.size(), 20u);
   for (const Example& example : examples) {
-    SCOPED_TRACE(example.parameters);
-    const std::string result = ResultOf(example);
-    const ResultDocument document = ReadResultDocument(result, "result");
-    // Columns "25 %" and "75 %", intervals of 95 %, the numbers of tests and subsets.
-    std::set<std::string> known = {"25", "75", "95", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
-    for (const std::string& text : NumbersOf(std::regex_replace(result, std::regex(";"), " ; "))) {
-      known.insert({text, FigureText(text)});  // messages have theirs unrounded
-      std::array<char, 32> digits{};
-      std::snprintf(digits.data(), digits.size(), "%.3f", std::strtod(text.c_str(), nullptr));
-      known.insert(digits.data() + 1);  // "p = .004"
-    }
-    for (const ResultTest& test : document.tests) {
-      if (const auto effect = FindEffectSize(document, test)) {
-        std::array<char, 32> digits{};
-        std::snprintf(digits.data(), digits.size(), "%.17g", effect->value);
-        known.insert(FigureText(digits.data()));
-      }
-    }
-    for (const char* words : {".001", ".999", ".05"}) known.insert(words);
-    for (const std::string& number : NumbersOf(RenderText(document))) {
-      EXPECT_TRUE(known.contains(number)) << number;
-    }
+    ExpectEveryNumberOfTheDocument(example, false);
+    ExpectEveryNumberOfTheDocument(example, true);
   }
 }
 

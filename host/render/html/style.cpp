@@ -142,6 +142,7 @@ button.copy { font: inherit; font-size: .85rem; color: var(--link); background: 
 table.overview .kind { display: block; }
 table.overview data, table.overview td:nth-of-type(4) .kind { white-space: nowrap; }
 table.overview thead th { min-width: 2.5rem; }
+table.overview thead th:nth-child(2) { min-width: 6rem; }
 .together { display: inline-block; }
 tr.subheading th { font-weight: 600; padding-top: .75rem; }
 tr.effect th, tr.effect td { background: var(--band); font-weight: 600; }
@@ -206,6 +207,7 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
   thead th { overflow-wrap: anywhere; min-width: 2.5rem; }
   th[scope=row] { min-width: 5rem; }
   table.overview th[scope=row] { min-width: 9rem; }
+  table.overview thead th:nth-child(2) { min-width: 5rem; }
   table.overview .kind { font-size: 8pt; }
   .many table.overview { font-size: 8pt; line-height: 1.3; }
   .many table.overview .kind { font-size: 7pt; }

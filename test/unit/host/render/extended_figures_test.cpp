@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "host/render/extended_words.h"
+#include "host/render/reading_notes.h"
 #include "host/render/sentence.h"
 #include "host/render/text.h"
 #include "support/process.h"
@@ -11,8 +12,10 @@
 namespace npar_host {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 
 ResultDocument Reference(const std::string& name) {
   return ReadResultDocument(FileContent("test/support/references/results/" + name + ".xml"), name);
@@ -58,6 +61,17 @@ TEST(ExtendedFiguresTest, AnotherDecisionByTheExactSignificanceIsToldAndNoneElse
   ResultDocument document = Reference("sleep_pairs");
   document.tests[0].extended = {{{"", "ExactSig2Tailed", "0.00390625"}}, {}};
   EXPECT_FALSE(ExactBeside(document.tests[0])) << "it is the document's own";
+  EXPECT_THAT(ReadingNotes(document, document.tests[0]), IsEmpty());
+  document.tests[0].extended = {{{"", conditional, "0.005"}}, {}};
+  EXPECT_THAT(ReadingNotes(document, document.tests[0]),
+              ElementsAre(HasSubstr("does not count ties; with them it is .005")));
+}
+
+TEST(ExtendedFiguresTest, SmallGroupsOfSeveralAreToldByTheirSizes) {
+  ResultDocument document = Reference("insect_sprays_pairwise");
+  ResultTest& test = document.tests.at(0);
+  test.extended = {{}, {{"Groups", {"0", "2"}, {"Median", "N"}, {{"14", "4"}, {"2", "5"}}}}};
+  EXPECT_THAT(ReadingNotes(document, test), Contains(HasSubstr("fewer than 5 records: A has 4")));
 }
 
 // Mann-Whitney names its groups by position; the figures are made up.

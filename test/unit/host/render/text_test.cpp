@@ -102,7 +102,8 @@ TEST(TextReportTest, ComparisonsNameTheirSamplesAndMarkTheSignificantOnes) {
   * significance after Bonferroni below 0.05
 )"));
   EXPECT_THAT(text, HasSubstr(R"(
-  Homogeneous subsets: samples in one column do not differ significantly
+  Homogeneous subsets: samples in one column do not differ; adjusted
+  significances after Ryan, Einot and Gabriel
   Subset       1     2
   Gamma      0.5
   Beta             1.5
