@@ -131,8 +131,8 @@ std::string SubsetsTable(const ResultDocument& document, const ResultTest& test,
                          std::span<const TextRows::Row> subsets, std::size_t number,
                          const std::string& id) {
   const ResultComparison& comparison = test.stepwise;
-  HtmlTable table(id, number == 1 ? kSubsetsCaption
-                                  : "Homogeneous subsets from " + std::to_string(number));
+  HtmlTable table(
+      id, number == 1 ? kSubsetsCaption : "Homogeneous subsets from " + std::to_string(number));
   std::vector<std::string> columns{"Sample, by " + Escaped(ComparedMeasure(test))};
   for (std::size_t i = 0; i < subsets.size(); ++i) {
     columns.push_back("Subset\u00a0" + std::to_string(number + i));
