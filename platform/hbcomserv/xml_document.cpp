@@ -84,12 +84,30 @@ std::size_t QuietSectionEnd(std::string_view text, std::size_t at) {
   return 0;
 }
 
+/// Of the bytes from `at` on, how many need no look: neither markup nor beyond printable ASCII.
+std::size_t PlainBytes(std::string_view text, std::size_t at) {
+  constexpr std::size_t kAtOnce = 16;  // what the processor compares at once
+  const std::size_t begin = at;
+  for (; text.size() - at >= kAtOnce; at += kAtOnce) {
+    unsigned special = 0;
+    for (const char character : text.substr(at, kAtOnce)) {
+      const auto byte = static_cast<signed char>(character);
+      special |= static_cast<unsigned>(byte < ' ') | static_cast<unsigned>(byte == '<') |
+                 static_cast<unsigned>(byte == '&');
+    }
+    if (special != 0) break;
+  }
+  return at - begin;
+}
+
 /// Looks for what the parser would pass over in silence: what is no text, a document type, and
 /// references to entities, which only a document type could define.
 Problem FindUnsupported(std::string_view text) {
   std::size_t quietEnd = 0;
   std::size_t length = 0;
   for (std::size_t at = 0; at < text.size(); at += length) {
+    length = PlainBytes(text, at);
+    if (length > 0) continue;
     length = 1;
     const auto first = static_cast<signed char>(text[at]);
     if (first == '<' && at >= quietEnd) {
@@ -169,7 +187,7 @@ XMLElement XMLElement::addElement(const char* name) {
 }
 
 void XMLElement::addAttribute(const char* name, const std::string& value) {
-  pugi::xml_attribute attribute = Node(node).append_attribute(name);
+  pugi::xml_attribute attribute = Node(node).append_attribute("");
   CheckMemory(attribute.set_name(name) && attribute.set_value(value.c_str()));
 }
 
@@ -191,10 +209,11 @@ std::string_view XMLElement::unexpectedAttribute(
     std::initializer_list<std::string_view> known) const {
   std::uint64_t seen = 0;
   for (const pugi::xml_attribute attribute : Node(node).attributes()) {
-    const auto* found = std::find(known.begin(), known.end(), attribute.name());
-    if (found == known.end()) return attribute.name();
+    const std::string_view name = attribute.name();
+    const auto* found = std::find(known.begin(), known.end(), name);
+    if (found == known.end()) return name;
     const std::uint64_t bit = std::uint64_t{1} << (found - known.begin());
-    if ((seen & bit) != 0) return attribute.name();
+    if ((seen & bit) != 0) return name;
     seen |= bit;
   }
   return {};

@@ -21,6 +21,10 @@ constexpr std::size_t kHalfDigits = kDigits / 2;
 constexpr std::uint64_t kHalf = 100'000'000;               // 10 to the digits of the lower half
 constexpr std::uint64_t kLargest = 1'000'000'000'000'000;  // 10 to so many digits
 
+/// Numbers for which there may be a short way.
+constexpr double kSmallestShort = 1e-13;
+constexpr double kLargestShort = 1e15;
+
 /// digits times ten to the exponent - 14: 15 digits, the first not 0.
 struct Decimal {
   std::uint64_t digits;
@@ -64,48 +68,57 @@ std::optional<Decimal> ShortDecimal(double value) {
   }
 }
 
+/// The pairs of digits from "00" to "99".
+constexpr auto kPairs = [] {
+  std::array<char, 200> pairs{};
+  for (std::size_t i = 0; i < pairs.size(); ++i) {
+    pairs[i] = static_cast<char>('0' + (i % 2 == 0 ? i / 20 : i / 2 % 10));
+  }
+  return pairs;
+}();
+
+/// The digits of a number below 10^8, to `out` to `out + 7`.
+void WriteEight(std::uint32_t number, char* out) {
+  const std::uint32_t halves[] = {number / 10'000, number % 10'000};
+  for (const std::uint32_t half : halves) {
+    std::copy_n(&kPairs[half / 100 * 2], 2, out);
+    std::copy_n(&kPairs[half % 100 * 2], 2, out + 2);
+    out += 4;
+  }
+}
+
 /// In the form of "%.15g".
-std::string Write(const Decimal& decimal, bool isNegative) {
+void Append(std::string& out, const Decimal& decimal, bool isNegative) {
   constexpr int kSmallestFixed = -4;
-  std::array<char, 40> text;
-  std::array<char, kDigits> digits;
-  // In two halves, which the processor takes side by side.
-  auto upper = static_cast<std::uint32_t>(decimal.digits / kHalf);
-  auto lower = static_cast<std::uint32_t>(decimal.digits % kHalf);
-  for (std::size_t i = kHalfDigits; i-- > 0;) {
-    digits[i] = static_cast<char>('0' + upper % 10);
-    digits[i + kHalfDigits + 1] = static_cast<char>('0' + lower % 10);
-    upper /= 10;
-    lower /= 10;
-  }
-  digits[kHalfDigits] = static_cast<char>('0' + lower);
-  std::ptrdiff_t count = kDigits;
-  while (count > 1 && digits[static_cast<std::size_t>(count - 1)] == '0') --count;
-  const char* const first = digits.data();
-  char* out = text.data();
-  if (isNegative) *out++ = '-';
+  std::array<char, 2 * kHalfDigits + 2> room;  // with a digit 0 before the first
+  WriteEight(static_cast<std::uint32_t>(decimal.digits / kHalf), room.data());
+  WriteEight(static_cast<std::uint32_t>(decimal.digits % kHalf), room.data() + kHalfDigits + 1);
+  const char* const digits = room.data() + 1;
+  std::size_t count = kDigits;
+  while (count > 1 && digits[count - 1] == '0') --count;
+  const std::string_view all(digits, count);
+  if (isNegative) out += '-';
   if (decimal.exponent >= 0 && decimal.exponent < kDigits) {
-    const auto whole = std::min<std::ptrdiff_t>(decimal.exponent + 1, count);
-    out = std::copy_n(first, whole, out);
-    out = std::fill_n(out, decimal.exponent + 1 - whole, '0');
-    if (count > whole) *out++ = '.';
-    out = std::copy_n(first + whole, count - whole, out);
+    const auto whole = static_cast<std::size_t>(decimal.exponent) + 1;
+    out += all.substr(0, whole);
+    if (count > whole) {
+      out += '.';
+      out += all.substr(whole);
+    } else {
+      out.append(whole - count, '0');
+    }
   } else if (decimal.exponent < 0 && decimal.exponent >= kSmallestFixed) {
-    *out++ = '0';
-    *out++ = '.';
-    out = std::fill_n(out, -decimal.exponent - 1, '0');
-    out = std::copy_n(first, count, out);
+    out += "0.";
+    out.append(static_cast<std::size_t>(-decimal.exponent - 1), '0');
+    out += all;
   } else {
-    *out++ = *first;
-    if (count > 1) *out++ = '.';
-    out = std::copy_n(first + 1, count - 1, out);
-    *out++ = 'e';
-    *out++ = decimal.exponent < 0 ? '-' : '+';
-    const int size = std::abs(decimal.exponent);  // of two digits at most
-    *out++ = static_cast<char>('0' + size / 10);
-    *out++ = static_cast<char>('0' + size % 10);
+    out += all.front();
+    if (count > 1) out += '.';
+    out += all.substr(1);
+    out += decimal.exponent < 0 ? "e-" : "e+";
+    // Of two digits at most.
+    out.append(&kPairs[static_cast<std::size_t>(std::abs(decimal.exponent)) * 2], 2);
   }
-  return std::string(text.data(), out);
 }
 
 /// The digits behind the point of "%.15g".
@@ -120,19 +133,40 @@ int DigitsOf(std::string_view format) {
   return std::clamp(digits, 0, kMostDigits);
 }
 
+/// In the form of "%.<digits>g".
+void AppendGeneral(std::string& out, double value, int digits) {
+  if (std::isnan(value) || value == QDCommon_700::QDMV::gMissingValue) {
+    out += "nan";
+  } else if (std::isinf(value)) {
+    out += value > 0.0 ? "inf" : "-inf";
+  } else if (value == 0.0) {
+    out += '0';
+  } else {
+    std::array<char, 128> buffer;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                   std::chars_format::general, digits);
+    out.append(buffer.data(), end.ptr);
+  }
+}
+
 }  // namespace
 
 std::string ReplaceSep(double value, std::string_view format) {
-  if (std::isnan(value) || value == QDCommon_700::QDMV::gMissingValue) return "nan";
-  if (std::isinf(value)) return value > 0.0 ? "inf" : "-inf";
-  if (value == 0.0) return "0";
+  std::string text;
   if (format == kDocumentFormat) {
-    if (const auto decimal = ShortDecimal(std::abs(value))) return Write(*decimal, value < 0.0);
+    AppendNumber(text, value);
+  } else {
+    AppendGeneral(text, value, DigitsOf(format));
   }
-  std::array<char, 128> buffer;
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                 std::chars_format::general, DigitsOf(format));
-  return std::string(buffer.data(), end.ptr);
+  return text;
+}
+
+void AppendNumber(std::string& out, double value) {
+  const double size = std::abs(value);
+  if (size >= kSmallestShort && size < kLargestShort) {
+    if (const auto decimal = ShortDecimal(size)) return Append(out, *decimal, value < 0.0);
+  }
+  AppendGeneral(out, value, kDigits);
 }
 
 }  // namespace QDXML_700

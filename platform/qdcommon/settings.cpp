@@ -44,10 +44,9 @@ bool ReadByName(const QDSettings& settings, std::string_view name, T& out) {
   return setting != nullptr && setting->GetValue() != nullptr && setting->GetValue()->Get(out);
 }
 
-QDSetting MakeSetting(const std::string& name, std::unique_ptr<IQDSettingValue> value,
-                      const std::string& type) {
-  QDSetting setting(name, std::move(value));
-  setting.SetType(type);
+QDSetting MakeSetting(std::string name, std::unique_ptr<IQDSettingValue> value, std::string type) {
+  QDSetting setting(std::move(name), std::move(value));
+  setting.SetType(std::move(type));
   return setting;
 }
 
@@ -132,32 +131,34 @@ bool QDSettings::GetSettingValByName(std::string_view name, std::vector<QDSettin
   return ReadByName(*this, name, out);
 }
 
-void QDSettings::AddNewSetting(const std::string& name, const std::string& value,
-                               const std::string& type) {
-  settings.push_back(MakeSetting(name, std::make_unique<QDScalarValue<std::string>>(value), type));
+void QDSettings::AddNewSetting(std::string name, std::string value, std::string type) {
+  auto made = std::make_unique<QDScalarValue<std::string>>(std::move(value));
+  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
 }
-void QDSettings::AddNewSetting(const std::string& name, double value, const std::string& type) {
-  settings.push_back(MakeSetting(name, std::make_unique<QDScalarValue<double>>(value), type));
+void QDSettings::AddNewSetting(std::string name, double value, std::string type) {
+  auto made = std::make_unique<QDScalarValue<double>>(value);
+  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
 }
-void QDSettings::AddNewSetting(const std::string& name, const QDSettings& value,
-                               const std::string& type) {
-  settings.push_back(MakeSetting(name, std::make_unique<QDSettingListValue>(value), type));
+void QDSettings::AddNewSetting(std::string name, QDSettings value, std::string type) {
+  auto made = std::make_unique<QDSettingListValue>(std::move(value));
+  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
 }
-void QDSettings::AddNewSetting(const std::string& name, const std::vector<std::int32_t>& value,
-                               const std::string& type) {
-  settings.push_back(MakeSetting(name, std::make_unique<QDVecValue<std::int32_t>>(value), type));
+void QDSettings::AddNewSetting(std::string name, std::vector<std::int32_t> value,
+                               std::string type) {
+  auto made = std::make_unique<QDVecValue<std::int32_t>>(std::move(value));
+  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
 }
-void QDSettings::AddNewSetting(const std::string& name, const std::vector<double>& value,
-                               const std::string& type) {
-  settings.push_back(MakeSetting(name, std::make_unique<QDVecValue<double>>(value), type));
+void QDSettings::AddNewSetting(std::string name, std::vector<double> value, std::string type) {
+  auto made = std::make_unique<QDVecValue<double>>(std::move(value));
+  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
 }
-void QDSettings::AddNewSetting(const std::string& name, const std::vector<std::string>& value,
-                               const std::string& type) {
-  settings.push_back(MakeSetting(name, std::make_unique<QDVecValue<std::string>>(value), type));
+void QDSettings::AddNewSetting(std::string name, std::vector<std::string> value, std::string type) {
+  auto made = std::make_unique<QDVecValue<std::string>>(std::move(value));
+  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
 }
-void QDSettings::AddNewSetting(const std::string& name, const std::vector<QDSettings>& value,
-                               const std::string& type) {
-  settings.push_back(MakeSetting(name, std::make_unique<QDVecValue<QDSettings>>(value), type));
+void QDSettings::AddNewSetting(std::string name, std::vector<QDSettings> value, std::string type) {
+  auto made = std::make_unique<QDVecValue<QDSettings>>(std::move(value));
+  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
 }
 void QDSettings::AddNewSetting(const QDSetting& setting, const std::string& newName) {
   const IQDSettingValue* const value = setting.GetValue();

@@ -1,18 +1,17 @@
 #include "foundation/xml.h"
 
-#include <algorithm>
 #include <array>
-#include <cstdint>
-#include <new>
+#include <memory>
 #include <ostream>
+#include <utility>
+#include <vector>
 
 namespace QDXML_700 {
 
 namespace {
 
-/// For which an element makes room at once.
-constexpr std::size_t kUsualAttributes = 2;
-constexpr std::size_t kUsualChildren = 4;
+/// Room for further attributes that an element makes with the first.
+constexpr std::size_t kUsualAttributes = 32;
 
 enum class Place { Text, Attribute };
 
@@ -116,120 +115,107 @@ void AppendEscaped(std::string& out, std::string_view text, Place place) {
   out.append(text, runStart, at - runStart);
 }
 
-void StartLine(std::string& out, int depth) {
+void StartLine(std::string& out, std::size_t depth) {
   if (!out.empty() && out.back() != '\n') out += '\n';
-  out.append(static_cast<std::size_t>(depth), ' ');
-}
-
-bool HasText(const XMLElement& element) {
-  return std::any_of(element.GetChildren().begin(), element.GetChildren().end(),
-                     [](const auto& child) { return child->AsElement() == nullptr; });
-}
-
-/// Writes "<name a="v"", which ">" or "/>" ends.
-void OpenTag(std::string& out, const XMLElement& element) {
-  out += '<';
-  out += element.GetName();
-  for (const auto& [name, value] : element.GetAttributes()) {
-    out += ' ';
-    out += name;
-    out += "=\"";
-    AppendEscaped(out, value, Place::Attribute);
-    out += '"';
-  }
-}
-
-void CloseTag(std::string& out, const XMLElement& element) {
-  out += "</";
-  out += element.GetName();
-  out += '>';
+  out.append(depth, ' ');
 }
 
 }  // namespace
 
-XMLString* XMLString::Create(std::string text) { return new XMLString(std::move(text)); }
+XMLString* XMLString::Create(std::string_view text) {
+  std::unique_ptr<XMLString> node(new XMLString());
+  AppendEscaped(node->written, text, Place::Text);
+  return node.release();
+}
 
-void XMLString::Write(std::string& out, int, bool) const { AppendEscaped(out, text, Place::Text); }
+XMLElement* XMLElement::Create(std::string_view name) { return new XMLElement(name); }
 
-XMLElement* XMLElement::Create(std::string name) { return new XMLElement(std::move(name)); }
+XMLElement::XMLElement(std::string_view name) : nameSize(name.size()) {
+  written.reserve(name.size() + 1);
+  written += '<';
+  written += name;
+}
 
-// Walks the tree with the way back kept in the emptied places of the tree itself, so that freeing
-// needs neither stack nor memory, however deep the tree is.
+// The nodes below stand in one list, to whose end each element's children come before it is freed:
+// neither stack nor memory is needed, however deep the tree is.
 XMLElement::~XMLElement() {
-  XMLElement* current = this;
-  XMLElement* parent = nullptr;
-  while (true) {
-    if (!current->children.empty()) {
-      std::unique_ptr<XMLNode>& place = current->children.back();
-      XMLElement* const child = place ? place->AsElement() : nullptr;
-      if (child == nullptr) {
-        current->children.pop_back();
-        continue;
-      }
-      static_cast<void>(place.release());
-      place.reset(parent);
-      parent = current;
-      current = child;
-      continue;
+  while (firstChild != nullptr) {
+    const std::unique_ptr<XMLNode> node(firstChild);
+    if (XMLElement* element = node->AsElement(); element && element->firstChild != nullptr) {
+      lastChild->next = std::exchange(element->firstChild, nullptr);
+      lastChild = element->lastChild;
     }
-    if (current == this) return;
-    delete current;
-    current = parent;
-    parent = static_cast<XMLElement*>(current->children.back().release());
-    current->children.pop_back();
+    firstChild = node->next;
   }
 }
 
-void XMLElement::AddAttribute(std::string attribute, std::string value) {
-  if (attributes.empty()) attributes.reserve(kUsualAttributes);
-  attributes.emplace_back(std::move(attribute), std::move(value));
+void XMLElement::OpenAttribute(std::string_view name, std::size_t valueSize) {
+  constexpr std::size_t kSigns = 4;  // blank, equals sign and quotes
+  const std::size_t size = written.size() + name.size() + valueSize + kSigns;
+  if (size > written.capacity()) written.reserve(size + kUsualAttributes);
+  written += ' ';
+  written += name;
+  written += "=\"";
 }
 
-void XMLElement::AddAttribute(std::string attribute, double value) {
-  AddAttribute(std::move(attribute), ReplaceSep(value, "%.15g"));
+void XMLElement::AddAttribute(std::string_view name, std::string_view value) {
+  OpenAttribute(name, value.size());
+  AppendEscaped(written, value, Place::Attribute);
+  written += '"';
+}
+
+void XMLElement::AddAttribute(std::string_view name, double value) {
+  constexpr std::size_t kUsualNumber = 20;  // characters
+  OpenAttribute(name, kUsualNumber);
+  AppendNumber(written, value);
+  written += '"';
 }
 
 void XMLElement::Append(XMLNode* child) {
-  std::unique_ptr<XMLNode> owned(child);
-  if (!owned) return;
-  if (children.empty()) children.reserve(kUsualChildren);
-  children.push_back(std::move(owned));
+  if (child == nullptr) return;
+  (firstChild == nullptr ? firstChild : lastChild->next) = child;
+  lastChild = child;
+  hasText = hasText || child->AsElement() == nullptr;
 }
 
 // Elements whose children are not all written stand on a stack of our own. Below an element with
 // text nothing is indented, since blanks would become part of its content.
-void XMLElement::Write(std::string& out, int depth, bool indented) const {
+void XMLElement::Write(std::string& out, bool indented) const {
+  constexpr std::size_t kUsualDepth = 16;
   struct Open {
     const XMLElement* element;
-    std::size_t next;
+    const XMLNode* next;
     bool indented;
   };
   std::vector<Open> open;
+  open.reserve(kUsualDepth);
   const auto start = [&](const XMLElement& element, bool onOwnLine) {
-    if (onOwnLine) StartLine(out, depth + static_cast<int>(open.size()));
-    OpenTag(out, element);
-    if (element.children.empty()) {
+    if (onOwnLine) StartLine(out, open.size());
+    out += element.written;
+    if (element.firstChild == nullptr) {
       out += "/>";
       return;
     }
     out += '>';
-    open.push_back({&element, 0, onOwnLine && !HasText(element)});
+    open.push_back({&element, element.firstChild, onOwnLine && !element.hasText});
   };
   start(*this, indented);
   while (!open.empty()) {
     Open& top = open.back();
-    if (top.next == top.element->children.size()) {
+    if (top.next == nullptr) {
       const Open done = top;
       open.pop_back();
-      if (done.indented) StartLine(out, depth + static_cast<int>(open.size()));
-      CloseTag(out, *done.element);
+      if (done.indented) StartLine(out, open.size());
+      out += "</";
+      out += done.element->GetName();
+      out += '>';
       continue;
     }
-    const XMLNode& child = *top.element->children[top.next++];
+    const XMLNode& child = *std::exchange(top.next, top.next->next);
     if (const XMLElement* const element = child.AsElement()) {
       start(*element, top.indented);
     } else {
-      child.Write(out, 0, false);
+      out += child.written;
     }
   }
 }
@@ -237,13 +223,16 @@ void XMLElement::Write(std::string& out, int depth, bool indented) const {
 int WriteTree(std::ostream& stream, const char* documentType, const XMLElement* root,
               bool indented) {
   try {
-    std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    constexpr std::size_t kUsualSize = std::size_t{1} << 13;  // bytes
+    std::string out;
+    out.reserve(kUsualSize);
+    out += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     if (documentType != nullptr) {
       out += "<!DOCTYPE ";
       out += documentType;
       out += ">\n";
     }
-    if (root != nullptr) root->Write(out, 0, indented);
+    if (root != nullptr) root->Write(out, indented);
     out += '\n';
     stream.write(out.data(), static_cast<std::streamsize>(out.size()));
     return stream.good() ? 0 : 1;

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "foundation/peer.h"
 #include "qdhbutils/document_check.h"
 
@@ -31,21 +33,21 @@ class SettingsReader {
 
   bool ReadEntry(const XMLElement& entry, QDSettings& settings) {
     if (!check.IsPlain(entry, {"name", "value"}) || !check.Has(entry, "name")) return false;
-    const std::string name(entry.attribute("name"));
+    std::string name(entry.attribute("name"));
     const XMLElement child = entry.firstChild();
     if (entry.hasAttribute("value") == static_cast<bool>(child)) {
       return check.Refuse(entry, "'" + name + "' needs either a value or one child");
     }
     if (!child) {
-      settings.AddNewSetting(name, std::string(entry.attribute("value")), "");
+      settings.AddNewSetting(std::move(name), std::string(entry.attribute("value")), "");
       return true;
     }
     if (child.nextSibling()) return check.RefuseUnknown(child.nextSibling());
-    if (child.name() == XMLElements::ListValue) return ReadList(child, name, settings);
+    if (child.name() == XMLElements::ListValue) return ReadList(child, std::move(name), settings);
     if (child.name() != XMLElements::StructuredValue) return check.RefuseUnknown(child);
     QDSettings nested;
     if (!ReadStructure(child, nested)) return false;
-    settings.AddNewSetting(name, nested, "");
+    settings.AddNewSetting(std::move(name), std::move(nested), "");
     return true;
   }
 
@@ -54,7 +56,7 @@ class SettingsReader {
   }
 
   /// A list is of texts or of structures, as its first item says; an empty one is of texts.
-  bool ReadList(const XMLElement& list, const std::string& name, QDSettings& settings) {
+  bool ReadList(const XMLElement& list, std::string name, QDSettings& settings) {
     if (!check.IsPlain(list, {})) return false;
     std::vector<std::string> texts;
     std::vector<QDSettings> structures;
@@ -70,9 +72,9 @@ class SettingsReader {
       }
     }
     if (structures.empty()) {
-      settings.AddNewSetting(name, texts, "");
+      settings.AddNewSetting(std::move(name), std::move(texts), "");
     } else {
-      settings.AddNewSetting(name, structures, "");
+      settings.AddNewSetting(std::move(name), std::move(structures), "");
     }
     return true;
   }

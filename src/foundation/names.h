@@ -31,6 +31,7 @@ using QDCommon_700::TruncateToInt64;
 using QDMath_700::PowerStatus;
 using QDMath_700::QDDistFun;
 using QDMath_700::QDPower;
+using QDXML_700::AppendNumber;
 using QDXML_700::IQDSettingValue;
 using QDXML_700::IQDVariable;
 using QDXML_700::QDCategoryList;

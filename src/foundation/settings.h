@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "foundation/export.h"
@@ -50,7 +51,7 @@ class QD_EXPORT QDSetting {
   [[nodiscard]] const std::string& GetName() const noexcept { return name; }
   [[nodiscard]] const IQDSettingValue* GetValue() const noexcept { return value.get(); }
   [[nodiscard]] const std::string& GetType() const noexcept { return type; }
-  void SetType(const std::string& text) { type = text; }
+  void SetType(std::string text) { type = std::move(text); }
 
  private:
   std::string name;
@@ -88,22 +89,18 @@ class QD_EXPORT QDSettings {
   bool GetSettingValByName(std::string_view name, std::vector<QDSettings>& out) const;
 
   /// Appends an entry, also where the name stands already. `type` is free text of the caller's.
-  void AddNewSetting(const std::string& name, const std::string& value, const std::string& type);
-  void AddNewSetting(const std::string& name, double value, const std::string& type);
-  void AddNewSetting(const std::string& name, const QDSettings& value, const std::string& type);
-  void AddNewSetting(const std::string& name, const std::vector<std::int32_t>& value,
-                     const std::string& type);
-  void AddNewSetting(const std::string& name, const std::vector<double>& value,
-                     const std::string& type);
-  void AddNewSetting(const std::string& name, const std::vector<std::string>& value,
-                     const std::string& type);
-  void AddNewSetting(const std::string& name, const std::vector<QDSettings>& value,
-                     const std::string& type);
+  void AddNewSetting(std::string name, std::string value, std::string type);
+  void AddNewSetting(std::string name, double value, std::string type);
+  void AddNewSetting(std::string name, QDSettings value, std::string type);
+  void AddNewSetting(std::string name, std::vector<std::int32_t> value, std::string type);
+  void AddNewSetting(std::string name, std::vector<double> value, std::string type);
+  void AddNewSetting(std::string name, std::vector<std::string> value, std::string type);
+  void AddNewSetting(std::string name, std::vector<QDSettings> value, std::string type);
   /// Appends a copy of an entry as it stands, under another name if one is given.
   void AddNewSetting(const QDSetting& setting, const std::string& newName = {});
   // A text literal would otherwise be taken as a number or a nested tree.
-  void AddNewSetting(const std::string& name, const char* value, const std::string& type) {
-    AddNewSetting(name, std::string(value), type);
+  void AddNewSetting(std::string name, const char* value, std::string type) {
+    AddNewSetting(std::move(name), std::string(value), std::move(type));
   }
 
   /// Adds, or with `replace` puts in the place of the first entry of that name.

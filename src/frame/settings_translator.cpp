@@ -176,7 +176,7 @@ void NPARSettingsTranslator::MakeAutomaticEntries(const Family& family) {
     std::string name;
     entry->GetSettingValByName("algorithmName", name);
     entry->AddNewSetting("testIndex", ++testCounter, "");
-    target.AddNewSetting(name, *entry, "");
+    target.AddNewSetting(name, std::move(*entry), "");
   }
 }
 
@@ -198,7 +198,7 @@ void NPARSettingsTranslator::MakeOneSampleEntry(const catalogue::Card& test,
     entry.AddNewSetting("variableName", field, "");
     CopySettings(chosen, made.settings, entry);
     CopySettings(chosen, isCategorical ? made.categoricalSettings : made.continuousSettings, entry);
-    target.AddNewSetting(made.entry.c_str(), entry, "");
+    target.AddNewSetting(made.entry.c_str(), std::move(entry), "");
   };
   make(test);
   for (const catalogue::Card* const other : catalogue::kCards) {
@@ -251,7 +251,7 @@ void NPARSettingsTranslator::MakeRelatedEntries(const catalogue::Card& test,
     QDSettings entry = StartEntry(test);
     entry.AddNewSetting("variableName", fields.names, "");
     CopySettings(chosen, test.settings, entry);
-    target.AddNewSetting(test.entry.c_str(), entry, "");
+    target.AddNewSetting(test.entry.c_str(), std::move(entry), "");
   };
   make(catalogue::kContinuous, relatedContinuous);
   make(catalogue::kOrdinal, relatedOrdinal);
@@ -267,7 +267,7 @@ void NPARSettingsTranslator::MakeIndependentEntries(const catalogue::Card& test,
     entry.AddNewSetting("variableName", field, "");
     if (!groupField.empty()) entry.AddNewSetting("groupVariableName", groupField, "");
     CopySettings(chosen, test.settings, entry);
-    target.AddNewSetting(test.entry.c_str(), entry, "");
+    target.AddNewSetting(test.entry.c_str(), std::move(entry), "");
   }
 }
 

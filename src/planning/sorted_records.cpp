@@ -21,19 +21,20 @@ class EntriesToSort {
   [[nodiscard]] std::uint64_t DifferingBits() const noexcept { return column.DifferingBits(); }
   template <typename Take>
   void ForEachKey(std::size_t begin, std::size_t end, Take take) const {
-    std::vector<double> room(KeptRecords::kBlockSize);
+    const LargeArray<double> room = MakeLargeArray<double>(KeptRecords::kBlockSize);
     ForEachBlock(begin, end, [&](std::size_t first, std::size_t size) {
-      const double* values = column.Values(first, size, room.data());
+      const double* values = column.Values(first, size, room.get());
       for (std::size_t i = 0; i < size; ++i) take(OrderedBits(values[i]));
     });
   }
   template <typename Take>
   void ForEachEntry(std::size_t begin, std::size_t end, Take take) const {
-    std::vector<double> room(KeptRecords::kBlockSize);
-    std::vector<std::uint32_t> numbers(KeptRecords::kBlockSize);
+    const LargeArray<double> room = MakeLargeArray<double>(KeptRecords::kBlockSize);
+    const LargeArray<std::uint32_t> numbers =
+        MakeLargeArray<std::uint32_t>(KeptRecords::kBlockSize);
     ForEachBlock(begin, end, [&](std::size_t first, std::size_t size) {
-      NumberRecords(first, size, numbers.data());
-      const double* values = column.Values(first, size, room.data());
+      NumberRecords(first, size, numbers.get());
+      const double* values = column.Values(first, size, room.get());
       for (std::size_t i = 0; i < size; ++i) take(NumberedKey(OrderedBits(values[i]), numbers[i]));
     });
   }

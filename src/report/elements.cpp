@@ -1,25 +1,34 @@
 #include "report/elements.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
 #include <utility>
 
 namespace {
 
-XMLElement* AddElement(XMLElement& parent, std::string name) {
-  XMLElement* element = XMLElement::Create(std::move(name));
+XMLElement* AddElement(XMLElement& parent, std::string_view name) {
+  XMLElement* element = XMLElement::Create(name);
   parent.Append(element);
   return element;
 }
 
-void AddTextElement(XMLElement& parent, std::string name, std::string_view text) {
-  XMLElement* element = AddElement(parent, std::move(name));
-  if (!text.empty()) element->Append(XMLString::Create(std::string(text)));
+void AddTextElement(XMLElement& parent, std::string_view name, std::string_view text) {
+  XMLElement* element = AddElement(parent, name);
+  if (!text.empty()) element->Append(XMLString::Create(text));
 }
 
-XMLElement* AddNamedElement(XMLElement& parent, std::string name, std::string_view nameAttribute) {
-  XMLElement* element = AddElement(parent, std::move(name));
-  element->AddAttribute("name", std::string(nameAttribute));
+XMLElement* AddNamedElement(XMLElement& parent, std::string_view name,
+                            std::string_view nameAttribute) {
+  XMLElement* element = AddElement(parent, name);
+  element->AddAttribute("name", nameAttribute);
   return element;
+}
+
+void AppendInteger(std::string& out, std::int64_t value) {
+  std::array<char, std::numeric_limits<std::int64_t>::digits10 + 2> text;
+  out.append(text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr);
 }
 
 }  // namespace
@@ -49,7 +58,7 @@ std::string JoinNumbers(const std::vector<double>& items) {
   std::string text;
   for (const double item : items) {
     if (!text.empty()) text += ';';
-    text += NumberText(item);
+    AppendNumber(text, item);
   }
   return text;
 }
@@ -58,10 +67,10 @@ std::unique_ptr<XMLElement> CreateAlgorithm(std::string_view name, std::string_v
                                             std::string_view classification,
                                             std::string_view decision) {
   std::unique_ptr<XMLElement> algorithm(XMLElement::Create("Algorithm"));
-  algorithm->AddAttribute("name", std::string(name));
-  algorithm->AddAttribute("type", std::string(type));
-  algorithm->AddAttribute("classification", std::string(classification));
-  if (!decision.empty()) algorithm->AddAttribute("decision", std::string(decision));
+  algorithm->AddAttribute("name", name);
+  algorithm->AddAttribute("type", type);
+  algorithm->AddAttribute("classification", classification);
+  if (!decision.empty()) algorithm->AddAttribute("decision", decision);
   return algorithm;
 }
 
@@ -76,11 +85,11 @@ XMLElement* AddStructuredTable(XMLElement& parent, std::string_view name) {
 
 void AddAttributeRow(XMLElement& parent, std::string_view name, std::string_view value) {
   XMLElement* row = AddNamedElement(parent, "Attribute", name);
-  row->AddAttribute("value", std::string(value));
+  row->AddAttribute("value", value);
 }
 
 void AddAttributeRow(XMLElement& parent, std::string_view name, double value) {
-  AddAttributeRow(parent, name, NumberText(value));
+  AddNamedElement(parent, "Attribute", name)->AddAttribute("value", value);
 }
 
 XMLElement* AddFigures(XMLElement& parent, std::string_view table,
@@ -141,8 +150,8 @@ IntervalTexts TextsOf(const std::vector<HistogramBin>& bins) {
       texts.counts += ';';
       texts.values += ';';
     }
-    texts.counts += IntegerText(bin.count);
-    texts.values += NumberText(bin.binMean);
+    AppendInteger(texts.counts, bin.count);
+    AppendNumber(texts.values, bin.binMean);
   }
   return texts;
 }

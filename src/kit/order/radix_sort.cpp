@@ -86,7 +86,8 @@ void SortInPlace(Entry* entries, Entry* spare, std::size_t count, std::uint64_t 
   }
   const int digits = DigitsFor(count);
   const int shift = std::max(0, static_cast<int>(std::bit_width(varying)) - digits * kDigitBits);
-  std::array<std::array<std::uint32_t, kDigitValues>, kMostDigits> places{};
+  std::array<std::array<std::uint32_t, kDigitValues>, kMostDigits> places;
+  std::fill_n(places.begin(), digits, std::array<std::uint32_t, kDigitValues>{});
   for (std::size_t i = 0; i < count; ++i) {
     const std::uint64_t bits = entries[i].Key() >> shift;
     for (int digit = 0; digit < digits; ++digit) {

@@ -6,7 +6,7 @@ namespace {
 
 /// So few slots are taken that most searches end where they begin.
 constexpr std::size_t kSlotsPerValue = 4;
-constexpr std::size_t kFirstSlots = 1024;
+constexpr std::size_t kFirstSlots = 256;
 
 }  // namespace
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 /// Numbers distinct values in the order in which they come, from 0: a code for each. Values are
-/// told apart by their bits. Memory: for 100 values 16 KiB, for the most of them 1 MiB.
+/// told apart by their bits. Memory: for 100 values 8 KiB, for the most of them 1 MiB.
 class ValueCodes {
  public:
   /// With more values than these counting is no quicker than sorting.
