@@ -10,6 +10,7 @@
 #include "host/data/join_words.h"
 #include "host/os/processors.h"
 #include "host/ranges/range_document.h"
+#include "host/render/json.h"
 #include "host/render/json_writer.h"
 #include "host/render/renderers.h"
 #include "host/render/sample_order.h"
@@ -20,6 +21,7 @@ namespace npar_host {
 namespace {
 
 constexpr const char* kDocument = "document";
+constexpr const char* kTests = "tests";
 constexpr const char* kNotes = "notes";
 constexpr const char* kMessages = "messages";
 
@@ -209,11 +211,23 @@ void Analysis::RunRecords(ArrowTable data, AnalysisRequest request, const Progre
                                        : static_cast<std::uint32_t>(MachineThreads()));
   run.Prepare();
   Execute(run, progress);
-  document = ReadResultDocument(*documentText, "the result document");
-  NameCases(*document, [&run](double identifier) { return std::string(run.CaseText(identifier)); });
-  AdjustOverTests(*document, choices.adjustment);
-  AdjustPairs(*document, choices.pairAdjustment);
-  TellRequest(*document, request, facts, run.Records());
+  facts.values = CollectValues(run.Records());
+  asked = choices;
+  asked.request = std::move(request);
+  // What records tell has to be asked while they are there.
+  if (!asked.request.caseIdField.empty()) {
+    NameCases(Document(), [&](double number) { return std::string(run.CaseText(number)); });
+  }
+  if (MayTellSuccesses(*documentText)) TellSuccesses(Document(), asked.request, run.Records());
+}
+
+ResultDocument& Analysis::Document() {
+  if (document) return *document;
+  ResultDocument read = ReadResultDocument(*documentText, "the result document");
+  AdjustOverTests(read, asked.adjustment);
+  AdjustPairs(read, asked.pairAdjustment);
+  TellRequest(read, asked.request, facts);
+  return document.emplace(std::move(read));
 }
 
 void Analysis::Execute(AnalysisRun& run, const Progress& progress) {
@@ -246,11 +260,16 @@ void Analysis::Execute(AnalysisRun& run, const Progress& progress) {
 std::string Analysis::Render(const std::string& form) {
   if (form == kNotes) return Json(notes).dump();
   if (form == kMessages) return MessagesJson(messages);
+  if (form == kTests) {
+    std::string text;
+    RenderTestsJson(Document(), [&text](std::string_view piece) { text += piece; });
+    return text;
+  }
   const Renderer* const renderer = FindRenderer(form);
-  if (renderer != nullptr) return Rendered(*renderer, *document, choices.style);
+  if (renderer != nullptr) return Rendered(*renderer, Document(), choices.style);
   std::vector<std::string> names = {kDocument};
   for (const Renderer& each : AllRenderers()) names.emplace_back(each.name);
-  names.insert(names.end(), {kNotes, kMessages});
+  names.insert(names.end(), {kTests, kNotes, kMessages});
   throw UsageError("there is no result as " + Quoted(form) + "; there is " +
                    JoinWords(names, " and "));
 }

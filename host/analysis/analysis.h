@@ -58,6 +58,8 @@ class Analysis {
   static void TakeMeasures(const ArrowCells& cells, AnalysisRequest& request);
   [[nodiscard]] ModelledData Model(ArrowCells cells, AnalysisRequest& request);
   void Execute(AnalysisRun& run, const Progress& progress);
+  /// Reads the result document, unless that was done before.
+  ResultDocument& Document();
   [[nodiscard]] std::string Render(const std::string& form);
 
   Choices choices;
@@ -76,8 +78,9 @@ class Analysis {
   std::optional<std::string> documentText;
   std::vector<RunMessage> messages;
   std::vector<std::string> notes;
+  Choices asked;  // with what was inferred
   RequestFacts facts;
-  std::optional<ResultDocument> document;
+  std::optional<ResultDocument> document;  // of a form that needed it
   std::map<std::string, std::string> forms;
 };
 

@@ -56,39 +56,10 @@ std::vector<std::string> SuccessesOf(const ResultDocument& document, const Resul
   return given.empty() ? FirstCategory(document, test, records) : given;
 }
 
-// The values of few enough records to be drawn one by one, as the component got them.
-std::optional<RecordValues> CollectValues(const ResultDocument& document,
-                                          const PreparedData& prepared) {
-  constexpr std::int64_t kMostDrawn = 500;  // more points cover each other
-  const RecordView& records = prepared.records;
-  if (records.Width() == 0 || prepared.counts.weighted > kMostDrawn) return std::nullopt;
-  const std::vector<Field>& fields = prepared.model.fields;
-  const auto weight = std::ranges::find(fields, Role::FrequencyWeight, &Field::role);
-  const std::size_t width = records.Width();
-  std::vector<double> rows(static_cast<std::size_t>(prepared.counts.kept) * width);
-  std::size_t next = 0;
-  const std::size_t count = records.Read(next, rows.size() / width, rows.data());
-  RecordValues values;
-  for (const ResultField& told : document.fields) {
-    std::vector<double>& column = values.fields.emplace_back();
-    const auto field = std::ranges::find(fields, told.name, &Field::name);
-    if (field == fields.end()) continue;
-    const auto index = static_cast<std::size_t>(field - fields.begin());
-    const double missing = field->IsCategorical() ? kMissingCode : kMissingNumber;
-    for (std::size_t record = 0; record < count; ++record) {
-      const double* const row = &rows[record * width];
-      const double times = weight == fields.end() ? 1.0 : row[weight - fields.begin()];
-      column.insert(column.end(), static_cast<std::size_t>(times),
-                    row[index] == missing ? NAN : row[index]);
-    }
-  }
-  return values;
-}
-
 }  // namespace
 
 RequestFacts FindRequestFacts(const AnalysisRequest& request, FieldInference& inference) {
-  RequestFacts facts{inference.Choices(request), {}};
+  RequestFacts facts{inference.Choices(request), {}, {}};
   for (const std::string& field : request.NamedFields()) {
     facts.fields.push_back(
         {field, inference.MeasureOf(request, field), inference.MissingOf(field)});
@@ -96,8 +67,33 @@ RequestFacts FindRequestFacts(const AnalysisRequest& request, FieldInference& in
   return facts;
 }
 
+std::vector<FieldValues> CollectValues(const PreparedData& prepared) {
+  constexpr std::int64_t kMostDrawn = 500;  // more points cover each other
+  const RecordView& records = prepared.records;
+  const std::size_t width = records.Width();
+  if (width == 0 || prepared.counts.weighted > kMostDrawn) return {};
+  const std::vector<Field>& fields = prepared.model.fields;
+  const auto weight = std::ranges::find(fields, Role::FrequencyWeight, &Field::role);
+  std::vector<double> rows(static_cast<std::size_t>(prepared.counts.kept) * width);
+  std::size_t next = 0;
+  const std::size_t count = records.Read(next, rows.size() / width, rows.data());
+  std::vector<FieldValues> collected;
+  for (std::size_t index = 0; index < fields.size(); ++index) {
+    std::vector<double>& column =
+        collected.emplace_back(FieldValues{fields[index].name, {}}).values;
+    const double missing = fields[index].IsCategorical() ? kMissingCode : kMissingNumber;
+    for (std::size_t record = 0; record < count; ++record) {
+      const double* const row = &rows[record * width];
+      const double times = weight == fields.end() ? 1.0 : row[weight - fields.begin()];
+      column.insert(column.end(), static_cast<std::size_t>(times),
+                    row[index] == missing ? NAN : row[index]);
+    }
+  }
+  return collected;
+}
+
 void TellRequest(ResultDocument& document, const AnalysisRequest& request,
-                 const RequestFacts& facts, const PreparedData& records) {
+                 const RequestFacts& facts) {
   for (ResultField& field : document.fields) {
     const auto fact = std::ranges::find(facts.fields, field.name, &TracedField::name);
     field.isNominal = fact != facts.fields.end() && fact->measure == "nominal";
@@ -108,16 +104,32 @@ void TellRequest(ResultDocument& document, const AnalysisRequest& request,
         test.chosenBecause = choice.because;
       }
     }
-    if (test.name == cochran_q::kCard.element && !test.Failed()) {
-      test.successes = SuccessesOf(document, test, request, records);
-    }
     if (test.name == jonckheere::kCard.element) {
       const TestRequest* const asked = AskedTest(request, test);
       test.groupsDescend = asked != nullptr && asked->ValueOf("order") == "descending";
     }
   }
-  document.values = CollectValues(document, records);
+  if (!facts.values.empty()) {
+    RecordValues& values = document.values.emplace();
+    for (const ResultField& field : document.fields) {
+      const auto found = std::ranges::find(facts.values, field.name, &FieldValues::field);
+      values.fields.push_back(found == facts.values.end() ? std::vector<double>() : found->values);
+    }
+  }
   OrderSamples(document);
+}
+
+void TellSuccesses(ResultDocument& document, const AnalysisRequest& request,
+                   const PreparedData& records) {
+  for (ResultTest& test : document.tests) {
+    if (test.name == cochran_q::kCard.element && !test.Failed()) {
+      test.successes = SuccessesOf(document, test, request, records);
+    }
+  }
+}
+
+bool MayTellSuccesses(std::string_view document) {
+  return document.find(cochran_q::kCard.element) != std::string_view::npos;
 }
 
 }  // namespace npar_host

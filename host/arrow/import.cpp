@@ -76,17 +76,12 @@ class ColumnImport {
 
   /// Hands the cells on that were copied.
   void Flush() {
-    if (!numbers.empty()) AppendChunk(column.numbers, numbers);
-    if (!codes.empty()) AppendChunk(column.codes, codes);
+    column.numbers.AppendOwned(std::exchange(numbers, {}));
+    column.codes.Append(codes);
+    codes.clear();
   }
 
  private:
-  template <class Value>
-  static void AppendChunk(Chunks<Value>& chunks, std::vector<Value>& values) {
-    const auto owner = std::make_shared<const std::vector<Value>>(std::exchange(values, {}));
-    chunks.Append(owner->data(), owner->size(), owner);
-  }
-
   /// Is none of them a not-a-number? Counts them then.
   bool AreValues(std::span<const double> doubles, const std::function<void()>& onBlock) {
     for (std::size_t first = 0; first < doubles.size(); first += kBlock) {

@@ -96,7 +96,7 @@ int Analyse(const AnalyseOptions& options) {
   inference.Infer(request);
   for (const std::string& note : analysis.notes) Tell("npar: " + note);
   for (const std::string& note : inference.Notes(request)) Tell("npar: " + note);
-  const RequestFacts facts = FindRequestFacts(request, inference);
+  RequestFacts facts = FindRequestFacts(request, inference);
   const NamedText parameters{"the parameter document", ParameterDocument(request)};
   if (!options.keepDocuments.empty()) {
     KeepDocuments(options.keepDocuments, parameters, model());
@@ -113,8 +113,11 @@ int Analyse(const AnalyseOptions& options) {
   ResultDocument document = ReadResultDocument(*std::move(text), "the result document");
   NameCases(document, [&](double identifier) { return execution.CaseText(identifier); });
   Adjust(document, options.adjust);
-  if (const PreparedData* records = execution.Records())
-    TellRequest(document, request, facts, *records);
+  if (const PreparedData* records = execution.Records()) {
+    facts.values = CollectValues(*records);
+    TellRequest(document, request, facts);
+    TellSuccesses(document, request, *records);
+  }
   if (!options.noTrace) {
     document.trace = MakeTrace(options.execution.dataPath, document, facts.fields);
   }

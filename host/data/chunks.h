@@ -16,8 +16,7 @@ class Chunks {
  public:
   Chunks() = default;
   Chunks(std::vector<Value> values) {  // NOLINT(google-explicit-constructor): the simplest chunks
-    auto owner = std::make_shared<const std::vector<Value>>(std::move(values));
-    Append(owner->data(), owner->size(), owner);
+    AppendOwned(std::move(values));
   }
 
   /// Adds a chunk behind the others; `owner` keeps its memory, or is empty where somebody else
@@ -26,6 +25,11 @@ class Chunks {
     if (count == 0) return;
     chunks.push_back({values, size, std::move(owner)});
     size += count;
+  }
+
+  void AppendOwned(std::vector<Value> values) {
+    auto owner = std::make_shared<const std::vector<Value>>(std::move(values));
+    Append(owner->data(), owner->size(), owner);
   }
 
   [[nodiscard]] std::size_t Size() const noexcept { return size; }

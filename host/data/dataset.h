@@ -10,6 +10,7 @@
 
 #include "host/data/chunks.h"
 #include "host/data/code_table.h"
+#include "host/data/codes.h"
 
 namespace npar_host {
 
@@ -35,7 +36,7 @@ struct Column {
   bool isText = false;
   TextPool texts;
   Chunks<double> numbers;
-  Chunks<std::int32_t> codes;            ///< in place of numbers
+  Codes codes;                           ///< in place of numbers
   std::vector<std::size_t> missing;      ///< cells that are missing, by MissingTokens' index
   std::size_t infinite = 0;              ///< cells that spell an infinity
   std::optional<std::size_t> firstText;  ///< of texts: the cell that made it so, in the file's text

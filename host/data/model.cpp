@@ -156,14 +156,17 @@ Field BasicField(const FieldSpec& spec, const Column& column) {
 
 /// Numbers that are categories become indices into a pool.
 NumberPool PoolNumbers(Column& column) {
+  constexpr std::size_t kPiece = std::size_t{1} << 17;  // cells
   NumberPool pool;
   std::vector<std::int32_t> codes;
-  codes.reserve(column.numbers.Size());
   column.numbers.ForEach([&](double number) {
     const bool isMissing = number == kMissingNumber || !std::isfinite(number);
     codes.push_back(isMissing ? kMissingCode : static_cast<std::int32_t>(pool.Add(number)));
+    if (codes.size() < kPiece) return;
+    column.codes.Append(codes);
+    codes.clear();
   });
-  column.codes = std::move(codes);
+  column.codes.Append(codes);
   column.numbers = {};
   return pool;
 }

@@ -46,7 +46,7 @@ Column CopyCells(const Column& from, std::string name, const std::vector<std::si
     }
   }
   column.numbers = std::move(numbers);
-  column.codes = std::move(codes);
+  column.codes.Append(codes);
   return column;
 }
 

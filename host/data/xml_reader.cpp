@@ -34,18 +34,20 @@ bool IsKnownReference(std::string_view reference) {
 /// to entities, which it leaves as they stand.
 class MarkupCheck {
  public:
-  explicit MarkupCheck(std::string_view text) : text(text) {}
+  explicit MarkupCheck(std::string_view text)
+      : text(text), reference(std::min(text.find('&'), text.size())) {}
 
   /// Null for a text without any; otherwise Offset() tells where it stands.
   const char* Fault() {
     constexpr std::string_view kSilent[][2] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
-    while ((at = text.find_first_of("<&", at)) != std::string_view::npos) {
+    for (at = NextMarkup(at); at < text.size(); at = NextMarkup(at)) {
       const std::string_view rest = text.substr(at);
       const auto* silent = std::ranges::find_if(
           kSilent, [&](const auto& ends) { return rest.starts_with(ends[0]); });
       if (silent != std::end(kSilent)) {
-        at = text.find((*silent)[1], at + (*silent)[0].size());
-        continue;  // one without an end is the parser's to tell
+        // One without an end is the parser's to tell.
+        at = std::min(text.find((*silent)[1], at + (*silent)[0].size()), text.size());
+        continue;
       }
       if (rest.starts_with("<!")) return "a document type is not taken; remove it";
       if (rest[0] == '&') {
@@ -62,7 +64,15 @@ class MarkupCheck {
 
  private:
   static constexpr std::size_t kLongestReference = 16;
+
+  /// The next place of a '<' or '&', or the end.
+  [[nodiscard]] std::size_t NextMarkup(std::size_t from) {
+    if (reference < from) reference = std::min(text.find('&', from), text.size());
+    return std::min(text.find('<', from), reference);
+  }
+
   std::string_view text;
+  std::size_t reference;  // the next '&', or the end
   std::size_t at = 0;
 };
 

@@ -42,30 +42,44 @@ Json Figures(const std::vector<ResultStatistic>& figures) {
   return object;
 }
 
-Json Bins(const std::vector<ResultBin>& bins) {
-  Json list = Json::array();
+// Written one by one, as lists of bins are most of a report.
+void WriteBins(JsonWriter& out, const std::vector<ResultBin>& bins) {
+  out.Key("bins");
+  out.OpenArray();
   for (const ResultBin& bin : bins) {
-    list.push_back({{"value", Number(bin.value)}, {"count", Number(bin.count)}});
+    out.OpenObject();
+    out.Member("value", Number(bin.value));
+    out.Member("count", Number(bin.count));
+    out.Close();
   }
-  return list;
+  out.Close();
 }
 
-Json Distribution(const std::optional<ResultDistribution>& distribution) {
-  if (!distribution) return nullptr;
-  return {{"statistics", Figures(distribution->figures)}, {"bins", Bins(distribution->bins)}};
+enum class Detail { Whole, WithoutBins };
+
+void WriteDistribution(JsonWriter& out, std::string_view key,
+                       const std::optional<ResultDistribution>& distribution, Detail detail) {
+  if (!distribution) return out.Member(key, nullptr);
+  out.Key(key);
+  out.OpenObject();
+  out.Member("statistics", Figures(distribution->figures));
+  if (detail == Detail::Whole) WriteBins(out, distribution->bins);
+  out.Close();
 }
 
-Json FieldObject(const ResultField& field) {
+void WriteField(JsonWriter& out, const ResultField& field) {
   Json categories = Json::array();
   for (const ResultCategory& category : field.categories) {
     categories.push_back({{"value", category.value}, {"label", TextOrNull(category.label)}});
   }
-  return {{"name", field.name},
-          {"label", TextOrNull(field.label)},
-          {"type", field.isCategorical ? "categorical" : "continuous"},
-          {"dataType", field.dataType},
-          {"categories", categories},
-          {"distribution", Distribution(field.distribution)}};
+  out.OpenObject();
+  out.Member("name", field.name);
+  out.Member("label", TextOrNull(field.label));
+  out.Member("type", field.isCategorical ? "categorical" : "continuous");
+  out.Member("dataType", field.dataType);
+  out.Member("categories", categories);
+  WriteDistribution(out, "distribution", field.distribution, Detail::Whole);
+  out.Close();
 }
 
 Json Trace(const ReportTrace& trace) {
@@ -94,7 +108,7 @@ class TestObject {
   TestObject(const ResultDocument& document, const ResultTest& test)
       : document(document), test(test) {}
 
-  void WriteTo(JsonWriter& out) const {
+  void WriteTo(JsonWriter& out, Detail detail) const {
     out.OpenObject();
     out.Member("name", test.name);
     out.Member("title", TestTitle(test.name));
@@ -118,8 +132,8 @@ class TestObject {
     if (test.extended) out.Member("extended", ExtendedObject(document, test));
     out.Member("intervals", Intervals());
     out.Member("details", Figures(test.details));
-    out.Member("differences", Distribution(test.differences));
-    out.Member("groups", Groups());
+    WriteDistribution(out, "differences", test.differences, detail);
+    WriteGroups(out, detail);
     out.Member("boxPlots", BoxPlots());
     out.Member("tables", Tables());
     WritePairwise(out);
@@ -188,19 +202,22 @@ class TestObject {
     return list;
   }
 
-  [[nodiscard]] Json Groups() const {
-    Json list = Json::array();
+  void WriteGroups(JsonWriter& out, Detail detail) const {
+    out.Key("groups");
+    out.OpenArray();
     for (const ResultGroup& group : test.groups) {
       Json labels = Json::array();
       for (const std::int32_t code : group.codes) {
         labels.push_back(SampleTitle(document, test, code));
       }
-      list.push_back({{"labels", labels},
-                      {"codes", group.codes},
-                      {"statistics", Figures(group.figures)},
-                      {"bins", Bins(group.bins)}});
+      out.OpenObject();
+      out.Member("labels", labels);
+      out.Member("codes", group.codes);
+      out.Member("statistics", Figures(group.figures));
+      if (detail == Detail::Whole) WriteBins(out, group.bins);
+      out.Close();
     }
-    return list;
+    out.Close();
   }
 
   [[nodiscard]] Json BoxPlots() const {
@@ -331,6 +348,12 @@ class TestObject {
   const ResultTest& test;
 };
 
+void WriteTests(const ResultDocument& document, JsonWriter& out, Detail detail) {
+  out.OpenArray();
+  for (const ResultTest& test : document.tests) TestObject(document, test).WriteTo(out, detail);
+  out.Close();
+}
+
 }  // namespace
 
 void RenderJson(const ResultDocument& document, const TextSink& sink) {
@@ -355,13 +378,17 @@ void RenderJson(const ResultDocument& document, const TextSink& sink) {
   out.Member("missingTreatment", document.listwise ? "listwise" : "analysis");
   out.Key("fields");
   out.OpenArray();
-  for (const ResultField& field : document.fields) out.Value(FieldObject(field));
+  for (const ResultField& field : document.fields) WriteField(out, field);
   out.Close();
   out.Key("tests");
-  out.OpenArray();
-  for (const ResultTest& test : document.tests) TestObject(document, test).WriteTo(out);
+  WriteTests(document, out, Detail::Whole);
   out.Close();
-  out.Close();
+  out.Finish();
+}
+
+void RenderTestsJson(const ResultDocument& document, const TextSink& sink) {
+  JsonWriter out(sink);
+  WriteTests(document, out, Detail::WithoutBins);
   out.Finish();
 }
 

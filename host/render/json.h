@@ -10,4 +10,7 @@ namespace npar_host {
 /// text under its key with "Text" added, a missing one is null.
 void RenderJson(const ResultDocument& document, const TextSink& sink);
 
+/// The tests of that report alone, an array, without the bins of their distributions.
+void RenderTestsJson(const ResultDocument& document, const TextSink& sink);
+
 }  // namespace npar_host

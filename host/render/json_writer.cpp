@@ -1,6 +1,7 @@
 #include "host/render/json_writer.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace npar_host {
 namespace {
@@ -8,8 +9,16 @@ namespace {
 constexpr int kIndent = 2;
 constexpr std::size_t kPiece = 1 << 16;  // bytes handed on at once
 
+// The library makes a writer of a kilobyte for each value, which is only worth it for a value that
+// holds others, and for what has to be escaped or is no whole number.
 std::string Dump(const Json& value) {
   return value.dump(kIndent, ' ', false, Json::error_handler_t::replace);
+}
+
+bool IsPlain(std::string_view text) {
+  return std::ranges::all_of(text, [](char letter) {
+    return letter >= ' ' && letter <= '~' && letter != '"' && letter != '\\';
+  });
 }
 
 }  // namespace
@@ -32,11 +41,7 @@ void JsonWriter::BeginItem() {
 
 void JsonWriter::Key(std::string_view name) {
   BeginItem();
-  // The library makes a writer of a kilobyte for each value; names are mostly plain.
-  const bool isPlain = std::ranges::all_of(name, [](char letter) {
-    return letter > ' ' && letter <= '~' && letter != '"' && letter != '\\';
-  });
-  if (isPlain) {
+  if (IsPlain(name)) {
     text.append("\"").append(name).append("\": ");
   } else {
     text += Dump(name) + ": ";
@@ -46,6 +51,22 @@ void JsonWriter::Key(std::string_view name) {
 
 void JsonWriter::Value(const Json& value) {
   BeginItem();
+  if (value.is_null()) {
+    text += "null";
+  } else if (value.is_number_integer() && !value.is_number_unsigned()) {
+    text += std::to_string(value.get<std::int64_t>());
+  } else if (const auto* const given = value.get_ptr<const std::string*>();
+             given && IsPlain(*given)) {
+    text.append("\"").append(*given).append("\"");
+  } else {
+    WriteDumped(value);
+  }
+  if (text.size() < kPiece) return;
+  sink(text);
+  text.clear();
+}
+
+void JsonWriter::WriteDumped(const Json& value) {
   // Inside a string a line break is escaped, so that each one here begins a line of the value.
   const std::string dumped = Dump(value);
   for (std::size_t begin = 0;;) {
@@ -55,9 +76,6 @@ void JsonWriter::Value(const Json& value) {
     BreakLine();
     begin = end + 1;
   }
-  if (text.size() < kPiece) return;
-  sink(text);
-  text.clear();
 }
 
 void JsonWriter::Open(char begin, char end) {
@@ -74,7 +92,8 @@ void JsonWriter::Close() {
 }
 
 void JsonWriter::Finish() {
-  sink(text + '\n');
+  text += '\n';
+  sink(text);
   text.clear();
 }
 

@@ -37,6 +37,7 @@ class JsonWriter {
   };
   void Open(char begin, char end);
   void BeginItem();
+  void WriteDumped(const Json& value);
   void BreakLine();
 
   const TextSink& sink;

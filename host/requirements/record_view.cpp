@@ -40,10 +40,12 @@ void DeliverEach(const Chunks<Value>& cells, std::size_t first, std::size_t coun
 void FieldView::Deliver(std::size_t first, std::size_t count, double* target,
                         std::size_t stride) const {
   if (codes.Size() > 0) {
-    DeliverEach(codes, first, count, target, stride, [&](std::int32_t code, std::size_t record) {
+    const auto deliver = [&](std::int32_t code, std::size_t record) {
       const double value = valueOfCode[static_cast<std::size_t>(code - kMissingCode)];
       return isNumbered && value != missing ? static_cast<double>(record + 1) : value;
-    });
+    };
+    codes.Visit(
+        [&](const auto& chunks) { DeliverEach(chunks, first, count, target, stride, deliver); });
     return;
   }
   if (IsPlain()) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/data/chunks.h"
+#include "host/data/codes.h"
 #include "host/data/dataset.h"
 
 namespace npar_host {
@@ -14,7 +15,7 @@ namespace npar_host {
 /// way.
 struct FieldView {
   Chunks<double> numbers;
-  Chunks<std::int32_t> codes;        ///< in place of numbers
+  Codes codes;                       ///< in place of numbers
   double missing = kMissingNumber;   ///< what is missing to the component
   std::vector<double> valueOfCode;   ///< what codes are delivered as, from kMissingCode on
   std::vector<double> missingCells;  ///< numbers that are missing, user-missing values

@@ -41,7 +41,7 @@ struct PreparedData {
   [[nodiscard]] std::string_view CaseText(double recordNumber) const;
 
   TextPool caseTexts;
-  Chunks<std::int32_t> caseOfRecord;  ///< in caseTexts; by record number less 1
+  Codes caseOfRecord;  ///< in caseTexts; by record number less 1
 };
 
 /// Carries the requirements out, in this order: user-missing values become missing in the fields

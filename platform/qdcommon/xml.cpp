@@ -75,14 +75,15 @@ constexpr std::array<bool, 256> SpecialBytes(Place place) {
 /// Length of the piece of text from `at` that is copied as it stands, a whole number of times what
 /// the processor compares at once; 0 where such a piece has a special byte or goes beyond the end.
 std::size_t PlainPiece(std::string_view text, std::size_t at) {
-  constexpr std::size_t kAtOnce = 16;
+  constexpr std::size_t kAtOnce = 32;  // compilers unroll shorter loops and then compare singly
   if (text.size() - at < kAtOnce) return 0;
-  unsigned special = 0;
-  for (const char character : text.substr(at, kAtOnce)) {
-    const auto byte = static_cast<unsigned char>(character);
-    special |= static_cast<unsigned>(byte < 0x20) | static_cast<unsigned>(byte >= 0x80) |
-               static_cast<unsigned>(byte == '&') | static_cast<unsigned>(byte == '<') |
-               static_cast<unsigned>(byte == '>') | static_cast<unsigned>(byte == '"');
+  unsigned char special = 0;
+  for (std::size_t i = 0; i < kAtOnce; ++i) {
+    const auto byte = static_cast<signed char>(text[at + i]);  // negative from 0x80 on
+    special |= static_cast<unsigned char>(
+        static_cast<unsigned char>(byte < ' ') | static_cast<unsigned char>(byte == '&') |
+        static_cast<unsigned char>(byte == '<') | static_cast<unsigned char>(byte == '>') |
+        static_cast<unsigned char>(byte == '"'));
   }
   return special == 0 ? kAtOnce : 0;
 }
@@ -116,6 +117,11 @@ void AppendEscaped(std::string& out, std::string_view text, Place place) {
 }
 
 void StartLine(std::string& out, std::size_t depth) {
+  constexpr std::string_view kBreak = "\n                ";
+  if (depth < kBreak.size() && !out.empty() && out.back() != '\n') {
+    out += kBreak.substr(0, depth + 1);
+    return;
+  }
   if (!out.empty() && out.back() != '\n') out += '\n';
   out.append(depth, ' ');
 }

@@ -24,18 +24,15 @@ _FORMS = {
     ".tex": "latex", ".csv": "csv", ".xml": "document",
 }  # fmt: skip
 
-_TESTS = '\n  "tests": '  # only a key of the whole report stands so
-_decoder = json.JSONDecoder()
-
 
 class Analysis(Sequence[TestResult]):
     """The results of one run, in the order of its report."""
 
-    def __init__(self, handle: Handle, report: bytes) -> None:
+    def __init__(self, handle: Handle, tests: bytes) -> None:
         self._handle = handle
         self._lock = threading.Lock()
-        self._json = report.decode()
-        self._results = tuple(read_test(test, _remedies()) for test in _tests_of(self._json))
+        remedies = _remedies()
+        self._results = tuple(read_test(test, remedies) for test in json.loads(tests))
 
     @overload
     def __getitem__(self, index: int) -> TestResult: ...
@@ -63,7 +60,7 @@ class Analysis(Sequence[TestResult]):
     @property
     def report_data(self) -> dict[str, Any]:
         """The JSON report as plain values."""
-        return dict(json.loads(self._json))
+        return dict(json.loads(self.to_json()))
 
     @property
     def document(self) -> str:
@@ -77,7 +74,7 @@ class Analysis(Sequence[TestResult]):
 
     def to_json(self) -> str:
         """The JSON report (docs/json.md)."""
-        return self._json
+        return self._form("json")
 
     def to_frame(self, library: str | None = None) -> Any:
         """A row for each test, as a data frame of pandas or polars."""
@@ -97,12 +94,6 @@ class Analysis(Sequence[TestResult]):
     def _form(self, form: str) -> str:
         with self._lock:
             return self._handle.result(form).decode()
-
-
-def _tests_of(report: str) -> list[dict[str, Any]]:
-    """The tests of a JSON report; the distributions of fields, which are long, are passed over."""
-    start = report.index(_TESTS) + len(_TESTS)
-    return list(_decoder.raw_decode(report, start)[0])
 
 
 @cache
@@ -219,8 +210,8 @@ def run_request(data: Any, request: Request, progress: ProgressChoice) -> Analys
     handle = Handle()
     request.give(handle, table)
     wanted = fields if names is None else [name for name in names if name in fields]
-    report = run(handle, lambda: table.give(handle, wanted), progress, table.records)
-    return Analysis(handle, report)
+    tests = run(handle, lambda: table.give(handle, wanted), progress, table.records)
+    return Analysis(handle, tests)
 
 
 def raise_if_failed(result: TestResult) -> None:

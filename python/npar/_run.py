@@ -28,7 +28,7 @@ def run(
     progress: ProgressChoice,
     records: Callable[[], int | None],
 ) -> bytes:
-    """Prepares and runs the analysis; its JSON report."""
+    """Prepares and runs the analysis; the tests of its JSON report."""
     watch = watcher(progress, records)
     if threading.current_thread() is not threading.main_thread():
         return _run_here(handle, prepare, watch)  # signals are the main thread's
@@ -44,7 +44,7 @@ def _run_here(handle: Handle, prepare: Callable[[], None], watch: Watcher | None
         handle.run(None)
     else:
         _run_watched(handle, watch)
-    return handle.result("json")
+    return handle.result("tests")
 
 
 def _run_watched(handle: Handle, watch: Watcher) -> None:

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <sstream>
+#include <utility>
 
 #include "catalogue/platform.h"
 #include "catalogue/run.h"
@@ -245,7 +246,10 @@ std::uint32_t NPARComponentBuilder::ExecuteAlgorithm(QDHB_700::QDPeerIterator& r
 }
 
 std::uint32_t NPARComponentBuilder::PublishResult(std::int32_t* err) {
-  std::ostringstream stream;
+  constexpr std::size_t kUsualSize = std::size_t{1} << 14;  // bytes
+  std::string room;
+  room.reserve(kUsualSize);
+  std::ostringstream stream(std::move(room));
   NPARRunInfo runInfo;
   QDHB_700::QDPeerHostInfo hostInfo;
   std::int32_t ignored = 0;  // a host may fail to name itself, and to close what it has taken
@@ -267,7 +271,7 @@ std::uint32_t NPARComponentBuilder::PublishResult(std::int32_t* err) {
   const auto helper = HbHelperV1::ContainerHelper::create(container);
   if (helper == nullptr) return NotOffered(err);
   const std::uint32_t result = helper->putString(
-      nullptr, helper->constructMetadata(kMediaType, kFileName), stream.str(), err);
+      nullptr, helper->constructMetadata(kMediaType, kFileName), std::move(stream).str(), err);
   if (HB_HAS(container, HBContainerFileTable, close)) {
     static_cast<void>(
         AskHost(&ignored, [&] { return container->table->close(container, &ignored); }));

@@ -160,6 +160,11 @@ TEST(AnalysisLibraryTest, ColumnsByPointersAndAStreamGiveTheSame) {
   EXPECT_EQ(given.Run(), NPAR_A_OK) << given.Error();
   const json report = Report(streamed.Result("json"));
   EXPECT_EQ(json::diff(report, Report(given.Result("json"))), json::array());
+  json tests = report["tests"];
+  for (json& test : tests) {
+    for (json& group : test["groups"]) group.erase("bins");
+  }
+  EXPECT_EQ(json::diff(tests, json::parse(streamed.Result("tests"))), json::array());
   // The order is the dictionary's; an entry without a record is no group.
   const json& field = report["fields"][1];
   EXPECT_EQ(field["categories"][0]["value"], "before");

@@ -44,6 +44,8 @@ TEST(XmlReader, TakesPlainXmlAndNamesThePlaceOfWhatItRefuses) {
       {"bytes that are no UTF-8", "<a>\n\xFF</a>", "d.xml:2:1: the text is not UTF-8"},
       {"another encoding", std::string("\xFF\xFE<\0a\0/\0>\0", 10),
        "d.xml:1:1: the text is not UTF-8"},
+      {"a control character far on", "<a>" + std::string(70, 'x') + "\x01</a>",
+       "d.xml:1:74: the text holds a control character"},
       {"zero byte", std::string("<a>\0</a>", 8), "d.xml:1:4: the text holds a control character"},
   };
   for (const Document& row : rows) {

@@ -40,6 +40,8 @@ TEST(XMLDocument, RefusesWhatIsNoPlainXmlAndSaysWhere) {
        "line 1, column 4: unknown entity"},
       {"a zero byte, which would end the text", std::string("<a/>\0<b/>", 9),
        "line 1, column 5: not a character"},
+      {"what follows a long plain text", "<a>" + std::string(70, 'x') + "\x01</a>",
+       "line 1, column 74: not a character"},
       {"Latin-1", "<a b='caf\xE9'/>", "line 1, column 10: not a character"},
       {"a character in too many bytes", "<a>\xC0\xBC</a>", "line 1, column 4: not a character"},
       {"half of a surrogate pair", "<a>\xED\xA0\x80</a>", "line 1, column 4: not a character"},

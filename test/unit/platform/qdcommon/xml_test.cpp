@@ -67,6 +67,8 @@ TEST(Xml, WhatAParserReadsBackIsTheTextThatWasWritten) {
     std::string read;  // empty: the text itself
   } rows[] = {
       {"markup", "a & b < c > d ]]> &amp; <!-- -->", ""},
+      {"markup behind a long plain text", std::string(70, 'x') + "<&>\"" + std::string(40, 'y'),
+       ""},
       {"quotes", "\"double\" and 'single'", ""},
       {"line ends and tabs", " \n\r\n\r\t ", ""},
       {"two, three and four bytes", "\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80", ""},
