@@ -58,7 +58,7 @@ def small_library():
         for column in columns:
             handle.add_column(column)
         handle.run(None)
-        return handle.result("json")
+        return handle.result("tests")
 
     return median_milliseconds(call)
 

@@ -90,35 +90,42 @@ void WriteEight(std::uint32_t number, char* out) {
 /// In the form of "%.15g".
 void Append(std::string& out, const Decimal& decimal, bool isNegative) {
   constexpr int kSmallestFixed = -4;
-  std::array<char, 2 * kHalfDigits + 2> room;  // with a digit 0 before the first
+  // A digit 0 before the first, and room behind the last: copies of a fixed length are quickest.
+  std::array<char, 1 + 2 * kDigits + 1> room{};
   WriteEight(static_cast<std::uint32_t>(decimal.digits / kHalf), room.data());
   WriteEight(static_cast<std::uint32_t>(decimal.digits % kHalf), room.data() + kHalfDigits + 1);
   const char* const digits = room.data() + 1;
-  std::size_t count = kDigits;
+  std::ptrdiff_t count = kDigits;
   while (count > 1 && digits[count - 1] == '0') --count;
-  const std::string_view all(digits, count);
-  if (isNegative) out += '-';
+  std::array<char, 3 * kDigits> text;
+  char* end = text.data();
+  if (isNegative) *end++ = '-';
   if (decimal.exponent >= 0 && decimal.exponent < kDigits) {
-    const auto whole = static_cast<std::size_t>(decimal.exponent) + 1;
-    out += all.substr(0, whole);
+    const std::ptrdiff_t whole = decimal.exponent + 1;
+    std::copy_n(digits, kDigits, end);
     if (count > whole) {
-      out += '.';
-      out += all.substr(whole);
+      end[whole] = '.';
+      std::copy_n(digits + whole, kDigits, end + whole + 1);
+      end += count + 1;
     } else {
-      out.append(whole - count, '0');
+      end += whole;
     }
   } else if (decimal.exponent < 0 && decimal.exponent >= kSmallestFixed) {
-    out += "0.";
-    out.append(static_cast<std::size_t>(-decimal.exponent - 1), '0');
-    out += all;
+    *end++ = '0';
+    *end++ = '.';
+    end = std::fill_n(end, -decimal.exponent - 1, '0');
+    std::copy_n(digits, kDigits, end);
+    end += count;
   } else {
-    out += all.front();
-    if (count > 1) out += '.';
-    out += all.substr(1);
-    out += decimal.exponent < 0 ? "e-" : "e+";
+    *end++ = *digits;
+    if (count > 1) *end++ = '.';
+    end = std::copy_n(digits + 1, count - 1, end);
+    *end++ = 'e';
+    *end++ = decimal.exponent < 0 ? '-' : '+';
     // Of two digits at most.
-    out.append(&kPairs[static_cast<std::size_t>(std::abs(decimal.exponent)) * 2], 2);
+    end = std::copy_n(&kPairs[static_cast<std::size_t>(std::abs(decimal.exponent)) * 2], 2, end);
   }
+  out.append(text.data(), end);
 }
 
 /// The digits behind the point of "%.15g".

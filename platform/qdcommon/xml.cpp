@@ -137,7 +137,7 @@ XMLString* XMLString::Create(std::string_view text) {
 XMLElement* XMLElement::Create(std::string_view name) { return new XMLElement(name); }
 
 XMLElement::XMLElement(std::string_view name) : nameSize(name.size()) {
-  written.reserve(name.size() + 1);
+  if (name.size() >= written.capacity()) written.reserve(name.size() + kUsualAttributes);
   written += '<';
   written += name;
 }

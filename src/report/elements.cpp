@@ -137,11 +137,11 @@ struct IntervalTexts {
 };
 
 IntervalTexts TextsOf(const std::vector<HistogramBin>& bins) {
-  constexpr std::size_t kUsualCount = 4;  // characters, with the separator
+  constexpr std::size_t kUsualFilled = 64;  // of the bins
+  constexpr std::size_t kUsualCount = 4;    // characters, with the separator
   constexpr std::size_t kUsualValue = 20;
   IntervalTexts texts;
-  const auto filled = static_cast<std::size_t>(std::count_if(
-      bins.begin(), bins.end(), [](const HistogramBin& bin) { return bin.count > 0; }));
+  const std::size_t filled = std::min(bins.size(), kUsualFilled);
   texts.counts.reserve(filled * kUsualCount);
   texts.values.reserve(filled * kUsualValue);
   for (const HistogramBin& bin : bins) {
