@@ -303,7 +303,7 @@ void XmlWrite(benchmark::State& state) {
     XMLElement* table = AddStructuredTable(*algorithm, "StatisticsResult");
     for (int row = 0; row < kRows; ++row) AddAttributeRow(*table, "Value", 1.0 / (row + 1));
     std::string text;
-    algorithm->Write(text, 0, true);
+    algorithm->Write(text, true);
     benchmark::DoNotOptimize(text.data());
   }
   state.SetItemsProcessed(state.iterations() * kRows);
