@@ -275,7 +275,9 @@ std::string Analysis::Render(const std::string& form) {
 }
 
 const std::string& Analysis::Result(const std::string& form) {
-  if (!document) throw StateError("there is no result; a run has to succeed first");
+  if (!document && !documentText) {
+    throw StateError("there is no result; a run has to succeed first");
+  }
   if (form == kDocument) {
     if (!documentText) throw UsageError("sums of pieces make no result document; take the JSON");
     return *documentText;
