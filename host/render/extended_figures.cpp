@@ -94,7 +94,7 @@ std::string ExactDifference(const ResultDocument& document, const ResultTest& te
 
 std::optional<Limits> EffectLimits(const ResultTest& test, const EffectSize& effect) {
   const Limits limits{ExtendedFigure(test, "RankBiserialLower"),
-                      ExtendedFigure(test, "RankBiserialUpper")};
+                      ExtendedFigure(test, "RankBiserialUpper"), LimitsMethod("RankBiserial")};
   constexpr double kRounding = 1e-9;
   const auto value = FigureNumber(ExtendedFigure(test, "RankBiserial"));
   const bool areOfIt = value && std::abs(*value - effect.value) <= kRounding;
@@ -240,6 +240,8 @@ std::vector<FurtherFigure> FurtherFigures(const ResultTest& test) {
       if (rows.empty() || rows.back().name != *limited) {
         rows.push_back({std::string(*limited), ExtendedLabel(*limited), {}, {}});
       }
+      const std::string_view method = LimitsMethod(*limited);
+      if (!method.empty()) rows.back().label.append(" (").append(method).append(")");
       rows.back().limits = Limits{figures[i].text, figures[i + 1].text};
       ++i;
     } else if (const auto tailed = CommonStem(name, next, "Less", "Greater")) {

@@ -26,6 +26,7 @@ namespace npar_host {
 
 struct Limits {
   std::string_view lower, upper;
+  std::string_view method = {};  // where the label does not name it
 };
 /// Limits of the effect size at the run's confidence level.
 [[nodiscard]] std::optional<Limits> EffectLimits(const ResultTest& test, const EffectSize& effect);

@@ -147,6 +147,17 @@ std::string ExtendedLabel(std::string_view name) {
          (isLower ? ", lower limit" : ", upper limit");
 }
 
+std::string_view LimitsMethod(std::string_view name) {
+  constexpr std::string_view kMethods[][2] = {
+      {"RankBiserial", "Newcombe"},         {"ProbabilityOfSuperiority", "Newcombe"},
+      {"PseudoMedian", "order statistics"}, {"MedianDifference", "order statistics"},
+      {"PositiveShare", "Wilson"},          {"OddsRatio", "Clopper-Pearson"},
+  };
+  const auto* const found =
+      std::ranges::find_if(kMethods, [name](const auto& row) { return row[0] == name; });
+  return found == std::end(kMethods) ? std::string_view() : (*found)[1];
+}
+
 bool IsForText(std::string_view name) {
   const Entry* const entry = Find(name);
   return entry == nullptr || entry->isForText;

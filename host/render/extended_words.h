@@ -10,6 +10,9 @@ namespace npar_host {
 /// are.
 [[nodiscard]] std::string ExtendedLabel(std::string_view name);
 
+/// Whose limits a figure has, "Wilson"; empty where its label names them.
+[[nodiscard]] std::string_view LimitsMethod(std::string_view name);
+
 /// Does it stand in the text report, which is to be read at a glance? Pages have all figures.
 [[nodiscard]] bool IsForText(std::string_view name);
 

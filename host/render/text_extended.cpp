@@ -29,8 +29,9 @@ void AddEffectLimits(TextTable& table, const ResultDocument& document, const Res
   const auto effect = FindEffectSize(document, test);
   const auto limits = effect ? EffectLimits(test, *effect) : std::nullopt;
   if (!limits) return;
-  table.rows.push_back({"  " + PercentText(document.confidenceLevel) + " CI",
-                        "[" + FigureText(limits->lower) + ", " + FigureText(limits->upper) + "]"});
+  table.rows.push_back(
+      {"  " + PercentText(document.confidenceLevel) + " CI (" + std::string(limits->method) + ")",
+       "[" + FigureText(limits->lower) + ", " + FigureText(limits->upper) + "]"});
 }
 
 void AddAttainedLevel(TextTable& table, const ResultTest& test) {

@@ -84,7 +84,8 @@ std::string FiguresTable(const ResultDocument& document, const ResultTest& test,
     table.AddRow(Escaped(effect->name + (namesSymbol ? "" : " " + effect->symbol)),
                  {FigureMarkup(NumberText(effect->value))}, "effect");
     if (const auto limits = EffectLimits(test, *effect)) {
-      table.AddRow(PercentText(document.confidenceLevel) + " CI of " + Escaped(effect->symbol),
+      table.AddRow(PercentText(document.confidenceLevel) + " CI of " + Escaped(effect->symbol) +
+                       " (" + Escaped(limits->method) + ")",
                    {LimitsMarkup(*limits)}, "effect");
     }
   }

@@ -94,7 +94,7 @@ TEST(ExtendedFiguresTest, GroupsEffectAndSentenceTakeTheirFigures) {
   EXPECT_THAT(columns.Cells(columns.RowOfGroup(test, 0)), ElementsAre("22.7", ""));
   EXPECT_THAT(columns.Cells(std::nullopt), ElementsAre("", ""));
   EXPECT_THAT(RenderText(document, {}),
-              HasSubstr("  95 % CI                          [-0.5225, 0.0157]"));
+              HasSubstr("  95 % CI (Newcombe)               [-0.5225, 0.0157]"));
   EXPECT_THAT(Sentence(document, test), HasSubstr("r = -.28, 95 % CI [-.52, .02]."));
   EXPECT_THAT(Sentence(document, test), HasSubstr("Mdn = 22.70 and 16.50,"));
 }
@@ -113,7 +113,7 @@ TEST(ExtendedFiguresTest, LimitsAndTailsStandInOneRowAndUnknownNamesAreSplit) {
   for (const FurtherFigure& figure : FurtherFigures(test)) {
     rows.push_back(figure.label + ": " + FurtherCell(figure, show));
   }
-  EXPECT_THAT(rows, ElementsAre("Odds ratio: 2 [1, 4]", "New figure of N: 5",
+  EXPECT_THAT(rows, ElementsAre("Odds ratio (Clopper-Pearson): 2 [1, 4]", "New figure of N: 5",
                                 "Exact, less and greater: 0.25, 0.75"));
   EXPECT_EQ(ExtendedLabel("OddsRatioLower"), "Odds ratio, lower limit");
 }
