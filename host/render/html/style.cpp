@@ -167,6 +167,10 @@ summary { cursor: pointer; color: var(--link); padding: .15rem 0; width: fit-con
 details .scroll { max-height: 20rem; overflow-y: auto; }
 svg { display: block; width: 100%; height: auto; }
 footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
+@media (max-width: 56rem) {
+  table.overview td:nth-of-type(4) .kind { white-space: normal; overflow-wrap: break-word; }
+  table.overview th[scope=row] { min-width: 7rem; }
+}
 @media (max-width: 40rem) {
   header, main, footer { padding-left: .75rem; padding-right: .75rem; }
   section.test, section.overview, #fields { padding: .9rem; }
@@ -187,7 +191,8 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
   table.overview .kind { display: inline; }
   th, td { padding: .3rem .4rem; }
   th, th[scope=row] { min-width: 3rem; }
-  table.figures td { white-space: normal; }
+  /* Wraps between words, never within a number. */
+  table.figures td { white-space: normal; overflow-wrap: break-word; }
 }
 @media print {
   :root { --page: #ffffff; --card: #ffffff; --ink: #000000; --quiet: #444444; --line: #bbbbbb;

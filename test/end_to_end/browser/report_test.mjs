@@ -79,6 +79,13 @@ async function checkLayout(page, view, fault) {
         box.top < frame.top - 1 || box.bottom > frame.bottom + 1);
     }).map((text) => text.textContent),
     scrolls: document.documentElement.scrollWidth - document.documentElement.clientWidth,
+    // The overview is read at a glance, at any width; a number stands in one line.
+    overview: [...document.querySelectorAll('#overview .scroll')].map((box) => box.scrollWidth - box.clientWidth),
+    broken: [...document.querySelectorAll('table.figures td')].filter((cell) => {
+      const lines = parseFloat(getComputedStyle(cell).lineHeight);
+      const number = cell.querySelector('data');
+      return number !== null && /^[-\d.]+$/.test(number.textContent) && number.getBoundingClientRect().height > 1.5 * lines;
+    }).map((cell) => cell.textContent),
     figures: document.querySelectorAll('figure').length,
     isHidden: document.querySelector('section.test')?.offsetParent === null,
   }));
@@ -90,6 +97,8 @@ async function checkLayout(page, view, fault) {
   }
   for (const text of found.cut) fault(`cut: ${text}`);
   if (found.scrolls > 0) fault(`scrolls sideways by ${found.scrolls} pixels`);
+  if (Math.max(0, ...found.overview) > 0) fault(`the overview scrolls sideways by ${found.overview} pixels`);
+  for (const number of found.broken) fault(`in two lines: ${number}`);
 }
 
 // Of hundreds of tests the sections are alike, and axe takes minutes for all.
