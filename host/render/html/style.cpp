@@ -190,7 +190,7 @@ footer { color: var(--quiet); font-size: .85rem; padding-bottom: 2rem; }
   table.overview td:nth-of-type(4)::before { content: "p "; font-style: italic; }
   table.overview .kind { display: inline; }
   th, td { padding: .3rem .4rem; }
-  th, th[scope=row] { min-width: 3rem; }
+  th { min-width: 3rem; }
   /* Wraps between words, never within a number. */
   table.figures td { white-space: normal; overflow-wrap: break-word; }
 }
