@@ -159,6 +159,22 @@ void ForEachPart(const RadixBuckets& buckets, TellSorted tell, double from, doub
   });
 }
 
+/// Touches each huge page of an array. The system clears a page when it is touched first, which
+/// takes about a millisecond; the first entries that are placed would touch all of them, and a
+/// cancel wait for that.
+template <typename Entry>
+void TouchPages(Entry* entries, std::size_t count) {
+  constexpr std::size_t kStep = kHugePage / sizeof(Entry);
+  const std::size_t pages = count / kStep;
+  const std::size_t parts = std::min(Threads::PartsOf(count), pages);
+  Threads::ForEach(parts, [&](std::size_t part) {
+    for (std::size_t page = pages * part / parts; page < pages * (part + 1) / parts; ++page) {
+      Interruption::Check();
+      *reinterpret_cast<volatile char*>(entries + page * kStep) = 0;
+    }
+  });
+}
+
 /// Entries, at most 2^32 - 1, ascending by their keys, equal ones in the order in which they come.
 /// `entries` has Count() of them, DifferingBits() as RadixBuckets takes them, and, for pieces that
 /// several threads go through once, ForEachKey(begin, end, take) and ForEachEntry(begin, end,
@@ -177,6 +193,7 @@ template <typename Entry, typename Entries>
               });
   buckets.StartPlacing();
   Entry* places = sorted.get();
+  TouchPages(places, entries.Count());
   ForEachPart(buckets, tell, kSortCounted, kSortPlaced,
               [&](std::size_t part, std::size_t begin, std::size_t end) {
                 const RadixBuckets::Placer placer = buckets.PlacerOf(part);
