@@ -271,22 +271,78 @@ std::string ElementNames() {
   return lines;
 }
 
+/// Names a test in the row of what is the same of several.
+void AddTo(std::vector<std::pair<std::string, std::string>>& rows, const std::string& what,
+           std::string_view test) {
+  const auto found = std::ranges::find(rows, what, &std::pair<std::string, std::string>::first);
+  if (found == rows.end()) {
+    rows.emplace_back(what, Code(test));
+  } else {
+    found->second += ", " + Code(test);
+  }
+}
+
 std::string OptionTable() {
   std::vector<std::pair<std::string, std::string>> rows;  // options, tests that have them
   for (const Card* test : kTests) {
     std::vector<std::string> names;
     for (const Option& option : test->options) names.push_back(Code(option.name));
-    const std::string options = names.empty() ? "none" : Joined(names);
-    const auto found =
-        std::ranges::find(rows, options, &std::pair<std::string, std::string>::first);
-    if (found == rows.end()) {
-      rows.emplace_back(options, Code(test->name));
-    } else {
-      found->second += ", " + Code(test->name);
-    }
+    AddTo(rows, names.empty() ? "none" : Joined(names), test->name);
   }
   std::string table = "| test | options |\n|---|---|\n";
   for (const auto& [options, tests] : rows) table += "| " + tests + " | " + options + " |\n";
+  return table;
+}
+
+/// How an effect size is formed, and between what it lies.
+std::string FormulaCells(EffectFormula formula) {
+  const std::string byRoot = "z / √N [7]";
+  switch (formula) {
+    case EffectFormula::None:
+      break;
+    case EffectFormula::MeanRanks:
+      return "2 (M2 - M1) / N, M1 and M2 the groups' mean ranks; the same as 2 U / (n1 n2) - 1 [1] "
+             "| -1 to 1; above 0: the second group tends to larger values";
+    case EffectFormula::SignedRanks:
+    case EffectFormula::PairedSignedRanks:
+      return "(T+ - T-) / (T+ + T-), T+ and T- the rank sums of the positive and negative "
+             "differences, T+ + T- = n (n + 1) / 2 with n differences not zero [2] | -1 to 1; "
+             "above "
+             "0: differences tend to be positive";
+    case EffectFormula::EpsilonSquared:
+      return "H / (N - 1), which is H (N + 1) / (N² - 1) [3] | 0 to 1";
+    case EffectFormula::Concordance:
+      return "Q / (N (k - 1)) [4] | 0 to 1";
+    case EffectFormula::GivenConcordance:
+      return "what the test gives [4] | 0 to 1";
+    case EffectFormula::ChangedProportion:
+      return "max(b, c) / (b + c) - 1/2, b and c the records that changed class [5] | 0 to 0.5";
+    case EffectFormula::ProportionAngles:
+      return "2 asin √p - 2 asin √p0, p the observed and p0 the hypothesised proportion of the "
+             "first class [5] | -π to π; above 0: more of the first class than hypothesised";
+    case EffectFormula::RootOfChiSquare:
+      return "√(χ² / N) [5, 6] | from 0; to 1 where the table has two columns";
+    case EffectFormula::StandardisedByN:
+      return byRoot + " | its sign is that of z";
+    case EffectFormula::UntiedStandardised:
+      return byRoot + ", without ties between the groups | its sign is that of z";
+  }
+  return {};
+}
+
+std::string EffectSizeTable() {
+  std::vector<std::pair<std::string, std::string>> rows;  // what the size is, tests that have it
+  for (const Card* test : kTests) {
+    const EffectSize& effect = test->effectSize;
+    if (effect.formula == EffectFormula::None) continue;
+    std::string name(std::string_view(effect.name));
+    const std::string symbol(std::string_view(effect.symbol));
+    if (!name.ends_with(' ' + symbol)) name += ", " + symbol;
+    const std::string cells = name + " | " + FormulaCells(effect.formula);
+    AddTo(rows, cells, test->name);
+  }
+  std::string table = "| tests | effect size | formula | range |\n|---|---|---|---|\n";
+  for (const auto& [cells, tests] : rows) table += "| " + tests + " | " + cells + " |\n";
   return table;
 }
 
@@ -318,6 +374,7 @@ int main(int count, char** arguments) {
       {"docs/messages.md", Messages()},
       {"docs/parameters.md", Parameters()},
       {"docs/command_line.md", WithPart("docs/command_line.md", OptionTable())},
+      {"docs/effect_sizes.md", WithPart("docs/effect_sizes.md", EffectSizeTable())},
       {"schema/statxml-7.0.xsd", WithPart("schema/statxml-7.0.xsd", ElementNames())},
   };
   for (const Card* card : kCards) {

@@ -10,9 +10,11 @@ struct Entry {
   std::string_view name;
   std::string_view words;
   bool isForText = true;
+  std::string_view limitsMethod = {};  // where it is the same in all tests
 };
 
 constexpr bool kPageOnly = false;
+constexpr bool kAlways = true;
 
 constexpr Entry kEntries[] = {
     // Significances; the one-sided ones stand as a pair.
@@ -67,21 +69,21 @@ constexpr Entry kEntries[] = {
     // Sizes of effects, with their limits.
     {"CohensH", "Cohen's h"},
     {"CohensW", "Cohen's w"},
-    {"RankBiserial", "Rank-biserial correlation"},
-    {"ProbabilityOfSuperiority", "Probability of superiority"},
+    {"RankBiserial", "Rank-biserial correlation", kAlways, "Newcombe"},
+    {"ProbabilityOfSuperiority", "Probability of superiority", kAlways, "Newcombe"},
     {"EpsilonSquared", "Epsilon squared"},
     {"EtaSquaredH", "Eta squared"},
     {"EtaSquaredQ", "Eta squared"},
     {"KendallsTauB", "Kendall's tau-b"},
     {"SomersD", "Somers' D"},
-    {"OddsRatio", "Odds ratio"},
+    {"OddsRatio", "Odds ratio", kAlways, "Clopper-Pearson"},
     {"MeanSpearman", "Mean rank correlation of the records"},
-    {"PseudoMedian", "Pseudo-median"},
+    {"PseudoMedian", "Pseudo-median", kAlways, "order statistics"},
     {"PseudoMedianAttainedLevel", "Pseudo-median, level attained", kPageOnly},
-    {"MedianDifference", "Median difference"},
+    {"MedianDifference", "Median difference", kAlways, "order statistics"},
     {"MedianDifferenceAttainedLevel", "Median difference, level attained", kPageOnly},
     {"FirstClassShare", "Share of the first class"},
-    {"PositiveShare", "Share of positive differences"},
+    {"PositiveShare", "Share of positive differences", kAlways, "Wilson"},
     {"Wilson", "Share, Wilson limits"},
     {"AgrestiCoull", "Share, Agresti-Coull limits", kPageOnly},
     {"Exact", "Exact limits"},
@@ -148,14 +150,8 @@ std::string ExtendedLabel(std::string_view name) {
 }
 
 std::string_view LimitsMethod(std::string_view name) {
-  constexpr std::string_view kMethods[][2] = {
-      {"RankBiserial", "Newcombe"},         {"ProbabilityOfSuperiority", "Newcombe"},
-      {"PseudoMedian", "order statistics"}, {"MedianDifference", "order statistics"},
-      {"PositiveShare", "Wilson"},          {"OddsRatio", "Clopper-Pearson"},
-  };
-  const auto* const found =
-      std::ranges::find_if(kMethods, [name](const auto& row) { return row[0] == name; });
-  return found == std::end(kMethods) ? std::string_view() : (*found)[1];
+  const Entry* const entry = Find(name);
+  return entry == nullptr ? std::string_view() : entry->limitsMethod;
 }
 
 bool IsForText(std::string_view name) {

@@ -5,18 +5,15 @@
 #include <cstdint>
 #include <numeric>
 #include <optional>
-#include <span>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "catalogue/run.h"
 #include "kit/comparisons/multiple_comparisons.h"
-#include "kit/comparisons/range_medians.h"
 #include "kit/contract/test.h"
 #include "kit/groups/group_median_limits.h"
 #include "kit/groups/group_tally.h"
-#include "kit/order/sorted_sample.h"
 #include "kit/statistics/chi_square.h"
 #include "kit/statistics/freeman_halton.h"
 #include "kit/statistics/two_row_table.h"
@@ -26,15 +23,13 @@
 #include "report/comparison_tables.h"
 #include "report/elements.h"
 #include "report/extended_tables.h"
+#include "tests/independent/median_comparisons.h"
 
 namespace card = catalogue::median;
 
 namespace {
 
 constexpr std::int32_t kPasses = 3;
-
-/// With fewer groups their table of medians costs more than it saves.
-constexpr std::size_t kFewestForTable = 64;
 
 /// Median test: do k independent samples come from populations of one median?
 ///
@@ -130,7 +125,7 @@ class NPARKSMedian final : public NPARTest {
       if (countsCells) {
         CountCell(units.values[i], units.Weight(i), place);
       } else {
-        sortedGroups[place].Add(units.values[i], units.Weight(i));
+        comparisons->Add(units.values[i], units.Weight(i), place);
       }
     }
   }
@@ -207,57 +202,32 @@ class NPARKSMedian final : public NPARTest {
          {IntegerText(expected.lowCells), NumberText(expected.LowPercentage()),
           NumberText(expected.smallest)});
     if (comparison.PassGate(*this, sigLevel, DecidingSig(), lowerCounts.size())) {
-      sortedGroups.resize(lowerCounts.size());
+      comparisons.emplace(lowerCounts.size(), givenMedian);
     }
   }
 
   void Compare() {
-    std::vector<const SortedSample*> groups;
     std::vector<ComparedSample> list;
-    for (std::size_t place = 0; place < sortedGroups.size(); ++place) {
-      groups.push_back(&sortedGroups[place]);
-      list.push_back({tally->Groups()[place], MedianOf({&groups.back(), 1})});
+    for (std::size_t place = 0; place < lowerCounts.size(); ++place) {
+      list.push_back({tally->Groups()[place], comparisons->MedianOfGroup(place)});
     }
     if (comparison.WantsPairwise()) {
-      const std::size_t groupCount = groups.size();
-      comparison.RunPairwise(std::move(list), groupCount, [&](std::int32_t i, std::int32_t j) {
-        const SortedSample* const pair[] = {groups[static_cast<std::size_t>(i)],
-                                            groups[static_cast<std::size_t>(j)]};
-        const RangeFigures figures = ComputeFor(pair);
-        return PairFigures{figures.testStatistic, QDMV::gMissingValue, QDMV::gMissingValue,
-                           figures.sig};
-      });
+      comparison.RunPairwise(
+          std::move(list), lowerCounts.size(), [&](std::int32_t i, std::int32_t j) {
+            const RangeFigures figures =
+                comparisons->PairOf(static_cast<std::size_t>(i), static_cast<std::size_t>(j));
+            return PairFigures{figures.testStatistic, QDMV::gMissingValue, QDMV::gMissingValue,
+                               figures.sig};
+          });
       return;
     }
     OrderByMeasure(list);
-    RunStepwise(std::move(list));
-  }
-
-  void RunStepwise(std::vector<ComparedSample> list) {
-    std::vector<const SortedSample*> ordered;
-    std::vector<std::int64_t> totalBefore{0};
-    std::vector<std::int64_t> givenBefore{0};  // at or below the given median
-    for (const ComparedSample& sample : list) {
-      const SortedSample* group = &sortedGroups[tally->PlaceOf(sample.index)];
-      ordered.push_back(group);
-      totalBefore.push_back(totalBefore.back() + group->Total());
-      givenBefore.push_back(givenBefore.back() +
-                            (givenMedian ? group->CountUpTo(*givenMedian) : 0));
-    }
-    std::optional<RangeMedians> medians;
-    if (!givenMedian && ordered.size() >= kFewestForTable) medians.emplace(ordered);
-    comparison.RunStepwise(
-        *this, std::move(list), [&](const SampleRange& range) -> std::optional<RangeFigures> {
-          const auto groups = std::span(ordered).subspan(range.first, range.Size());
-          if (!givenMedian && !medians) return ComputeFor(groups);
-          const RangeMedians::Halves halves =
-              givenMedian ? RangeMedians::Halves{*givenMedian, givenBefore[range.last + 1] -
-                                                                   givenBefore[range.first]}
-                          : medians->Halve(range);
-          const std::int64_t total = totalBefore[range.last + 1] - totalBefore[range.first];
-          if (IsSurelyApart(range, halves, total, ordered)) return std::nullopt;
-          return ComputeAt(halves.median, groups);
-        });
+    std::vector<std::size_t> places;
+    for (const ComparedSample& sample : list) places.push_back(tally->PlaceOf(sample.index));
+    comparisons->StartRanges(places);
+    comparison.RunStepwise(*this, std::move(list), [&](const SampleRange& range) {
+      return comparisons->RangeOf(range, comparison.DecidingLevel(range));
+    });
   }
 
   void WriteCells(XMLElement& algorithm) const {
@@ -286,36 +256,6 @@ class NPARKSMedian final : public NPARTest {
     return table;
   }
 
-  /// The test on some of the groups, parted at their median or the given one.
-  [[nodiscard]] RangeFigures ComputeFor(std::span<const SortedSample* const> groups) const {
-    return ComputeAt(givenMedian ? *givenMedian : MedianOf(groups), groups);
-  }
-
-  [[nodiscard]] static RangeFigures ComputeAt(double cut,
-                                              std::span<const SortedSample* const> groups) {
-    TwoRowTable table;
-    for (const SortedSample* group : groups) table.Add(group->CountUpTo(cut), group->Total());
-    const auto [x, sig] = table.ChiSquare();
-    return {x, sig};
-  }
-
-  // X is a sum of two positive terms for each group, which are alike but for the expected count.
-  [[nodiscard]] bool IsSurelyApart(const SampleRange& range, const RangeMedians::Halves& halves,
-                                   std::int64_t total,
-                                   std::span<const SortedSample* const> groups) const {
-    const auto n = static_cast<double>(total);
-    const auto lowerSum = static_cast<double>(halves.upTo);
-    const double enough = SurelySignificantChiSquare(comparison.DecidingLevel(range), range.Size());
-    const double lowerShare = lowerSum / n;
-    const double scale = lowerShare * (1.0 - lowerShare);
-    return TermsPass(range, enough * scale, [&](std::size_t place) {
-      const auto size = static_cast<double>(groups[place]->Total());
-      const double deviation =
-          static_cast<double>(groups[place]->CountUpTo(halves.median)) - size * lowerShare;
-      return deviation * deviation / size;
-    });
-  }
-
   /// Decides: the exact p where there is one.
   [[nodiscard]] double DecidingSig() const { return exactSig.value_or(overall.sig); }
 
@@ -330,8 +270,8 @@ class NPARKSMedian final : public NPARTest {
   ChiSquareFigures yates;  // two groups only
   std::optional<double> exactSig;
   MultipleComparison comparison;
-  std::vector<SortedSample> sortedGroups;  // by place
-  GroupMedianLimits medianLimits;          // only for the extended figures
+  std::optional<MedianComparisons> comparisons;  // of groups by place
+  GroupMedianLimits medianLimits;                // only for the extended figures
 };
 
 }  // namespace
