@@ -2,13 +2,15 @@
 """Whole runs of npar beside SciPy's and R's calls for the same tests on the same data.
 
 npar: from records in the host's memory to the finished result document, with the histograms, summaries and box
-plots that belong to it. SciPy, and R where it is installed (peers.R): the bare call on prepared arrays. They take
+plots that belong to it. SciPy, and R where it is installed (peers.R): the bare call on prepared arrays. pandas, polars and DuckDB, where they are:
+the part of a test's work that they can do, rank sums of groups and medians of groups, on a table in memory. They take
 turns, each figure is the median over the rounds, in seconds of processor time (the clock tells little on a machine
 that others use too). Beside them stands the machine's floor from the same rounds: one scan of the records, one radix
 sort of as many pairs of a key and a 32-bit number, and one walk over the records in the order that it found.
 """
 import argparse
 import contextlib
+import functools
 import pathlib
 import shutil
 import statistics
@@ -56,6 +58,51 @@ def five_tests(values, groups):
     ks_normal(values)
 
 
+def frame_peers(columns, of_pandas, of_polars, of_duckdb):
+    """Calls on a table of the same values and groups, of the peers that are installed."""
+    table = {"value": columns[0], "code": columns[1]}
+    calls = {}
+    with contextlib.suppress(ImportError):
+        import pandas
+
+        of = pandas.DataFrame(table)
+        calls["pandas"] = lambda: of_pandas(of)
+    with contextlib.suppress(ImportError):
+        import polars
+
+        frame = polars.DataFrame(table)
+        calls["polars"] = lambda: of_polars(frame, polars)
+    with contextlib.suppress(ImportError):
+        import duckdb
+
+        connection = duckdb.connect()
+        value, code = table["value"], table["code"]
+        connection.register("arrays", {"value": value, "code": code})
+        connection.execute("create table records as select * from arrays")
+        calls["DuckDB"] = lambda: connection.execute(of_duckdb).fetchall()
+    return calls
+
+
+def rank_sums(columns):
+    """What Kruskal and Wallis's test needs of a table: sums of mid-ranks by group."""
+    return frame_peers(
+        columns,
+        lambda frame: frame["value"].rank().groupby(frame["code"]).sum(),
+        lambda frame, pl: frame.select(pl.col("value").rank("average"), "code").group_by("code").agg(pl.col("value").sum()),
+        "select code, sum(lowest + (ties - 1) / 2) from (select code, rank() over (order by value) as lowest, "
+        "count(*) over (partition by value) as ties from records) group by code")
+
+
+def group_medians(columns):
+    return frame_peers(columns, lambda frame: frame.groupby("code")["value"].median(),
+                       lambda frame, pl: frame.group_by("code").agg(pl.col("value").median()),
+                       "select code, median(value) from records group by code")
+
+
+# Parts of a test's work that table engines can do.
+TABLE_PEERS = {"kruskal-wallis": rank_sums, "median": group_medians}
+PEER_NAMES = ["SciPy", "R", "pandas", "polars", "DuckDB"]
+
 # What SciPy gets is prepared before the clock runs; a case without a call is compared with the floor alone.
 PEERS = {
     "mann-whitney": (groups_of, lambda g: stats.mannwhitneyu(*g, method="asymptotic")),
@@ -86,6 +133,12 @@ def measure_memory(command):
     return peak / own
 
 
+def processor_seconds(call):
+    start = time.process_time()
+    call()
+    return time.process_time() - start
+
+
 @contextlib.contextmanager
 def prepared_peers(case, records, runs):
     """Calls that answer their seconds of processor time, by the peer's name, on the records of `runs`."""
@@ -93,14 +146,12 @@ def prepared_peers(case, records, runs):
         folder = stack.enter_context(tempfile.TemporaryDirectory())
         width = int(runs.ask(f"columns {folder}")[0])
         prepare, call = PEERS[case]
-        prepared = prepare([np.fromfile(f"{folder}/column{i}") for i in range(width)])
-
-        def scipy_seconds():
-            start = time.process_time()
-            call(prepared)
-            return time.process_time() - start
-
-        peers = {"SciPy": scipy_seconds}
+        columns = [np.fromfile(f"{folder}/column{i}") for i in range(width)]
+        prepared = prepare(columns)
+        calls = {"SciPy": lambda: call(prepared)}
+        if case in TABLE_PEERS:
+            calls.update(TABLE_PEERS[case](columns))
+        peers = {name: functools.partial(processor_seconds, each) for name, each in calls.items()}
         if RSCRIPT and records <= MOST_RECORDS_OF_R.get(case, 1000000):
             r = stack.enter_context(Worker(RSCRIPT, pathlib.Path(__file__).with_name("peers.R"), case))
             r.ask(f"columns {folder}")
@@ -158,9 +209,9 @@ def main():
         f"SciPy {scipy.__version__}, NumPy {np.__version__}; medians over {arguments.rounds} rounds, "
         "seconds of processor time.",
         "",
-        "| run | records | values | npar | SciPy | SciPy / npar | R / npar | scan, sort, walk | npar in sorts | growth "
-        "| million records/s | peak memory |",
-        "|---|---:|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|",
+        "| run | records | values | npar | SciPy | " + " | ".join(f"{name} / npar" for name in PEER_NAMES)
+        + " | scan, sort, walk | npar in sorts | growth | million records/s | peak memory |",
+        "|---|---:|---|" + "---:|" * (len(PEER_NAMES) + 7),
     ]
     smaller = {}
     for case, records, variant in rows_to_measure(arguments):
@@ -173,8 +224,8 @@ def main():
                 growth = f"{own / smaller[case][1] / (records / smaller[case][0]):.2f}"
             smaller[case] = (records, own)
         scipy_own = f"{figures['SciPy']:.3g}" if figures["SciPy"] else ""
-        ratios = [f"{figures['ratios'][peer]:.1f}" if peer in figures["ratios"] else "" for peer in ("SciPy", "R")]
-        lines.append(f"| {case} | {records} | {variant} | {own:.3g} | {scipy_own} | {ratios[0]} | {ratios[1]} "
+        ratios = [f"{figures['ratios'][peer]:.1f}" if peer in figures["ratios"] else "" for peer in PEER_NAMES]
+        lines.append(f"| {case} | {records} | {variant} | {own:.3g} | {scipy_own} | {' | '.join(ratios)} "
                      f"| {', '.join(f'{seconds:.3g}' for seconds in floor)} | {own / floor[1]:.1f} | {growth} "
                      f"| {records / own / 1e6:.1f} | {figures['memory']:.2f} |")
         print(lines[-1], flush=True)
