@@ -15,7 +15,8 @@ import time
 
 from worker import Worker
 
-CANCELLED = 130
+# As the shell tells it, and where the signal came before the program watched for one.
+CANCELLED = {130, -signal.SIGINT}
 COMPLETE = {0, 3}  # 3: the values are no counts, which a test tells when it has read them
 
 # By the generated records: five measurements c0 to c4; or one, c0, with a group, c1.
@@ -69,7 +70,7 @@ def measure(command, moments):
         codes.add(code)
         if seconds > longest:
             longest, at = seconds, part
-    if codes - {CANCELLED}:
+    if codes - CANCELLED:
         raise SystemExit(f"exit codes {codes}: {' '.join(command)}")
     return whole, longest, at
 
