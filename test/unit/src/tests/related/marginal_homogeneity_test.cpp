@@ -30,6 +30,10 @@ TEST(MarginalHomogeneityTest, FiguresAgreeWithTheFormula) {
                          {"AsymptoticSig2Tailed", 0.00020829709987001355, 1e-13}});
   EXPECT_EQ(result.Decision(), "reject");
   EXPECT_EQ(result.Rows("Content"), (Texts{"20;10;5", "3;30;15", "0;5;40"}));
+  // One record is enough: T = 1, E = 1.5, V = 1 / 4.
+  VariableListBuilder lone;
+  lone.OrdinalNumbers("first", {1, 2}).OrdinalNumbers("second", {1, 2});
+  ExpectFigures(Result(lone, {{0, 1, 1}}), {{"TotalN", 1}, {"StandardTestStatistic", -1}});
 }
 
 TEST(MarginalHomogeneityTest, CategoriesUniteInTheFirstFieldsOrder) {
