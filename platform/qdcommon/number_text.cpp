@@ -88,7 +88,7 @@ void WriteEight(std::uint32_t number, char* out) {
 }
 
 /// In the form of "%.15g".
-void Append(std::string& out, const Decimal& decimal, bool isNegative) {
+char* Write(const Decimal& decimal, bool isNegative, char* end) {
   constexpr int kSmallestFixed = -4;
   // A digit 0 before the first, and room behind the last: copies of a fixed length are quickest.
   std::array<char, 1 + 2 * kDigits + 1> room{};
@@ -97,8 +97,7 @@ void Append(std::string& out, const Decimal& decimal, bool isNegative) {
   const char* const digits = room.data() + 1;
   std::ptrdiff_t count = kDigits;
   while (count > 1 && digits[count - 1] == '0') --count;
-  std::array<char, 3 * kDigits> text;
-  char* end = text.data();
+  static_assert(kLongestNumber > 3 * kDigits);  // what is copied beyond the end included
   if (isNegative) *end++ = '-';
   if (decimal.exponent >= 0 && decimal.exponent < kDigits) {
     const std::ptrdiff_t whole = decimal.exponent + 1;
@@ -125,13 +124,14 @@ void Append(std::string& out, const Decimal& decimal, bool isNegative) {
     // Of two digits at most.
     end = std::copy_n(&kPairs[static_cast<std::size_t>(std::abs(decimal.exponent)) * 2], 2, end);
   }
-  out.append(text.data(), end);
+  return end;
 }
+
+constexpr int kMostDigits = 100;  // beyond what any double carries in a report
 
 /// The digits behind the point of "%.15g".
 int DigitsOf(std::string_view format) {
-  constexpr int kMostDigits = 100;  // beyond what any double carries in a report
-  int digits = 6;                   // of a bare "%g"
+  int digits = 6;  // of a bare "%g"
   const std::size_t point = format.find('.');
   if (point != std::string_view::npos) {
     static_cast<void>(
@@ -141,39 +141,36 @@ int DigitsOf(std::string_view format) {
 }
 
 /// In the form of "%.<digits>g".
-void AppendGeneral(std::string& out, double value, int digits) {
+char* WriteGeneral(double value, int digits, char* out, char* roomEnd) {
+  constexpr std::string_view kInfinity = "-inf";
   if (std::isnan(value) || value == QDCommon_700::QDMV::gMissingValue) {
-    out += "nan";
-  } else if (std::isinf(value)) {
-    out += value > 0.0 ? "inf" : "-inf";
-  } else if (value == 0.0) {
-    out += '0';
-  } else {
-    std::array<char, 128> buffer;
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                   std::chars_format::general, digits);
-    out.append(buffer.data(), end.ptr);
+    return std::copy_n("nan", 3, out);
   }
+  if (std::isinf(value)) {
+    const std::string_view text = kInfinity.substr(value > 0.0 ? 1 : 0);
+    return std::copy(text.begin(), text.end(), out);
+  }
+  if (value == 0.0) return std::copy_n("0", 1, out);  // a negative zero too
+  return std::to_chars(out, roomEnd, value, std::chars_format::general, digits).ptr;
 }
 
 }  // namespace
 
 std::string ReplaceSep(double value, std::string_view format) {
-  std::string text;
-  if (format == kDocumentFormat) {
-    AppendNumber(text, value);
-  } else {
-    AppendGeneral(text, value, DigitsOf(format));
-  }
-  return text;
+  constexpr std::size_t kLongest = kMostDigits + 28;  // sign, point, zeros and exponent besides
+  std::array<char, kLongest> text;
+  char* const end = format == kDocumentFormat ? WriteNumber(value, text.data())
+                                              : WriteGeneral(value, DigitsOf(format), text.data(),
+                                                             text.data() + kLongest);
+  return {text.data(), end};
 }
 
-void AppendNumber(std::string& out, double value) {
+char* WriteNumber(double value, char* out) {
   const double size = std::abs(value);
   if (size >= kSmallestShort && size < kLargestShort) {
-    if (const auto decimal = ShortDecimal(size)) return Append(out, *decimal, value < 0.0);
+    if (const auto decimal = ShortDecimal(size)) return Write(*decimal, value < 0.0, out);
   }
-  AppendGeneral(out, value, kDigits);
+  return WriteGeneral(value, kDigits, out, out + kLongestNumber);
 }
 
 }  // namespace QDXML_700

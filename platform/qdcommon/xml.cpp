@@ -1,7 +1,9 @@
 #include "foundation/xml.h"
 
 #include <array>
+#include <iterator>
 #include <memory>
+#include <new>
 #include <ostream>
 #include <utility>
 #include <vector>
@@ -10,8 +12,8 @@ namespace QDXML_700 {
 
 namespace {
 
-/// Room for further attributes that an element makes with the first.
-constexpr std::size_t kUsualAttributes = 32;
+/// Room for attributes, in bytes.
+constexpr std::size_t kUsualAttributes = 80;
 
 enum class Place { Text, Attribute };
 
@@ -88,7 +90,7 @@ std::size_t PlainPiece(std::string_view text, std::size_t at) {
   return special == 0 ? kAtOnce : 0;
 }
 
-void AppendEscaped(std::string& out, std::string_view text, Place place) {
+void AppendEscaped(std::pmr::string& out, std::string_view text, Place place) {
   static constexpr std::array<bool, 256> inText = SpecialBytes(Place::Text);
   static constexpr std::array<bool, 256> inAttribute = SpecialBytes(Place::Attribute);
   const std::array<bool, 256>& special = place == Place::Text ? inText : inAttribute;
@@ -128,32 +130,57 @@ void StartLine(std::string& out, std::size_t depth) {
 
 }  // namespace
 
+/// What a root holds for the elements below it.
+struct XMLElement::Tree {
+  static constexpr std::size_t kUsualSize = 4096;  // bytes, of the nodes of a small table
+
+  Tree() = default;
+  Tree(const Tree&) = delete;
+  Tree& operator=(const Tree&) = delete;
+  // Nodes that were taken over bring what they took over themselves into the list, so that neither
+  // stack nor memory is needed, however deep the tree is. Those in `memory` have nothing to free.
+  ~Tree() {
+    while (!taken.empty()) {
+      const std::unique_ptr<XMLNode> node = std::move(taken.back());
+      taken.pop_back();
+      XMLElement* const element = node->AsElement();
+      if (element == nullptr || element->ownTree == nullptr) continue;
+      std::vector<std::unique_ptr<XMLNode>> further = std::move(element->ownTree->taken);
+      std::move(further.begin(), further.end(), std::back_inserter(taken));
+    }
+  }
+
+  template <typename Node, typename... Given>
+  Node* Make(Given... given) {
+    void* const room = memory.allocate(sizeof(Node), alignof(Node));
+    return new (room) Node(given..., &memory);
+  }
+
+  std::pmr::monotonic_buffer_resource memory{kUsualSize};
+  std::vector<std::unique_ptr<XMLNode>> taken;
+};
+
 XMLString* XMLString::Create(std::string_view text) {
-  std::unique_ptr<XMLString> node(new XMLString());
-  AppendEscaped(node->written, text, Place::Text);
-  return node.release();
+  return new XMLString(text, std::pmr::get_default_resource());
 }
 
-XMLElement* XMLElement::Create(std::string_view name) { return new XMLElement(name); }
+XMLString::XMLString(std::string_view text, std::pmr::memory_resource* memory) : XMLNode(memory) {
+  written.reserve(text.size());
+  AppendEscaped(written, text, Place::Text);
+}
 
-XMLElement::XMLElement(std::string_view name) : nameSize(name.size()) {
-  if (name.size() >= written.capacity()) written.reserve(name.size() + kUsualAttributes);
+XMLElement* XMLElement::Create(std::string_view name) {
+  return new XMLElement(name, nullptr, std::pmr::get_default_resource());
+}
+
+XMLElement::XMLElement(std::string_view name, Tree* tree, std::pmr::memory_resource* memory)
+    : XMLNode(memory), nameSize(name.size()), tree(tree) {
+  written.reserve(name.size() + kUsualAttributes);
   written += '<';
   written += name;
 }
 
-// The nodes below stand in one list, to whose end each element's children come before it is freed:
-// neither stack nor memory is needed, however deep the tree is.
-XMLElement::~XMLElement() {
-  while (firstChild != nullptr) {
-    const std::unique_ptr<XMLNode> node(firstChild);
-    if (XMLElement* element = node->AsElement(); element && element->firstChild != nullptr) {
-      lastChild->next = std::exchange(element->firstChild, nullptr);
-      lastChild = element->lastChild;
-    }
-    firstChild = node->next;
-  }
-}
+XMLElement::~XMLElement() = default;
 
 void XMLElement::OpenAttribute(std::string_view name, std::size_t valueSize) {
   constexpr std::size_t kSigns = 4;  // blank, equals sign and quotes
@@ -177,11 +204,37 @@ void XMLElement::AddAttribute(std::string_view name, double value) {
   written += '"';
 }
 
-void XMLElement::Append(XMLNode* child) {
-  if (child == nullptr) return;
+XMLElement::Tree& XMLElement::TreeOfThis() {
+  if (tree == nullptr) {
+    ownTree = std::make_unique<Tree>();
+    tree = ownTree.get();
+  }
+  return *tree;
+}
+
+void XMLElement::Link(XMLNode* child) noexcept {
   (firstChild == nullptr ? firstChild : lastChild->next) = child;
   lastChild = child;
   hasText = hasText || child->AsElement() == nullptr;
+}
+
+XMLElement* XMLElement::AddElement(std::string_view name) {
+  Tree& ofThis = TreeOfThis();
+  auto* const child = ofThis.Make<XMLElement>(name, &ofThis);
+  Link(child);
+  return child;
+}
+
+void XMLElement::AddText(std::string_view text) { Link(TreeOfThis().Make<XMLString>(text)); }
+
+void XMLElement::Append(XMLNode* child) {
+  if (child == nullptr) return;
+  std::unique_ptr<XMLNode> owned(child);
+  Tree& ofThis = TreeOfThis();
+  ofThis.taken.push_back(std::move(owned));
+  XMLElement* const element = child->AsElement();
+  if (element != nullptr && element->tree == nullptr) element->tree = &ofThis;
+  Link(child);
 }
 
 // Elements whose children are not all written stand on a stack of our own. Below an element with

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <memory>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 
@@ -22,11 +24,11 @@ class QD_EXPORT XMLNode {
   }
 
  protected:
-  XMLNode() = default;
+  explicit XMLNode(std::pmr::memory_resource* memory) : written(memory) {}
   XMLNode(const XMLNode&) = delete;
   XMLNode& operator=(const XMLNode&) = delete;
 
-  std::string written;  // as it stands in a document: a text, or "<name a="v"" of an element
+  std::pmr::string written;  // as it stands in a document: a text, or "<name a="v"" of an element
 
  private:
   friend class XMLElement;
@@ -41,10 +43,12 @@ class QD_EXPORT XMLString final : public XMLNode {
   [[nodiscard]] static XMLString* Create(std::string_view text);
 
  private:
-  XMLString() = default;
+  friend class XMLElement;
+  XMLString(std::string_view text, std::pmr::memory_resource* memory);
 };
 
-/// An element with attributes and children in the order in which they were added.
+/// An element with attributes and children in the order in which they were added. Children that an
+/// element makes itself share the memory of its tree, which is freed at once.
 class QD_EXPORT XMLElement final : public XMLNode {
  public:
   /// The caller owns the node.
@@ -54,6 +58,9 @@ class QD_EXPORT XMLElement final : public XMLNode {
   void AddAttribute(std::string_view name, std::string_view value);
   /// The number in the form "%.15g".
   void AddAttribute(std::string_view name, double value);
+  /// A new last child.
+  XMLElement* AddElement(std::string_view name);
+  void AddText(std::string_view text);
   /// Takes the node over; null is ignored.
   void Append(XMLNode* child);
   XMLElement* AsElement() noexcept override { return this; }
@@ -64,13 +71,19 @@ class QD_EXPORT XMLElement final : public XMLNode {
   void Write(std::string& out, bool indented) const;
 
  private:
-  explicit XMLElement(std::string_view name);
+  struct Tree;
+  XMLElement(std::string_view name, Tree* tree, std::pmr::memory_resource* memory);
+  /// Of this element's tree, which begins where there is none yet.
+  Tree& TreeOfThis();
+  void Link(XMLNode* child) noexcept;
   /// Appends ` name="` to `written`, in which it makes room for a value of that size.
   void OpenAttribute(std::string_view name, std::size_t valueSize);
 
   std::size_t nameSize;
   XMLNode* firstChild = nullptr;
   XMLNode* lastChild = nullptr;
+  std::unique_ptr<Tree> ownTree;  // of an element that begins one
+  Tree* tree;                     // null before the first child
   bool hasText = false;
 };
 
@@ -83,7 +96,13 @@ QD_EXPORT int WriteTree(std::ostream& stream, const char* documentType, const XM
 /// The number as text in the C locale, in the form of printf's %.<digits>g. Not a number and the
 /// missing value give "nan", infinities "inf" and "-inf", a negative zero "0".
 [[nodiscard]] QD_EXPORT std::string ReplaceSep(double value, std::string_view format);
-/// Appends that text of "%.15g".
-QD_EXPORT void AppendNumber(std::string& out, double value);
+inline constexpr std::size_t kLongestNumber = 48;  // bytes
+/// Writes that text of "%.15g" to `out`, which has room for the longest, and returns its end.
+QD_EXPORT char* WriteNumber(double value, char* out);
+template <typename String>
+void AppendNumber(String& out, double value) {
+  char text[kLongestNumber];
+  out.append(text, static_cast<std::size_t>(WriteNumber(value, text) - text));
+}
 
 }  // namespace QDXML_700

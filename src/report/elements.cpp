@@ -8,20 +8,14 @@
 
 namespace {
 
-XMLElement* AddElement(XMLElement& parent, std::string_view name) {
-  XMLElement* element = XMLElement::Create(name);
-  parent.Append(element);
-  return element;
-}
-
 void AddTextElement(XMLElement& parent, std::string_view name, std::string_view text) {
-  XMLElement* element = AddElement(parent, name);
-  if (!text.empty()) element->Append(XMLString::Create(text));
+  XMLElement* element = parent.AddElement(name);
+  if (!text.empty()) element->AddText(text);
 }
 
 XMLElement* AddNamedElement(XMLElement& parent, std::string_view name,
                             std::string_view nameAttribute) {
-  XMLElement* element = AddElement(parent, name);
+  XMLElement* element = parent.AddElement(name);
   element->AddAttribute("name", nameAttribute);
   return element;
 }

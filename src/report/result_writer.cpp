@@ -15,12 +15,6 @@ constexpr const char* kExtender = "lyra.example";
 constexpr const char* kDefaultCopyright = "Copyright (c) Lyra";
 constexpr const char* kDefaultApplication = "NonparametricTests";
 
-XMLElement* AddElement(XMLElement& parent, const char* name) {
-  XMLElement* element = XMLElement::Create(name);
-  parent.Append(element);
-  return element;
-}
-
 bool IsCategorical(VariableKind kind) {
   return kind == VariableKind::NumericCategory || kind == VariableKind::StringCategory;
 }
@@ -64,9 +58,9 @@ QDStatus NPARResultWriter::Write(std::ostream& stream, std::int64_t modelId,
   root->AddAttribute("xsi:schemaLocation", kSchemaLocation);
   WriteCounts(*root, IntegerText(modelId));
 
-  XMLElement* extension = AddElement(*root, "Extension");
+  XMLElement* extension = root->AddElement("Extension");
   extension->AddAttribute("extender", kExtender);
-  output = AddElement(*extension, "NPAROutput");
+  output = extension->AddElement("NPAROutput");
   WriteHeader(runInfo);
   WriteDataDictionary();
   WriteTests();
@@ -79,14 +73,14 @@ QDStatus NPARResultWriter::Write(std::ostream& stream, std::int64_t modelId,
 }
 
 void NPARResultWriter::WriteCounts(XMLElement& root, const std::string& modelId) const {
-  XMLElement* predictive = AddElement(root, "PMMLModel");
+  XMLElement* predictive = root.AddElement("PMMLModel");
   predictive->AddAttribute("modelID", modelId);
   predictive->AddAttribute("modelType", "NonParametricTests");
-  AddElement(*predictive, "PredictiveSummary");
+  predictive->AddElement("PredictiveSummary");
 
-  XMLElement* descriptive = AddElement(root, "DescriptiveModel");
+  XMLElement* descriptive = root.AddElement("DescriptiveModel");
   descriptive->AddAttribute("modelID", modelId);
-  XMLElement* counts = AddElement(*AddElement(*descriptive, "DescriptiveSummary"), "Counts");
+  XMLElement* counts = descriptive->AddElement("DescriptiveSummary")->AddElement("Counts");
   counts->AddAttribute("totalFreq", variables->GetWeightedCount());
   counts->AddAttribute("totalCount", variables->GetUnWeightedCount());
   counts->AddAttribute("droppedCount", variables->GetDroppedCount());
@@ -95,10 +89,10 @@ void NPARResultWriter::WriteCounts(XMLElement& root, const std::string& modelId)
 }
 
 void NPARResultWriter::WriteHeader(const NPARRunInfo& runInfo) {
-  XMLElement* header = AddElement(*output, "Header");
+  XMLElement* header = output->AddElement("Header");
   header->AddAttribute("copyright",
                        runInfo.copyright.empty() ? kDefaultCopyright : runInfo.copyright);
-  XMLElement* application = AddElement(*header, "Application");
+  XMLElement* application = header->AddElement("Application");
   application->AddAttribute(
       "name", runInfo.applicationName.empty() ? kDefaultApplication : runInfo.applicationName);
   if (!runInfo.applicationVersion.empty()) {
@@ -107,7 +101,7 @@ void NPARResultWriter::WriteHeader(const NPARRunInfo& runInfo) {
 }
 
 void NPARResultWriter::WriteDataDictionary() {
-  XMLElement* dictionary = AddElement(*output, "DataDictionary");
+  XMLElement* dictionary = output->AddElement("DataDictionary");
   for (std::int32_t index = 0; index < variables->Size(); ++index) {
     WriteDataField(*dictionary, index);
   }
@@ -116,7 +110,7 @@ void NPARResultWriter::WriteDataDictionary() {
 
 void NPARResultWriter::WriteDataField(XMLElement& dictionary, std::int32_t index) const {
   const IQDVariable& variable = *variables->GetVarAt(index);
-  XMLElement* field = AddElement(dictionary, "DataField");
+  XMLElement* field = dictionary.AddElement("DataField");
   field->AddAttribute("index", IntegerText(index));
   field->AddAttribute("name", variable.GetName());
   if (!variable.GetLabel().empty()) field->AddAttribute("displayName", variable.GetLabel());
@@ -134,7 +128,7 @@ void NPARResultWriter::WriteDataField(XMLElement& dictionary, std::int32_t index
   const QDCategoryList* categories = variable.GetCategories();
   const std::int32_t categoryCount = categories == nullptr ? 0 : categories->Size();
   for (std::int32_t code = 0; code < categoryCount; ++code) {
-    XMLElement* value = AddElement(*field, "Value");
+    XMLElement* value = field->AddElement("Value");
     value->AddAttribute("index", IntegerText(code));
     value->AddAttribute("value", varInfo.GetValueText(index, code));
     const std::string& label = categories->GetLabel(code);
@@ -144,7 +138,7 @@ void NPARResultWriter::WriteDataField(XMLElement& dictionary, std::int32_t index
 }
 
 void NPARResultWriter::WriteTests() {
-  XMLElement* tests = AddElement(*output, "NonParametricTests");
+  XMLElement* tests = output->AddElement("NonParametricTests");
   tests->AddAttribute("number", IntegerText(static_cast<std::int64_t>(results.size())));
   tests->AddAttribute("sigLevel", sigLevel);
   tests->AddAttribute("confidenceLevel", confidenceLevel);
@@ -154,12 +148,12 @@ void NPARResultWriter::WriteTests() {
 }
 
 void NPARResultWriter::WriteFieldInfos() {
-  XMLElement* infos = AddElement(*output, "FieldInfos");
+  XMLElement* infos = output->AddElement("FieldInfos");
   for (std::int32_t index = 0; index < variables->Size(); ++index) {
     if (index == weightIndex || index == caseIdIndex || !univariates->HasVariable(index)) continue;
     const VariableKind kind = variables->GetVarAt(index)->GetType();
     if (kind == VariableKind::None || kind == VariableKind::Other) continue;
-    XMLElement* info = AddElement(*infos, "FieldInfo");
+    XMLElement* info = infos->AddElement("FieldInfo");
     info->AddAttribute("varIndex", IntegerText(index));
     if (kind == VariableKind::Continuous) {
       WriteContinuousInfo(*info, index);

@@ -41,8 +41,8 @@ TEST(Xml, IndentedOutputLeavesContentOfElementsWithTextAlone) {
   AddChild(*root, "Empty");
   XMLElement& text = AddChild(*root, "Text");
   text.Append(XMLString::Create("some "));
-  AddChild(AddChild(text, "Inner"), "Deep");
-  AddChild(AddChild(*root, "Outer"), "Inner").Append(XMLString::Create(""));
+  AddChild(*text.AddElement("Inner"), "Deep");
+  root->AddElement("Outer")->AddElement("Inner")->AddText("");
   EXPECT_EQ(Written(*root, true),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<A name=\"x\" value=\"0.1\">\n"
