@@ -11,7 +11,6 @@
 
 #include "catalogue/catalogue.h"
 #include "kit/contract/allocation.h"
-#include "kit/contract/stage_progress.h"
 #include "kit/order/threads.h"
 #include "planning/order_excerpts.h"
 #include "planning/test_construction.h"
@@ -59,18 +58,6 @@ class RunInterruption final : public Interruption {
   }
   CancelPair& cancelPair;
   RunProgress& progress;
-};
-
-/// Tells how far a stage is as how far a part of the run is.
-class StageOfRun final : public StageProgress {
- public:
-  explicit StageOfRun(RunProgress::Part& part, double share = 1.0) noexcept
-      : part(part), share(share) {}
-
- private:
-  void Take(double done) override { part.Tell(share * done); }
-  RunProgress::Part& part;
-  double share;
 };
 
 /// A 64-bit integer in decimal; 0 where it is left out.
@@ -252,11 +239,15 @@ void NPARPlanner::RunSummaries(RunProgress& progress) {
       }
     }
   }
+  // Nothing but the document reads the distributions: they are filled beside the tests, when the
+  // orders are there. Tests in the host's order may walk the same records.
+  fillsBesideTests = !sortedFirst.empty() && mainWorker->TestCount() == 0;
   RunProgress::Part summaries(progress, kTestsStart - kReadingSpan);
   Threads::ForEach(sortedFirst.size() + 1, [&](std::size_t task) {
     if (task == 0) {
       const StageOfRun stage(summaries);
-      static_cast<void>(univariates->Run());  // a summary that failed shows in what reads it
+      // A summary that failed shows in what reads it.
+      static_cast<void>(fillsBesideTests ? univariates->RunFirstPass() : univariates->Run());
       return;
     }
     const std::size_t worker = sortedFirst[task - 1];
@@ -293,13 +284,14 @@ QDStatus NPARPlanner::RunWorkers() {
   std::vector<QDStatus> answers(plan.size());
   std::atomic<std::size_t> next{1};
   const auto takeWorkers = [&](std::size_t lane) {
+    if (lane == lanes) return static_cast<void>(univariates->FillDistributions());
     for (std::size_t i = lane == 0 ? 0 : next++; i < plan.size(); i = next++) {
       answers[i] = RunWorker(*plan[i]);
       if (answers[i].IsError()) throw Interrupted();  // the others are not wanted any more
     }
   };
   try {
-    Threads::ForEach(lanes, takeWorkers);
+    Threads::ForEach(lanes + (fillsBesideTests ? 1 : 0), takeWorkers);
   } catch (const Interrupted&) {
     const auto isFailure = [](const QDStatus& answer) {
       return answer.IsError() && answer.GetErrorCode() != kCancelled;

@@ -89,7 +89,7 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   QDStatus BuildTests();
   QDStatus RunTests(RunProgress& progress);
   void DivideProgress(RunProgress& progress);
-  /// The summaries, and side by side with them the orders that are wanted first.
+  /// The summaries, as far as tests read them, and beside them the orders that are wanted first.
   void RunSummaries(RunProgress& progress);
   /// Of orders that only a summary walked.
   void ReleaseOrdersOfSummaries();
@@ -109,6 +109,7 @@ class NPARPlanner final : public QDCommon_700::IQDAlgorithm {
   Shortcut counting = Shortcut::WhereItPays;
   Shortcut selecting = Shortcut::WhereItPays;
   std::unique_ptr<CountedRecords> counted;
+  bool fillsBesideTests = false;  // the distributions of fields
   bool executed = false;
   bool written = false;
   CancelPair cancelPair;

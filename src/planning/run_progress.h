@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "foundation/names.h"
+#include "kit/contract/stage_progress.h"
 #include "planning/progress.h"
 
 /// How far a whole run is. Parts of it tell on any thread how far they are; the run's listener
@@ -55,4 +56,16 @@ class RunProgress {
   std::atomic<bool> hasNewPasses{false};
   std::mutex mutex;
   std::vector<PassInHand> newPasses;
+};
+
+/// Tells how far a stage is as how far a part of the run is.
+class StageOfRun final : public StageProgress {
+ public:
+  explicit StageOfRun(RunProgress::Part& part, double share = 1.0) noexcept
+      : part(part), share(share) {}
+
+ private:
+  void Take(double done) override { part.Tell(share * done); }
+  RunProgress::Part& part;
+  double share;
 };

@@ -28,7 +28,7 @@ WalkAhead::End::~End() {
     const std::lock_guard lock(walk.mutex);
     walk.inHand = kNoChunk;
   }
-  walk.change.notify_all();
+  walk.hasRoom.notify_one();
 }
 
 bool WalkAhead::Begin(std::size_t chunk) noexcept {
@@ -55,10 +55,12 @@ void WalkAhead::GatherAhead() {
   const std::size_t chunkCount = (count + kChunk - 1) / kChunk;
   std::unique_lock lock(mutex);
   for (std::size_t chunk = 0; chunk < chunkCount;) {
-    // What is asked for is known when the first chunk is done.
-    Threads::Await(lock, change, [&] {
-      return inHand == kNoChunk || (inHand >= 2 && chunk + 1 < inHand + kChunksAhead);
-    });
+    // What is asked for is known when the first chunk is done. To wake a thread takes as long as to
+    // gather half a chunk: where all slots are full, half of them shall be free before.
+    if (inHand < 2 || chunk + 1 >= inHand + kChunksAhead) {
+      resumeAt = inHand < 2 ? 2 : chunk + 2 - kChunksAhead / 2;
+      Threads::Await(lock, hasRoom, [&] { return inHand >= resumeAt; });
+    }
     if (inHand == kNoChunk) return;
     chunk = std::max(chunk, inHand) + 1;
     if (chunk > chunkCount || !Begin(chunk)) continue;
@@ -66,7 +68,7 @@ void WalkAhead::GatherAhead() {
     Gather(chunk);
     lock.lock();
     SlotOf(chunk).isReady = true;
-    change.notify_all();
+    if (chunk == inHand) hasChunk.notify_one();
   }
 }
 
@@ -78,13 +80,13 @@ void WalkAhead::TakeChunk(std::size_t chunk) {
     wantedTruncated = ofFirst.FoundTruncated();
   }
   inHand = chunk;
-  change.notify_all();
+  if (chunk == resumeAt) hasRoom.notify_one();
   if (Begin(chunk)) {
     lock.unlock();
     Place(chunk);
     return;
   }
-  Threads::Await(lock, change, [&] { return SlotOf(chunk).isReady; });
+  Threads::Await(lock, hasChunk, [&] { return SlotOf(chunk).isReady; });
 }
 
 RecordBatch* WalkAhead::NextBatch() {

@@ -41,7 +41,7 @@ class WalkAhead final : public BatchSource {
  private:
   static constexpr std::size_t kBatchesOfChunk = 16;
   static constexpr std::size_t kChunk = kBatchesOfChunk * kRecordsAtOnce;
-  static constexpr std::size_t kChunksAhead = 4;
+  static constexpr std::size_t kChunksAhead = 16;
   static constexpr std::size_t kNoChunk = static_cast<std::size_t>(-1);
 
   /// The batches of one chunk.
@@ -64,8 +64,10 @@ class WalkAhead final : public BatchSource {
   std::array<Slot, kChunksAhead> slots;
   std::size_t next = 0;  // the record that comes next
   std::mutex mutex;
-  std::condition_variable change;    // of the chunk in hand, or one is ready
+  std::condition_variable hasRoom;   // for further chunks ahead
+  std::condition_variable hasChunk;  // one is ready
   std::size_t inHand = 0;            // chunks are numbered from 1
+  std::size_t resumeAt = 0;          // chunk in hand at which the other thread goes on
   std::vector<std::int32_t> wanted;  // columns; known from the second chunk on
   std::vector<std::int32_t> wantedTruncated;
 };

@@ -145,6 +145,9 @@ class GroupTally final : public Tally {
   void TrackHinges();
   void Classify();
   void FillHistograms();
+  /// Finds the bins that take the units from `first` to before `end`, one of each group.
+  bool FindOneBinOfEach(std::size_t first, std::size_t end);
+  void AddToHistogram(std::size_t i);
   void WalkToQuartiles();
   void EndCounting();
   /// Shows the units to the box plots: `passOver(plot, stretch)` all those of a group and, where it
@@ -165,7 +168,8 @@ class GroupTally final : public Tally {
   std::vector<std::size_t> placeOf;   // by group
   std::int64_t totalWeight = 0;
   bool hasNegativeWeight = false;
-  std::vector<Histogram> histograms;     // by group
+  std::vector<Histogram> histograms;  // by group
+  std::vector<HistogramBin*> binsOfPiece;
   std::vector<HingeWalk> quartileWalks;  // by group
   std::vector<GroupBoxPlot> boxPlots;
   std::vector<std::uint8_t> isByOne;  // by place: its units go one by one

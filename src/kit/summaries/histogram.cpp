@@ -126,6 +126,14 @@ void Histogram::AddAscendingEqual(double x, std::int64_t times) {
   if (index < bins.size()) bins[index].AddEqual(x, times);
 }
 
+HistogramBin* Histogram::OneBinOf(double least, double greatest) {
+  if (bins.empty() || !(least > 0.0 || greatest < 0.0)) return nullptr;
+  SeekAscending(least);
+  const auto index = static_cast<std::size_t>(latestBin);
+  const bool isLast = index + 1 == binUpperEdges.size();
+  return isLast || greatest <= binUpperEdges[index] ? &bins[index] : nullptr;
+}
+
 void Histogram::AddToBin(std::int64_t bin, double x, std::int64_t weight) {
   const auto index = static_cast<std::size_t>(bin);
   if (index < bins.size()) bins[index].Add(x, weight);

@@ -64,6 +64,9 @@ class Histogram {
   }
   /// The same for so many equal ones of weight 1.
   void AddAscendingEqual(double x, std::int64_t times);
+  /// The bin that takes all values from one up to another, the next in ascending order; null where
+  /// there are several, or zero is among them.
+  [[nodiscard]] HistogramBin* OneBinOf(double least, double greatest);
   /// AddValueOrZero for each of `count` values; weights null: each weighs 1.
   void AddColumn(const double* values, std::size_t count, const std::int32_t* weights);
   /// The same for those that are not missing.

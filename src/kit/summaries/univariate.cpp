@@ -13,6 +13,8 @@ namespace {
 /// Stands for any reason to refuse a statistic; never leaves this file.
 constexpr std::int32_t kRefused = 1;
 
+constexpr double kFirstPass = 0.6;  // its part of the time
+
 template <typename Variable, typename Result, typename Class>
 Result Ask(const Variable* variable, Result (Class::*read)() const noexcept, Result absent) {
   return variable == nullptr ? absent : (variable->*read)();
@@ -106,19 +108,33 @@ bool QDUnivariateSummaries::ReadRecords() {
 }
 
 QDStatus QDUnivariateSummaries::Run() {
-  constexpr double kFirstPass = 0.6;  // its part of the time
-  bool another = true;
-  for (bool isFirst = true; another; isFirst = false) {
-    const StagePart progress(isFirst ? 0.0 : kFirstPass, isFirst ? kFirstPass : 1.0);
-    if (!ReadRecords()) break;
-    another = false;
-    for (auto& [variable, summary] : summaries) {
-      if (!summary->NeedsPass()) break;
-      const QDStatus ended = summary->EndPass();
-      if (!ended.IsOK()) return ended;
-      another = another || summary->NeedsPass();
-    }
+  const QDStatus status = RunFirstPass();
+  return status.IsOK() ? FillDistributions() : status;
+}
+
+QDStatus QDUnivariateSummaries::RunFirstPass() {
+  const StagePart progress(0.0, kFirstPass);
+  return RunPass();
+}
+
+QDStatus QDUnivariateSummaries::FillDistributions() {
+  const StagePart progress(kFirstPass, 1.0);
+  QDStatus status;
+  while (status.IsOK() && wantsPass) status = RunPass();
+  return status;
+}
+
+QDStatus QDUnivariateSummaries::RunPass() {
+  wantsPass = false;
+  if (!ReadRecords()) return QDStatus();
+  bool isAnyLeft = false;
+  for (auto& [variable, summary] : summaries) {
+    if (!summary->NeedsPass()) break;
+    const QDStatus ended = summary->EndPass();
+    if (!ended.IsOK()) return ended;
+    isAnyLeft = isAnyLeft || summary->NeedsPass();
   }
+  wantsPass = isAnyLeft;
   return QDStatus();
 }
 

@@ -26,12 +26,15 @@ class QDUnivariateSummaries {
   void SetSortedData(ISortedData* data) noexcept { sortedData = data; }
   /// Summaries of fields with few values are made of cells; not taken over, null for none.
   void SetCountedRecords(ICountedRecords* source) noexcept { counted = source; }
-  /// Reads the records as often as the statistics need.
+  /// Reads the records as often as the statistics need: once for all that tests read of them, and
+  /// then, which may go on beside the tests, for the distributions.
   ///
   /// At the end of each reading the summaries are finished in the order of the variables up to the
   /// first that had finished before: a distribution behind such a one stays without its entry of
   /// zeros.
   QDStatus Run();
+  QDStatus RunFirstPass();
+  QDStatus FillDistributions();
   /// Does the summary of that variable walk the records in its order?
   [[nodiscard]] bool WalksOrderOf(std::int32_t variableIndex) const {
     const QDUnivariateVariable* summary = Find(variableIndex);
@@ -44,6 +47,8 @@ class QDUnivariateSummaries {
   [[nodiscard]] const QDCateUnivariateVariable* FindCategorical(std::int32_t variableIndex) const;
 
  private:
+  /// ReadRecords, and what follows from it.
+  QDStatus RunPass();
   /// One walk over the records, or their cells, for the summaries that need it, or several side by
   /// side for some of them each; false if there was no record.
   bool ReadRecords();
@@ -56,6 +61,7 @@ class QDUnivariateSummaries {
   ICountedRecords* counted = nullptr;
   std::int32_t weightIndex = -1;
   bool ranOutOfMemory = false;
+  bool wantsPass = false;  // for distributions
   std::map<std::int32_t, std::unique_ptr<QDUnivariateVariable>> summaries;
 };
 
