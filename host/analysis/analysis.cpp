@@ -150,8 +150,10 @@ void Analysis::BeginPass(std::string_view bytes, std::size_t piece) {
 const std::string& Analysis::NextPass() {
   if (!pieces) throw StateError("the analysis has no sums; add those of the first pass");
   passBytes.clear();
-  if (!PlanRanges(choices.request).needsFurtherPass || pieces->Extremes()) return passBytes;
-  passBytes = pieces->NextPass("ks-two-sample").Write();
+  const RangePlan plan = PlanRanges(choices.request);
+  pieces->RequirePlan(plan);
+  if (!plan.needsFurtherPass || pieces->AreOfFurtherPass()) return passBytes;
+  passBytes = pieces->NextPass(plan).Write();
   pieces.reset();
   return passBytes;
 }
@@ -188,11 +190,13 @@ void Analysis::Run(const Progress& progress) {
 }
 
 void Analysis::RunSummed(const RangePiece& whole, const AnalysisRequest& request) {
-  if (whole.Signature() != PlanRanges(request).Signature()) {
-    throw UsageError("the pieces were summed for other fields; set the options that they had");
-  }
-  if (PlanRanges(request).needsFurtherPass && !whole.Extremes()) {
-    throw StateError("ks-two-sample takes a second pass; begin it with npar_analysis_next_pass");
+  const RangePlan plan = PlanRanges(request);
+  whole.RequirePlan(plan);
+  if (plan.needsFurtherPass) {
+    if (!whole.AreOfFurtherPass()) {
+      throw StateError("the test takes a second pass; begin it with npar_analysis_next_pass");
+    }
+    whole.RequireAllFits(plan);
   }
   document = DocumentOf(whole, request);
   AdjustOverTests(*document, choices.adjustment);

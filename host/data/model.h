@@ -13,6 +13,8 @@ namespace npar_host {
 /// What a data model document says of a field; Infer where it says nothing.
 enum class Measure { Infer, Continuous, Ordinal, Nominal, Other };
 enum class Storage { Infer, Real, Integer, String, Date, Time, Timestamp };
+/// "real", "integer", ... as a data model says it; empty for Infer.
+[[nodiscard]] const char* WordOf(Storage storage);
 enum class Role { Input, FrequencyWeight, CaseId, None };
 
 /// A value that a data model lists. `location` says where, for messages.

@@ -178,6 +178,8 @@ const char* TextOf(Value value, const std::array<Word<Value>, count>& words) {
 
 }  // namespace
 
+const char* WordOf(Storage storage) { return TextOf(storage, kStorages); }
+
 std::vector<FieldSpec> ParseModel(std::string_view text, const std::string& name) {
   return ModelReader(text, name).Read();
 }
@@ -197,7 +199,7 @@ std::string WriteModel(const DataModel& model, const RecordCounts* counts) {
     node.append_attribute("name") = field.name.c_str();
     if (!field.label.empty()) node.append_attribute("label") = field.label.c_str();
     node.append_attribute("measure") = TextOf(field.measure, kMeasures);
-    node.append_attribute("storage") = TextOf(field.storage, kStorages);
+    node.append_attribute("storage") = WordOf(field.storage);
     node.append_attribute("role") = TextOf(field.role, kRoles);
     for (const Category& category : field.categories) {
       pugi::xml_node value = node.append_child("Value");

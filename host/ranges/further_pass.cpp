@@ -1,5 +1,6 @@
 #include "host/ranges/further_pass.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "host/data/input_error.h"
@@ -7,7 +8,7 @@
 namespace npar_host {
 namespace {
 
-constexpr const char* kFormat = "npar second pass of sorted ranges 1";
+constexpr const char* kFormat = "npar second pass of sorted ranges 2";
 constexpr std::size_t kTwo = 2;
 
 template <typename Counts, typename See>
@@ -27,7 +28,12 @@ FurtherPass::FurtherPass(std::string_view bytes) {
   Visit(sizes, read);
   before.resize(read.NextCount(sizeof(SmirnovExtremes::Counts)));
   for (SmirnovExtremes::Counts& counts : before) Visit(counts, read);
-  if (format != kFormat || !read.IsAtEnd()) {
+  fits.resize(read.NextCount(sizeof(FittedWhole)));
+  for (FitPass& fit : fits) {
+    fit.Visit(read, [&read](std::size_t) { return read.NextCount(sizeof(FitStart)); });
+  }
+  const bool areSound = std::ranges::all_of(fits, [](const FitPass& fit) { return fit.IsSound(); });
+  if (format != kFormat || !areSound || !read.IsAtEnd()) {
     throw InputError("these bytes begin no second pass; give what npar_analysis_next_pass gave");
   }
 }
@@ -40,14 +46,35 @@ std::string FurtherPass::Write() const {
   Visit(sizes, write);
   write(static_cast<std::uint64_t>(before.size()));
   for (const SmirnovExtremes::Counts& counts : before) Visit(counts, write);
+  write(static_cast<std::uint64_t>(fits.size()));
+  for (FitPass fit : fits) {
+    fit.Visit(write, [&write](std::size_t count) {
+      write(static_cast<std::uint64_t>(count));
+      return count;
+    });
+  }
   return {write.bytes.begin(), write.bytes.end()};
 }
 
+void FurtherPass::CheckPiece(std::size_t piece) const {
+  const bool isThere =
+      piece < before.size() &&
+      std::ranges::all_of(fits, [piece](const FitPass& fit) { return piece < fit.starts.size(); });
+  if (!isThere) throw InputError("the first pass had no such piece; count pieces from 0");
+}
+
 SmirnovExtremes FurtherPass::Start(std::size_t piece) const {
-  if (piece >= before.size()) {
-    throw InputError("the first pass had no such piece; count pieces from 0");
-  }
+  CheckPiece(piece);
   return {sizes, before[piece]};
+}
+
+FittedPieces FurtherPass::StartFits(const FittedPieces::Distributions& wanted,
+                                    std::size_t piece) const {
+  CheckPiece(piece);
+  if (wanted.size() != fits.size()) {
+    throw InputError("the second pass is of other tests; ask for those of the first one");
+  }
+  return {wanted, fits, piece};
 }
 
 }  // namespace npar_host

@@ -4,6 +4,7 @@
 #include <span>
 #include <utility>
 
+#include "catalogue/cards/ks_two_sample.h"
 #include "host/data/input_error.h"
 #include "host/data/number.h"
 #include "host/request/word_list.h"
@@ -11,7 +12,7 @@
 namespace npar_host {
 namespace {
 
-constexpr const char* kFormat = "npar sums of sorted ranges 1";
+constexpr const char* kFormat = "npar sums of sorted ranges 2";
 constexpr const char* kOtherAnalysis =
     "the sums of a piece are of another analysis; sum it with the same options";
 constexpr const char* kOtherRecords =
@@ -49,43 +50,66 @@ void AddCounts(RecordCounts& counts, const RecordCounts& more) {
 }  // namespace
 
 RangePiece::RangePiece(const RangePlan& plan, const RangeRecords& records)
-    : signature(plan.Signature()), order(plan.groupOrder), counts(records.Counts()) {
-  Sum(plan, records, [](double, std::size_t, std::int64_t) {});
+    : signature(plan.Signature()),
+      order(plan.groupOrder),
+      counts(records.Counts()),
+      fits(plan.fits) {
+  Sum(plan, records, [](const Units&) {});
 }
 
 RangePiece::RangePiece(const RangePlan& plan, const RangeRecords& records, const FurtherPass& pass,
                        std::size_t piece)
     : signature(plan.Signature()), order(plan.groupOrder), counts(records.Counts()) {
   if (pass.signature != signature) throw InputError(kOtherAnalysis);
-  extremes = pass.Start(piece);
-  Sum(plan, records, [&](double value, std::size_t place, std::int64_t weight) {
-    const auto group = std::ranges::find(pass.groups, groups[place].text) - pass.groups.begin();
+  if (plan.fits.empty()) {
+    extremes = pass.Start(piece);
+    Sum(plan, records, [&](const Units& units) { TakeExtremes(units, pass.groups); });
+    return;
+  }
+  fits = pass.StartFits(plan.fits, piece);
+  Sum(plan, records, [](const Units&) {});
+  fits.Finish();
+}
+
+void RangePiece::TakeExtremes(const Units& units, const std::vector<std::string>& two) {
+  for (std::size_t i = 0; i < units.Size(); ++i) {
+    const std::string& text = groups[units.groups[i]].text;
+    const auto group = std::ranges::find(two, text) - two.begin();
     if (group >= 2) throw InputError(kOtherRecords);
-    extremes->Take(value, static_cast<std::size_t>(group), weight);
-  });
+    extremes->Take(units.values[i], static_cast<std::size_t>(group), units.WeightAt(i));
+  }
 }
 
 void RangePiece::Sum(const RangePlan& plan, const RangeRecords& records,
                      const RangeRecords::Use& also) {
-  const bool isGrouped = plan.order == RangePlan::Order::Value;
+  const bool isSigned = plan.order != RangePlan::Order::Value;
   std::vector<std::size_t> placeOfCode = {RangeRecords::kNegative, RangeRecords::kPositive};
-  if (isGrouped) {
-    placeOfCode = FindGroups(records.GroupField());
-  } else {
+  if (isSigned) {
     groups = {{"negative", 0.0, {}, false}, {"positive", 1.0, {}, false}};
+  } else if (plan.group.empty()) {
+    groups = {{"all", 0.0, {}, false}};
+  } else {
+    placeOfCode = FindGroups(records.GroupField());
   }
   sums = SortedSums(groups.size());
-  records.ForEach([&](double value, std::size_t group, std::int64_t weight) {
-    if (!isGrouped && value == 0.0) {
-      zeros += weight;
-      return;
+  std::vector<std::uint32_t> places;
+  records.ForEach([&](Units units) {
+    places.clear();
+    for (const std::uint32_t group : units.groups) {
+      places.push_back(static_cast<std::uint32_t>(placeOfCode[group]));
     }
-    const std::size_t place = placeOfCode[group];
-    if (!sums.Take(value, place, weight)) {
-      throw InputError(std::string("the records of a piece do not ascend") + kOrderRemedy);
+    units.groups = places;
+    for (std::size_t i = 0; i < units.Size(); ++i) {
+      const std::int64_t weight = units.WeightAt(i);
+      if (isSigned && units.values[i] == 0.0) {
+        zeros += weight;
+      } else if (!sums.Take(units.values[i], places[i], weight)) {
+        throw InputError(std::string("the records of a piece do not ascend") + kOrderRemedy);
+      }
+      if (sums.Count() > RunSums::kMostUnits) throw InputError(kTooMany);
     }
-    if (sums.Count() > RunSums::kMostUnits) throw InputError(kTooMany);
-    also(value, place, weight);
+    fits.Take(units);
+    also(units);
   });
   CountUnits();
 }
@@ -167,7 +191,9 @@ void RangePiece::Append(const RangePiece& next) {
   joined.zeros += next.zeros;
   joined.unitsOfPieces.insert(joined.unitsOfPieces.end(), following.unitsOfPieces.begin(),
                               following.unitsOfPieces.end());
-  if (extremes && !joined.extremes->Append(*next.extremes)) throw InputError(kOtherRecords);
+  const bool follows =
+      (!extremes || joined.extremes->Append(*next.extremes)) && joined.fits.Append(next.fits);
+  if (!follows) throw InputError(kOtherRecords);
   *this = std::move(joined);
 }
 
@@ -178,17 +204,31 @@ void RangePiece::RequireTwoGroups(const std::string& test) const {
                    "; filter the records, or ask for a test of several groups");
 }
 
-FurtherPass RangePiece::NextPass(const std::string& test) const {
-  RequireTwoGroups(test);
+FurtherPass RangePiece::NextPass(const RangePlan& plan) const {
   FurtherPass pass;
   pass.signature = signature;
+  pass.groups.resize(2);
+  pass.before.resize(Pieces());
+  pass.fits = fits.NextPass(plan.fits);
+  if (!plan.fits.empty()) return pass;
+  RequireTwoGroups(std::string(catalogue::ks_two_sample::kCard.name));
   pass.groups = {groups[0].text, groups[1].text};
-  for (const std::vector<std::int64_t>& units : unitsOfPieces) {
-    pass.before.push_back(pass.sizes);
-    pass.sizes[0] += units[0];
-    pass.sizes[1] += units[1];
+  for (std::size_t i = 0; i < Pieces(); ++i) {
+    pass.before[i] = pass.sizes;
+    pass.sizes[0] += unitsOfPieces[i][0];
+    pass.sizes[1] += unitsOfPieces[i][1];
   }
   return pass;
+}
+
+void RangePiece::RequirePlan(const RangePlan& plan) const {
+  if (signature != plan.Signature() || fits.Count() != plan.fits.size()) {
+    throw UsageError("the pieces were summed for other fields; set the options that they had");
+  }
+}
+
+void RangePiece::RequireAllFits(const RangePlan& plan) const {
+  if (!fits.AreComplete(plan.fits)) throw InputError(kOtherRecords);
 }
 
 std::string RangePiece::Write() const {
@@ -209,6 +249,7 @@ std::string RangePiece::Write() const {
   sums.Write(write);
   write(static_cast<std::uint64_t>(extremes.has_value()));
   if (extremes) extremes->Write(write);
+  fits.Write(write);
   return {write.bytes.begin(), write.bytes.end()};
 }
 
@@ -247,7 +288,7 @@ RangePiece::RangePiece(std::string_view bytes) {
     extremes.emplace(SmirnovExtremes::Counts{}, SmirnovExtremes::Counts{});
     check(extremes->Read(read));
   }
-  check(read.IsAtEnd());
+  check(fits.Read(read) && read.IsAtEnd());
   CountUnits();
 }
 

@@ -10,6 +10,7 @@
 #include "host/ranges/further_pass.h"
 #include "host/ranges/range_plan.h"
 #include "host/ranges/range_records.h"
+#include "ranges/fitted_pieces.h"
 #include "ranges/smirnov_extremes.h"
 #include "ranges/sorted_sums.h"
 
@@ -40,18 +41,28 @@ class RangePiece {
   /// Units whose difference or distance is 0, which have no rank.
   [[nodiscard]] std::int64_t Zeros() const { return zeros; }
   [[nodiscard]] std::size_t Pieces() const { return unitsOfPieces.size(); }
+  /// What the distributions of the plan are fitted to.
+  [[nodiscard]] const FittedPieces& Fits() const { return fits; }
+
+  [[nodiscard]] bool AreOfFurtherPass() const { return extremes || fits.AreOfFurtherPass(); }
   /// Of a second pass.
   [[nodiscard]] const std::optional<SmirnovExtremes>& Extremes() const { return extremes; }
-  /// What a second pass of two groups begins with. UsageError for another number of groups.
-  [[nodiscard]] FurtherPass NextPass(const std::string& test) const;
+  /// InputError where the records of a second pass were not those of the first.
+  void RequireAllFits(const RangePlan& plan) const;
+  /// What a second pass begins with. UsageError for a test of two groups where there is another
+  /// number of them.
+  [[nodiscard]] FurtherPass NextPass(const RangePlan& plan) const;
   /// UsageError where there are not two groups, with the test that compares two.
   void RequireTwoGroups(const std::string& test) const;
-  [[nodiscard]] const std::string& Signature() const { return signature; }
+  /// UsageError where another plan was summed.
+  void RequirePlan(const RangePlan& plan) const;
 
  private:
   /// Takes the groups from the field's categories; the place of each of these among them.
   [[nodiscard]] std::vector<std::size_t> FindGroups(const Field& field);
-  /// Sums the records; `also` takes each unit with the place of its group.
+  /// Takes units for the extremes of two groups.
+  void TakeExtremes(const Units& units, const std::vector<std::string>& two);
+  /// Sums the records; `also` takes them with the places of their groups.
   void Sum(const RangePlan& plan, const RangeRecords& records, const RangeRecords::Use& also);
   /// The group's place in the order that was given; behind all for others.
   [[nodiscard]] std::size_t PlaceInOrder(const Category& group) const;
@@ -68,6 +79,7 @@ class RangePiece {
   SortedSums sums{0};
   std::vector<std::vector<std::int64_t>> unitsOfPieces;  // by piece, then by group
   std::optional<SmirnovExtremes> extremes;
+  FittedPieces fits;
 };
 
 }  // namespace npar_host

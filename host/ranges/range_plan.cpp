@@ -1,42 +1,24 @@
 #include "host/ranges/range_plan.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "catalogue/cards/jonckheere_terpstra.h"
-#include "catalogue/cards/kruskal_wallis.h"
-#include "catalogue/cards/ks_two_sample.h"
 #include "catalogue/cards/mann_whitney.h"
 #include "catalogue/cards/wilcoxon.h"
-#include "catalogue/cards/wilcoxon_pairs.h"
 #include "host/data/join_words.h"
 #include "host/data/number.h"
+#include "host/ranges/range_tests.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {
 namespace {
 
-struct Served {
-  const catalogue::Card& card;
-  std::vector<std::string> options;  // that sums serve
-};
-
-const std::vector<Served>& AllServed() {
-  static const std::vector<Served> served = {
-      {catalogue::mann_whitney::kCard, {}},
-      {catalogue::kruskal_wallis::kCard, {"compare"}},
-      {catalogue::jonckheere_terpstra::kCard, {"order"}},
-      {catalogue::ks_two_sample::kCard, {}},
-      {catalogue::wilcoxon_pairs::kCard, {}},
-      {catalogue::wilcoxon::kCard, {"median"}},
-  };
-  return served;
-}
-
 constexpr const char* kOthers = "; analyse the records or their counts for others";
+constexpr const char* kOneOrder = "sums of sorted ranges have one order; ";
 
 [[noreturn]] void RefuseTest(const std::string& name) {
   std::vector<std::string> names;
-  for (const Served& each : AllServed()) names.emplace_back(each.card.name);
+  for (const RangeTest& each : AllRangeTests()) names.emplace_back(each.card.name);
   throw UsageError("sums of sorted ranges serve " + JoinWords(names, " and ") + ", not " + name +
                    kOthers);
 }
@@ -49,9 +31,8 @@ constexpr const char* kOthers = "; analyse the records or their counts for other
 
 void CheckTest(const TestRequest& test) {
   const std::string name(test.Test().name);
-  const auto served = std::ranges::find_if(
-      AllServed(), [&test](const Served& each) { return &each.card == &test.Test(); });
-  if (served == AllServed().end()) RefuseTest(name);
+  const RangeTest* const served = FindRangeTest(test.Test());
+  if (served == nullptr) RefuseTest(name);
   for (const catalogue::Option& option : test.Test().options) {
     const std::string key(option.name);
     if (!test.HasOption(key)) continue;
@@ -68,6 +49,11 @@ void CheckTest(const TestRequest& test) {
   }
 }
 
+[[noreturn]] void RefuseOrder(const TestRequest& test) {
+  throw UsageError(kOneOrder + ("ask for " + std::string(test.Test().name)) +
+                   " in an analysis of its own");
+}
+
 void CheckTests(const AnalysisRequest& request, catalogue::Family family) {
   if (request.tests.empty()) {
     throw UsageError("sums of sorted ranges serve tests that are named; name one, such as " +
@@ -76,9 +62,36 @@ void CheckTests(const AnalysisRequest& request, catalogue::Family family) {
   for (const TestRequest& test : request.tests) {
     CheckTest(test);
     if (test.Test().family != family) {
-      throw UsageError("sums of sorted ranges have one order; ask for " +
-                       std::string(test.Test().name) + " in an analysis of its own");
+      RefuseOrder(test);
     }
+  }
+}
+
+/// The parameters that the test is given.
+FittedDistribution DistributionOf(const TestRequest& test) {
+  ReferenceDistribution given;
+  given.SetFamily(test.Test().distribution.c_str());
+  const std::pair<const char*, double*> options[] = {{"mean", &given.mean},
+                                                     {"sd", &given.stdDev},
+                                                     {"min", &given.minimum},
+                                                     {"max", &given.maximum}};
+  for (const auto& [option, parameter] : options) {
+    if (test.HasOption(option)) *parameter = RequireNumber(test.ValueOf(option), option);
+  }
+  return FittedDistribution(given);
+}
+
+/// What the tests want of a pass; of the first one the order.
+void PlanTests(const std::vector<TestRequest>& tests, RangePlan& plan) {
+  plan.order = FindRangeTest(tests.front().Test())->order;
+  if (plan.order == RangePlan::Order::Distance) {
+    plan.origin = RequireNumber(tests.front().ValueOf("median"), "median");
+  }
+  for (const TestRequest& test : tests) {
+    const RangeTest& served = *FindRangeTest(test.Test());
+    if (served.order != plan.order) RefuseOrder(test);
+    if (served.fits) plan.fits.push_back(DistributionOf(test));
+    plan.needsFurtherPass = plan.needsFurtherPass || served.needsFurtherPass;
   }
 }
 
@@ -87,6 +100,10 @@ void CheckTests(const AnalysisRequest& request, catalogue::Family family) {
 std::string RangePlan::Signature() const {
   std::string text = std::to_string(static_cast<int>(order)) + " " + NumberText(origin);
   for (const std::string& field : fields) text += " " + Quoted(field);
+  for (const FittedDistribution& fit : fits) {
+    text += " " + std::to_string(static_cast<int>(fit.family));
+    for (const double given : fit.Parameters()) text += " " + NumberText(given);
+  }
   return text + " " + Quoted(group);
 }
 
@@ -95,9 +112,8 @@ RangePlan PlanRanges(const AnalysisRequest& request) {
   const bool isPair = !request.relatedFields.empty();
   const bool isGrouped = !request.independentFields.empty();
   if (static_cast<int>(isOne) + static_cast<int>(isPair) + static_cast<int>(isGrouped) != 1) {
-    throw UsageError(
-        "sums of sorted ranges have one order; name fields of one family, --one-sample, --related "
-        "or --independent");
+    throw UsageError(std::string(kOneOrder) +
+                     "name fields of one family, --one-sample, --related or --independent");
   }
   RangePlan plan;
   const catalogue::Family family = isOne    ? catalogue::Family::OneSample
@@ -110,17 +126,10 @@ RangePlan PlanRanges(const AnalysisRequest& request) {
   if (isGrouped && measure != nullptr) plan.groupOrder = measure->categories;
   const std::size_t wanted = isPair ? 2 : 1;
   if (plan.fields.size() != wanted) {
-    throw UsageError(std::string("sums of sorted ranges have one order; name ") +
+    throw UsageError(std::string(kOneOrder) + "name " +
                      (isPair ? "two fields" : "one field and make an analysis for each"));
   }
-  plan.needsFurtherPass = std::ranges::any_of(request.tests, [](const TestRequest& test) {
-    return &test.Test() == &catalogue::ks_two_sample::kCard;
-  });
-  if (isPair) plan.order = RangePlan::Order::Difference;
-  if (isOne) {
-    plan.order = RangePlan::Order::Distance;
-    plan.origin = RequireNumber(request.tests.front().ValueOf("median"), "median");
-  }
+  PlanTests(request.tests, plan);
   return plan;
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/request/analysis_documents.h"
+#include "ranges/fitted_sums.h"
 
 namespace npar_host {
 
@@ -12,7 +13,7 @@ namespace npar_host {
 struct RangePlan {
   /// What the records of a piece ascend by.
   enum class Order {
-    Value,       ///< the values of a field, in groups
+    Value,       ///< the values of a field, in groups or without
     Difference,  ///< the size of the differences between two fields
     Distance,    ///< the distance of a field's values from a given one
   };
@@ -22,7 +23,9 @@ struct RangePlan {
   double origin = 0.0;                  ///< of distances
   std::string group;                    ///< the field of groups; empty without
   std::vector<std::string> groupOrder;  ///< where one was given
-  bool needsFurtherPass = false;        ///< of a test that the sums of one pass do not serve
+  /// What tests fit to the values, in the order of these tests.
+  std::vector<FittedDistribution> fits;
+  bool needsFurtherPass = false;  ///< of a test that the sums of one pass do not serve
 
   /// The same for pieces of one analysis alone.
   [[nodiscard]] std::string Signature() const;

@@ -12,7 +12,6 @@ namespace npar_host {
 namespace {
 
 constexpr std::size_t kRecordsAtOnce = 2048;
-using Block = std::array<double, kRecordsAtOnce>;
 
 Requirements RequirementsOf(const AnalysisRequest& request) {
   Requirements requirements;
@@ -22,12 +21,12 @@ Requirements RequirementsOf(const AnalysisRequest& request) {
   return requirements;
 }
 
-std::int64_t WeightOf(double weight) {
+std::int32_t WeightOf(double weight) {
   constexpr double kLargest = 2147483647.0;
   if (weight > kLargest) {
     throw InputError("a record has a weight above 2147483647; make several records of it");
   }
-  return static_cast<std::int64_t>(weight);
+  return static_cast<std::int32_t>(weight);
 }
 
 bool IsMissing(double value) { return value == kMissingNumber || std::isnan(value); }
@@ -48,35 +47,65 @@ std::size_t RangeRecords::IndexOf(const std::string& name) const {
   return static_cast<std::size_t>(found - prepared.model.fields.begin());
 }
 
-void RangeRecords::ForEach(const Use& use) const {
-  auto first = std::make_unique<Block>();
-  auto second = std::make_unique<Block>();
-  auto weights = std::make_unique<Block>();
-  std::size_t next = 0;
-  const auto read = [&](std::size_t field, Block& block) {
+/// Records side by side, then their units.
+struct RangeRecords::Block {
+  std::array<double, kRecordsAtOnce> first;
+  std::array<double, kRecordsAtOnce> second;
+  std::array<double, kRecordsAtOnce> weights;
+  std::array<double, kRecordsAtOnce> values;
+  std::array<std::uint32_t, kRecordsAtOnce> groups;
+  std::array<std::int32_t, kRecordsAtOnce> wholeWeights;
+};
+
+std::size_t RangeRecords::Read(std::size_t& next, Block& block) const {
+  std::size_t behind = next;
+  const std::size_t count =
+      prepared.records.ReadField(fields.front(), behind, kRecordsAtOnce, block.first.data());
+  const auto readBeside = [&](std::size_t field, double* values) {
     std::size_t at = next;
-    const std::size_t count = prepared.records.ReadField(field, at, kRecordsAtOnce, block.data());
-    return std::pair(count, at);
+    static_cast<void>(prepared.records.ReadField(field, at, kRecordsAtOnce, values));
   };
-  while (true) {
-    const auto [count, behind] = read(fields.front(), *first);
-    if (count == 0) return;
-    static_cast<void>(read(fields.back(), *second));
-    if (isWeighted) static_cast<void>(read(weightField, *weights));
-    for (std::size_t i = 0; i < count; ++i) {
-      const double a = (*first)[i];
-      const double b = (*second)[i];
-      if (IsMissing(a)) continue;
-      const std::int64_t weight = isWeighted ? WeightOf((*weights)[i]) : 1;
-      if (plan.order == RangePlan::Order::Value) {
-        if (b >= 0.0) use(a, static_cast<std::size_t>(b), weight);
-        continue;
-      }
+  readBeside(fields.back(), block.second.data());
+  if (isWeighted) readBeside(weightField, block.weights.data());
+  next = behind;
+  return count;
+}
+
+std::size_t RangeRecords::Compress(std::size_t count, Block& block) const {
+  const bool isGrouped = !plan.group.empty();
+  std::size_t size = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const double a = block.first[i];
+    const double b = block.second[i];
+    if (IsMissing(a)) continue;
+    double value = a;
+    std::uint32_t group = 0;
+    if (isGrouped) {
+      if (!(b >= 0.0)) continue;
+      group = static_cast<std::uint32_t>(b);
+    } else if (plan.order != RangePlan::Order::Value) {
       if (IsMissing(b)) continue;
       const double d = plan.order == RangePlan::Order::Difference ? b - a : a - plan.origin;
-      if (!std::isnan(d)) use(std::abs(d), d < 0.0 ? kNegative : kPositive, weight);
+      if (std::isnan(d)) continue;
+      value = std::abs(d);
+      group = d < 0.0 ? kNegative : kPositive;
     }
-    next = behind;
+    block.values[size] = value;
+    block.groups[size] = group;
+    if (isWeighted) block.wholeWeights[size] = WeightOf(block.weights[i]);
+    ++size;
+  }
+  return size;
+}
+
+void RangeRecords::ForEach(const Use& use) const {
+  const auto block = std::make_unique<Block>();
+  std::size_t next = 0;
+  while (const std::size_t count = Read(next, *block)) {
+    const std::size_t size = Compress(count, *block);
+    use({{block->values.data(), size},
+         {block->groups.data(), size},
+         {block->wholeWeights.data(), isWeighted ? size : 0}});
   }
 }
 

@@ -159,7 +159,8 @@ uint32_t npar_analysis_add_column(NparAnalysis* analysis, const NparColumn* colu
  * Served are, for one field of "independent", mann-whitney, kruskal-wallis (also compare=pairwise),
  * jonckheere-terpstra and ks-two-sample of records that ascend by this field; for two fields of
  * "related", wilcoxon-pairs of records that ascend by the size of the difference of both; for one
- * field of "one-sample", wilcoxon:median=M of records that ascend by the distance from M. Records
+ * field of "one-sample", wilcoxon:median=M of records that ascend by the distance from M, and
+ * ks-normal, ks-uniform, ks-poisson and ks-exponential of records that ascend by the field. Records
  * with a missing value may stand anywhere, and the cut between two pieces may lie anywhere, also
  * between equal values. Groups stand in the order of npar_analysis_order, or else numbers ascending
  * and texts by their bytes. The results have no medians, distributions and exact values given ties,
@@ -174,7 +175,7 @@ uint32_t npar_analysis_sum_piece(NparAnalysis* analysis, const void** sums, size
  * that follows is made of them. NPAR_A_INPUT for bytes that are no sums, for those of another
  * request and for a piece that begins below the end of the one before; NPAR_A_STATE beside data. */
 uint32_t npar_analysis_add_sums(NparAnalysis* analysis, const void* sums, size_t length);
-/* Some tests (ks-two-sample) see the pieces twice. Once the sums of all are taken, this gives what
+/* Some tests (those whose names begin with ks-) see the pieces twice. Once the sums of all are taken, this gives what
  * a second pass begins with, [analysis owns] until its next call, or a *length of 0 where the sums
  * are enough; the sums of that pass then replace those of the first. */
 uint32_t npar_analysis_next_pass(NparAnalysis* analysis, const void** pass, size_t* length);

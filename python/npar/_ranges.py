@@ -128,8 +128,8 @@ def _sort_key(request: Request) -> Any:
     )
     for second in rest:
         return functions.abs(second - origin)
-    median = request.tests[0].partition("median=")[2]
-    return functions.abs(origin - functions.lit(float(median)))
+    _, measured_from, median = request.tests[0].partition("median=")
+    return functions.abs(origin - functions.lit(float(median))) if measured_from else origin
 
 
 def _sum_range(

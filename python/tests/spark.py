@@ -83,6 +83,8 @@ BY_RANGES = [
     (MEASURED, {"independent": "v.w", "by": "g", "tests": PAIRS, "weight": "n"}),
     (MEASURED, {"related": ["v.w", "later"], "tests": "wilcoxon-pairs"}),
     (MEASURED, {"one_sample": "later", "tests": ("wilcoxon", {"median": 0.1})}),
+    (MEASURED, {"one_sample": "v.w", "tests": ["ks-normal", "ks-uniform", "ks-exponential"]}),
+    (MEASURED, {"one_sample": "n", "tests": ["ks-poisson", "ks-normal"]}),
     (SPRAYS, {"independent": "count", "by": "spray", "tests": PAIRS}),
 ]
 

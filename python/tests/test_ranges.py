@@ -107,6 +107,42 @@ def test_signed_ranks_of_pieces_give_the_figures_of_the_records():
         same_figures(of_pieces(table, distance, cuts, **asked), npar.analyse(table, **asked))
 
 
+def fitted(size):
+    """Values of each kind that a distribution is fitted to, sorted: many ties, some outside."""
+    return {
+        "normal": np.sort(np.round(RNG.normal(5, 2, size), 1)),
+        "spread": np.sort(RNG.normal(1e6, 1e-3, size)),
+        "lasting": np.sort(np.round(RNG.exponential(2, size) - 0.2, 1)),
+        "counts": np.sort(RNG.poisson(2.5, size)).astype(float),
+        "huge": np.sort(RNG.poisson(2e5, size)).astype(float),
+        "same": np.full(size, 3.0),
+    }
+
+
+PLAIN = ["ks-normal", "ks-uniform", "ks-exponential", "ks-poisson"]
+FITS = [
+    *((field, PLAIN) for field in fitted(2)),
+    ("normal", [("ks-normal", {"mean": 5}), ("ks-uniform", {"min": 0, "max": 7.1})]),
+    ("normal", [("ks-normal", {"mean": 5.1, "sd": 1.9}), ("ks-uniform", {"min": 90, "max": 91})]),
+    ("lasting", [("ks-exponential", {"mean": 1.5}), ("ks-uniform", {"min": 0.1, "max": 3})]),
+    ("counts", [("ks-poisson", {"mean": 2}), ("ks-normal", {"sd": 2})]),
+]
+
+
+@pytest.mark.parametrize("field, tests", FITS)
+@pytest.mark.parametrize("size", [40, 6000])
+@pytest.mark.parametrize("weight", [None, "n"])
+def test_distributions_fit_pieces_as_they_fit_the_records(field, tests, size, weight):
+    x = fitted(size)[field]
+    table = pa.table({"x": x, "n": RNG.integers(0, 4, size)})
+    asked = {"one_sample": "x", "tests": tests, "weight": weight}
+    for _ in range(3):
+        got = of_pieces(table, x, random_cuts(size), **asked)
+        want = npar.analyse(table, **asked)
+        same_figures(got, want)
+        assert [dict(each.extended) for each in got] == [dict(each.extended) for each in want]
+
+
 def test_a_test_without_records_fails_as_it_does_elsewhere():
     table = pa.table({"x": [1.0, 2.0, None], "two": [1, 1, 2]})
     asked = {"independent": "x", "by": "two", "tests": "mann-whitney"}
@@ -122,7 +158,11 @@ REFUSED = {
         (("kruskal-wallis", {"compare": "stepwise"}), "leave it out, or analyse the records"),
         (("mann-whitney", {"group1": ["8"], "group2": ["9"]}), "leave it out"),
     ],
-    "one_sample": [("wilcoxon", "wilcoxon:median="), ("ks-normal", "serve mann-whitney")],
+    "one_sample": [
+        ("wilcoxon", "wilcoxon:median="),
+        ("runs", "serve mann-whitney"),
+        ([("wilcoxon", {"median": 1}), "ks-normal"], "analysis of its own"),
+    ],
 }
 
 

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <cstddef>
 #include <optional>
+#include <string>
 
 #include "catalogue/cards/jonckheere_terpstra.h"
 #include "catalogue/cards/kruskal_wallis.h"
+#include "catalogue/cards/ks_one_sample.h"
 #include "catalogue/cards/ks_two_sample.h"
 #include "catalogue/cards/mann_whitney.h"
 #include "catalogue/run.h"
+#include "kit/fits/kolmogorov.h"
 #include "kit/statistics/jonckheere.h"
 #include "kit/statistics/kolmogorov_smirnov.h"
 #include "kit/statistics/kruskal_wallis.h"
@@ -145,6 +148,39 @@ RankFigures SmirnovFigures(SmirnovExtremes extremes) {
   figures.extremes = {
       {"Absolute", absolute}, {"Positive", extremes.Positive()}, {"Negative", extremes.Negative()}};
   figures.statistics = {{"TestStatistic", z}, {"AsymptoticSig2Tailed", figures.decidingSig}};
+  return figures;
+}
+
+RankFigures FitFigures(const FittedDistribution& wanted, const FittedSums& sums,
+                       const ExtremeDifferences& differences) {
+  namespace card = catalogue::ks_one_sample;
+  if (sums.NoCount()) return Failed(card::kNoPoisson);
+  const std::optional<FittedDistribution> fitted = sums.Fit(wanted);
+  if (!fitted) return Failed(wanted.CodeWithoutValues());
+  const double z = KolmogorovStatistic(sums.Count(), differences);
+  RankFigures figures;
+  if (const auto code = fitted->CodeAgainst()) {
+    figures = Failed(*code);
+  } else if (!KolmogorovSmirnovSig(z, figures.decidingSig)) {
+    figures = Failed(card::kExponentialFailed);
+  } else {
+    figures.extremes = {{"Absolute", std::max(differences.Absolute(), 0.0)},
+                        {"Positive", differences.Positive()},
+                        {"Negative", differences.Negative()}};
+    figures.statistics = {{"TotalN", static_cast<double>(sums.Count() + sums.Excluded())},
+                          {"TestStatistic", z},
+                          {"AsymptoticSig2Tailed", figures.decidingSig}};
+    ExtendKolmogorov(figures.extended, *fitted, sums.Count(), differences);
+  }
+  const bool isLarge = fitted->IsNormalForPoisson();
+  if (isLarge)
+    figures.messages.push_back({QDStatus(card::kLargePoissonMean), MessageKind::Help, {}, {}});
+  if (sums.Excluded() > 0) {
+    figures.messages.push_back({QDStatus(fitted->CodeOfExcluded()),
+                                MessageKind::Warning,
+                                {std::to_string(sums.Excluded())},
+                                {}});
+  }
   return figures;
 }
 

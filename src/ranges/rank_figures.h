@@ -7,7 +7,10 @@
 #include <vector>
 
 #include "kit/comparisons/multiple_comparisons.h"
+#include "kit/contract/extended_figures.h"
 #include "kit/contract/message.h"
+#include "ranges/fit_extremes.h"
+#include "ranges/fitted_sums.h"
 #include "ranges/run_sums.h"
 #include "ranges/smirnov_extremes.h"
 
@@ -21,6 +24,7 @@ struct RankFigures {
   /// The groups with units, ascending, and the means of their ranks.
   std::vector<ComparedSample> groups;
   std::vector<PairwiseComparison> pairs;  ///< by places in `groups`
+  ExtendedFigures extended;               ///< all that the test has, where the sums tell it
   /// A test with an error has no figures.
   std::vector<NPARMessage> messages;
 };
@@ -34,6 +38,10 @@ struct RankFigures {
 
 /// Of two groups, in a second pass over the sample.
 [[nodiscard]] RankFigures SmirnovFigures(SmirnovExtremes extremes);
+
+/// Of one sample, in a second pass over it.
+[[nodiscard]] RankFigures FitFigures(const FittedDistribution& wanted, const FittedSums& sums,
+                                     const ExtremeDifferences& differences);
 
 /// Sums of the sizes of differences from 0, by sign; `zeros` are the units without a rank.
 struct SignedRankSums {

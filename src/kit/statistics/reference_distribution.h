@@ -24,6 +24,7 @@ class ReferenceDistribution {
   void SetFamily(std::string_view word);
   /// Goes over to the normal of the same mean and variance; the family stays Poisson.
   void UseNormalForPoisson();
+  [[nodiscard]] bool IsNormalForPoisson() const noexcept { return normalForPoisson; }
   /// The distribution function; the missing value where an exponential fails. The Poisson function
   /// continues the sum of its last call, so that ascending x cost one term for each count.
   [[nodiscard]] double Cdf(double x);

@@ -121,6 +121,13 @@ void Moments::Merge(double chunkCentre, std::int64_t weight, DoubleDouble sum,
   sumAboutCentre = sumAboutCentre + (sum + shifts);
 }
 
+void Moments::Append(const Moments& other) noexcept {
+  totalWeight += other.totalWeight;
+  hugeSum += other.hugeSum;
+  hasHuge = hasHuge || other.hasHuge;
+  Merge(other.centre, other.weightOnGrid, other.sumAboutCentre, other.squaresAboutCentre);
+}
+
 void Moments::AddHuge(const double* values, const std::int32_t* weights,
                       std::size_t count) noexcept {
   std::array<double, kChunk> others;

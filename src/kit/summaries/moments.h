@@ -27,11 +27,32 @@ class Moments {
   /// Takes up to kChunk values, at least one, with their weights; null: each weighs 1. None weighs
   /// 0. Answers their range; of equal ends the first.
   Range Add(const double* values, const std::int32_t* weights, std::size_t count) noexcept;
+  /// Takes the values of another.
+  void Append(const Moments& other) noexcept;
 
   /// 0 without weight; infinite or not a number where a value, or the sum of such values, is.
   [[nodiscard]] double Mean() const noexcept;
   /// 0 up to a weight of 1; infinite where squares overflow, not a number with infinite values.
   [[nodiscard]] double StdDev() const noexcept;
+
+  /// Can these be of values that weigh so much, above 0, or of none?
+  [[nodiscard]] bool CanBeOf(std::int64_t weight) const noexcept {
+    return (totalWeight == weight || totalWeight == 0) && 0 <= weightOnGrid &&
+           weightOnGrid <= totalWeight;
+  }
+  /// Shows every sum to `see`, which may change it: how moments are written and read.
+  template <typename See>
+  void Visit(See& see) {
+    see(totalWeight);
+    see(weightOnGrid);
+    for (double* sum : {&centre, &sumAboutCentre.high, &sumAboutCentre.low,
+                        &squaresAboutCentre.high, &squaresAboutCentre.low, &hugeSum}) {
+      see(*sum);
+    }
+    auto huge = static_cast<std::int64_t>(hasHuge);
+    see(huge);
+    hasHuge = huge != 0;
+  }
 
  private:
   template <bool kIsWeighted>

@@ -1,30 +1,40 @@
 #include "catalogue/cards/ks_one_sample.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "catalogue/run.h"
 #include "kit/contract/test.h"
+#include "kit/fits/empirical_differences.h"
+#include "kit/fits/fitted_distribution.h"
+#include "kit/fits/kolmogorov.h"
 #include "kit/records/record_batch.h"
-#include "kit/statistics/kolmogorov_exact.h"
 #include "kit/statistics/kolmogorov_smirnov.h"
-#include "kit/statistics/lilliefors.h"
 #include "kit/statistics/reference_distribution.h"
+#include "kit/summaries/univariate_variable.h"
 #include "planning/test_construction.h"
 #include "report/algorithm_element.h"
 #include "report/elements.h"
-#include "tests/one_sample/empirical_differences.h"
-#include "tests/one_sample/fitted_distribution.h"
 
 namespace card = catalogue::ks_one_sample;
 
-using Family = ReferenceDistribution::Family;
-
 namespace {
+
+/// Parameters that the settings leave out are the missing value.
+ReferenceDistribution GivenDistribution(const SettingsReader& settings) {
+  ReferenceDistribution given;
+  given.SetFamily(settings.Text("distributionFunction"));
+  settings.Find(card::kMinimum.key, given.minimum);
+  settings.Find(card::kMaximum.key, given.maximum);
+  settings.Find(card::kMean.key, given.mean);
+  settings.Find(card::kStdDev.key, given.stdDev);
+  return given;
+}
 
 /// One-sample Kolmogorov-Smirnov test: does a continuous field follow a normal, uniform, Poisson or
 /// exponential distribution, with parameters given or estimated from the sample?
@@ -40,8 +50,7 @@ class NPARKSmirnowOneSample final : public NPARTest {
 
   XMLElement* WriteResults() override {
     if (excludedWeight != 0 && totalN > 0) {
-      Warn(fitted->family == Family::Uniform ? card::kUniformExcluded : card::kExponentialExcluded,
-           {IntegerText(excludedWeight)});
+      Warn(fitted->CodeOfExcluded(), {IntegerText(excludedWeight)});
     }
     return WriteAlgorithm(*this,
                           // The head of the element is the same for all four cards.
@@ -50,10 +59,11 @@ class NPARKSmirnowOneSample final : public NPARTest {
                             XMLElement* statistics =
                                 AddFigures(algorithm, "StatisticsResult",
                                            {{"TotalN", totalN + excludedWeight}});
+                            const ExtremeDifferences& found = differences->Extremes();
                             AddFigures(*statistics, "MostExtremeDifferences",
-                                       {{"Absolute", std::max(differences->Absolute(), 0.0)},
-                                        {"Positive", differences->Positive()},
-                                        {"Negative", differences->Negative()}});
+                                       {{"Absolute", std::max(found.Absolute(), 0.0)},
+                                        {"Positive", found.Positive()},
+                                        {"Negative", found.Negative()}});
                             AddAttributeRow(*statistics, "TestStatistic", testStatistic);
                             AddAttributeRow(*statistics, "AsymptoticSig2Tailed", sig);
                           });
@@ -67,7 +77,14 @@ class NPARKSmirnowOneSample final : public NPARTest {
  protected:
   void Prepare(const SettingsReader& settings) override {
     variableIndex = settings.Index("variableIndex");
-    fitted.emplace(settings, variableIndex, weight.Index());
+    fitted.emplace(GivenDistribution(settings));
+    estimator.emplace(variableIndex, weight.Index());
+    if (fitted->WantsMean()) Estimate(Statistic::Mean);
+    if (fitted->WantsStdDev()) Estimate(Statistic::MeanStdDev);
+    if (fitted->WantsRange()) {
+      Estimate(Statistic::Maximum);
+      Estimate(Statistic::Minimum);
+    }
     ExpectPasses(2);
     Require({variableIndex});
   }
@@ -81,53 +98,23 @@ class NPARKSmirnowOneSample final : public NPARTest {
     weight.UseTruncated(batch, [&](auto weightAt) {
       for (std::size_t i = 0; i < batch.Size(); ++i) totalN += weightAt(i);
     });
-    fitted->EstimateFrom(batch);
+    estimator->ProcessBatch(batch);
   }
 
   /// Errors 220003, 220310, 220313: no valid value.
   void Compute() override {
-    if (const QDStatus estimated = fitted->EndEstimates(); estimated.IsError()) {
-      Fail(estimated.GetErrorCode());
-    }
-    if (totalN > 0) return;
-    switch (fitted->family) {
-      case Family::Uniform:
-        Fail(card::kNoValidUniform);
-        break;
-      case Family::Exponential:
-        Fail(card::kNoExponential);
-        break;
-      case Family::Poisson:
-      case Family::Normal:
-        Fail(catalogue::run::kNoData);
-        break;
-    }
+    if (totalN <= 0) Fail(fitted->CodeWithoutValues());
   }
 
   /// Errors 220312, 220313, 220315, 220316: the parameters make no distribution. Help message
   /// 220309: a large Poisson mean.
   void StartPass() override {
-    fitted->UseEstimates();
-    switch (fitted->family) {
-      case Family::Uniform:
-        if (QDPower::AlmostEqual(fitted->minimum, fitted->maximum, QDPower::gMachineEpsilon)) {
-          Fail(card::kEmptyUniform);
-        }
-        break;
-      case Family::Poisson:
-        if (!(fitted->mean > 0.0)) {
-          Fail(card::kNoPoisson);
-        } else if (fitted->mean >= ReferenceDistribution::kLargePoissonMean) {
-          fitted->UseNormalForPoisson();
-          Help(card::kLargePoissonMean);
-        }
-        break;
-      case Family::Normal:
-        if (!(fitted->stdDev > 0.0)) Fail(card::kNoNormal);
-        break;
-      case Family::Exponential:
-        if (!(fitted->mean > 0.0)) Fail(card::kNoExponential);
-        break;
+    fitted->UseEstimates({estimator->GetMean(), estimator->GetStdDev(), estimator->GetMinimum(),
+                          estimator->GetMaximum()});
+    if (const auto code = fitted->CodeAgainst()) {
+      Fail(*code);
+    } else if (fitted->IsNormalForPoisson()) {
+      Help(card::kLargePoissonMean);
     }
     differences.emplace(*fitted, totalN);
   }
@@ -148,17 +135,12 @@ class NPARKSmirnowOneSample final : public NPARTest {
   /// Error 220305: an exponential failed.
   void Finish() override {
     differences->Finish();
-    testStatistic = std::sqrt(static_cast<double>(totalN)) * differences->Absolute();
+    testStatistic = KolmogorovStatistic(totalN, differences->Extremes());
     if (!KolmogorovSmirnovSig(testStatistic, sig)) Fail(card::kExponentialFailed);
   }
 
   void Extend(ExtendedFigures& figures) override {
-    figures.Add("ValidN", totalN);
-    if (!(differences->Absolute() >= 0.0)) return;  // no difference is a number
-    figures.Add("AbsoluteDifferenceLocation", differences->Location());
-    figures.Add("LimitingSig2Tailed", LimitingKolmogorovSig(testStatistic));
-    if (fitted->IsGiven()) AddExact(figures);
-    if (fitted->IsEstimated()) AddLilliefors(figures);
+    ExtendKolmogorov(figures, *fitted, totalN, differences->Extremes());
   }
 
  private:
@@ -179,56 +161,22 @@ class NPARKSmirnowOneSample final : public NPARTest {
         }
       }
     });
-    fitted->EstimateFrom(validRecords.Select(batch, isInvalid));
+    estimator->ProcessBatch(validRecords.Select(batch, isInvalid));
   }
 
   [[nodiscard]] Condition GetCondition() const {
-    const std::string index = IntegerText(variableIndex);
-    const std::string mean = NumberOrMissingText(fitted->mean);
-    switch (fitted->family) {
-      case Family::Uniform:
-        return {
-            "UniformDistribution_O_KolmogorovSmirnov_3",
-            {index, NumberOrMissingText(fitted->minimum), NumberOrMissingText(fitted->maximum)}};
-      case Family::Poisson:
-        return {"PoissonDistribution_O_KolmogorovSmirnov_2", {index, mean}};
-      case Family::Normal:
-        break;
-      case Family::Exponential:
-        return {"ExponentialDistribution_O_KolmogorovSmirnov_2", {index, mean}};
-    }
-    return {"NormalDistribution_O_KolmogorovSmirnov_3",
-            {index, mean, NumberOrMissingText(fitted->stdDev)}};
+    std::vector<std::string> parameters = {IntegerText(variableIndex)};
+    for (const double each : fitted->Parameters()) parameters.push_back(NumberOrMissingText(each));
+    return {std::string(fitted->ConditionKey()), std::move(parameters)};
   }
 
-  void AddExact(ExtendedFigures& figures) const {
-    if (totalN > kMostExactKolmogorovUnits) return;
-    figures.Add("ExactSig2Tailed", TwoSidedKolmogorovSig(totalN, differences->Absolute()));
-    figures.Add("ExactSig1TailedLess", OneSidedKolmogorovSig(totalN, differences->Positive()));
-    figures.Add("ExactSig1TailedGreater", OneSidedKolmogorovSig(totalN, -differences->Negative()));
-  }
-
-  void AddLilliefors(ExtendedFigures& figures) const {
-    if (totalN < kFewestLillieforsUnits) return;
-    const double d = differences->Absolute();
-    const LillieforsSig found = fitted->family == Family::Normal
-                                    ? NormalLillieforsSig(totalN, d)
-                                    : ExponentialLillieforsSig(totalN, d);
-    switch (found.kind) {
-      case LillieforsSig::Kind::Value:
-        figures.Add("LillieforsSig", found.sig);
-        break;
-      case LillieforsSig::Kind::AtLeast:
-        figures.Add("LillieforsSigAtLeast", found.sig);
-        break;
-      case LillieforsSig::Kind::AtMost:
-        figures.Add("LillieforsSigAtMost", found.sig);
-        break;
-    }
+  void Estimate(Statistic statistic) {
+    static_cast<void>(estimator->AddStatistic(static_cast<std::int32_t>(statistic)));
   }
 
   std::int32_t variableIndex = -1;
   std::optional<FittedDistribution> fitted;
+  std::optional<QDContUnivariateVariable> estimator;
   std::vector<std::uint8_t> isInvalid;  // by record in hand
   SelectedRecords validRecords;
 

@@ -31,6 +31,18 @@ Moments MomentsOf(const Weighted& list, std::size_t atOnce, bool isExpanded) {
   return moments;
 }
 
+/// Of parts of the list, joined.
+Moments JoinedOf(const Weighted& list) {
+  constexpr std::size_t kPart = 500;
+  Moments joined;
+  for (std::size_t i = 0; i < list.size(); i += kPart) {
+    const auto first = list.begin() + static_cast<std::ptrdiff_t>(i);
+    const auto count = static_cast<std::ptrdiff_t>(std::min(kPart, list.size() - i));
+    joined.Append(MomentsOf({first, first + count}, 7, false));
+  }
+  return joined;
+}
+
 /// The tenths of a whole number that jumps about; the first value may be another.
 Weighted Tenths(double first) {
   Weighted list = {{first, 1}};
@@ -70,6 +82,8 @@ TEST(MomentsTest, AreThoseOfFractionsInAnyOrderAndGrouping) {
         EXPECT_DOUBLE_EQ(moments.Mean(), row.mean);
         EXPECT_DOUBLE_EQ(moments.StdDev(), row.stdDev);
         EXPECT_EQ(moments.StdDev(), MomentsOf(row.values, 7, false).StdDev());
+        EXPECT_DOUBLE_EQ(JoinedOf(values).Mean(), row.mean);
+        EXPECT_EQ(moments.StdDev(), JoinedOf(values).StdDev());
       }
       std::shuffle(values.begin(), values.end(), random);
     }

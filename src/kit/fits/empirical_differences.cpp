@@ -1,4 +1,4 @@
-#include "tests/one_sample/empirical_differences.h"
+#include "kit/fits/empirical_differences.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,6 +15,42 @@ constexpr double kRoundingMargin = 1e-12;
 constexpr double kAlike = 1e-12;
 
 }  // namespace
+
+void ExtremeDifferences::TakeSize(const Place& place) {
+  if (!(place.size > absolute)) return;
+  absolute = place.size;
+  // Values ascend, and of those that are alike the first counts.
+  std::erase_if(places, [this](const Place& each) { return !(each.size > absolute - kAlike); });
+  places.push_back(place);
+}
+
+void ExtremeDifferences::Take(double difference, double x) {
+  TakeSize({x, std::abs(difference)});
+  positive = std::max(positive, difference);
+  negative = std::min(negative, difference);
+}
+
+void ExtremeDifferences::Append(const ExtremeDifferences& next) {
+  for (const Place& place : next.places) TakeSize(place);
+  positive = std::max(positive, next.positive);
+  negative = std::min(negative, next.negative);
+}
+
+bool ExtremeDifferences::Hold(double lowest, double highest) const noexcept {
+  return highest <= positive - kRoundingMargin && lowest >= negative + kRoundingMargin;
+}
+
+std::optional<double> ExtremeDifferences::Location() const {
+  if (!(absolute > 0.0) || places.empty()) return std::nullopt;
+  return places.front().x;
+}
+
+EmpiricalDifferences::EmpiricalDifferences(const ReferenceDistribution& distribution,
+                                           std::int64_t totalWeight, std::int64_t weightBefore)
+    : distribution(distribution), totalWeight(totalWeight), cumulative(weightBefore) {
+  if (weightBefore == 0) return;
+  previousEmpirical = static_cast<double>(weightBefore) / static_cast<double>(totalWeight);
+}
 
 double EmpiricalDifferences::EmpiricalAt(double x, std::int64_t weightUpTo) const {
   if (distribution.minimum > x) return 0.0;
@@ -33,7 +69,7 @@ bool EmpiricalDifferences::PassOver(const double* values, std::size_t count) {
   boundedValue = last;
   boundedCdf = distribution.RoughCdf(last);
   const std::int64_t weightUpTo = cumulative + static_cast<std::int64_t>(count);
-  if (!CannotBeExtreme(previousEmpirical - boundedCdf, EmpiricalAt(last, weightUpTo) - cdfBefore)) {
+  if (!extremes.Hold(previousEmpirical - boundedCdf, EmpiricalAt(last, weightUpTo) - cdfBefore)) {
     return false;
   }
   std::size_t place = count - 1;  // of the first value of the last tie
@@ -57,8 +93,8 @@ void EmpiricalDifferences::EndStep() {
   if (x != 0.0) {
     before = EmpiricalAt(x - 1.0, cumulative - tieWeight) - distribution.Cdf(x - 1.0);
   }
-  TakeDifference(before, x - 1.0);
-  TakeDifference(EmpiricalAt(x, cumulative) - distribution.Cdf(x), x);
+  extremes.Take(before, x - 1.0);
+  extremes.Take(EmpiricalAt(x, cumulative) - distribution.Cdf(x), x);
 }
 
 void EmpiricalDifferences::Finish() {
@@ -82,7 +118,7 @@ void EmpiricalDifferences::TakeSteps(std::size_t begin, std::size_t end) {
     // Both functions ascend, so their ends bound every difference between.
     const double highest = empiricalUpTo(end) - distribution.RoughCdf(steps[begin].x);
     const double lowest = empiricalUpTo(begin) - distribution.RoughCdf(steps[end - 1].x);
-    if (CannotBeExtreme(lowest, highest)) return;
+    if (extremes.Hold(lowest, highest)) return;
     const std::size_t middle = begin + (end - begin) / 2;
     TakeSteps(begin, middle);
     TakeSteps(middle, end);
@@ -90,28 +126,7 @@ void EmpiricalDifferences::TakeSteps(std::size_t begin, std::size_t end) {
   }
   for (std::size_t i = begin; i < end; ++i) {
     const double theoretical = distribution.Cdf(steps[i].x);
-    TakeDifference(empiricalUpTo(i) - theoretical, steps[i].x);
-    TakeDifference(empiricalUpTo(i + 1) - theoretical, steps[i].x);
+    extremes.Take(empiricalUpTo(i) - theoretical, steps[i].x);
+    extremes.Take(empiricalUpTo(i + 1) - theoretical, steps[i].x);
   }
-}
-
-std::optional<double> EmpiricalDifferences::Location() const {
-  if (!(absolute > 0.0)) return std::nullopt;
-  return places.front().x;
-}
-
-bool EmpiricalDifferences::CannotBeExtreme(double lowest, double highest) const noexcept {
-  return highest <= positive - kRoundingMargin && lowest >= negative + kRoundingMargin;
-}
-
-void EmpiricalDifferences::TakeDifference(double difference, double x) {
-  const double size = std::abs(difference);
-  if (size > absolute) {
-    absolute = size;
-    // Values ascend, and of those that are alike the first counts.
-    std::erase_if(places, [size](const Place& place) { return !(place.size > size - kAlike); });
-    places.push_back({x, size});
-  }
-  positive = std::max(positive, difference);
-  negative = std::min(negative, difference);
 }

@@ -9,6 +9,51 @@
 #include "foundation/names.h"
 #include "kit/statistics/reference_distribution.h"
 
+/// The extremes of differences that were taken in the order of their values.
+class ExtremeDifferences {
+ public:
+  void Take(double difference, double x);
+  /// Takes those of the values that follow.
+  void Append(const ExtremeDifferences& next);
+  /// Are all differences between these inside the extremes so far?
+  [[nodiscard]] bool Hold(double lowest, double highest) const noexcept;
+
+  /// The largest size of a difference; the lowest number where all are not a number.
+  [[nodiscard]] double Absolute() const noexcept { return absolute; }
+  /// 0 where no difference is above, or below, 0.
+  [[nodiscard]] double Positive() const noexcept { return positive; }
+  [[nodiscard]] double Negative() const noexcept { return negative; }
+  /// The smallest value at which a difference is the largest, but for rounding; nothing where all
+  /// are 0 or not a number.
+  [[nodiscard]] std::optional<double> Location() const;
+
+  /// Shows every number to `see`, which may change it; `countPlaces` answers how many places there
+  /// are, of those that it is told.
+  template <typename See, typename CountPlaces>
+  void Visit(See& see, CountPlaces countPlaces) {
+    see(absolute);
+    see(positive);
+    see(negative);
+    places.resize(countPlaces(places.size()));
+    for (Place& place : places) {
+      see(place.x);
+      see(place.size);
+    }
+  }
+
+ private:
+  struct Place {
+    double x;
+    double size;
+  };
+  void TakeSize(const Place& place);
+
+  double absolute = std::numeric_limits<double>::lowest();
+  double positive = 0.0;
+  double negative = 0.0;
+  std::vector<Place> places;  // of sizes that were the largest; the last ones, but for rounding
+};
+
 /// The extreme differences between the empirical distribution function of weighted values and a
 /// distribution, just before and at the step of each distinct value.
 ///
@@ -17,9 +62,10 @@
 /// docs/statistics/ks_one_sample.md.
 class EmpiricalDifferences {
  public:
-  /// `totalWeight` is that of all values to come.
-  EmpiricalDifferences(const ReferenceDistribution& distribution, std::int64_t totalWeight)
-      : distribution(distribution), totalWeight(totalWeight) {}
+  /// `totalWeight` is that of all values; `weightBefore` that of the smaller ones, which are not to
+  /// come.
+  EmpiricalDifferences(const ReferenceDistribution& distribution, std::int64_t totalWeight,
+                       std::int64_t weightBefore = 0);
 
   /// Takes values in ascending order.
   void Add(double x, std::int64_t weight) {
@@ -40,14 +86,7 @@ class EmpiricalDifferences {
   /// After the last value.
   void Finish();
 
-  /// The largest size of a difference; the lowest number where all are not a number.
-  [[nodiscard]] double Absolute() const noexcept { return absolute; }
-  /// 0 where no difference is above, or below, 0.
-  [[nodiscard]] double Positive() const noexcept { return positive; }
-  [[nodiscard]] double Negative() const noexcept { return negative; }
-  /// The smallest value at which a difference is the largest, but for rounding; nothing where all
-  /// are 0 or not a number.
-  [[nodiscard]] std::optional<double> Location() const;
+  [[nodiscard]] const ExtremeDifferences& Extremes() const noexcept { return extremes; }
 
  private:
   /// A distinct value and the weight up to and including it.
@@ -61,20 +100,10 @@ class EmpiricalDifferences {
   /// Takes the differences of the steps that wait, but for those that cannot be an extreme.
   void TakeSteps();
   void TakeSteps(std::size_t begin, std::size_t end);
-  /// Are all differences between these inside the extremes so far?
-  [[nodiscard]] bool CannotBeExtreme(double lowest, double highest) const noexcept;
-  void TakeDifference(double difference, double x);
 
   ReferenceDistribution distribution;
   std::int64_t totalWeight;
-  double absolute = std::numeric_limits<double>::lowest();
-  double positive = 0.0;
-  double negative = 0.0;
-  struct Place {
-    double x;
-    double size;
-  };
-  std::vector<Place> places;  // of sizes that were the largest; the last ones, but for rounding
+  ExtremeDifferences extremes;
 
   std::int64_t cumulative = 0;  // weight up to and including previousValue
   std::int64_t tieWeight = 0;   // weight of previousValue alone
