@@ -67,12 +67,15 @@ void KeptColumn::Survey(const double* values, std::size_t count) noexcept {
   constexpr auto kInfinity = std::bit_cast<std::uint64_t>(std::numeric_limits<double>::infinity());
   const std::uint64_t first = firstBits;
   std::uint64_t different = 0;
+  std::uint64_t lost = 0;  // the sign of a negative zero, and in some not-a-numbers a bit
   std::uint64_t otherThanValue = ~std::uint64_t{0};
   std::uint64_t otherThanCategory = ~std::uint64_t{0};
   std::uint64_t aboveInfinity = 0;
   for (std::size_t i = 0; i < count; ++i) {
     const auto bits = std::bit_cast<std::uint64_t>(values[i]);
-    different |= std::bit_cast<std::uint64_t>(values[i] + 0.0) ^ first;
+    const auto sum = std::bit_cast<std::uint64_t>(values[i] + 0.0);
+    different |= sum ^ first;
+    lost |= sum ^ bits;
     otherThanValue &= IsAnySet(bits ^ kMissingValue);
     otherThanCategory &= IsAnySet(bits ^ kMissingCategory);
     aboveInfinity |= kInfinity - (bits & ~kSign);
@@ -80,6 +83,7 @@ void KeptColumn::Survey(const double* values, std::size_t count) noexcept {
   differing |= different;
   holdsMissingValue = holdsMissingValue || (otherThanValue & kSign) == 0;
   holdsMissingCategory = holdsMissingCategory || (otherThanCategory & kSign) == 0;
+  holdsNegativeZero = holdsNegativeZero || (lost & kSign) != 0;
   holdsNotANumber = holdsNotANumber || (aboveInfinity & kSign) != 0;
 }
 

@@ -139,6 +139,10 @@ class KeptColumn {
     return missingMark == QDMV::gMissingValue ? holdsMissingValue : holdsMissingCategory;
   }
   [[nodiscard]] bool HoldsNotANumber() const noexcept { return holdsNotANumber; }
+  /// Do the OrderedBits of each value tell it to the last bit?
+  [[nodiscard]] bool AreToldByKeys() const noexcept {
+    return !holdsNotANumber && !holdsNegativeZero;
+  }
   /// Bits in which the OrderedBits of two values may differ; the highest one tells how far apart
   /// the values lie.
   [[nodiscard]] std::uint64_t DifferingBits() const noexcept;
@@ -172,6 +176,7 @@ class KeptColumn {
   bool holdsMissingValue = false;
   bool holdsMissingCategory = false;
   bool holdsNotANumber = false;
+  bool holdsNegativeZero = false;
   // Of a column that is not narrow.
   std::uint64_t firstBits = 0;  // of negative zeros those of zero
   std::uint64_t differing = 0;  // from the first

@@ -193,6 +193,9 @@ QDStatus NPARPlanner::BuildTests() {
 }
 
 QDStatus NPARPlanner::RunTests(RunProgress& progress) {
+  // Sorted walks read them too, behind the groups.
+  sortManager->AddCompanion(weightIndex);
+  sortManager->AddCompanion(caseIdIndex);
   DivideProgress(progress);
   RunSummaries(progress);
   ReleaseOrdersOfSummaries();

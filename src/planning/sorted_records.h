@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
+#include <utility>
 #include <vector>
 
 #include "foundation/names.h"
@@ -12,56 +14,82 @@
 #include "planning/kept_records.h"
 #include "planning/record_iterators.h"
 
-/// The kept records ascending by a variable, equal values in record order: 12 bytes a record.
+/// The kept records ascending by a variable, equal values in record order.
 ///
-/// Bits that no record number needs carry codes of narrow variables along, so that a walk finds
-/// them where it is instead of all over the memory.
-struct SortedRecords {
-  /// Where the code of a variable stands in the upper bits of NumberedKey::number; the missing
-  /// category is all of its bits.
+/// An entry is a record's key and number, 12 bytes, or its key alone, 8 bytes, without the upper
+/// bits that it shares with its neighbours. Bits that neither takes carry codes of narrow variables
+/// along, so that a walk finds them where it is instead of all over the memory. Entries of 8 bytes
+/// are enough where keys tell the values and codes all other variables that walks will read; a walk
+/// that looks up another one nevertheless has the numbers found.
+class SortedRecords {
+ public:
+  /// Where the code of a variable stands among such bits; the missing category is all of its bits.
   struct Tag {
     std::int32_t variable;
     int shift;
     std::uint32_t mask;
-    [[nodiscard]] std::int32_t CodeIn(std::uint32_t number) const noexcept {
-      const std::uint32_t code = number >> shift & mask;
+    [[nodiscard]] std::int32_t CodeIn(std::uint32_t label) const noexcept {
+      const std::uint32_t code = label >> shift & mask;
       return code == mask ? kMissingCode : static_cast<std::int32_t>(code);
     }
   };
   static constexpr auto kMissingCode = static_cast<std::int32_t>(QDMV::gMissingCategory);
 
-  std::int32_t variable = -1;
-  LargeArray<NumberedKey> entries;  // OrderedBits of the value, number of the record below its tags
-  std::size_t count = 0;
-  std::uint32_t numberMask = ~std::uint32_t{0};
-  std::vector<Tag> tags;
+  /// Sorts the records, which are not taken over. `companions`: the other variables that walks
+  /// will read. Throws std::bad_alloc where memory runs out, and for more records than an order
+  /// numbers.
+  SortedRecords(const KeptRecords& records, std::int32_t variable,
+                const std::vector<std::int32_t>& companions, TellSorted tell = nullptr);
 
-  [[nodiscard]] std::size_t NumberAt(std::size_t place) const noexcept {
-    return entries[place].number & numberMask;
-  }
+  [[nodiscard]] std::int32_t Variable() const noexcept { return variable; }
+  /// Null for a variable whose codes the entries don't carry.
+  [[nodiscard]] const Tag* FindTag(std::int32_t variable) const noexcept;
+  /// Of `size` places, at most kRecordsAtOnce: the codes of a tag.
+  template <typename Value>
+  void ReadCodes(const Tag& tag, std::size_t first, std::size_t size, Value* codes) const;
+  /// The values of the variable; false where the entries don't tell them.
+  [[nodiscard]] bool ReadValues(std::size_t first, std::size_t size, double* values) const;
+  /// The numbers of the records. Throws std::bad_alloc.
+  void ReadNumbers(std::size_t first, std::size_t size, std::uint32_t* numbers) const;
+
+ private:
+  /// Gives companions bits from `used` up to `end`; false where one is left out.
+  bool PlanTags(const std::vector<std::int32_t>& companions, int used, int end);
+  [[nodiscard]] bool DoNumberedKeysTell(std::size_t first, std::size_t size) const noexcept;
+
+  const KeptRecords& records;
+  std::int32_t variable;
+  std::vector<Tag> tags;
+  bool isNumbered;
+  LargeArray<NumberedKey> numbered;  // OrderedBits of the value, number below the tags
+  std::uint32_t numberMask = 0;
+  SortedKeys<TaggedKey> tagged;
+  mutable std::once_flag areNumbersFound;
+  mutable RecordOrder foundNumbers;
 };
 
 /// Walks the kept records in such an order.
 class NPARSortedIterator final : public KeptWalk {
  public:
   /// The records are not taken over.
-  NPARSortedIterator(const KeptRecords& records, SortedRecords order);
+  NPARSortedIterator(const KeptRecords& records, std::shared_ptr<const SortedRecords> order)
+      : KeptWalk(records), order(std::move(order)) {}
   /// Another walk over the same order.
   [[nodiscard]] std::unique_ptr<NPARSortedIterator> AnotherView() const {
     return std::make_unique<NPARSortedIterator>(*this);
   }
   NPARSortedIterator(const NPARSortedIterator& other)
-      : KeptWalk(other.Records()), shared(other.shared), order(*shared) {}
+      : KeptWalk(other.Records()), order(other.order) {}
 
  private:
   void GatherColumn(std::int32_t variable, double* values) override;
   bool GatherTruncated(std::int32_t variable, std::int32_t* values) override;
-  [[nodiscard]] bool DoKeysTellValues() const noexcept;
-  [[nodiscard]] const SortedRecords::Tag* FindTag(std::int32_t variable) const noexcept;
-  void PrefetchFollowing(const KeptColumn& column) const noexcept;
+  /// use(number) for each record in hand; meanwhile the column's values of those that come next are
+  /// sought.
+  template <typename Use>
+  void ForEachNumber(const KeptColumn& column, Use use) const;
 
-  std::shared_ptr<const SortedRecords> shared;
-  const SortedRecords& order;
+  std::shared_ptr<const SortedRecords> order;
 };
 
 /// The sorted views of a run. A view is sorted when it is first asked for and then kept.
@@ -95,9 +123,6 @@ class NPARSortManager final : public ISortedData {
   [[nodiscard]] bool IsInRecord(std::int32_t variable) const noexcept {
     return variable >= 0 && static_cast<std::size_t>(variable) < views.size();
   }
-
-  [[nodiscard]] SortedRecords Sort(std::int32_t variable) const;
-  void PlanTags(SortedRecords& order) const;
 
   const KeptRecords* records;
   std::vector<std::int32_t> companions;

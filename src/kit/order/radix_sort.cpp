@@ -113,48 +113,71 @@ void SortInPlace(Entry* entries, Entry* spare, std::size_t count, std::uint64_t 
 
 }  // namespace
 
-RadixBuckets::RadixBuckets(std::size_t count)
+RadixBuckets::RadixBuckets(std::size_t count, int leadBits)
     : count(count),
       partCount(Threads::PartsOf(count)),
-      partSize((count / partCount / kPiece + 1) * kPiece) {}
+      partSize((count / partCount / kPiece + 1) * kPiece),
+      leadBits(leadBits) {}
 
-void RadixBuckets::StartCounting(std::uint64_t differing) {
+void RadixBuckets::StartCounting(std::uint64_t differing, std::uint64_t key) {
   const int cellBits =
       count <= kFewEntries
-          ? 0
+          ? leadBits
           : std::min(static_cast<int>(std::bit_width(count / partCount)) - kCellShare,
                      kMostCellBits);
-  shift = std::clamp(static_cast<int>(std::bit_width(differing)) - cellBits, 0, 63);
+  const int width = static_cast<int>(std::bit_width(differing));
+  shift = std::clamp(width - cellBits, 0, 63);
+  common = width == 64 ? 0 : key >> width << width;
   cellCount = std::size_t{1} << cellBits;
   cells.assign(partCount * cellCount, 0);
 }
 
-void RadixBuckets::JoinCells() {
-  bucketOfCell.assign(cells.begin(), cells.begin() + static_cast<std::ptrdiff_t>(cellCount));
+std::vector<std::uint32_t> RadixBuckets::JoinedCells() const {
+  std::vector<std::uint32_t> counts(cells.begin(),
+                                    cells.begin() + static_cast<std::ptrdiff_t>(cellCount));
   const std::size_t pieceSize = (cellCount + partCount - 1) / partCount;
   Threads::ForEach(partCount, [&](std::size_t piece) {
     const std::size_t begin = std::min(piece * pieceSize, cellCount);
     const std::size_t end = std::min(begin + pieceSize, cellCount);
     for (std::size_t part = 1; part < partCount; ++part) {
       const std::uint32_t* ofPart = &cells[part * cellCount];
-      for (std::size_t cell = begin; cell < end; ++cell) bucketOfCell[cell] += ofPart[cell];
+      for (std::size_t cell = begin; cell < end; ++cell) counts[cell] += ofPart[cell];
     }
   });
+  return counts;
 }
 
-void RadixBuckets::FormBuckets() {
+void RadixBuckets::FormBuckets(const std::vector<std::uint32_t>& counts) {
   const std::size_t bucketSize = std::max(count / kMostBuckets, kFewEntries / 4);
+  bucketOfCell.resize(cellCount);
   std::size_t start = 0;
   std::size_t next = 0;
-  for (std::uint32_t& cell : bucketOfCell) {
-    if (ends.empty() || next - start >= bucketSize || next - start + cell > 2 * bucketSize) {
+  for (std::size_t cell = 0; cell < cellCount; ++cell) {
+    const bool startsLead = (std::uint64_t{cell} << shift & ~LeadMask()) == 0;
+    const bool isFull = next - start >= bucketSize || next - start + counts[cell] > 2 * bucketSize;
+    if (ends.empty() || (next > start && (isFull || startsLead))) {
       start = next;
       ends.push_back(static_cast<std::uint32_t>(start));
+      firstCells.push_back(static_cast<std::uint32_t>(cell));
+    } else if (startsLead) {
+      firstCells.back() = static_cast<std::uint32_t>(cell);
     }
-    next += cell;
-    cell = static_cast<std::uint32_t>(ends.size() - 1);
+    next += counts[cell];
+    bucketOfCell[cell] = static_cast<std::uint16_t>(ends.size() - 1);
     ends.back() = static_cast<std::uint32_t>(next);
   }
+}
+
+std::vector<KeyLead> RadixBuckets::Leads() const {
+  std::vector<KeyLead> leads;
+  for (std::size_t bucket = 0; bucket < ends.size(); ++bucket) {
+    const std::uint64_t first = std::uint64_t{firstCells[bucket]} << shift | common;
+    if (leads.empty() || leads.back().bits != (first & LeadMask())) {
+      leads.push_back({0, first & LeadMask()});
+    }
+    leads.back().end = ends[bucket];
+  }
+  return leads;
 }
 
 void RadixBuckets::DividePlaces() {
@@ -165,7 +188,6 @@ void RadixBuckets::DividePlaces() {
       nextPlaces[part][bucketOfCell[cell]] += ofPart[cell];
     }
   });
-  cells = {};
   std::uint32_t next = 0;
   for (std::size_t bucket = 0; bucket < ends.size(); ++bucket) {
     for (std::vector<std::uint32_t>& places : nextPlaces) {
@@ -177,15 +199,14 @@ void RadixBuckets::DividePlaces() {
 void RadixBuckets::StartPlacing() {
   nextPlaces.resize(partCount);
   if (partCount > 1) {
-    JoinCells();
-    FormBuckets();
+    FormBuckets(JoinedCells());
     DividePlaces();
   } else {
-    bucketOfCell = std::move(cells);
-    FormBuckets();
+    FormBuckets(cells);
     nextPlaces[0].push_back(0);
     nextPlaces[0].insert(nextPlaces[0].end(), ends.begin(), ends.end() - 1);
   }
+  cells = std::vector<std::uint32_t>();  // gives its memory back
 }
 
 namespace {
@@ -236,6 +257,8 @@ template void SortBuckets(PlainKey* entries, const std::vector<std::uint32_t>& e
                           TellSorted tell);
 template void SortBuckets(NumberedKey* entries, const std::vector<std::uint32_t>& ends,
                           TellSorted tell);
+template void SortBuckets(TaggedKey* entries, const std::vector<std::uint32_t>& ends,
+                          TellSorted tell);
 
 void SortKeys(PlainKey* keys, std::size_t count) {
   constexpr std::size_t kAhead = 16;  // two lines on in the bucket
@@ -248,7 +271,7 @@ void SortKeys(PlainKey* keys, std::size_t count) {
     for (std::size_t i = begin; i < end; ++i) bits |= keys[i].key ^ keys[0].key;
     differing |= bits;
   });
-  buckets.StartCounting(differing);
+  buckets.StartCounting(differing, keys[0].key);
   ForEachPart(buckets, nullptr, 0.0, 0.0,
               [&](std::size_t part, std::size_t begin, std::size_t end) {
                 const RadixBuckets::Counter counter = buckets.CounterOf(part);

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 #include <vector>
 
 #include "kit/order/interruption.h"
@@ -48,6 +49,26 @@ struct NumberedKey {
   }
 };
 
+/// A key without its upper bits, which a KeyLead tells, and what fits their place.
+struct TaggedKey {
+  static constexpr int kTagBits = 8;
+
+  std::uint64_t bits;
+
+  TaggedKey() = default;
+  TaggedKey(std::uint64_t key, std::uint32_t tag) noexcept : bits(key << kTagBits | tag) {}
+  [[nodiscard]] std::uint64_t Key() const noexcept { return bits >> kTagBits; }
+  [[nodiscard]] std::uint32_t Tag() const noexcept {
+    return static_cast<std::uint32_t>(bits & ((std::uint64_t{1} << kTagBits) - 1));
+  }
+};
+
+/// The upper bits that keys of a sort share, those behind the lead before it up to `end`.
+struct KeyLead {
+  std::size_t end;
+  std::uint64_t bits;  // where they stand in the key
+};
+
 /// The buckets that a sort puts its entries into first: by the upper bits in which keys differ,
 /// each a small part of the entries wherever these bits tell them apart. The entries are gone
 /// through in parts, which threads take side by side.
@@ -68,7 +89,7 @@ class RadixBuckets {
   /// Tells where the entries of a part go, in their order.
   class Placer {
    public:
-    Placer(const std::uint32_t* bucketOfCell, std::uint32_t* next, int shift,
+    Placer(const std::uint16_t* bucketOfCell, std::uint32_t* next, int shift,
            std::size_t mask) noexcept
         : bucketOfCell(bucketOfCell), next(next), shift(shift), mask(mask) {}
     [[nodiscard]] std::size_t PlaceOf(std::uint64_t key) const noexcept {
@@ -78,23 +99,23 @@ class RadixBuckets {
     [[nodiscard]] std::size_t NextIn(std::size_t bucket) const noexcept { return next[bucket]; }
 
    private:
-    const std::uint32_t* bucketOfCell;
+    const std::uint16_t* bucketOfCell;
     std::uint32_t* next;
     int shift;
     std::size_t mask;
   };
 
-  /// Of so many entries: one part for each thread, as long as they are worth it. Throws
-  /// std::bad_alloc.
-  explicit RadixBuckets(std::size_t count);
+  /// Of so many entries: one part for each thread, as long as they are worth it. No bucket holds
+  /// keys that differ in some of the `leadBits` upper ones, at most 8. Throws std::bad_alloc.
+  explicit RadixBuckets(std::size_t count, int leadBits = 0);
   [[nodiscard]] std::size_t PartCount() const noexcept { return partCount; }
   /// Where a part begins; of the one behind the last the count.
   [[nodiscard]] std::size_t PartBegin(std::size_t part) const noexcept {
     return std::min(part * partSize, count);
   }
-  /// `differing`: bits in which keys may differ, the highest one that they do among them. Throws
-  /// std::bad_alloc.
-  void StartCounting(std::uint64_t differing);
+  /// `differing`: bits in which keys may differ from `key`, the highest one that they do among
+  /// them. Throws std::bad_alloc.
+  void StartCounting(std::uint64_t differing, std::uint64_t key);
   /// First look at the keys of a part.
   [[nodiscard]] Counter CounterOf(std::size_t part) noexcept {
     return {&cells[part * cellCount], shift, cellCount - 1};
@@ -108,22 +129,28 @@ class RadixBuckets {
   }
   /// Where each bucket ends; known before the entries are placed.
   [[nodiscard]] const std::vector<std::uint32_t>& Ends() const noexcept { return ends; }
+  /// The upper bits that are kept apart, ascending. Throws std::bad_alloc.
+  [[nodiscard]] std::vector<KeyLead> Leads() const;
 
   /// Parts are gone through in pieces of so many entries.
   static constexpr std::size_t kPiece = std::size_t{1} << 16;
 
  private:
-  void JoinCells();
-  void FormBuckets();
+  [[nodiscard]] std::vector<std::uint32_t> JoinedCells() const;
+  void FormBuckets(const std::vector<std::uint32_t>& counts);
   void DividePlaces();
+  [[nodiscard]] std::uint64_t LeadMask() const noexcept { return ~(~std::uint64_t{0} >> leadBits); }
 
   std::size_t count;
   std::size_t partCount;
   std::size_t partSize;
+  int leadBits;
   int shift = 0;
+  std::uint64_t common = 0;  // the bits of every key above those of the cells
   std::size_t cellCount = 1;
   std::vector<std::uint32_t> cells;         // of each part: counts by upper bits
-  std::vector<std::uint32_t> bucketOfCell;  // before that: the counts of all parts
+  std::vector<std::uint16_t> bucketOfCell;  // there are some thousand
+  std::vector<std::uint32_t> firstCells;    // by bucket
   std::vector<std::uint32_t> ends;
   std::vector<std::vector<std::uint32_t>> nextPlaces;  // of each part by bucket
 };
@@ -137,6 +164,8 @@ void SortBuckets(Entry* entries, const std::vector<std::uint32_t>& ends, TellSor
 extern template void SortBuckets(PlainKey* entries, const std::vector<std::uint32_t>& ends,
                                  TellSorted tell);
 extern template void SortBuckets(NumberedKey* entries, const std::vector<std::uint32_t>& ends,
+                                 TellSorted tell);
+extern template void SortBuckets(TaggedKey* entries, const std::vector<std::uint32_t>& ends,
                                  TellSorted tell);
 
 // Shares of a sort's time: counting, placing and sorting the buckets.
@@ -175,31 +204,42 @@ void TouchPages(Entry* entries, std::size_t count) {
   });
 }
 
+template <typename Entry>
+struct SortedKeys {
+  LargeArray<Entry> entries;
+  std::vector<KeyLead> leads;  // of keys without their upper bits
+};
+
 /// Entries, at most 2^32 - 1, ascending by their keys, equal ones in the order in which they come.
-/// `entries` has Count() of them, DifferingBits() as RadixBuckets takes them, and, for pieces that
-/// several threads go through once, ForEachKey(begin, end, take) and ForEachEntry(begin, end,
-/// take), so that nothing but the result is stored where the keys are told apart well; at worst a
-/// second array of its size is. Throws std::bad_alloc.
+/// `entries` has Count() of them, FirstKey(), DifferingBits() as RadixBuckets takes them, and, for
+/// pieces that several threads go through once, ForEachKey(begin, end, take) and
+/// ForEachEntry(begin, end, take) for each key with its entry, so that nothing but the result is
+/// stored where the keys are told apart well; at worst a second array of its size is. Throws
+/// std::bad_alloc.
 template <typename Entry, typename Entries>
-[[nodiscard]] LargeArray<Entry> SortEntries(const Entries& entries, TellSorted tell = nullptr) {
-  LargeArray<Entry> sorted = MakeLargeArray<Entry>(entries.Count());
+[[nodiscard]] SortedKeys<Entry> SortEntries(const Entries& entries, TellSorted tell = nullptr) {
+  SortedKeys<Entry> sorted;
+  sorted.entries = MakeLargeArray<Entry>(entries.Count());
   if (entries.Count() == 0) return sorted;
-  RadixBuckets buckets(entries.Count());
-  buckets.StartCounting(entries.DifferingBits());
+  constexpr bool kHasLeads = std::is_same_v<Entry, TaggedKey>;
+  RadixBuckets buckets(entries.Count(), kHasLeads ? TaggedKey::kTagBits : 0);
+  buckets.StartCounting(entries.DifferingBits(), entries.FirstKey());
   ForEachPart(buckets, tell, 0.0, kSortCounted,
               [&](std::size_t part, std::size_t begin, std::size_t end) {
                 const RadixBuckets::Counter counter = buckets.CounterOf(part);
                 entries.ForEachKey(begin, end, [counter](std::uint64_t key) { counter.Take(key); });
               });
   buckets.StartPlacing();
-  Entry* places = sorted.get();
+  if constexpr (kHasLeads) sorted.leads = buckets.Leads();
+  Entry* places = sorted.entries.get();
   TouchPages(places, entries.Count());
   ForEachPart(buckets, tell, kSortCounted, kSortPlaced,
               [&](std::size_t part, std::size_t begin, std::size_t end) {
                 const RadixBuckets::Placer placer = buckets.PlacerOf(part);
-                entries.ForEachEntry(begin, end, [placer, places](const Entry& entry) {
-                  places[placer.PlaceOf(entry.Key())] = entry;
-                });
+                entries.ForEachEntry(begin, end,
+                                     [placer, places](std::uint64_t key, const Entry& entry) {
+                                       places[placer.PlaceOf(key)] = entry;
+                                     });
               });
   SortBuckets(places, buckets.Ends(), tell);
   return sorted;
@@ -211,8 +251,9 @@ class EntriesByPlace {
  public:
   EntriesByPlace(std::size_t count, EntryAt& entryAt) noexcept : count(count), entryAt(entryAt) {}
   [[nodiscard]] std::size_t Count() const noexcept { return count; }
+  [[nodiscard]] std::uint64_t FirstKey() const { return entryAt(0).Key(); }
   [[nodiscard]] std::uint64_t DifferingBits() const {
-    const std::uint64_t first = entryAt(0).Key();
+    const std::uint64_t first = FirstKey();
     std::atomic<std::uint64_t> differing{0};
     const RadixBuckets parts(count);
     ForEachPart(parts, nullptr, 0.0, 0.0, [&](std::size_t, std::size_t begin, std::size_t end) {
@@ -230,7 +271,10 @@ class EntriesByPlace {
   template <typename Take>
   void ForEachEntry(std::size_t begin, std::size_t end, Take take) const {
     Interruption::Check();
-    for (std::size_t place = begin; place < end; ++place) take(entryAt(place));
+    for (std::size_t place = begin; place < end; ++place) {
+      const auto entry = entryAt(place);
+      take(entry.Key(), entry);
+    }
   }
 
  private:
@@ -241,7 +285,7 @@ class EntriesByPlace {
 /// `count` entries, where `entryAt(place)` is asked three times for each place, by several threads.
 template <typename Entry, typename EntryAt>
 [[nodiscard]] LargeArray<Entry> SortedEntries(std::size_t count, EntryAt entryAt) {
-  return SortEntries<Entry>(EntriesByPlace<EntryAt>(count, entryAt));
+  return SortEntries<Entry>(EntriesByPlace<EntryAt>(count, entryAt)).entries;
 }
 
 /// Sorts at most 2^32 - 1 keys where they stand, in little more than their own memory. Throws

@@ -44,16 +44,8 @@ TEST(NPARSortedIterator, TakesTheMissingValueAsAValueAndPutsNotANumberLast) {
   EXPECT_EQ(WalkBatches(*manager.GetSortedIterator(1), 0), (std::vector<double>{2, 4, 3, 1, 0}));
 }
 
-TEST(NPARSortedIterator, OverNoRecordsEndsAtOnce) {
-  const Kept kept(TwoVariables(), {});
-  NPARSortedIterator sorted(kept.reader->Records(), {});
-  EXPECT_EQ(sorted.Reset(), 1);
-  EXPECT_FALSE(sorted.HasNext());
-  EXPECT_EQ(sorted.NextBatch(), nullptr);
-}
-
 /// What the records are sorted by, codes that fit a byte and codes that do not, some of everything
-/// that a copy could lose, and the number of the record.
+/// that a copy could lose, the number of the record, and values of many sizes that keys tell.
 Rows ManyKinds() {
   const double special[] = {-0.0, 0.0, kNan, kMissing, -kInfinity, kInfinity, 5e-324};
   Rows rows;
@@ -62,22 +54,25 @@ Rows ManyKinds() {
     const double narrow = i % 11 == 0 ? QDMV::gMissingCategory : i % 255;
     const double wide = i == 30000 ? 255.0 : i % 200;
     const double zeros = i == 20000 ? -0.0 : 0.0;
-    rows.push_back({x, narrow, wide, zeros, i % 2 * 0.5, i % 3 - 1.0, i * 1.0});
+    rows.push_back({x, narrow, wide, zeros, i % 2 * 0.5, i % 3 - 1.0, i * 1.0,
+                    std::sin(i) * std::ldexp(1.0, i % 300 - 150)});
   }
   return rows;
 }
 
 TEST(NPARSortedIterator, GivesColumnsBitForBitAsTheRecordsCame) {
   VariableListBuilder variables;
-  for (const char* name : {"x", "narrow", "wide", "zeros", "halves", "missing", "number"}) {
+  for (const char* name :
+       {"x", "narrow", "wide", "zeros", "halves", "missing", "number", "spread"}) {
     variables.Continuous(name);
   }
   const Rows source = ManyKinds();
   const Kept kept(variables.Build(), source);
-  // With record numbers that take codes along: of both narrow variables, of one, of none.
+  // Codes are taken along of both narrow variables, of one, of none, beside a record number or in
+  // its place: a walk then asks for more than it had said.
   for (const std::vector<std::int32_t>& companions :
-       {std::vector<std::int32_t>{5, 1, 2, 0, 5}, {1, 5}, {}}) {
-    for (const std::int32_t sortVariable : {0, 1, 5}) {
+       {std::vector<std::int32_t>{5, 1, 2, 0, 5}, {1, 5}, {1}, {5}, {}}) {
+    for (const std::int32_t sortVariable : {0, 1, 5, 7}) {
       SCOPED_TRACE(testing::Message() << companions.size() << " companions, by " << sortVariable);
       NPARSortManager manager(kept.reader.get());
       ASSERT_TRUE(manager.AddSortVariable(sortVariable));
@@ -88,7 +83,7 @@ TEST(NPARSortedIterator, GivesColumnsBitForBitAsTheRecordsCame) {
         seen += batch.Size();
         for (std::size_t i = 0; i < batch.Size(); ++i) {
           const auto number = static_cast<std::size_t>(batch.Of(6)[i]);
-          for (std::int32_t variable = 0; variable < 7; ++variable) {
+          for (std::int32_t variable = 0; variable < 8; ++variable) {
             const double value = source[number][static_cast<std::size_t>(variable)];
             differences += std::bit_cast<std::uint64_t>(batch.Of(variable)[i]) !=
                            std::bit_cast<std::uint64_t>(value);

@@ -19,6 +19,43 @@ std::vector<std::uint32_t> RadixOrder(const std::vector<double>& values) {
   return {order.begin(), order.end()};
 }
 
+/// Keys of doubles, each with the last bits of its place.
+struct TaggedValues {
+  const std::vector<double>& values;
+
+  [[nodiscard]] std::size_t Count() const { return values.size(); }
+  [[nodiscard]] std::uint64_t FirstKey() const { return OrderedBits(values[0]); }
+  [[nodiscard]] std::uint64_t DifferingBits() const {
+    std::uint64_t bits = 0;
+    for (const double value : values) bits |= OrderedBits(value) ^ FirstKey();
+    return bits;
+  }
+  template <typename Take>
+  void ForEachKey(std::size_t begin, std::size_t end, Take take) const {
+    for (std::size_t i = begin; i < end; ++i) take(OrderedBits(values[i]));
+  }
+  template <typename Take>
+  void ForEachEntry(std::size_t begin, std::size_t end, Take take) const {
+    for (std::size_t i = begin; i < end; ++i) {
+      const std::uint64_t key = OrderedBits(values[i]);
+      take(key, TaggedKey(key, static_cast<std::uint8_t>(i)));
+    }
+  }
+};
+
+/// Is a sort of keys without their upper bits in that order?
+bool AreTaggedKeysIn(const std::vector<std::uint32_t>& order, const std::vector<double>& values) {
+  const SortedKeys<TaggedKey> sorted = SortEntries<TaggedKey>(TaggedValues{values});
+  auto lead = sorted.leads.begin();
+  for (std::size_t place = 0; place < order.size(); ++place) {
+    while (place >= lead->end) ++lead;
+    const TaggedKey& entry = sorted.entries[place];
+    if ((lead->bits | entry.Key()) != OrderedBits(values[order[place]])) return false;
+    if (entry.Tag() != static_cast<std::uint8_t>(order[place])) return false;
+  }
+  return true;
+}
+
 std::vector<std::uint32_t> StableOrder(const std::vector<double>& values) {
   std::vector<std::uint32_t> order(values.size());
   std::iota(order.begin(), order.end(), 0U);
@@ -79,6 +116,7 @@ TEST(RadixSort, AgreesWithAStableSortByComparison) {
       std::vector<double> values(size);
       for (double& value : values) value = source.draw(random);
       EXPECT_EQ(RadixOrder(values), StableOrder(values));
+      EXPECT_TRUE(AreTaggedKeysIn(StableOrder(values), values));
     }
   }
 }
@@ -94,6 +132,7 @@ TEST(RadixSort, AnyNumberOfThreadsGivesTheSameOrder) {
       SCOPED_TRACE(std::string(source.catches) + ", threads " + std::to_string(most));
       const Threads threads(most);
       EXPECT_EQ(RadixOrder(values), expected);
+      EXPECT_TRUE(AreTaggedKeysIn(expected, values));
       std::vector<PlainKey> keys(kSize);
       for (std::size_t i = 0; i < kSize; ++i) keys[i].key = OrderedBits(values[i]);
       SortKeys(keys.data(), kSize);
