@@ -7,10 +7,10 @@
 #include <utility>
 
 // A radix sort in two steps. The entries go once through memory into buckets by their upper bits:
-// the counts of up to a million cells, enough to tell values apart that share sign and exponent,
-// are joined to some thousand buckets. Then each bucket, which a cache holds, is sorted from the
-// lowest digit up: each pass keeps the order of the pass before inside a digit, so that after the
-// highest digit the entries stand by all digits, equal ones as they came.
+// the counts of up to half a million cells, enough to tell values apart that share sign and
+// exponent, are joined to some thousand buckets. Then each bucket, which a cache holds, is sorted
+// from the lowest digit up: each pass keeps the order of the pass before inside a digit, so that
+// after the highest digit the entries stand by all digits, equal ones as they came.
 //
 // In a bucket only so many bits below the highest one in which keys differ are sorted this way as
 // tell its entries apart when they are spread evenly; what follows them is settled inside short
@@ -26,8 +26,8 @@
 
 namespace {
 
-constexpr int kMostCellBits = 20;
-constexpr int kCellShare = 2;  // the entries are at least twice as many as the cells
+constexpr int kMostCellBits = 19;
+constexpr int kCellShare = 3;  // the entries are at least four times as many as the cells
 constexpr std::size_t kFewEntries = std::size_t{1} << 14;  // one bucket: a cache holds them
 constexpr std::size_t kMostBuckets = 4096;
 
