@@ -47,6 +47,13 @@ void AddCounts(RecordCounts& counts, const RecordCounts& more) {
   counts.weightedDropped += more.weightedDropped;
 }
 
+void CheckPairs(std::size_t groups) {
+  if (groups <= PairSums::kMostGroups) return;
+  throw InputError("sums of sorted ranges compare the pairs of up to " +
+                   std::to_string(PairSums::kMostGroups) +
+                   " groups in their order; leave compare= out, or analyse the records");
+}
+
 }  // namespace
 
 RangePiece::RangePiece(const RangePlan& plan, const RangeRecords& records)
@@ -91,7 +98,8 @@ void RangePiece::Sum(const RangePlan& plan, const RangeRecords& records,
   } else {
     placeOfCode = FindGroups(records.GroupField());
   }
-  sums = SortedSums(groups.size());
+  if (plan.wantsPairsInOrder) CheckPairs(groups.size());
+  sums = SortedSums(groups.size(), plan.wantsPairsInOrder);
   std::vector<std::uint32_t> places;
   records.ForEach([&](Units units) {
     places.clear();
@@ -165,6 +173,7 @@ RangePiece RangePiece::Among(const std::vector<Category>& all) const {
 
 void RangePiece::Append(const RangePiece& next) {
   if (next.signature != signature || next.order != order ||
+      next.sums.HasPairs() != sums.HasPairs() ||
       next.extremes.has_value() != extremes.has_value()) {
     throw InputError(kOtherAnalysis);
   }
@@ -179,6 +188,7 @@ void RangePiece::Append(const RangePiece& next) {
     if (std::ranges::find(all, group.text, &Category::text) == all.end()) all.push_back(group);
   }
   std::ranges::sort(all, [this](const Category& a, const Category& b) { return Precedes(a, b); });
+  if (sums.HasPairs()) CheckPairs(all.size());
   if (sums.Count() + next.sums.Count() > RunSums::kMostUnits) {
     throw InputError(kTooMany);
   }
@@ -222,7 +232,8 @@ FurtherPass RangePiece::NextPass(const RangePlan& plan) const {
 }
 
 void RangePiece::RequirePlan(const RangePlan& plan) const {
-  if (signature != plan.Signature() || fits.Count() != plan.fits.size()) {
+  if (signature != plan.Signature() || sums.HasPairs() != plan.wantsPairsInOrder ||
+      fits.Count() != plan.fits.size()) {
     throw UsageError("the pieces were summed for other fields; set the options that they had");
   }
 }
@@ -246,6 +257,7 @@ std::string RangePiece::Write() const {
     write(group.label);
     write(group.number);
   }
+  write(static_cast<std::uint64_t>(sums.HasPairs()));
   sums.Write(write);
   write(static_cast<std::uint64_t>(extremes.has_value()));
   if (extremes) extremes->Write(write);
@@ -282,7 +294,9 @@ RangePiece::RangePiece(std::string_view bytes) {
   const auto last = static_cast<std::int64_t>(Storage::Timestamp);
   check(kind >= 0 && kind <= last && zeros >= 0);
   storage = static_cast<Storage>(kind);
-  sums = SortedSums(groups.size());
+  const bool hasPairs = read.Next() != 0;
+  check(!hasPairs || groups.size() <= PairSums::kMostGroups);
+  sums = SortedSums(groups.size(), hasPairs);
   check(sums.Read(read));
   if (read.Next() != 0) {
     extremes.emplace(SmirnovExtremes::Counts{}, SmirnovExtremes::Counts{});

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "catalogue/cards/jonckheere_terpstra.h"
 #include "catalogue/cards/mann_whitney.h"
 #include "catalogue/cards/wilcoxon.h"
 #include "host/data/join_words.h"
@@ -90,6 +91,8 @@ void PlanTests(const std::vector<TestRequest>& tests, RangePlan& plan) {
   for (const TestRequest& test : tests) {
     const RangeTest& served = *FindRangeTest(test.Test());
     if (served.order != plan.order) RefuseOrder(test);
+    const bool isOrdered = &served.card == &catalogue::jonckheere_terpstra::kCard;
+    if (isOrdered && test.ValueOf("compare") == "pairwise") plan.wantsPairsInOrder = true;
     if (served.fits) plan.fits.push_back(DistributionOf(test));
     plan.needsFurtherPass = plan.needsFurtherPass || served.needsFurtherPass;
   }
@@ -104,7 +107,7 @@ std::string RangePlan::Signature() const {
     text += " " + std::to_string(static_cast<int>(fit.family));
     for (const double given : fit.Parameters()) text += " " + NumberText(given);
   }
-  return text + " " + Quoted(group);
+  return text + " " + Quoted(group) + (wantsPairsInOrder ? " in pairs" : "");
 }
 
 RangePlan PlanRanges(const AnalysisRequest& request) {

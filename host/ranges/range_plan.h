@@ -25,7 +25,8 @@ struct RangePlan {
   std::vector<std::string> groupOrder;  ///< where one was given
   /// What tests fit to the values, in the order of these tests.
   std::vector<FittedDistribution> fits;
-  bool needsFurtherPass = false;  ///< of a test that the sums of one pass do not serve
+  bool wantsPairsInOrder = false;  ///< of groups, each pair summed on its own
+  bool needsFurtherPass = false;   ///< of a test that the sums of one pass do not serve
 
   /// The same for pieces of one analysis alone.
   [[nodiscard]] std::string Signature() const;

@@ -83,9 +83,10 @@ class RangeTestMaker {
   void MakeJonckheere() {
     SetCondition(std::string(kAll) + "JonckheereTerpstra_2", {"0", "1"});
     test.groupsDescend = asked.ValueOf("order") == "descending";
-    const RankFigures figures = JonckheereFigures(sums, test.groupsDescend);
+    const RankFigures figures = JonckheereFigures(sums, test.groupsDescend, request.significance);
     TakeFigures(figures);
     AddGroups(figures, "");
+    AddPairs(figures);
   }
 
   void MakeSignedRanks() {
@@ -197,7 +198,7 @@ class RangeTestMaker {
   void AddPairs(const RankFigures& figures) {
     if (figures.pairs.empty()) return;
     test.pairwise.present = true;
-    for (const ComparedSample& group : figures.groups) {
+    for (const ComparedSample& group : figures.compared) {
       test.pairwise.order.push_back(group.index);
       test.pairwise.values.push_back(NumberText(group.measure));
     }
@@ -253,7 +254,8 @@ const std::vector<RangeTest>& AllRangeTests() {
   static const std::vector<RangeTest> tests = {
       OfGroups(catalogue::mann_whitney::kCard, {}, Make<&Maker::MakeMannWhitney>),
       OfGroups(catalogue::kruskal_wallis::kCard, {"compare"}, Make<&Maker::MakeKruskalWallis>),
-      OfGroups(catalogue::jonckheere_terpstra::kCard, {"order"}, Make<&Maker::MakeJonckheere>),
+      OfGroups(catalogue::jonckheere_terpstra::kCard, {"order", "compare"},
+               Make<&Maker::MakeJonckheere>),
       {catalogue::ks_two_sample::kCard, {}, Order::Value, false, true, Make<&Maker::MakeSmirnov>},
       OfDistribution(ks::kNormal, {"mean", "sd"}),
       OfDistribution(ks::kUniform, {"min", "max"}),

@@ -156,15 +156,15 @@ uint32_t npar_analysis_add_column(NparAnalysis* analysis, const NparColumn* colu
  * sums in the order of the pieces, and its run makes of them the figures that all records together
  * have, to the last digit where their sums of ranks stay below 2^52.
  *
- * Served are, for one field of "independent", mann-whitney, kruskal-wallis (also compare=pairwise),
- * jonckheere-terpstra and ks-two-sample of records that ascend by this field; for two fields of
- * "related", wilcoxon-pairs of records that ascend by the size of the difference of both; for one
- * field of "one-sample", wilcoxon:median=M of records that ascend by the distance from M, and
- * ks-normal, ks-uniform, ks-poisson and ks-exponential of records that ascend by the field. Records
- * with a missing value may stand anywhere, and the cut between two pieces may lie anywhere, also
- * between equal values. Groups stand in the order of npar_analysis_order, or else numbers ascending
- * and texts by their bytes. The results have no medians, distributions and exact values given ties,
- * and no result document; each test of the JSON form tells how it was "made". */
+ * Served are, for one field of "independent", mann-whitney, kruskal-wallis and jonckheere-terpstra
+ * (both also compare=pairwise) and ks-two-sample of records that ascend by this field; for two
+ * fields of "related", wilcoxon-pairs of records that ascend by the size of the difference of both;
+ * for one field of "one-sample", wilcoxon:median=M of records that ascend by the distance from M,
+ * and ks-normal, ks-uniform, ks-poisson and ks-exponential of records that ascend by the field.
+ * Records with a missing value may stand anywhere, and the cut between two pieces may lie anywhere,
+ * also between equal values. Groups stand in the order of npar_analysis_order, or else numbers
+ * ascending and texts by their bytes. The results have no medians, distributions and exact values
+ * given ties, and no result document; each test of the JSON form tells how it was "made". */
 
 /* Sums the data, in place of a run, and uses them up. *sums has *length bytes, [analysis owns]
  * until its next call; they are the same on every machine, and for this version of the library

@@ -77,9 +77,10 @@ def measured(size):
 MEASURED = measured(4000)
 SPRAYS = read_columns(ROOT / "examples/insect_sprays.csv")
 PAIRS = ("kruskal-wallis", {"compare": "pairwise"})
+IN_ORDER = ("jonckheere-terpstra", {"compare": "pairwise"})
 BY_RANGES = [
     (MEASURED, {"independent": "v.w", "by": "two", "tests": ["mann-whitney", "ks-two-sample"]}),
-    (MEASURED, {"independent": "v.w", "by": "g", "tests": [PAIRS, "jonckheere-terpstra"]}),
+    (MEASURED, {"independent": "v.w", "by": "g", "tests": [PAIRS, IN_ORDER]}),
     (MEASURED, {"independent": "v.w", "by": "g", "tests": PAIRS, "weight": "n"}),
     (MEASURED, {"related": ["v.w", "later"], "tests": "wilcoxon-pairs"}),
     (MEASURED, {"one_sample": "later", "tests": ("wilcoxon", {"median": 0.1})}),

@@ -55,11 +55,14 @@ def measured(size):
     )
 
 
-SEVERAL = [("kruskal-wallis", {"compare": "pairwise"}), "jonckheere-terpstra"]
-DOWN = ("jonckheere-terpstra", {"order": "descending"})
+PAIRWISE = {"compare": "pairwise"}
+SEVERAL = [("kruskal-wallis", PAIRWISE), ("jonckheere-terpstra", PAIRWISE)]
+DOWN = ("jonckheere-terpstra", {"order": "descending", **PAIRWISE})
+PLAIN_ORDER = [SEVERAL[0], "jonckheere-terpstra"]
 CASES = {
     "real groups": (example("insect_sprays", "count", "spray"), "count", "spray", SEVERAL),
     "real, missing": (example("airquality", "Ozone", "Month"), "Ozone", "Month", SEVERAL),
+    "no pairs": (example("airquality", "Ozone", "Month"), "Ozone", "Month", PLAIN_ORDER),
     "two groups": (measured(3000), "x", "two", ["mann-whitney", "kruskal-wallis"]),
     "extremes": (measured(500), "x", "two", ["ks-two-sample", "mann-whitney"]),
     "two late groups": (measured(40), "x", "late", "ks-two-sample"),
@@ -91,6 +94,18 @@ def test_an_order_that_is_given_and_weights_hold_in_pieces():
     want = npar.analyse(table, **asked)
     same_figures(got, want)
     assert got.report_data["records"] == want.report_data["records"]
+
+
+def test_pairs_of_very_many_groups_are_refused_in_their_order():
+    table = pa.table({"x": np.arange(600.0), "g": np.arange(600)})
+    for compare, cuts in (("none", [300]), ("pairwise", []), ("pairwise", [300])):
+        tests = ("jonckheere-terpstra", {"compare": compare})
+        asked = {"independent": "x", "by": "g", "tests": tests}
+        if compare == "none":
+            assert of_pieces(table, np.arange(600), cuts, **asked)[0].pvalue < 1e-9
+            continue
+        with pytest.raises(npar.DataError, match="up to 512 groups"):
+            of_pieces(table, np.arange(600), cuts, **asked)
 
 
 def test_signed_ranks_of_pieces_give_the_figures_of_the_records():
@@ -156,6 +171,7 @@ REFUSED = {
         ("auto", "name one"),
         ("median", "serve mann-whitney"),
         (("kruskal-wallis", {"compare": "stepwise"}), "leave it out, or analyse the records"),
+        (("jonckheere-terpstra", {"compare": "stepwise"}), "leave it out, or analyse the records"),
         (("mann-whitney", {"group1": ["8"], "group2": ["9"]}), "leave it out"),
     ],
     "one_sample": [

@@ -47,6 +47,39 @@ std::vector<ComparedSample> GroupsWithUnits(const RunSums& sums) {
   return groups;
 }
 
+/// Compares the groups in their order, or tells why they are not compared.
+template <typename Compare>
+void ComparePairs(RankFigures& figures, MultipleComparison comparison, double level,
+                  std::size_t adjustedFor, Compare compare) {
+  comparison.Want(ComparisonKind::Pairwise);
+  const std::vector<ComparedSample>& samples = figures.compared;
+  if (const auto reason = comparison.ReasonAgainst(level, figures.decidingSig, samples.size())) {
+    figures.messages.push_back(*reason);
+    return;
+  }
+  comparison.RunPairwise(samples, adjustedFor, [&](std::int32_t i, std::int32_t j) {
+    return compare(samples[static_cast<std::size_t>(i)], samples[static_cast<std::size_t>(j)]);
+  });
+  figures.pairs = comparison.GetPairs();
+}
+
+/// Of a pair of ordered groups, of which `first` is to have the lower values.
+PairFigures JonckheerePair(const RunSums& sums, const ComparedSample& first,
+                           const ComparedSample& second, double overallZ) {
+  const auto a = static_cast<std::size_t>(first.index);
+  const auto b = static_cast<std::size_t>(second.index);
+  const auto [earlier, later] = std::minmax(a, b);
+  WideInteger twice = sums.Pairs()->TwiceOrdered(earlier, later);
+  if (b < a) {
+    twice = static_cast<WideInteger>(2 * sums.Groups()[a].count) * sums.Groups()[b].count - twice;
+  }
+  const TiedUnits tied = sums.Pairs()->TiedOf(earlier, later);
+  const double sizes[] = {SizeOf(sums, first.index), SizeOf(sums, second.index)};
+  const NormalFigures normal =
+      JonckheereTerpstra(HalfOf(twice), ToDoubles(tied.pairs), ToDoubles(tied.triples), sizes);
+  return {HalfOf(twice), normal.standardError, normal.z, JonckheereSigToward(overallZ, normal.z)};
+}
+
 }  // namespace
 
 RankFigures MannWhitneyFigures(const RunSums& sums) {
@@ -91,25 +124,19 @@ RankFigures KruskalWallisFigures(const RunSums& sums, bool wantsPairs, double le
                         {"AsymptoticSig2Tailed", overall.sig}};
   figures.messages.push_back({QDStatus(card::kAsymptotic), MessageKind::Help, {}, {}});
   if (!wantsPairs) return figures;
-  MultipleComparison comparison(card::kGroupsCodes.comparison);
-  comparison.Want(ComparisonKind::Pairwise);
-  if (const auto reason = comparison.ReasonAgainst(level, overall.sig, ranked.size())) {
-    figures.messages.push_back(*reason);
-    return figures;
-  }
+  figures.compared = figures.groups;
   // Groups without units take no part, and yet they count in the adjustment.
-  comparison.RunPairwise(figures.groups, sums.Groups().size(), [&](std::int32_t i, std::int32_t j) {
-    const ComparedSample& a = figures.groups[static_cast<std::size_t>(i)];
-    const ComparedSample& b = figures.groups[static_cast<std::size_t>(j)];
-    return NormalPair(a.measure - b.measure,
-                      DunnStandardError(SizeOf(sums, a.index), SizeOf(sums, b.index),
-                                        static_cast<double>(sums.Count()), TieSum(sums)));
-  });
-  figures.pairs = comparison.GetPairs();
+  ComparePairs(figures, MultipleComparison(card::kGroupsCodes.comparison), level,
+               sums.Groups().size(), [&](const ComparedSample& a, const ComparedSample& b) {
+                 return NormalPair(
+                     a.measure - b.measure,
+                     DunnStandardError(SizeOf(sums, a.index), SizeOf(sums, b.index),
+                                       static_cast<double>(sums.Count()), TieSum(sums)));
+               });
   return figures;
 }
 
-RankFigures JonckheereFigures(const RunSums& sums, bool descends) {
+RankFigures JonckheereFigures(const RunSums& sums, bool descends, double level) {
   namespace card = catalogue::jonckheere_terpstra;
   RankFigures figures;
   figures.groups = GroupsWithUnits(sums);
@@ -134,6 +161,14 @@ RankFigures JonckheereFigures(const RunSums& sums, bool descends) {
                         {"StandardError", normal.standardError},
                         {"StandardTestStatistic", normal.z},
                         {"AsymptoticSig2Tailed", normal.sig}};
+  if (sums.Pairs() == nullptr) return figures;
+  figures.compared = figures.groups;
+  if (descends) std::ranges::reverse(figures.compared);
+  ComparePairs(figures, MultipleComparison(card::kComparisonCodes, {.countsPairsOfGroups = true}),
+               level, figures.compared.size(),
+               [&](const ComparedSample& first, const ComparedSample& second) {
+                 return JonckheerePair(sums, first, second, normal.z);
+               });
   return figures;
 }
 

@@ -23,7 +23,8 @@ struct RankFigures {
   double decidingSig = 1.0;
   /// The groups with units, ascending, and the means of their ranks.
   std::vector<ComparedSample> groups;
-  std::vector<PairwiseComparison> pairs;  ///< by places in `groups`
+  std::vector<ComparedSample> compared;   ///< groups in the order that pairs go by
+  std::vector<PairwiseComparison> pairs;  ///< by places in `compared`
   ExtendedFigures extended;               ///< all that the test has, where the sums tell it
   /// A test with an error has no figures.
   std::vector<NPARMessage> messages;
@@ -33,8 +34,9 @@ struct RankFigures {
 [[nodiscard]] RankFigures MannWhitneyFigures(const RunSums& sums);
 /// Of all groups, with pairs where they are wanted and the test is significant at the level.
 [[nodiscard]] RankFigures KruskalWallisFigures(const RunSums& sums, bool wantsPairs, double level);
-/// Of the groups in their order, or from the last one down.
-[[nodiscard]] RankFigures JonckheereFigures(const RunSums& sums, bool descends);
+/// Of the groups in their order, or from the last one down; with pairs where the sums have them and
+/// the test is significant at the level.
+[[nodiscard]] RankFigures JonckheereFigures(const RunSums& sums, bool descends, double level);
 
 /// Of two groups, in a second pass over the sample.
 [[nodiscard]] RankFigures SmirnovFigures(SmirnovExtremes extremes);

@@ -30,9 +30,8 @@ void RunSums::AddRun(std::span<const ValueCell> run) {
     for (const ValueCell& cell : run) runWeights[cell.group] = 0;
   }
   for (const ValueCell& cell : run) AddUnits(cell.group, cell.weight, twiceRank);
-  const WideInteger pairs = static_cast<WideInteger>(weight) * (weight - 1);
-  tiedPairs += pairs;
-  tiedTriples += pairs * weight;
+  tied.Add(weight);
+  if (pairs) pairs->AddRun(run);
   count += weight;
 }
 
@@ -56,16 +55,16 @@ void RunSums::Append(const RunSums& next) {
     groups[i].count += next.groups[i].count;
   }
   count += next.count;
-  tiedPairs += next.tiedPairs;
-  tiedTriples += next.tiedTriples;
+  tied += next.tied;
+  if (pairs && next.pairs) pairs->Append(*next.pairs);
   twiceOrderedPairs += next.twiceOrderedPairs;
 }
 
 RunSums RunSums::Regrouped(std::span<const std::size_t> places, std::size_t groupCount) const {
   RunSums sums(groupCount);
   sums.count = count;
-  sums.tiedPairs = tiedPairs;
-  sums.tiedTriples = tiedTriples;
+  sums.tied = tied;
+  if (pairs) sums.pairs = pairs->Regrouped(places, groupCount);
   sums.twiceOrderedPairs = twiceOrderedPairs;
   for (std::size_t i = 0; i < places.size(); ++i) sums.groups[places[i]] = groups[i];
   return sums;

@@ -2,20 +2,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "foundation/double_double.h"
 #include "kit/order/wide_integer.h"
-
-/// Equal values of one group among ascending ones.
-struct ValueCell {
-  double value = 0.0;
-  std::int64_t weight = 0;  ///< units, at least 1
-  std::uint32_t group = 0;
-
-  friend bool operator==(const ValueCell&, const ValueCell&) = default;
-};
+#include "ranges/pair_sums.h"
+#include "ranges/units.h"
 
 /// What runs of ties come to, one after the other, in whole numbers: ranks count from 1 at the
 /// first of these runs, so that sums of neighbouring stretches of a sorted sample can be joined.
@@ -32,8 +26,11 @@ class RunSums {
     friend bool operator==(const Group&, const Group&) = default;
   };
 
-  /// Groups are numbered from 0, in their order.
-  explicit RunSums(std::size_t groupCount) : groups(groupCount), runWeights(groupCount) {}
+  /// Groups are numbered from 0, in their order. Pairs of them are summed where they are wanted.
+  explicit RunSums(std::size_t groupCount, bool wantsPairs = false)
+      : groups(groupCount), runWeights(groupCount) {
+    if (wantsPairs) pairs.emplace(groupCount);
+  }
 
   /// Takes the next run: all its cells.
   void AddRun(std::span<const ValueCell> run);
@@ -45,11 +42,14 @@ class RunSums {
   [[nodiscard]] const std::vector<Group>& Groups() const noexcept { return groups; }
   [[nodiscard]] std::int64_t Count() const noexcept { return count; }
   /// Sums over the runs of t units of t (t - 1) and of t^2 (t - 1).
-  [[nodiscard]] WideInteger TiedPairs() const noexcept { return tiedPairs; }
-  [[nodiscard]] WideInteger TiedTriples() const noexcept { return tiedTriples; }
+  [[nodiscard]] WideInteger TiedPairs() const noexcept { return tied.pairs; }
+  [[nodiscard]] WideInteger TiedTriples() const noexcept { return tied.triples; }
   /// Twice the pairs of units of different groups in which the one of the later group is the
   /// larger one, equal ones counting a half.
   [[nodiscard]] WideInteger TwiceOrderedPairs() const noexcept { return twiceOrderedPairs; }
+
+  /// Null where they were not wanted.
+  [[nodiscard]] const PairSums* Pairs() const noexcept { return pairs ? &*pairs : nullptr; }
 
   /// The same sums where group i is called places[i], ascending, among `groupCount`.
   [[nodiscard]] RunSums Regrouped(std::span<const std::size_t> places,
@@ -59,17 +59,14 @@ class RunSums {
   template <typename See>
   void Visit(See& see) {
     see(count);
-    see(tiedPairs);
-    see(tiedTriples);
+    see(tied.pairs);
+    see(tied.triples);
     see(twiceOrderedPairs);
     for (Group& group : groups) {
       see(group.count);
       see(group.twiceRankSum);
     }
-  }
-  friend bool operator==(const RunSums& a, const RunSums& b) {
-    return a.groups == b.groups && a.count == b.count && a.tiedPairs == b.tiedPairs &&
-           a.tiedTriples == b.tiedTriples && a.twiceOrderedPairs == b.twiceOrderedPairs;
+    if (pairs) pairs->Visit(see);
   }
 
  private:
@@ -78,9 +75,9 @@ class RunSums {
 
   std::vector<Group> groups;
   std::int64_t count = 0;
-  WideInteger tiedPairs = 0;
-  WideInteger tiedTriples = 0;
+  TiedUnits tied;
   WideInteger twiceOrderedPairs = 0;
+  std::optional<PairSums> pairs;
   std::vector<std::int64_t> runWeights;  // of the run in hand, by group; else 0
 };
 

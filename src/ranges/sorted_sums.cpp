@@ -80,10 +80,10 @@ bool SortedSums::Append(const SortedSums& next) {
 
 RunSums SortedSums::Total() const {
   const SortedSums ended = Ended();
-  RunSums total(GroupCount());
+  RunSums total(GroupCount(), HasPairs());
   total.AddCluster(ended.head);
   total.Append(ended.inner);
-  RunSums last(GroupCount());
+  RunSums last(GroupCount(), HasPairs());
   last.AddCluster(ended.tail);
   total.Append(last);
   return total;
@@ -168,5 +168,6 @@ bool SortedSums::CountSoundUnits() {
   }
   count = static_cast<std::int64_t>(units);
   return grouped == n && units <= RunSums::kMostUnits && IsSum(inner.TiedPairs(), n * n) &&
-         IsSum(inner.TiedTriples(), n * n * n) && IsSum(inner.TwiceOrderedPairs(), 2 * n * n);
+         IsSum(inner.TiedTriples(), n * n * n) && IsSum(inner.TwiceOrderedPairs(), 2 * n * n) &&
+         (!HasPairs() || inner.Pairs()->CanBeOf(n));
 }

@@ -16,7 +16,8 @@
 /// between the first and the last such gap is summed, and what lies outside kept as cells.
 class SortedSums {
  public:
-  explicit SortedSums(std::size_t groupCount) : inner(groupCount), openWeights(groupCount) {}
+  explicit SortedSums(std::size_t groupCount, bool wantsPairs = false)
+      : inner(groupCount, wantsPairs), openWeights(groupCount) {}
 
   /// Takes units of the next value; false, and nothing done, for one below the one before or not a
   /// number.
@@ -34,10 +35,12 @@ class SortedSums {
   [[nodiscard]] SortedSums Regrouped(std::span<const std::size_t> places,
                                      std::size_t groupCount) const;
 
+  [[nodiscard]] bool HasPairs() const noexcept { return inner.Pairs() != nullptr; }
+
   /// Writes the sums, without the names of their groups.
   void Write(ByteWriter& write) const;
-  /// Reads what was written of as many groups; false for what can't be such: too short, weights
-  /// below 1, values that do not ascend, sums that contradict each other.
+  /// Reads what was written of as many groups and with or without pairs; false for what can't be
+  /// such: too short, weights below 1, values that do not ascend, sums that contradict each other.
   [[nodiscard]] bool Read(ByteReader& read);
 
  private:

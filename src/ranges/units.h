@@ -4,6 +4,15 @@
 #include <cstdint>
 #include <span>
 
+/// Equal values of one group among ascending ones.
+struct ValueCell {
+  double value = 0.0;
+  std::int64_t weight = 0;  ///< units, at least 1
+  std::uint32_t group = 0;
+
+  friend bool operator==(const ValueCell&, const ValueCell&) = default;
+};
+
 /// Units of a sample side by side; their values ascend.
 struct Units {
   std::span<const double> values;

@@ -65,6 +65,11 @@ NormalFigures JonckheereTerpstra(double statistic, const DoubleDouble& tiedPairs
   return StandardizedFigures(statistic - comparisons * 0.5, std::sqrt(variance));
 }
 
+double JonckheereSigToward(double overallZ, double z) {
+  const double size = std::fabs(z);
+  return (z < 0.0) == (overallZ < 0.0) ? QDDistFun::SfStdNorm(size) : QDDistFun::CdfStdNorm(size);
+}
+
 ExactTails JonckheereExact(std::int64_t statistic, std::span<const std::int64_t> groupSizes) {
   std::vector<double> probabilities{1.0};
   std::int64_t before = groupSizes.front();

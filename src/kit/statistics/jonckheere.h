@@ -19,6 +19,9 @@
                                                const DoubleDouble& tiedTriples,
                                                std::span<const double> groupSizes);
 
+/// The significance of a z of some of the groups, one-sided in the direction of the z of them all.
+[[nodiscard]] double JonckheereSigToward(double overallZ, double z);
+
 /// The exact distribution of J is formed up to this number of pairs of units of different groups.
 inline constexpr std::int64_t kMostJonckheerePairs = 10000;
 

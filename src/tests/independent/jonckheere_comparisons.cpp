@@ -1,11 +1,9 @@
 #include "tests/independent/jonckheere_comparisons.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "arithmetic/elementary.h"
-#include "foundation/names.h"
 #include "kit/statistics/normal.h"
 
 namespace {
@@ -73,9 +71,4 @@ bool JonckheereComparisons::IsSurelyApart(const SampleRange& range, double stati
   const double enough = variance * -2.0 * arithmetic::Log(2.0 * level);
   return (deviation < 0.0) == (overallZ < 0.0) &&
          deviation * deviation > std::max(enough, variance);
-}
-
-double JonckheereComparisons::OneTailedSig(double z) const {
-  const double size = std::fabs(z);
-  return (z < 0.0) == (overallZ < 0.0) ? QDDistFun::SfStdNorm(size) : QDDistFun::CdfStdNorm(size);
 }

@@ -8,6 +8,7 @@
 #include "kit/comparisons/multiple_comparisons.h"
 #include "kit/comparisons/range_counts.h"
 #include "kit/ranks/ties.h"
+#include "kit/statistics/jonckheere.h"
 #include "tests/independent/jonckheere_statistic.h"
 
 /// What pairs or ranges of ordered groups come to in a Jonckheere-Terpstra test, one-sided in the
@@ -42,7 +43,7 @@ class JonckheereComparisons {
   };
 
   [[nodiscard]] bool IsSurelyApart(const SampleRange& range, double statistic, double level) const;
-  [[nodiscard]] double OneTailedSig(double z) const;
+  [[nodiscard]] double OneTailedSig(double z) const { return JonckheereSigToward(overallZ, z); }
 
   std::vector<double> sizes;
   double overallZ;

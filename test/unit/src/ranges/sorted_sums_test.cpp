@@ -31,7 +31,7 @@ std::vector<ValueCell> RandomCells(std::mt19937& random) {
 }
 
 SortedSums SumsOf(std::span<const ValueCell> cells) {
-  SortedSums sums(kGroups);
+  SortedSums sums(kGroups, true);
   for (const ValueCell& cell : cells) EXPECT_TRUE(sums.Take(cell.value, cell.group, cell.weight));
   return sums;
 }
@@ -46,12 +46,12 @@ std::vector<std::uint8_t> BytesOf(const SortedSums& sums) {
 RunSums Joined(std::span<const ValueCell> cells, std::vector<std::size_t> ends) {
   ends.push_back(cells.size());
   std::ranges::sort(ends);
-  SortedSums joined(kGroups);
+  SortedSums joined(kGroups, true);
   std::size_t begin = 0;
   for (const std::size_t end : ends) {
     const std::vector<std::uint8_t> bytes = BytesOf(SumsOf(cells.subspan(begin, end - begin)));
     ByteReader read(bytes);
-    SortedSums piece(kGroups);
+    SortedSums piece(kGroups, true);
     EXPECT_TRUE(piece.Read(read) && read.IsAtEnd());
     EXPECT_TRUE(joined.Append(piece));
     begin = end;
@@ -66,10 +66,18 @@ TEST(SortedSumsTest, AreThoseOfTheRanksWhereverThePiecesAreCut) {
     const std::vector<ValueCell> cells = RandomCells(random);
     NPARRank ranks;
     JonckheereCounts pairs(kGroups);
+    JonckheerePair ofTwo[kGroups];  // by the group that is in neither
+    TieRuns runs;
     for (const ValueCell& cell : cells) {
       static_cast<void>(ranks.AddValue(cell.value, static_cast<double>(cell.weight), cell.group));
       pairs.Add(cell.value, cell.weight, cell.group);
+      static_cast<void>(runs.Begins(cell.value));
+      for (std::size_t i = 0; i < kGroups; ++i) {
+        const std::size_t later = i == kGroups - 1 ? 1 : 2;
+        if (cell.group != i) ofTwo[i].Add(runs.First(), cell.weight, cell.group == later);
+      }
     }
+    for (JonckheerePair& pair : ofTwo) pair.CloseRun();
     ranks.CloseRun();
     pairs.CloseRun();
     std::vector<std::size_t> ends(random() % 6);
@@ -82,6 +90,14 @@ TEST(SortedSumsTest, AreThoseOfTheRanksWhereverThePiecesAreCut) {
     EXPECT_EQ(ToDoubles(sums.TiedPairs()), pairs.Sums().ties.pairs);
     EXPECT_EQ(ToDoubles(sums.TiedPairs() + sums.TiedTriples()), ranks.TieSum());
     EXPECT_EQ(HalfOf(sums.TwiceOrderedPairs()), pairs.Sums().statistic);
+    for (std::size_t i = 0; i < kGroups; ++i) {
+      const std::size_t earlier = i == 0 ? 1 : 0;
+      const std::size_t later = i == 2 ? 1 : 2;
+      EXPECT_EQ(HalfOf(sums.Pairs()->TwiceOrdered(earlier, later)), ofTwo[i].Sums().statistic);
+      const TiedUnits tied = sums.Pairs()->TiedOf(earlier, later);
+      EXPECT_EQ(ToDoubles(tied.pairs), ofTwo[i].Sums().ties.pairs);
+      EXPECT_EQ(ToDoubles(tied.triples), ofTwo[i].Sums().ties.triples);
+    }
     ASSERT_FALSE(HasFailure()) << "round " << round;
   }
 }
@@ -111,7 +127,7 @@ TEST(SortedSumsTest, RefusesValuesThatDoNotAscendAndBytesThatAreNoSums) {
   const std::vector<std::uint8_t> bytes = BytesOf(sums);
   for (std::size_t length = 0; length < bytes.size(); ++length) {
     ByteReader read({bytes.data(), length});
-    SortedSums piece(kGroups);
+    SortedSums piece(kGroups, true);
     EXPECT_FALSE(piece.Read(read)) << length;
   }
   // Whatever a byte becomes, sums that are accepted can be finished and joined.
@@ -120,7 +136,7 @@ TEST(SortedSumsTest, RefusesValuesThatDoNotAscendAndBytesThatAreNoSums) {
     std::vector<std::uint8_t> wrong = bytes;
     wrong[i] ^= 0xA5U;
     ByteReader read(wrong);
-    SortedSums piece(kGroups);
+    SortedSums piece(kGroups, true);
     if (!piece.Read(read)) {
       ++refused;
       continue;
