@@ -206,7 +206,9 @@ def _from_spark(frame: Any, request: Request, way: str | None) -> Any:
         raise UsageError(f"cluster={way!r} is no way", remedy="give one of " + ", ".join(ways))
     if (way or _way(frame, request)) == "ranges":
         _ranges.check(frame, request)
-        return _ranges.summed(frame, request)
+        sums = _ranges.summed(frame, request)
+        if len(sums) > 0:
+            return sums
     if way == "counts":
         _require_countable(request)
     if way != "records" and _obstacle(request) is None:

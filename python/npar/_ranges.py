@@ -87,6 +87,8 @@ def summed(frame: Any, request: Request) -> Sums:
     pieces = pieces.persist()
     try:
         sums = _sum_ranges(pieces, sum_range)
+        if not sums:
+            return Sums([])
         further = second_pass(options, list(sums.values()))
         order = {partition: piece for piece, partition in enumerate(sums)}
         again = partial(sum_range, further=further, order=order)
@@ -120,16 +122,12 @@ def _sort_key(request: Request) -> Any:
     """What the records of a piece ascend by."""
     from pyspark.sql import functions
 
-    families = request.families
-    if families["independent"]:
-        return spark_column(families["independent"][0])
-    origin, *rest = (
-        spark_column(name).cast("double") for name in families["related"] + families["one-sample"]
-    )
-    for second in rest:
-        return functions.abs(second - origin)
-    _, measured_from, median = request.tests[0].partition("median=")
-    return functions.abs(origin - functions.lit(float(median))) if measured_from else origin
+    columns = [spark_column(name) for names in request.families.values() for name in names]
+    first, *others = (column.cast("double") for column in columns)
+    for second in others:
+        return functions.abs(second - first)
+    _, from_median, median = request.tests[0].partition("median=")
+    return functions.abs(first - functions.lit(float(median))) if from_median else columns[0]
 
 
 def _sum_range(

@@ -97,6 +97,13 @@ def test_ranges_of_spark_give_the_figures_of_the_records(columns, request_, sess
     same_figures(by_ranges, by_records)
 
 
+def test_a_frame_without_records_fails_as_it_does_elsewhere(session):
+    empty = frame_of(session, MEASURED).limit(0)
+    for asked in (BY_RANGES[0][1], {"one_sample": "v.w", "tests": "ks-normal"}):
+        with pytest.raises(npar.RefusedError, match="no record"):
+            npar.analyse(empty, **asked, cluster="ranges")
+
+
 def test_many_different_records_are_summed_in_ranges(session, monkeypatch):
     data = frame_of(session, MEASURED)
     asked = {"data": data, "by": "two"}
