@@ -4,9 +4,13 @@
 #include <pugixml.hpp>
 
 #include "foundation/host_helpers.h"
+#include "qdcommon/byte_scan.h"
 
 namespace HbHelperV1 {
 namespace {
+
+using QDXML_700::HoldsAny;
+using QDXML_700::kBytesAtOnce;
 
 /// Readers of documents recurse over their elements.
 constexpr int kDeepestElement = 200;
@@ -86,28 +90,17 @@ std::size_t QuietSectionEnd(std::string_view text, std::size_t at) {
 
 /// Is it a text, behind its declaration, in which surely nothing is unsupported? Most are.
 bool IsPlain(std::string_view text) {
-  constexpr std::size_t kAtOnce = 32;  // compilers unroll shorter loops and then compare singly
   constexpr std::string_view kDeclaration = "<?xml ";
   const auto isSpecial = [](signed char byte) {  // negative from 0x80 on
     return (byte < ' ' && byte != '\n') || byte == '&' || byte == '!' || byte == '?';
   };
   std::size_t at = text.starts_with(kDeclaration) ? text.find('>') : 0;
-  for (; at < text.size() && text.size() - at >= kAtOnce; at += kAtOnce) {
-    unsigned char special = 0;
-    for (std::size_t i = 0; i < kAtOnce; ++i) {
-      const auto byte = static_cast<signed char>(text[at + i]);
-      special |= static_cast<unsigned char>((byte < ' ') & (byte != '\n'));
-    }
-    for (std::size_t i = 0; i < kAtOnce; ++i) {
-      const auto byte = static_cast<signed char>(text[at + i]);
-      special |= static_cast<unsigned char>(static_cast<unsigned char>(byte == '&') |
-                                            static_cast<unsigned char>(byte == '!') |
-                                            static_cast<unsigned char>(byte == '?'));
-    }
-    if (special != 0) return false;
+  if (at > text.size()) return false;
+  while (text.size() - at >= kBytesAtOnce) {
+    if (HoldsAny<'&', '!', '?'>(text.data() + at)) return false;
+    at += kBytesAtOnce;
   }
-  return at <= text.size() &&
-         std::none_of(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), isSpecial);
+  return std::none_of(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), isSpecial);
 }
 
 /// Looks for what the parser would pass over in silence: what is no text, a document type, and

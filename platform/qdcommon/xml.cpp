@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "qdcommon/byte_scan.h"
+
 namespace QDXML_700 {
 
 namespace {
@@ -74,38 +76,23 @@ constexpr std::array<bool, 256> SpecialBytes(Place place) {
   return special;
 }
 
-/// Length of the piece of text from `at` that is copied as it stands, a whole number of times what
-/// the processor compares at once; 0 where such a piece has a special byte or goes beyond the end.
-std::size_t PlainPiece(std::string_view text, std::size_t at) {
-  constexpr std::size_t kAtOnce = 32;  // compilers unroll shorter loops and then compare singly
-  if (text.size() - at < kAtOnce) return 0;
-  unsigned char special = 0;
-  for (std::size_t i = 0; i < kAtOnce; ++i) {
-    const auto byte = static_cast<signed char>(text[at + i]);  // negative from 0x80 on
-    special |= static_cast<unsigned char>(
-        static_cast<unsigned char>(byte < ' ') | static_cast<unsigned char>(byte == '&') |
-        static_cast<unsigned char>(byte == '<') | static_cast<unsigned char>(byte == '>') |
-        static_cast<unsigned char>(byte == '"'));
-  }
-  return special == 0 ? kAtOnce : 0;
-}
-
 void AppendEscaped(std::pmr::string& out, std::string_view text, Place place) {
   static constexpr std::array<bool, 256> inText = SpecialBytes(Place::Text);
   static constexpr std::array<bool, 256> inAttribute = SpecialBytes(Place::Attribute);
   const std::array<bool, 256>& special = place == Place::Text ? inText : inAttribute;
+  const auto isSpecial = [&](std::size_t place) {
+    return special[static_cast<unsigned char>(text[place])];
+  };
   std::size_t runStart = 0;
   std::size_t at = 0;
-  while (at < text.size()) {
-    if (const std::size_t plain = PlainPiece(text, at)) {
-      at += plain;
-      continue;
+  while (true) {
+    while (text.size() - at >= kBytesAtOnce &&
+           !HoldsAny<'\n', '&', '<', '>', '"'>(text.data() + at)) {
+      at += kBytesAtOnce;
     }
+    while (at < text.size() && !isSpecial(at)) ++at;
+    if (at == text.size()) break;
     const auto byte = static_cast<unsigned char>(text[at]);
-    if (!special[byte]) {
-      ++at;
-      continue;
-    }
     const std::size_t length = byte < 0x80 ? 0 : SequenceLength(text, at);
     if (length > 0) {
       at += length;
