@@ -44,10 +44,11 @@ bool ReadByName(const QDSettings& settings, std::string_view name, T& out) {
   return setting != nullptr && setting->GetValue() != nullptr && setting->GetValue()->Get(out);
 }
 
-QDSetting MakeSetting(std::string name, std::unique_ptr<IQDSettingValue> value, std::string type) {
-  QDSetting setting(std::move(name), std::move(value));
-  setting.SetType(std::move(type));
-  return setting;
+void Append(std::vector<QDSetting>& settings, std::string name,
+            std::unique_ptr<IQDSettingValue> value, std::string type) {
+  constexpr std::size_t kUsualCount = 8;
+  if (settings.empty()) settings.reserve(kUsualCount);
+  settings.emplace_back(std::move(name), std::move(value)).SetType(std::move(type));
 }
 
 auto FindByName(std::vector<QDSetting>& settings, std::string_view name) {
@@ -133,37 +134,39 @@ bool QDSettings::GetSettingValByName(std::string_view name, std::vector<QDSettin
 
 void QDSettings::AddNewSetting(std::string name, std::string value, std::string type) {
   auto made = std::make_unique<QDScalarValue<std::string>>(std::move(value));
-  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
+  Append(settings, std::move(name), std::move(made), std::move(type));
 }
 void QDSettings::AddNewSetting(std::string name, double value, std::string type) {
   auto made = std::make_unique<QDScalarValue<double>>(value);
-  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
+  Append(settings, std::move(name), std::move(made), std::move(type));
 }
 void QDSettings::AddNewSetting(std::string name, QDSettings value, std::string type) {
   auto made = std::make_unique<QDSettingListValue>(std::move(value));
-  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
+  Append(settings, std::move(name), std::move(made), std::move(type));
 }
 void QDSettings::AddNewSetting(std::string name, std::vector<std::int32_t> value,
                                std::string type) {
   auto made = std::make_unique<QDVecValue<std::int32_t>>(std::move(value));
-  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
+  Append(settings, std::move(name), std::move(made), std::move(type));
 }
 void QDSettings::AddNewSetting(std::string name, std::vector<double> value, std::string type) {
   auto made = std::make_unique<QDVecValue<double>>(std::move(value));
-  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
+  Append(settings, std::move(name), std::move(made), std::move(type));
 }
 void QDSettings::AddNewSetting(std::string name, std::vector<std::string> value, std::string type) {
   auto made = std::make_unique<QDVecValue<std::string>>(std::move(value));
-  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
+  Append(settings, std::move(name), std::move(made), std::move(type));
 }
 void QDSettings::AddNewSetting(std::string name, std::vector<QDSettings> value, std::string type) {
   auto made = std::make_unique<QDVecValue<QDSettings>>(std::move(value));
-  settings.push_back(MakeSetting(std::move(name), std::move(made), std::move(type)));
+  Append(settings, std::move(name), std::move(made), std::move(type));
 }
 void QDSettings::AddNewSetting(const QDSetting& setting, const std::string& newName) {
   const IQDSettingValue* const value = setting.GetValue();
-  settings.push_back(MakeSetting(newName.empty() ? setting.GetName() : newName,
-                                 value == nullptr ? nullptr : value->Clone(), setting.GetType()));
+  QDSetting copy(newName.empty() ? setting.GetName() : newName,
+                 value == nullptr ? nullptr : value->Clone());
+  copy.SetType(setting.GetType());
+  settings.push_back(std::move(copy));
 }
 
 void QDSettings::AddSetting(const std::string& name, const std::string& value, bool replace) {

@@ -116,19 +116,27 @@ class RecordCells::Axis {
 /// The numbers of records by all codes of some variables, those of the last one side by side.
 class RecordCells::Grid {
  public:
-  /// No more cells than `most`; else it is empty.
-  Grid(const KeptRecords& records, const std::vector<std::int32_t>& variables, std::size_t most) {
+  Grid(const KeptRecords& records, const std::vector<std::int32_t>& variables) {
+    axes.reserve(variables.size());
     std::size_t size = 1;
     for (const std::int32_t variable : variables) {
       axes.emplace_back(records.Column(variable));
-      if (records.Column(variable).HoldsNotANumber()) return;
       size *= axes.back().Size();
-      if (size == 0 || size > most) return;
     }
     counts.assign(size, 0);
   }
 
-  [[nodiscard]] bool IsEmpty() const noexcept { return counts.empty(); }
+  /// Has it cells, and no more than `most`? That is asked of every field, and most have not.
+  [[nodiscard]] static bool IsPossible(const KeptRecords& records,
+                                       const std::vector<std::int32_t>& variables,
+                                       std::size_t most) {
+    std::size_t size = 1;
+    return std::all_of(variables.begin(), variables.end(), [&](std::int32_t variable) {
+      const KeptColumn& column = records.Column(variable);
+      size *= Axis(column).Size();
+      return size > 0 && size <= most && !column.HoldsNotANumber();
+    });
+  }
   [[nodiscard]] const Axis& First() const noexcept { return axes.front(); }
   /// Cells of each code of the first variable.
   [[nodiscard]] std::size_t Inner() const noexcept { return counts.size() / First().Size(); }
@@ -168,8 +176,8 @@ std::shared_ptr<const RecordCells> RecordCells::Count(const KeptRecords& records
   if (records.Count() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
     return nullptr;
   }
-  Grid grid(records, variables, most);
-  if (grid.IsEmpty()) return nullptr;
+  if (!Grid::IsPossible(records, variables, most)) return nullptr;
+  Grid grid(records, variables);
   const std::vector<std::size_t> ascending = grid.First().AscendingCodes();
   if (ascending.empty()) return nullptr;
   grid.Count(records);
