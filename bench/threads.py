@@ -2,9 +2,10 @@
 """Whole runs of npar with several threads beside the same runs with one, and runs that are all overhead.
 
 Each round takes every number of threads in turn; a ratio is that of two neighbours in a round, by the clock, so that
-what else the machine does meets both. Figures are medians over the rounds. "processor" is the processor time with
-so many threads over that with one: what it costs that they work together. Small runs: 1,000 of 60 records each on one
-loaded component, with one thread.
+what else the machine does meets both. Before each run stands one that is not told: pages that another thread touches
+first than before may be new to a virtual machine, which takes some milliseconds for each of two megabytes. Figures are
+medians over the rounds. "processor" is the processor time with so many threads over that with one: what it costs that
+they work together. Small runs: 1,000 of 60 records each on one loaded component, with one thread.
 """
 import argparse
 import os
@@ -21,11 +22,11 @@ SMALL_RUNS = 1000
 
 def measure(program, case, records, counts, rounds):
     with Worker(program, case, "--records", records) as runs:
-        runs.ask("run")  # the first one touches memory that the others find
         seconds = {count: [] for count in [1, *counts]}
         for _ in range(rounds):
             for count, taken in seconds.items():
                 runs.ask(f"threads {count}")
+                runs.ask("run")
                 taken.append(runs.ask("run"))
     lines = []
     for count in counts:

@@ -162,7 +162,8 @@ QDStatus NPARPlanner::PrepareRun(RecordIterator& records, RunProgress& progress)
   if (hostRecords->CanStartOver()) {
     mainWorker->SetRecords(hostRecords.get());
   } else {
-    mainWorker->SetRecords(memoIterator.get());
+    ownWalks.push_back(memoIterator->Another());
+    mainWorker->SetRecords(ownWalks.back().get());
   }
   // Of the host's records some may not be kept.
   if (analysisMissing) mainWorker->SetCountedRecords(counted.get());
@@ -242,9 +243,8 @@ void NPARPlanner::RunSummaries(RunProgress& progress) {
       }
     }
   }
-  // Nothing but the document reads the distributions: they are filled beside the tests, when the
-  // orders are there. Tests in the host's order may walk the same records.
-  fillsBesideTests = !sortedFirst.empty() && mainWorker->TestCount() == 0;
+  // Nothing but the document reads the distributions.
+  fillsBesideTests = Threads::AreWorthIt(dataReader->Records().Count());
   RunProgress::Part summaries(progress, kTestsStart - kReadingSpan);
   Threads::ForEach(sortedFirst.size() + 1, [&](std::size_t task) {
     if (task == 0) {
