@@ -171,40 +171,44 @@ RangePiece RangePiece::Among(const std::vector<Category>& all) const {
   return piece;
 }
 
-void RangePiece::Append(const RangePiece& next) {
+void RangePiece::CheckJoins(const RangePiece& next) const {
   if (next.signature != signature || next.order != order ||
       next.sums.HasPairs() != sums.HasPairs() ||
       next.extremes.has_value() != extremes.has_value()) {
     throw InputError(kOtherAnalysis);
   }
-  if (groups.empty()) storage = next.storage;
-  if (!next.groups.empty() && next.storage != storage) {
+  if (!groups.empty() && !next.groups.empty() && next.storage != storage) {
     throw InputError(
         "the group field holds numbers in one piece and texts in another; give all of "
         "them one type");
   }
+  if (sums.Count() + next.sums.Count() > RunSums::kMostUnits) throw InputError(kTooMany);
+  if (!fits.Precede(next.fits)) throw InputError(kOtherRecords);
+}
+
+void RangePiece::Append(const RangePiece& next) {
+  CheckJoins(next);
+  if (groups.empty()) storage = next.storage;
   std::vector<Category> all = groups;
   for (const Category& group : next.groups) {
     if (std::ranges::find(all, group.text, &Category::text) == all.end()) all.push_back(group);
   }
   std::ranges::sort(all, [this](const Category& a, const Category& b) { return Precedes(a, b); });
   if (sums.HasPairs()) CheckPairs(all.size());
-  if (sums.Count() + next.sums.Count() > RunSums::kMostUnits) {
-    throw InputError(kTooMany);
-  }
   const RangePiece following = next.Among(all);
-  RangePiece joined = Among(all);
-  if (!joined.sums.Append(following.sums)) {
+  std::optional<SmirnovExtremes> joined = extremes;
+  if (joined && !joined->Append(*next.extremes)) throw InputError(kOtherRecords);
+  // With all of their pieces, so that this is not for every piece.
+  if (all.size() > groups.size()) *this = Among(all);
+  if (!sums.Append(following.sums)) {
     throw InputError(std::string("a piece begins below the end of the one before") + kOrderRemedy);
   }
-  AddCounts(joined.counts, next.counts);
-  joined.zeros += next.zeros;
-  joined.unitsOfPieces.insert(joined.unitsOfPieces.end(), following.unitsOfPieces.begin(),
-                              following.unitsOfPieces.end());
-  const bool follows =
-      (!extremes || joined.extremes->Append(*next.extremes)) && joined.fits.Append(next.fits);
-  if (!follows) throw InputError(kOtherRecords);
-  *this = std::move(joined);
+  AddCounts(counts, next.counts);
+  zeros += next.zeros;
+  unitsOfPieces.insert(unitsOfPieces.end(), following.unitsOfPieces.begin(),
+                       following.unitsOfPieces.end());
+  extremes = joined;
+  fits.Append(next.fits);
 }
 
 void RangePiece::RequireTwoGroups(const std::string& test) const {

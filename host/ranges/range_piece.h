@@ -60,6 +60,8 @@ class RangePiece {
  private:
   /// Takes the groups from the field's categories; the place of each of these among them.
   [[nodiscard]] std::vector<std::size_t> FindGroups(const Field& field);
+  /// InputError for a piece of another analysis.
+  void CheckJoins(const RangePiece& next) const;
   /// Takes units for the extremes of two groups.
   void TakeExtremes(const Units& units, const std::vector<std::string>& two);
   /// Sums the records; `also` takes them with the places of their groups.

@@ -14,11 +14,9 @@ FittedDistribution Estimated(FittedDistribution wanted, const FittedWhole& whole
 
 }  // namespace
 
-bool FitExtremes::Append(const FitExtremes& next) {
-  if (next.whole != whole || next.before != upTo) return false;
+void FitExtremes::Append(const FitExtremes& next) {
   upTo = next.upTo;
   extremes.Append(next.extremes);
-  return true;
 }
 
 void FitExtremes::Write(ByteWriter& write) const {

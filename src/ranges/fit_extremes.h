@@ -55,8 +55,11 @@ class FitExtremes {
               ExtremeDifferences extremes)
       : whole(whole), before(before), upTo(upTo), extremes(std::move(extremes)) {}
 
-  /// Takes the stretch that follows; false, and nothing done, for another.
-  [[nodiscard]] bool Append(const FitExtremes& next);
+  /// Are the others those of the stretch that follows?
+  [[nodiscard]] bool Precede(const FitExtremes& next) const {
+    return next.whole == whole && next.before == upTo;
+  }
+  void Append(const FitExtremes& next);
   /// Are these those of all units of such a whole?
   [[nodiscard]] bool AreOf(const FittedWhole& all) const {
     return whole == all && before == 0 && upTo == all.count;

@@ -41,15 +41,16 @@ void FittedPieces::Finish() {
   walks.clear();
 }
 
-bool FittedPieces::Append(const FittedPieces& next) {
-  if (next.Count() != Count() || next.extremes.size() != extremes.size()) return false;
-  std::vector<FitExtremes> joined = extremes;
-  for (std::size_t i = 0; i < joined.size(); ++i) {
-    if (!joined[i].Append(next.extremes[i])) return false;
-  }
-  extremes = std::move(joined);
+bool FittedPieces::Precede(const FittedPieces& next) const {
+  return next.Count() == Count() &&
+         std::ranges::equal(
+             extremes, next.extremes,
+             [](const FitExtremes& a, const FitExtremes& b) { return a.Precede(b); });
+}
+
+void FittedPieces::Append(const FittedPieces& next) {
+  for (std::size_t i = 0; i < extremes.size(); ++i) extremes[i].Append(next.extremes[i]);
   sumsOfPieces.insert(sumsOfPieces.end(), next.sumsOfPieces.begin(), next.sumsOfPieces.end());
-  return true;
 }
 
 std::vector<FittedSums> FittedPieces::Totals() const {

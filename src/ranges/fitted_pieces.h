@@ -39,8 +39,10 @@ class FittedPieces {
   /// After the last units of a piece.
   void Finish();
 
-  /// Takes pieces that follow; false, and nothing done, for others.
-  [[nodiscard]] bool Append(const FittedPieces& next);
+  /// Can these follow, as far as their counts tell?
+  [[nodiscard]] bool Precede(const FittedPieces& next) const;
+  /// Takes pieces that these precede.
+  void Append(const FittedPieces& next);
 
   [[nodiscard]] std::size_t Count() const noexcept { return sumsOfPieces.front().size(); }
   [[nodiscard]] bool AreOfFurtherPass() const noexcept { return !extremes.empty(); }
