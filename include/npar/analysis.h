@@ -175,9 +175,9 @@ uint32_t npar_analysis_sum_piece(NparAnalysis* analysis, const void** sums, size
  * that follows is made of them. NPAR_A_INPUT for bytes that are no sums, for those of another
  * request and for a piece that begins below the end of the one before; NPAR_A_STATE beside data. */
 uint32_t npar_analysis_add_sums(NparAnalysis* analysis, const void* sums, size_t length);
-/* Some tests (those whose names begin with ks-) see the pieces twice. Once the sums of all are taken, this gives what
- * a second pass begins with, [analysis owns] until its next call, or a *length of 0 where the sums
- * are enough; the sums of that pass then replace those of the first. */
+/* Some tests (those whose names begin with ks-) see the pieces twice. Once the sums of all are
+ * taken, this gives what a second pass begins with, [analysis owns] until its next call, or a
+ * *length of 0 where the sums are enough; the sums of that pass then replace those of the first. */
 uint32_t npar_analysis_next_pass(NparAnalysis* analysis, const void** pass, size_t* length);
 /* The data that npar_analysis_sum_piece takes next are the piece of that number, from 0, in the
  * second pass; [caller owns] the bytes. The piece has the same records as in the first pass, or it,
