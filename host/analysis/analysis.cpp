@@ -22,6 +22,7 @@ namespace {
 
 constexpr const char* kDocument = "document";
 constexpr const char* kTests = "tests";
+constexpr const char* kFigures = "figures";
 constexpr const char* kNotes = "notes";
 constexpr const char* kMessages = "messages";
 
@@ -226,12 +227,15 @@ void Analysis::RunRecords(ArrowTable data, AnalysisRequest request, const Progre
 }
 
 ResultDocument& Analysis::Document() {
-  if (document) return *document;
-  ResultDocument read = ReadResultDocument(*documentText, "the result document");
+  return document ? *document : document.emplace(ReadDocument(Bins::Read));
+}
+
+ResultDocument Analysis::ReadDocument(Bins bins) const {
+  ResultDocument read = ReadResultDocument(*documentText, "the result document", bins);
   AdjustOverTests(read, asked.adjustment);
   AdjustPairs(read, asked.pairAdjustment);
   TellRequest(read, asked.request, facts);
-  return document.emplace(std::move(read));
+  return read;
 }
 
 void Analysis::Execute(AnalysisRun& run, const Progress& progress) {
@@ -269,11 +273,21 @@ std::string Analysis::Render(const std::string& form) {
     RenderTestsJson(Document(), [&text](std::string_view piece) { text += piece; });
     return text;
   }
+  if (form == kFigures) {
+    std::string text;
+    const auto append = [&text](std::string_view piece) { text += piece; };
+    if (document) {
+      RenderFiguresJson(*document, append);
+    } else {
+      RenderFiguresJson(ReadDocument(Bins::LeftOut), append);
+    }
+    return text;
+  }
   const Renderer* const renderer = FindRenderer(form);
   if (renderer != nullptr) return Rendered(*renderer, Document(), choices.style);
   std::vector<std::string> names = {kDocument};
   for (const Renderer& each : AllRenderers()) names.emplace_back(each.name);
-  names.insert(names.end(), {kTests, kNotes, kMessages});
+  names.insert(names.end(), {kTests, kFigures, kNotes, kMessages});
   throw UsageError("there is no result as " + Quoted(form) + "; there is " +
                    JoinWords(names, " and "));
 }

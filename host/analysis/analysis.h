@@ -60,6 +60,7 @@ class Analysis {
   void Execute(AnalysisRun& run, const Progress& progress);
   /// Reads the result document, unless that was done before.
   ResultDocument& Document();
+  [[nodiscard]] ResultDocument ReadDocument(Bins bins) const;
   [[nodiscard]] std::string Render(const std::string& form);
 
   Choices choices;

@@ -19,28 +19,6 @@ namespace npar_host {
 namespace {
 
 constexpr int kFormatVersion = 1;
-void AddFigure(Json& object, const std::string& key, std::string_view text) {
-  const Json cell = Cell(text);
-  if (cell.is_string()) {
-    object[key] = nullptr;
-    object[key + "Text"] = cell;
-  } else {
-    object[key] = cell;
-  }
-}
-
-Json TextOrNull(const std::string& text) { return text.empty() ? Json(nullptr) : Json(text); }
-
-Json Figures(const std::vector<ResultStatistic>& figures) {
-  Json object = Json::object();
-  for (const ResultStatistic& figure : figures) {
-    // A cross table's own entries are codes, which its titles tell in words.
-    if (figure.group == "CategoryFieldsComparison") continue;
-    Json& target = figure.group.empty() ? object : object[Key(figure.group)];
-    AddFigure(target, Key(figure.name), figure.text);
-  }
-  return object;
-}
 
 // Written one by one, as lists of bins are most of a report.
 void WriteBins(JsonWriter& out, const std::vector<ResultBin>& bins) {
@@ -112,7 +90,7 @@ class TestObject {
     out.OpenObject();
     out.Member("name", test.name);
     out.Member("title", TestTitle(test.name));
-    out.Member("kind", test.type == "hypothesis_test" ? "test" : "estimate");
+    out.Member("kind", Kind());
     out.Member("family", Family(test));
     out.Member("fields", FieldNames());
     const ResultField* group = GroupField(document, test);
@@ -145,7 +123,21 @@ class TestObject {
     out.Close();
   }
 
+  void WriteFiguresTo(JsonWriter& out) const {
+    out.OpenObject();
+    out.Member("name", test.name);
+    out.Member("kind", Kind());
+    out.Member("decision", TextOrNull(test.decision));
+    out.Member("significance", DecidingFigure());
+    out.Member("statistic", HeadFigure());
+    out.Close();
+  }
+
  private:
+  [[nodiscard]] const char* Kind() const {
+    return test.type == "hypothesis_test" ? "test" : "estimate";
+  }
+
   // The group field of independent samples has an entry of its own.
   [[nodiscard]] Json FieldNames() const {
     Json names = Json::array();
@@ -389,6 +381,14 @@ void RenderJson(const ResultDocument& document, const TextSink& sink) {
 void RenderTestsJson(const ResultDocument& document, const TextSink& sink) {
   JsonWriter out(sink);
   WriteTests(document, out, Detail::WithoutBins);
+  out.Finish();
+}
+
+void RenderFiguresJson(const ResultDocument& document, const TextSink& sink) {
+  JsonWriter out(sink);
+  out.OpenArray();
+  for (const ResultTest& test : document.tests) TestObject(document, test).WriteFiguresTo(out);
+  out.Close();
   out.Finish();
 }
 

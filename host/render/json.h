@@ -13,4 +13,7 @@ void RenderJson(const ResultDocument& document, const TextSink& sink);
 /// The tests of that report alone, an array, without the bins of their distributions.
 void RenderTestsJson(const ResultDocument& document, const TextSink& sink);
 
+/// Of each of these the name, kind, decision, significance and statistic alone.
+void RenderFiguresJson(const ResultDocument& document, const TextSink& sink);
+
 }  // namespace npar_host

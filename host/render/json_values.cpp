@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstdint>
 
-#include "host/render/result_model.h"
 #include "host/render/wording.h"
 
 namespace npar_host {
@@ -28,6 +27,29 @@ Json Cell(std::string_view text) {
   if (number && std::isfinite(*number)) return Number(*number);
   const std::string shown = FigureText(text);
   return shown.empty() ? Json(nullptr) : Json(shown);
+}
+
+void AddFigure(Json& object, const std::string& key, std::string_view text) {
+  const Json cell = Cell(text);
+  if (cell.is_string()) {
+    object[key] = nullptr;
+    object[key + "Text"] = cell;
+  } else {
+    object[key] = cell;
+  }
+}
+
+Json TextOrNull(const std::string& text) { return text.empty() ? Json(nullptr) : Json(text); }
+
+Json Figures(const std::vector<ResultStatistic>& figures) {
+  Json object = Json::object();
+  for (const ResultStatistic& figure : figures) {
+    // A cross table's own entries are codes, which its titles tell in words.
+    if (figure.group == "CategoryFieldsComparison") continue;
+    Json& target = figure.group.empty() ? object : object[Key(figure.group)];
+    AddFigure(target, Key(figure.name), figure.text);
+  }
+  return object;
 }
 
 }  // namespace npar_host

@@ -78,8 +78,9 @@ ResultTable ReadTable(pugi::xml_node node) {
 }
 
 // The table "Interval": a row of counts above a row of values.
-std::vector<ResultBin> ReadBins(pugi::xml_node parent) {
+std::vector<ResultBin> ReadBins(pugi::xml_node parent, Bins wanted) {
   std::vector<ResultBin> bins;
+  if (wanted == Bins::LeftOut) return bins;
   const ResultTable table = ReadTable(Named(parent, "SimpleTable", "Interval"));
   if (table.rows.size() != 2) return bins;
   const std::size_t count = std::min(table.rows[0].size(), table.rows[1].size());
@@ -90,8 +91,8 @@ std::vector<ResultBin> ReadBins(pugi::xml_node parent) {
   return bins;
 }
 
-ResultDistribution ReadDistribution(pugi::xml_node table) {
-  return {ReadFigures(table), ReadBins(table)};
+ResultDistribution ReadDistribution(pugi::xml_node table, Bins bins) {
+  return {ReadFigures(table), ReadBins(table, bins)};
 }
 
 ResultMessage ReadMessage(pugi::xml_node node) {
@@ -110,12 +111,12 @@ ResultMessage ReadMessage(pugi::xml_node node) {
   return message;
 }
 
-ResultGroup ReadGroup(pugi::xml_node node) {
+ResultGroup ReadGroup(pugi::xml_node node, Bins bins) {
   ResultGroup group;
   group.codes = SplitCodes(AttributeRow(node, "GroupIndex"));
   group.figures = ReadFigures(node);
   std::erase_if(group.figures, [](const auto& figure) { return figure.name == "GroupIndex"; });
-  group.bins = ReadBins(node);
+  group.bins = ReadBins(node, bins);
   return group;
 }
 
@@ -182,7 +183,7 @@ ResultExtended ReadExtended(pugi::xml_node node) {
   return extended;
 }
 
-void ReadTestTable(pugi::xml_node node, ResultTest& test) {
+void ReadTestTable(pugi::xml_node node, ResultTest& test, Bins bins) {
   const std::string_view name = Name(node);
   if (name == "Condition") {
     ReadCondition(node, test);
@@ -193,7 +194,7 @@ void ReadTestTable(pugi::xml_node node, ResultTest& test) {
   } else if (name == "StatisticsResult") {
     test.statistics = ReadFigures(node);
   } else if (name == "ContinuousDistribution") {
-    test.differences = ReadDistribution(node);
+    test.differences = ReadDistribution(node, bins);
   } else if (name == "Asymptotic" || name == "ConfidenceInterval") {
     test.intervals.push_back({AttributeRow(node, "computeECIMethod"),
                               AttributeRow(node, "Estimate"), AttributeRow(node, "Lower"),
@@ -211,7 +212,7 @@ void ReadTestTable(pugi::xml_node node, ResultTest& test) {
   } else if (name == "ExtendedFigures") {
     test.extended = ReadExtended(node);
   } else if (NamesGroup(name)) {
-    test.groups.push_back(ReadGroup(node));
+    test.groups.push_back(ReadGroup(node, bins));
   } else {
     for (const ResultStatistic& figure : ReadFigures(node)) {
       test.details.push_back({std::string(name), figure.name, figure.text});
@@ -223,13 +224,14 @@ void ReadTestTable(pugi::xml_node node, ResultTest& test) {
   }
 }
 
-ResultTest ReadTest(pugi::xml_node node) {
+ResultTest ReadTest(pugi::xml_node node, Bins bins) {
   ResultTest test;
   test.name = Name(node);
   test.type = node.attribute("type").as_string();
   test.classification = node.attribute("classification").as_string();
   test.decision = node.attribute("decision").as_string();
-  for (const pugi::xml_node table : node.children("StructuredTable")) ReadTestTable(table, test);
+  for (const pugi::xml_node table : node.children("StructuredTable"))
+    ReadTestTable(table, test, bins);
   // The one interval of an estimate: the estimate stands among the statistics.
   if (const std::string* estimate = test.Statistic("Estimate")) {
     for (ResultInterval& interval : test.intervals) interval.estimate = *estimate;
@@ -251,11 +253,11 @@ ResultField ReadField(pugi::xml_node node) {
   return field;
 }
 
-void ReadFieldInfos(pugi::xml_node infos, std::vector<ResultField>& fields) {
+void ReadFieldInfos(pugi::xml_node infos, std::vector<ResultField>& fields, Bins bins) {
   for (const pugi::xml_node info : infos.children("FieldInfo")) {
     const std::size_t index = info.attribute("varIndex").as_uint(~0u);
     if (index < fields.size()) {
-      fields[index].distribution = ReadDistribution(info.child("StructuredTable"));
+      fields[index].distribution = ReadDistribution(info.child("StructuredTable"), bins);
     }
   }
 }
@@ -286,7 +288,7 @@ std::vector<std::size_t> ResultTest::ConditionFields(std::size_t position,
   return fields;
 }
 
-ResultDocument ReadResultDocument(std::string text, std::string_view name) {
+ResultDocument ReadResultDocument(std::string text, std::string_view name, Bins bins) {
   pugi::xml_document xml;
   ReadXml(xml, text, name, pugi::parse_default | pugi::parse_embed_pcdata);
   std::string().swap(text);
@@ -316,9 +318,9 @@ ResultDocument ReadResultDocument(std::string text, std::string_view name) {
   document.confidenceLevel = Number(tests, "confidenceLevel", document.confidenceLevel);
   document.listwise = std::strcmp(tests.attribute("missingTreatment").as_string(), "listwise") == 0;
   for (const pugi::xml_node test : tests.children("Algorithm")) {
-    document.tests.push_back(ReadTest(test));
+    document.tests.push_back(ReadTest(test, bins));
   }
-  ReadFieldInfos(output.child("FieldInfos"), document.fields);
+  ReadFieldInfos(output.child("FieldInfos"), document.fields, bins);
   return document;
 }
 

@@ -196,9 +196,12 @@ struct ResultDocument {
   Adjustment adjustment = Adjustment::None;  // of significances over the tests
 };
 
+/// The bins of distributions are most of a document; figures don't need them.
+enum class Bins { Read, LeftOut };
 /// Reads a result document; `name` names it in messages. Throws InputError for anything else. A
 /// text that is given away is freed as soon as it is parsed.
-[[nodiscard]] ResultDocument ReadResultDocument(std::string text, std::string_view name);
+[[nodiscard]] ResultDocument ReadResultDocument(std::string text, std::string_view name,
+                                                Bins bins = Bins::Read);
 
 /// The name of a case whose identifier is that number; empty where the number is all there is.
 using CaseNames = std::function<std::string(double identifier)>;

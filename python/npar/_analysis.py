@@ -17,7 +17,7 @@ from ._request import Fields, OrdinalFields, Request, Tests
 from ._run import run
 from ._tables import check_names, table_of
 from .errors import TestFailedError, UsageError
-from .results import Message, TestResult, frame, read_test
+from .results import Message, TestResult, frame, read_figures, read_test
 
 _FORMS = {
     ".html": "html", ".htm": "html", ".txt": "text", ".json": "json", ".md": "markdown",
@@ -28,11 +28,23 @@ _FORMS = {
 class Analysis(Sequence[TestResult]):
     """The results of one run, in the order of its report."""
 
-    def __init__(self, handle: Handle, tests: bytes) -> None:
+    def __init__(self, handle: Handle) -> None:
         self._handle = handle
         self._lock = threading.Lock()
-        remedies = _remedies()
-        self._results = tuple(read_test(test, remedies) for test in json.loads(tests))
+        self._read: tuple[TestResult, ...] | None = None
+
+    @property
+    def _results(self) -> tuple[TestResult, ...]:
+        if self._read is None:
+            remedies = _remedies()
+            self._read = tuple(
+                read_test(test, remedies) for test in json.loads(self._form("tests"))
+            )
+        return self._read
+
+    def figures(self) -> list[dict[str, Any]]:
+        """Of each result those that decide, which cost less than the whole."""
+        return [read_figures(test) for test in json.loads(self._form("figures"))]
 
     @overload
     def __getitem__(self, index: int) -> TestResult: ...
@@ -210,8 +222,8 @@ def run_request(data: Any, request: Request, progress: ProgressChoice) -> Analys
     handle = Handle()
     request.give(handle, table)
     wanted = fields if names is None else [name for name in names if name in fields]
-    tests = run(handle, lambda: table.give(handle, wanted), progress, table.records)
-    return Analysis(handle, tests)
+    run(handle, lambda: table.give(handle, wanted), progress, table.records)
+    return Analysis(handle)
 
 
 def raise_if_failed(result: TestResult) -> None:

@@ -8,6 +8,7 @@ import sys
 from array import array
 from collections.abc import Iterable, Sequence
 from dataclasses import replace
+from functools import lru_cache
 from typing import Any
 
 from ._columns import Column, entries_column, list_column
@@ -55,12 +56,19 @@ def sample_columns(samples: Sequence[Any], labels: Sequence[Any]) -> tuple[Colum
         numbers = _doubles(sample, f"sample {index + 1}")
         values.frombytes(numbers)
         groups.extend(array("i", [index]) * (numbers.nbytes // values.itemsize))
-    indexed = Column("i", len(groups), groups, None, None, entries_column(labels))
+    indexed = Column("i", len(groups), groups, None, None, _entries(tuple(labels)))
     return Column("g", len(values), values), indexed
+
+
+@lru_cache(maxsize=64)
+def _entries(labels: tuple[Any, ...]) -> Column:
+    return entries_column(labels)
 
 
 def _doubles(sample: Any, name: str) -> memoryview:
     """The bytes of a sample of numbers, missing ones as not-a-number."""
+    if _is_plain(sample):
+        return memoryview(sample).cast("B")
     found = column(sample, name)
     if found.format not in _FORMATS.values() or found.dictionary is not None:
         raise DataError(f"{name} holds values that are no numbers", field=name)
@@ -70,6 +78,19 @@ def _doubles(sample: Any, name: str) -> memoryview:
     if found.validity is not None:
         values[~_present(found)] = math.nan
     return memoryview(values).cast("B")
+
+
+def _is_plain(sample: Any) -> bool:
+    """Is it an array of doubles that stand side by side?"""
+    numpy = sys.modules.get("numpy")
+    return (
+        numpy is not None
+        and type(sample) is numpy.ndarray
+        and sample.dtype == float
+        and sample.ndim == 1
+        and sample.size > 0
+        and sample.flags.c_contiguous
+    )
 
 
 def _bits(flags: Any) -> Any:

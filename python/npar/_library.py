@@ -6,7 +6,6 @@ import ctypes
 import json
 import os
 import re
-import weakref
 from collections.abc import Callable, Sequence
 from ctypes import (
     POINTER,
@@ -117,7 +116,11 @@ class Handle:
         self._library = library()
         self._check(self._library.npar_analysis_create(byref(pointer)))
         self._pointer = pointer
-        self._free = weakref.finalize(self, self._library.npar_analysis_destroy, pointer)
+        self._destroy = self._library.npar_analysis_destroy
+
+    def __del__(self) -> None:
+        if hasattr(self, "_destroy"):  # it was made
+            self._destroy(self._pointer)
 
     def set(self, option: str, value: str) -> None:
         self._check(self._library.npar_analysis_set(self._pointer, _text(option), _text(value)))

@@ -27,8 +27,8 @@ def run(
     prepare: Callable[[], None],
     progress: ProgressChoice,
     records: Callable[[], int | None],
-) -> bytes:
-    """Prepares and runs the analysis; the tests of its JSON report."""
+) -> None:
+    """Prepares and runs the analysis."""
     watch = watcher(progress, records)
     if threading.current_thread() is not threading.main_thread():
         return _run_here(handle, prepare, watch)  # signals are the main thread's
@@ -38,13 +38,12 @@ def run(
     return _run_beside(handle, prepare, watch)
 
 
-def _run_here(handle: Handle, prepare: Callable[[], None], watch: Watcher | None) -> bytes:
+def _run_here(handle: Handle, prepare: Callable[[], None], watch: Watcher | None) -> None:
     prepare()
     if watch is None:
         handle.run(None)
     else:
         _run_watched(handle, watch)
-    return handle.result("tests")
 
 
 def _run_watched(handle: Handle, watch: Watcher) -> None:
@@ -130,10 +129,9 @@ def _heeding_interrupts(handle: Handle) -> Iterator[None]:
 class _Task:
     """Work on a thread of its own, and what became of it."""
 
-    def __init__(self, work: Callable[[], bytes]) -> None:
+    def __init__(self, work: Callable[[], None]) -> None:
         self._work = work
         self._error: BaseException | None = None
-        self._result = b""
         self.finished = threading.Event()
 
     def start(self) -> None:
@@ -141,25 +139,28 @@ class _Task:
 
     def _run(self) -> None:
         try:
-            self._result = self._work()
+            self._work()
         except BaseException as error:  # reaches the caller by `outcome`
             self._error = error
         finally:
             self.finished.set()
 
-    def outcome(self) -> bytes:
+    def end(self) -> None:
         if self._error is not None:
             raise self._error
-        return self._result
 
 
-def _run_beside(handle: Handle, prepare: Callable[[], None], watch: Watcher) -> bytes:
+def _run_beside(handle: Handle, prepare: Callable[[], None], watch: Watcher) -> None:
     state = [0.0, 0.0]
 
     def note(*progress: float) -> None:
         state[:] = progress
 
-    task = _Task(lambda: _run_here(handle, prepare, Watcher(note)))
+    def work() -> None:
+        _run_here(handle, prepare, Watcher(note))
+        handle.result("tests")  # kept by the library; millions of pairs take a while
+
+    task = _Task(work)
     try:
         task.start()
         with watch:
@@ -170,7 +171,7 @@ def _run_beside(handle: Handle, prepare: Callable[[], None], watch: Watcher) -> 
         handle.cancel()
         _wait_out(task)
         raise
-    return task.outcome()
+    task.end()
 
 
 def _wait_out(task: _Task) -> None:

@@ -2,16 +2,18 @@
 
 from __future__ import annotations
 
-from collections.abc import Mapping, Sequence
-from dataclasses import replace
-from typing import Any, TypedDict
+from collections.abc import Callable, Mapping, Sequence
+from operator import attrgetter, itemgetter
+from typing import Any, TypedDict, TypeVar
 
-from ._analysis import analyse
+from ._analysis import Analysis, analyse
 from ._arrays import sample_columns
 from ._progress import ProgressChoice
 from ._request import Fields, OrdinalFields
 from .errors import UsageError
-from .results import TestResult
+from .results import FIGURES, TestResult
+
+_Result = TypeVar("_Result")
 
 
 class Settings(TypedDict, total=False):
@@ -107,7 +109,20 @@ def _run(
     if weight is not None and not isinstance(weight, str):
         data = {**data, "weight": weight}
         asked["weight"] = "weight"
-    results: Sequence[TestResult] = analyse(data, tests=(test, options), **family, **asked)
-    first = next((each for each in results if each.kind == "test"), results[0])
-    intervals = tuple(interval for each in results for interval in each.intervals)
-    return replace(first, intervals=intervals) if intervals != first.intervals else first
+    analysis = analyse(data, tests=(test, options), **family, **asked)
+    return TestResult.later(lambda name: _fields(analysis, name))
+
+
+def _fields(analysis: Analysis, name: str) -> Mapping[str, Any]:
+    """That field of the test's result and others: the figures that decide, or all, with the
+    intervals of all results."""
+    if name in FIGURES:
+        return _first(analysis.figures(), itemgetter("kind"))
+    first = _first(analysis, attrgetter("kind"))
+    intervals = tuple(interval for each in analysis for interval in each.intervals)
+    return vars(first) | {"intervals": intervals}
+
+
+def _first(results: Sequence[_Result], kind: Callable[[_Result], str]) -> _Result:
+    """The test, or the first estimate."""
+    return next((each for each in results if kind(each) == "test"), results[0])

@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 import sys
-from collections.abc import Iterator, Mapping, Sequence
+from collections.abc import Callable, Iterator, Mapping, Sequence
 from dataclasses import dataclass, field
 from importlib.util import find_spec
 from typing import Any, overload
@@ -88,7 +88,8 @@ def frame(rows: Sequence[Mapping[str, Any]], library: str | None = None) -> Any:
 class TestResult:
     """The result of one test or estimate.
 
-    `statistic, pvalue = result` unpacks it. A figure that the test does not have is None.
+    `statistic, pvalue = result` unpacks it. A figure that the test does not have is None. The
+    run's report is read when somebody looks at one of them.
     """
 
     __test__ = False  # no test case, whatever its name begins with
@@ -128,8 +129,30 @@ class TestResult:
     """What the data show that a reader should know."""
     sentence: str = field(repr=False)
     """The whole as a results section tells it."""
-    made: str | None = field(default=None, repr=False)
+    made: str | None = field(repr=False)
     """How, where not from the records: "from sorted ranges, 8 pieces"."""
+
+    @classmethod
+    def later(cls, read: Callable[[str], Mapping[str, Any]]) -> TestResult:
+        """The result of which `read` will give a field, and further ones."""
+        result = cls.__new__(cls)
+        vars(result)["_read"] = read
+        return result
+
+    def __getattr__(self, name: str) -> Any:
+        known = vars(self)
+        read = known.get("_read")
+        if read is not None and name in self.__dataclass_fields__:
+            known.update(read(name))
+            if len(known) > len(self.__dataclass_fields__):  # all, beside the reader
+                known.pop("_read", None)
+        if name in known:  # also where another thread was first
+            return known[name]
+        raise AttributeError(f"a result has no attribute {name!r}")
+
+    def __getstate__(self) -> dict[str, Any]:
+        """For a copy, which takes no reader along."""
+        return {key: getattr(self, key) for key in self.__dataclass_fields__}
 
     def __iter__(self) -> Iterator[float | None]:
         return iter((self.statistic, self.pvalue))
@@ -170,24 +193,38 @@ def _figure(figures: Mapping[str, Any], name: str) -> float | None:
     return None if value is None else float(value)
 
 
-def read_test(test: Mapping[str, Any], remedies: Mapping[int, str]) -> TestResult:
-    """A test of the JSON report (docs/json.md)."""
+FIGURES = frozenset(
+    {"name", "kind", "decision", "statistic", "pvalue", "sides"}
+    | {"pvalue_exact", "pvalue_asymptotic"}
+)
+"""The fields that `read_figures` tells."""
+
+
+def read_figures(test: Mapping[str, Any]) -> dict[str, Any]:
+    """Of a test of the JSON report, or of one that has nothing else."""
     significance = test["significance"] or {}
     statistic = test["statistic"] or {}
+    return {
+        "name": test["name"],
+        "kind": test["kind"],
+        "decision": test["decision"],
+        "statistic": _figure(statistic, "value"),
+        "pvalue": _figure(significance, "value"),
+        "sides": significance.get("sides"),
+        "pvalue_exact": _figure(significance, "exact"),
+        "pvalue_asymptotic": _figure(significance, "asymptotic"),
+    }
+
+
+def read_test(test: Mapping[str, Any], remedies: Mapping[int, str]) -> TestResult:
+    """A test of the JSON report (docs/json.md)."""
     effect = test["effectSize"]
     return TestResult(
-        name=test["name"],
+        **read_figures(test),
         title=test["title"],
-        kind=test["kind"],
         fields=tuple(test["fields"]),
         group_field=test["groupField"],
         hypothesis=test["hypothesis"],
-        decision=test["decision"],
-        statistic=_figure(statistic, "value"),
-        pvalue=_figure(significance, "value"),
-        sides=significance.get("sides"),
-        pvalue_exact=_figure(significance, "exact"),
-        pvalue_asymptotic=_figure(significance, "asymptotic"),
         effect_size=EffectSize(effect["name"], effect["symbol"], effect["value"])
         if effect
         else None,

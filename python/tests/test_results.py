@@ -48,6 +48,7 @@ def test_arrays_and_fields_give_the_same_result():
     long = {"value": first + second, "group": ["x"] * 10 + ["y"] * 10}
     by_name = npar.mann_whitney("value", data=long, by="group")
     assert npar.mann_whitney(first, second) == by_name
+    assert npar.analyse(long, independent="value", by="group", tests="mann-whitney")[0] == by_name
     assert npar.mann_whitney(pd.Series(first), pl.Series(second)) == by_name
     masked = np.ma.masked_equal([*first, 99.0], 99.0)
     assert npar.mann_whitney(masked, [*second, None]) == by_name
