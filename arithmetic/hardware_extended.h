@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <compare>
 #include <concepts>
@@ -109,7 +110,8 @@ class HardwareExtended {
     std::uint64_t significand;
     std::uint16_t signAndExponent;
   };
-  static constexpr std::size_t kSize = 10;  // bytes of the format
+  // Bytes of the format; elsewhere than on x86, where nothing uses the type, there may be fewer.
+  static constexpr std::size_t kSize = std::min<std::size_t>(10, sizeof(long double));
   static constexpr int kBias = 16383;
   static constexpr int kExponentMask = 0x7fff;
   static constexpr std::uint64_t kTopBit = std::uint64_t{1} << 63;

@@ -4,10 +4,10 @@
 #include <compare>
 #include <concepts>
 #include <cstdint>
-#include <limits>
 #include <type_traits>
 #include <utility>
 
+#include "arithmetic/decimal.h"
 #include "arithmetic/wide_integer.h"
 
 namespace arithmetic {
@@ -27,8 +27,11 @@ class SoftwareExtended {
     if (magnitude != 0) Normalise(magnitude, kDigits - 1);
   }
   constexpr SoftwareExtended(double number) noexcept;
-  /// Of a constant with 64 digits at least, or as many as the compiler has.
+  /// Of a constant, with as many digits as the compiler has. Where those are fewer than 64, ours
+  /// come as text (constants.h), and so do Boost's.
   constexpr SoftwareExtended(long double number) noexcept;
+  /// Of decimal digits such as "-1.5e-3", rounded once.
+  explicit constexpr SoftwareExtended(const char* decimal) noexcept;
 
   [[nodiscard]] explicit constexpr operator double() const noexcept;
   [[nodiscard]] explicit constexpr operator float() const noexcept {

@@ -29,8 +29,6 @@ constexpr SoftwareExtended::SoftwareExtended(double number) noexcept {
   }
 }
 
-static_assert(std::numeric_limits<long double>::digits >= 64, "constants would lose digits");
-
 constexpr SoftwareExtended::SoftwareExtended(long double number) noexcept
     : SoftwareExtended(static_cast<double>(number)) {
   if (!IsOrdinary()) return;
@@ -38,6 +36,30 @@ constexpr SoftwareExtended::SoftwareExtended(long double number) noexcept
   const auto middle = static_cast<double>(rest);
   const auto last = static_cast<double>(rest - static_cast<long double>(middle));
   *this = *this + (SoftwareExtended(middle) + SoftwareExtended(last));
+}
+
+constexpr SoftwareExtended::SoftwareExtended(const char* decimal) noexcept {
+  decimal::Quotient number = decimal::Parse(decimal);
+  if (!(decimal::Large() < number.dividend)) return;
+  int place = 0;  // of the top bit
+  for (; number.dividend < number.divisor; --place) number.dividend.Double();
+  for (decimal::Large next = number.divisor; next.Double(), !(number.dividend < next); ++place) {
+    number.divisor = next;
+  }
+  // Digit by digit: those of the significand, one to round by, and whether anything follows it.
+  std::uint64_t high = 0;
+  std::uint64_t low = 0;
+  for (int i = 0; i <= kDigits; ++i) {
+    const bool isOne = !(number.dividend < number.divisor);
+    if (isOne) number.dividend -= number.divisor;
+    number.dividend.Double();
+    if (i < kDigits)
+      high = high << 1 | (isOne ? 1 : 0);
+    else
+      low = isOne ? kTopBit : 0;
+  }
+  if (decimal::Large() < number.dividend) low |= 1;
+  *this = Rounded(number.isNegative, high, low, place);
 }
 
 constexpr SoftwareExtended::operator long double() const noexcept {

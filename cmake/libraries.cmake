@@ -42,6 +42,11 @@ file(GLOB zstd_sources ${zstd}/common/*.c ${zstd}/decompress/*.c)
 add_library(npar_zstd STATIC ${zstd_sources})
 target_include_directories(npar_zstd SYSTEM PUBLIC ${zstd})
 target_compile_definitions(npar_zstd PRIVATE ZSTD_DISABLE_ASM=1)
+if(APPLE)
+  # A system of before 2001 had no fdopen; zig's float.h hides the compiler's.
+  target_compile_definitions(zlib PRIVATE fdopen=fdopen)
+  target_compile_definitions(pugixml PRIVATE DBL_DIG=__DBL_DIG__)
+endif()
 # Their warnings are for those who write them.
 foreach(library pugixml zlib npar_zstd)
   target_compile_options(${library} PRIVATE -w)

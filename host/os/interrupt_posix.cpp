@@ -59,9 +59,10 @@ InterruptWatch::InterruptWatch() : state(std::make_unique<State>()) {
   constexpr const char* kRefused =
       "the system grants no thread or pipe to watch for Ctrl-C; end other programs or raise the "
       "limits of this one";
-  if (pipe2(state->pipe, O_CLOEXEC) != 0) {
+  if (pipe(state->pipe) != 0) {
     throw std::system_error(errno, std::generic_category(), kRefused);
   }
+  for (const int end : state->pipe) fcntl(end, F_SETFD, FD_CLOEXEC);
   signalPipe = state->pipe[1];
   try {
     state->watcher = std::thread([this] { state->Watch(); });

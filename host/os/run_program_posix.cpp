@@ -6,6 +6,8 @@
 
 #include "host/os/run_program.h"
 
+extern char** environ;  // NOLINT: POSIX has each program declare it
+
 namespace npar_host {
 
 ProgramOutcome RunProgram(std::vector<std::string> words) {

@@ -33,7 +33,9 @@ bool TerminalKnowsEscapes() { return Environment("TERM") != "dumb"; }
 bool LocaleIsUtf8() {
   const locale_t locale = newlocale(LC_CTYPE_MASK, "", locale_t{});
   if (locale == locale_t{}) return false;
-  const bool isUtf8 = std::string_view(nl_langinfo_l(CODESET, locale)) == "UTF-8";
+  const locale_t before = uselocale(locale);  // of this thread
+  const bool isUtf8 = std::string_view(nl_langinfo(CODESET)) == "UTF-8";
+  uselocale(before);
   freelocale(locale);
   return isUtf8;
 }

@@ -13,10 +13,10 @@ namespace {
 
 constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr Real kZeta2 = 1.644934066848226436472415166646025L;
-constexpr Real kZeta3 = 1.202056903159594285399738161511450L;
-constexpr Real kZeta4 = 1.082323233711138191516003696541168L;
-constexpr Real kRootTwo = 1.414213562373095048801688724209698L;
+constexpr Real kZeta2 = 1.644934066848226436472415166646025_ext;
+constexpr Real kZeta3 = 1.202056903159594285399738161511450_ext;
+constexpr Real kZeta4 = 1.082323233711138191516003696541168_ext;
+constexpr Real kRootTwo = 1.414213562373095048801688724209698_ext;
 
 bool IsShape(double value) { return value > 0.0 && value < kInfinity; }
 
@@ -31,7 +31,10 @@ constexpr Real kLogLimit = 2300;
 
 // From this shape on a quantile is its distribution's center, to the last digit but one: 38
 // standard deviations reach down to the smallest p and are 4e-14 of it, if that.
-constexpr Real kCertainShape = 1e30L;
+constexpr Real kCertainShape = 1e30_ext;
+
+// A step below this part of its place is the last.
+constexpr Real kLastStep = 1e-17_ext;
 
 struct TailAndDensity {
   Real tail;
@@ -64,13 +67,13 @@ Real FindQuantile(double p, Real start, TailAt tailAt) {
     if (next < -kLogLimit) next = -kLogLimit;
     lastStep = next - t;
     t = next;
-    if (fabs(lastStep) <= 1e-17L * std::max<Real>(1, fabs(t))) break;
+    if (fabs(lastStep) <= kLastStep * std::max<Real>(1, fabs(t))) break;
   }
   return t;
 }
 
 // Below this in both shapes p hardly depends on x, and neither tail has digits enough to tell x.
-constexpr Real kTinyShape = 1e-5L;
+constexpr Real kTinyShape = 1e-5_ext;
 
 // Log odds of the beta quantile for two tiny shapes, solved from the series of the tail that
 // reaches up to the quantile, which is the one below 1/2:
@@ -81,8 +84,8 @@ Real TinyBetaLogOdds(Real p, Real a, Real b) {
   const Real ofA = p * a;
   const Real ofB = p * b;
   const Real low = ProductRest(p, a) + ProductRest(p, b);
-  const Real difference = (p < 0.5L ? (ofA - b) + ofB : (ofB - b) + ofA) + low;  // p (a + b) - b
-  const Real gammas = a * b * (kZeta2 - kZeta3 * (a + b) + kZeta4 * (a * a + 1.5L * a * b + b * b));
+  const Real difference = (p < 0.5 ? (ofA - b) + ofB : (ofB - b) + ofA) + low;  // p (a + b) - b
+  const Real gammas = a * b * (kZeta2 - kZeta3 * (a + b) + kZeta4 * (a * a + 1.5 * a * b + b * b));
   const bool isLower = log1p(difference / b) - gammas <= 0;
   if (!isLower) std::swap(a, b);
   const Real top = log1p((isLower ? difference : -difference) / b) - gammas;

@@ -18,14 +18,16 @@ namespace QDMath_700 {
 
 namespace {
 
-constexpr Real kHalfLogTwoPi = 0.918938533204672741780329736405618L;
+constexpr Real kHalfLogTwoPi = 0.918938533204672741780329736405618_ext;
 
 // A tail whose terms would number millions is an integral.
-constexpr Real kIntegralVariance = 1e10L;
+constexpr Real kIntegralVariance = 1e10;
 
 // What is left of a tail is below 1e-19 of it when the term is, ratios of neighbours up to 1 -
 // 1e-5.
-constexpr Real kLastTerm = 1e-25L;
+constexpr Real kLastTerm = 1e-25_ext;
+
+constexpr Real kLeastSlope = 0.01_ext;
 
 // ln c! - (c ln c - c), continuous in c >= 0.
 Real FactorialRemainder(Real c) {
@@ -103,7 +105,7 @@ Real IntegrateTail(const Table& table, Real x, bool isLower) {
   const Real deviation = table.Deviation(x) - sign / 2;
   const Real top = table.LogProbability(edge, deviation);
   const Real slope = table.Slope(edge);
-  if (!(fabs(slope) < 0.01L)) return exp(top);  // far below the smallest double
+  if (!(fabs(slope) < kLeastSlope)) return exp(top);  // far below the smallest double
   const Real scale = 1 / std::max<Real>(fabs(slope), 1 / sqrt(table.Variance()));
   const Real integral = TailRule::Get().Integrate(scale, [&](Real s) {
     return table.LogProbability(edge + sign * s, deviation + sign * s) - top;

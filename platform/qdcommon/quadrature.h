@@ -39,8 +39,8 @@ class TailRule {
  private:
   // From 1e-31 to 70: what lies outside is below 1e-28 of the integral.
   static constexpr std::size_t kCount = 138;
-  static constexpr Real kStep = 1 / 16.0L;
-  static constexpr Real kFirst = -4.25L;
+  static constexpr Real kStep = 1 / 16.0;
+  static constexpr Real kFirst = -4.25;
 
   std::array<Real, kCount> point;
   std::array<Real, kCount> weight;

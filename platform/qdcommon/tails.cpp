@@ -41,22 +41,22 @@ namespace {
 
 using arithmetic::Policy;
 
-constexpr Real kTwoPi = 6.283185307179586476925286766559006L;
-constexpr Real kHalfLogTwoPi = 0.918938533204672741780329736405618L;
+constexpr Real kTwoPi = 6.283185307179586476925286766559006_ext;
+constexpr Real kHalfLogTwoPi = 0.918938533204672741780329736405618_ext;
 
 // At 20, StirlingRemainder's first term left out is 4e-21.
 constexpr Real kLargeShape = 20;
 
 // A term below this part of its sum ends a series.
-constexpr Real kSmallestPart = 1e-19L;
+constexpr Real kSmallestPart = 1e-19_ext;
 
 // From here on a beta variable whose other shape is below kLargeShape is a gamma variable: what the
 // leading term of the expansion leaves out is below shape * ln(p)^2 / kHugeShape^2.
-constexpr Real kHugeShape = 1e11L;
+constexpr Real kHugeShape = 1e11;
 
 // e^s - 1 - s, without loss around 0.
 Real ExpLess(Real s) {
-  if (!(fabs(s) < 0.5L)) return expm1(s) - s;
+  if (!(fabs(s) < 0.5)) return expm1(s) - s;
   Real sum = 0;
   for (int k = 18; k >= 3; --k) sum = (1 + sum) * s / static_cast<Real>(k);
   return (1 + sum) * s * s / 2;
@@ -139,7 +139,7 @@ Real OuterGammaTail(Real a, Real x) {
   const bool isUpper = x > a;
   const Real density = GammaDensity(a, x);
   const Real halfSquare = -LogLess(x / a, (x - a) / a);
-  if (halfSquare > 0.5L) {
+  if (halfSquare > 0.5) {
     return density * (isUpper ? UpperFraction(a, x) : LowerSeries(a, x) / a);
   }
   static const UniformSeries series;
@@ -166,7 +166,7 @@ Real OuterBetaTail(const BetaPlace& place) {
 }  // namespace
 
 Real LogLess(Real ratio, Real d) {
-  if (!(fabs(d) <= 0.5L)) return log(ratio) - d;
+  if (!(fabs(d) <= 0.5)) return log(ratio) - d;
   // With r = d / (2 + d): ln(1 + d) = 2 atanh(r) and 2 r - d = -d r.
   const Real r = d / (2 + d);
   const Real square = r * r;
@@ -178,9 +178,10 @@ Real LogLess(Real ratio, Real d) {
 Real NormalQuantile(Real p) { return -sqrt(Real(2)) * erfc_inv(2 * p); }
 
 Real StirlingRemainder(Real a) {
-  if (a < kLargeShape) return lgamma(a) - (a - 0.5L) * log(a) + a - kHalfLogTwoPi;
-  static constexpr std::array<Real, 7> kTerms = {
-      1 / 156.0L, -691 / 360360.0L, 1 / 1188.0L, -1 / 1680.0L, 1 / 1260.0L, -1 / 360.0L, 1 / 12.0L};
+  if (a < kLargeShape) return lgamma(a) - (a - 0.5) * log(a) + a - kHalfLogTwoPi;
+  static constexpr std::array<Real, 7> kTerms = {1 / 156_ext,   -691 / 360360_ext, 1 / 1188_ext,
+                                                 -1 / 1680_ext, 1 / 1260_ext,      -1 / 360_ext,
+                                                 1 / 12_ext};
   const Real square = 1 / (a * a);
   Real sum = 0;
   for (const Real term : kTerms) sum = sum * square + term;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "arithmetic/constants.h"
 #include "arithmetic/elementary.h"
 
 namespace QDMath_700 {
@@ -7,6 +8,7 @@ namespace QDMath_700 {
 /// Internal figures carry more digits than a double, so that what is rounded at the end is right,
 /// and the same digits on every machine.
 using Real = arithmetic::Extended;
+using arithmetic::operator""_ext;
 
 enum class Side { Lower, Upper };
 

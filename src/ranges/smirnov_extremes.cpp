@@ -43,7 +43,7 @@ bool SmirnovExtremes::Finish() {
 
 bool SmirnovExtremes::Read(ByteReader& read) {
   Visit(*this, read);
-  for (const std::size_t group : {0, 1}) {
+  for (const std::size_t group : {0U, 1U}) {
     if (before[group] < 0 || upTo[group] < before[group] || sizes[group] < upTo[group])
       return false;
   }

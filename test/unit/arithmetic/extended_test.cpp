@@ -129,5 +129,29 @@ TEST(ExtendedTest, TheTypeInUseHasThem) {
   EXPECT_EQ(DigestOfFunctions<Extended>(), kFunctions);
 }
 
+TEST(ExtendedTest, DecimalDigitsAreRoundedOnce) {
+  struct Case {
+    const char* decimal;
+    std::uint64_t significand;
+    int exponent;
+  };
+  // Found with Python's fractions.
+  for (const auto& [decimal, significand, exponent] :
+       {Case{"0.1", 0xcccccccccccccccd, -67}, Case{"1.5e+3", 1500, 0},
+        Case{"1.644934066848226436472415166646025", 0xd28d3312983e9918, -63},
+        Case{"6.02214076E+23", 0xff0c2e52be28b98c, 15}, Case{"1e-200", 0xc3f490aa77bd60fd, -728},
+        Case{"36893488147419103233", std::uint64_t{1} << 63, 2},
+        Case{"36893488147419103235", (std::uint64_t{1} << 63) + 1, 2},
+        Case{"18446744073709551615.5", std::uint64_t{1} << 63, 1},
+        Case{"9223372036854775808.5", std::uint64_t{1} << 63, 0},
+        Case{"9223372036854775809.5", (std::uint64_t{1} << 63) + 2, 0},
+        Case{"9223372036854775808.50000000000000000001", (std::uint64_t{1} << 63) + 1, 0}}) {
+    EXPECT_EQ(SoftwareExtended(decimal), SoftwareExtended::Scaled(significand, exponent))
+        << decimal;
+  }
+  EXPECT_EQ(SoftwareExtended("0.000"), SoftwareExtended(0));
+  EXPECT_EQ(SoftwareExtended("-0.25"), SoftwareExtended(-0.25));
+}
+
 }  // namespace
 }  // namespace arithmetic
