@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -8,36 +7,43 @@
 /// Decimal digits as a quotient of whole numbers, for SoftwareExtended.
 namespace arithmetic::decimal {
 
-/// A whole number of 1,024 bits, the highest word first.
+/// A whole number of up to 17,408 bits, the lowest word first.
 class Large {
  public:
   constexpr void MultiplyAdd(std::uint32_t factor, std::uint32_t more) noexcept {
     std::uint64_t carry = more;
-    for (auto word = words.rbegin(); word != words.rend(); ++word) {
-      carry += std::uint64_t{*word} * factor;
-      *word = static_cast<std::uint32_t>(carry);
+    for (std::size_t i = 0; i < size; ++i) {
+      carry += std::uint64_t{words[i]} * factor;
+      words[i] = static_cast<std::uint32_t>(carry);
       carry >>= kWordBits;
     }
+    if (carry != 0) words[size++] = static_cast<std::uint32_t>(carry);
   }
   constexpr void Double() noexcept { MultiplyAdd(2, 0); }
+  /// Of what is not larger.
   constexpr Large& operator-=(const Large& other) noexcept {
     std::uint64_t borrowed = 0;
-    for (std::size_t i = words.size(); i-- > 0;) {
+    for (std::size_t i = 0; i < size; ++i) {
       const std::uint64_t rest = std::uint64_t{words[i]} - other.words[i] - borrowed;
       words[i] = static_cast<std::uint32_t>(rest);
       borrowed = rest >> (2 * kWordBits - 1);
     }
+    while (size > 0 && words[size - 1] == 0) --size;
     return *this;
   }
+  [[nodiscard]] constexpr bool IsZero() const noexcept { return size == 0; }
   friend constexpr bool operator<(const Large& a, const Large& b) noexcept {
-    return std::lexicographical_compare(a.words.begin(), a.words.end(), b.words.begin(),
-                                        b.words.end());
+    if (a.size != b.size) return a.size < b.size;
+    for (std::size_t i = a.size; i-- > 0;) {
+      if (a.words[i] != b.words[i]) return a.words[i] < b.words[i];
+    }
+    return false;
   }
 
  private:
   static constexpr int kWordBits = 32;
-  static constexpr std::size_t kWords = 32;
-  std::array<std::uint32_t, kWords> words{};
+  std::size_t size = 0;  // without zeros at the top
+  std::array<std::uint32_t, 544> words{};
 };
 
 struct Quotient {
@@ -46,8 +52,9 @@ struct Quotient {
   bool isNegative = false;
 };
 
-/// Of a text such as "-1.5e-3", with an exponent from -200 to 200; digits behind the sixtieth are
-/// beyond what a rounding to 64 binary digits can tell.
+/// Of a text such as "-1.5e-3", with an exponent from -5000 to 5000, which the range of extended
+/// precision is within; digits behind the sixtieth are beyond what a rounding to 64 binary digits
+/// can tell.
 constexpr Quotient Parse(const char* text) noexcept {
   constexpr int kDigits = 60;
   constexpr std::uint32_t kBase = 10;

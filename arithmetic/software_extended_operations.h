@@ -40,12 +40,11 @@ constexpr SoftwareExtended::SoftwareExtended(long double number) noexcept
 
 constexpr SoftwareExtended::SoftwareExtended(const char* decimal) noexcept {
   decimal::Quotient number = decimal::Parse(decimal);
-  if (!(decimal::Large() < number.dividend)) return;
-  int place = 0;  // of the top bit
+  if (number.dividend.IsZero()) return;
+  int place = -1;  // of the top bit
   for (; number.dividend < number.divisor; --place) number.dividend.Double();
-  for (decimal::Large next = number.divisor; next.Double(), !(number.dividend < next); ++place) {
-    number.divisor = next;
-  }
+  for (; !(number.dividend < number.divisor); ++place) number.divisor.Double();
+  number.dividend.Double();
   // Digit by digit: those of the significand, one to round by, and whether anything follows it.
   std::uint64_t high = 0;
   std::uint64_t low = 0;
@@ -58,7 +57,7 @@ constexpr SoftwareExtended::SoftwareExtended(const char* decimal) noexcept {
     else
       low = isOne ? kTopBit : 0;
   }
-  if (decimal::Large() < number.dividend) low |= 1;
+  if (!number.dividend.IsZero()) low |= 1;
   *this = Rounded(number.isNegative, high, low, place);
 }
 

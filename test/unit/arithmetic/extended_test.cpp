@@ -150,6 +150,8 @@ TEST(ExtendedTest, DecimalDigitsAreRoundedOnce) {
         << decimal;
   }
   EXPECT_EQ(SoftwareExtended("0.000"), SoftwareExtended(0));
+  EXPECT_GT(SoftwareExtended("1e-4900"), SoftwareExtended(0));
+  EXPECT_LT(SoftwareExtended("1e4900"), SoftwareExtended("1.0000000000000001e+4900"));
   EXPECT_EQ(SoftwareExtended("-0.25"), SoftwareExtended(-0.25));
 }
 
