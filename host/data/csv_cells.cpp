@@ -11,7 +11,7 @@
 namespace npar_host {
 namespace {
 
-[[maybe_unused]] constexpr std::ptrdiff_t kBlock = 64;  // not where there is no SSE2
+[[maybe_unused]] constexpr std::ptrdiff_t kBlock = 64;               // not where there is no SSE2
 constexpr std::ptrdiff_t kLongestOnTrial = std::ptrdiff_t{1} << 20;  // bytes between quotes
 
 }  // namespace
