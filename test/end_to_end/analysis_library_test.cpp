@@ -16,8 +16,6 @@
 namespace {
 
 using nlohmann::json;
-using testing::AllOf;
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 struct RoadCase {
@@ -94,8 +92,8 @@ TEST(AnalysisLibraryTest, TellsWhatTheCommandLineTells) {
   };
   for (const RoadCase& row : rows) {
     const npar_host::Dataset data = ReadExample(row);
-    std::vector<std::string> command = {
-        NPAR_BUILD_DIR "/bin/npar", "analyse", "-", "--no-trace", "--report", "json"};
+    const std::string program = NPAR_BUILD_DIR "/bin/npar";
+    std::vector<std::string> command = {program, "analyse", "-", "--no-trace", "--report", "json"};
     for (const auto& [option, value] : row.options) {
       const bool isFlag = option == "extended";
       command.push_back(isFlag ? "--no-extended" : "--" + option);
@@ -314,6 +312,7 @@ TEST(AnalysisLibraryTest, ThreadsRunAnalysesOfTheirOwn) {
   const RoadCase sprays = {"insect_sprays", {{"independent", "count"}, {"by", "spray"}}};
   std::vector<std::string> statistics(4);
   std::vector<std::thread> threads;
+  threads.reserve(statistics.size());
   for (std::string& statistic : statistics) {
     threads.emplace_back([&statistic, &sprays] {
       for (int run = 0; run < 5; ++run) {

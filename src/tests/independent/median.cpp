@@ -223,6 +223,7 @@ class NPARKSMedian final : public NPARTest {
     }
     OrderByMeasure(list);
     std::vector<std::size_t> places;
+    places.reserve(list.size());
     for (const ComparedSample& sample : list) places.push_back(tally->PlaceOf(sample.index));
     comparisons->StartRanges(places);
     comparison.RunStepwise(*this, std::move(list), [&](const SampleRange& range) {

@@ -23,6 +23,7 @@ TEST(NPARSortedIterator, WalksAscendingWithEqualValuesInRecordOrder) {
     for (const auto& row : Numbered(count)) expected.emplace_back(row[1], row[0]);
     std::sort(expected.begin(), expected.end());  // numbers ascend within equal values
     std::vector<double> numbers;
+    numbers.reserve(expected.size());
     for (const auto& pair : expected) numbers.push_back(pair.second);
 
     NPARSortManager manager(kept.reader.get());
