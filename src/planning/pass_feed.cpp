@@ -24,10 +24,12 @@ void PassFeed::AddTest(NPARTest* test, std::vector<std::int64_t> required) {
   members.push_back({.test = test, .required = std::move(required), .marks = {}, .cells = nullptr});
 }
 
-const PassFeed::Member* PassFeed::NextOf(const BatchSource* cells) const {
-  const auto found = std::find_if(members.begin(), members.end(),
-                                  [cells](const Member& member) { return member.cells == cells; });
-  return found == members.end() ? nullptr : &*found;
+std::vector<PassFeed::Member*> PassFeed::MembersOf(const BatchSource* cells) {
+  std::vector<Member*> found;
+  for (Member& member : members) {
+    if (member.cells == cells && !member.hasFailed) found.push_back(&member);
+  }
+  return found;
 }
 
 void PassFeed::GiveWalk(std::unique_ptr<BatchSource> walk, const std::vector<Member*>& takers) {
@@ -83,35 +85,56 @@ void PassFeed::FindExcerpts(IOrderExcerpts& excerpts) {
 QDStatus PassFeed::WalkCells(CancelPair& cancelPair) {
   for (const auto& walk : cellWalks) {
     static_cast<void>(walk->Reset());
-    const QDStatus status = WalkFor(walk.get(), *walk, cancelPair);
+    Part part{.members = MembersOf(walk.get()), .audiences = {}};
+    const QDStatus status = WalkFor(part, *walk, 0, cancelPair);
     if (!status.IsOK()) return status;
   }
   return QDStatus();
 }
 
-QDStatus PassFeed::Walk(BatchSource& records, CancelPair& cancelPair) {
-  return WalkFor(nullptr, records, cancelPair);
+std::size_t PassFeed::Divide(std::size_t most) {
+  std::vector<std::vector<Member*>> apart;
+  for (Member* member : MembersOf(nullptr)) {
+    const Tally* tally = member->test->GetTally();
+    const auto same = std::find_if(apart.begin(), apart.end(), [tally](const auto& others) {
+      return tally != nullptr && others.front()->test->GetTally() == tally;
+    });
+    if (same == apart.end()) {
+      apart.push_back({member});
+    } else {
+      same->push_back(member);
+    }
+  }
+  parts.clear();
+  parts.resize(std::min(most, apart.size()));
+  for (std::size_t i = 0; i < apart.size(); ++i) {
+    std::vector<Member*>& list = parts[i % parts.size()].members;
+    list.insert(list.end(), apart[i].begin(), apart[i].end());
+  }
+  return parts.size();
 }
 
-QDStatus PassFeed::WalkFor(const BatchSource* cells, BatchSource& records, CancelPair& cancelPair) {
-  audiences.clear();
+QDStatus PassFeed::Walk(std::size_t part, BatchSource& records, CancelPair& cancelPair) {
+  return WalkFor(parts[part], records, records.Count(), cancelPair);
+}
+
+QDStatus PassFeed::WalkFor(Part& part, BatchSource& records, std::size_t expected,
+                           CancelPair& cancelPair) {
   bool isFirst = true;
-  WalkProgress progress(cells == nullptr ? records.Count() : 0);
-  while (NextOf(cells) != nullptr && !cancelPair.Check()) {
+  WalkProgress progress(expected);
+  while (!part.members.empty() && !cancelPair.Check()) {
     RecordBatch* batch = records.NextBatch();
     if (batch == nullptr) break;
     if (std::exchange(isFirst, false)) {
-      for (Member& member : members) {
-        if (member.cells == cells) member.marks = MarksOf(member, records);
-      }
-      FormAudiences(cells);
+      for (Member* member : part.members) member->marks = MarksOf(*member, records);
+      FormAudiences(part);
     }
     bool hasAnyFailed = false;
-    const QDStatus status = Deliver(*batch, hasAnyFailed);
+    const QDStatus status = Deliver(part, *batch, hasAnyFailed);
     if (!status.IsOK()) return status;
     if (hasAnyFailed) {
-      std::erase_if(members, [](const Member& member) { return member.hasFailed; });
-      FormAudiences(cells);
+      std::erase_if(part.members, [](const Member* member) { return member->hasFailed; });
+      FormAudiences(part);
     }
     progress.Step(batch->Size());
   }
@@ -120,13 +143,15 @@ QDStatus PassFeed::WalkFor(const BatchSource* cells, BatchSource& records, Cance
 
 std::vector<NPARTest*> PassFeed::AliveTests() const {
   std::vector<NPARTest*> tests;
-  for (const Member& member : members) tests.push_back(member.test);
+  for (const Member& member : members) {
+    if (!member.hasFailed) tests.push_back(member.test);
+  }
   return tests;
 }
 
 std::vector<Tally*> PassFeed::AliveTallies() const {
   std::vector<Tally*> tallies;
-  for (const Member& member : members) AddOnce(tallies, member.test->GetTally());
+  for (const NPARTest* test : AliveTests()) AddOnce(tallies, test->GetTally());
   return tallies;
 }
 
@@ -145,21 +170,20 @@ std::vector<MissingMark> PassFeed::MarksOf(const Member& member, const BatchSour
   return marks;
 }
 
-void PassFeed::FormAudiences(const BatchSource* cells) {
-  audiences.clear();
-  for (Member& member : members) {
-    if (member.cells != cells) continue;
+void PassFeed::FormAudiences(Part& part) {
+  part.audiences.clear();
+  for (Member* member : part.members) {
     auto audience = std::find_if(
-        audiences.begin(), audiences.end(),
-        [&member](const Audience& other) { return other.members[0]->marks == member.marks; });
-    if (audience == audiences.end()) audience = audiences.emplace(audiences.end());
-    audience->members.push_back(&member);
-    AddOnce(audience->tallies, member.test->GetTally());
+        part.audiences.begin(), part.audiences.end(),
+        [member](const Audience& other) { return other.members[0]->marks == member->marks; });
+    if (audience == part.audiences.end()) audience = part.audiences.emplace(part.audiences.end());
+    audience->members.push_back(member);
+    AddOnce(audience->tallies, member->test->GetTally());
   }
 }
 
-QDStatus PassFeed::Deliver(RecordBatch& batch, bool& hasAnyFailed) {
-  for (Audience& audience : audiences) {
+QDStatus PassFeed::Deliver(Part& part, RecordBatch& batch, bool& hasAnyFailed) {
+  for (Audience& audience : part.audiences) {
     RecordBatch& complete = audience.complete.Select(batch, audience.members[0]->marks);
     for (Tally* tally : audience.tallies) tally->Take(complete);
     for (Member* member : audience.members) {

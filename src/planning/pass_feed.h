@@ -40,10 +40,13 @@ class PassFeed {
   /// Gives what was found.
   QDStatus WalkCells(CancelPair& cancelPair);
   /// Are there other tests?
-  [[nodiscard]] bool NeedsRecords() const { return NextOf(nullptr) != nullptr; }
-  /// Gives these all records from where the source stands, unless the run is cancelled. A test that
-  /// returns an error gets no further record. 220012, from a test, ends the walk.
-  QDStatus Walk(BatchSource& records, CancelPair& cancelPair);
+  [[nodiscard]] bool NeedsRecords() { return !MembersOf(nullptr).empty(); }
+  /// Divides these into parts that count nothing together, `most` at the most; how many there are.
+  std::size_t Divide(std::size_t most);
+  /// Gives a part all records from where the source stands, unless the run is cancelled. A test
+  /// that returns an error gets no further record. 220012, from a test, ends the walk. Parts may
+  /// walk side by side, each in a source of its own.
+  QDStatus Walk(std::size_t part, BatchSource& records, CancelPair& cancelPair);
   /// The tests that have not failed, in the order in which they were added.
   [[nodiscard]] std::vector<NPARTest*> AliveTests() const;
   /// What they count together.
@@ -63,8 +66,14 @@ class PassFeed {
     CompleteRecords complete;
   };
 
-  /// The first test that takes these cells, or records for null; null where there is none.
-  [[nodiscard]] const Member* NextOf(const BatchSource* cells) const;
+  /// Tests that take the same walk.
+  struct Part {
+    std::vector<Member*> members;
+    std::list<Audience> audiences;
+  };
+
+  /// The tests that take these cells, or records for null, and have not failed.
+  [[nodiscard]] std::vector<Member*> MembersOf(const BatchSource* cells);
   /// The members without a walk whose tests take one, by the variables that they require.
   template <typename IsTaker>
   [[nodiscard]] std::vector<std::vector<Member*>> Takers(IsTaker isTaker);
@@ -73,14 +82,15 @@ class PassFeed {
   void GiveWalk(std::unique_ptr<BatchSource> walk, const std::vector<Member*>& takers);
   [[nodiscard]] std::vector<MissingMark> MarksOf(const Member& member,
                                                  const BatchSource& records) const;
-  QDStatus WalkFor(const BatchSource* cells, BatchSource& records, CancelPair& cancelPair);
-  void FormAudiences(const BatchSource* cells);
+  /// `expected`: the number of records, 0 where their walk is too short to tell.
+  QDStatus WalkFor(Part& part, BatchSource& records, std::size_t expected, CancelPair& cancelPair);
+  static void FormAudiences(Part& part);
   /// Has a test failed?
-  QDStatus Deliver(RecordBatch& batch, bool& hasAnyFailed);
+  static QDStatus Deliver(Part& part, RecordBatch& batch, bool& hasAnyFailed);
 
   const QDVarList* variables;
   bool analysisMissing;
   std::vector<Member> members;
   std::vector<std::unique_ptr<BatchSource>> cellWalks;
-  std::list<Audience> audiences;
+  std::vector<Part> parts;
 };

@@ -280,7 +280,7 @@ QDStatus NPARPlanner::RunWorkers() {
 
   const std::size_t lanes = std::min(OrdersAtOnce(), plan.size());
   if (lanes == 1) {
-    for (NPARTestWorker* worker : plan) worker->SetGathersAhead();
+    for (NPARTestWorker* worker : plan) worker->SetSharesWork();
   }
   // The lanes take the workers one after the other. The calling thread begins with the first: only
   // the main worker asks the host for records, and it is the first.

@@ -128,17 +128,32 @@ QDStatus NPARTestWorker::Walk(BatchSource& source, PassFeed& feed, CancelPair& c
   const TestsProgress progress(
       [&](double part) { ReportRisenPart(TimeOf(passesDone + kWalkShare * part)); });
   const auto* order = dynamic_cast<const NPARSortedIterator*>(&source);
-  if (!gathersAhead || order == nullptr || !Threads::AreWorthIt(source.Count())) {
-    return feed.Walk(source, cancelPair);
-  }
+  const bool isShared = sharesWork && order != nullptr && Threads::AreWorthIt(source.Count());
+  const std::size_t parts = feed.Divide(isShared ? Threads::Count() : 1);
+  if (parts > 1) return WalkSideBySide(*order, feed, parts, cancelPair);
+  if (!isShared) return feed.Walk(0, source, cancelPair);
   WalkAhead ahead(*order);
   QDStatus walked;
   Threads::ForEach(2, [&](std::size_t task) {
     if (task == 1) return ahead.GatherAhead();
     const WalkAhead::End end(ahead);
-    walked = feed.Walk(ahead, cancelPair);
+    walked = feed.Walk(0, ahead, cancelPair);
   });
   return walked;
+}
+
+QDStatus NPARTestWorker::WalkSideBySide(const NPARSortedIterator& order, PassFeed& feed,
+                                        std::size_t parts, const CancelPair& cancelPair) {
+  std::vector<QDStatus> answers(parts);
+  Threads::ForEach(parts, [&](std::size_t part) {
+    const auto view = order.AnotherView();
+    static_cast<void>(view->Reset());
+    CancelPair cancel = cancelPair;
+    answers[part] = feed.Walk(part, *view, cancel);
+  });
+  const auto failed = std::find_if(answers.begin(), answers.end(),
+                                   [](const QDStatus& answer) { return !answer.IsOK(); });
+  return failed == answers.end() ? QDStatus() : *failed;
 }
 
 QDStatus NPARTestWorker::BeginPass(const std::vector<NPARTest*>& list, PassFeed& feed) {

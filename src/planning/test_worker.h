@@ -58,8 +58,9 @@ class NPARTestWorker final {
     sortVariable = variable;
     sortManager = manager;
   }
-  /// Another thread may gather the columns of a sorted walk ahead: no other worker wants it.
-  void SetGathersAhead() noexcept { gathersAhead = true; }
+  /// Other threads may take part in a sorted walk: no other worker wants them. Tests that count
+  /// nothing together walk side by side; for others one thread gathers the columns ahead.
+  void SetSharesWork() noexcept { sharesWork = true; }
   /// -1: the source's order.
   [[nodiscard]] std::int32_t GetSortVariable() const noexcept { return sortVariable; }
   void SetSharedData(std::unique_ptr<UnivariateResults> data) { sharedData = std::move(data); }
@@ -76,6 +77,9 @@ class NPARTestWorker final {
   void FindWalks(PassFeed& feed);
   [[nodiscard]] BatchSource* FindSource();
   QDStatus Walk(BatchSource& source, PassFeed& feed, CancelPair& cancelPair);
+  /// Each part of the tests in a walk of its own.
+  static QDStatus WalkSideBySide(const NPARSortedIterator& order, PassFeed& feed, std::size_t parts,
+                                 const CancelPair& cancelPair);
   QDStatus BeginPass(const std::vector<NPARTest*>& list, PassFeed& feed);
   QDStatus EndPass(const PassFeed& feed, std::int32_t passesDone);
   void TellPass(const PassFeed& feed) const;
@@ -97,7 +101,7 @@ class NPARTestWorker final {
   std::unique_ptr<UnivariateResults> sharedData;
   std::int32_t sortVariable = -1;
   NPARSortManager* sortManager = nullptr;
-  bool gathersAhead = false;
+  bool sharesWork = false;
   const QDVarList* variables;
   bool analysisMissing;
   ProgressListener* progressListener = nullptr;
