@@ -200,11 +200,12 @@ void npar_analysis_cancel(NparAnalysis* analysis);
 /* The results of the last run in a form: "document" (the result document, XML), "json", "text",
  * "html", "markdown", "latex" or "csv", as the reports of `npar analyse`; "tests", the array of
  * that name in the JSON report, without the bins of distributions; "figures", of each of these the
- * name, kind, decision, significance and statistic alone, in a fraction of the time; "notes", a JSON
- * array of the sentences that the command line says on how it takes the data; or "messages", those
- * of the component on the run as a whole, as npar_analysis_error has them. Made when it is first
- * asked for. *text has *length bytes and a zero byte, [analysis owns] until the next npar_analysis_run.
- * NPAR_A_STATE without results, NPAR_A_USAGE for another form. `length` may be null. */
+ * name, kind, decision, significance and statistic alone, in a fraction of the time; "notes", a
+ * JSON array of the sentences that the command line says on how it takes the data; or "messages",
+ * those of the component on the run as a whole, as npar_analysis_error has them. Made when it is
+ * first asked for. *text has *length bytes and a zero byte, [analysis owns] until the next
+ * npar_analysis_run. NPAR_A_STATE without results, NPAR_A_USAGE for another form. `length` may be
+ * null. */
 uint32_t npar_analysis_result(NparAnalysis* analysis, const char* form, const char** text,
                               size_t* length);
 
