@@ -43,9 +43,8 @@ void FittedPieces::Finish() {
 
 bool FittedPieces::Precede(const FittedPieces& next) const {
   return next.Count() == Count() &&
-         std::ranges::equal(
-             extremes, next.extremes,
-             [](const FitExtremes& a, const FitExtremes& b) { return a.Precede(b); });
+         std::equal(extremes.begin(), extremes.end(), next.extremes.begin(),
+                    [](const FitExtremes& a, const FitExtremes& b) { return a.Precede(b); });
 }
 
 void FittedPieces::Append(const FittedPieces& next) {
