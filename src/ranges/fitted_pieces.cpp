@@ -43,7 +43,7 @@ void FittedPieces::Finish() {
 
 bool FittedPieces::Precede(const FittedPieces& next) const {
   return next.Count() == Count() &&
-         std::equal(extremes.begin(), extremes.end(), next.extremes.begin(),
+         std::equal(extremes.begin(), extremes.end(), next.extremes.begin(), next.extremes.end(),
                     [](const FitExtremes& a, const FitExtremes& b) { return a.Precede(b); });
 }
 
