@@ -105,12 +105,12 @@ void GroupTally::Find(RecordBatch& batch) {
   if (std::all_of(found, found + batch.Size(), isGroup)) {
     Select(batch, found);
   } else {
-    isLeftOut.assign(batch.Size(), 0);
+    isLeftOut.resize(batch.Size());
     groups.resize(batch.Size());
     std::size_t kept = 0;
     for (std::size_t i = 0; i < batch.Size(); ++i) {
       const std::int32_t group = found[i];
-      isLeftOut[i] = isGroup(group) ? 0 : 1;
+      isLeftOut[i] = !isGroup(group);
       groups[kept] = group;
       kept += isGroup(group) ? 1 : 0;  // groups come at random: no branch
     }
@@ -266,18 +266,21 @@ void GroupTally::AddToHistogram(std::size_t i) {
   }
 }
 
+Stretch GroupTally::StretchOf(const Share& share) const noexcept {
+  return {share.weight, units.values[0], units.values[std::max(share.last - 1, 0)],
+          units.values[share.last]};
+}
+
 void GroupTally::WalkToQuartiles() {
   bool isAnyByOne = true;
-  isByOne.assign(quartileWalks.size(), 1);
+  isByOne.assign(quartileWalks.size(), true);
   if (units.shares != nullptr && units.weights == nullptr) {
     isAnyByOne = false;
     for (std::size_t group = 0; group < shares.size(); ++group) {
-      const Share& share = shares[group];
-      const Stretch stretch{share.weight, units.values[0],
-                            units.values[std::max(share.last - 1, 0)],
-                            units.values[std::max(share.last, 0)]};
-      isByOne[group] = share.last >= 0 && !quartileWalks[group].PassOver(stretch) ? 1 : 0;
-      isAnyByOne = isAnyByOne || isByOne[group] != 0;
+      const bool isPassed =
+          shares[group].last < 0 || quartileWalks[group].PassOver(StretchOf(shares[group]));
+      isByOne[group] = !isPassed;
+      isAnyByOne = isAnyByOne || !isPassed;
     }
   }
   if (!isAnyByOne) return;
@@ -291,16 +294,14 @@ void GroupTally::WalkToQuartiles() {
 template <typename PassOver, typename TakeOne>
 void GroupTally::ShowToPlots(PassOver passOver, TakeOne takeOne) {
   bool isAnyByOne = true;
-  isByOne.assign(boxPlots.size(), 1);
+  isByOne.assign(boxPlots.size(), true);
   if (units.shares != nullptr) {
     isAnyByOne = false;
     for (std::size_t place = 0; place < boxPlots.size(); ++place) {
       const Share& share = shares[static_cast<std::size_t>(groupAt[place])];
-      const Stretch stretch{share.weight, units.values[0],
-                            units.values[std::max(share.last - 1, 0)],
-                            units.values[std::max(share.last, 0)]};
-      isByOne[place] = share.last >= 0 && !passOver(boxPlots[place], stretch) ? 1 : 0;
-      isAnyByOne = isAnyByOne || isByOne[place] != 0;
+      const bool isPassed = share.last < 0 || passOver(boxPlots[place], StretchOf(share));
+      isByOne[place] = !isPassed;
+      isAnyByOne = isAnyByOne || !isPassed;
     }
   }
   if (!isAnyByOne) return;

@@ -148,6 +148,8 @@ class GroupTally final : public Tally {
   /// Finds the bins that take the units from `first` to before `end`, one of each group.
   bool FindOneBinOfEach(std::size_t first, std::size_t end);
   void AddToHistogram(std::size_t i);
+  /// Of the units of a group that has some in hand.
+  [[nodiscard]] Stretch StretchOf(const Share& share) const noexcept;
   void WalkToQuartiles();
   void EndCounting();
   /// Shows the units to the box plots: `passOver(plot, stretch)` all those of a group and, where it

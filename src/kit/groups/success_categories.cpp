@@ -69,11 +69,11 @@ std::int32_t SuccessCategories::TakeGiven() {
   for (std::size_t place = 0; place < tested.size(); ++place) {
     const QDCategoryList* categories = Variable(place).GetCategories();
     const std::int32_t count = categories == nullptr ? 0 : categories->Size();
-    isSuccess[place].assign(static_cast<std::size_t>(count), 0);
+    isSuccess[place].assign(static_cast<std::size_t>(count), false);
     for (std::int32_t code = 0; code < count; ++code) {
       const bool given = numbers.empty() ? texts.contains(categories->GetText(code))
                                          : numbers.contains(categories->GetNumber(code));
-      isSuccess[place][static_cast<std::size_t>(code)] = given ? 1 : 0;
+      isSuccess[place][static_cast<std::size_t>(code)] = given;
       (given ? anySet : anyMissed) = true;
     }
   }
@@ -83,12 +83,12 @@ std::int32_t SuccessCategories::TakeGiven() {
 void SuccessCategories::DeriveFrom(std::int32_t code) {
   isSuccess.assign(tested.size(), {});
   const std::int32_t own = Variable(0).GetCategoryCount();
-  isSuccess.front().assign(static_cast<std::size_t>(std::max(own, 0)), 0);
-  if (code >= 0 && code < own) isSuccess.front()[static_cast<std::size_t>(code)] = 1;
+  isSuccess.front().assign(static_cast<std::size_t>(std::max(own, 0)), false);
+  if (code >= 0 && code < own) isSuccess.front()[static_cast<std::size_t>(code)] = true;
   for (std::size_t place = 1; place < tested.size(); ++place) {
     const std::int32_t count = Variable(place).GetCategoryCount();
     for (std::int32_t other = 0; other < count; ++other) {
-      isSuccess[place].push_back(SameCategory(place, other, 0, code) ? 1 : 0);
+      isSuccess[place].push_back(SameCategory(place, other, 0, code));
     }
   }
 }

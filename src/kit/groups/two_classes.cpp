@@ -32,10 +32,10 @@ TwoClasses::Obstacle TwoClasses::Prepare(const SettingsReader& settings,
   firstCategories = settings.List<double>("givenCategoryList");
   givenTexts = settings.List<std::string>("originalGivenCategoryList");
   secondCategories = settings.List<double>("notUsedCategoryList");
-  isGiven.assign(frequencies.size(), 0);
+  isGiven.assign(frequencies.size(), false);
   for (const double code : firstCategories) {
     if (code >= 0.0 && code < static_cast<double>(isGiven.size())) {
-      isGiven[static_cast<std::size_t>(code)] = 1;
+      isGiven[static_cast<std::size_t>(code)] = true;
     }
   }
   return Obstacle::None;

@@ -135,10 +135,9 @@ void RadixBuckets::StartCounting(std::uint64_t differing, std::uint64_t key) {
 std::vector<std::uint32_t> RadixBuckets::JoinedCells() const {
   std::vector<std::uint32_t> counts(cells.begin(),
                                     cells.begin() + static_cast<std::ptrdiff_t>(cellCount));
-  const std::size_t pieceSize = (cellCount + partCount - 1) / partCount;
   Threads::ForEach(partCount, [&](std::size_t piece) {
-    const std::size_t begin = std::min(piece * pieceSize, cellCount);
-    const std::size_t end = std::min(begin + pieceSize, cellCount);
+    const std::size_t begin = piece * cellCount / partCount;
+    const std::size_t end = (piece + 1) * cellCount / partCount;
     for (std::size_t part = 1; part < partCount; ++part) {
       const std::uint32_t* ofPart = &cells[part * cellCount];
       for (std::size_t cell = begin; cell < end; ++cell) counts[cell] += ofPart[cell];

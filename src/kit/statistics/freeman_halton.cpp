@@ -63,10 +63,8 @@ class TablesWithMargins {
   /// The last group is the largest.
   explicit TablesWithMargins(const std::vector<GroupInRows>& groups) : groups(groups) {
     std::int64_t total = 0;
-    std::int64_t others = 0;
     for (const GroupInRows& group : groups) {
       lowerSum += group.lower;
-      others = total;
       total += group.size;
     }
     const Weight odds = static_cast<Weight>(lowerSum) / static_cast<Weight>(total - lowerSum);
@@ -74,6 +72,7 @@ class TablesWithMargins {
       cells.emplace_back(0, groups[j].size, groups[j].size, odds);
     }
     const std::int64_t size = groups.back().size;
+    const std::int64_t others = total - size;
     cells.emplace_back(std::max<std::int64_t>(0, lowerSum - others), std::min(size, lowerSum), size,
                        odds);
   }

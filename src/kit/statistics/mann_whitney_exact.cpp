@@ -136,10 +136,8 @@ class JoinedRankSums {
   /// How many of the runs have about so many units.
   static std::size_t MiddleOf(std::span<const RankedRun> runs, std::int64_t half) {
     std::size_t place = 0;
-    for (std::int64_t units = 0; place < runs.size(); ++place) {
-      if (units + runs[place].units / 2 >= half) break;
-      units += runs[place].units;
-    }
+    std::int64_t units = 0;
+    while (units + runs[place].units / 2 < half) units += runs[place++].units;
     return place;
   }
 

@@ -5,6 +5,7 @@
 
 #include "foundation/names.h"
 #include "kit/statistics/combinations.h"
+#include "kit/statistics/exact_tails.h"
 
 void TwoRowTable::Add(std::int64_t lowerCount, std::int64_t size) {
   lower.push_back(static_cast<double>(lowerCount));
@@ -45,7 +46,6 @@ ChiSquareFigures TwoRowTable::YatesChiSquare() const {
 }
 
 double TwoRowTable::FisherSig() const {
-  constexpr double kProbabilityTolerance = 1e-7;
   const std::int64_t first = TruncateToInt64(sizes[0]);
   const std::int64_t second = TruncateToInt64(sizes[1]);
   const std::int64_t below = TruncateToInt64(lowerSum);
@@ -57,7 +57,7 @@ double TwoRowTable::FisherSig() const {
   for (std::int64_t i = std::max<std::int64_t>(0, below - second); i <= std::min(below, first);
        ++i) {
     const double ways = waysOf(i);
-    if (ways <= observed * (1.0 + kProbabilityTolerance)) extreme += ways;
+    if (ways <= observed * (1.0 + kProbabilitySlack)) extreme += ways;
   }
   return std::min(1.0, extreme / Combinations(first + second, below));
 }

@@ -147,12 +147,12 @@ class NPARKSmirnowOneSample final : public NPARTest {
   /// Estimates from the valid ones of records that are not all valid.
   void TakeValid(RecordBatch& batch) {
     const double* values = batch.Of(variableIndex);
-    isInvalid.assign(batch.Size(), 1);
+    isInvalid.assign(batch.Size(), true);
     weight.UseTruncated(batch, [&](auto weightAt) {
       for (std::size_t i = 0; i < batch.Size() && !HasFailed(); ++i) {
         if (fitted->Takes(values[i])) {
           totalN += weightAt(i);
-          isInvalid[i] = 0;
+          isInvalid[i] = false;
         } else if (fitted->IsPoisson()) {
           const std::int64_t ofOne = weight.Index() < 0 ? 1 : weightAt(i);
           Fail(card::kNoPoisson, {NumberText(values[i]), IntegerText(ofOne)});

@@ -27,16 +27,17 @@ using Texts = std::vector<std::string>;
 constexpr double kMissing = -0x1.ffffffffffffep+1023;  // of a continuous field; a code is -1
 constexpr double kNothing = -1.0;
 
-// Positions in a record.
-enum Column { X, Y, Z, Count, G, H, P, Q, R, O1, O2, W, kWidth };
+// Positions in a record. The weight is the first: no position is none.
+enum Column { W, X, Y, Z, Count, G, H, P, Q, R, O1, O2, kWidth };
 
 QDVarList Variables(bool isWeighted = true) {
   VariableListBuilder builder;
+  isWeighted ? builder.Weight("w") : builder.Continuous("w");
   builder.Continuous("x").Continuous("y").Continuous("z").Continuous("count");
   builder.Nominal("g", {"a", "b"}).Nominal("h", {"d", "b", "c", "a"});
   builder.Nominal("p", {"yes", "no"}).Nominal("q", {"yes", "no"}).Nominal("r", {"no", "yes"});
   builder.OrdinalNumbers("o1", {1, 2, 4}).OrdinalNumbers("o2", {1, 2, 4});
-  return (isWeighted ? builder.Weight("w") : builder.Continuous("w")).Build();
+  return builder.Build();
 }
 
 struct Tested {
