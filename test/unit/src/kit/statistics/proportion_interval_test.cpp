@@ -47,6 +47,43 @@ TEST(ProportionIntervalTest, LimitsAgreeWithPublishedMethods) {
   }
 }
 
+struct ProfileCase {
+  const char* catches;
+  std::int64_t successes, failures;
+  double level;
+  ProportionInterval profile;
+};
+
+// Newton's steps as docs/statistics/confidence_interval.md has them, in Python 3.11 with SciPy
+// 1.17.1's beta.ppf and chi2.ppf.
+const ProfileCase kProfileCases[] = {
+    {"steps that leave (0, 1)", 1, 1, 0.999, {-0.00024145728957124406, 1.0002414572895713}},
+    {"a step too far, halved", 2, 1, 0.999999, {0.0009717438546577811, 0.9999988209608078}},
+    {"a step too far, above", 5, 2, 0.999999, {0.04019633283048871, 0.999688904407371}},
+    {"out of (0, 1) above alone", 999, 1, 0.999, {0.9914712913923106, 1.000000445092832}},
+    {"Jeffreys' lower limit above the share", 1, 3, 0.01, {0.2472929913994285, 0.2527201002026868}},
+    {"Jeffreys' upper limit below it", 2, 1, 0.01, {0.6632494228807848, 0.6700719861087533}},
+    {"narrow: two steps", 1, 1, 0.01, {0.4955687190231174, 0.5044312809768825}},
+    {"rare: ended by the size of a step",
+     1,
+     999999,
+     0.8,
+     {1.94540619471943e-07, 2.87843286578549e-06}},
+    {"rare: after the first step", 1, 999999, 0.95, {3.69910003816981e-08, 4.40301277658411e-06}},
+    {"many steps", 1, 99, 0.95, {0.0005732948625919777, 0.04328760902929842}},
+};
+
+TEST(ProportionIntervalTest, ProfileLimitsAreWhereTheStepsEnd) {
+  for (const ProfileCase& row : kProfileCases) {
+    SCOPED_TRACE(row.catches);
+    const auto found =
+        ProportionEstimator(row.successes, row.failures, row.level).ProfileLikelihood();
+    ASSERT_TRUE(found);
+    EXPECT_THAT(found->lower, IsCloseTo(row.profile.lower, 1e-10));
+    EXPECT_THAT(found->upper, IsCloseTo(row.profile.upper, 1e-10));
+  }
+}
+
 struct ScoreCase {
   std::int64_t x, n;
   ProportionInterval wilson, agrestiCoull;

@@ -113,6 +113,23 @@ TEST(CochranQTest, GivenValuesAreTheSuccesses) {
   EXPECT_THAT(result.Number("TestStatistic"), IsCloseTo(11.4)) << "successes and failures trade";
 }
 
+TEST(CochranQTest, FieldsMayLackACategoryThatOthersHave) {
+  // The first record's "yes" is the success. T = 5, 9, 0 of N = 9.
+  const auto variables = VariableListBuilder()
+                             .Nominal("a", {"no", "yes"})
+                             .Nominal("b", {"yes"})
+                             .Nominal("c", {"no"})
+                             .Weight("n")
+                             .Build();
+  const Rows rows = {{1, 0, 0, 5}, {0, 0, 0, 4}};
+  const AlgorithmElement result = Result(variables, rows, On(kThree));
+  EXPECT_EQ(result.Rows("TwoClassComparison/Content"), (Texts{"55;45", "100;0", "0;100"}));
+  // (k - 1)(k (25 + 81) - 14^2) / (k 14 - (5 * 4 + 4)) with k = 3.
+  EXPECT_THAT(result.Number("TestStatistic"), IsCloseTo(2.0 * 122 / 18));
+  EXPECT_EQ(Result(variables, rows, On({"b", "a"})).Rows("TwoClassComparison/Content"),
+            (Texts{"100;0", "55;45"}));
+}
+
 TEST(CochranQTest, EachFailureHasItsCode) {
   const auto variables = VariableListBuilder()
                              .Nominal("a", {"1", "0"})
