@@ -96,12 +96,14 @@ void Analysis::TakeMeasures(const ArrowCells& cells, AnalysisRequest& request) {
 
 ModelledData Analysis::Model(ArrowCells cells, AnalysisRequest& request) {
   TakeMeasures(cells, request);
-  const ArrowSource source;
-  FieldInference inference(source, cells.data);
-  inference.Infer(request);
-  HeedCancel();
-  notes = inference.Notes(request);
-  facts = FindRequestFacts(request, inference);
+  {
+    const ArrowSource source;
+    FieldInference inference(source, cells.data);
+    inference.Infer(request);
+    HeedCancel();
+    notes = inference.Notes(request);
+    facts = FindRequestFacts(request, inference);
+  }
   std::vector<FieldSpec> specs = ParseModel(DataModelDocument(request), "the data model");
   for (const ArrowField& field : cells.fields) {
     if (field.storage != Storage::Infer) SpecOf(specs, field.name).storage = field.storage;

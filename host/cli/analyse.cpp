@@ -84,19 +84,24 @@ int ExitCodeOf(const ResultDocument& document) {
   return isAllFailed ? kExitAllFailed : kExitSuccess;
 }
 
+// Tells what the fields are taken for, and what is odd about them.
+RequestFacts InferFields(const Execution& execution, AnalysisCells& analysis) {
+  FieldInference inference(execution.Reader(), *analysis.cells);
+  inference.Infer(analysis.request);
+  for (const std::string& note : analysis.notes) Tell("npar: " + note);
+  for (const std::string& note : inference.Notes(analysis.request)) Tell("npar: " + note);
+  return FindRequestFacts(analysis.request, inference);
+}
+
 int Analyse(const AnalyseOptions& options) {
   const std::vector<ReportRequest> reports = Reports(options);
   CheckOutputs(OutputFiles(options, reports), {options.execution.dataPath});
 
   Execution execution(options.execution);
   AnalysisCells analysis = ReadAnalysisCells(options, execution);
-  AnalysisRequest& request = analysis.request;
+  RequestFacts facts = InferFields(execution, analysis);
+  const AnalysisRequest& request = analysis.request;
   const auto model = [&] { return NamedText{"the data model", DataModelDocument(request)}; };
-  FieldInference inference(execution.Reader(), *analysis.cells);
-  inference.Infer(request);
-  for (const std::string& note : analysis.notes) Tell("npar: " + note);
-  for (const std::string& note : inference.Notes(request)) Tell("npar: " + note);
-  RequestFacts facts = FindRequestFacts(request, inference);
   const NamedText parameters{"the parameter document", ParameterDocument(request)};
   if (!options.keepDocuments.empty()) {
     KeepDocuments(options.keepDocuments, parameters, model());

@@ -1,7 +1,6 @@
 #include "host/request/automatic_choice.h"
 
 #include <map>
-#include <set>
 
 #include "host/data/join_words.h"
 
@@ -46,13 +45,8 @@ void ExplainRelated(const AnalysisRequest& request, const ContentOf& contentOf,
   }
   for (const auto& [measure, fields] : fieldsOf) {
     if (fields.size() < kTwo) continue;
-    std::set<std::string> categories;
-    for (const std::string& field : fields) {
-      const std::vector<std::string>& values = contentOf(field).values;
-      categories.insert(values.begin(), values.end());
-    }
     const bool isContinuous = measure == "continuous";
-    if (!isContinuous && categories.size() > kTwo) continue;
+    if (!isContinuous && !HoldTwoCategories(fields, contentOf)) continue;
     const bool isPair = fields.size() == kTwo;
     const std::string test = isContinuous ? (isPair ? "wilcoxon-pairs" : "friedman")
                                           : (isPair ? "mcnemar" : "cochran-q");

@@ -1,6 +1,7 @@
 #include "host/request/field_inference.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "host/data/input_error.h"
 #include "host/data/join_words.h"
@@ -12,18 +13,17 @@
 namespace npar_host {
 namespace {
 
-constexpr std::size_t kFewestNumbers = 3;      // beside which one other cell is a slip
-constexpr std::size_t kMostDifferent = 10000;  // values that are looked at as categories
+constexpr std::size_t kFewestNumbers = 3;  // beside which one other cell is a slip
 
 std::string CellCount(std::size_t count, std::size_t all) {
   return std::to_string(count) + " of " + std::to_string(all) + (all == 1 ? " cell" : " cells");
 }
 
-std::vector<std::string> DifferentValues(const Dataset& data, std::size_t index) {
+/// As FindModel makes categories of them: infinities are none.
+std::vector<std::string> DifferentValues(const Column& column) {
   std::vector<std::string> values;
-  const Column& column = data.columns[index];
   if (column.isText) {
-    if (column.texts.Size() > kMostDifferent) return {};
+    values.reserve(column.texts.Size());
     for (std::size_t code = 0; code < column.texts.Size(); ++code) {
       values.emplace_back(column.texts[code]);
     }
@@ -31,14 +31,13 @@ std::vector<std::string> DifferentValues(const Dataset& data, std::size_t index)
     return values;
   }
   NumberPool pool;
-  const bool areMany = column.numbers.Any([&](double value) {
-    if (value != kMissingNumber) pool.Add(value);
-    return pool.Size() > kMostDifferent;
+  column.numbers.ForEach([&](double value) {
+    if (value != kMissingNumber && std::isfinite(value)) pool.Add(value);
   });
-  if (areMany) return {};
-  std::vector<double> numbers;
-  for (std::size_t code = 0; code < pool.Size(); ++code) numbers.push_back(pool[code]);
+  std::vector<double> numbers(pool.Size());
+  for (std::size_t code = 0; code < pool.Size(); ++code) numbers[code] = pool[code];
   std::ranges::sort(numbers);
+  values.reserve(numbers.size());
   for (const double number : numbers) values.push_back(NumberText(number));
   return values;
 }
@@ -86,13 +85,13 @@ const FieldContent& FieldInference::ContentOf(const AnalysisRequest& request,
                                               const std::string& field) {
   const auto known = contents.find(field);
   if (known != contents.end()) return known->second;
-  const std::size_t index = IndexOf(field);
+  const Column& column = data.columns[IndexOf(field)];
   const FieldMeasure* const measure = request.MeasureOf(field);
   FieldContent& content = contents[field];
-  content.isText = data.columns[index].isText;
+  content.isText = column.isText;
   content.isCategorical = content.isText || field == request.groupField ||
                           (measure != nullptr && measure->measure != "continuous");
-  if (content.isCategorical) content.values = DifferentValues(data, index);
+  if (content.isCategorical) content.values = DifferentValues(column);
   return content;
 }
 

@@ -20,7 +20,6 @@ struct Level {
 constexpr std::array<Level, 3> kLevels = {{{catalogue::kContinuous, "continuous"},
                                            {catalogue::kOrdinal, "ordinal"},
                                            {catalogue::kNominal, "nominal"}}};
-constexpr std::size_t kMostOfTwoClasses = 2;
 constexpr std::size_t kMostShown = 8;  // categories in a command
 
 class Misfits {
@@ -160,18 +159,13 @@ class Misfits {
     for (const Level& level : kLevels) {
       const std::vector<std::string> fields = OfLevel(Family::Related, level);
       if (fields.empty()) continue;
-      std::set<std::string> categories;
-      for (const std::string& field : fields) {
-        const std::vector<std::string>& values = contentOf(field).values;
-        categories.insert(values.begin(), values.end());
-      }
       const bool isCategorical = level.measure != catalogue::kContinuous;
       if (fields.size() == 1) {
         notes.push_back(
             Told(fields.front()) + " is in no test: it is the only " + level.word +
             " one of the --related fields" +
             Remedy(fields.front(), isCategorical ? catalogue::kContinuous : catalogue::kNominal));
-      } else if (isCategorical && categories.size() > kMostOfTwoClasses) {
+      } else if (isCategorical && !HoldTwoCategories(fields, contentOf)) {
         notes.push_back(ToldAll(fields) +
                         " are in no test: of related categories only two are compared without "
                         "being asked for; --test marginal-homogeneity takes pairs of fields with "

@@ -194,6 +194,53 @@ TEST_F(CommandLineTest, AnalyseTellsWhatIsOddAboutAField) {
   }
 }
 
+// Whole lines of --plan, so that a note too many is seen. Of a text 1.0 and 1 are two categories.
+TEST_F(CommandLineTest, PlansKnowEveryCategoryAndWhatATestDoesWithItsRecords) {
+  constexpr int kCategories = 10001;
+  std::string cells = "x,g,h,n\n";
+  for (int i = 0; i < kCategories; ++i) {
+    const std::string number = std::to_string(i);
+    cells += number + ",g" + number + ",g" + number + "," + number + "\n";
+  }
+  const std::string many = folder.Write("many.csv", cells);
+  const std::string few = folder.Write("few.csv", "d,e\nu,1.0\nv,b\nu,b\nw,1\nv,1\nu,b\n");
+  const std::string chosen = " is chosen, because ";
+  const struct {
+    std::string data, options, says;
+    int exitCode = 0;
+  } rows[] = {
+      {many, "--one-sample g --test binomial:success=g1", "inferred: nominal: g\n"},
+      {many, "--one-sample n --nominal n --test binomial:success=10000.0", ""},
+      {many, "--one-sample g",
+       "inferred: nominal: g\nnpar: chi-square" + chosen + "g has more than two categories\n"},
+      {many, "--independent x --by g",
+       "inferred: continuous: x; nominal: g\nnpar: kruskal-wallis" + chosen +
+           "g has 10001 groups\n"},
+      {many, "--related g,h",
+       "inferred: nominal: g, h\nnpar: g (nominal) and h (nominal) are in no test: of related "
+       "categories only two are compared without being asked for; --test marginal-homogeneity "
+       "takes pairs of fields with more, --scores makes numbers of ordered ones\n"},
+      {few, "--one-sample d --test runs:group1=u", "inferred: nominal: d\n"},
+      {few, "--one-sample e --nominal e --test binomial:success=1.0", ""},
+      {few, "--one-sample e --nominal e --test binomial:success=1.00",
+       "option success of test binomial names \"1.00\", which e does not hold; did you mean "
+       "\"1.0\"?; the categories are \"1\", \"1.0\" and \"b\"\n",
+       2},
+      {few, "--related d,e --nominal d,e --test cochran-q:success=u --test mcnemar:success=b",
+       "option success of test cochran-q names \"u\", which e does "
+       "not hold\nnpar: option success of test mcnemar names \"b\", which d does not hold\n"},
+      {few, "--one-sample d --test chi-square:expected=u=1|v=2",
+       "inferred: nominal: d\nnpar: test chi-square leaves out the records of d that are \"w\": "
+       "expected names no proportion for them\n"},
+  };
+  for (const auto& row : rows) {
+    std::istringstream words("analyse " + row.data + " --plan " + row.options);
+    const ProcessResult run = RunNpar({std::istream_iterator<std::string>(words), {}});
+    EXPECT_EQ(run.exitCode, row.exitCode) << row.options;
+    EXPECT_EQ(run.err, row.says.empty() ? "" : "npar: " + row.says) << row.options;
+  }
+}
+
 TEST_F(CommandLineTest, SeveralGroupFieldsMakeAnAnalysisEach) {
   const ProcessResult run =
       RunNpar({"analyse", "examples/airquality.csv", "--independent", "Ozone", "--by", "Month,Temp",
