@@ -45,19 +45,21 @@ inline constexpr Code kUniformExcluded{
     "Check the given minimum and maximum if this is more than you expect."};
 inline constexpr Code kNoPoisson{220312, Kind::Error,
                                  "the Poisson distribution takes whole numbers from 0 on and a "
-                                 "mean above 0[, not the value %0 (weight %1)]",
+                                 "finite mean above 0[, not the value %0 (weight %1)]",
                                  "Test a field of counts, and give a mean above 0."};
 inline constexpr Code kNoExponential{
-    220313, Kind::Error, "the exponential distribution needs a mean above 0 and a value from 0 on",
+    220313, Kind::Error,
+    "the exponential distribution needs a finite mean above 0 and a value from 0 on",
     "Test a field without negative values, and give a mean above 0."};
 inline constexpr Code kExponentialExcluded{
     220314, Kind::Warning, "negative values are left out[; their weight is %0]",
     "Check the field: an exponential distribution has no values below 0."};
 inline constexpr Code kNoNormal{
-    220315, Kind::Error, "the standard deviation of the normal distribution is not above 0",
+    220315, Kind::Error,
+    "the standard deviation of the normal distribution is not above 0, or infinite",
     "Give a standard deviation above 0, or test a field that is not constant."};
 inline constexpr Code kEmptyUniform{
-    220316, Kind::Error, "the range of the uniform distribution is empty",
+    220316, Kind::Error, "the range of the uniform distribution is empty or infinite",
     "Give a maximum above the minimum, or test a field that is not constant."};
 inline constexpr Code kCodes[] = {kUnknownVariable,     kNotContinuous,    kExponentialFailed,
                                   kOutsideDistribution, kLargePoissonMean, kNoValidUniform,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <memory>
@@ -35,7 +36,7 @@ class ByteBuffer {
   };
 
   void Grow(std::size_t wanted) {
-    const std::size_t larger = wanted > 2 * capacity ? wanted : 2 * capacity;
+    const std::size_t larger = std::max({wanted, 2 * capacity, kPadding});
     void* const moved = std::realloc(bytes.get(), larger);
     if (moved == nullptr) throw std::bad_alloc();
     static_cast<void>(bytes.release());

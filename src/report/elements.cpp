@@ -139,13 +139,13 @@ IntervalTexts TextsOf(const std::vector<HistogramBin>& bins) {
   texts.counts.reserve(filled * kUsualCount);
   texts.values.reserve(filled * kUsualValue);
   for (const HistogramBin& bin : bins) {
-    if (bin.count <= 0) continue;
+    if (bin.Count() <= 0) continue;
     if (!texts.counts.empty()) {
       texts.counts += ';';
       texts.values += ';';
     }
-    AppendInteger(texts.counts, bin.count);
-    AppendNumber(texts.values, bin.binMean);
+    AppendInteger(texts.counts, bin.Count());
+    AppendNumber(texts.values, bin.Mean());
   }
   return texts;
 }

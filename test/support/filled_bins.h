@@ -10,7 +10,7 @@
 inline std::vector<std::pair<std::int64_t, double>> Filled(const std::vector<HistogramBin>& bins) {
   std::vector<std::pair<std::int64_t, double>> filled;
   for (const HistogramBin& bin : bins) {
-    if (bin.count > 0) filled.emplace_back(bin.count, bin.binMean);
+    if (bin.Count() > 0) filled.emplace_back(bin.Count(), bin.Mean());
   }
   return filled;
 }

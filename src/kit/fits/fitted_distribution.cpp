@@ -91,20 +91,23 @@ std::int32_t FittedDistribution::CodeWithoutValues() const noexcept {
 }
 
 std::optional<std::int32_t> FittedDistribution::CodeAgainst() const noexcept {
+  // Of infinite values no parameter is a number that a distribution could have.
+  const auto isPositive = [](double x) { return x > 0.0 && std::isfinite(x); };
   switch (family) {
     case Family::Uniform:
-      if (QDPower::AlmostEqual(minimum, maximum, QDPower::gMachineEpsilon)) {
+      if (QDPower::AlmostEqual(minimum, maximum, QDPower::gMachineEpsilon) ||
+          !std::isfinite(maximum - minimum)) {
         return card::kEmptyUniform;
       }
       break;
     case Family::Poisson:
-      if (!(mean > 0.0)) return card::kNoPoisson;
+      if (!isPositive(mean)) return card::kNoPoisson;
       break;
     case Family::Normal:
-      if (!(stdDev > 0.0)) return card::kNoNormal;
+      if (!isPositive(stdDev)) return card::kNoNormal;
       break;
     case Family::Exponential:
-      if (!(mean > 0.0)) return card::kNoExponential;
+      if (!isPositive(mean)) return card::kNoExponential;
       break;
   }
   return std::nullopt;

@@ -54,15 +54,9 @@ void GroupTally::Take(RecordBatch& batch) {
 }
 
 bool GroupTally::TakesCells() const {
-  if (key.shown == Shown::BoxPlots) {
-    return pass != kClassifying || key.caseIdVariable < 0 ||
-           std::none_of(boxPlots.begin(), boxPlots.end(),
-                        [](const GroupBoxPlot& plot) { return plot.HasOutliers(); });
-  }
-  return pass != 1 || key.weightVariable < 0 ||
-         std::all_of(samples.begin(), samples.end(), [](const Sample& sample) {
-           return Histogram::TellsApart(sample.range, sample.leastStep);
-         });
+  return pass != kClassifying || key.caseIdVariable < 0 ||
+         std::none_of(boxPlots.begin(), boxPlots.end(),
+                      [](const GroupBoxPlot& plot) { return plot.HasOutliers(); });
 }
 
 void GroupTally::WantPlaces(OrderExcerpt& wanted) const {
@@ -181,16 +175,12 @@ void GroupTally::TakeRanges() {
     Sample& sample = samples[units.GroupOf(i)];
     const double x = units.values[i];
     if (sample.first == QDMV::gMissingValue) sample.first = x;
-    if (units.counts != nullptr && sample.last < x) {
-      sample.leastStep = std::min(sample.leastStep, x - sample.last);
-    }
     sample.last = x;
     sample.range.Take(x);
   };
   // Of zeros the first one stays, with its sign.
   const bool areFarFromZero = units.values[0] > 0.0 || units.values[units.count - 1] < 0.0;
-  const bool takesSteps = units.counts != nullptr;
-  if (takesSteps || units.shares == nullptr || !areFarFromZero) {
+  if (units.shares == nullptr || !areFarFromZero) {
     for (std::size_t i = 0; i < units.count; ++i) take(i);
     return;
   }
@@ -258,12 +248,7 @@ bool GroupTally::FindOneBinOfEach(std::size_t first, std::size_t end) {
 }
 
 void GroupTally::AddToHistogram(std::size_t i) {
-  Histogram& histogram = histograms[units.GroupOf(i)];
-  if (units.counts == nullptr || units.plainWeights != nullptr) {
-    histogram.AddAscendingOrZero(units.values[i], units.Weight(i));
-  } else {
-    histogram.AddAscendingEqual(units.values[i], units.counts[i]);
-  }
+  histograms[units.GroupOf(i)].AddAscendingOrZero(units.values[i], units.Weight(i));
 }
 
 Stretch GroupTally::StretchOf(const Share& share) const noexcept {

@@ -81,7 +81,6 @@ class GroupTally final : public Tally {
     double first = QDMV::gMissingValue;  ///< value that came; known for histograms only
     double last = QDMV::gMissingValue;   ///< likewise
     ValueRange range;                    ///< likewise
-    double leastStep = std::numeric_limits<double>::infinity();  ///< between values; of cells
   };
   static constexpr std::size_t kNoPlace = static_cast<std::size_t>(-1);
 
@@ -90,8 +89,7 @@ class GroupTally final : public Tally {
 
   void Take(RecordBatch& batch) override;
   void EndPass() override;
-  /// Not while it names the cases beyond the fences, and not where a bin would take several values
-  /// of different weights, whose order shows in the last digits of its mean.
+  /// Not while it names the cases beyond the fences.
   [[nodiscard]] bool TakesCells() const override;
   /// With box plots: what the coming pass looks at in the order of the test variable.
   void WantPlaces(OrderExcerpt& wanted) const;

@@ -1,24 +1,11 @@
 #include "kit/groups/paired_differences.h"
 
-#include <algorithm>
-#include <limits>
-
 bool PairedDifferences::ReadPair(const SettingsReader& settings) {
   const auto indices = settings.List<std::int32_t>("variableIndex");
   if (indices.size() != 2) return false;
   first = indices[0];
   second = indices[1];
   return true;
-}
-
-void PairedDifferences::FindLeastStep() {
-  std::sort(distinct.begin(), distinct.end());
-  distinct.erase(std::unique(distinct.begin(), distinct.end()), distinct.end());
-  leastStep = distinct.empty() ? 0.0 : std::numeric_limits<double>::infinity();
-  for (std::size_t i = 1; i < distinct.size(); ++i) {
-    leastStep = std::min(leastStep, distinct[i] - distinct[i - 1]);
-  }
-  distinct = {};
 }
 
 const double* PairedDifferences::Of(RecordBatch& batch) {

@@ -25,12 +25,6 @@ class PairedDifferences {
   /// Those of the records in hand, good until the next call. Throws std::bad_alloc.
   [[nodiscard]] const double* Of(RecordBatch& batch);
 
-  /// Has Count taken records whose differences each have a bin of their own in the histogram?
-  [[nodiscard]] bool AreTold() const noexcept { return Histogram::TellsApart(range, leastStep); }
-  /// Cells: their differences, before they are counted. Throws std::bad_alloc.
-  void KeepDistinct(const double* differences, std::size_t count) {
-    distinct.insert(distinct.end(), differences, differences + count);
-  }
   /// The differences, of which the i-th weighs weightAt(i).
   template <typename WeightAt>
   void Count(const double* differences, std::size_t count, WeightAt weightAt) noexcept {
@@ -62,8 +56,6 @@ class PairedDifferences {
 
   /// After all were counted: bins over their range.
   void StartHistogram() { histogram.SetRange(range); }
-  /// Before that.
-  void FindLeastStep();
   /// `weights` as Histogram::AddColumn has them.
   void AddToHistogram(const double* differences, std::size_t count, const std::int32_t* weights) {
     histogram.AddColumn(differences, count, weights);
@@ -80,8 +72,6 @@ class PairedDifferences {
   std::int64_t negativeCount = 0;
   std::int64_t tieCount = 0;
   ValueRange range;
-  std::vector<double> distinct;  // of cells
-  double leastStep = 0.0;        // between them
   Histogram histogram;
   std::vector<double> inHand;
 };

@@ -89,7 +89,8 @@ void TwoClasses::Count(RecordBatch& batch, const RecordWeight& weight) {
   } else if (isFirstRecord) {
     // The frequencies are the counts; the first record only tells which class comes first.
     isFirstRecord = false;
-    if (!secondCategories.empty() && *batch.Of(variableIndex) != firstCategories.front()) {
+    const double first = *batch.TruncatedOf(variableIndex);
+    if (!secondCategories.empty() && first != firstCategories.front()) {
       std::swap(firstCount, secondCount);
       std::swap(firstCategories, secondCategories);
     }

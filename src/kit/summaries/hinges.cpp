@@ -21,8 +21,10 @@ void HingeWalk::SettleHinges(double x, double weight) noexcept {
       nextHinge = std::min(nextHinge, hinge.position);
     } else if (before > hinge.position) {
       hinge.value = previousValue;
-    } else {
+    } else if (fraction > 0.0) {
       hinge.value = fraction >= 1.0 ? x : (1.0 - fraction) * previousValue + fraction * x;
+    } else {
+      hinge.value = previousValue;  // whatever follows, an infinity too
     }
   }
   cumulativeWeight += weight;

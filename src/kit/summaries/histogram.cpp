@@ -7,24 +7,11 @@
 #include "foundation/names.h"
 #include "kit/records/record_batch.h"
 
-void HistogramBin::AddEqual(double x, std::int64_t times) noexcept {
-  if (times > 0 && count == 0) {
-    Add(x, 1);
-    --times;
-  }
-  if (binMean == x && std::isfinite(x)) {
-    count += times;
-    return;
-  }
-  for (; times > 0; --times) Add(x, 1);
-}
-
-bool Histogram::TellsApart(const ValueRange& range, double leastStep) noexcept {
-  // One bin beside zero is two widths wide. Edges are rounded.
-  constexpr double kRounding = 0x1p-50;
-  const double width = (range.high - range.low) / static_cast<double>(kBinCount);
-  const double largest = std::max(std::abs(range.low), std::abs(range.high));
-  return leastStep > 2.0 * width + kRounding * largest;
+double HistogramBin::Mean() const noexcept {
+  if (count == 0) return 0.0;
+  const auto n = static_cast<double>(count);
+  if (!std::isfinite(sum)) return sum / n;
+  return (DoubleDouble{origin} + DoubleDouble::Sum(sum, rest) / n).high;
 }
 
 void Histogram::SetRange(double low, double high, std::uint64_t binCount) {
@@ -114,16 +101,6 @@ void Histogram::SeekAscending(double x) {
 void Histogram::AddAscending(double x, std::int64_t weight) {
   SeekAscending(x);
   AddToBin(latestBin, x, weight);
-}
-
-void Histogram::AddAscendingEqual(double x, std::int64_t times) {
-  if (x == 0.0) {
-    zeroCount += times;
-    return;
-  }
-  SeekAscending(x);
-  const auto index = static_cast<std::size_t>(latestBin);
-  if (index < bins.size()) bins[index].AddEqual(x, times);
 }
 
 HistogramBin* Histogram::OneBinOf(double least, double greatest) {

@@ -1,23 +1,59 @@
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <vector>
 
-/// One bin: a sum of weights and the weighted mean of the values in it.
-struct HistogramBin {
-  std::int64_t count = 0;
-  double binMean = 0.0;
+#include "foundation/double_double.h"
+
+/// One bin: a sum of weights and the weighted mean of the values in it, right to the last digits in
+/// any order and grouping.
+class HistogramBin {
+ public:
+  HistogramBin() = default;
+  /// So many equal values.
+  HistogramBin(std::int64_t count, double value) noexcept : count(count), origin(value) {}
 
   void Add(double x, std::int64_t weight) noexcept {
-    if (weight == 0) return;
+    if (count == 0 && sum == 0.0) origin = std::isfinite(x) ? x : 0.0;
     count += weight;
-    const double step = (x - binMean) * static_cast<double>(weight) / static_cast<double>(count);
-    binMean = count == weight ? x : binMean + step;  // exact for the first, whatever it weighs
+    const DoubleDouble distance = DoubleDouble::Sum(x, -origin);
+    if (weight == 1) {
+      AddDistance(distance.high, distance.low);
+    } else if (weight != 0) {
+      // Half of the digits at a time, so that products are exact.
+      const auto times = static_cast<double>(weight);
+      const double wide = distance.high * 0x1.0000002p27;
+      if (!std::isfinite(wide)) {
+        sum += distance.high * times;
+        return;
+      }
+      const double upper = wide - (wide - distance.high);
+      AddDistance(upper * times, 0.0);
+      AddDistance((distance.high - upper) * times, distance.low * times);
+    }
   }
-  /// Add for so many values of weight 1.
-  void AddEqual(double x, std::int64_t times) noexcept;
+
+  [[nodiscard]] std::int64_t Count() const noexcept { return count; }
+  /// 0 of no weight.
+  [[nodiscard]] double Mean() const noexcept;
+
+ private:
+  void AddDistance(double high, double low) noexcept {
+    const DoubleDouble next = DoubleDouble::Sum(sum, high);
+    sum = next.high;
+    rest += next.low + low;
+  }
+
+  // Of weighted distances from a value of the bin: their sum, and what its rounding has left out
+  // (A. Neumaier, ZAMM 54 (1974), 39-51). An infinity stays in the sum, beside which the rest is
+  // nothing.
+  std::int64_t count = 0;
+  double origin = 0.0;
+  double sum = 0.0;
+  double rest = 0.0;
 };
 
 /// What a histogram has to span; what is no number leaves it alone.
@@ -42,8 +78,6 @@ class Histogram {
   /// high + 1.
   void SetRange(double low, double high, std::uint64_t binCount = kBinCount);
   void SetRange(const ValueRange& range) { SetRange(range.low, range.high); }
-  /// Would values that are at least so far apart each have a bin of their own over that range?
-  [[nodiscard]] static bool TellsApart(const ValueRange& range, double leastStep) noexcept;
   /// The bin of a value, from 0.
   [[nodiscard]] std::int64_t FindBin(double x) const;
   void AddValue(double x, std::int64_t weight);
@@ -62,8 +96,6 @@ class Histogram {
       AddAscending(x, weight);
     }
   }
-  /// The same for so many equal ones of weight 1.
-  void AddAscendingEqual(double x, std::int64_t times);
   /// The bin that takes all values from one up to another, the next in ascending order; null where
   /// there are several, or zero is among them.
   [[nodiscard]] HistogramBin* OneBinOf(double least, double greatest);

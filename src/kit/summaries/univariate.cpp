@@ -75,7 +75,7 @@ bool QDUnivariateSummaries::ReadRecords() {
   bool any = false;
   for (auto& [variable, summary] : summaries) {
     if (!summary->NeedsPass()) continue;
-    const auto cells = summary->TakesCells() ? WalkCells(variable) : nullptr;
+    const auto cells = WalkCells(variable);
     if (cells == nullptr) {
       reading.push_back(summary.get());
     } else {
@@ -191,10 +191,6 @@ double UnivariateResults::GetFirstQuartile(std::int32_t variable) const {
 double UnivariateResults::GetThirdQuartile(std::int32_t variable) const {
   return Ask(summaries->FindContinuous(variable), &QDContUnivariateVariable::GetThirdQuartile,
              QDMV::gMissingValue);
-}
-
-bool UnivariateResults::AreApart(std::int32_t variable) const {
-  return Ask(summaries->FindContinuous(variable), &QDContUnivariateVariable::AreApart, false);
 }
 
 double UnivariateResults::GetStdDev(std::int32_t variable) const {

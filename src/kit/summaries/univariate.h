@@ -82,7 +82,6 @@ class UnivariateResults {
   [[nodiscard]] virtual double GetFirstQuartile(std::int32_t variable) const;
   [[nodiscard]] virtual double GetThirdQuartile(std::int32_t variable) const;
   /// Has each value of the variable a bin of its own? False where that is not known.
-  [[nodiscard]] virtual bool AreApart(std::int32_t variable) const;
   [[nodiscard]] virtual double GetStdDev(std::int32_t variable) const;
   [[nodiscard]] virtual const std::vector<HistogramBin>* GetBins(std::int32_t variable) const;
   [[nodiscard]] virtual std::int32_t GetMedianCategory(std::int32_t variable) const;

@@ -106,26 +106,12 @@ void QDContUnivariateVariable::Summarise(RecordBatch& batch) {
 
 void QDContUnivariateVariable::ProcessBatch(RecordBatch& batch) {
   if (pass == 1) {
-    FindLeastStep(batch);
     Summarise(batch);
     return;
   }
   histogram.AddColumnWithMissing(batch.Of(variableIndex), batch.Size(),
                                  RecordWeight(weightIndex).TruncatedOf(batch));
 }
-
-void QDContUnivariateVariable::FindLeastStep(RecordBatch& batch) {
-  if (batch.Counts() == nullptr) return;
-  const double* values = batch.Of(variableIndex);
-  for (std::size_t i = 0; i < batch.Size(); ++i) {
-    if (latestOfCells != QDMV::gMissingValue && values[i] != latestOfCells) {
-      leastStep = std::min(leastStep, values[i] - latestOfCells);
-    }
-    latestOfCells = values[i];
-  }
-}
-
-bool QDContUnivariateVariable::TakesCells() const { return pass == 1 || AreApart(); }
 
 QDStatus QDContUnivariateVariable::EndPass() {
   if (pass != 1) {

@@ -64,12 +64,11 @@ class QDUnivariateVariable {
   virtual void SetSortedData(ISortedData* data) { sortedData = data; }
   void SetCountedRecords(ICountedRecords* source) noexcept { counted = source; }
   [[nodiscard]] virtual bool NeedsPass() const { return needsPass; }
-  /// May records that hold the same in the variable come as one (RecordBatch::Counts), ascending?
-  [[nodiscard]] virtual bool TakesCells() const { return true; }
   /// Does the summary walk the records in the order of its variable?
   [[nodiscard]] bool WalksInOrder() const noexcept { return Wants(Statistic::Quartiles); }
   virtual void SetWeightVariable(std::int32_t index) { weightIndex = index; }
-  /// ProcessRecord for each record in which the variable is not missing.
+  /// ProcessRecord for each record in which the variable is not missing. Records that hold the same
+  /// in the variable may come as one (RecordBatch::Counts).
   virtual void ProcessBatch(RecordBatch& batch) = 0;
 
   /// Sum of the truncated weights of the records seen.
@@ -100,14 +99,6 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   /// Error 220005: quartiles were asked for and there is no sorted data.
   QDStatus EndPass() override;
   void ProcessBatch(RecordBatch& batch) override;
-  /// Not where a bin would take several values, whose order shows in the last digits of its mean.
-  [[nodiscard]] bool TakesCells() const override;
-
-  /// Did the values come as cells, and has each a bin of its own?
-  [[nodiscard]] bool AreApart() const noexcept {
-    return latestOfCells != QDMV::gMissingValue &&
-           Histogram::TellsApart({extremes.minimum, extremes.maximum}, leastStep);
-  }
 
   [[nodiscard]] double GetMean() const noexcept { return moments.Mean(); }
   [[nodiscard]] double GetStdDev() const noexcept { return moments.StdDev(); }
@@ -124,14 +115,10 @@ class QDContUnivariateVariable final : public QDUnivariateVariable {
   [[nodiscard]] StatisticSet TakenFor(Statistic statistic) const override;
   void Summarise(RecordBatch& batch);
   QDStatus WalkSortedValues();
-  /// How far distinct values are apart that come as cells.
-  void FindLeastStep(RecordBatch& batch);
 
   std::int32_t pass = 1;
   Moments moments;
   Extremes extremes;
-  double latestOfCells = QDMV::gMissingValue;
-  double leastStep = std::numeric_limits<double>::infinity();
   HingeWalk hinges;
   Histogram histogram;
 };

@@ -131,10 +131,12 @@ class NPARRuns final : public NPARTest {
         settings.Index("measureLevel") == static_cast<std::int32_t>(VariableKind::Continuous);
     const std::string word = settings.Text("dataCutPoint");
     if (isContinuous) {
-      if (word == "cutPointMedian" && sharedData != nullptr) {
-        cutPoint = sharedData->GetMedian(variableIndex);
-      } else if (word == "cutPointMean" && sharedData != nullptr) {
-        cutPoint = sharedData->GetMean(variableIndex);
+      isCutOfData = sharedData != nullptr && (word == "cutPointMedian" || word == "cutPointMean");
+      if (isCutOfData) {
+        if (sharedData->GetTotalWeight(variableIndex) > 0) {
+          cutPoint = word == "cutPointMedian" ? sharedData->GetMedian(variableIndex)
+                                              : sharedData->GetMean(variableIndex);
+        }
       } else if (!settings.Find("givenCutPoint", cutPoint)) {
         Fail(card::kNoCutPoint);
       }
@@ -148,14 +150,15 @@ class NPARRuns final : public NPARTest {
   }
 
   void Take(RecordBatch& batch) override {
-    if (cutPoint == QDMV::gMissingValue) FindGroups(batch.Of(variableIndex), batch.Size());
     if (isContinuous) {
-      CountRuns(batch, [cut = cutPoint](double x) { return x < cut; });
-    } else {
-      CountRuns(batch, [this](double x) {
-        return std::find(group1Values.begin(), group1Values.end(), x) != group1Values.end();
-      });
+      CountRuns(batch, batch.Of(variableIndex), [cut = cutPoint](double x) { return x < cut; });
+      return;
     }
+    const std::int32_t* codes = batch.TruncatedOf(variableIndex);
+    if (cutPoint == QDMV::gMissingValue) FindGroups(codes, batch.Size());
+    CountRuns(batch, codes, [this](std::int32_t code) {
+      return std::find(group1Values.begin(), group1Values.end(), code) != group1Values.end();
+    });
   }
 
   /// Error 220112: a group is empty.
@@ -189,19 +192,18 @@ class NPARRuns final : public NPARTest {
   enum class Group { None, AtOrAbove, Below };
 
   /// The groups of the data: the first value is the first group, the first other one the second.
-  void FindGroups(const double* values, std::size_t count) {
+  void FindGroups(const std::int32_t* codes, std::size_t count) {
     if (count == 0) return;
-    if (group1Values.empty()) group1Values.push_back(values[0]);
+    if (group1Values.empty()) group1Values.push_back(codes[0]);
     if (!group2Values.empty()) return;
     const double first = group1Values.front();
-    const double* other =
-        std::find_if(values, values + count, [&](double x) { return x != first; });
-    if (other != values + count) group2Values.push_back(*other);
+    const std::int32_t* other =
+        std::find_if(codes, codes + count, [&](std::int32_t code) { return code != first; });
+    if (other != codes + count) group2Values.push_back(*other);
   }
 
-  template <typename IsBelow>
-  void CountRuns(RecordBatch& batch, IsBelow isBelow) {
-    const double* values = batch.Of(variableIndex);
+  template <typename Value, typename IsBelow>
+  void CountRuns(RecordBatch& batch, const Value* values, IsBelow isBelow) {
     weight.UseTruncated(batch, [&](auto weightAt) {
       for (std::size_t i = 0; i < batch.Size(); ++i) {
         const Group group = isBelow(values[i]) ? Group::Below : Group::AtOrAbove;
@@ -214,8 +216,8 @@ class NPARRuns final : public NPARTest {
 
   [[nodiscard]] Condition GetCondition() const {
     const std::string index = IntegerText(variableIndex);
-    if (cutPoint != QDMV::gMissingValue) {
-      return {"ACutPointIsSpecified_O_Runs_2", {index, NumberText(cutPoint)}};
+    if (cutPoint != QDMV::gMissingValue || isCutOfData) {
+      return {"ACutPointIsSpecified_O_Runs_2", {index, NumberOrMissingText(cutPoint)}};
     }
     std::vector<double> group1 = group1Values;
     group1.insert(group1.end(), invalidCategories.size(), -1.0);
@@ -227,6 +229,7 @@ class NPARRuns final : public NPARTest {
   std::int32_t variableIndex = -1;
   bool isContinuous = false;
   double cutPoint = QDMV::gMissingValue;
+  bool isCutOfData = false;  // which may have no value
   std::vector<double> group1Values;
   std::vector<double> group2Values;
   std::vector<std::string> invalidCategories;

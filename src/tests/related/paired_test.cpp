@@ -2,10 +2,7 @@
 
 #include "report/extended_tables.h"
 
-void NPARPairedTest::StartPass() {
-  differences.FindLeastStep();
-  differences.StartHistogram();
-}
+void NPARPairedTest::StartPass() { differences.StartHistogram(); }
 
 void NPARPairedTest::TakeAgain(RecordBatch& batch) {
   differences.AddToHistogram(differences.Of(batch), batch.Size(), weight.TruncatedOf(batch));
@@ -27,7 +24,6 @@ const double* NPARPairedTest::TakePair(RecordBatch& batch) {
 const double* NPARPairedTest::TakeDifferences(RecordBatch& batch) {
   const double* d = TakePair(batch);
   if (wantsExtended) KeepDifferences(batch, d);
-  if (batch.Counts() != nullptr) differences.KeepDistinct(d, batch.Size());
   weight.UseTruncated(batch, [&](auto weightAt) { differences.Count(d, batch.Size(), weightAt); });
   return d;
 }

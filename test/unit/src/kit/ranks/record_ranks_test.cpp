@@ -102,7 +102,7 @@ TEST(RankCounts, StandAscendingByRankForFewAndForManySamples) {
     counts.Add(1, steps.data() + 2, 1, [](std::size_t) { return 9; });
     std::vector<std::pair<double, std::int64_t>> found;
     for (const HistogramBin& bin : counts.CountsOf(2)) {
-      if (bin.count > 0) found.emplace_back(bin.binMean, bin.count);
+      if (bin.Count() > 0) found.emplace_back(bin.Mean(), bin.Count());
     }
     EXPECT_EQ(found, (std::vector<std::pair<double, std::int64_t>>{
                          {1.0, 1}, {1.5, 5}, {static_cast<double>(samples), 4}}));

@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 #include <vector>
 
 namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 struct HingeCase {
   const char* catches;
@@ -22,6 +25,12 @@ const HingeCase kHingeCases[] = {
     {"one value", {{7, 1}}, 7, 7, 7},
     {"two values", {{1, 1}, {2, 1}}, 1, 1.5, 2},
     {"a weight stands for equal records", {{1, 1}, {2, 2}, {5, 3}}, 2, 3.5, 5},
+    {"infinities beside them",
+     {{-kInfinity, 1}, {1, 1}, {2, 1}, {3, 1}, {kInfinity, 1}, {kInfinity, 2}},
+     1.5,
+     3,
+     kInfinity},
+    {"an infinity behind one", {{1, 1}, {2, 1}, {3, 1}, {kInfinity, 2}}, 2, 3, kInfinity},
     {"no value", {}, QDMV::gMissingValue, QDMV::gMissingValue, QDMV::gMissingValue},
 };
 

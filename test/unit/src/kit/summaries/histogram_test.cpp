@@ -7,6 +7,7 @@
 #include <bit>
 #include <cmath>
 #include <limits>
+#include <random>
 #include <utility>
 
 #include "support/filled_bins.h"
@@ -105,7 +106,38 @@ TEST(HistogramTest, BinsHoldSumsOfWeightsAndWeightedMeansAndZerosComeLast) {
   histogram.AddValueOrZero(0.0, 5);
   histogram.AddZeroBin();
   EXPECT_THAT(Filled(histogram.GetBins()), ElementsAre(Pair(4, -3.25), Pair(2, 4.0), Pair(5, 0.0)));
-  EXPECT_EQ(histogram.GetBins().back().count, 5);
+  EXPECT_EQ(histogram.GetBins().back().Count(), 5);
+}
+
+TEST(HistogramTest, ABinsMeanIsRightInAnyOrderAndGrouping) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  struct {
+    const char* catches;
+    std::vector<std::pair<double, std::int64_t>> values;
+    double mean;  // Python's fractions, of the doubles as they are
+  } const cases[] = {
+      {"digits far below the first",
+       {{1e9, 1}, {0.1, 3}, {0.7, 2}, {1e-9, 7}},
+       76923077.0538461543846},
+      {"a sum that cancels", {{1e16, 3}, {-1e16, 3}, {0.3, 5}}, 0.136363636363636354},
+      {"an infinity", {{1, 1}, {-kInfinity, 2}, {2, 1}}, -kInfinity},
+      {"none left", {{3, 1}, {5, 2}, {3, -1}, {5, -2}}, 0.0},
+  };
+  std::mt19937 random(3);
+  for (auto row : cases) {
+    SCOPED_TRACE(row.catches);
+    for (int order = 0; order < 20; ++order) {
+      std::shuffle(row.values.begin(), row.values.end(), random);
+      HistogramBin weighted;
+      HistogramBin expanded;
+      for (const auto& [x, weight] : row.values) {
+        weighted.Add(x, weight);
+        for (std::int64_t i = 0; i < std::abs(weight); ++i) expanded.Add(x, weight < 0 ? -1 : 1);
+      }
+      EXPECT_DOUBLE_EQ(weighted.Mean(), row.mean);
+      EXPECT_DOUBLE_EQ(expanded.Mean(), row.mean);
+    }
+  }
 }
 
 TEST(HistogramTest, TakesAColumnAsItsValues) {
@@ -130,9 +162,9 @@ TEST(HistogramTest, TakesAColumnAsItsValues) {
       byValue.AddZeroBin();
       ASSERT_EQ(byColumn.GetBins().size(), byValue.GetBins().size());
       for (std::size_t bin = 0; bin < byValue.GetBins().size(); ++bin) {
-        EXPECT_EQ(byColumn.GetBins()[bin].count, byValue.GetBins()[bin].count);
-        EXPECT_EQ(std::bit_cast<std::uint64_t>(byColumn.GetBins()[bin].binMean),
-                  std::bit_cast<std::uint64_t>(byValue.GetBins()[bin].binMean));
+        EXPECT_EQ(byColumn.GetBins()[bin].Count(), byValue.GetBins()[bin].Count());
+        EXPECT_EQ(std::bit_cast<std::uint64_t>(byColumn.GetBins()[bin].Mean()),
+                  std::bit_cast<std::uint64_t>(byValue.GetBins()[bin].Mean()));
       }
     }
   }

@@ -48,6 +48,15 @@ TEST(BinomialTest, TheFirstRecordsCategoryIsTheFirstClass) {
   EXPECT_EQ(result.Rows("Content"), (Texts{"62.5;37.5", "50;50"}));
 }
 
+TEST(BinomialTest, TheFirstRecordsCodeLosesItsFraction) {
+  for (const double code : {0.5, -0.5, std::numeric_limits<double>::quiet_NaN()}) {
+    Rows rows = Codes(3, 1);
+    rows.front().front() = code;
+    ExpectTexts(Result(YesNo(), rows, Entry("variableName", "answer")),
+                {{"TestStatistic", "3"}, {"Condition/%1", "0"}});
+  }
+}
+
 TEST(BinomialTest, ASingleCategoryLeavesTheSecondClassEmpty) {
   const auto variables = VariableListBuilder().Nominal("answer", {"yes"}).Build();
   const AlgorithmElement result = Result(variables, Codes(4, 0), Answer());

@@ -124,6 +124,7 @@ TEST(KsOneSampleTest, ALargePoissonMeanIsTakenAsNormal) {
 }
 
 TEST(KsOneSampleTest, EachFailureHasItsCode) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
   const std::vector<double> none{QDMV::gMissingValue};
   const struct {
     const char* catches;
@@ -142,6 +143,9 @@ TEST(KsOneSampleTest, EachFailureHasItsCode) {
       {"mean 0", "Exponential", {0, 0}, {}, Error(220313)},
       {"no spread", "Normal", {3, 3}, {}, Error(220315)},
       {"no range", "Uniform", {3, 3}, {}, Error(220316)},
+      {"infinite mean", "Exponential", {1, 2, kInfinity}, {}, Error(220313)},
+      {"infinite range", "Uniform", {-kInfinity, 1, 2}, {}, Error(220316)},
+      {"a range beyond doubles", "Uniform", {-1e308, 1e308}, {}, Error(220316)},
   };
   for (const auto& row : cases) {
     SCOPED_TRACE(std::string(row.family) + ": " + row.catches);

@@ -42,17 +42,25 @@ TEST(RunsTest, MedianAndMeanComeFromTheSample) {
   EXPECT_EQ(result.Text("TestStatistic"), "3") << "the missing value is no step";
 }
 
+TEST(RunsTest, AFieldWithoutValuesHasNoCutPoint) {
+  for (const char* cut : {"cutPointMedian", "cutPointMean"}) {
+    ExpectTexts(
+        RunContinuous({{QDMV::gMissingValue}, {QDMV::gMissingValue}}, Cut(cut)),
+        {{"ConditionKey", "ACutPointIsSpecified_O_Runs_2"}, {"Condition/%1", "__MISSING__"}});
+  }
+}
+
 TEST(RunsTest, AWeightCountsInItsGroupAndIsOneStep) {
   ExpectTexts(RunContinuous({{1, 5.9}, {-1, 2}, {-2, 1}, {3, 4}}, CutAt(0.0)),
               {{"TotalN", "12"}, {"TestStatistic", "3"}});
 }
 
 TEST(RunsTest, CategoriesAreSplitByTheDataOrByAList) {
-  // The first record's category comes first.
-  ExpectTexts(
-      RunEntry(VariableListBuilder().Nominal("answer", {"yes", "no"}).Build(), {{1}, {0}, {0}, {1}},
-               "ORuns", Entry("variableName", "answer", "catVarClassFormation", "getFromData")),
-      {{"TestStatistic", "3"}, {"Condition/%1", "1"}, {"Condition/%2", "0"}});
+  // The first record's category comes first; codes lose their fractions.
+  ExpectTexts(RunEntry(VariableListBuilder().Nominal("answer", {"yes", "no"}).Build(),
+                       {{1.5}, {0.5}, {-0.5}, {1}}, "ORuns",
+                       Entry("variableName", "answer", "catVarClassFormation", "getFromData")),
+              {{"TestStatistic", "3"}, {"Condition/%1", "1"}, {"Condition/%2", "0"}});
   ExpectTexts(RunEntry(VariableListBuilder().Nominal("letter", {"a", "b", "c"}).Build(),
                        {{0}, {2}, {1}, {1}, {0}}, "ORuns",
                        Entry("variableName", "letter", "catVarClassFormation", "givenCategoryList",
