@@ -2,6 +2,7 @@
 
 #include <zlib.h>
 #include <zstd.h>
+#include <zstd_errors.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -18,6 +19,9 @@ constexpr int kGzipWindow = 15 + 16;                 // the largest window, with
 
 constexpr const char* kDamaged =
     "the compressed data are damaged or end early; get the file once more";
+constexpr const char* kLongWindow =
+    "it is compressed with a window above 128 MB; unpack it first, as in "
+    "zstd -dc --long=31 FILE | npar analyse - ...";
 
 const char* Inflate(std::string_view bytes, ByteBuffer& text,
                     const std::function<void(const char*)>& isRead) {
@@ -39,6 +43,7 @@ const char* Inflate(std::string_view bytes, ByteBuffer& text,
     text.Append(kStep - stream.avail_out);
     bytes.remove_prefix(given - stream.avail_in);
     isRead(bytes.data());
+    if (state == Z_MEM_ERROR) throw std::bad_alloc();
     const bool isStuck = state == Z_BUF_ERROR && stream.avail_out != 0;
     if (isStuck) break;
   }
@@ -52,6 +57,18 @@ const char* Inflate(std::string_view bytes, ByteBuffer& text,
   return state == Z_STREAM_END ? nullptr : kDamaged;
 }
 
+/// What is wrong with the data of which zstd says so; a lack of memory is nothing of theirs.
+const char* ZstdProblem(std::size_t answer) {
+  switch (ZSTD_getErrorCode(answer)) {
+    case ZSTD_error_memory_allocation:
+      throw std::bad_alloc();
+    case ZSTD_error_frameParameter_windowTooLarge:
+      return kLongWindow;
+    default:
+      return kDamaged;
+  }
+}
+
 const char* Unzstd(std::string_view bytes, ByteBuffer& text,
                    const std::function<void(const char*)>& isRead) {
   const std::unique_ptr<ZSTD_DStream, decltype(&ZSTD_freeDStream)> stream(ZSTD_createDStream(),
@@ -63,7 +80,7 @@ const char* Unzstd(std::string_view bytes, ByteBuffer& text,
     ZSTD_inBuffer in{bytes.data(), std::min(bytes.size(), kStep), 0};
     ZSTD_outBuffer out{text.Room(kStep), kStep, 0};
     left = ZSTD_decompressStream(stream.get(), &out, &in);
-    if (ZSTD_isError(left) != 0) return kDamaged;
+    if (ZSTD_isError(left) != 0) return ZstdProblem(left);
     text.Append(out.pos);
     bytes.remove_prefix(in.pos);
     isFull = left != 0 && out.pos == out.size;

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <initializer_list>
-#include <sstream>
 #include <unordered_set>
 #include <utility>
 
@@ -10,6 +9,7 @@
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
 #include "host/data/xml_reader.h"
+#include "host/data/xml_writer.h"
 
 namespace npar_host {
 namespace {
@@ -186,31 +186,29 @@ std::vector<FieldSpec> ParseModel(std::string_view text, const std::string& name
 
 std::string WriteModel(const DataModel& model, const RecordCounts* counts) {
   pugi::xml_document document;
-  pugi::xml_node root = document.append_child("DataModel");
+  pugi::xml_node root = AddElement(document, "DataModel");
   if (counts != nullptr) {
     const std::array values = {counts->kept, counts->weighted, counts->dropped, counts->badWeight,
                                counts->weightedDropped};
     for (std::size_t i = 0; i < values.size(); ++i) {
-      root.append_attribute(kCountNames[i]) = static_cast<long long>(values[i]);
+      AddAttribute(root, kCountNames[i], std::to_string(values[i]).c_str());
     }
   }
   for (const Field& field : model.fields) {
-    pugi::xml_node node = root.append_child("Field");
-    node.append_attribute("name") = field.name.c_str();
-    if (!field.label.empty()) node.append_attribute("label") = field.label.c_str();
-    node.append_attribute("measure") = TextOf(field.measure, kMeasures);
-    node.append_attribute("storage") = WordOf(field.storage);
-    node.append_attribute("role") = TextOf(field.role, kRoles);
+    pugi::xml_node node = AddElement(root, "Field");
+    AddAttribute(node, "name", field.name.c_str());
+    if (!field.label.empty()) AddAttribute(node, "label", field.label.c_str());
+    AddAttribute(node, "measure", TextOf(field.measure, kMeasures));
+    AddAttribute(node, "storage", WordOf(field.storage));
+    AddAttribute(node, "role", TextOf(field.role, kRoles));
     for (const Category& category : field.categories) {
-      pugi::xml_node value = node.append_child("Value");
-      value.append_attribute("value") = category.text.c_str();
-      if (!category.label.empty()) value.append_attribute("label") = category.label.c_str();
-      if (category.isUserMissing) value.append_attribute("missing") = TextOf(true, kMissings);
+      pugi::xml_node value = AddElement(node, "Value");
+      AddAttribute(value, "value", category.text.c_str());
+      if (!category.label.empty()) AddAttribute(value, "label", category.label.c_str());
+      if (category.isUserMissing) AddAttribute(value, "missing", TextOf(true, kMissings));
     }
   }
-  std::ostringstream text;
-  document.save(text, " ", pugi::format_indent, pugi::encoding_utf8);
-  return text.str();
+  return TextOfXml(document, " ", pugi::format_indent);
 }
 
 }  // namespace npar_host

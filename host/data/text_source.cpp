@@ -8,8 +8,7 @@ TextSource::TextSource(const std::string& path) : name(path == "-" ? "standard i
   try {
     file = std::make_unique<WholeFile>(path);
   } catch (const FileProblem& problem) {
-    throw InputError(name + ": " + problem.what + " (" + problem.reason +
-                     "); give the path of a readable file, or - for standard input");
+    throw InputError(name + ": " + problem.what + " (" + problem.reason + "); " + problem.remedy);
   }
 }
 

@@ -7,10 +7,11 @@
 
 namespace npar_host {
 
-/// Why a file cannot be read: "cannot be opened" and the system's reason.
+/// Why a file cannot be read: "cannot be opened", the system's reason, and what to do.
 struct FileProblem {
   const char* what;
   std::string reason;
+  const char* remedy = "give the path of a readable file, or - for standard input";
 };
 
 /// The whole text of a file, where the system can do so mapped into memory, else read into it; of

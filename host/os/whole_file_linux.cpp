@@ -26,6 +26,11 @@ std::size_t RoundUpToPage(std::size_t bytes) {
   throw FileProblem{what, std::strerror(error)};
 }
 
+[[noreturn]] void FailForMemory() {
+  throw FileProblem{"does not fit into memory", std::strerror(errno),
+                    "take a machine with more, or keep fewer records and fields of it"};
+}
+
 /// Where a file is mapped. A page that another program has cut from its file answers a read with
 /// SIGBUS; the handler, which may touch little, finds here whether the page is ours.
 struct Mapping {
@@ -142,7 +147,7 @@ void WholeFile::State::ReadAll() {
   for (;;) {
     if (length + kPadding >= reserved) {
       void* larger = mremap(base, reserved, 2 * reserved, MREMAP_MAYMOVE);
-      if (larger == MAP_FAILED) Fail("does not fit into memory");
+      if (larger == MAP_FAILED) FailForMemory();
       base = static_cast<char*>(larger);
       reserved *= 2;
     }
@@ -158,7 +163,7 @@ void WholeFile::State::ReadAll() {
 
 void WholeFile::State::Reserve(std::size_t bytes) {
   void* memory = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (memory == MAP_FAILED) Fail("does not fit into memory");
+  if (memory == MAP_FAILED) FailForMemory();
   base = static_cast<char*>(memory);
   reserved = bytes;
 }

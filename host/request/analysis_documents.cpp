@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <set>
-#include <sstream>
 
 #include "catalogue/run.h"
 #include "host/data/input_error.h"
 #include "host/data/join_words.h"
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
+#include "host/data/xml_writer.h"
 #include "host/request/field_list.h"
 #include "host/request/word_list.h"
 
@@ -30,9 +30,7 @@ constexpr FamilyKeys kFamilies[] = {
 };
 
 std::string DocumentText(const pugi::xml_document& document) {
-  std::ostringstream text;
-  document.save(text, "  ", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
-  return text.str();
+  return TextOfXml(document, "  ", pugi::format_indent | pugi::format_no_declaration);
 }
 
 void CheckTests(const AnalysisRequest& request) {
@@ -160,7 +158,7 @@ void CheckFields(const AnalysisRequest& request, const std::vector<std::string>&
 
 std::string ParameterDocument(const AnalysisRequest& request) {
   pugi::xml_document document;
-  pugi::xml_node parameters = document.append_child("Parameters");
+  pugi::xml_node parameters = AddElement(document, "Parameters");
   AddParameter(parameters, run::kMissingTreatment.key, request.listwise ? "listwise" : "analysis");
   AddParameter(parameters, run::kSigLevel.key, NumberText(request.significance));
   AddParameter(parameters, run::kConfidenceLevel.key, NumberText(request.confidencePercent));
@@ -188,39 +186,39 @@ std::string ParameterDocument(const AnalysisRequest& request) {
 
 std::string DataModelDocument(const AnalysisRequest& request) {
   pugi::xml_document document;
-  pugi::xml_node model = document.append_child("DataModel");
+  pugi::xml_node model = AddElement(document, "DataModel");
   const auto field = [&](const std::string& name) {
     pugi::xml_node found = model.find_child_by_attribute("Field", "name", name.c_str());
     if (!found) {
-      found = model.append_child("Field");
-      found.append_attribute("name") = name.c_str();
+      found = AddElement(model, "Field");
+      AddAttribute(found, "name", name.c_str());
     }
     return found;
   };
   for (const FieldMeasure& measure : request.measures) {
     pugi::xml_node node = field(measure.field);
-    node.append_attribute("measure") = measure.measure.c_str();
+    AddAttribute(node, "measure", measure.measure.c_str());
     for (const std::string& category : measure.categories) {
-      node.append_child("Value").append_attribute("value") = category.c_str();
+      AddAttribute(AddElement(node, "Value"), "value", category.c_str());
     }
   }
   if (!request.groupField.empty()) {
     // Groups are categories, also where numbers name them.
     pugi::xml_node node = field(request.groupField);
-    if (!node.attribute("measure")) node.append_attribute("measure") = "nominal";
+    if (!node.attribute("measure")) AddAttribute(node, "measure", "nominal");
   }
   if (!request.weightField.empty()) {
     pugi::xml_node node = field(request.weightField);
-    if (!node.attribute("measure")) node.append_attribute("measure") = "continuous";
-    node.append_attribute("role") = "frequencyWeight";
+    if (!node.attribute("measure")) AddAttribute(node, "measure", "continuous");
+    AddAttribute(node, "role", "frequencyWeight");
   }
   if (!request.caseIdField.empty()) {
-    field(request.caseIdField).append_attribute("role") = "caseId";
+    AddAttribute(field(request.caseIdField), "role", "caseId");
   }
   for (const std::string& name : request.unusedFields) {
-    pugi::xml_node node = model.append_child("Field");
-    node.append_attribute("name") = name.c_str();
-    node.append_attribute("role") = "none";
+    pugi::xml_node node = AddElement(model, "Field");
+    AddAttribute(node, "name", name.c_str());
+    AddAttribute(node, "role", "none");
   }
   return DocumentText(document);
 }

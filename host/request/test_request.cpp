@@ -12,6 +12,7 @@
 #include "host/data/join_words.h"
 #include "host/data/near_miss.h"
 #include "host/data/number.h"
+#include "host/data/xml_writer.h"
 #include "host/request/word_list.h"
 
 namespace npar_host {
@@ -103,20 +104,20 @@ class AttributeWriter {
     if (written.insert(key).second) AddText(key.c_str(), entry.value.c_str());
   }
   void AddText(const char* key, const char* value) {
-    NewAttribute(key).append_attribute("value") = value;
+    AddAttribute(NewAttribute(key), "value", value);
   }
   void AddCategories(const char* key, const std::string& values) {
-    pugi::xml_node list = NewAttribute(key).append_child("ListValue");
+    pugi::xml_node list = AddElement(NewAttribute(key), "ListValue");
     for (const std::string& value : SplitWords(values, '|')) {
-      list.append_child("Value").append_attribute("value") = Unescape(value).c_str();
+      AddAttribute(AddElement(list, "Value"), "value", Unescape(value).c_str());
     }
   }
   void AddExpected(const char* key, const std::string& pairs) {
-    pugi::xml_node list = NewAttribute(key).append_child("ListValue");
+    pugi::xml_node list = AddElement(NewAttribute(key), "ListValue");
     for (const std::string& pair : SplitWords(pairs, '|')) {
       std::string category, number;
       CutAt(pair, '=', category, number);
-      AttributeWriter item(list.append_child("StructuredValue"));
+      AttributeWriter item(AddElement(list, "StructuredValue"));
       item.AddText(catalogue::chi_square::kCategoryValue.key.c_str(), Unescape(category).c_str());
       item.AddText(catalogue::chi_square::kExpectedValue.key.c_str(), number.c_str());
     }
@@ -124,8 +125,8 @@ class AttributeWriter {
 
  private:
   pugi::xml_node NewAttribute(const char* key) {
-    pugi::xml_node attribute = structure.append_child("Attribute");
-    attribute.append_attribute("name") = key;
+    pugi::xml_node attribute = AddElement(structure, "Attribute");
+    AddAttribute(attribute, "name", key);
     return attribute;
   }
 
@@ -231,9 +232,9 @@ std::vector<NamedCategory> TestRequest::NamedCategories() const {
 }
 
 void TestRequest::WriteTo(pugi::xml_node parameters) const {
-  pugi::xml_node parameter = parameters.append_child("Parameter");
-  parameter.append_attribute("name") = test->key.c_str();
-  AttributeWriter writer(parameter.append_child("StructuredValue"));
+  pugi::xml_node parameter = AddElement(parameters, "Parameter");
+  AddAttribute(parameter, "name", test->key.c_str());
+  AttributeWriter writer(AddElement(parameter, "StructuredValue"));
   writer.Add({catalogue::settings::kIsSelected, "true"});
   for (const catalogue::Option& option : test->options) {
     const auto given =
@@ -247,18 +248,18 @@ void TestRequest::WriteTo(pugi::xml_node parameters) const {
 }
 
 void AddParameter(pugi::xml_node parameters, std::string_view name, std::string_view value) {
-  pugi::xml_node parameter = parameters.append_child("Parameter");
-  parameter.append_attribute("name") = std::string(name).c_str();
-  parameter.append_attribute("value") = std::string(value).c_str();
+  pugi::xml_node parameter = AddElement(parameters, "Parameter");
+  AddAttribute(parameter, "name", std::string(name).c_str());
+  AddAttribute(parameter, "value", std::string(value).c_str());
 }
 
 void AddListParameter(pugi::xml_node parameters, std::string_view name,
                       const std::vector<std::string>& values) {
-  pugi::xml_node parameter = parameters.append_child("Parameter");
-  parameter.append_attribute("name") = std::string(name).c_str();
-  pugi::xml_node list = parameter.append_child("ListValue");
+  pugi::xml_node parameter = AddElement(parameters, "Parameter");
+  AddAttribute(parameter, "name", std::string(name).c_str());
+  pugi::xml_node list = AddElement(parameter, "ListValue");
   for (const std::string& value : values) {
-    list.append_child("Value").append_attribute("value") = value.c_str();
+    AddAttribute(AddElement(list, "Value"), "value", value.c_str());
   }
 }
 

@@ -138,6 +138,23 @@ pugi::xml_node AddElementTo(pugi::xml_node parent, const char* name) {
   return element;
 }
 
+/// A document of the host's, which gets it back also where memory runs out.
+class Taken {
+ public:
+  explicit Taken(HBXML* document) : document(document) {}
+  Taken(const Taken&) = delete;
+  Taken& operator=(const Taken&) = delete;
+  ~Taken() {
+    std::int32_t ignored = 0;  // a host that cannot take it has no bearing on what was read
+    if (!HB_HAS(document, HBXMLTable, release)) return;
+    static_cast<void>(
+        AskHost(&ignored, [&] { return document->table->release(document, &ignored); }));
+  }
+
+ private:
+  HBXML* document;
+};
+
 class DepthCheck final : public pugi::xml_tree_walker {
  public:
   bool for_each(pugi::xml_node& node) override {
@@ -169,6 +186,7 @@ void XMLDocument::Tree::Read() {
   // As a fragment the parser keeps texts that stand outside of the root.
   const pugi::xml_parse_result result = document.load_buffer(
       text.data(), text.size(), pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
+  CheckMemory(result.status != pugi::status_out_of_memory);
   if (!result) return Refuse(static_cast<std::size_t>(result.offset), result.description());
   if (!document.document_element()) return Refuse(text.size(), "No document element found");
   for (const pugi::xml_node node : document.children()) {
@@ -260,6 +278,7 @@ XMLDocument::XMLDocument(HBXML* document) : XMLDocument() {
     tree->problem = "there is no document";
     return;
   }
+  const Taken taken(document);
   const char* text = nullptr;
   std::size_t length = 0;
   std::int32_t err = 0;
@@ -271,10 +290,6 @@ XMLDocument::XMLDocument(HBXML* document) : XMLDocument() {
   } else {
     tree->text.assign(text, length);
     tree->Read();
-  }
-  // A host that cannot take its document back has no bearing on what was read.
-  if (HB_HAS(document, HBXMLTable, release)) {
-    static_cast<void>(AskHost(&err, [&] { return document->table->release(document, &err); }));
   }
 }
 

@@ -58,4 +58,19 @@ TEST(DataTextTest, PackedTextsAreWholeOrRefused) {
   EXPECT_THROW(TextOf(damaged), InputError);
 }
 
+// A frame of zstd (RFC 8878): magic number, no options, the window, one raw block that is the last.
+TEST(DataTextTest, LongWindowIsNoDamage) {
+  const auto frame = [](int windowLog) {
+    const auto window = static_cast<char>((windowLog - 10) << 3);
+    return std::string("\x28\xB5\x2F\xFD\x00", 5) + window + std::string("\x09\0\0a", 4);
+  };
+  EXPECT_EQ(TextOf(frame(27)), "a");
+  try {
+    TextOf(frame(31));
+    FAIL();
+  } catch (const InputError& error) {
+    EXPECT_THAT(error.what(), testing::HasSubstr("zstd -dc --long=31"));
+  }
+}
+
 }  // namespace
