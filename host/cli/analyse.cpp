@@ -112,9 +112,7 @@ int Analyse(const AnalyseOptions& options) {
   auto text = execution.Run(parameters);
   if (!text) return execution.ExitCode();
 
-  if (!options.out.empty()) {
-    execution.PublishResult(options.out, [&](const TextSink& sink) { sink(*text); });
-  }
+  if (!options.out.empty()) Publish(options.out, *text);
   ResultDocument document = ReadResultDocument(*std::move(text), "the result document");
   NameCases(document, [&](double identifier) { return execution.CaseText(identifier); });
   Adjust(document, options.adjust);
@@ -127,7 +125,7 @@ int Analyse(const AnalyseOptions& options) {
     document.trace = MakeTrace(options.execution.dataPath, document, facts.fields);
   }
   for (const ReportRequest& report : reports) {
-    execution.PublishResult(report.path, [&](const TextSink& sink) {
+    Publish(report.path, [&](const TextSink& sink) {
       report.renderer->render(document, StyleFor(report.path, options.choices), sink);
     });
   }

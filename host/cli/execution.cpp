@@ -126,15 +126,6 @@ const PreparedData* Execution::Records() const {
   return state->run ? &state->run->Records() : nullptr;
 }
 
-void Execution::PublishResult(const std::string& path, const TextWriter& write) {
-  if (path == "-") {
-    Publish(path, write);
-    return;
-  }
-  const InterruptWatch::Cancelling unharmed(state->watch, [] {});
-  Publish(path, write);
-}
-
 void AddExecutionOptions(CLI::App& command, ExecutionOptions& options) {
   AddReadingOptions(command, options.reading);
   command

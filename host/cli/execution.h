@@ -59,8 +59,6 @@ class Execution {
   /// The records that the component got; null before the run.
   [[nodiscard]] const PreparedData* Records() const;
   [[nodiscard]] int ExitCode() const { return exitCode; }
-  /// Publishes a text; Ctrl-C can't leave half a file behind.
-  void PublishResult(const std::string& path, const TextWriter& write);
 
  private:
   struct State;

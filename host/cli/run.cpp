@@ -77,7 +77,7 @@ int Run(const RunOptions& options) {
   execution.ReadData(model);
   execution.FindModel(model);
   if (const auto document = execution.Run(parameters)) {
-    execution.PublishResult(options.out, [&](const TextSink& sink) { sink(*document); });
+    Publish(options.out, *document);
   } else if (execution.ExitCode() == kExitRefused) {
     NameUnknownFields(parameters, parametersXml, execution.Reader().Names());
   }

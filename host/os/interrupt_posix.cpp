@@ -1,4 +1,5 @@
-// The signal only writes a byte to a pipe; a thread of its own reads it and calls the function.
+// The signal writes a byte to a pipe; a thread of its own reads it and calls the function. A second
+// signal waits for no thread.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -14,17 +15,24 @@
 #include <utility>
 
 #include "host/os/interrupt.h"
+#include "host/os/replace_file.h"
 
 namespace npar_host {
 namespace {
 
 // Where the signal handler writes; a handler may touch little else.
 std::atomic<int> signalPipe = -1;
+std::atomic<bool> hasCome = false;
 
-extern "C" void OnInterrupt(int) {
+extern "C" void OnInterrupt(int signal) {
+  if (hasCome.exchange(true)) {
+    AbandonTemporaryFile();
+    std::signal(signal, SIG_DFL);
+    raise(signal);  // it comes as the handler returns
+    return;
+  }
   const int saved = errno;
   const char byte = 'i';
-  // A full pipe holds an interrupt already.
   static_cast<void>(!write(signalPipe, &byte, 1));
   errno = saved;
 }
@@ -48,6 +56,7 @@ struct InterruptWatch::State {
       if (!cancel) {
         if (isatty(STDERR_FILENO) == 1) std::fputs("\n", stderr);  // behind a progress bar
         std::fputs("npar: cancelled\n", stderr);
+        AbandonTemporaryFile();
         std::_Exit(kInterruptedExitCode);
       }
       cancel();
@@ -71,9 +80,10 @@ InterruptWatch::InterruptWatch() : state(std::make_unique<State>()) {
     close(state->pipe[1]);
     throw std::system_error(error.code(), kRefused);
   }
+  hasCome = false;
   struct sigaction action {};
   action.sa_handler = OnInterrupt;
-  action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
+  action.sa_flags = SA_RESTART;
   sigaction(SIGINT, &action, nullptr);
 }
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "host/os/interrupt.h"
+#include "host/os/replace_file.h"
 
 namespace npar_host {
 namespace {
@@ -24,6 +25,7 @@ BOOL WINAPI OnInterrupt(DWORD event) {
   const std::lock_guard lock(mutex);
   if (!cancel) {
     std::fputs("npar: cancelled\n", stderr);
+    AbandonTemporaryFile();
     std::_Exit(kInterruptedExitCode);
   }
   cancel();

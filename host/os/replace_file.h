@@ -18,5 +18,9 @@ using PieceWriter = std::function<void(const std::function<void(std::string_view
 /// temporary file in the same folder and renamed. A signal that ends the process leaves no
 /// temporary file. One at a time in a process.
 [[nodiscard]] int ReplaceFile(const std::filesystem::path& target, const PieceWriter& writer);
+/// For who ends the process next, on any thread, in a signal's handler too: removes the temporary
+/// file, and no other is made. Where the system lets nobody remove an open file, it waits until the
+/// file has its name.
+void AbandonTemporaryFile() noexcept;
 
 }  // namespace npar_host

@@ -1,6 +1,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <fstream>
+#include <mutex>
 #include <system_error>
 
 #include "host/os/replace_file.h"
@@ -9,6 +10,8 @@ namespace npar_host {
 namespace {
 
 constexpr int kNoReason = EIO;
+
+std::mutex replacing;  // held while a temporary file stands
 
 int Failure() { return errno != 0 ? errno : kNoReason; }
 
@@ -34,6 +37,7 @@ int WriteInPlace(const std::filesystem::path& path, const PieceWriter& writer) {
 }
 
 int ReplaceFile(const std::filesystem::path& target, const PieceWriter& writer) {
+  const std::lock_guard lock(replacing);
   std::filesystem::path temporary = target;
   temporary += ".npar-part";
   int error = WriteInPlace(temporary, writer);
@@ -45,5 +49,7 @@ int ReplaceFile(const std::filesystem::path& target, const PieceWriter& writer) 
   if (error != 0) std::filesystem::remove(temporary, failure);
   return error;
 }
+
+void AbandonTemporaryFile() noexcept { replacing.lock(); }
 
 }  // namespace npar_host

@@ -1,7 +1,9 @@
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -55,12 +57,30 @@ mode_t WantedMode(const std::filesystem::path& target) {
   return 0666 & ~mask;
 }
 
-// The temporary file that a signal's handler removes.
 char temporaryPath[PATH_MAX];
+// Held while the temporary file is made, and for good by who ends the process: no file comes behind
+// its removal.
+std::atomic_flag isHeld;
+
+// On a thread that blocks signals, whose handler would wait for what the thread itself holds. All
+// of it may be called by a handler.
+void Hold() noexcept {
+  while (isHeld.test_and_set()) poll(nullptr, 0, 1);
+}
+
+// Blocks signals on this thread; answers which were blocked.
+sigset_t BlockSignals() noexcept {
+  sigset_t all;
+  sigset_t former;
+  sigfillset(&all);
+  pthread_sigmask(SIG_BLOCK, &all, &former);
+  return former;
+}
 
 extern "C" void RemoveAndEnd(int signal) {
-  unlink(temporaryPath);
-  raise(signal);  // the handler is gone by now
+  AbandonTemporaryFile();
+  std::signal(signal, SIG_DFL);
+  raise(signal);  // it comes as the handler returns
 }
 
 /// A new file in a folder, which goes with the object, or with the process where a signal ends it,
@@ -73,10 +93,15 @@ class TemporaryFile {
       errno = ENAMETOOLONG;
       return;
     }
+    const sigset_t former = BlockSignals();
+    Hold();
     std::memcpy(temporaryPath, pattern.c_str(), pattern.size() + 1);
-    // A signal between the two finds the pattern, a name of no file.
     Handle(RemoveAndEnd);
     descriptor = mkostemp(temporaryPath, O_CLOEXEC);
+    const int error = errno;
+    isHeld.clear();
+    pthread_sigmask(SIG_SETMASK, &former, nullptr);
+    errno = error;
   }
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -94,15 +119,16 @@ class TemporaryFile {
   }
 
  private:
-  // Signals that would end the process; those that somebody else handles or ignores stay so.
+  // Signals that others send to end the process, or that its timers and limits do; those that
+  // somebody else handles or ignores stay so.
   void Handle(void (*handler)(int)) const {
     const auto other = handler == SIG_DFL ? RemoveAndEnd : SIG_DFL;
-    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU, SIGXFSZ}) {
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2, SIGALRM, SIGVTALRM,
+                             SIGPROF, SIGXCPU, SIGXFSZ}) {
       struct sigaction action {};
       if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler != other) continue;
       action = {};
       action.sa_handler = handler;
-      action.sa_flags = handler == SIG_DFL ? 0 : static_cast<int>(SA_RESETHAND);
       sigaction(signal, &action, nullptr);
     }
   }
@@ -112,6 +138,12 @@ class TemporaryFile {
 };
 
 }  // namespace
+
+void AbandonTemporaryFile() noexcept {
+  static_cast<void>(BlockSignals());
+  Hold();
+  unlink(temporaryPath);
+}
 
 int WriteStandardOutput(const PieceWriter& writer) { return WriteAll(STDOUT_FILENO, writer); }
 

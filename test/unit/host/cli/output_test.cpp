@@ -3,10 +3,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <optional>
+#include <vector>
 
+#include "host/os/interrupt.h"
 #include "support/process.h"
 
 namespace npar_host {
@@ -70,6 +75,35 @@ TEST_F(OutputTest, FailuresNameFileAndReason) {
   saysWhy(Path("absent/r.xml"), "No such file");
   saysWhy(temporary.Path("."), "Is a directory");
   EXPECT_THAT(temporary.Names(), testing::IsEmpty());
+}
+
+// The process gets the signals in the middle of a text, and waits for its end there.
+void PublishAndGet(const std::vector<int>& signals, bool isWatched, bool isCancelled,
+                   const fs::path& path) {
+  std::optional<InterruptWatch> watch;
+  std::optional<InterruptWatch::Cancelling> cancelling;
+  if (isWatched) watch.emplace();
+  if (isCancelled) cancelling.emplace(*watch, [] {});
+  Publish(path, TextWriter([&](const TextSink& sink) {
+            sink("half");
+            for (const int signal : signals) kill(getpid(), signal);
+            for (;;) pause();
+          }));
+}
+
+TEST_F(OutputTest, SignalsThatEndTheProcessLeaveNothingBeside) {
+  const fs::path file = Path("r.xml");
+  Publish(file, "old");
+  EXPECT_EXIT(PublishAndGet({SIGINT}, true, false, file),
+              testing::ExitedWithCode(kInterruptedExitCode), "npar: cancelled");
+  EXPECT_EXIT(PublishAndGet({SIGINT, SIGINT}, true, true, file), testing::KilledBySignal(SIGINT),
+              "");
+  for (const int signal : {SIGTERM, SIGUSR1, SIGALRM}) {
+    EXPECT_EXIT(PublishAndGet({signal}, true, false, file), testing::KilledBySignal(signal), "");
+    EXPECT_EXIT(PublishAndGet({signal}, false, false, file), testing::KilledBySignal(signal), "");
+  }
+  EXPECT_EQ(FileContent(file), "old");
+  EXPECT_THAT(temporary.Names(), testing::ElementsAre("r.xml"));
 }
 
 }  // namespace
