@@ -12,26 +12,37 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Twice as large as it stands in a page, as print wants it.
-ProgramOutcome ConvertToPng(const fs::path& svg) {
+constexpr int kZoom = 2;            // as large as print wants it
+constexpr int kMostPixels = 32767;  // of a side, in the library that the converter draws with
+
+// Writes a PNG beside the SVG. False where there is no converter.
+bool ConvertToPng(const fs::path& svg) {
+  std::string image;
+  const ProgramOutcome outcome = RunProgram(
+      {"rsvg-convert", "--zoom=" + std::to_string(kZoom), "-b", "white", Utf8Name(svg)}, image);
+  if (outcome == ProgramOutcome::NotFound) return false;
+  if (outcome == ProgramOutcome::Failed) {
+    throw OutputError("rsvg-convert could not turn " + Utf8Name(svg) + " into PNG");
+  }
   fs::path png = svg;
   png.replace_extension(".png");
-  return RunProgram(
-      {"rsvg-convert", "--zoom=2", "-b", "white", "-o" + Utf8Name(png), Utf8Name(svg)});
+  Publish(Utf8Name(png), image);
+  return true;
 }
 
 }  // namespace
 
 void WritePlots(const std::string& folder, const ResultDocument& document) {
   MakeFolder(folder);
-  ProgramOutcome last = ProgramOutcome::Done;
+  bool isConverter = true;
   for (const PlotFile& file : PlotFiles(document)) {
     const fs::path path = Utf8Path(folder) / Utf8Path(file.name);
     Publish(Utf8Name(path), file.svg);
-    if (last == ProgramOutcome::NotFound) continue;
-    last = ConvertToPng(path);
-    if (last == ProgramOutcome::Failed) {
-      throw OutputError("rsvg-convert could not turn " + Utf8Name(path) + " into PNG");
+    if (!isConverter) continue;
+    if (kZoom * file.longestSide <= kMostPixels) {
+      isConverter = ConvertToPng(path);
+    } else {
+      Tell("npar: " + Utf8Name(path) + " is too large to be written as PNG too");
     }
   }
 }

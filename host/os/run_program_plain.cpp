@@ -2,6 +2,8 @@
 
 namespace npar_host {
 
-ProgramOutcome RunProgram(std::vector<std::string> /*words*/) { return ProgramOutcome::NotFound; }
+ProgramOutcome RunProgram(std::vector<std::string> /*words*/, std::string& /*output*/) {
+  return ProgramOutcome::NotFound;
+}
 
 }  // namespace npar_host

@@ -426,17 +426,27 @@ TEST_F(CommandLineTest, PlotsArePngTooWhereAConverterIs) {
   const std::string plot = folder.Path("plots/1-sign-drug1-drug2-1");
   EXPECT_EQ(RunShell("PATH=/nowhere " + program).exitCode, 0);
   EXPECT_EQ(FileContent(plot + ".png"), "");
-  // A converter that writes down what it is asked for.
-  folder.Write("rsvg-convert",
-               "#!/bin/sh\nfor word; do case $word in -o*) out=${word#-o};; esac; done\n"
-               "echo \"$@\" >\"$out\"\n");
+  // A converter that writes what it is asked for.
+  folder.Write("rsvg-convert", "#!/bin/sh\necho \"$@\"\n");
   const ProcessResult run = RunShell("chmod +x " + folder.Path("rsvg-convert") +
                                      "; PATH=" + folder.Path("") + ":$PATH " + program);
   EXPECT_EQ(run.exitCode, 0) << run.out;
   EXPECT_THAT(FileContent(plot + ".png"), AllOf(StartsWith("--zoom=2"), HasSubstr(plot + ".svg")));
-  folder.Write("rsvg-convert", "#!/bin/sh\nexit 1\n");
+  folder.Write("rsvg-convert", "#!/bin/sh\necho half an image\nexit 1\n");
   EXPECT_THAT(RunShell("PATH=" + folder.Path("") + ":$PATH " + program).out,
               HasSubstr("rsvg-convert could not turn " + plot + ".svg into PNG"));
+  EXPECT_THAT(FileContent(plot + ".png"), StartsWith("--zoom=2")) << "the old image stays";
+
+  std::string groups = "x,g\n";
+  for (int i = 0; i < 2400; ++i) {
+    groups += std::to_string(i * 7 % 1000) + ",g" + std::to_string(i / 2) + "\n";
+  }
+  const ProcessResult high =
+      RunShell("PATH=" + folder.Path("") + ":$PATH " NPAR_BUILD_DIR "/bin/npar analyse " +
+               folder.Write("groups.csv", groups) +
+               " --independent x --by g --test kruskal-wallis --plots " + folder.Path("high"));
+  EXPECT_EQ(high.exitCode, 0);
+  EXPECT_THAT(high.out, HasSubstr("-1.svg is too large to be written as PNG too"));
 }
 
 struct BadInput {

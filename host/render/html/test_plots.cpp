@@ -1,5 +1,6 @@
 #include "host/render/html/test_plots.h"
 
+#include <algorithm>
 #include <cctype>
 #include <map>
 #include <optional>
@@ -130,7 +131,8 @@ std::vector<PlotFile> PlotFiles(const ResultDocument& document) {
                              FileWord(TestedFields(document, test));
     std::size_t number = 1;
     for (const Plot& plot : TestPlots(document, test, "")) {
-      files.push_back({name + "-" + std::to_string(number++) + ".svg", Svg(plot, style)});
+      files.push_back({name + "-" + std::to_string(number++) + ".svg", Svg(plot, style),
+                       std::max(plot.width, plot.height)});
     }
   }
   return files;

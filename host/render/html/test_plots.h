@@ -16,6 +16,7 @@ namespace npar_host {
 struct PlotFile {
   std::string name;  // "1-mann-whitney-len-by-supp-2.svg"
   std::string svg;
+  double longestSide;  // pixels
 };
 
 /// All plots of the tests as SVG, in light colours, without what it takes a browser to read.
