@@ -101,8 +101,10 @@ class CategoryCheck {
     const std::vector<NamedCategory> named = test.NamedCategories();
     if (fields.empty() || named.empty()) return;
     std::vector<std::string> categories;
+    categories.reserve(named.size());
     for (const auto& [option, category] : named) categories.push_back(category);
     std::vector<Meeting> meetings;
+    meetings.reserve(fields.size());
     for (const std::string& field : fields) {
       meetings.push_back(Meet(field, contentOf(field), categories));
     }
