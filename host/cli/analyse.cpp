@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <set>
 
 #include "host/analysis/request_facts.h"
 #include "host/cli/analyse_options.h"
@@ -59,23 +60,20 @@ void KeepData(const std::string& folder, const Dataset& data) {
   Publish(Utf8Name(Utf8Path(folder) / kKeptData), WriteCsv(data));
 }
 
-std::vector<std::string> OutputFiles(const AnalyseOptions& options,
-                                     const std::vector<ReportRequest>& reports) {
-  std::vector<std::string> files = {options.out};
-  for (const ReportRequest& report : reports) files.push_back(report.path);
-  if (!options.keepDocuments.empty()) {
-    for (const char* name : {kKeptParameters, kKeptModel, kKeptData}) {
-      files.push_back(Utf8Name(Utf8Path(options.keepDocuments) / name));
-    }
-  }
-  return files;
-}
-
 std::vector<ReportRequest> Reports(const AnalyseOptions& options) {
   std::vector<ReportRequest> reports;
   for (const std::string& report : options.reports) reports.push_back(ParseReportRequest(report));
   if (reports.empty() && options.out != "-") reports.push_back(ParseReportRequest("text"));
   return reports;
+}
+
+void AddOutputs(const AnalyseOptions& options, std::vector<std::string>& files) {
+  if (!options.out.empty()) files.push_back(options.out);
+  for (const ReportRequest& report : Reports(options)) files.push_back(report.path);
+  if (options.keepDocuments.empty()) return;
+  for (const char* name : {kKeptParameters, kKeptModel, kKeptData}) {
+    files.push_back(Utf8Name(Utf8Path(options.keepDocuments) / name));
+  }
 }
 
 int ExitCodeOf(const ResultDocument& document) {
@@ -93,10 +91,7 @@ RequestFacts InferFields(const Execution& execution, AnalysisCells& analysis) {
   return FindRequestFacts(analysis.request, inference);
 }
 
-int Analyse(const AnalyseOptions& options) {
-  const std::vector<ReportRequest> reports = Reports(options);
-  CheckOutputs(OutputFiles(options, reports), {options.execution.dataPath});
-
+int Analyse(const AnalyseOptions& options, PlotWriter& plots) {
   Execution execution(options.execution);
   AnalysisCells analysis = ReadAnalysisCells(options, execution);
   RequestFacts facts = InferFields(execution, analysis);
@@ -124,50 +119,84 @@ int Analyse(const AnalyseOptions& options) {
   if (!options.noTrace) {
     document.trace = MakeTrace(options.execution.dataPath, document, facts.fields);
   }
-  for (const ReportRequest& report : reports) {
+  for (const ReportRequest& report : Reports(options)) {
     Publish(report.path, [&](const TextSink& sink) {
       report.renderer->render(document, StyleFor(report.path, options.choices), sink);
     });
   }
-  if (!options.plots.empty()) WritePlots(options.plots, document);
+  if (!options.plots.empty()) plots.Write(options.plots, document);
   return ExitCodeOf(document);
 }
 
+// What the files of each group field's analysis are called by, in words for file names. Names that
+// are such words stay; others that would be the same get a number.
+std::vector<std::string> FileWords(const std::vector<std::string>& groups) {
+  std::vector<std::string> words;
+  std::set<std::string> taken;
+  for (const std::string& group : groups) {
+    std::string& word = words.emplace_back(Unescape(group));
+    if (word.find('/') == std::string::npos) taken.insert(word);
+  }
+  for (std::string& word : words) {
+    if (word.find('/') == std::string::npos) continue;
+    std::ranges::replace(word, '/', '_');
+    const std::string plain = word;
+    for (int number = 2; !taken.insert(word).second; ++number) {
+      word = plain + "_" + std::to_string(number);
+    }
+  }
+  return words;
+}
+
 // "out.sex.xml": where each of several analyses writes.
-std::string PathOf(const std::string& path, const std::string& group) {
+std::string PathOf(const std::string& path, const std::string& word) {
   if (path.empty() || path == "-") return path;
-  std::string name = Unescape(group);
-  std::ranges::replace(name, '/', '_');
   const std::filesystem::path whole = Utf8Path(path);
-  return Utf8Name(whole.parent_path() / whole.stem()) + "." + name + Utf8Name(whole.extension());
+  return Utf8Name(whole.parent_path() / whole.stem()) + "." + word + Utf8Name(whole.extension());
 }
 
 AnalyseOptions OptionsFor(const AnalyseOptions& options, const std::string& group,
-                          bool isOneOfSeveral) {
+                          const std::string& word) {
   AnalyseOptions one = options;
   one.group = group;
-  if (!isOneOfSeveral) return one;
-  one.out = PathOf(options.out, group);
-  one.keepDocuments = PathOf(options.keepDocuments, group);
+  one.out = PathOf(options.out, word);
+  one.keepDocuments = PathOf(options.keepDocuments, word);
   for (std::string& report : one.reports) {
     const std::size_t sign = report.find('=');
     if (sign == std::string::npos) continue;
-    report = report.substr(0, sign + 1) + PathOf(report.substr(sign + 1), group);
+    report = report.substr(0, sign + 1) + PathOf(report.substr(sign + 1), word);
   }
   return one;
 }
 
-// One analysis for each group field.
-int AnalyseAll(const AnalyseOptions& options) {
+// An analysis for each group field.
+std::vector<AnalyseOptions> AnalysesOf(const AnalyseOptions& options) {
   const std::vector<std::string> groups = FieldItems(options.groups);
-  if (groups.size() < 2)
-    return Analyse(OptionsFor(options, groups.empty() ? "" : groups[0], false));
+  std::vector<AnalyseOptions> analyses;
+  if (groups.size() < 2) {
+    analyses.push_back(options);
+    if (!groups.empty()) analyses.back().group = groups.front();
+    return analyses;
+  }
   if (options.execution.dataPath == "-") {
     throw UsageError("several --by read the data once for each: give a file instead of -");
   }
+  const std::vector<std::string> words = FileWords(groups);
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    analyses.push_back(OptionsFor(options, groups[i], words[i]));
+  }
+  return analyses;
+}
+
+int AnalyseAll(const AnalyseOptions& options) {
+  const std::vector<AnalyseOptions> analyses = AnalysesOf(options);
+  CallFiles files{{options.execution.dataPath}, {}};
+  for (const AnalyseOptions& one : analyses) AddOutputs(one, files.written);
+  CheckOutputs(files);
+  PlotWriter plots(files);
   int worst = kExitSuccess;
-  for (const std::string& group : groups) {
-    const int code = Analyse(OptionsFor(options, group, true));
+  for (const AnalyseOptions& one : analyses) {
+    const int code = Analyse(one, plots);
     if (code == kExitCancelled) return code;
     if (worst == kExitSuccess) worst = code;
   }

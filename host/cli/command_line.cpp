@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <exception>
 #include <new>
+#include <set>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -81,6 +82,19 @@ std::string Problem(const CLI::ParseError& error, const CLI::App& app,
   return problem;
 }
 
+// What a script's unset variable leaves of a name is no file, nor the wish for none.
+void RefuseEmptyNames(CLI::App& app) {
+  const std::set<std::string> named = {"FILE", "DIR", "libnpar.so"};
+  for (CLI::App* command : app.get_subcommands({})) {
+    for (CLI::Option* option : command->get_options()) {
+      if (!named.contains(option->get_type_name())) continue;
+      option->check([](const std::string& name) -> std::string {
+        return name.empty() ? "the name of the file or folder is empty" : "";
+      });
+    }
+  }
+}
+
 }  // namespace
 
 int RunCommandLine(int argc, char** argv) {
@@ -102,6 +116,7 @@ int RunCommandLine(int argc, char** argv) {
   AddTestsCommand(app);
   AddInfoCommand(app);
   AddCompletionCommand(app);
+  RefuseEmptyNames(app);
   try {
     app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
     return exitCode;

@@ -1,12 +1,14 @@
 #include "host/cli/output.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <map>
 #include <set>
 #include <system_error>
 
+#include "host/cli/destination.h"
 #include "host/os/replace_file.h"
 #include "host/os/utf8_path.h"
 #include "host/render/text_layout.h"
@@ -19,19 +21,6 @@ namespace {
                     std::strerror(error));
 }
 
-// The file that a path names, links followed, whether it exists or not; empty for "-" and what is
-// no plain file.
-std::filesystem::path PlainFile(const std::string& path) {
-  std::error_code failure;
-  const std::filesystem::path given = Utf8Path(path);
-  const auto kind = std::filesystem::status(given, failure).type();
-  const bool isPlain =
-      kind == std::filesystem::file_type::regular || kind == std::filesystem::file_type::not_found;
-  if (path == "-" || path.empty() || !isPlain) return {};
-  const auto target = std::filesystem::weakly_canonical(std::filesystem::absolute(given), failure);
-  return failure ? given : target;
-}
-
 }  // namespace
 
 void Publish(const std::string& path, std::string_view text) {
@@ -39,23 +28,20 @@ void Publish(const std::string& path, std::string_view text) {
 }
 
 void Publish(const std::string& path, const TextWriter& writer) {
-  if (path == "-") {
-    if (const int error = WriteStandardOutput(writer)) Fail(path, error);
-    return;
+  const Destination to = DestinationOf(path);
+  int error = 0;
+  std::string name = path;
+  if (to.way == Way::Descriptor) {
+    error = WriteDescriptor(to.descriptor, writer);
+  } else if (to.way == Way::InPlace) {
+    error = WriteInPlace(Utf8Path(path), writer);
+  } else if (std::error_code failure; std::filesystem::is_directory(to.file, failure)) {
+    error = EISDIR;
+  } else {
+    error = ReplaceFile(to.file, writer);
+    name = Utf8Name(to.file);
   }
-  std::error_code failure;
-  const std::filesystem::path given = Utf8Path(path);
-  const auto kind = std::filesystem::status(given, failure).type();
-  if (kind == std::filesystem::file_type::directory) Fail(path, EISDIR);
-  if (kind != std::filesystem::file_type::regular &&
-      kind != std::filesystem::file_type::not_found) {
-    if (const int error = WriteInPlace(given, writer)) Fail(path, error);
-    return;
-  }
-  // A link keeps pointing to where it points: the file behind it is replaced.
-  auto target = std::filesystem::weakly_canonical(given, failure);
-  if (failure) target = given;
-  if (const int error = ReplaceFile(target, writer)) Fail(Utf8Name(target), error);
+  if (error != 0) Fail(name, error);
 }
 
 void MakeFolder(const std::string& folder) {
@@ -70,15 +56,20 @@ void Tell(std::string_view text) {
   std::fprintf(stderr, "%s%s\n", shown.c_str(), text.size() > kLongest ? "..." : "");
 }
 
-void CheckOutputs(const std::vector<std::string>& written, const std::vector<std::string>& read) {
-  std::set<std::filesystem::path> taken;
-  for (const std::string& path : read) taken.insert(PlainFile(path));
-  for (const std::string& path : written) {
-    const std::filesystem::path file = PlainFile(path);
-    if (file.empty() || taken.insert(file).second) continue;
-    const bool isRead = std::ranges::any_of(
-        read, [&](const std::string& input) { return PlainFile(input) == file; });
-    throw OutputError("cannot write " + path + ": " +
+void CheckOutputs(const CallFiles& files) {
+  std::set<std::filesystem::path> read;
+  for (const std::string& path : files.read) read.insert(SourceFile(path));
+  std::map<std::filesystem::path, Way> ways;
+  for (const std::string& path : files.written) {
+    const auto [way, descriptor, file] = DestinationOf(path);
+    if (file.empty()) continue;
+    const auto [known, isNew] = ways.emplace(file, way);
+    // Texts that are written through follow each other.
+    const bool isTwice = !isNew && (way == Way::Replace || known->second == Way::Replace);
+    const bool isRead = read.contains(file);
+    if (!isRead && !isTwice) continue;
+    throw OutputError("cannot write " +
+                      (path == "-" ? "standard output, " + Utf8Name(file) : path) + ": " +
                       (isRead ? "it is read in the same call" : "it is written twice") +
                       "; give each file a name of its own");
   }

@@ -32,10 +32,23 @@ bool ConvertToPng(const fs::path& svg) {
 
 }  // namespace
 
-void WritePlots(const std::string& folder, const ResultDocument& document) {
+void PlotWriter::Write(const std::string& folder, const ResultDocument& document) {
+  std::vector<PlotFile> plots = PlotFiles(document);
+  CallFiles all = files;
+  for (PlotFile& file : plots) {
+    // Other documents may have tests and fields that are called the same in file names.
+    const std::string stem = file.name.substr(0, file.name.rfind('.'));
+    for (int number = 2; !names.insert(file.name).second; ++number) {
+      file.name = stem + "-" + std::to_string(number) + ".svg";
+    }
+    fs::path path = Utf8Path(folder) / Utf8Path(file.name);
+    all.written.push_back(Utf8Name(path));
+    all.written.push_back(Utf8Name(path.replace_extension(".png")));
+  }
+  CheckOutputs(all);
   MakeFolder(folder);
   bool isConverter = true;
-  for (const PlotFile& file : PlotFiles(document)) {
+  for (const PlotFile& file : plots) {
     const fs::path path = Utf8Path(folder) / Utf8Path(file.name);
     Publish(Utf8Name(path), file.svg);
     if (!isConverter) continue;

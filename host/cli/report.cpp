@@ -46,14 +46,15 @@ void AddReportCommand(CLI::App& program) {
   command->footer(kExamples);
   command->callback([options] {
     const Renderer& renderer = RequireRenderer(options->form);
-    CheckOutputs({options->out}, {options->result});
+    const CallFiles files{{options->result}, {options->out}};
+    CheckOutputs(files);
     NamedText result = ReadDocument(options->result);
     ResultDocument document = ReadResultDocument(std::move(result.text), result.name);
     Adjust(document, options->adjust);
     Publish(options->out, [&](const TextSink& sink) {
       renderer.render(document, StyleFor(options->out, options->choices), sink);
     });
-    if (!options->plots.empty()) WritePlots(options->plots, document);
+    if (!options->plots.empty()) PlotWriter(files).Write(options->plots, document);
   });
 }
 

@@ -65,7 +65,7 @@ void NameUnknownFields(const NamedText& parameters, const pugi::xml_document& xm
 }
 
 int Run(const RunOptions& options) {
-  CheckOutputs({options.out}, {options.parameters, options.model, options.execution.dataPath});
+  CheckOutputs({{options.parameters, options.model, options.execution.dataPath}, {options.out}});
   const NamedText parameters = ReadDocument(options.parameters);
   // The component would refuse it too, but does not know the file's name.
   pugi::xml_document parametersXml;

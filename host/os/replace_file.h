@@ -11,8 +11,9 @@ using PieceWriter = std::function<void(const std::function<void(std::string_view
 
 // Each answers 0 or an errno.
 
-[[nodiscard]] int WriteStandardOutput(const PieceWriter& writer);
-/// Writes to what is no plain file: a device, a pipe.
+/// Writes to what this process has open, behind what it has written there.
+[[nodiscard]] int WriteDescriptor(int descriptor, const PieceWriter& writer);
+/// Writes to what is no plain file (a device, a pipe), or open in another process.
 [[nodiscard]] int WriteInPlace(const std::filesystem::path& path, const PieceWriter& writer);
 /// Writes a file that holds either what it held before or the whole text: it is written to a
 /// temporary file in the same folder and renamed. A signal that ends the process leaves no

@@ -17,7 +17,9 @@ int Failure() { return errno != 0 ? errno : kNoReason; }
 
 }  // namespace
 
-int WriteStandardOutput(const PieceWriter& writer) {
+int WriteDescriptor(int descriptor, const PieceWriter& writer) {
+  constexpr int kStandardOutput = 1;
+  if (descriptor != kStandardOutput) return EBADF;
   errno = 0;
   bool isWritten = true;
   writer([&](std::string_view piece) {

@@ -145,10 +145,12 @@ void AbandonTemporaryFile() noexcept {
   unlink(temporaryPath);
 }
 
-int WriteStandardOutput(const PieceWriter& writer) { return WriteAll(STDOUT_FILENO, writer); }
+int WriteDescriptor(int descriptor, const PieceWriter& writer) {
+  return WriteAll(descriptor, writer);
+}
 
 int WriteInPlace(const std::filesystem::path& path, const PieceWriter& writer) {
-  const int descriptor = open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  const int descriptor = open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
   return descriptor < 0 ? errno : WriteAndClose(descriptor, writer);
 }
 

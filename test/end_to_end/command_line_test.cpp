@@ -35,6 +35,9 @@ ProcessResult RunNpar(std::vector<std::string> arguments, const std::string& inp
   return RunProcess(arguments, input);
 }
 
+// For calls from another folder.
+std::string AbsoluteProgram() { return std::filesystem::absolute(kProgram).string(); }
+
 std::string PairParameters(const std::string& second, const std::string& rest) {
   return R"(<Parameters><Parameter name="relatedVariables"><ListValue><Value value="drug1"/>
 <Value value=")" +
@@ -200,7 +203,8 @@ TEST_F(CommandLineTest, PlansKnowEveryCategoryAndWhatATestDoesWithItsRecords) {
   std::string cells = "x,g,h,n\n";
   for (int i = 0; i < kCategories; ++i) {
     const std::string number = std::to_string(i);
-    cells += number + ",g" + number + ",g" + number + "," + number + "\n";
+    for (const char* before : {"", ",g", ",g", ","}) cells.append(before).append(number);
+    cells += '\n';
   }
   const std::string many = folder.Write("many.csv", cells);
   const std::string few = folder.Write("few.csv", "d,e\nu,1.0\nv,b\nu,b\nw,1\nv,1\nu,b\n");
@@ -248,6 +252,24 @@ TEST_F(CommandLineTest, SeveralGroupFieldsMakeAnAnalysisEach) {
   EXPECT_EQ(run.exitCode, 0) << run.err;
   EXPECT_THAT(run.out, AllOf(HasSubstr("groups of Month"), HasSubstr("groups of Temp")));
   EXPECT_THAT(folder.Names(), ElementsAre("r.Month.xml", "r.Temp.xml"));
+}
+
+TEST_F(CommandLineTest, GroupFieldsOfOneFileNameHaveFilesOfTheirOwn) {
+  folder.Write("d.csv", "x,a/b,a_b\n1,1,2\n2,1,1\n3,2,2\n4,2,1\n5,1,2\n");
+  const ProcessResult run =
+      RunShell("cd " + folder.Path("") + " && PATH=/nowhere " + AbsoluteProgram() +
+               " analyse d.csv --independent x --by a/b,a_b --test kruskal-wallis --out r.xml "
+               "--report json=r.json --plots plots");
+  EXPECT_EQ(run.exitCode, 0) << run.out;
+  EXPECT_THAT(folder.Names(), ElementsAre("d.csv", "plots", "r.a_b.json", "r.a_b.xml",
+                                          "r.a_b_2.json", "r.a_b_2.xml"));
+  for (const auto& [file, field] : {std::pair("r.a_b.json", "a_b"), {"r.a_b_2.json", "a/b"}}) {
+    const auto report = nlohmann::json::parse(FileContent(folder.Path(file)));
+    EXPECT_EQ(report.at("fields").at(1).at("name"), field);
+  }
+  const std::string plot = folder.Path("plots/1-kruskal-wallis-x-by-a-b-1");
+  EXPECT_THAT(FileContent(plot + ".svg"), HasSubstr("<desc>1: median 2,"));
+  EXPECT_THAT(FileContent(plot + "-2.svg"), HasSubstr("<desc>1: median 3,"));
 }
 
 TEST_F(CommandLineTest, OutliersAreNamedByTheirCase) {
@@ -598,22 +620,65 @@ TEST_F(CommandLineTest, ClosedStandardDescriptorsAreNotTakenByFiles) {
 }
 
 TEST_F(CommandLineTest, NoFileIsWrittenTwiceOrOverWhatIsRead) {
-  const std::string data = folder.Write("d.csv", FileContent(kSleep));
-  const std::string same = folder.Path("same.x");
-  const std::vector<std::string> analysis = {"analyse", data, "--related", "drug1,drug2"};
-  const auto refusal = [&](std::vector<std::string> more) {
-    more.insert(more.begin(), analysis.begin(), analysis.end());
-    const ProcessResult run = RunNpar(more);
-    EXPECT_EQ(run.exitCode, 2);
-    return run.err;
+  const std::string data = "a,b,a.b\n1,2,1\n2,4,1\n3,5,2\n5,4,2\n";
+  const std::string params = PairParameters("drug2", kSignTest);
+  folder.Write("d.csv", data);
+  folder.Write("p.xml", params);
+  folder.Write("f", "");
+  const std::string start = "cd " + folder.Path("") + " && ln -sf none.x link.x && ln -sf d.csv " +
+                            "1-sign-a-b-2.svg && PATH=/nowhere " + AbsoluteProgram() + " ";
+  const std::string analysis = "analyse d.csv --related a,b --test sign ";
+  const std::string read = "it is read in the same call";
+  const std::string written = "it is written twice";
+  const struct {
+    std::string call, says;
+    std::vector<std::string> leaves = {};
+  } rows[] = {
+      {analysis + "--out none.x --report json=./none.x", written},
+      {analysis + "--out none.x --report json=link.x", written},
+      {analysis + "--keep-documents . --out model.xml", written},
+      {analysis + "--out d.csv", read},
+      {analysis + ">> d.csv", read},
+      {analysis + "--out f > f", written},
+      {analysis + "--out ''", "--out: the name of the file or folder is empty"},
+      {"analyse - --related a,b --out d.csv < d.csv", read},
+      {"run --params - --data d.csv --out p.xml < p.xml", read},
+      {"report - --as html --out p.xml < p.xml", read},
+      {"analyse d.csv --independent a --by b,a.b --out r.x --report json=r.a.x", written},
+      {analysis + "--plots .", "1-sign-a-b-2.svg: " + read},
+      {analysis + "--plots . --out 1-sign-a-b-1.svg", written, {"1-sign-a-b-1.svg"}},
   };
-  EXPECT_THAT(refusal({"--out", same, "--report", "json=" + folder.Path("./same.x")}),
-              HasSubstr("it is written twice"));
-  EXPECT_THAT(refusal({"--keep-documents", folder.Path(""), "--out", folder.Path("model.xml")}),
-              HasSubstr("it is written twice"));
-  EXPECT_THAT(refusal({"--out", data}), HasSubstr("it is read in the same call"));
-  EXPECT_THAT(folder.Names(), ElementsAre("d.csv"));
-  EXPECT_EQ(FileContent(data), FileContent(kSleep));
+  for (const auto& row : rows) {
+    const ProcessResult run = RunShell(start + row.call);
+    EXPECT_EQ(run.exitCode, 2) << row.call;
+    EXPECT_THAT(run.out, HasSubstr(row.says)) << row.call;
+    EXPECT_EQ(FileContent(folder.Path("d.csv")), data) << row.call;
+    EXPECT_EQ(FileContent(folder.Path("p.xml")), params) << row.call;
+    std::vector<std::string> names = {"1-sign-a-b-2.svg", "d.csv", "f", "link.x", "p.xml"};
+    names.insert(names.begin(), row.leaves.begin(), row.leaves.end());
+    EXPECT_EQ(folder.Names(), names) << row.call;
+  }
+  EXPECT_THAT(FileContent(folder.Path("1-sign-a-b-1.svg")), HasSubstr("<StatXML"));
+}
+
+TEST_F(CommandLineTest, WhatIsOpenAlreadyIsWrittenBehindWhatItHolds) {
+  const std::string params = folder.Write("p.xml", PairParameters("drug2", kSignTest));
+  const std::string run = NPAR_BUILD_DIR "/bin/npar run --model-id 1 --data " +
+                          std::string(kSleep) + " --params " + params + " --out ";
+  const std::string document = RunShell(run + "-").out;
+  const std::string log = folder.Path("log");
+  const std::string open = "exec 7>>" + log + "; " + run;
+  for (const char* out :
+       {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1", "/dev/fd/7", "/proc/$$/fd/7"}) {
+    folder.Write("log", "old\n");
+    EXPECT_EQ(RunShell(open + std::string(out).append(" >&7")).exitCode, 0) << out;
+    EXPECT_EQ(FileContent(log), "old\n" + document) << out;
+  }
+  EXPECT_EQ(RunShell(NPAR_BUILD_DIR "/bin/npar analyse " + std::string(kSleep) +
+                     " --related drug1,drug2 --out /dev/stdout > " + log)
+                .exitCode,
+            0);
+  EXPECT_THAT(FileContent(log), AllOf(StartsWith("<?xml"), HasSubstr("\nNonparametric tests\n")));
 }
 
 TEST_F(CommandLineTest, MessagesAreWholeAndShortWhateverTheDataHold) {

@@ -56,6 +56,10 @@ TEST_F(OutputTest, LinkKeepsPointingAndPermissionsStay) {
   EXPECT_TRUE(fs::is_symlink(link));
   EXPECT_EQ(FileContent(file), "new");
   EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  fs::remove(file);
+  Publish(link, "newer");
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_EQ(FileContent(file), "newer");
 }
 
 TEST_F(OutputTest, NewFileHasTheUsualPermissions) {
