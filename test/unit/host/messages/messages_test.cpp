@@ -83,10 +83,11 @@ const FillCase kFills[] = {
     {"control characters reach a terminal", 220703, "a\x1b[1m\nb",
      "a field is not in the data: \"a [1m b\""},
     {"order of parameters", 220312, "-2.5|3",
-     "the Poisson distribution takes whole numbers from 0 on and a mean above 0, not the value "
+     "the Poisson distribution takes whole numbers from 0 on and a finite mean above 0, not the "
+     "value "
      "-2.5 (weight 3)"},
     {"part shown with one of two parameters", 220312, "-2.5",
-     "the Poisson distribution takes whole numbers from 0 on and a mean above 0"},
+     "the Poisson distribution takes whole numbers from 0 on and a finite mean above 0"},
     {"one part kept when the other falls", 220023, "a ,b",
      "categorical fields a ,b are left out by tests of continuous fields"},
     {"tests by the names that people ask for", 220023, "a|CochransQ ,Sign",
