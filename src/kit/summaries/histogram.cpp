@@ -7,11 +7,48 @@
 #include "foundation/names.h"
 #include "kit/records/record_batch.h"
 
+namespace {
+
+/// In which no sum of doubles and 64-bit weights overflows.
+constexpr double kSmallerUnit = 0x1p-128;
+
+}  // namespace
+
+void HistogramBin::AddWeighted(double x, double times) noexcept {
+  constexpr double kHuge = 0x1p900;
+  constexpr double kHalfOfDigits = 0x1.0000002p27;  // T. J. Dekker, Numer. Math. 18 (1971)
+  if (!(std::abs(x) < kHuge)) {
+    if (!std::isfinite(x)) return AddHuge(x * times);
+    if (unit == 1.0) Shrink();
+  }
+  // Halves of the digits, so that products are exact.
+  const double term = x * unit;
+  const double wide = term * kHalfOfDigits;
+  const double upper = wide - (wide - term);
+  AddTerm(upper * times);
+  AddTerm((term - upper) * times);
+}
+
+void HistogramBin::AddHuge(double term) noexcept {
+  if (!std::isfinite(term) || !std::isfinite(sum)) {
+    sum += term;
+    return;
+  }
+  Shrink();
+  AddTerm(term * kSmallerUnit);
+}
+
+void HistogramBin::Shrink() noexcept {
+  unit *= kSmallerUnit;
+  sum *= kSmallerUnit;
+  rest *= kSmallerUnit;
+}
+
 double HistogramBin::Mean() const noexcept {
   if (count == 0) return 0.0;
   const auto n = static_cast<double>(count);
   if (!std::isfinite(sum)) return sum / n;
-  return (DoubleDouble{origin} + DoubleDouble::Sum(sum, rest) / n).high;
+  return (DoubleDouble::Sum(sum, rest) / n).high / unit;
 }
 
 void Histogram::SetRange(double low, double high, std::uint64_t binCount) {

@@ -14,25 +14,14 @@ class HistogramBin {
  public:
   HistogramBin() = default;
   /// So many equal values.
-  HistogramBin(std::int64_t count, double value) noexcept : count(count), origin(value) {}
+  HistogramBin(std::int64_t count, double value) noexcept { Add(value, count); }
 
   void Add(double x, std::int64_t weight) noexcept {
-    if (count == 0 && sum == 0.0) origin = std::isfinite(x) ? x : 0.0;
     count += weight;
-    const DoubleDouble distance = DoubleDouble::Sum(x, -origin);
     if (weight == 1) {
-      AddDistance(distance.high, distance.low);
+      AddTerm(x * unit);
     } else if (weight != 0) {
-      // Half of the digits at a time, so that products are exact.
-      const auto times = static_cast<double>(weight);
-      const double wide = distance.high * 0x1.0000002p27;
-      if (!std::isfinite(wide)) {
-        sum += distance.high * times;
-        return;
-      }
-      const double upper = wide - (wide - distance.high);
-      AddDistance(upper * times, 0.0);
-      AddDistance((distance.high - upper) * times, distance.low * times);
+      AddWeighted(x, static_cast<double>(weight));
     }
   }
 
@@ -41,17 +30,25 @@ class HistogramBin {
   [[nodiscard]] double Mean() const noexcept;
 
  private:
-  void AddDistance(double high, double low) noexcept {
-    const DoubleDouble next = DoubleDouble::Sum(sum, high);
-    sum = next.high;
-    rest += next.low + low;
+  void AddTerm(double term) noexcept {
+    const DoubleDouble next = DoubleDouble::Sum(sum, term);
+    if (std::abs(next.high) <= std::numeric_limits<double>::max()) {
+      sum = next.high;
+      rest += next.low;
+    } else {
+      AddHuge(term);
+    }
   }
+  void AddWeighted(double x, double times) noexcept;
+  /// A term with which the sum is no number.
+  void AddHuge(double term) noexcept;
+  /// To smaller units.
+  void Shrink() noexcept;
 
-  // Of weighted distances from a value of the bin: their sum, and what its rounding has left out
-  // (A. Neumaier, ZAMM 54 (1974), 39-51). An infinity stays in the sum, beside which the rest is
-  // nothing.
   std::int64_t count = 0;
-  double origin = 0.0;
+  // Of the values in this unit, a power of two: their sum, and what its rounding has left out (A.
+  // Neumaier, ZAMM 54 (1974), 39-51).
+  double unit = 1.0;
   double sum = 0.0;
   double rest = 0.0;
 };

@@ -120,6 +120,7 @@ TEST(HistogramTest, ABinsMeanIsRightInAnyOrderAndGrouping) {
        {{1e9, 1}, {0.1, 3}, {0.7, 2}, {1e-9, 7}},
        76923077.0538461543846},
       {"a sum that cancels", {{1e16, 3}, {-1e16, 3}, {0.3, 5}}, 0.136363636363636354},
+      {"a sum beyond doubles", {{1.5e308, 3}, {1.7e308, 2}, {1e308, 1}}, 1.48333333333333333e308},
       {"an infinity", {{1, 1}, {-kInfinity, 2}, {2, 1}}, -kInfinity},
       {"none left", {{3, 1}, {5, 2}, {3, -1}, {5, -2}}, 0.0},
   };
