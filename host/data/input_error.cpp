@@ -11,22 +11,24 @@ bool IsContinuationByte(char byte) { return (static_cast<unsigned char>(byte) & 
 
 }  // namespace
 
-std::string LocationInText(std::string_view name, std::string_view text, std::size_t offset) {
-  const std::string_view before = text.substr(0, std::min(offset, text.size()));
-  std::size_t line = 1;
-  std::size_t lineStart = 0;
-  for (std::size_t i = 0; i < before.size(); ++i) {
-    const bool endsLine =
-        before[i] == '\n' || (before[i] == '\r' && (i + 1 >= text.size() || text[i + 1] != '\n'));
-    if (!endsLine) continue;
-    ++line;
-    lineStart = i + 1;
+std::string Locations::Of(std::size_t offset) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (offset < at) *this = Locations(name, text);
+  if (at == 0 && text.starts_with(kByteOrderMark)) at = kByteOrderMark.size();
+  for (const std::size_t end = std::min(offset, text.size()); at < end; ++at) {
+    const char byte = text[at];
+    if (byte == '\n' || (byte == '\r' && (at + 1 >= text.size() || text[at + 1] != '\n'))) {
+      ++line;
+      column = 1;
+    } else if (!IsContinuationByte(byte)) {
+      ++column;
+    }
   }
-  if (line == 1 && before.starts_with("\xEF\xBB\xBF")) lineStart = 3;
-  const std::string_view inLine = before.substr(lineStart);
-  const auto column = std::count_if(inLine.begin(), inLine.end(),
-                                    [](char byte) { return !IsContinuationByte(byte); });
-  return std::string(name) + ":" + std::to_string(line) + ":" + std::to_string(column + 1);
+  return std::string(name) + ":" + std::to_string(line) + ":" + std::to_string(column);
+}
+
+std::string LocationInText(std::string_view name, std::string_view text, std::size_t offset) {
+  return Locations(name, text).Of(offset);
 }
 
 std::string Quoted(std::string_view text) {

@@ -26,8 +26,24 @@ class InputError : public UserError {
   using UserError::UserError;
 };
 
-/// "name:line:column" of an offset in a text. Lines end with LF, CRLF or CR, columns count
-/// characters, both from 1. Costs a walk over the text: for messages only.
+/// "name:line:column" of offsets in a text. Lines end with LF, CRLF or CR, columns count
+/// characters, both from 1. Offsets that ascend cost one walk over the text together, any other one
+/// a walk.
+class Locations {
+ public:
+  /// Both outlive the object.
+  Locations(std::string_view name, std::string_view text) : name(name), text(text) {}
+
+  [[nodiscard]] std::string Of(std::size_t offset);
+
+ private:
+  std::string_view name, text;
+  std::size_t at = 0;
+  std::size_t line = 1;
+  std::size_t column = 1;
+};
+
+/// One location: for messages only.
 [[nodiscard]] std::string LocationInText(std::string_view name, std::string_view text,
                                          std::size_t offset);
 

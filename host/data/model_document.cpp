@@ -38,7 +38,8 @@ constexpr std::array kCountNames = {"recordCount", "weightedCount", "droppedCoun
 /// Reads one document; knows where each element stands.
 class ModelReader {
  public:
-  ModelReader(std::string_view text, const std::string& name) : text(text), name(name) {}
+  ModelReader(std::string_view text, const std::string& name)
+      : text(text), name(name), locations(name, text) {}
 
   std::vector<FieldSpec> Read() {
     pugi::xml_document document;
@@ -158,7 +159,9 @@ class ModelReader {
     if (node.first_child()) Fail(node.first_child(), "a value has no content; remove it");
   }
 
-  std::string Location(const pugi::xml_node& node) const { return PlaceOf(node, text, name); }
+  std::string Location(const pugi::xml_node& node) const {
+    return locations.Of(OffsetOf(node, text));
+  }
 
   [[noreturn]] void Fail(const pugi::xml_node& node, const std::string& message) const {
     throw InputError(Location(node) + ": " + message);
@@ -166,6 +169,7 @@ class ModelReader {
 
   std::string_view text;
   const std::string& name;
+  mutable Locations locations;
 };
 
 template <class Value, std::size_t count>

@@ -125,16 +125,16 @@ void ReadXml(pugi::xml_document& document, std::string_view text, std::string_vi
   }
 }
 
-std::string PlaceOf(pugi::xml_node node, std::string_view text, std::string_view name) {
+std::size_t OffsetOf(pugi::xml_node node, std::string_view text) {
   // The offset of an element is that of its name, one behind its beginning; that of a text may be
   // that of blanks in front.
-  auto offset = static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0));
-  if (node.type() == pugi::node_element) {
-    offset -= offset > 0 ? 1 : 0;
-  } else {
-    offset = std::min(text.find_first_not_of(" \t\r\n", offset), text.size());
-  }
-  return LocationInText(name, text, offset);
+  const auto offset = static_cast<std::size_t>(std::max<std::ptrdiff_t>(node.offset_debug(), 0));
+  if (node.type() == pugi::node_element) return offset - (offset > 0 ? 1 : 0);
+  return std::min(text.find_first_not_of(" \t\r\n", offset), text.size());
+}
+
+std::string PlaceOf(pugi::xml_node node, std::string_view text, std::string_view name) {
+  return LocationInText(name, text, OffsetOf(node, text));
 }
 
 }  // namespace npar_host

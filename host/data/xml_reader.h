@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
@@ -13,6 +14,9 @@ namespace npar_host {
 /// with the place.
 void ReadXml(pugi::xml_document& document, std::string_view text, std::string_view name,
              unsigned parsing = pugi::parse_default);
+
+/// Where a node stands in the text that its document was read from.
+[[nodiscard]] std::size_t OffsetOf(pugi::xml_node node, std::string_view text);
 
 /// "name:line:column" of a node in the text that its document was read from.
 [[nodiscard]] std::string PlaceOf(pugi::xml_node node, std::string_view text,

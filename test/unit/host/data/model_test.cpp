@@ -192,6 +192,16 @@ TEST(ModelTest, ErrorsSayWhereAndWhatToDo) {
     SCOPED_TRACE(row.catches);
     EXPECT_THAT(ErrorOf("score,t\n1,x\n", row.fields), StartsWith(row.error));
   }
+  // With a walk over the text for each value this takes minutes.
+  constexpr int kValues = 100000;
+  std::string values = "<Field name='t' measure='nominal'>";
+  for (int i = 0; i < kValues; ++i) {
+    values.append("<Value value='\xC3\xA9").append(std::to_string(i)).append("'/>\n");
+  }
+  values +=
+      "<Value value='\xC3\xA9'/><Value value='\xC3\xA9"
+      "7'/></Field>";
+  EXPECT_THAT(ErrorOf("score,t\n1,x\n", values), StartsWith("model.xml:100002:19: value"));
   EXPECT_THAT(ErrorOf("score,t\n1,x\n", "<Field name='t' measure='continuous'/>"),
               HasSubstr(":2:3: field \"t\" holds numbers, but this cell is \"x\""));
   EXPECT_THROW(static_cast<void>(ParseModel("<Parameters/>", "m")), InputError);
