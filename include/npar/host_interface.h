@@ -105,7 +105,8 @@ typedef struct HBIteratorTable {
                         size_t* recordCount, int32_t* err);
   /* Values of one field side by side: *values points to *count of them, 1 at least, the first being
    * that of the record with the number `record`, counted from 0; HB_END_OF_RECORDS behind the last
-   * one. *isLasting other than 0 lends them: [host owns] until hb_component_beginExecution returns,
+   * one, with *count 0, as it is before the call, and it may come with the last values too.
+   * *isLasting other than 0 lends them: [host owns] until hb_component_beginExecution returns,
    * unchanged, and the component reads them where they stand instead of keeping a copy. Otherwise
    * [host owns] until the next call for the same field. Every field has as many values. Where the
    * entry is there, the others of this table are never called. [optional] */

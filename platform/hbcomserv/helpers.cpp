@@ -86,8 +86,11 @@ std::uint32_t DataHelper::GetPart(std::size_t field, std::size_t record,
     return iterator->table->getColumn(iterator, field, record, &part.values, &part.count,
                                       &isLasting, err);
   });
-  if (result == HB_END_OF_RECORDS) part = {};
-  if (result != HB_OK) return result == HB_END_OF_RECORDS ? HB_OK : result;
+  if (result == HB_END_OF_RECORDS && part.count == 0) {
+    part = {};
+    return HB_OK;
+  }
+  if (result != HB_OK && result != HB_END_OF_RECORDS) return result;
   part.isLasting = isLasting != 0;
   constexpr std::size_t kMostValues = std::numeric_limits<std::ptrdiff_t>::max() / sizeof(double);
   const bool isAligned = reinterpret_cast<std::uintptr_t>(part.values) % alignof(double) == 0;

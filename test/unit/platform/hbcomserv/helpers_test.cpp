@@ -30,6 +30,22 @@ TEST(DataHelper, RecordsThatComeWithTheEndAreTaken) {
     ASSERT_EQ(helper.ReadBlock(buffer.data(), 4, 1, &count, &err), HB_OK);
     EXPECT_EQ(count, 0u) << "nothing is asked of a host that is at its end";
   }
+
+  host.iteratorTable.getColumn = [](HBIterator*, std::size_t, std::size_t record,
+                                    const double** values, std::size_t* valueCount, std::int32_t*,
+                                    std::int32_t*) -> std::uint32_t {
+    static constexpr double kValues[] = {7, 8};
+    *values = kValues + record;
+    *valueCount = 2 - record;
+    return HB_END_OF_RECORDS;
+  };
+  std::int32_t err = 0;
+  QDCommon_700::ColumnPart part;
+  ASSERT_EQ(DataHelper(host.Iterator(), true).GetPart(0, 1, part, &err), HB_OK);
+  ASSERT_EQ(part.count, 1u);
+  EXPECT_EQ(*part.values, 8);
+  ASSERT_EQ(DataHelper(host.Iterator(), true).GetPart(0, 2, part, &err), HB_OK);
+  EXPECT_EQ(part.count, 0u);
 }
 
 TEST(DataHelper, AnswersThatBreakTheRulesAreRefused) {
