@@ -231,7 +231,8 @@ std::vector<std::string> WrapText(std::string_view text, std::size_t width) {
     const std::size_t end = std::min(text.find(' '), text.size());
     std::string_view word = text.substr(0, end);
     text.remove_prefix(std::min(end + 1, text.size()));
-    if (!lineIsEmpty && column + 1 + DisplayWidth(word) > width) {
+    std::size_t wordWidth = DisplayWidth(word);
+    if (!lineIsEmpty && column + 1 + wordWidth > width) {
       lines.emplace_back();
       column = 0;
       lineIsEmpty = true;
@@ -240,15 +241,16 @@ std::vector<std::string> WrapText(std::string_view text, std::size_t width) {
       lines.back() += ' ';
       ++column;
     }
-    while (DisplayWidth(word) > width) {
+    while (wordWidth > width) {
       const std::size_t bytes = Beginning(word, width);
       if (bytes == word.size()) break;  // one character that is wider than the line
       lines.back() += word.substr(0, bytes);
+      wordWidth -= DisplayWidth(word.substr(0, bytes));
       lines.emplace_back();
       word.remove_prefix(bytes);
     }
     lines.back() += word;
-    column += DisplayWidth(word);
+    column += wordWidth;
     lineIsEmpty = false;
   }
   return lines;

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <sstream>
 
 namespace npar_host {
@@ -234,6 +235,18 @@ TEST(TextReportTest, NoLineIsWiderThanThePage) {
       }
     }
   }
+}
+
+// In time of the processor: sixteen times the name takes sixteen times as long, not 256 times.
+TEST(TextReportTest, LongNameTakesNoMoreThanItsLength) {
+  const auto timeOf = [](std::size_t length) {
+    const std::string name(length, 'x');
+    const std::clock_t start = std::clock();
+    EXPECT_EQ(WrapText(name, 80).size(), length / 80 + 1);
+    return static_cast<double>(std::clock() - start);
+  };
+  constexpr std::size_t kLength = std::size_t{1} << 17;
+  EXPECT_LT(timeOf(16 * kLength), 80 * timeOf(kLength));
 }
 
 TEST(TextReportTest, CountsThatAreNotTheUsualOnesAreTold) {
