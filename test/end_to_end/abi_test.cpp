@@ -1,11 +1,14 @@
 #include <gmock/gmock.h>
+#include <link.h>
 #include <npar/component.h>
 
 #include <cstddef>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <string_view>
 
+#include "support/loaded_component.h"
 #include "support/process.h"
 
 // What hosts and components that were built apart agree on.
@@ -57,6 +60,24 @@ TEST(Abi, SymbolsAreTheCommittedOnes) {
   const ProcessResult outcome = RunShell("scripts/check_exports " NPAR_BUILD_DIR);
   EXPECT_EQ(outcome.exitCode, 0) << outcome.out;
 #endif
+}
+
+// Where a library that is loaded at run time has thread_locals, the C library ends the process when
+// there is no memory for those of a new thread.
+TEST(Abi, ComponentHasNoThreadLocals) {
+  static_cast<void>(LoadedLibrary::Instance());
+  int found = 0;
+  dl_iterate_phdr(
+      [](dl_phdr_info* library, std::size_t, void* count) {
+        if (!std::string_view(library->dlpi_name).ends_with("/libnpar.so")) return 0;
+        ++*static_cast<int*>(count);
+        for (int i = 0; i < library->dlpi_phnum; ++i) {
+          EXPECT_NE(library->dlpi_phdr[i].p_type, ElfW(Word){PT_TLS});
+        }
+        return 0;
+      },
+      &found);
+  EXPECT_EQ(found, 1);
 }
 
 TEST(Abi, HeadersAreC11AndCpp20AlikeWithoutAWarning) {

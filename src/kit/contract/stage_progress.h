@@ -3,19 +3,21 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "kit/order/per_thread.h"
+
 /// How far long work within a stage has come. Whoever runs stages makes one and keeps it until the
 /// end; the work below tells it now and then. A thread tells the latest of its own, and what it
 /// hands to others goes on without telling.
 class StageProgress {
  public:
-  StageProgress() noexcept : outer(latest) { latest = this; }
+  StageProgress() noexcept : outer(latest.Get()) { latest.Set(this); }
   StageProgress(const StageProgress&) = delete;
   StageProgress& operator=(const StageProgress&) = delete;
-  virtual ~StageProgress() { latest = outer; }
+  virtual ~StageProgress() { latest.Set(outer); }
 
   /// Tells the part of the stage that is done, from 0 to 1.
   static void Tell(double part) {
-    if (latest != nullptr) latest->Take(part);
+    if (StageProgress* const told = latest.Get()) told->Take(part);
   }
 
  protected:
@@ -27,7 +29,7 @@ class StageProgress {
   virtual void Take(double part) = 0;
 
   StageProgress* outer;
-  static inline thread_local StageProgress* latest = nullptr;
+  static inline PerThread<StageProgress> latest;
 };
 
 /// A stretch of the stage in hand as a stage of its own.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kit/order/per_thread.h"
+
 /// Thrown where long work stops because it is no longer wanted; caught where the work was begun.
 struct Interrupted {};
 
@@ -8,12 +10,15 @@ struct Interrupted {};
 /// its own; Threads carry the answer to the tasks of others.
 class Interruption {
  public:
-  Interruption() noexcept : outer(latest) { latest = this; }
+  Interruption() noexcept : outer(latest.Get()) { latest.Set(this); }
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
-  virtual ~Interruption() { latest = outer; }
+  virtual ~Interruption() { latest.Set(outer); }
 
-  [[nodiscard]] static bool IsCalledOff() { return latest != nullptr && latest->ShallStop(); }
+  [[nodiscard]] static bool IsCalledOff() {
+    Interruption* const asked = latest.Get();
+    return asked != nullptr && asked->ShallStop();
+  }
   /// Throws Interrupted where the work in hand shall stop. Costs about as much as a virtual call:
   /// once for some hundred values is never felt.
   static void Check() {
@@ -28,7 +33,7 @@ class Interruption {
   [[nodiscard]] virtual bool ShallStop() = 0;
 
   Interruption* outer;
-  static inline thread_local Interruption* latest = nullptr;
+  static inline PerThread<Interruption> latest;
 };
 
 /// Asks Interruption::Check once in so many steps of a loop whose steps take next to no time.

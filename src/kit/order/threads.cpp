@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "kit/order/per_thread.h"
+
 // Tasks are handed in as jobs. Whoever hands in a job works on it until no task of it is left, and
 // then, while others still work on it, on jobs that its tasks have handed in; so nobody waits for a
 // task that nobody does. A thread without a job of its own takes a task of the oldest job: the
@@ -40,8 +42,8 @@ struct Job {
   }
 };
 
-thread_local Threads::Team* teamInHand = nullptr;
-thread_local Job* jobInHand = nullptr;
+PerThread<Threads::Team> teamInHand;
+PerThread<Job> jobInHand;
 
 /// Of a task: the job is called off, or on the thread that handed it in what that one had in hand.
 class TaskInterruption final : public Interruption {
@@ -102,7 +104,7 @@ void Threads::Team::StartThreads(const Job& job) {
 }
 
 void Threads::Team::Work() {
-  teamInHand = this;
+  teamInHand.Set(this);
   Lock lock(mutex);
   while (!isEnding) {
     if (Job* job = FindJob(nullptr)) {
@@ -125,14 +127,15 @@ void Threads::Team::DoTask(Job& job, Lock& lock) {
   ++job.underWay;
   lock.unlock();
   std::exception_ptr thrown;
-  Job* const outerJob = std::exchange(jobInHand, &job);
+  Job* const outerJob = jobInHand.Get();
+  jobInHand.Set(&job);
   try {
     const TaskInterruption interruption(job);
     job.run(job.task, number);
   } catch (...) {
     thrown = std::current_exception();
   }
-  jobInHand = outerJob;
+  jobInHand.Set(outerJob);
   lock.lock();
   if (thrown != nullptr) job.Fail(std::move(thrown));
   --job.underWay;
@@ -165,24 +168,28 @@ void Threads::Team::Do(Job& job) {
   if (job.error != nullptr) std::rethrow_exception(job.error);
 }
 
-Threads::Threads(std::size_t most) noexcept : outer(teamInHand) {
+Threads::Threads(std::size_t most) noexcept : outer(teamInHand.Get()) {
   try {
     if (most > 1) team = std::make_unique<Team>(most);
   } catch (const std::bad_alloc&) {
     team = nullptr;  // one thread does it all
   }
-  teamInHand = team.get();
+  teamInHand.Set(team.get());
 }
 
-Threads::~Threads() { teamInHand = outer; }
+Threads::~Threads() { teamInHand.Set(outer); }
 
-std::size_t Threads::Count() noexcept { return teamInHand == nullptr ? 1 : teamInHand->Most(); }
+std::size_t Threads::Count() noexcept {
+  const Team* const inHand = teamInHand.Get();
+  return inHand == nullptr ? 1 : inHand->Most();
+}
 
 void Threads::Do(std::size_t count, void (*run)(void*, std::size_t), void* task) {
-  if (teamInHand == nullptr || count < 2) {
+  Team* const inHand = teamInHand.Get();
+  if (inHand == nullptr || count < 2) {
     for (std::size_t number = 0; number < count; ++number) run(task, number);
     return;
   }
-  Job job(run, task, count, jobInHand);
-  teamInHand->Do(job);
+  Job job(run, task, count, jobInHand.Get());
+  inHand->Do(job);
 }
