@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <optional>
 #include <random>
 
 #include "foundation/math.h"
@@ -82,19 +83,19 @@ Samples DriftingSamples(std::size_t count, std::size_t size, double drift) {
   return samples;
 }
 
-TEST(StepDownsTest, MediansOfManyGroups) {
-  const Samples samples = DriftingSamples(90, 9, 0.03);
+void ExpectSubsetsByMedians(const Samples& samples, std::optional<double> given) {
+  TestSettings entry = ComparedEntry("stepWise");
+  if (given) entry.Put("userSpecifyMedian", "true", "median", *given);
   const AlgorithmElement result =
-      RunEntry(GroupedVariables(Names(samples.size())), GroupedRows(samples), "IMedian",
-               ComparedEntry("stepWise"));
+      RunEntry(GroupedVariables(Names(samples.size())), GroupedRows(samples), "IMedian", entry);
   ExpectPlainSubsets(result, samples.size(), [&](std::vector<std::size_t> order) -> SigOf {
-    return [&samples, order](std::size_t first, std::size_t last) {
+    return [&samples, order, given](std::size_t first, std::size_t last) {
       Sample all;
       for (std::size_t p = first; p <= last; ++p) {
         all.insert(all.end(), samples[order[p]].begin(), samples[order[p]].end());
       }
       std::sort(all.begin(), all.end());
-      const double median = (all[(all.size() - 1) / 2] + all[all.size() / 2]) / 2.0;
+      const double median = given.value_or((all[(all.size() - 1) / 2] + all[all.size() / 2]) / 2.0);
       TwoRowTable table;
       for (std::size_t p = first; p <= last; ++p) {
         const Sample& sample = samples[order[p]];
@@ -104,6 +105,11 @@ TEST(StepDownsTest, MediansOfManyGroups) {
       return table.ChiSquare().sig;
     };
   });
+}
+
+TEST(StepDownsTest, MediansOfManyGroups) {
+  ExpectSubsetsByMedians(DriftingSamples(90, 9, 0.03), std::nullopt);
+  ExpectSubsetsByMedians(DriftingSamples(40, 30, 0.05), 8.0);
 }
 
 TEST(StepDownsTest, JonckheereTerpstraOfManyGroups) {

@@ -99,6 +99,7 @@ TEST(MomentsTest, AHeavyValueBesideALightOne) {
 TEST(MomentsTest, WhatTheSquaresOfCannotBeHeld) {
   EXPECT_EQ(MomentsOf({{1e300, 1}, {-1e300, 1}, {6, 1}}, 2, false).Mean(), 2.0);
   EXPECT_EQ(MomentsOf({{1e300, 1}, {6, 1}}, 2, false).StdDev(), kInfinity);
+  EXPECT_DOUBLE_EQ(MomentsOf({{4e150, 1}, {1e150, 2}}, 2, false).Mean(), 2e150);
   const Moments infinite = MomentsOf({{1, 1}, {kInfinity, 1}, {2, 1}}, 2, false);
   EXPECT_EQ(infinite.Mean(), kInfinity);
   EXPECT_TRUE(std::isnan(infinite.StdDev()));

@@ -153,6 +153,9 @@ TEST(KsOneSampleTest, EachFailureHasItsCode) {
     EXPECT_EQ(result.Messages(), row.messages);
     EXPECT_EQ(result.Decision(), "unknown");
   }
+  ExpectMessages("OKolmogorovSmirnovPoisson", VariableListBuilder().Continuous("x").Build(),
+                 {{1}, {2.5}},
+                 {{"without weights", Entry("variableName", "x"), Error(220312, {"2.5", "1"})}});
   ExpectMessages("OKolmogorovSmirnovNormal", VariableListBuilder().Nominal("letter", {"a"}).Build(),
                  {{0}},
                  {{"no field", Entry(), Error(220303)},

@@ -135,6 +135,7 @@ TEST(CochranQTest, EachFailureHasItsCode) {
                              .Nominal("a", {"1", "0"})
                              .Nominal("b", {"1", "0"})
                              .Nominal("other", {"x", "y"})
+                             .Nominal("partly", {"x", "1"})
                              .Nominal("one", {"1"})
                              .Nominal("two", {"2"})
                              .Nominal("three", {"3"})
@@ -142,21 +143,22 @@ TEST(CochranQTest, EachFailureHasItsCode) {
                              .Continuous("x")
                              .Build();
   const TestSettings ab = On({"a", "b"});
-  ExpectMessages("RCochransQ", variables, {{0, 1, 0, 0, 0, 0, 0, 1.0}},
+  ExpectMessages("RCochransQ", variables, {{0, 1, 0, 0, 0, 0, 0, 0, 1.0}},
                  {{"no list", Entry(), Error(221215)},
                   {"unknown name", On({"a", "nobody"}), Error(221203, {"nobody"})},
-                  {"unfit fields", On({"a", "x", "grade"}), Error(221216, {"7", "6"})},
+                  {"unfit fields", On({"a", "x", "grade"}), Error(221216, {"8", "7"})},
                   {"one field", On({"a"}), Error(221214)},
                   {"other categories", On({"a", "other"}), Error(221209)},
+                  {"one other category", On({"a", "partly"}), Error(221209)},
                   {"constant all", On({"one", "one"}), Error(221209)},
                   {"three constants", On({"one", "two", "three"}), Error(221213)},
                   {"no given value", TestSettings(ab).Put("classFormation", "givenCategoryList"),
                    Error(221210)},
                   {"an unknown one", Given({"a", "b"}, {"maybe"}), Error(221210)},
                   {"all values", Given({"grade", "grade"}, {"1", "0"}), Error(221210)}});
-  ExpectMessages("RCochransQ", variables, {{-1, 0, 0, 0, 0, 0, 0, 1}},
+  ExpectMessages("RCochransQ", variables, {{-1, 0, 0, 0, 0, 0, 0, 0, 1}},
                  {{"no record", ab, Error(220003)}});
-  ExpectMessages("RCochransQ", variables, {{0, 0, 0, 0, 0, 0, 0, 1}},
+  ExpectMessages("RCochransQ", variables, {{0, 0, 0, 0, 0, 0, 0, 0, 1}},
                  {{"always a success", ab, Error(221210)}});
 }
 
