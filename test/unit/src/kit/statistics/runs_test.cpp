@@ -105,6 +105,8 @@ TEST(RunsStatisticTest, ExactTailsAgreeWithIntegers) {
     EXPECT_NEAR(tails->greater, row.greater, 1e-12 * row.greater);
     EXPECT_NEAR(tails->twoSided, row.twoSided, 1e-12 * row.twoSided);
   }
+  // 2 of C(1000, 500) orders, math.comb in Python 3.11.
+  EXPECT_NEAR(ExactRunsTails(500, 500, 2)->less, 7.399507995628054e-300, 1e-311);
   EXPECT_TRUE(ExactRunsTails(1, 99999, 2));
   EXPECT_FALSE(ExactRunsTails(2, 99999, 2));
   EXPECT_FALSE(ExactRunsTails(0, 5, 1));

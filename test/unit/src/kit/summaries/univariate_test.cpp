@@ -112,7 +112,7 @@ TEST(CategoricalSummary, MedianCategoryAndLargestFrequency) {
 
 TEST(CategoricalSummary, CodesThatAreNoCategoryAreCountedButTheMissingOne) {
   QDCateUnivariateVariable summary(0, 1, 2);
-  summary.AddStatistic(8);
+  summary.AddStatistic(9);
   for (const auto& row : Rows{{1, 2}, {5, 3}, {5, 4}, {-2, 1}, {QDMV::gMissingCategory, 9}}) {
     ASSERT_THAT(summary.ProcessRecord(Record::View(row.data(), 2)), IsOk());
   }
@@ -120,6 +120,7 @@ TEST(CategoricalSummary, CodesThatAreNoCategoryAreCountedButTheMissingOne) {
   EXPECT_THAT(summary.GetFrequencies(),
               ElementsAre(Pair(-2, 1), Pair(0, 0), Pair(1, 2), Pair(5, 7)));
   EXPECT_EQ(summary.GetTotalWeight(), 10);
+  EXPECT_EQ(summary.GetMedianCategory(), 0) << "no category reaches half of the weight";
 }
 
 const Rows kRows = {{1, 0, 2, 5}, {kMissing, 2, 1, 6}, {3, -1, 1, kMissing}, {0, 2, 1, 0}};
