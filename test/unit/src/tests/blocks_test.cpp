@@ -73,6 +73,8 @@ double Outer(std::mt19937& random) {
 
 double Even(std::mt19937& random) { return static_cast<double>(random() % 2); }
 
+double Uneven(std::mt19937& random) { return random() % 4 == 0 ? 1.0 : 0.0; }
+
 /// A large group, three small ones of which the last has its own place, and records of no category.
 double Skewed(std::mt19937& random) {
   const auto draw = random() % 200;
@@ -82,6 +84,7 @@ double Skewed(std::mt19937& random) {
 const Shape kShapes[] = {
     {"continuous, two groups", Normal, Even},
     {"continuous, small groups and none", Normal, Skewed},
+    {"continuous, a large and a small group", Normal, Uneven},
     {"ties", Grid, Even},
     {"ties, small groups and none", Grid, Skewed},
     {"close values", Close, Even},

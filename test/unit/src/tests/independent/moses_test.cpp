@@ -68,7 +68,10 @@ TEST(MosesTest, TheElementHoldsItsTablesInOrder) {
             "Condition(ConditionKey %0 %1) Group0(GroupIndex N MeanOfRank Interval[]) "
             "Group1(GroupIndex N MeanOfRank Interval[]) StatisticsResult(TotalN NumberOfOutliers "
             "ObservedControlSpan ExactSig1TailedObserved TestStatistic ExactSig1Tailed)");
-  EXPECT_EQ(result.Text("Group0/MeanOfRank"), "4.625");
+  ExpectTexts(result, {{"Group0/N", "4"},
+                       {"Group0/MeanOfRank", "4.625"},
+                       {"Group1/N", "3"},
+                       {"Group1/MeanOfRank", "3.16666666666667"}});
 }
 
 }  // namespace
