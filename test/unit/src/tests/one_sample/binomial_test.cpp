@@ -60,6 +60,7 @@ TEST(BinomialTest, TheFirstRecordsCodeLosesItsFraction) {
 TEST(BinomialTest, ASingleCategoryLeavesTheSecondClassEmpty) {
   const auto variables = VariableListBuilder().Nominal("answer", {"yes"}).Build();
   const AlgorithmElement result = Result(variables, Codes(4, 0), Answer());
+  EXPECT_EQ(result.Text("Condition/%1"), "0");
   EXPECT_EQ(result.Text("Condition/%2"), "__MISSING__");
   EXPECT_EQ(result.Rows("Content").front(), "100;0");
 }

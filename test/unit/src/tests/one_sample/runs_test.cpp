@@ -61,6 +61,10 @@ TEST(RunsTest, CategoriesAreSplitByTheDataOrByAList) {
                        {{1.5}, {0.5}, {-0.5}, {1}}, "ORuns",
                        Entry("variableName", "answer", "catVarClassFormation", "getFromData")),
               {{"TestStatistic", "3"}, {"Condition/%1", "1"}, {"Condition/%2", "0"}});
+  ExpectTexts(
+      RunEntry(VariableListBuilder().Nominal("answer", {"yes", "no"}).Build(), {{1}, {1}}, "ORuns",
+               Entry("variableName", "answer", "catVarClassFormation", "getFromData")),
+      {{"Condition/%1", "1"}, {"Condition/%2", ""}});
   ExpectTexts(RunEntry(VariableListBuilder().Nominal("letter", {"a", "b", "c"}).Build(),
                        {{0}, {2}, {1}, {1}, {0}}, "ORuns",
                        Entry("variableName", "letter", "catVarClassFormation", "givenCategoryList",
