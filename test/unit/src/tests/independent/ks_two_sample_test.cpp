@@ -21,6 +21,8 @@ TEST(KSTwoSampleTest, FiguresAgreeWithSciPyAndTheSignGoesByTheLargerGroup) {
   ExpectFigures(Result(Ascending(5.5, 20), Ascending(1, 20)),
                 {{"Positive", 0}, {"Negative", -0.25}});
   EXPECT_EQ(Result(Ascending(0, 50), Ascending(100, 50)).Decision(), "reject");
+  // A group of one unit is one.
+  ExpectFigures(Result({1}, {2, 3}), {{"Absolute", 1}, {"Positive", 0}, {"Negative", -1}});
 }
 
 TEST(KSTwoSampleTest, ACategoryInBothListsBelongsToTheFirst) {
