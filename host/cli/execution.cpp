@@ -103,7 +103,8 @@ std::optional<std::string> Execution::Run(const NamedText& parameters) {
     result = run.Execute();
   }
   bar.reset();
-  if (!result.Succeeded() && state->watch.Interrupted()) {
+  // Also one that the component, which was writing its result by then, no longer heard.
+  if (state->watch.Interrupted()) {
     std::fputs("npar: cancelled\n", stderr);
     exitCode = kExitCancelled;
     return std::nullopt;
