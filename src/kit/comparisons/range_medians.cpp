@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <span>
 
 #include "kit/order/interruption.h"
 #include "kit/order/radix_sort.h"
@@ -48,6 +49,17 @@ void RangeMedians::CountBlocks(std::size_t sampleCount) {
     std::partial_sum(own, own + columns, own);
     for (std::size_t at = 0; at < columns; ++at) own[at] += own[at - columns];
   }
+  inside.assign(sampleCount, 0);
+  squares.assign(before.size(), 0.0);
+  for (std::size_t place = 0; place < sampleCount; ++place) {
+    Interruption::Check();
+    const auto size = static_cast<double>(SizeOf(place));
+    const double* last = squares.data() + place * columns;
+    for (std::size_t at = 0; at < columns; ++at) {
+      const auto upTo = static_cast<double>(Before({place, place}, at));
+      squares[(place + 1) * columns + at] = last[at] + upTo * upTo / size;
+    }
+  }
 }
 
 RangeMedians::Halves RangeMedians::Halve(const SampleRange& range) {
@@ -65,7 +77,8 @@ RangeMedians::Halves RangeMedians::Halve(const SampleRange& range) {
     if (entry.place < range.first || entry.place > range.last) continue;
     if (isFound && entry.value > lowerMiddle) {
       const bool isBetween = upTo < upper;
-      return {isBetween ? std::midpoint(lowerMiddle, entry.value) : lowerMiddle, upTo};
+      return {isBetween ? std::midpoint(lowerMiddle, entry.value) : lowerMiddle, upTo,
+              Squares(range, i)};
     }
     upTo += entry.weight;
     if (!isFound && upTo >= lower) {
@@ -73,5 +86,21 @@ RangeMedians::Halves RangeMedians::Halve(const SampleRange& range) {
       lowerMiddle = entry.value;
     }
   }
-  return {lowerMiddle, upTo};
+  return {lowerMiddle, upTo, Squares(range, entries.size())};
+}
+
+double RangeMedians::Squares(const SampleRange& range, std::size_t end) {
+  const std::size_t columns = blockCount + 1;
+  double sum = squares[(range.last + 1) * columns + block] - squares[range.first * columns + block];
+  const auto entriesInside = std::span(entries).subspan(block * blockSize, end - block * blockSize);
+  for (const Entry& entry : entriesInside) {
+    if (entry.place < range.first || entry.place > range.last) continue;
+    const auto upTo =
+        static_cast<double>(Before({entry.place, entry.place}, block) + inside[entry.place]);
+    const auto weight = static_cast<double>(entry.weight);
+    sum += weight * (2.0 * upTo + weight) / static_cast<double>(SizeOf(entry.place));
+    inside[entry.place] += entry.weight;
+  }
+  for (const Entry& entry : entriesInside) inside[entry.place] = 0;
+  return sum;
 }

@@ -7,6 +7,9 @@ namespace {
 
 /// With fewer groups their table of medians costs more than it saves.
 constexpr std::size_t kFewestForTable = 64;
+/// What the sums of squares of the first groups may be wrong by, as a part of the groups' weight:
+/// far more than a few roundings for each group.
+constexpr double kRoundingMargin = 1e-11;
 
 RangeFigures FiguresAt(double cut, std::span<const SortedSample* const> groups) {
   TwoRowTable table;
@@ -34,36 +37,41 @@ RangeFigures MedianComparisons::PairOf(std::size_t first, std::size_t second) co
 void MedianComparisons::StartRanges(const std::vector<std::size_t>& groups) {
   totalBefore.assign(1, 0);
   givenBefore.assign(1, 0);
+  givenSquaresBefore.assign(1, 0.0);
   for (const std::size_t group : groups) {
     const SortedSample* const sample = &samples[group];
     ordered.push_back(sample);
     totalBefore.push_back(totalBefore.back() + sample->Total());
-    givenBefore.push_back(givenBefore.back() + (givenMedian ? sample->CountUpTo(*givenMedian) : 0));
+    const std::int64_t upTo = givenMedian ? sample->CountUpTo(*givenMedian) : 0;
+    const auto square = static_cast<double>(upTo) * static_cast<double>(upTo);
+    givenBefore.push_back(givenBefore.back() + upTo);
+    givenSquaresBefore.push_back(givenSquaresBefore.back() +
+                                 square / static_cast<double>(sample->Total()));
   }
   if (!givenMedian && ordered.size() >= kFewestForTable) medians.emplace(ordered);
+}
+
+RangeMedians::Halves MedianComparisons::Halve(const SampleRange& range) {
+  if (!givenMedian) return medians->Halve(range);
+  return {*givenMedian, givenBefore[range.last + 1] - givenBefore[range.first],
+          givenSquaresBefore[range.last + 1] - givenSquaresBefore[range.first]};
 }
 
 std::optional<RangeFigures> MedianComparisons::RangeOf(const SampleRange& range, double level) {
   const Samples groups = Samples(ordered).subspan(range.first, range.Size());
   if (!givenMedian && !medians) return FiguresOf(groups);
-  const RangeMedians::Halves halves =
-      givenMedian ? RangeMedians::Halves{*givenMedian,
-                                         givenBefore[range.last + 1] - givenBefore[range.first]}
-                  : medians->Halve(range);
+  const RangeMedians::Halves halves = Halve(range);
   if (IsSurelyApart(range, halves, level)) return std::nullopt;
   return FiguresAt(halves.median, groups);
 }
 
-// X is a sum of two positive terms for each group, which are alike but for the expected count.
+// With u of n units of a group, and a share p of the range's N, at or below the cut, X is the sum
+// of (u - n p)^2 / n over p (1 - p), and that sum is the sum of u^2 / n less N p^2.
 bool MedianComparisons::IsSurelyApart(const SampleRange& range, const RangeMedians::Halves& halves,
                                       double level) const {
-  const double lowerShare = static_cast<double>(halves.upTo) / static_cast<double>(TotalOf(range));
-  const double scale = lowerShare * (1.0 - lowerShare);
+  const auto upTo = static_cast<double>(halves.upTo);
+  const double lowerShare = upTo / static_cast<double>(TotalOf(range));
+  const double rounding = kRoundingMargin * static_cast<double>(totalBefore[range.last + 1]);
   const double enough = SurelySignificantChiSquare(level, range.Size());
-  return TermsPass(range, enough * scale, [&](std::size_t place) {
-    const auto size = static_cast<double>(ordered[place]->Total());
-    const double deviation =
-        static_cast<double>(ordered[place]->CountUpTo(halves.median)) - size * lowerShare;
-    return deviation * deviation / size;
-  });
+  return halves.squares - upTo * lowerShare - rounding > enough * lowerShare * (1.0 - lowerShare);
 }

@@ -31,6 +31,7 @@ class MedianComparisons {
  private:
   using Samples = std::span<const SortedSample* const>;
 
+  [[nodiscard]] RangeMedians::Halves Halve(const SampleRange& range);
   [[nodiscard]] bool IsSurelyApart(const SampleRange& range, const RangeMedians::Halves& halves,
                                    double level) const;
   [[nodiscard]] RangeFigures FiguresOf(Samples groups) const;
@@ -43,6 +44,7 @@ class MedianComparisons {
   // Of ranges:
   std::vector<const SortedSample*> ordered;
   std::vector<std::int64_t> totalBefore;
-  std::vector<std::int64_t> givenBefore;  // at or below the given median
+  std::vector<std::int64_t> givenBefore;   // at or below the given median
+  std::vector<double> givenSquaresBefore;  // their u^2 / n, as RangeMedians has them
   std::optional<RangeMedians> medians;
 };

@@ -94,6 +94,17 @@ TEST(CochranQTest, SuccessOfAnOrderedFieldIsThatOfItsOrderedPosition) {
   EXPECT_EQ(rows[1].substr(0, 22), "1;2;0.169811320754717;");
 }
 
+TEST(CochranQTest, TheStepDownReadsTheCountsByTheIndexOfAField) {
+  // T = 10, 9, 2 of b, c, d, which are 1, 2, 3 in the data: b is ordered by c's, c by d's, and d,
+  // for which there is none, by its own.
+  Texts texts = kTwelve;
+  for (std::string& text : texts) text.insert(0, "0");
+  const AlgorithmElement result =
+      Result(Fields(4), Records(texts), On({"b", "c", "d"}, "stepWise"));
+  EXPECT_EQ(result.Rows("StepwiseInfo"),
+            (Texts{"2;3;1", "0.166666666666667;0.166666666666667;0.75"}));
+}
+
 TEST(CochranQTest, TwoDiscordantFieldsGiveTheSquaredDifference) {
   // (T1 - T2)^2 / N with every record discordant: (9 - 3)^2 / 12.
   const auto run = [](double first, const char* comparison) {
