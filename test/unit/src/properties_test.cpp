@@ -453,7 +453,10 @@ RC_GTEST_PROP(Property, CountingGivesTheBytesOfSorting, ()) {
   }
   const bool isWeighted = *rc::gen::arbitrary<bool>();
   TestSettings settings = AllEntries(*rc::gen::element<std::string>("analysis", "listwise"));
-  if (*rc::gen::arbitrary<bool>()) settings.Put("caseIDVariableName", "count");
+  if (*rc::gen::arbitrary<bool>()) {
+    settings.Put("caseIDVariableName",
+                 *rc::gen::element<std::string>("count", isWeighted ? "x" : "w"));
+  }
   const auto run = [&](Shortcut counting) {
     return AlgorithmElement::AllOf(RunDocument(Variables(isWeighted), rows, settings, counting));
   };

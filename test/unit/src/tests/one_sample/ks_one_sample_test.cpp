@@ -156,6 +156,9 @@ TEST(KsOneSampleTest, EachFailureHasItsCode) {
   ExpectMessages("OKolmogorovSmirnovPoisson", VariableListBuilder().Continuous("x").Build(),
                  {{1}, {2.5}},
                  {{"without weights", Entry("variableName", "x"), Error(220312, {"2.5", "1"})}});
+  ExpectMessages("OKolmogorovSmirnovPoisson",
+                 VariableListBuilder().Weight("n").Continuous("x").Build(), {{1, 1}, {3, 2.5}},
+                 {{"weighted", Entry("variableName", "x"), Error(220312, {"2.5", "3"})}});
   ExpectMessages("OKolmogorovSmirnovNormal", VariableListBuilder().Nominal("letter", {"a"}).Build(),
                  {{0}},
                  {{"no field", Entry(), Error(220303)},

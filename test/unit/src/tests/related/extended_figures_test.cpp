@@ -202,6 +202,7 @@ const LimitCase kLimits[] = {
     {"RSign", kXY, Ones(1e9), "ExactSig1TailedLess", ""},
     {"RSign", kXY, Ones(1e9 + 1), "PositiveShareLower", "ExactSig1TailedLess"},
     {"RMcNemar", kPQ, Changes(0, 0), "Fields", "UncorrectedTestStatistic OddsRatioLower"},
+    {"RMcNemar", kPQ, Changes(0, 1), "UncorrectedTestStatistic OddsRatioLower", ""},
     {"RMcNemar", kPQ, Changes(5e8, 5e8), "ExactSig2Tailed MidPSig2Tailed", ""},
     {"RMcNemar", kPQ, Changes(5e8, 5e8 + 1), "OddsRatio", "ExactSig2Tailed MidPSig2Tailed"},
     {"RMcNemar", kPQ, Changes(0, 5), "OddsRatioLower", "OddsRatio OddsRatioUpper"},
