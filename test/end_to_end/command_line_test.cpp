@@ -272,6 +272,21 @@ TEST_F(CommandLineTest, GroupFieldsOfOneFileNameHaveFilesOfTheirOwn) {
   EXPECT_THAT(FileContent(plot + "-2.svg"), HasSubstr("<desc>1: median 3,"));
 }
 
+// The host lends its columns in parts longer than those in which they are summed.
+TEST_F(CommandLineTest, EstimatesAreOfAllRecordsOfALongColumn) {
+  std::string data = "x\n";
+  for (int x = 3000; x >= 1; --x) data += std::to_string(x) + '\n';
+  const ProcessResult run = RunNpar({"analyse", folder.Write("long.csv", data), "--one-sample", "x",
+                                     "--test", "ks-normal", "--test", "ks-uniform", "--out", "-"});
+  EXPECT_EQ(run.exitCode, 0) << run.err;
+  const auto row = [](const std::string& name, const std::string& value) {
+    return HasSubstr("<Attribute name=\"" + name + "\" value=\"" + value + "\"/>");
+  };
+  // (n + 1) / 2 and sqrt(n (n + 1) / 12).
+  EXPECT_THAT(run.out, AllOf(row("Mean", "1500.5"), row("StdDev", "866.16972932561"),
+                             row("Min", "1"), row("Max", "3000")));
+}
+
 TEST_F(CommandLineTest, OutliersAreNamedByTheirCase) {
   const std::string data = folder.Write(
       "cases.csv",

@@ -78,12 +78,12 @@ TEST(KruskalWallisTest, TheStepDownRanksItsRangesAnewAndJudgesThemUnadjusted) {
                            kSingles[0]));
 }
 
-TEST(KruskalWallisTest, EqualMeanRanksAreOrderedByTheirMedians) {
-  // Groups a and b have the mean rank 3.5 both; the median of b is lower.
-  const AlgorithmElement result =
-      Result({{1, 4, 5.5}, {2, 3, 5.6}, {10, 11, 12, 13, 14}}, "stepWise");
-  ASSERT_EQ(result.Rows("StepwiseInfo").size(), 2U);
-  EXPECT_EQ(result.Rows("StepwiseInfo")[0].substr(0, 3), "0;1") << result.Xml();
+TEST(KruskalWallisTest, EqualMeanRanksAreOrderedByTheirMediansAndThenStand) {
+  // Groups a and b have the mean rank 4.5 both, c and d 11; the medians are 5, 4, 11 and 11.
+  const AlgorithmElement result = Result(
+      {{1, 4, 6, 7}, {2, 3, 5, 8}, {10, 11, 12, 11}, {10, 11, 12, 11}, {20, 21, 22}}, "stepWise");
+  ASSERT_EQ(result.Rows("StepwiseInfo").size(), 2U) << result.Xml();
+  EXPECT_EQ(result.Rows("StepwiseInfo")[0], "1;0;2;3;4");
 }
 
 TEST(KruskalWallisTest, BoxPlotsHoldHingesOutliersAndCases) {

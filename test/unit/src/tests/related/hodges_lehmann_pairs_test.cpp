@@ -27,7 +27,10 @@ const std::vector<double> kScores{0.878 - 1.83, 0.647 - 0.5, 0.598 - 1.62, 2.05 
                                   1.29 - 1.88,  1.06 - 1.55, 3.14 - 3.06,  1.29 - 1.3};
 const std::vector<double> kSeven{1, 1, 2, 2, 2, 7, -3};
 const std::vector<double> kTied{1, -1, 1, -1, 1, 5, 1, 1, 1, 2, 1, 5};
+const std::vector<double> kSmall{-0.75, -0.75, -0.75, -0.5, -0.25, -0.25, -0.25,
+                                 -0.25, 0.25,  0.25,  0.25, 0.25,  0.75,  0.75};
 const std::vector<double> kTwelveOfOneSize{-1, 1, -1, 1, -1, 1, -1, 1, -1, 1, -1, 1};
+const std::vector<double> kOneZero{-3, -2, -1, 0, 1, 2, 2, 3, 3};
 using Differences = std::vector<double>;
 
 // By listing and sorting the averages in Python, ranks of the interval with SciPy 1.11.4's
@@ -38,6 +41,8 @@ const EstimateCase kCases[] = {
     {"a zero moves all differences and back", Differences{0, 1, 4, -2}, 0.95, 0.75, -2, 4},
     {"an interval on values between the ends", kSeven, 0.95, 1.5, -1, 4.5},
     {"many ties narrow it by a rank on either side", kTied, 0.9, 1, 1, 2},
+    {"small differences tie with those of the other sign", kSmall, 0.95, 0, -0.375, 0.25},
+    {"raised for one zero, sizes tie by sign", kOneZero, 0.95, 0.5, -1.5, 2.5},
     {"a rank between with t^3 - t over 48 and over 49", kTwelveOfOneSize, 0.8896, 0, 0, 0},
     {"full confidence takes the ends", kSeven, 1.0, 1.5, -3, 7},
     {"depression scores", kScores, 0.95, -0.46, -0.786, -0.01},
