@@ -138,6 +138,7 @@ TEST(KsOneSampleTest, EachFailureHasItsCode) {
       {"no valid value", "Uniform", {5}, {{"min", 0}, {"max", 1}}, Error(220310)},
       {"no valid value", "Exponential", {-5}, {}, Error(220313)},
       {"half a count", "Poisson", {1, 2.5}, {}, Error(220312, {"2.5", "1"})},
+      {"half a count amid others", "Poisson", {1, 2.5, 3}, {}, Error(220312, {"2.5", "1"})},
       {"a negative count", "Poisson", {-1, 2}, {}, Error(220312, {"-1", "1"})},
       {"mean 0", "Poisson", {0, 0}, {}, Error(220312)},
       {"mean 0", "Exponential", {0, 0}, {}, Error(220313)},
