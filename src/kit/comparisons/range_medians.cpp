@@ -17,6 +17,7 @@ constexpr std::size_t kFewestInBlock = 16;
 RangeMedians::RangeMedians(const std::vector<const SortedSample*>& samples) {
   ListValues(samples);
   CountBlocks(samples.size());
+  SumSquares(samples.size());
 }
 
 void RangeMedians::ListValues(const std::vector<const SortedSample*>& samples) {
@@ -49,6 +50,10 @@ void RangeMedians::CountBlocks(std::size_t sampleCount) {
     std::partial_sum(own, own + columns, own);
     for (std::size_t at = 0; at < columns; ++at) own[at] += own[at - columns];
   }
+}
+
+void RangeMedians::SumSquares(std::size_t sampleCount) {
+  const std::size_t columns = blockCount + 1;
   inside.assign(sampleCount, 0);
   squares.assign(before.size(), 0.0);
   for (std::size_t place = 0; place < sampleCount; ++place) {

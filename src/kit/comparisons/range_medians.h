@@ -36,6 +36,7 @@ class RangeMedians {
 
   void ListValues(const std::vector<const SortedSample*>& samples);
   void CountBlocks(std::size_t sampleCount);
+  void SumSquares(std::size_t sampleCount);
   /// Weight of the range before a block.
   [[nodiscard]] std::int64_t Before(const SampleRange& range, std::size_t at) const noexcept {
     const std::size_t columns = blockCount + 1;
