@@ -19,8 +19,6 @@ void HingeWalk::SettleHinges(double x, double weight) noexcept {
     const double fraction = hinge.position - before;
     if (isFirst || !(before > hinge.position || before + weight > hinge.position)) {
       nextHinge = std::min(nextHinge, hinge.position);
-    } else if (before > hinge.position) {
-      hinge.value = previousValue;
     } else if (fraction > 0.0) {
       hinge.value = fraction >= 1.0 ? x : (1.0 - fraction) * previousValue + fraction * x;
     } else {
