@@ -1,46 +1,23 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <filesystem>
 #include <map>
-#include <optional>
 #include <pugixml.hpp>
 
 #include "support/process.h"
+#include "support/row_matcher.h"
 
 namespace {
 
 constexpr const char* kProgram = NPAR_BUILD_DIR "/bin/npar";
 constexpr const char* kFolder = "test/support/references/expected";
 
-std::optional<double> NumberOf(std::string_view text) {
-  double number = 0.0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
-
-bool AgreeAsFigures(std::string_view expected, std::string_view found) {
-  if (expected == found) return true;
-  const auto x = NumberOf(expected);
-  const auto y = NumberOf(found);
-  return x && y && std::abs(*x - *y) <= 1e-13 + 1e-10 * std::max(std::abs(*x), std::abs(*y));
-}
-
 /// Figures of one text stand between semicolons.
 bool Agree(std::string_view expected, std::string_view found) {
-  while (true) {
-    const std::size_t end = std::min(expected.find(';'), expected.size());
-    const std::size_t foundEnd = std::min(found.find(';'), found.size());
-    if (!AgreeAsFigures(expected.substr(0, end), found.substr(0, foundEnd))) return false;
-    if (end == expected.size() || foundEnd == found.size()) {
-      return end == expected.size() && foundEnd == found.size();
-    }
-    expected.remove_prefix(end + 1);
-    found.remove_prefix(foundEnd + 1);
-  }
+  return std::ranges::equal(
+      CellsOf(expected), CellsOf(found),
+      [](std::string_view x, std::string_view y) { return AreCellsClose(x, y, 1e-10, 1e-13); });
 }
 
 std::string Outline(const pugi::xml_node& node) {

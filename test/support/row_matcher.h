@@ -20,13 +20,15 @@
   }
 }
 
-[[nodiscard]] inline bool AreCellsClose(std::string_view a, std::string_view b, double relative) {
+[[nodiscard]] inline bool AreCellsClose(std::string_view a, std::string_view b, double relative,
+                                        double absolute = 0.0) {
   if (a == b) return true;
   double x = 0.0;
   double y = 0.0;
   const bool areNumbers = std::from_chars(a.data(), a.data() + a.size(), x).ec == std::errc() &&
                           std::from_chars(b.data(), b.data() + b.size(), y).ec == std::errc();
-  return areNumbers && std::fabs(x - y) <= relative * std::max(std::fabs(x), std::fabs(y));
+  return areNumbers &&
+         std::fabs(x - y) <= absolute + relative * std::max(std::fabs(x), std::fabs(y));
 }
 
 /// A row whose cells equal those of another, numbers within 1e-12: reference values of

@@ -96,12 +96,13 @@ RangeMedians::Halves RangeMedians::Halve(const SampleRange& range) {
 
 double RangeMedians::Squares(const SampleRange& range, std::size_t end) {
   const std::size_t columns = blockCount + 1;
-  double sum = squares[(range.last + 1) * columns + block] - squares[range.first * columns + block];
-  const auto entriesInside = std::span(entries).subspan(block * blockSize, end - block * blockSize);
+  const std::size_t at = end / blockSize;  // ties may end far behind the block of the median
+  double sum = squares[(range.last + 1) * columns + at] - squares[range.first * columns + at];
+  const auto entriesInside = std::span(entries).subspan(at * blockSize, end - at * blockSize);
   for (const Entry& entry : entriesInside) {
     if (entry.place < range.first || entry.place > range.last) continue;
     const auto upTo =
-        static_cast<double>(Before({entry.place, entry.place}, block) + inside[entry.place]);
+        static_cast<double>(Before({entry.place, entry.place}, at) + inside[entry.place]);
     const auto weight = static_cast<double>(entry.weight);
     sum += weight * (2.0 * upTo + weight) / static_cast<double>(SizeOf(entry.place));
     inside[entry.place] += entry.weight;

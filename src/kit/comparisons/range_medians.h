@@ -45,7 +45,7 @@ class RangeMedians {
   [[nodiscard]] std::int64_t SizeOf(std::size_t place) const noexcept {
     return Before({place, place}, blockCount);
   }
-  /// Of the entries up to `end`, which lies in or behind the present block.
+  /// Of the entries before `end`.
   [[nodiscard]] double Squares(const SampleRange& range, std::size_t end);
 
   std::vector<Entry> entries;  // ascending by value
@@ -53,6 +53,6 @@ class RangeMedians {
   std::size_t blockCount = 0;
   std::vector<std::int64_t> before;  // row: the first samples, column: the block; with both ends
   std::vector<double> squares;       // likewise: sums of u^2 / n
-  std::vector<std::int64_t> inside;  // by sample: weight found in the block; 0 between two ranges
+  std::vector<std::int64_t> inside;  // by sample: weight found in a block; 0 between two ranges
   std::size_t block = 0;             // of the median before
 };
